@@ -1,0 +1,49 @@
+# What every target of the project shares, and the two functions that make targets.
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE OFF)
+
+find_program(CCACHE ccache)
+if(CCACHE)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+endif()
+
+add_library(murmelix_options INTERFACE)
+target_include_directories(murmelix_options INTERFACE ${PROJECT_SOURCE_DIR})
+target_compile_options(murmelix_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror -fno-strict-aliasing)
+if(MURMELIX_SANITIZE)
+  target_compile_options(murmelix_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all)
+  target_link_options(murmelix_options INTERFACE -fsanitize=address,undefined)
+endif()
+if(MURMELIX_FUZZ)
+  target_compile_options(murmelix_options INTERFACE -fsanitize=fuzzer-no-link,address,undefined
+    -fno-sanitize-recover=all)
+  target_link_options(murmelix_options INTERFACE -fsanitize=address,undefined)
+endif()
+if(WIN32)
+  target_compile_definitions(murmelix_options INTERFACE
+    WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601 WINVER=0x0601)
+  target_compile_options(murmelix_options INTERFACE -ffunction-sections -fdata-sections)
+  target_link_options(murmelix_options INTERFACE -static -Wl,--gc-sections $<$<CONFIG:Release>:-s>)
+endif()
+
+# murmelix_library(NAME SOURCES… LINK…): a static library of the sources, with the project's options.
+function(murmelix_library name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
+  add_library(${name} STATIC ${ARG_SOURCES})
+  target_link_libraries(${name} PUBLIC murmelix_options ${ARG_LINK})
+endfunction()
+
+# murmelix_program(NAME [GUI] SOURCES… LINK…): an executable; GUI links it for the Windows subsystem, entry wWinMain.
+function(murmelix_program name)
+  cmake_parse_arguments(ARG "GUI" "" "SOURCES;LINK" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  target_link_libraries(${name} PRIVATE murmelix_options ${ARG_LINK})
+  if(WIN32 AND ARG_GUI)
+    target_link_options(${name} PRIVATE -mwindows -municode)
+  elseif(WIN32)
+    target_link_options(${name} PRIVATE -mconsole)
+  endif()
+endfunction()

@@ -1,0 +1,250 @@
+#include "common/text.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstdlib>
+
+namespace murmelix {
+
+namespace {
+
+bool isSurrogate(char32_t code) {
+    return code >= 0xD800 && code <= 0xDFFF;
+}
+
+// Length of the sequence that a lead byte announces and its payload bits; 0 for a byte that cannot lead.
+struct Lead {
+    std::size_t length;
+    char32_t bits;
+    char32_t least;
+};
+
+Lead leadOf(unsigned char byte) {
+    if (byte < 0x80)
+        return {1, byte, 0};
+    if (byte >= 0xC2 && byte <= 0xDF)
+        return {2, byte & 0x1Fu, 0x80};
+    if (byte >= 0xE0 && byte <= 0xEF)
+        return {3, byte & 0x0Fu, 0x800};
+    if (byte >= 0xF0 && byte <= 0xF4)
+        return {4, byte & 0x07u, 0x10000};
+    return {0, 0, 0};
+}
+
+void appendUtf16(std::u16string& text, char32_t code) {
+    if (code < 0x10000) {
+        text.push_back(static_cast<char16_t>(code));
+        return;
+    }
+    code -= 0x10000;
+    text.push_back(static_cast<char16_t>(0xD800 + (code >> 10)));
+    text.push_back(static_cast<char16_t>(0xDC00 + (code & 0x3FF)));
+}
+
+void appendUtf8(std::string& bytes, char32_t code) {
+    auto put = [&](char32_t byte) { bytes.push_back(static_cast<char>(byte)); };
+    if (code < 0x80) {
+        put(code);
+    } else if (code < 0x800) {
+        put(0xC0 | (code >> 6));
+        put(0x80 | (code & 0x3F));
+    } else if (code < 0x10000) {
+        put(0xE0 | (code >> 12));
+        put(0x80 | ((code >> 6) & 0x3F));
+        put(0x80 | (code & 0x3F));
+    } else {
+        put(0xF0 | (code >> 18));
+        put(0x80 | ((code >> 12) & 0x3F));
+        put(0x80 | ((code >> 6) & 0x3F));
+        put(0x80 | (code & 0x3F));
+    }
+}
+
+char16_t lowerByRange(char16_t unit) {
+    const auto plus = [unit](int distance) { return static_cast<char16_t>(unit + distance); };
+    const auto within = [unit](char16_t first, char16_t last) { return unit >= first && unit <= last; };
+    if (within(u'A', u'Z') || (within(0xC0, 0xDE) && unit != 0xD7))
+        return plus(32);
+    if (unit < 0x100)
+        return unit;
+    if (within(0x100, 0x137) && unit != 0x130 && unit != 0x131)
+        return static_cast<char16_t>(unit | 1);
+    if (within(0x14A, 0x177))
+        return static_cast<char16_t>(unit | 1);
+    if ((within(0x139, 0x148) || within(0x179, 0x17E)) && unit % 2 == 1)
+        return plus(1);
+    if (unit == 0x178)
+        return 0xFF;
+    if (within(0x391, 0x3AB) && unit != 0x3A2)
+        return plus(32);
+    if (unit == 0x386)
+        return 0x3AC;
+    if (within(0x388, 0x38A))
+        return plus(37);
+    if (unit == 0x38C)
+        return 0x3CC;
+    if (unit == 0x38E || unit == 0x38F)
+        return plus(63);
+    if (within(0x400, 0x40F))
+        return plus(80);
+    if (within(0x410, 0x42F))
+        return plus(32);
+    return unit;
+}
+
+// All letters that have two cases lie below this.
+constexpr std::size_t cased_units = 0x460;
+
+struct CaseTables {
+    std::array<char16_t, cased_units> lower;
+    std::array<char16_t, cased_units> upper;
+
+    CaseTables() {
+        for (std::size_t unit = 0; unit < cased_units; ++unit)
+            lower[unit] = upper[unit] = static_cast<char16_t>(unit);
+        for (std::size_t unit = 0; unit < cased_units; ++unit) {
+            lower[unit] = lowerByRange(static_cast<char16_t>(unit));
+            if (lower[unit] != unit)
+                upper[lower[unit]] = static_cast<char16_t>(unit);
+        }
+    }
+};
+
+const CaseTables& caseTables() {
+    static const CaseTables tables;
+    return tables;
+}
+
+} // namespace
+
+std::u16string fromUtf8(std::string_view bytes) {
+    std::u16string text;
+    text.reserve(bytes.size());
+    for (std::size_t at = 0; at < bytes.size();) {
+        const Lead lead = leadOf(static_cast<unsigned char>(bytes[at]));
+        char32_t code = lead.bits;
+        std::size_t read = 1;
+        while (read < lead.length && at + read < bytes.size()) {
+            const auto byte = static_cast<unsigned char>(bytes[at + read]);
+            if ((byte & 0xC0) != 0x80)
+                break;
+            code = (code << 6) | (byte & 0x3F);
+            ++read;
+        }
+        if (lead.length == 0 || read < lead.length || code < lead.least || code > 0x10FFFF || isSurrogate(code)) {
+            text.push_back(u'\uFFFD');
+            ++at;
+        } else {
+            appendUtf16(text, code);
+            at += lead.length;
+        }
+    }
+    return text;
+}
+
+std::string toUtf8(std::u16string_view text) {
+    std::string bytes;
+    bytes.reserve(text.size());
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        char32_t code = text[at];
+        if (code >= 0xD800 && code <= 0xDBFF && at + 1 < text.size() && text[at + 1] >= 0xDC00 &&
+            text[at + 1] <= 0xDFFF) {
+            code = 0x10000 + ((code - 0xD800) << 10) + (text[at + 1] - 0xDC00u);
+            ++at;
+        } else if (isSurrogate(code)) {
+            code = 0xFFFD;
+        }
+        appendUtf8(bytes, code);
+    }
+    return bytes;
+}
+
+char16_t toLower(char16_t unit) {
+    return unit < cased_units ? caseTables().lower[unit] : unit;
+}
+
+char16_t toUpper(char16_t unit) {
+    return unit < cased_units ? caseTables().upper[unit] : unit;
+}
+
+std::u16string toLower(std::u16string_view text) {
+    std::u16string lower(text);
+    std::transform(lower.begin(), lower.end(), lower.begin(), [](char16_t unit) { return toLower(unit); });
+    return lower;
+}
+
+std::size_t find(std::u16string_view text, std::u16string_view wanted, std::size_t from, LetterCase letter_case) {
+    if (letter_case == LetterCase::matters)
+        return text.find(wanted, from);
+    if (from > text.size())
+        return npos;
+    const auto same = [](char16_t a, char16_t b) { return toLower(a) == toLower(b); };
+    const auto begin = text.begin() + static_cast<std::ptrdiff_t>(from);
+    const auto found = std::search(begin, text.end(), wanted.begin(), wanted.end(), same);
+    if (found == text.end() && !wanted.empty())
+        return npos;
+    return static_cast<std::size_t>(found - text.begin());
+}
+
+bool equal(std::u16string_view a, std::u16string_view b, LetterCase letter_case) {
+    if (letter_case == LetterCase::matters)
+        return a == b;
+    return a.size() == b.size() && find(a, b, 0, letter_case) == 0;
+}
+
+std::u16string replaceAll(std::u16string_view text, std::u16string_view wanted, std::u16string_view replacement,
+                          LetterCase letter_case) {
+    std::u16string result;
+    result.reserve(text.size());
+    std::size_t done = 0;
+    if (!wanted.empty()) {
+        for (std::size_t at = find(text, wanted, 0, letter_case); at != npos;
+             at = find(text, wanted, done, letter_case)) {
+            result.append(text, done, at - done).append(replacement);
+            done = at + wanted.size();
+        }
+    }
+    return result.append(text, done);
+}
+
+std::u16string_view trim(std::u16string_view text) {
+    const std::size_t first = text.find_first_not_of(u' ');
+    if (first == npos)
+        return {};
+    return text.substr(first, text.find_last_not_of(u' ') - first + 1);
+}
+
+std::u16string toProperCase(std::u16string_view text) {
+    std::u16string result(text);
+    bool at_start = true;
+    for (char16_t& unit : result) {
+        const bool separator = unit == u' ' || (unit >= u'\t' && unit <= u'\r') || unit == u'\0';
+        unit = at_start ? toUpper(unit) : toLower(unit);
+        at_start = separator;
+    }
+    return result;
+}
+
+std::u16string toText(long long number) {
+    const std::string digits = std::to_string(number);
+    return {digits.begin(), digits.end()};
+}
+
+double leadingNumber(std::u16string_view text) {
+    std::string number;
+    for (const char16_t unit : text) {
+        const bool blank = unit == u' ' || unit == u'\t' || unit == u'\n';
+        if (blank)
+            continue;
+        const bool part = (unit >= u'0' && unit <= u'9') || unit == u'+' || unit == u'-' || unit == u'.' ||
+                          unit == u'e' || unit == u'E';
+        if (!part || number.size() > 400)
+            break;
+        number.push_back(static_cast<char>(unit));
+    }
+    const double value = std::strtod(number.c_str(), nullptr);
+    return value == value ? value : 0.0;
+}
+
+} // namespace murmelix

@@ -1,0 +1,126 @@
+// What the character server hears and says: sound in memory, speech with its timing, and the service that makes it.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "companions/agent/acs/character_file.h"
+
+namespace agent::voice {
+
+// Mono, 16 bits a sample.
+struct Wave {
+    std::uint32_t rate = 22050; // samples a second
+    std::vector<std::int16_t> samples;
+    std::uint32_t milliseconds() const;
+};
+
+// A RIFF/WAVE file (PCM, 8 or 16 bits, one or two channels, 4 to 96 kHz) as a Wave; nothing, with the reason in
+// `error`, for anything else.
+std::optional<Wave> readWave(std::span<const std::uint8_t> file, std::string& error);
+std::vector<std::uint8_t> writeWave(const Wave& wave);
+
+struct MouthMove {
+    std::uint32_t at; // ms from the start
+    acs::MouthShape shape;
+};
+
+// Mouth moves for any sound, from its loudness over time; the last closes the mouth.
+std::vector<MouthMove> mouthMoves(const Wave& wave);
+
+// One word of the shown text and when it is heard.
+struct Word {
+    std::size_t begin, end; // in Speech::shown, UTF-16 units
+    std::uint32_t at;       // ms from the start
+};
+
+struct Bookmark {
+    std::int32_t id;
+    std::uint32_t at; // ms from the start
+};
+
+// What a Speak call with its tags comes to.
+struct Speech {
+    Wave sound;
+    std::u16string shown; // for the balloon
+    std::vector<Word> words;
+    std::vector<MouthMove> mouth;
+    std::vector<Bookmark> bookmarks;
+};
+
+// How a character sounds when its text says nothing else.
+struct Manner {
+    std::uint16_t language_id = 0x0409;
+    std::uint32_t speed = 0;  // words a minute; 0: the engine's own
+    std::uint16_t pitch = 0;  // hertz; 0: the engine's own
+    std::uint16_t gender = 0; // 1 female, 2 male, 0 either
+};
+
+// One engine that turns text into sound. Called on the service's worker thread alone.
+class Engine {
+  public:
+    virtual ~Engine() = default;
+    virtual bool speaks(std::uint16_t language_id) const = 0;
+    virtual std::optional<Wave> synthesise(const std::u16string& text, const Manner& manner, std::string& error) = 0;
+};
+
+// The first engine that has a voice on this machine: SAPI 5, else espeak-ng as a process; null when there is neither.
+std::unique_ptr<Engine> makeEngine();
+
+// Speaks on a worker thread, orders one after another.
+class Service {
+  public:
+    explicit Service(std::unique_ptr<Engine> engine);
+    ~Service(); // abandons what is under way
+    Service(const Service&) = delete;
+    Service& operator=(const Service&) = delete;
+
+    bool available() const;
+    bool speaks(std::uint16_t language_id) const;
+
+    // `text` as it was given to Speak: alternatives parted by "|" (one is chosen at random) and tags between
+    // backslashes. `done` is called on the worker thread, once, with the speech; without a usable voice the speech is
+    // silence as long as the words take to read. A cancelled order may never be called back.
+    using Order = std::uint64_t;
+    Order order(std::u16string text, Manner manner, std::function<void(Speech)> done);
+    void cancel(Order order);
+
+  private:
+    struct Impl;
+    std::unique_ptr<Impl> impl_;
+};
+
+// The one way sound leaves the server, mixed: to the sound device if there is one, else on the clock, unheard; and to a
+// recording if one was asked for. All calls on the user-interface thread.
+class Output {
+  public:
+    // `recording`: path of a .wav file that receives everything that sounds from now on, placed on the clock; empty:
+    // none.
+    explicit Output(std::u16string recording);
+    ~Output(); // closes the recording
+    Output(const Output&) = delete;
+    Output& operator=(const Output&) = delete;
+
+    using Playing = std::uint64_t;
+    // Starts at once. `finished` is called from `tick` when it has been heard to its end (not after stop).
+    Playing play(const Wave& wave, std::function<void()> finished);
+    void stop(Playing playing);
+    // How far it has been heard, in ms.
+    std::uint32_t heard(Playing playing) const;
+    bool hasDevice() const;
+    // To be called about every 10 ms by the owner's timer.
+    void tick();
+    // The recording is written up to now, its header made good: what is on disk can be read at any time.
+    void flush();
+
+  private:
+    struct Impl;
+    std::unique_ptr<Impl> impl_;
+};
+
+} // namespace agent::voice
