@@ -187,7 +187,7 @@ std::size_t find(std::u16string_view text, std::u16string_view wanted, std::size
     return static_cast<std::size_t>(found - text.begin());
 }
 
-bool equal(std::u16string_view a, std::u16string_view b, LetterCase letter_case) {
+bool sameText(std::u16string_view a, std::u16string_view b, LetterCase letter_case) {
     if (letter_case == LetterCase::matters)
         return a == b;
     return a.size() == b.size() && find(a, b, 0, letter_case) == 0;

@@ -25,7 +25,7 @@ std::u16string toLower(std::u16string_view text);
 // Position (from 0) of the first `wanted` in `text` at or after `from`, or npos. An empty `wanted` is found at `from`
 // where `from` is not behind the end.
 std::size_t find(std::u16string_view text, std::u16string_view wanted, std::size_t from, LetterCase letter_case);
-bool equal(std::u16string_view a, std::u16string_view b, LetterCase letter_case);
+bool sameText(std::u16string_view a, std::u16string_view b, LetterCase letter_case);
 
 // Every occurrence of `wanted` (from the left, not overlapping) replaced; an empty `wanted` changes nothing.
 std::u16string replaceAll(std::u16string_view text, std::u16string_view wanted, std::u16string_view replacement,

@@ -1,0 +1,175 @@
+#include "common/com/client.h"
+
+#include <algorithm>
+#include <atomic>
+
+#include <ocidl.h>
+
+namespace murmelix::com {
+
+namespace {
+
+std::vector<Variant> inDeclaredOrder(const DISPPARAMS& parameters) {
+    std::vector<Variant> arguments;
+    arguments.reserve(parameters.cArgs);
+    for (UINT i = parameters.cArgs; i-- > 0;)
+        arguments.emplace_back(parameters.rgvarg[i]);
+    return arguments;
+}
+
+class Sink final : public IDispatch {
+  public:
+    Sink(const IID& events, EventHandler handler) : events_(events), handler_(std::move(handler)) {}
+
+    void silence() { handler_ = nullptr; }
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
+        if (!object)
+            return E_POINTER;
+        *object = nullptr;
+        if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, IID_IDispatch) && !IsEqualIID(iid, events_))
+            return E_NOINTERFACE;
+        *object = static_cast<IDispatch*>(this);
+        AddRef();
+        return S_OK;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
+    ULONG STDMETHODCALLTYPE Release() override {
+        const ULONG left = --references_;
+        if (left == 0)
+            delete this;
+        return left;
+    }
+    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
+        if (!count)
+            return E_POINTER;
+        *count = 0;
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override {
+        return DISP_E_UNKNOWNNAME;
+    }
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID event, REFIID, LCID, WORD, DISPPARAMS* parameters, VARIANT*, EXCEPINFO*,
+                                     UINT*) override {
+        const Ptr<IDispatch> alive(this);
+        try {
+            // A copy: the handler may end the subscription that owns it.
+            const EventHandler handler = handler_;
+            if (handler) {
+                auto arguments = parameters ? inDeclaredOrder(*parameters) : std::vector<Variant>();
+                handler(event, arguments);
+            }
+        } catch (const Error& error) {
+            return error.result();
+        } catch (...) {
+            return E_UNEXPECTED;
+        }
+        return S_OK;
+    }
+
+  private:
+    ~Sink() = default;
+    IID events_;
+    EventHandler handler_;
+    std::atomic<ULONG> references_ = 1;
+};
+
+} // namespace
+
+Object Object::create(const char16_t* prog_id) {
+    CLSID clsid;
+    check(CLSIDFromProgID(wide(prog_id), &clsid));
+    void* object = nullptr;
+    check(CoCreateInstance(clsid, nullptr, CLSCTX_LOCAL_SERVER | CLSCTX_INPROC_SERVER, IID_IDispatch, &object));
+    return Object(Ptr<IDispatch>::adopt(static_cast<IDispatch*>(object)));
+}
+
+Variant Object::get(const char16_t* name, std::initializer_list<Variant> arguments) {
+    return invoke(name, DISPATCH_PROPERTYGET, arguments);
+}
+
+void Object::put(const char16_t* name, const Variant& value) {
+    invoke(name, DISPATCH_PROPERTYPUT, {value});
+}
+
+Variant Object::call(const char16_t* name, std::initializer_list<Variant> arguments) {
+    return invoke(name, DISPATCH_METHOD, arguments);
+}
+
+Object Object::object(const char16_t* name, std::initializer_list<Variant> arguments) {
+    auto dispatch = invoke(name, DISPATCH_METHOD | DISPATCH_PROPERTYGET, arguments).toObject();
+    if (!dispatch)
+        throw Error(E_POINTER);
+    return Object(std::move(dispatch));
+}
+
+Variant Object::invoke(const char16_t* name, WORD flags, std::initializer_list<Variant> arguments) {
+    if (!dispatch_)
+        throw Error(E_POINTER);
+    const Ptr<IDispatch> dispatch = dispatch_;
+    auto known = ids_.find(name);
+    if (known == ids_.end()) {
+        DISPID id = DISPID_UNKNOWN;
+        auto* wide_name = const_cast<LPOLESTR>(wide(name));
+        check(dispatch->GetIDsOfNames(IID_NULL, &wide_name, 1, LOCALE_USER_DEFAULT, &id));
+        known = ids_.emplace(name, id).first;
+    }
+    std::vector<VARIANT> raw; // borrowed: the arguments own them
+    raw.reserve(arguments.size());
+    for (const Variant& argument : arguments)
+        raw.push_back(argument.raw());
+    std::reverse(raw.begin(), raw.end());
+    DISPID put = DISPID_PROPERTYPUT;
+    DISPPARAMS parameters{raw.data(), nullptr, static_cast<UINT>(raw.size()), 0};
+    if (flags & DISPATCH_PROPERTYPUT) {
+        parameters.rgdispidNamedArgs = &put;
+        parameters.cNamedArgs = 1;
+    }
+    Variant result;
+    EXCEPINFO exception{};
+    UINT wrong = 0;
+    const HRESULT outcome = dispatch->Invoke(known->second, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters,
+                                             flags & DISPATCH_PROPERTYPUT ? nullptr : result.out(), &exception, &wrong);
+    if (exception.pfnDeferredFillIn)
+        exception.pfnDeferredFillIn(&exception);
+    const auto description = Bstr::textOf(exception.bstrDescription);
+    SysFreeString(exception.bstrSource);
+    SysFreeString(exception.bstrDescription);
+    SysFreeString(exception.bstrHelpFile);
+    if (outcome == DISP_E_EXCEPTION)
+        throw Error(FAILED(exception.scode) ? exception.scode : DISP_E_EXCEPTION, description);
+    check(outcome);
+    return result;
+}
+
+struct Subscription::Impl {
+    Ptr<IConnectionPoint> point;
+    Ptr<Sink> sink;
+    DWORD cookie = 0;
+
+    ~Impl() {
+        if (sink)
+            sink->silence();
+        if (point && cookie)
+            point->Unadvise(cookie);
+    }
+};
+
+Subscription::Subscription(IDispatch* source, const IID& events, EventHandler handler)
+    : impl_(std::make_unique<Impl>()) {
+    if (!source)
+        throw Error(E_POINTER);
+    const auto container = Ptr<IDispatch>(source).as<IConnectionPointContainer>(IID_IConnectionPointContainer);
+    if (!container)
+        throw Error(E_NOINTERFACE);
+    check(container->FindConnectionPoint(events, impl_->point.out()));
+    impl_->sink = Ptr<Sink>::adopt(new Sink(events, std::move(handler)));
+    check(impl_->point->Advise(impl_->sink.get(), &impl_->cookie));
+}
+
+Subscription::~Subscription() = default;
+Subscription::Subscription(Subscription&&) noexcept = default;
+Subscription& Subscription::operator=(Subscription&&) noexcept = default;
+
+} // namespace murmelix::com
