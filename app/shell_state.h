@@ -1,0 +1,18 @@
+// The shell's module variables, read and written directly by every folder of the program.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace murmelix {
+
+extern std::u16string WindowsDir;      // with a trailing "\", or empty
+extern std::u16string SettingsKeyPath; // registry subkey of the signed-in user's settings, or empty
+extern std::u16string SoundsDir;       // program directory + "\sounds\"
+extern std::u16string CharPicsDir;     // program directory + "\CharPics"
+extern std::int16_t MainFormLoaded;
+extern std::int16_t IsReadingConversation;
+extern std::int32_t ReadingWindowHandle; // HWND of the conversation being read, 0 when none
+extern int SpeechCheckAnswer;            // 6 = Yes
+
+} // namespace murmelix
