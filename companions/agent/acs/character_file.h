@@ -125,7 +125,7 @@ struct Character {
     std::uint32_t style = 0;
     std::optional<Voice> voice;     // present with style_voice
     std::optional<Balloon> balloon; // present with style_balloon
-    std::vector<Colour> palette;
+    std::vector<Colour> palette; // after reading always 256
     std::optional<TrayIcon> tray_icon;
     std::vector<State> states;
     std::vector<LocalizedName> names;
