@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <span>
+#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -53,23 +54,33 @@ struct Speech {
     std::vector<Bookmark> bookmarks;
 };
 
+enum class Delivery : std::uint8_t { normal, monotone, whisper };
+
 // How a character sounds when its text says nothing else.
 struct Manner {
     std::uint16_t language_id = 0x0409;
     std::uint32_t speed = 0;  // words a minute; 0: the engine's own
     std::uint16_t pitch = 0;  // hertz; 0: the engine's own
     std::uint16_t gender = 0; // 1 female, 2 male, 0 either
+    Delivery delivery = Delivery::normal;
+    bool emphasis = false;
+    std::uint32_t speaker = 0; // whose last text the tag \Lst\ repeats
+    friend bool operator==(const Manner&, const Manner&) = default;
 };
 
-// One engine that turns text into sound. Called on the service's worker thread alone.
+// One engine that turns text into sound. `speaks` may be called on any thread and always answers the same; `synthesise`
+// is called on the service's worker thread alone, has a time limit of its own, and returns soon (with nothing) once
+// `stop` is requested.
 class Engine {
   public:
     virtual ~Engine() = default;
     virtual bool speaks(std::uint16_t language_id) const = 0;
-    virtual std::optional<Wave> synthesise(const std::u16string& text, const Manner& manner, std::string& error) = 0;
+    virtual std::optional<Wave> synthesise(const std::u16string& text, const Manner& manner,
+                                           const std::stop_token& stop, std::string& error) = 0;
 };
 
 // The first engine that has a voice on this machine: SAPI 5, else espeak-ng as a process; null when there is neither.
+// Asks for their voices, which may take some 100 ms.
 std::unique_ptr<Engine> makeEngine();
 
 // Speaks on a worker thread, orders one after another.
@@ -85,23 +96,30 @@ class Service {
 
     // `text` as it was given to Speak: alternatives parted by "|" (one is chosen at random) and tags between
     // backslashes. `done` is called on the worker thread, once, with the speech; without a usable voice the speech is
-    // silence as long as the words take to read. A cancelled order may never be called back.
+    // silence as long as the words take to read (180 words a minute). A cancelled order is called back only if that
+    // was under way already.
+    // At most 4000 UTF-16 units and five minutes of one text are heard; all of it is shown, what is not heard counts as
+    // said when the sound ends.
     using Order = std::uint64_t;
     Order order(std::u16string text, Manner manner, std::function<void(Speech)> done);
     void cancel(Order order);
 
   private:
     struct Impl;
-    std::unique_ptr<Impl> impl_;
+    std::shared_ptr<Impl> impl_;
 };
 
 // The one way sound leaves the server, mixed: to the sound device if there is one, else on the clock, unheard; and to a
 // recording if one was asked for. All calls on the user-interface thread.
 class Output {
   public:
+    // Microseconds since any fixed moment, never going back.
+    using Clock = std::function<std::uint64_t()>;
     // `recording`: path of a .wav file that receives everything that sounds from now on, placed on the clock; empty:
     // none.
     explicit Output(std::u16string recording);
+    // Unheard, on a clock that is given.
+    Output(std::u16string recording, Clock clock);
     ~Output(); // closes the recording
     Output(const Output&) = delete;
     Output& operator=(const Output&) = delete;
@@ -110,13 +128,16 @@ class Output {
     // Starts at once. `finished` is called from `tick` when it has been heard to its end (not after stop).
     Playing play(const Wave& wave, std::function<void()> finished);
     void stop(Playing playing);
-    // How far it has been heard, in ms.
+    // How far it has been heard, in ms; 0 once it is stopped or its end was told.
     std::uint32_t heard(Playing playing) const;
     bool hasDevice() const;
     // To be called about every 10 ms by the owner's timer.
     void tick();
     // The recording is written up to now, its header made good: what is on disk can be read at any time.
     void flush();
+    // Why there is no recording or it ended early (at the 4 GB of a .wav file, or a full disk); empty while all is
+    // well.
+    const std::string& recordingError() const;
 
   private:
     struct Impl;
