@@ -144,15 +144,16 @@ bool start(std::wstring& command_line, const Socket& socket, HANDLE& process) {
     const InheritedHandles inherited(socket.handle());
     STARTUPINFOEXW start_info{};
     start_info.StartupInfo.cb = sizeof start_info;
-    start_info.StartupInfo.dwFlags = STARTF_USESTDHANDLES;
+    // Hidden by its window: told to have no console, a program of the system below Wine gets no standard handles.
+    start_info.StartupInfo.dwFlags = STARTF_USESTDHANDLES | STARTF_USESHOWWINDOW;
+    start_info.StartupInfo.wShowWindow = SW_HIDE;
     start_info.StartupInfo.hStdInput = socket.handle();
     start_info.StartupInfo.hStdOutput = socket.handle();
     start_info.lpAttributeList = inherited.get();
     PROCESS_INFORMATION information{};
     if (start_info.lpAttributeList == nullptr ||
-        CreateProcessW(nullptr, command_line.data(), nullptr, nullptr, TRUE,
-                       CREATE_NO_WINDOW | EXTENDED_STARTUPINFO_PRESENT, nullptr, nullptr, &start_info.StartupInfo,
-                       &information) == 0)
+        CreateProcessW(nullptr, command_line.data(), nullptr, nullptr, TRUE, EXTENDED_STARTUPINFO_PRESENT, nullptr,
+                       nullptr, &start_info.StartupInfo, &information) == 0)
         return false;
     const Handle thread(information.hThread);
     process = information.hProcess;

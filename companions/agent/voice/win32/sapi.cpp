@@ -89,8 +89,11 @@ std::vector<InstalledVoice> installedVoices() {
     Ptr<IEnumSpObjectTokens> tokens;
     check(category->EnumTokens(nullptr, nullptr, tokens.out()));
     Ptr<ISpObjectToken> token;
-    while (tokens && tokens->Next(1, token.out(), nullptr) == S_OK && token)
-        voices.push_back(describe(*token.get()));
+    while (tokens && tokens->Next(1, token.out(), nullptr) == S_OK && token) {
+        InstalledVoice voice = describe(*token.get());
+        if (!voice.languages.empty())
+            voices.push_back(std::move(voice));
+    }
     return voices;
 }
 
