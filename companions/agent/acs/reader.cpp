@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <fstream>
 #include <string_view>
+#include <system_error>
 
 namespace agent::acs {
 namespace {
@@ -497,6 +498,11 @@ std::span<const std::uint8_t> CharacterFile::sound(std::size_t index) const {
 }
 
 std::optional<std::vector<std::uint8_t>> readFile(const std::filesystem::path& path, std::string& error) {
+    std::error_code ignored;
+    if (!std::filesystem::is_regular_file(path, ignored)) {
+        error = "There is no such file.";
+        return std::nullopt;
+    }
     std::ifstream in(path, std::ios::binary | std::ios::ate);
     const std::streamoff size = in ? static_cast<std::streamoff>(in.tellg()) : -1;
     if (size < 0) {
