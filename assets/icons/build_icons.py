@@ -1,0 +1,126 @@
+#!/usr/bin/env python3
+"""Builds icons and pictures: build_icons.py DIRECTORY RSVG-CONVERT writes DIRECTORY/*.ico and *.bmp.
+
+NAME.svg becomes NAME.ico; NAME_small.svg, where there is one, gives its sizes up to 24 pixels. conversation.svg becomes
+a picture, too, on white. menu/NAME.svg becomes menu_NAME.bmp, black on white with one bit a pixel: as the picture of a
+menu item it takes the menu's own colours."""
+
+import concurrent.futures
+import pathlib
+import struct
+import subprocess
+import sys
+import zlib
+
+SIZES = (16, 20, 24, 32, 48, 64, 256)
+ICONS = ("murmelix", "messenger", "agent", "setup", "updater", "conversation")
+HERE = pathlib.Path(__file__).resolve().parent
+
+
+def render(converter, svg, size):
+    return subprocess.run([converter, "-w", str(size), "-h", str(size), str(svg)], check=True, stdout=subprocess.PIPE).stdout
+
+
+def rows(png):
+    """The rows of a PNG of four 8-bit channels, as bytes in the order red, green, blue, alpha."""
+    at, width, data = 8, 0, b""
+    while at < len(png):
+        length, kind = struct.unpack_from(">I4s", png, at)
+        body = png[at + 8:at + 8 + length]
+        if kind == b"IHDR":
+            width, _, depth, colours, _, _, interlaced = struct.unpack(">IIBBBBB", body)
+            if (depth, colours, interlaced) != (8, 6, 0):
+                raise ValueError("the picture is not plain 8-bit red, green, blue, alpha")
+        elif kind == b"IDAT":
+            data += body
+        at += 12 + length
+    raw, stride, result = zlib.decompress(data), width * 4, []
+    before = bytes(stride)
+    for start in range(0, len(raw), stride + 1):
+        method, row = raw[start], bytearray(raw[start + 1:start + 1 + stride])
+        for i in range(stride):
+            left = row[i - 4] if i >= 4 else 0
+            up, corner = before[i], before[i - 4] if i >= 4 else 0
+            if method == 1:
+                row[i] = (row[i] + left) & 255
+            elif method == 2:
+                row[i] = (row[i] + up) & 255
+            elif method == 3:
+                row[i] = (row[i] + (left + up) // 2) & 255
+            elif method == 4:
+                guess = left + up - corner
+                nearest = min((abs(guess - left), 0, left), (abs(guess - up), 1, up), (abs(guess - corner), 2, corner))[2]
+                row[i] = (row[i] + nearest) & 255
+        result.append(bytes(row))
+        before = row
+    return result
+
+
+def iconImage(png, size):
+    """One image of an icon: the PNG itself at 256 pixels, else a bitmap with alpha and a mask of one bit a pixel."""
+    if size >= 256:
+        return png
+    colours, mask = b"", b""
+    for row in reversed(rows(png)):
+        colours += b"".join(bytes((row[i + 2], row[i + 1], row[i], row[i + 3])) for i in range(0, len(row), 4))
+        bits = "".join("0" if row[i + 3] >= 128 else "1" for i in range(0, len(row), 4)).ljust((size + 31) // 32 * 32, "0")
+        mask += int(bits, 2).to_bytes(len(bits) // 8, "big")
+    return struct.pack("<IiiHHIIiiII", 40, size, size * 2, 1, 32, 0, len(colours) + len(mask), 0, 0, 0, 0) + colours + mask
+
+
+def icon(images):
+    directory, offset = b"", 6 + 16 * len(images)
+    for size, image in images:
+        directory += struct.pack("<BBBBHHII", size % 256, size % 256, 0, 0, 1, 32, len(image), offset)
+        offset += len(image)
+    return struct.pack("<HHH", 0, 1, len(images)) + directory + b"".join(image for _, image in images)
+
+
+def onWhite(row, i):
+    alpha = row[i + 3]
+    return tuple((row[i + k] * alpha + 255 * (255 - alpha) + 127) // 255 for k in (2, 1, 0))
+
+
+def bitmap(png, bits):
+    """A bitmap file of 24 bits a pixel, or of one: black where the picture is dark."""
+    lines = rows(png)
+    width, body = len(lines[0]) // 4, b""
+    for row in reversed(lines):
+        pixels = [onWhite(row, i) for i in range(0, len(row), 4)]
+        if bits == 24:
+            line = b"".join(bytes(pixel) for pixel in pixels)
+            body += line + bytes(-len(line) % 4)
+        else:
+            line = "".join("0" if sum(pixel) < 384 else "1" for pixel in pixels).ljust((width + 31) // 32 * 32, "0")
+            body += int(line, 2).to_bytes(len(line) // 8, "big")
+    palette = b"" if bits == 24 else bytes((0, 0, 0, 0, 255, 255, 255, 0))
+    start = 14 + 40 + len(palette)
+    return (struct.pack("<2sIHHI", b"BM", start + len(body), 0, 0, start) +
+            struct.pack("<IiiHHIIiiII", 40, width, len(lines), 1, bits, 0, len(body), 0, 0, len(palette) // 4, 0) + palette + body)
+
+
+def main(arguments):
+    if len(arguments) != 3:
+        sys.exit("usage: build_icons.py DIRECTORY RSVG-CONVERT")
+    directory, converter = pathlib.Path(arguments[1]), arguments[2]
+    directory.mkdir(parents=True, exist_ok=True)
+
+    def buildIcon(name):
+        small = HERE / f"{name}_small.svg"
+        images = []
+        for size in SIZES:
+            svg = small if size <= 24 and small.exists() else HERE / f"{name}.svg"
+            images.append((size, iconImage(render(converter, svg, size), size)))
+        (directory / f"{name}.ico").write_bytes(icon(images))
+
+    def buildMenuPicture(svg):
+        (directory / f"menu_{svg.stem}.bmp").write_bytes(bitmap(render(converter, svg, 16), 1))
+
+    with concurrent.futures.ThreadPoolExecutor() as pool:
+        list(pool.map(buildIcon, ICONS))
+        list(pool.map(buildMenuPicture, sorted((HERE / "menu").glob("*.svg"))))
+    (directory / "conversation.bmp").write_bytes(bitmap(render(converter, HERE / "conversation.svg", 32), 24))
+
+
+if __name__ == "__main__":
+    main(sys.argv)
