@@ -84,20 +84,6 @@ std::optional<std::u16string> registryText(HKEY root, const std::u16string& key,
     return text(characters.data());
 }
 
-std::vector<std::u16string> registryKeys(HKEY root, const std::u16string& key, REGSAM view) {
-    std::vector<std::u16string> names;
-    const Key opened = openKey(root, key, KEY_ENUMERATE_SUB_KEYS | view);
-    std::array<wchar_t, 256> name{};
-    for (DWORD index = 0; opened; ++index) {
-        auto length = static_cast<DWORD>(name.size());
-        if (RegEnumKeyExW(opened.get(), index, name.data(), &length, nullptr, nullptr, nullptr, nullptr) !=
-            ERROR_SUCCESS)
-            break;
-        names.emplace_back(narrow(name.data(), length));
-    }
-    return names;
-}
-
 bool fileExists(const std::u16string& path) {
     const DWORD attributes = GetFileAttributesW(wide(path));
     return attributes != INVALID_FILE_ATTRIBUTES && !(attributes & FILE_ATTRIBUTE_DIRECTORY);

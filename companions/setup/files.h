@@ -18,9 +18,6 @@ std::u16string fileName(const std::u16string& path);
 
 // Nothing where there is no such value.
 std::optional<std::u16string> registryText(HKEY root, const std::u16string& key, const wchar_t* value, REGSAM view = 0);
-// Names of the keys directly below, none where the key is missing.
-std::vector<std::u16string> registryKeys(HKEY root, const std::u16string& key, REGSAM view = 0);
-
 bool fileExists(const std::u16string& path);
 bool sameContent(const std::u16string& a, const std::u16string& b);
 std::vector<std::u16string> filesIn(const std::u16string& directory, const std::u16string& pattern);

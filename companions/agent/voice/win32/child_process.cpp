@@ -144,16 +144,17 @@ bool start(std::wstring& command_line, const Socket& socket, HANDLE& process) {
     const InheritedHandles inherited(socket.handle());
     STARTUPINFOEXW start_info{};
     start_info.StartupInfo.cb = sizeof start_info;
-    // Hidden by its window: told to have no console, a program of the system below Wine gets no standard handles.
-    start_info.StartupInfo.dwFlags = STARTF_USESTDHANDLES | STARTF_USESHOWWINDOW;
-    start_info.StartupInfo.wShowWindow = SW_HIDE;
+    // Detached from any console: below Wine a program that would get a console of its own, as one started by a program
+    // without a console would, loses its standard handles.
+    start_info.StartupInfo.dwFlags = STARTF_USESTDHANDLES;
     start_info.StartupInfo.hStdInput = socket.handle();
     start_info.StartupInfo.hStdOutput = socket.handle();
     start_info.lpAttributeList = inherited.get();
     PROCESS_INFORMATION information{};
     if (start_info.lpAttributeList == nullptr ||
-        CreateProcessW(nullptr, command_line.data(), nullptr, nullptr, TRUE, EXTENDED_STARTUPINFO_PRESENT, nullptr,
-                       nullptr, &start_info.StartupInfo, &information) == 0)
+        CreateProcessW(nullptr, command_line.data(), nullptr, nullptr, TRUE,
+                       EXTENDED_STARTUPINFO_PRESENT | DETACHED_PROCESS, nullptr, nullptr, &start_info.StartupInfo,
+                       &information) == 0)
         return false;
     const Handle thread(information.hThread);
     process = information.hProcess;
