@@ -18,6 +18,9 @@ class NeighbourError : public std::runtime_error {
     std::int32_t result_;
 };
 
+// True while a call to a neighbour is under way: the message loop runs in its middle, and a timer may want to wait.
+bool neighbourCallPending();
+
 // Runs one step whose failure is skipped; tells whether it succeeded. The only place where such failures end.
 template <class Step>
 bool attempt(Step&& step) {

@@ -61,7 +61,8 @@ class Sink final : public IDispatch {
                 handler(event, arguments);
             }
         } catch (const Error& error) {
-            return error.result();
+            // A handler that met a vanished neighbour must not look like a vanished sink to the source.
+            return isGone(error.result()) ? E_FAIL : error.result();
         } catch (...) {
             return E_UNEXPECTED;
         }
@@ -168,6 +169,7 @@ Subscription::Subscription(IDispatch* source, const IID& events, EventHandler ha
     check(impl_->point->Advise(impl_->sink.get(), &impl_->cookie));
 }
 
+Subscription::Subscription() = default;
 Subscription::~Subscription() = default;
 Subscription::Subscription(Subscription&&) noexcept = default;
 Subscription& Subscription::operator=(Subscription&&) noexcept = default;

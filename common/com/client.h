@@ -42,7 +42,7 @@ using EventHandler = std::function<void(DISPID event, std::vector<Variant>& argu
 // Hears the events of one source for as long as it lives. Exceptions of the handler stay in here.
 class Subscription {
   public:
-    Subscription() = default;
+    Subscription();
     // Advises `events` of the source's connection points; Error where the source has no such point.
     Subscription(IDispatch* source, const IID& events, EventHandler handler);
     ~Subscription();

@@ -1,0 +1,62 @@
+// What the toolkit needs of the window system, control by control: platform/win32/ui on Windows, nothing but memory in
+// the tests. Rectangles are pixels.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "platform/ui/form.h"
+
+namespace murmelix::ui {
+class Timer;
+}
+
+namespace murmelix::ui::native {
+
+using Handle = std::uintptr_t;
+
+Handle createControl(Control& control, Kind kind, Handle parent, const std::u16string& caption);
+Handle createForm(Form& form, Handle owner, const std::u16string& caption, FormStyle style);
+void destroy(Handle control);
+
+void setCaption(Handle control, const std::u16string& caption);
+void setVisible(Handle control, bool visible);
+void setEnabled(Handle control, bool enabled);
+void setToolTip(Handle control, const std::u16string& tip);
+void setBounds(Handle control, const Rect& pixels);
+void bringToFront(Handle control);
+void setFocus(Handle control);
+
+void setChecked(Handle check_box, bool checked);
+void clearItems(Handle list);
+void addItem(Handle list, const std::u16string& text);
+void selectItem(Handle list, int index);
+bool droppedDown(Handle list);
+void setScroll(Handle scroll_bar, int value, int max, int page);
+void setSunken(Handle picture_box, bool sunken);
+void setPicture(Handle picture_box, const Picture& picture);
+// The surface belongs to this picture box from now on and has its size.
+void attach(Surface& surface, Handle picture_box);
+
+void setOuterWidth(Handle form, int pixels);
+void setInnerSize(Handle form, int width, int height); // centred on its owner, else on the screen
+Rect innerBounds(Handle form);
+void setIcon(Handle form, const Picture& picture);
+void show(Handle form);
+// Serves this window and not its owner until it is hidden.
+void runModal(const Form& form);
+
+void addMenu(Handle form, const Menu& menu);
+void addMenuItem(Handle form, const Menu& menu, MenuItem& item);
+void changeMenu(Handle form, const Menu& menu);
+void changeMenuItem(Handle form, const MenuItem& item);
+void setMenuItemPicture(Handle form, const MenuItem& item, const Picture& picture);
+void popupMenu(Handle form, const Menu& menu);
+
+Handle startTimer(Timer& timer, int interval);
+void stopTimer(Handle timer);
+
+std::vector<std::u16string> files(const std::u16string& directory, const std::u16string& pattern);
+
+} // namespace murmelix::ui::native

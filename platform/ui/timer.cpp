@@ -1,0 +1,32 @@
+#include "platform/ui/timer.h"
+
+#include "platform/ui/native.h"
+
+namespace murmelix::ui {
+
+Timer::~Timer() {
+    setEnabled(false);
+}
+
+void Timer::setEnabled(bool enabled) {
+    if (enabled == enabled_)
+        return;
+    enabled_ = enabled;
+    if (enabled)
+        handle_ = native::startTimer(*this, interval_);
+    else
+        native::stopTimer(handle_);
+}
+
+void Timer::onTick() {
+    if (ticking_ || !enabled_ || !Tick)
+        return;
+    struct Ticking {
+        bool& flag;
+        explicit Ticking(bool& the_flag) : flag(the_flag) { flag = true; }
+        ~Ticking() { flag = false; }
+    } const ticking(ticking_);
+    Tick();
+}
+
+} // namespace murmelix::ui

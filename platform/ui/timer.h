@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+
+namespace murmelix::ui {
+
+// Raises Tick every Interval milliseconds while it is enabled; a tick never comes inside another one of the same timer.
+class Timer {
+  public:
+    explicit Timer(int interval) : interval_(interval) {}
+    ~Timer();
+    Timer(const Timer&) = delete;
+    Timer& operator=(const Timer&) = delete;
+
+    int Interval() const { return interval_; }
+    bool Enabled() const { return enabled_; }
+    void setEnabled(bool enabled);
+    std::function<void()> Tick;
+    void onTick();
+
+  private:
+    int interval_;
+    bool enabled_ = false;
+    bool ticking_ = false;
+    std::uintptr_t handle_ = 0;
+};
+
+} // namespace murmelix::ui

@@ -1,0 +1,38 @@
+// Units and small values of the window toolkit. Controls are placed in twips (1440 to an inch), surfaces are drawn on
+// in pixels.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace murmelix::ui {
+
+struct Rect {
+    int left = 0, top = 0, width = 0, height = 0;
+    bool operator==(const Rect&) const = default;
+};
+
+// 0x00BBGGRR, or 0x80000000 + the number of a system colour.
+using Colour = std::uint32_t;
+inline constexpr Colour window_background = 0x80000005;
+inline constexpr Colour highlight = 0x8000000D;
+inline constexpr Colour highlight_text = 0x8000000E;
+inline constexpr Colour button_face = 0x8000000F;
+inline constexpr Colour grey_text = 0x80000011;
+inline constexpr Colour button_text = 0x80000012;
+inline constexpr Colour link_text = 0x8000001A;
+
+// A picture of the program's resources; `size` is its width and height in pixels at 96 dots an inch. Without a name it
+// is no picture.
+struct Picture {
+    std::u16string name;
+    int size = 16;
+    explicit operator bool() const { return !name.empty(); }
+    bool operator==(const Picture&) const = default;
+};
+
+enum class Key { tab, enter, escape, up, down, other };
+
+enum MouseButton : int { left_button = 1, right_button = 2 };
+
+} // namespace murmelix::ui

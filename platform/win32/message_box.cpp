@@ -1,0 +1,15 @@
+#include "platform/message_box.h"
+
+#include <windows.h>
+
+#include "common/com/handles.h"
+#include "platform/win32/ui/windows.h"
+
+namespace murmelix::platform {
+
+int messageBox(const std::u16string& text, int style, const std::u16string& title) {
+    return MessageBoxW(ui::win32::visibleMainWindow(), com::wide(text), com::wide(title),
+                       static_cast<UINT>(style) | MB_SETFOREGROUND);
+}
+
+} // namespace murmelix::platform

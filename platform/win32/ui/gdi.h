@@ -1,0 +1,79 @@
+// Owners of drawing objects, and what all windows of the toolkit draw with.
+#pragma once
+
+#include <utility>
+
+#include <windows.h>
+
+#include "platform/ui/types.h"
+
+namespace murmelix::ui::win32 {
+
+template <class Handle, auto destroy>
+class Owned {
+  public:
+    Owned() = default;
+    explicit Owned(Handle handle) : handle_(handle) {}
+    Owned(Owned&& other) noexcept : handle_(std::exchange(other.handle_, nullptr)) {}
+    Owned& operator=(Owned&& other) noexcept {
+        std::swap(handle_, other.handle_);
+        return *this;
+    }
+    ~Owned() {
+        if (handle_)
+            destroy(handle_);
+    }
+    Handle get() const { return handle_; }
+    explicit operator bool() const { return handle_ != nullptr; }
+
+  private:
+    Handle handle_ = nullptr;
+};
+
+using Font = Owned<HFONT, DeleteObject>;
+using Bitmap = Owned<HBITMAP, DeleteObject>;
+using Brush = Owned<HBRUSH, DeleteObject>;
+using Pen = Owned<HPEN, DeleteObject>;
+using MemoryDc = Owned<HDC, DeleteDC>;
+using Icon = Owned<HICON, DestroyIcon>;
+
+// Selects an object for as long as it lives.
+class Selected {
+  public:
+    Selected(HDC dc, HGDIOBJ object) : dc_(dc), before_(SelectObject(dc, object)) {}
+    Selected(const Selected&) = delete;
+    Selected& operator=(const Selected&) = delete;
+    ~Selected() { SelectObject(dc_, before_); }
+
+  private:
+    HDC dc_;
+    HGDIOBJ before_;
+};
+
+// The screen's context for as long as it lives.
+class ScreenDc {
+  public:
+    ScreenDc() : dc_(GetDC(nullptr)) {}
+    ScreenDc(const ScreenDc&) = delete;
+    ScreenDc& operator=(const ScreenDc&) = delete;
+    ~ScreenDc() { ReleaseDC(nullptr, dc_); }
+    HDC get() const { return dc_; }
+
+  private:
+    HDC dc_;
+};
+
+int screenDpi();
+int scaled(int pixels_at_96);
+COLORREF toColorRef(Colour colour);
+
+// The system's message font; `points` 0 keeps its size.
+LOGFONTW messageFont(double points = 0);
+HFONT defaultFont();
+
+// A picture of the resources at its size for this screen; null where there is none of that name.
+Icon loadPicture(const Picture& picture, int pixels = 0);
+// With transparency, as menus want it.
+Bitmap pictureBitmap(const Picture& picture);
+
+} // namespace murmelix::ui::win32

@@ -1,0 +1,119 @@
+#include "platform/win32/ui/surface.h"
+
+#include "common/com/handles.h"
+#include "platform/ui/native.h"
+
+namespace murmelix::ui {
+
+namespace {
+
+SIZE measure(HDC dc, HFONT font, std::u16string_view text) {
+    const win32::Selected selected(dc, font);
+    SIZE size{};
+    GetTextExtentPoint32W(dc, reinterpret_cast<const wchar_t*>(text.data()), static_cast<int>(text.size()), &size);
+    return size;
+}
+
+} // namespace
+
+HFONT Surface::Impl::font() {
+    auto& chosen = fonts[(bold ? 1 : 0) + (underline ? 2 : 0)];
+    if (!chosen) {
+        LOGFONTW description = win32::messageFont(points);
+        description.lfWeight = bold ? FW_BOLD : FW_NORMAL;
+        description.lfUnderline = underline;
+        chosen = win32::Font(CreateFontIndirectW(&description));
+    }
+    return chosen.get();
+}
+
+void Surface::Impl::resize(HWND shown_by) {
+    window = shown_by;
+    RECT inner{};
+    GetClientRect(window, &inner);
+    if (bitmap && inner.right == width && inner.bottom == height)
+        return;
+    width = inner.right;
+    height = inner.bottom;
+    win32::Bitmap fresh(
+        CreateCompatibleBitmap(win32::ScreenDc().get(), width > 0 ? width : 1, height > 0 ? height : 1));
+    SelectObject(dc.get(), fresh.get());
+    bitmap = std::move(fresh);
+}
+
+void Surface::Impl::copyTo(HDC target, const RECT& part) {
+    BitBlt(target, part.left, part.top, part.right - part.left, part.bottom - part.top, dc.get(), part.left, part.top,
+           SRCCOPY);
+}
+
+Surface::Surface() : impl_(std::make_unique<Impl>()) {}
+Surface::~Surface() = default;
+
+int Surface::Width() const {
+    return impl_->width;
+}
+
+int Surface::Height() const {
+    return impl_->height;
+}
+
+void Surface::setFontSize(double points) {
+    impl_->points = points;
+    for (auto& font : impl_->fonts)
+        font = {};
+}
+
+void Surface::setFontBold(bool bold) {
+    impl_->bold = bold;
+}
+
+void Surface::setFontUnderline(bool underline) {
+    impl_->underline = underline;
+}
+
+int Surface::TextWidth(std::u16string_view text) const {
+    return measure(impl_->dc.get(), impl_->font(), text).cx;
+}
+
+int Surface::TextHeight() const {
+    return measure(impl_->dc.get(), impl_->font(), u"X").cy;
+}
+
+void Surface::Cls(Colour background) {
+    Fill({0, 0, impl_->width, impl_->height}, background);
+}
+
+void Surface::Fill(const Rect& pixels, Colour colour) {
+    impl_->drawn_on = true;
+    const RECT area{pixels.left, pixels.top, pixels.left + pixels.width, pixels.top + pixels.height};
+    const win32::Brush brush(CreateSolidBrush(win32::toColorRef(colour)));
+    FillRect(impl_->dc.get(), &area, brush.get());
+}
+
+void Surface::Print(int x, int y, std::u16string_view text, Colour colour) {
+    HDC dc = impl_->dc.get();
+    const win32::Selected selected(dc, impl_->font());
+    SetBkMode(dc, TRANSPARENT);
+    SetTextColor(dc, win32::toColorRef(colour));
+    // Longer text than a line of the widest screen is not seen.
+    const auto length = static_cast<UINT>(std::min<std::size_t>(text.size(), 4096));
+    ExtTextOutW(dc, x, y, 0, nullptr, reinterpret_cast<const wchar_t*>(text.data()), length, nullptr);
+}
+
+void Surface::PaintPicture(const Picture& picture, int x, int y) {
+    if (const auto icon = win32::loadPicture(picture)) {
+        const int size = win32::scaled(picture.size);
+        DrawIconEx(impl_->dc.get(), x, y, icon.get(), size, size, 0, nullptr, DI_NORMAL);
+    }
+}
+
+void Surface::Refresh() {
+    if (impl_->window)
+        InvalidateRect(impl_->window, nullptr, FALSE);
+}
+
+void native::attach(Surface& surface, Handle picture_box) {
+    surface.impl().resize(reinterpret_cast<HWND>(picture_box));
+}
+
+} // namespace murmelix::ui

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "platform/ui/surface.h"
+#include "platform/win32/ui/gdi.h"
+
+namespace murmelix::ui {
+
+struct Surface::Impl {
+    HWND window = nullptr; // that shows it
+    int width = 0, height = 0;
+    bool drawn_on = false; // else the picture box shows its picture
+    double points = 0;
+    bool bold = false, underline = false;
+    win32::Bitmap bitmap;
+    win32::MemoryDc dc{CreateCompatibleDC(nullptr)};
+    win32::Font fonts[4]; // by bold + 2 * underline, made when they are needed
+
+    HFONT font();
+    void resize(HWND shown_by);
+    void copyTo(HDC target, const RECT& part);
+};
+
+} // namespace murmelix::ui

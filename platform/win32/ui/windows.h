@@ -1,0 +1,14 @@
+// What other Windows code needs of the toolkit.
+#pragma once
+
+#include <windows.h>
+
+namespace murmelix::ui::win32 {
+
+// One message of the loop, the toolkit's keyboard handling first.
+void dispatch(const MSG& message);
+
+// The form without an owner that is on screen; null where none is.
+HWND visibleMainWindow();
+
+} // namespace murmelix::ui::win32
