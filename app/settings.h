@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 
+#include "platform/messenger_api.h"
 #include "platform/registry.h"
 
 namespace murmelix {
@@ -21,7 +22,12 @@ std::u16string ReadRegistryValue(platform::Hive hive, const std::u16string& subk
 void WriteRegistryValue(platform::Hive hive, const std::u16string& subkey, const std::u16string& name,
                         const std::u16string& text);
 
-// Reads all thirteen in the table's order; an empty one is written with its default and takes it.
+// Reads all thirteen in the table's order; an empty one is written with its default and takes it. A number beyond
+// sixteen bits becomes the nearest one there is, so that it stays true.
 void LoadSettings();
+
+// Value for SettingsKeyPath: that of the signed-in user, empty while the client is offline, on its way or gone. The
+// status is read five times, once for each status that counts as signed out.
+std::u16string SettingsKeyPathFor(platform::MessengerApi& messenger);
 
 } // namespace murmelix

@@ -18,6 +18,11 @@ extern KeyedCollection<std::shared_ptr<platform::AgentRequest>> LastRequests;
 extern KeyedCollection<std::u16string>
     LoadedCharacterKeys; // in loading order; a contact without a character is here too
 
+// Null when the contact has none.
+std::shared_ptr<platform::AgentCharacter> loadedCharacter(const std::u16string& key);
+// By LoadedCharacterKeys, contacts without a character left out. A copy: a call on one of them can unload others.
+std::vector<std::shared_ptr<platform::AgentCharacter>> charactersInLoadingOrder();
+
 // What the characters need of the windows above them; filled in by the shell at start.
 struct CharacterHost {
     platform::AgentControl* agent = nullptr;

@@ -7,10 +7,11 @@
 namespace murmelix {
 
 // `mark`: every emoticon becomes separator + "Emot+" + its spelling in the list + separator, and the text is framed by
-// separators. Else every emoticon of the first two lists becomes a blank.
+// separators. Else every emoticon of the first two lists becomes a blank. The separator begins and ends with a
+// character of no emoticon, a blank for instance.
 std::u16string MarkEmoticons(std::u16string_view text, bool mark, std::u16string_view separator = {});
 
-// Every "(...)" group removed, the rest trimmed each time.
+// Every "(...)" group removed, the rest trimmed where there was one.
 std::u16string RemoveBracketedText(std::u16string_view text);
 
 } // namespace murmelix

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdint>
 #include <cstdlib>
+#include <vector>
 
 namespace murmelix {
 
@@ -61,7 +63,7 @@ void appendUtf8(std::string& bytes, char32_t code) {
     }
 }
 
-char16_t lowerByRange(char16_t unit) {
+constexpr char16_t lowerByRange(char16_t unit) {
     const auto plus = [unit](int distance) { return static_cast<char16_t>(unit + distance); };
     const auto within = [unit](char16_t first, char16_t last) { return unit >= first && unit <= last; };
     if (within(u'A', u'Z') || (within(0xC0, 0xDE) && unit != 0xD7))
@@ -97,10 +99,10 @@ char16_t lowerByRange(char16_t unit) {
 constexpr std::size_t cased_units = 0x460;
 
 struct CaseTables {
-    std::array<char16_t, cased_units> lower;
-    std::array<char16_t, cased_units> upper;
+    std::array<char16_t, cased_units> lower{};
+    std::array<char16_t, cased_units> upper{};
 
-    CaseTables() {
+    constexpr CaseTables() {
         for (std::size_t unit = 0; unit < cased_units; ++unit)
             lower[unit] = upper[unit] = static_cast<char16_t>(unit);
         for (std::size_t unit = 0; unit < cased_units; ++unit) {
@@ -111,9 +113,31 @@ struct CaseTables {
     }
 };
 
-const CaseTables& caseTables() {
-    static const CaseTables tables;
-    return tables;
+constexpr CaseTables case_tables;
+
+// Folded texts longer than this are sought without ever going back in the text, so that no pair of texts takes longer
+// than the sum of their lengths.
+constexpr std::size_t short_text = 16;
+
+std::size_t findLongFolded(std::u16string_view text, std::u16string_view wanted, std::size_t from) {
+    // border[n]: length of the longest proper start of wanted's first n units that is also their end.
+    std::vector<std::size_t> border(wanted.size() + 1, 0);
+    for (std::size_t at = 1, matched = 0; at < wanted.size(); ++at) {
+        while (matched > 0 && toLower(wanted[at]) != toLower(wanted[matched]))
+            matched = border[matched];
+        if (toLower(wanted[at]) == toLower(wanted[matched]))
+            ++matched;
+        border[at + 1] = matched;
+    }
+    for (std::size_t at = from, matched = 0; at < text.size(); ++at) {
+        while (matched > 0 && toLower(text[at]) != toLower(wanted[matched]))
+            matched = border[matched];
+        if (toLower(text[at]) == toLower(wanted[matched]))
+            ++matched;
+        if (matched == wanted.size())
+            return at + 1 - wanted.size();
+    }
+    return npos;
 }
 
 } // namespace
@@ -161,11 +185,11 @@ std::string toUtf8(std::u16string_view text) {
 }
 
 char16_t toLower(char16_t unit) {
-    return unit < cased_units ? caseTables().lower[unit] : unit;
+    return unit < cased_units ? case_tables.lower[unit] : unit;
 }
 
 char16_t toUpper(char16_t unit) {
-    return unit < cased_units ? caseTables().upper[unit] : unit;
+    return unit < cased_units ? case_tables.upper[unit] : unit;
 }
 
 std::u16string toLower(std::u16string_view text) {
@@ -177,14 +201,23 @@ std::u16string toLower(std::u16string_view text) {
 std::size_t find(std::u16string_view text, std::u16string_view wanted, std::size_t from, LetterCase letter_case) {
     if (letter_case == LetterCase::matters)
         return text.find(wanted, from);
-    if (from > text.size())
+    if (from > text.size() || wanted.size() > text.size() - from)
         return npos;
-    const auto same = [](char16_t a, char16_t b) { return toLower(a) == toLower(b); };
-    const auto begin = text.begin() + static_cast<std::ptrdiff_t>(from);
-    const auto found = std::search(begin, text.end(), wanted.begin(), wanted.end(), same);
-    if (found == text.end() && !wanted.empty())
-        return npos;
-    return static_cast<std::size_t>(found - text.begin());
+    if (wanted.empty())
+        return from;
+    if (wanted.size() > short_text)
+        return findLongFolded(text, wanted, from);
+    const char16_t first = toLower(wanted.front());
+    for (std::size_t at = from; at <= text.size() - wanted.size(); ++at) {
+        if (toLower(text[at]) != first)
+            continue;
+        std::size_t same = 1;
+        while (same < wanted.size() && toLower(text[at + same]) == toLower(wanted[same]))
+            ++same;
+        if (same == wanted.size())
+            return at;
+    }
+    return npos;
 }
 
 bool sameText(std::u16string_view a, std::u16string_view b, LetterCase letter_case) {
@@ -245,6 +278,10 @@ double leadingNumber(std::u16string_view text) {
     }
     const double value = std::strtod(number.c_str(), nullptr);
     return value == value ? value : 0.0;
+}
+
+std::int16_t toInt16(double value) {
+    return static_cast<std::int16_t>(std::nearbyint(std::clamp(value, -32768.0, 32767.0)));
 }
 
 } // namespace murmelix

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -43,5 +44,8 @@ std::u16string toText(long long number);
 
 // Value of the number at the start of the text (leading blanks skipped, sign, digits, fraction, exponent); 0 without.
 double leadingNumber(std::u16string_view text);
+
+// Rounded to the nearest 16-bit number, halves to even; the least or greatest one where the value lies beyond.
+std::int16_t toInt16(double value);
 
 } // namespace murmelix

@@ -43,8 +43,9 @@ class MSNControl {
 
     platform::MessengerApi& MSNAPI() { return *messenger_; }
 
-    std::int32_t LastReadPosition = 0; // from 1, of the first character not yet read
-    std::u16string currentUser;        // sign-in name of the writer read last; "" when unknown
+    // From 1, of the first character not yet read; 0 while the history's length is not known.
+    std::int32_t LastReadPosition = 0;
+    std::u16string currentUser; // sign-in name of the writer read last; "" when unknown
 
     std::shared_ptr<platform::MessengerWindow> GetWindowAt(std::int32_t handle) const; // null when unknown
     std::shared_ptr<platform::MessengerWindow> GetTheWindowAt(std::int16_t position) const;
@@ -53,11 +54,12 @@ class MSNControl {
     void RemoveMoniteredWindowContacts();
     void EnableMoniterTimer(bool enable);
 
-    // A new reading begins at the end of the window's history: nothing that stands there is read.
+    // A new reading begins at the end of the window's history: nothing that stands there is read. Where the history
+    // cannot be read now, it begins at the end that the first successful tick finds.
     void StartAtEndOf(platform::MessengerWindow& window);
     void ReadMoniter_Timer();
 
-    // One tick without its speech: what would be handed to SpeakMessage.
+    // One tick without its speech: what would be handed to SpeakMessage. Not to be called inside of itself.
     struct CapturedText {
         std::u16string key, text;
     };
@@ -80,10 +82,15 @@ class MSNControl {
     std::u16string GetContactsText(std::int32_t handle);
     std::u16string FindMessageWriter(const std::u16string& head, platform::MessengerWindow& window);
     std::int16_t GetUnreadEmailCount();
+    bool isBeingRead(std::int32_t handle);
+    static std::int32_t positionBehind(std::size_t length);
+
+    static constexpr std::int32_t position_unknown = 0;
 
     MonitorHost host_;
     KeyedCollection<std::shared_ptr<platform::MessengerWindow>> windows_; // "%" + handle + "%"
-    bool capturing_ = false;
+    std::uint32_t reading_ = 0;                                           // number of the reading begun last
+    bool ticking_ = false;
     std::unique_ptr<platform::MessengerApi> messenger_; // last: its events use all above
 };
 
