@@ -23,8 +23,10 @@ struct Voice {
         std::uint16_t gender = 0; // 1 female, 2 male
         std::uint16_t age = 0;    // years
         std::u16string style;
+        bool operator==(const Choice&) const = default;
     };
     std::optional<Choice> choice;
+    bool operator==(const Voice&) const = default;
 };
 
 struct Balloon {
@@ -38,26 +40,30 @@ struct Balloon {
     std::uint32_t weight = 400;
     bool italic = false;
     bool strike_out = false;
+    bool operator==(const Balloon&) const = default;
 };
 
 struct Colour {
     std::uint8_t blue = 0, green = 0, red = 0;
-    friend bool operator==(const Colour&, const Colour&) = default;
+    bool operator==(const Colour&) const = default;
 };
 
 struct TrayIcon {
     std::vector<std::uint8_t> colour_image;
     std::vector<std::uint8_t> mask_image;
+    bool operator==(const TrayIcon&) const = default;
 };
 
 struct State {
     std::u16string name; // upper case: "SHOWING", "IDLINGLEVEL1"…
     std::vector<std::u16string> animations;
+    bool operator==(const State&) const = default;
 };
 
 struct LocalizedName {
     std::uint16_t language_id = 0x0409;
     std::u16string name, description, extra_data;
+    bool operator==(const LocalizedName&) const = default;
 };
 
 // The animation's end (Frame::exit_frame) and the absence of an exit.
@@ -68,11 +74,13 @@ inline constexpr std::uint16_t no_sound = 0xFFFF;
 struct FrameImage {
     std::uint32_t image = 0; // index in Character::images
     std::int16_t x = 0, y = 0;
+    bool operator==(const FrameImage&) const = default;
 };
 
 struct Branch {
     std::uint16_t target = 0;
     std::uint16_t probability = 0; // percent
+    bool operator==(const Branch&) const = default;
 };
 
 // 0 closed, 1 to 4 wide open in four widths, 5 medium, 6 narrow.
@@ -85,6 +93,7 @@ struct Mouth {
     std::int16_t x = 0, y = 0;
     std::uint16_t width = 0, height = 0;
     std::vector<std::uint8_t> region; // RGNDATA; empty: none
+    bool operator==(const Mouth&) const = default;
 };
 
 struct Frame {
@@ -94,6 +103,7 @@ struct Frame {
     std::int16_t exit_frame = exit_none;
     std::vector<Branch> branches;
     std::vector<Mouth> mouths;
+    bool operator==(const Frame&) const = default;
 };
 
 enum class Transition : std::uint8_t { return_animation, exit_branches, none };
@@ -103,6 +113,7 @@ struct Animation {
     Transition transition = Transition::exit_branches;
     std::u16string return_animation;
     std::vector<Frame> frames;
+    bool operator==(const Animation&) const = default;
 };
 
 // Palette indices, rows padded to 4 bytes, bottom row first; stride = (width + 3) & ~3, pixels.size() = stride ×
@@ -112,6 +123,7 @@ struct Image {
     std::vector<std::uint8_t> pixels;
     std::vector<std::uint8_t> region; // RGNDATA
     std::uint32_t stride() const { return (static_cast<std::uint32_t>(width) + 3U) & ~3U; }
+    bool operator==(const Image&) const = default;
 };
 
 inline constexpr std::uint32_t style_voice = 0x20;
@@ -125,7 +137,7 @@ struct Character {
     std::uint32_t style = 0;
     std::optional<Voice> voice;     // present with style_voice
     std::optional<Balloon> balloon; // present with style_balloon
-    std::vector<Colour> palette; // after reading always 256
+    std::vector<Colour> palette;    // after reading always 256
     std::optional<TrayIcon> tray_icon;
     std::vector<State> states;
     std::vector<LocalizedName> names;
@@ -136,6 +148,7 @@ struct Character {
     // Without letter case; null when there is none.
     const Animation* findAnimation(std::u16string_view name) const;
     const State* findState(std::u16string_view name) const;
+    bool operator==(const Character&) const = default;
 };
 
 } // namespace agent::acs

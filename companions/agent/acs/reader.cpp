@@ -145,6 +145,9 @@ std::vector<std::uint8_t> unpacked(bool compressed, std::span<const std::uint8_t
 
 // Of an image that was checked.
 Image decoded(const RawImage& raw) {
+    if (raw.size() == 0) {
+        return {};
+    }
     return {raw.width, raw.height, unpacked(raw.compressed, raw.pixels, raw.size()),
             unpacked(raw.region_compressed, raw.region, raw.region_size)};
 }
