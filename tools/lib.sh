@@ -106,29 +106,54 @@ wine_environment() {
     export WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe=d"
 }
 
-# Makes the prefix of WINEPREFIX where it is not there yet; only one process makes it, others wait for that.
-make_prefix() {
-    [ ! -e "$WINEPREFIX/.ready" ] || return 0
-    mkdir -p "$WINEPREFIX"
+# Makes a prefix at the directory $1 as Wine makes it, once; who comes meanwhile waits.
+make_bare_prefix() {
+    local bare=$1
+    [ ! -e "$bare/.ready" ] || return 0
+    mkdir -p "$bare"
     (
-        exec 9>"$WINEPREFIX.lock"
-        flock -w 600 9 || die "another process has been making $WINEPREFIX for ten minutes"
-        [ ! -e "$WINEPREFIX/.ready" ] || exit 0
+        exec 9>"$bare.lock"
+        flock -w 600 9 || die "another process has been making $bare for ten minutes"
+        [ ! -e "$bare/.ready" ] || exit 0
         # A crashed program ends and says so, instead of showing a window that waits for a user.
-        cat >"$WINEPREFIX/settings.reg" <<'REG'
+        cat >"$bare/settings.reg" <<'REG'
 REGEDIT4
 
 [HKEY_CURRENT_USER\Software\Wine\WineDbg]
 "ShowCrashDialog"=dword:00000000
-
-[HKEY_CURRENT_USER\Software\Wine\DllOverrides]
-"winemenubuilder.exe"=""
 REG
         # shellcheck disable=SC2016 # expanded by the inner shell
-        timeout -k 10 300 xvfb-run -a bash -c '
-            "$1" wineboot --init && "$1" regedit /S "$3" && "$2" -w' make_prefix \
-            "$WINE" "$WINESERVER" "$WINEPREFIX/settings.reg" >"$WINEPREFIX/wineboot.log" 2>&1 ||
-            die "the Wine prefix could not be made; see $WINEPREFIX/wineboot.log"
-        touch "$WINEPREFIX/.ready"
+        WINEPREFIX=$bare timeout -k 10 300 xvfb-run -a bash -c '
+            "$1" wineboot --init && "$1" regedit /S "$3" && "$2" -w' make_bare_prefix \
+            "$WINE" "$WINESERVER" "$bare/settings.reg" >"$bare/wineboot.log" 2>&1 ||
+            die "the Wine prefix could not be made; see $bare/wineboot.log"
+        touch "$bare/.ready"
+    ) || exit 1
+}
+
+# copy_prefix FROM TO: in a moment, because files are shared by hard links; those that are written in place are not.
+copy_prefix() {
+    local from=$1 to=$2 half_done=$2.new file
+    rm -rf "$half_done"
+    cp -al "$from" "$half_done"
+    for file in system.reg user.reg userdef.reg drive_c/windows/win.ini drive_c/windows/system.ini; do
+        [ ! -e "$from/$file" ] || cp -a --remove-destination "$from/$file" "$half_done/$file"
+    done
+    mv "$half_done" "$to"
+}
+
+# Makes the prefix of WINEPREFIX where it is not there yet, out of one that no program has written into.
+make_prefix() {
+    [ ! -e "$WINEPREFIX/.ready" ] || return 0
+    local bare=$MURMELIX_ROOT/build/wine-bare
+    make_bare_prefix "$bare"
+    mkdir -p "$(dirname "$WINEPREFIX")"
+    (
+        exec 9>"$WINEPREFIX.lock"
+        flock -w 600 9 || die "another process has been making $WINEPREFIX for ten minutes"
+        if [ ! -e "$WINEPREFIX/.ready" ]; then
+            rm -rf "$WINEPREFIX" # what another version of this script, or half of a copy, has left
+            copy_prefix "$bare" "$WINEPREFIX"
+        fi
     ) || exit 1
 }
