@@ -1,0 +1,130 @@
+// AgentServer.exe [/regserver | /unregserver] [/record FILE.wav] [/transcript FILE.txt] [/speed X] [/tray]
+// /record keeps all that sounds, placed on the stage clock: with /speed 10 the characters act ten times as fast, and
+// the recording, at the natural rate, is as long as their performance would have been. COM starts it with -Embedding;
+// it then ends a few seconds after its last client.
+#include <cmath>
+#include <optional>
+#include <vector>
+
+#include <windows.h>
+
+#include <shellapi.h>
+
+#include "common/com/server.h"
+#include "common/text.h"
+#include "companions/agent/automation/objects.h"
+#include "companions/agent/automation/server.h"
+
+namespace {
+
+using agent::automation::Options;
+using agent::automation::serverClass;
+
+std::vector<std::u16string> arguments() {
+    int count = 0;
+    wchar_t** words = CommandLineToArgvW(GetCommandLineW(), &count);
+    std::vector<std::u16string> result;
+    for (int i = 1; i < count; ++i) {
+        result.emplace_back(murmelix::com::narrow(words[i], wcslen(words[i])));
+    }
+    LocalFree(words);
+    return result;
+}
+
+std::u16string ownPath() {
+    std::vector<wchar_t> path(32768);
+    const DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
+    return std::u16string(murmelix::com::narrow(path.data(), length));
+}
+
+std::u16string quoted(const std::u16string& path) {
+    std::u16string result(1, u'"');
+    result.append(path).push_back(u'"');
+    return result;
+}
+
+struct CommandLine {
+    enum class Deed { serve, register_server, unregister_server } deed = Deed::serve;
+    Options options;
+};
+
+// Nothing for a command line that is not understood.
+std::optional<CommandLine> parsed(const std::vector<std::u16string>& words) {
+    CommandLine line;
+    const auto is = [](const std::u16string& word, const char16_t* name) {
+        return (word.starts_with(u'/') || word.starts_with(u'-')) &&
+               murmelix::sameText(std::u16string_view(word).substr(1), name, murmelix::LetterCase::ignored);
+    };
+    bool embedded = false;
+    bool tray = false;
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        const bool has_value = i + 1 < words.size();
+        if (is(words[i], u"regserver")) {
+            line.deed = CommandLine::Deed::register_server;
+        } else if (is(words[i], u"unregserver")) {
+            line.deed = CommandLine::Deed::unregister_server;
+        } else if (is(words[i], u"Embedding")) {
+            embedded = true;
+        } else if (is(words[i], u"tray")) {
+            tray = true;
+        } else if (is(words[i], u"record") && has_value) {
+            line.options.recording = words[++i];
+        } else if (is(words[i], u"transcript") && has_value) {
+            line.options.transcript = words[++i];
+        } else if (is(words[i], u"speed") && has_value) {
+            line.options.speed = murmelix::leadingNumber(words[++i]);
+            if (!(line.options.speed >= 0.01 && line.options.speed <= 1000)) {
+                return std::nullopt;
+            }
+        } else {
+            return std::nullopt;
+        }
+    }
+    line.options.stay = tray || !embedded;
+    return line;
+}
+
+int serve(const Options& options) {
+    const murmelix::com::Apartment apartment;
+    murmelix::com::check(apartment.result());
+    agent::automation::Server server(options);
+    const murmelix::com::ClassObject offered(serverClass().clsid,
+                                             [&] { return agent::automation::makeControl(server, 0); });
+    server.run();
+    return 0;
+}
+
+int registration(murmelix::com::Registration result) {
+    switch (result) {
+    case murmelix::com::Registration::done:
+        return 0;
+    case murmelix::com::Registration::owned_by_another:
+        return 2;
+    default:
+        return 3;
+    }
+}
+
+} // namespace
+
+// Exit status: 0; 1 for a wrong command line or a server that could not start; from /regserver 2 where another server
+// is registered, 3 where the registry refuses.
+int WINAPI wWinMain(HINSTANCE, HINSTANCE, LPWSTR, int) {
+    try {
+        const auto line = parsed(arguments());
+        if (!line) {
+            return 1;
+        }
+        switch (line->deed) {
+        case CommandLine::Deed::register_server:
+            return registration(murmelix::com::registerServer(serverClass(), quoted(ownPath())));
+        case CommandLine::Deed::unregister_server:
+            murmelix::com::unregisterServer(serverClass());
+            return 0;
+        default:
+            return serve(line->options);
+        }
+    } catch (...) {
+        return 1;
+    }
+}

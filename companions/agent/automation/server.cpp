@@ -1,0 +1,504 @@
+#include "companions/agent/automation/server.h"
+
+#include <algorithm>
+#include <array>
+#include <cwctype>
+#include <random>
+#include <utility>
+
+#include <windows.h>
+
+#include "common/text.h"
+#include "companions/agent/automation/objects.h"
+#include "companions/agent/automation/settings_window.h"
+
+namespace agent::automation {
+namespace {
+
+using murmelix::com::Error;
+
+constexpr UINT tick_period = 10;          // ms
+constexpr ULONGLONG first_client = 30000; // ms that a started server waits for its first client
+constexpr ULONGLONG grace = 3000;         // ms after the last one, in case another follows
+constexpr ULONGLONG flush_period = 500;   // ms between two saves of the recording
+
+bool sameId(std::u16string_view a, std::u16string_view b) {
+    return murmelix::sameText(a, b, murmelix::LetterCase::ignored);
+}
+
+std::u16string windowsDirectory() {
+    std::array<wchar_t, MAX_PATH + 1> path{};
+    const UINT length = GetWindowsDirectoryW(path.data(), static_cast<UINT>(path.size()));
+    return std::u16string(murmelix::com::narrow(path.data(), std::min<std::size_t>(length, path.size() - 1)));
+}
+
+bool isAbsolute(std::u16string_view path) {
+    const bool drive = path.size() > 2 && path[1] == u':' && (path[2] == u'\\' || path[2] == u'/');
+    return drive || path.starts_with(u"\\\\");
+}
+
+// The file that Load means: an absolute path, or a name in the characters' directory.
+std::u16string characterPath(std::u16string name) {
+    if (!isAbsolute(name)) {
+        if (name.empty() || name.find_first_of(u"\\/:*?\"<>|") != std::u16string::npos) {
+            throw Error(E_INVALIDARG, u"\"" + name + u"\" is no name of a character file.");
+        }
+        name = windowsDirectory() + u"\\msagent\\chars\\" + name;
+    }
+    const bool suffixed = name.size() > 4 && sameId(std::u16string_view(name).substr(name.size() - 4), u".acs");
+    if (!suffixed && GetFileAttributesW(murmelix::com::wide(name)) == INVALID_FILE_ATTRIBUTES) {
+        name += u".acs";
+    }
+    return name;
+}
+
+std::shared_ptr<const acs::CharacterFile> openCharacter(const std::u16string& name) {
+    const std::u16string path = characterPath(name);
+    if (path.find(u'\0') != std::u16string::npos ||
+        GetFileAttributesW(murmelix::com::wide(path)) == INVALID_FILE_ATTRIBUTES) {
+        throw Error(HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND), u"There is no character file \"" + path + u"\".");
+    }
+    std::string error;
+    auto file = acs::CharacterFile::load(std::filesystem::path(path), error);
+    if (!file) {
+        throw Error(HRESULT_FROM_WIN32(ERROR_FILE_CORRUPT),
+                    u"The character file \"" + path + u"\" cannot be used: " + murmelix::fromUtf8(error));
+    }
+    return std::make_shared<const acs::CharacterFile>(std::move(*file));
+}
+
+std::uint32_t balloonStyle(const acs::Character& character) {
+    const acs::Balloon balloon = character.balloon.value_or(acs::Balloon{});
+    return stage::balloon_on | stage::balloon_size_to_text | stage::balloon_auto_hide | stage::balloon_auto_pace |
+           std::uint32_t{balloon.characters_a_line} << 16 | std::uint32_t{balloon.lines} << 24;
+}
+
+} // namespace
+
+const murmelix::com::ServerClass& serverClass() {
+    static const murmelix::com::ServerClass served{
+        {0x6d1f5c02, 0x3b7e, 0x4a86, {0x9c, 0x41, 0xe8, 0x2a, 0x57, 0xb0, 0xd3, 0x19}},
+        u"Murmelix AgentServer Control",
+        {u"Agent.Control", u"Agent.Control.1", u"Agent.Control.2"}};
+    return served;
+}
+
+MenuCommand* CommandList::find(std::u16string_view name) {
+    const auto found = std::find_if(commands.begin(), commands.end(),
+                                    [&](const MenuCommand& command) { return sameId(command.name, name); });
+    return found == commands.end() ? nullptr : &*found;
+}
+
+Client::~Client() {
+    unloadAll();
+    server_.clientGone(*this);
+}
+
+Loaded& Client::load(const std::u16string& id, const std::u16string& file) {
+    if (id.empty()) {
+        throw Error(E_INVALIDARG, u"A character needs an id.");
+    }
+    if (find(id)) {
+        throw Error(HRESULT_FROM_WIN32(ERROR_ALREADY_EXISTS), u"The id \"" + id + u"\" is in use already.");
+    }
+    auto added = std::make_shared<Loaded>();
+    added->id = id;
+    added->file = openCharacter(file);
+    const acs::Character& character = added->file->character();
+    stage::Actor& actor = server_.stage().enter(std::make_shared<stage::FileRepertoire>(added->file));
+    added->actor = actor.id();
+    actor.balloon_style = balloonStyle(character);
+    if (character.voice) {
+        actor.manner.speed = character.voice->speed == 0xFFFFFFFF ? 0 : character.voice->speed;
+        actor.manner.pitch = character.voice->pitch == 0xFFFF ? std::uint16_t{0} : character.voice->pitch;
+        if (character.voice->choice) {
+            actor.manner.gender = character.voice->choice->gender;
+            if (server_.service().speaks(character.voice->choice->language_id)) {
+                actor.manner.language_id = character.voice->choice->language_id;
+            }
+        }
+    }
+    for (const acs::LocalizedName& name : character.names) {
+        if (actor.name.empty() || name.language_id == actor.manner.language_id) {
+            actor.name = name.name;
+            added->description = name.description;
+            added->extra_data = name.extra_data;
+        }
+    }
+    server_.theatre().admit(actor.id(), added->file);
+    loaded_.push_back(added);
+    return *added;
+}
+
+void Client::unload(const std::u16string& id) {
+    const auto gone = find(id);
+    if (!gone) {
+        throw Error(E_INVALIDARG, u"There is no character \"" + id + u"\".");
+    }
+    // Told while it can still be found.
+    server_.stage().leave(gone->actor);
+    server_.theatre().dismiss(gone->actor);
+    std::erase(loaded_, gone);
+}
+
+void Client::unloadAll() {
+    while (!loaded_.empty()) {
+        unload(loaded_.back()->id);
+    }
+}
+
+std::shared_ptr<Loaded> Client::find(std::u16string_view id) const {
+    const auto found =
+        std::find_if(loaded_.begin(), loaded_.end(), [&](const auto& loaded) { return sameId(loaded->id, id); });
+    return found == loaded_.end() ? nullptr : *found;
+}
+
+std::shared_ptr<Loaded> Client::find(stage::ActorId actor) const {
+    const auto found =
+        std::find_if(loaded_.begin(), loaded_.end(), [&](const auto& loaded) { return loaded->actor == actor; });
+    return found == loaded_.end() ? nullptr : *found;
+}
+
+Ptr<RequestObject> Client::object(const stage::RequestRef& request) {
+    const auto found = requests_.find(request->number);
+    if (found != requests_.end()) {
+        return Ptr<RequestObject>(found->second);
+    }
+    auto made = murmelix::com::make<RequestObject>(shared_from_this(), request);
+    requests_[request->number] = made.get();
+    return made;
+}
+
+void Client::cutOff() {
+    const auto self = shared_from_this();
+    unloadAll();
+    // Held while they are cut off: cutting one off may end others.
+    std::vector<Ptr<IDispatch>> objects(objects_.begin(), objects_.end());
+    for (const auto& object : objects) {
+        CoDisconnectObject(object.get(), 0);
+    }
+}
+
+// Waits for the end of a client's process.
+struct Server::Watch {
+    Watch(Server& server, const std::shared_ptr<Client>& client, HANDLE process)
+        : server_(server), client_(client), process_(process) {
+        RegisterWaitForSingleObject(&wait_, process_, &Watch::ended, this, INFINITE, WT_EXECUTEONLYONCE);
+    }
+    ~Watch() {
+        if (wait_) {
+            UnregisterWaitEx(wait_, INVALID_HANDLE_VALUE);
+        }
+        CloseHandle(process_);
+    }
+    Watch(const Watch&) = delete;
+    Watch& operator=(const Watch&) = delete;
+
+    bool over() const { return client_.expired(); }
+
+  private:
+    static void CALLBACK ended(void* self, BOOLEAN) {
+        auto& watch = *static_cast<Watch*>(self);
+        watch.server_.messages().post([client = watch.client_] {
+            if (const auto gone = client.lock()) {
+                gone->cutOff();
+            }
+        });
+    }
+    Server& server_;
+    std::weak_ptr<Client> client_;
+    HANDLE process_;
+    HANDLE wait_ = nullptr;
+};
+
+Server::Server(const Options& options)
+    : options_(options), transcript_(options.transcript), clock_(options.speed), service_(voice::makeEngine()),
+      output_(options.speed == 1.0 ? voice::Output(options.recording)
+                                   : voice::Output(options.recording, [this] { return clock_.microseconds(); })),
+      theatre_(std::make_unique<stage::Theatre>(
+          messages_, service_, output_,
+          stage::Hand{[this](auto actor, const auto& pointer) { clicked(actor, pointer); },
+                      [this](auto actor, const auto& pointer) { tellOfPointer(actor, 4, pointer); },
+                      [this](auto actor, const auto& pointer) { tellOfPointer(actor, 5, pointer); },
+                      [this](auto actor, const auto& pointer) {
+                          tellOfPointer(actor, 6, pointer);
+                          if (stage::Actor* dropped = stage_.find(actor)) {
+                              dropped->drop();
+                          }
+                      },
+                      [this](auto actor, int left, int top) {
+                          if (stage::Actor* dragged = stage_.find(actor)) {
+                              dragged->drag(left, top);
+                              theatre_->present(stage_);
+                          }
+                      }})),
+      stage_(*theatre_, *this,
+             [random = std::mt19937(std::random_device()())](int below) mutable {
+                 return std::uniform_int_distribution<int>(0, below - 1)(random);
+             }),
+      settings_window_(std::make_unique<SettingsWindow>(
+          [this] {
+              return SettingsWindow::Facts{service_.available(), sound_enabled_};
+          },
+          [this](bool enabled) { enableSound(enabled); })),
+      empty_since_(GetTickCount64()) {
+    sound_enabled_ = readSoundEnabled();
+    theatre_->setAudible(sound_enabled_);
+    messages_.every(tick_period, [this] { tick(); });
+}
+
+Server::~Server() {
+    const auto clients = clients_;
+    for (const auto& client : clients) {
+        if (const auto left = client.lock()) {
+            left->cutOff();
+        }
+    }
+    watches_.clear();
+}
+
+void Server::run() {
+    stage::MessageWindow::run();
+}
+
+std::shared_ptr<Client> Server::newClient() {
+    auto client = std::make_shared<Client>(*this);
+    std::erase_if(clients_, [](const auto& gone) { return gone.expired(); });
+    clients_.push_back(client);
+    had_client_ = true;
+    return client;
+}
+
+void Server::clientGone(Client&) {
+    messages_.post([this] {
+        std::erase_if(clients_, [](const auto& client) { return client.expired(); });
+        std::erase_if(watches_, [](const auto& watch) { return watch->over(); });
+    });
+}
+
+void Server::watch(const std::shared_ptr<Client>& client, DWORD process) {
+    if (process == 0 || process == GetCurrentProcessId()) {
+        return;
+    }
+    if (const HANDLE opened = OpenProcess(SYNCHRONIZE, FALSE, process)) {
+        watches_.push_back(std::make_unique<Watch>(*this, client, opened));
+    }
+}
+
+void Server::enableSound(bool enabled) {
+    sound_enabled_ = enabled;
+    theatre_->setAudible(enabled);
+    writeSoundEnabled(enabled);
+}
+
+void Server::tick() {
+    output_.tick();
+    stage_.advance(clock_.milliseconds());
+    theatre_->present(stage_);
+    const ULONGLONG now = GetTickCount64();
+    if (!options_.recording.empty() && now - flushed_at_ >= flush_period) {
+        flushed_at_ = now;
+        output_.flush();
+    }
+    if (murmelix::com::Served::alive() > 0) {
+        empty_since_ = now;
+    } else if (!options_.stay && now - empty_since_ >= (had_client_ ? grace : first_client)) {
+        stage::MessageWindow::quit();
+    }
+}
+
+Server::Owner Server::ownerOf(stage::ActorId actor) const {
+    for (const auto& weak : clients_) {
+        if (auto client = weak.lock()) {
+            if (auto loaded = client->find(actor)) {
+                return {std::move(client), std::move(loaded)};
+            }
+        }
+    }
+    return {};
+}
+
+void Server::tell(const std::weak_ptr<Client>& client, DISPID event, std::vector<Variant> arguments) {
+    events_.push_back({client, event, std::move(arguments), nullptr});
+    if (events_.size() == 1) {
+        messages_.post([this] { deliver(); });
+    }
+}
+
+void Server::tellAll(DISPID event) {
+    for (const auto& client : clients_) {
+        tell(client, event, {});
+    }
+}
+
+// Calling a client runs the message loop: what is told meanwhile is delivered by the loop that is under way already.
+void Server::deliver() {
+    if (std::exchange(delivering_, true)) {
+        return;
+    }
+    while (!events_.empty()) {
+        Event event = std::move(events_.front());
+        events_.pop_front();
+        const auto client = event.client.lock();
+        if (!client || !client->fire) {
+            continue;
+        }
+        if (event.request) {
+            event.arguments.emplace_back(client->object(event.request));
+        }
+        const auto fire = client->fire;
+        fire(event.id, event.arguments);
+    }
+    delivering_ = false;
+}
+
+void Server::tellOfCharacter(stage::ActorId actor, DISPID event, std::vector<Variant> more) {
+    const Owner owner = ownerOf(actor);
+    if (owner.client) {
+        more.insert(more.begin(), Variant(owner.loaded->id));
+        tell(owner.client, event, std::move(more));
+    }
+}
+
+void Server::tellOfPointer(stage::ActorId actor, DISPID event, const stage::PointerEvent& pointer) {
+    const auto small = [](int value) { return static_cast<std::int16_t>(std::clamp(value, -32768, 32767)); };
+    tellOfCharacter(actor, event, {small(pointer.button), small(pointer.shift), small(pointer.x), small(pointer.y)});
+}
+
+void Server::tellOfRequest(stage::Actor& actor, DISPID event, const stage::RequestRef& request) {
+    const Owner owner = ownerOf(actor.id());
+    if (owner.client) {
+        events_.push_back({owner.client, event, {}, request});
+        if (events_.size() == 1) {
+            messages_.post([this] { deliver(); });
+        }
+    }
+}
+
+void Server::requestStarted(stage::Actor& actor, const stage::RequestRef& request) {
+    if (const Owner owner = ownerOf(actor.id()); owner.loaded) {
+        transcript_.start(owner.loaded->id, actor.name, *request);
+    }
+    tellOfRequest(actor, 9, request);
+}
+
+void Server::requestCompleted(stage::Actor& actor, const stage::RequestRef& request) {
+    if (const Owner owner = ownerOf(actor.id()); owner.loaded) {
+        transcript_.end(owner.loaded->id, actor.name, *request);
+    }
+    tellOfRequest(actor, 11, request);
+}
+
+void Server::bookmark(stage::Actor& actor, std::int32_t id) {
+    if (const Owner owner = ownerOf(actor.id()); owner.client) {
+        tell(owner.client, 16, {Variant(id)});
+    }
+}
+
+void Server::shown(stage::Actor& actor, stage::VisibilityCause cause) {
+    tellOfCharacter(actor.id(), 15, {static_cast<std::int16_t>(cause)});
+}
+
+void Server::hidden(stage::Actor& actor, stage::VisibilityCause cause) {
+    if (active_ == actor.id()) {
+        active_ = 0;
+        tellOfCharacter(actor.id(), 3);
+    }
+    tellOfCharacter(actor.id(), 7, {static_cast<std::int16_t>(cause)});
+}
+
+void Server::moved(stage::Actor& actor, stage::MoveCause cause) {
+    tellOfCharacter(actor.id(), 22,
+                    {static_cast<std::int16_t>(actor.left()), static_cast<std::int16_t>(actor.top()),
+                     static_cast<std::int16_t>(cause)});
+}
+
+void Server::resized(stage::Actor& actor) {
+    tellOfCharacter(actor.id(), 23,
+                    {static_cast<std::int16_t>(actor.width()), static_cast<std::int16_t>(actor.height())});
+}
+
+void Server::idleStarted(stage::Actor& actor) {
+    tellOfCharacter(actor.id(), 19);
+}
+
+void Server::idleCompleted(stage::Actor& actor) {
+    tellOfCharacter(actor.id(), 20);
+}
+
+void Server::balloonShown(stage::Actor& actor) {
+    tellOfCharacter(actor.id(), 24);
+}
+
+void Server::balloonHidden(stage::Actor& actor) {
+    tellOfCharacter(actor.id(), 25);
+}
+
+void Server::activate(stage::ActorId actor) {
+    theatre_->toFront(actor);
+    if (active_ == actor) {
+        return;
+    }
+    if (active_ != 0) {
+        tellOfCharacter(active_, 3);
+    }
+    active_ = actor;
+    tellOfCharacter(actor, 1);
+}
+
+void Server::clicked(stage::ActorId actor, const stage::PointerEvent& pointer) {
+    activate(actor);
+    tellOfPointer(actor, 2, pointer);
+    if (pointer.button == 2) {
+        const Owner owner = ownerOf(actor);
+        if (owner.loaded && owner.loaded->auto_popup_menu) {
+            popUpMenu(actor, pointer.x, pointer.y);
+        }
+    }
+}
+
+void Server::popUpMenu(stage::ActorId actor, int x, int y) {
+    messages_.post([this, actor, x, y] { runMenu(actor, x, y); });
+}
+
+void Server::runMenu(stage::ActorId actor, int x, int y) {
+    const Owner owner = ownerOf(actor);
+    if (!owner.loaded || std::exchange(menu_open_, true)) {
+        return;
+    }
+    constexpr UINT_PTR voice_id = 1, hide_id = 2, first_id = 16;
+    const stage::MenuHandle menu(CreatePopupMenu());
+    AppendMenuW(menu.get(), MF_STRING | MF_GRAYED, voice_id, L"&Open Voice Commands Window");
+    AppendMenuW(menu.get(), MF_STRING, hide_id, L"&Hide");
+    std::vector<std::u16string> names;
+    const CommandList& list = owner.loaded->commands;
+    for (const MenuCommand& command : list.commands) {
+        if (!list.visible || !command.visible || command.caption.empty()) {
+            continue;
+        }
+        if (names.empty()) {
+            AppendMenuW(menu.get(), MF_SEPARATOR, 0, nullptr);
+        }
+        AppendMenuW(menu.get(), command.enabled ? MF_STRING : MF_STRING | MF_GRAYED, first_id + names.size(),
+                    murmelix::com::wide(command.caption));
+        names.push_back(command.name);
+    }
+    // Without the foreground a menu would not close at a click elsewhere.
+    SetForegroundWindow(messages_.handle());
+    const BOOL chosen = TrackPopupMenu(menu.get(), TPM_RETURNCMD | TPM_NONOTIFY | TPM_RIGHTBUTTON, x, y, 0,
+                                       messages_.handle(), nullptr);
+    menu_open_ = false;
+    // The menu ran the message loop: the character may have gone.
+    stage::Actor* still = stage_.find(actor);
+    if (!still || chosen <= 0) {
+        return;
+    }
+    if (static_cast<UINT_PTR>(chosen) == hide_id) {
+        still->hideByUser();
+    } else if (static_cast<UINT_PTR>(chosen) >= first_id) {
+        const std::u16string& name = names[static_cast<std::size_t>(chosen) - first_id];
+        tell(owner.client, 17, {Variant(makeUserInput(owner.client, owner.loaded->id, name))});
+    }
+}
+
+} // namespace agent::automation

@@ -1,0 +1,185 @@
+// The character server: the stage, the voices and the clients of one process.
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "common/com/server.h"
+#include "companions/agent/acs/reader.h"
+#include "companions/agent/automation/transcript.h"
+#include "companions/agent/stage/sequencer.h"
+#include "companions/agent/stage/windows/theatre.h"
+
+namespace agent::automation {
+
+using murmelix::com::Ptr;
+using murmelix::com::Variant;
+
+class RequestObject;
+class Server;
+
+struct MenuCommand {
+    std::u16string name, caption, voice, confidence_text;
+    bool enabled = true, visible = true;
+    std::int32_t confidence = 0;
+};
+
+// A client's command list of one character.
+struct CommandList {
+    std::u16string caption, voice, default_command, font_name, voice_caption;
+    std::int32_t font_size = 8;
+    bool visible = true, global_voice_commands = true;
+    std::vector<MenuCommand> commands;
+
+    MenuCommand* find(std::u16string_view name);
+};
+
+// A character that a client has loaded.
+struct Loaded {
+    std::u16string id;
+    std::shared_ptr<const acs::CharacterFile> file;
+    stage::ActorId actor = 0;
+    std::u16string description, extra_data, help_file, tts_mode;
+    CommandList commands;
+    bool auto_popup_menu = true, help_mode = false;
+    std::int32_t help_context = 0;
+};
+
+// What one connected control has: its characters and who hears its events. The objects given to the client share it.
+class Client : public std::enable_shared_from_this<Client> {
+  public:
+    explicit Client(Server& server) : server_(server) {}
+    ~Client();
+    Client(const Client&) = delete;
+    Client& operator=(const Client&) = delete;
+
+    Server& server() const { return server_; }
+    bool raise_request_errors = true;
+    bool connected = true;
+    std::function<void(DISPID, const std::vector<Variant>&)> fire; // empty once the control is gone
+
+    // Ids compare without letter case.
+    Loaded& load(const std::u16string& id, const std::u16string& file);
+    void unload(const std::u16string& id);
+    std::shared_ptr<Loaded> find(std::u16string_view id) const;
+    std::shared_ptr<Loaded> find(stage::ActorId actor) const;
+    const std::vector<std::shared_ptr<Loaded>>& loaded() const { return loaded_; }
+    void unloadAll();
+
+    // One object for each request, for as long as somebody holds it.
+    Ptr<RequestObject> object(const stage::RequestRef& request);
+    void forget(std::int32_t request) { requests_.erase(request); }
+    // All objects of this client, so that they can be cut off from one that died.
+    void joined(IDispatch* object) { objects_.push_back(object); }
+    void left(IDispatch* object) { std::erase(objects_, object); }
+    void cutOff();
+
+  private:
+    Server& server_;
+    std::vector<std::shared_ptr<Loaded>> loaded_;
+    std::map<std::int32_t, RequestObject*> requests_;
+    std::vector<IDispatch*> objects_;
+};
+
+struct Options {
+    std::u16string recording, transcript;
+    double speed = 1;
+    bool stay = true; // false: end with the last client
+};
+
+
+class SettingsWindow;
+
+class Server final : public stage::Audience {
+  public:
+    explicit Server(const Options& options);
+    ~Server() override;
+    void run();
+
+    std::shared_ptr<Client> newClient();
+    void clientGone(Client& client);
+    // The process of the client: when it ends, its characters leave.
+    void watch(const std::shared_ptr<Client>& client, DWORD process);
+
+    stage::Stage& stage() { return stage_; }
+    stage::Theatre& theatre() { return *theatre_; }
+    voice::Service& service() { return service_; }
+    Transcript& transcript() { return transcript_; }
+    stage::MessageWindow& messages() { return messages_; }
+    bool soundEnabled() const { return sound_enabled_; }
+    void enableSound(bool enabled);
+    SettingsWindow& settingsWindow() { return *settings_window_; }
+
+    // Shows a character's menu at a place on the screen, later, so that the call returns at once.
+    void popUpMenu(stage::ActorId actor, int x, int y);
+    void activate(stage::ActorId actor);
+    stage::ActorId active() const { return active_; }
+
+    void requestStarted(stage::Actor& actor, const stage::RequestRef& request) override;
+    void requestCompleted(stage::Actor& actor, const stage::RequestRef& request) override;
+    void bookmark(stage::Actor& actor, std::int32_t id) override;
+    void shown(stage::Actor& actor, stage::VisibilityCause cause) override;
+    void hidden(stage::Actor& actor, stage::VisibilityCause cause) override;
+    void moved(stage::Actor& actor, stage::MoveCause cause) override;
+    void resized(stage::Actor& actor) override;
+    void idleStarted(stage::Actor& actor) override;
+    void idleCompleted(stage::Actor& actor) override;
+    void balloonShown(stage::Actor& actor) override;
+    void balloonHidden(stage::Actor& actor) override;
+
+    // Tells a client of an event, after what goes on now.
+    void tell(const std::weak_ptr<Client>& client, DISPID event, std::vector<Variant> arguments);
+    void tellAll(DISPID event);
+
+  private:
+    struct Owner {
+        std::shared_ptr<Client> client;
+        std::shared_ptr<Loaded> loaded;
+    };
+    struct Event {
+        std::weak_ptr<Client> client;
+        DISPID id;
+        std::vector<Variant> arguments;
+        stage::RequestRef request; // the argument of the request events
+    };
+    struct Watch;
+
+    void tick();
+    void deliver();
+    Owner ownerOf(stage::ActorId actor) const;
+    void tellOfCharacter(stage::ActorId actor, DISPID event, std::vector<Variant> more = {});
+    void tellOfPointer(stage::ActorId actor, DISPID event, const stage::PointerEvent& pointer);
+    void tellOfRequest(stage::Actor& actor, DISPID event, const stage::RequestRef& request);
+    void clicked(stage::ActorId actor, const stage::PointerEvent& pointer);
+    void runMenu(stage::ActorId actor, int x, int y);
+
+    Options options_;
+    Transcript transcript_;
+    stage::MessageWindow messages_;
+    stage::Clock clock_;
+    voice::Service service_;
+    voice::Output output_;
+    std::unique_ptr<stage::Theatre> theatre_;
+    stage::Stage stage_;
+    std::unique_ptr<SettingsWindow> settings_window_;
+    std::vector<std::weak_ptr<Client>> clients_;
+    std::vector<std::unique_ptr<Watch>> watches_;
+    std::deque<Event> events_;
+    bool delivering_ = false;
+    bool menu_open_ = false;
+    bool sound_enabled_ = true;
+    stage::ActorId active_ = 0;
+    ULONGLONG empty_since_;
+    bool had_client_ = false;
+    ULONGLONG flushed_at_ = 0;
+};
+
+// The class that the server serves.
+const murmelix::com::ServerClass& serverClass();
+
+} // namespace agent::automation

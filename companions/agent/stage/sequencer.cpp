@@ -1,0 +1,807 @@
+#include "companions/agent/stage/sequencer.h"
+
+#include <algorithm>
+#include <cmath>
+#include <set>
+#include <utility>
+
+#include "common/text.h"
+
+namespace agent::stage {
+namespace {
+
+constexpr Time quiet_before_idling = 12000; // ms of nothing to do
+constexpr Time idle_level_2 = 60000;        // ms since idling began
+constexpr Time idle_level_3 = 180000;
+constexpr int least_idle_pause = 3000; // ms between two idle animations: this and up to as much again
+constexpr Time balloon_lingers = 1500; // ms after the last word, with auto-hide
+constexpr Time patience = 20000;       // ms that a long loop with a way out may hold up what follows it
+constexpr Time thought_word = 200;     // ms a word of a thought
+constexpr int steps_a_tick = 64;       // frames or requests that one character passes in one advance
+
+bool isStopped(StopKind stopped, Kind kind) {
+    switch (stopped) {
+    case StopKind::move:
+        return kind == Kind::move_to;
+    case StopKind::play:
+        return kind == Kind::play || kind == Kind::gesture_at;
+    case StopKind::speak:
+        return kind == Kind::speak || kind == Kind::think;
+    }
+    return false;
+}
+
+// A thought shows its words one by one, as fast as they are read.
+voice::Speech thoughtOf(const std::u16string& text) {
+    voice::Speech speech;
+    speech.shown = text;
+    const auto blank = [](char16_t unit) { return unit <= u' ' || unit == u'\u3000'; };
+    for (std::size_t at = 0; at < text.size();) {
+        if (blank(text[at])) {
+            ++at;
+            continue;
+        }
+        const std::size_t begin = at;
+        while (at < text.size() && !blank(text[at])) {
+            ++at;
+        }
+        speech.words.push_back({begin, at, static_cast<std::uint32_t>(speech.words.size() * thought_word)});
+    }
+    return speech;
+}
+
+} // namespace
+
+Actor::Actor(Stage& stage, ActorId id, std::shared_ptr<const Repertoire> repertoire)
+    : stage_(stage), id_(id), repertoire_(std::move(repertoire)), player_(stage.random_), width_(repertoire_->width()),
+      height_(repertoire_->height()), rest_pose_(repertoire_->animation(u"RestPose")), quiet_since_(stage.now_) {}
+
+Actor::~Actor() = default;
+
+void Actor::add(const RequestRef& request) {
+    request->actor = id_;
+    queue_.push_back(request);
+    wake();
+}
+
+void Actor::wake() {
+    quiet_since_ = stage_.now_;
+    if (idle_since_) {
+        idle_since_.reset();
+        if (role_ == Role::idling) {
+            leaveAnimation();
+        }
+        stage_.audience_.idleCompleted(*this);
+    }
+}
+
+// The animation that plays takes its exit and belongs to no request any more.
+void Actor::leaveAnimation() {
+    if (!player_.playing() || role_ == Role::returning) {
+        return;
+    }
+    if (role_ == Role::resting) {
+        player_.cut();
+    } else {
+        player_.askStop(stage_.now_);
+    }
+    role_ = Role::leaving;
+}
+
+void Actor::retire(const RequestRef& request, Status status) {
+    if (const auto found = utterances_.find(request.get()); found != utterances_.end()) {
+        stage_.effects_.cancelSpeech(found->second.order);
+        if (found->second.sound != 0) {
+            stage_.effects_.stopSound(found->second.sound);
+        }
+        utterances_.erase(found);
+    }
+    request->status = status;
+    request->target.reset(); // chains of waits must not grow into one long chain of owners
+    stage_.audience_.requestCompleted(*this, request);
+}
+
+void Actor::stopCurrent() {
+    if (!current_) {
+        return;
+    }
+    const RequestRef stopped = std::exchange(current_, nullptr);
+    const bool began = std::exchange(begun_, false);
+    if (stopped->kind == Kind::speak || stopped->kind == Kind::think) {
+        stage_.releaseChannel(id_);
+        if (began) {
+            endUtterance();
+            closeBalloonNow();
+        }
+    }
+    journey_.reset();
+    if (role_ == Role::request) {
+        leaveAnimation();
+    }
+    quiet_since_ = stage_.now_;
+    retire(stopped, Status::interrupted);
+}
+
+void Actor::stop() {
+    // Taken first: a stop is over when it returns, whatever it stops.
+    std::deque<RequestRef> queue = std::exchange(queue_, {});
+    stopCurrent();
+    for (const RequestRef& request : queue) {
+        retire(request, Status::interrupted);
+    }
+    leaveAnimation();
+}
+
+void Actor::stop(const RequestRef& request) {
+    if (request == current_) {
+        stopCurrent();
+    } else if (const auto found = std::find(queue_.begin(), queue_.end(), request); found != queue_.end()) {
+        queue_.erase(found);
+        retire(request, Status::interrupted);
+    }
+}
+
+void Actor::stopAll(const std::vector<StopKind>& kinds) {
+    const auto meant = [&](const RequestRef& request) {
+        return std::any_of(kinds.begin(), kinds.end(), [&](StopKind kind) { return isStopped(kind, request->kind); });
+    };
+    std::deque<RequestRef> stopped;
+    std::deque<RequestRef> kept;
+    for (RequestRef& request : queue_) {
+        (meant(request) ? stopped : kept).push_back(std::move(request));
+    }
+    queue_ = std::move(kept);
+    if (current_ && meant(current_)) {
+        stopCurrent();
+    }
+    for (const RequestRef& request : stopped) {
+        retire(request, Status::interrupted);
+    }
+}
+
+void Actor::place(int left, int top, MoveCause cause) {
+    // Whoever takes the character in hand ends its journey where they put it.
+    journey_.reset();
+    if (left == left_ && top == top_) {
+        return;
+    }
+    left_ = left;
+    top_ = top;
+    move_cause_ = cause;
+    stage_.effects_.placed(*this);
+    stage_.audience_.moved(*this, cause);
+}
+
+void Actor::drag(int left, int top) {
+    journey_.reset();
+    left_ = left;
+    top_ = top;
+    move_cause_ = MoveCause::user;
+    stage_.effects_.placed(*this);
+}
+
+void Actor::drop() {
+    stage_.audience_.moved(*this, MoveCause::user);
+}
+
+void Actor::resize(int width, int height) {
+    if (width == width_ && height == height_) {
+        return;
+    }
+    width_ = width;
+    height_ = height;
+    stage_.effects_.placed(*this);
+    stage_.audience_.resized(*this);
+}
+
+void Actor::setVisible(bool visible, VisibilityCause cause) {
+    if (visible == visible_) {
+        return;
+    }
+    visible_ = visible;
+    visibility_cause_ = cause;
+    if (!visible) {
+        closeBalloonNow();
+        idle_since_.reset();
+        return_to_.clear();
+        mouth_.reset();
+        player_.cut();
+        role_ = Role::none;
+    }
+    quiet_since_ = stage_.now_;
+    stage_.effects_.placed(*this);
+    if (visible) {
+        stage_.audience_.shown(*this, cause);
+    } else {
+        stage_.audience_.hidden(*this, cause);
+    }
+}
+
+void Actor::hideByUser() {
+    stop();
+    setVisible(false, VisibilityCause::user_hid);
+}
+
+void Actor::hideBalloon() {
+    closeBalloonNow();
+}
+
+void Actor::closeBalloonNow() {
+    balloon_closes_.reset();
+    if (std::exchange(balloon_open_, false)) {
+        stage_.effects_.closeBalloon(*this);
+        stage_.audience_.balloonHidden(*this);
+    }
+}
+
+void Actor::playNow(std::shared_ptr<const acs::Animation> animation, Role role) {
+    player_.start(std::move(animation), stage_.now_);
+    role_ = role;
+    return_to_.clear();
+    if (const acs::Frame* frame = player_.frame()) {
+        stage_.effects_.drawn(*this);
+        if (frame->sound != acs::no_sound && sound_effects_on) {
+            stage_.effects_.frameSound(*this, frame->sound);
+        }
+    }
+}
+
+std::shared_ptr<const acs::Animation> Actor::fromState(std::u16string_view state) const {
+    const std::vector<std::u16string> names = repertoire_->state(state);
+    if (names.empty()) {
+        return nullptr;
+    }
+    const int chosen = names.size() == 1 ? 0 : stage_.random_(static_cast<int>(names.size()));
+    return repertoire_->animation(names[static_cast<std::size_t>(chosen)]);
+}
+
+// True when there was something to do, so that there may be more.
+bool Actor::animate() {
+    if (!visible_ || !player_.step(stage_.now_)) {
+        return false;
+    }
+    if (player_.playing()) {
+        stage_.effects_.drawn(*this);
+        if (player_.frame()->sound != acs::no_sound && sound_effects_on) {
+            stage_.effects_.frameSound(*this, player_.frame()->sound);
+        }
+        return true;
+    }
+    const acs::Animation* ended = player_.animation();
+    if (role_ != Role::returning && role_ != Role::resting && ended->transition == acs::Transition::return_animation) {
+        return_to_ = ended->return_animation;
+    }
+    if (role_ == Role::idling) {
+        next_idle_ = stage_.now_ + least_idle_pause + stage_.random_(least_idle_pause);
+    }
+    role_ = Role::none;
+    return true;
+}
+
+// Whether the animation before is over and its pose left, so that a new one can begin. A pose that has a mouth may be
+// kept for speaking.
+bool Actor::settled(bool keep_mouth) {
+    if (player_.playing()) {
+        if (role_ == Role::resting) {
+            player_.cut();
+            role_ = Role::none;
+        } else {
+            if (role_ == Role::idling) {
+                leaveAnimation();
+            }
+            return false;
+        }
+    }
+    if (return_to_.empty() || !visible_) {
+        return true;
+    }
+    if (keep_mouth && player_.frame() && !player_.frame()->mouths.empty()) {
+        return true;
+    }
+    auto back = repertoire_->animation(std::exchange(return_to_, {}));
+    if (!back) {
+        return true;
+    }
+    playNow(std::move(back), Role::returning);
+    return !player_.playing();
+}
+
+bool Actor::hasWaiter() const {
+    for (const auto& [id, other] : stage_.actors_) {
+        if (other->current_ && other->begun_ && other->current_->kind == Kind::wait &&
+            other->current_->target->actor == id_ && !other->current_->target->over()) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// Follows who waits for whom from the request that `wait` waits for; back at this character, none of them would end.
+bool Actor::wouldDeadlock(const Request& wait) const {
+    std::set<ActorId> seen;
+    const Request* waiting = &wait;
+    while (true) {
+        const Request& awaited = *waiting->target;
+        if (awaited.over()) {
+            return false;
+        }
+        if (awaited.actor == id_) {
+            return true;
+        }
+        const Actor* other = stage_.find(awaited.actor);
+        if (!other || !seen.insert(awaited.actor).second) {
+            return false;
+        }
+        if (!other->current_ || !other->begun_ || other->current_->kind != Kind::wait) {
+            return false;
+        }
+        waiting = other->current_.get();
+    }
+}
+
+// Whether the turn of `request` can begin now.
+bool Actor::ready(const Request& request) {
+    switch (request.kind) {
+    case Kind::wait:
+    case Kind::interrupt:
+        return true;
+    case Kind::think:
+        return !visible_ || settled(true);
+    case Kind::speak: {
+        if (!visible_) {
+            return true;
+        }
+        orderAhead();
+        const Utterance& utterance = utterances_[current_.get()];
+        if (utterance.failed) {
+            return true;
+        }
+        return settled(true) && utterance.speech && stage_.channel(id_);
+    }
+    case Kind::play:
+        // The way back may be just what is asked for.
+        if (!player_.playing() && murmelix::sameText(request.text, return_to_, murmelix::LetterCase::ignored)) {
+            return_to_.clear();
+        }
+        return settled(false);
+    default:
+        return settled(false);
+    }
+}
+
+void Actor::begin() {
+    Request& request = *current_;
+    request.status = Status::in_progress;
+    begun_ = true;
+    begun_at_ = stage_.now_;
+    stage_.audience_.requestStarted(*this, current_);
+
+    const bool needs_stage = request.kind == Kind::play || request.kind == Kind::speak || request.kind == Kind::think ||
+                             request.kind == Kind::gesture_at;
+    if (needs_stage && !visible_) {
+        return finish(Status::failed, Failure::hidden);
+    }
+    switch (request.kind) {
+    case Kind::play: {
+        auto animation = repertoire_->animation(request.text);
+        if (!animation) {
+            return finish(Status::failed, Failure::no_animation);
+        }
+        return playNow(std::move(animation), Role::request);
+    }
+    case Kind::speak:
+        if (utterances_[current_.get()].failed) {
+            return finish(Status::failed, Failure::no_sound);
+        }
+        return beginSpeaking();
+    case Kind::think:
+        utterances_[current_.get()].speech = thoughtOf(request.text);
+        utterances_[current_.get()].quiet = true;
+        return beginSpeaking();
+    case Kind::move_to: {
+        if (request.x == left_ && request.y == top_) {
+            return;
+        }
+        if (!visible_ || request.speed <= 0) {
+            return place(request.x, request.y, MoveCause::program);
+        }
+        closeBalloonNow();
+        const int right = request.x - left_;
+        const int down = request.y - top_;
+        const char16_t* state = std::abs(right) >= std::abs(down) ? (right > 0 ? u"MOVINGRIGHT" : u"MOVINGLEFT")
+                                                                  : (down > 0 ? u"MOVINGDOWN" : u"MOVINGUP");
+        if (auto animation = fromState(state)) {
+            playNow(std::move(animation), Role::request);
+        }
+        journey_ = Journey{left_, top_, request.x, request.y, stage_.now_, request.speed};
+        return;
+    }
+    case Kind::gesture_at: {
+        const int right = request.x - (left_ + width_ / 2);
+        const int down = request.y - (top_ + height_ / 2);
+        const char16_t* state = std::abs(right) >= std::abs(down) ? (right > 0 ? u"GESTURINGRIGHT" : u"GESTURINGLEFT")
+                                                                  : (down > 0 ? u"GESTURINGDOWN" : u"GESTURINGUP");
+        auto animation = fromState(state);
+        if (!animation) {
+            return finish(Status::failed, Failure::no_animation);
+        }
+        return playNow(std::move(animation), Role::request);
+    }
+    case Kind::show:
+        if (visible_) {
+            return;
+        }
+        // The first picture comes before the window, so that no old pose flashes up.
+        if (auto animation = request.fast ? nullptr : fromState(u"SHOWING")) {
+            playNow(std::move(animation), Role::request);
+        } else {
+            rest();
+        }
+        return setVisible(true, VisibilityCause::program_showed);
+    case Kind::hide:
+        closeBalloonNow();
+        if (visible_ && !request.fast) {
+            if (auto animation = fromState(u"HIDING")) {
+                playNow(std::move(animation), Role::request);
+            }
+        }
+        return;
+    case Kind::wait:
+        if (!request.target || request.target->actor == id_) {
+            return finish(Status::failed, Failure::bad_target);
+        }
+        if (wouldDeadlock(request)) {
+            return finish(Status::failed, Failure::deadlock);
+        }
+        return;
+    case Kind::interrupt:
+        if (!request.target || request.target->actor == id_) {
+            return finish(Status::failed, Failure::bad_target);
+        }
+        if (Actor* other = stage_.find(request.target->actor)) {
+            other->stop(request.target);
+        }
+        return;
+    }
+}
+
+bool Actor::travelling() {
+    if (!journey_) {
+        return false;
+    }
+    const Journey journey = *journey_;
+    const Time gone = stage_.now_ - journey.since;
+    if (gone >= journey.length) {
+        journey_.reset();
+        left_ = journey.to_x;
+        top_ = journey.to_y;
+        move_cause_ = MoveCause::program;
+        stage_.effects_.placed(*this);
+        stage_.audience_.moved(*this, MoveCause::program);
+        return false;
+    }
+    const auto between = [&](int from, int to) { return from + static_cast<int>((to - from) * gone / journey.length); };
+    const int left = between(journey.from_x, journey.to_x);
+    const int top = between(journey.from_y, journey.to_y);
+    if (left != left_ || top != top_) {
+        left_ = left;
+        top_ = top;
+        stage_.effects_.placed(*this);
+    }
+    return true;
+}
+
+// Whether the current request still goes on.
+bool Actor::acting() {
+    const bool playing = role_ == Role::request && player_.playing();
+    switch (current_->kind) {
+    case Kind::play:
+    case Kind::gesture_at:
+        if (playing && !player_.stopping() && (!queue_.empty() || hasWaiter()) &&
+            (player_.endless() || stage_.now_ - begun_at_ > patience)) {
+            player_.askStop(stage_.now_);
+        }
+        return playing;
+    case Kind::show:
+    case Kind::hide:
+        if (playing && player_.endless()) {
+            player_.askStop(stage_.now_);
+        }
+        return playing;
+    case Kind::speak:
+    case Kind::think:
+        return speaking();
+    case Kind::move_to:
+        if (travelling()) {
+            return true;
+        }
+        if (playing) {
+            player_.askStop(stage_.now_);
+        }
+        return playing;
+    case Kind::wait:
+        return !current_->target->over();
+    case Kind::interrupt:
+        return false;
+    }
+    return false;
+}
+
+void Actor::finish(Status status, Failure failure) {
+    const RequestRef done = std::exchange(current_, nullptr);
+    begun_ = false;
+    done->failure = failure;
+    quiet_since_ = stage_.now_;
+    if (done->kind == Kind::hide && status == Status::complete) {
+        setVisible(false, VisibilityCause::program_hid);
+    }
+    if (done->kind == Kind::speak) {
+        stage_.releaseChannel(id_);
+    }
+    retire(done, status);
+}
+
+// True when a request ended or began, so that there may be more to do.
+bool Actor::progress() {
+    if (balloon_closes_ && stage_.now_ >= *balloon_closes_) {
+        closeBalloonNow();
+    }
+    if (!current_) {
+        if (queue_.empty()) {
+            idle();
+            return false;
+        }
+        current_ = queue_.front();
+        queue_.pop_front();
+        begun_ = false;
+    }
+    if (!begun_) {
+        if (!ready(*current_)) {
+            return false;
+        }
+        begin();
+        return true;
+    }
+    if (acting()) {
+        orderAhead();
+        return false;
+    }
+    finish(Status::complete);
+    return true;
+}
+
+void Actor::rest() {
+    if (rest_pose_) {
+        playNow(rest_pose_, Role::resting);
+    }
+}
+
+void Actor::idle() {
+    if (!visible_ || (role_ == Role::idling && player_.playing())) {
+        return;
+    }
+    if (!(role_ == Role::resting && player_.playing())) {
+        if (!settled(false)) {
+            return;
+        }
+        if (rest_pose_ && player_.animation() != rest_pose_.get()) {
+            rest();
+        }
+    }
+    const Time now = stage_.now_;
+    if (!idle_on) {
+        quiet_since_ = now;
+        if (idle_since_) {
+            wake();
+        }
+        return;
+    }
+    if (!idle_since_) {
+        if (now - quiet_since_ < quiet_before_idling) {
+            return;
+        }
+        idle_since_ = now;
+        next_idle_ = now;
+        stage_.audience_.idleStarted(*this);
+    }
+    if (now < next_idle_) {
+        return;
+    }
+    const Time idled = now - *idle_since_;
+    const int level = idled >= idle_level_3 ? 3 : idled >= idle_level_2 ? 2 : 1;
+    std::shared_ptr<const acs::Animation> animation;
+    for (int tried = level; tried >= 1 && !animation; --tried) {
+        animation = fromState(tried == 3 ? u"IDLINGLEVEL3" : tried == 2 ? u"IDLINGLEVEL2" : u"IDLINGLEVEL1");
+    }
+    next_idle_ = now + least_idle_pause;
+    if (animation) {
+        playNow(std::move(animation), Role::idling);
+    }
+}
+
+// Speech takes time to make: that of the current Speak, else of the next one in the queue, is ordered before its turn.
+void Actor::orderAhead() {
+    if (!visible_) {
+        return;
+    }
+    if (current_ && current_->kind == Kind::speak) {
+        order(current_);
+        if (!begun_) {
+            return;
+        }
+    }
+    const auto next = std::find_if(queue_.begin(), queue_.begin() + std::min<std::ptrdiff_t>(8, std::ssize(queue_)),
+                                   [](const RequestRef& request) { return request->kind == Kind::speak; });
+    if (next != queue_.begin() + std::min<std::ptrdiff_t>(8, std::ssize(queue_))) {
+        order(*next);
+    }
+}
+
+void Actor::order(const RequestRef& request) {
+    if (utterances_.contains(request.get())) {
+        return;
+    }
+    utterances_[request.get()].order = stage_.effects_.orderSpeech(
+        *this, request->text, request->url,
+        [&stage = stage_, id = id_, key = request.get()](std::optional<voice::Speech> speech) {
+            Actor* actor = stage.find(id);
+            if (!actor) {
+                return;
+            }
+            const auto found = actor->utterances_.find(key);
+            if (found == actor->utterances_.end()) {
+                return;
+            }
+            found->second.failed = !speech;
+            found->second.speech = std::move(speech);
+        });
+}
+
+void Actor::beginSpeaking() {
+    Utterance& utterance = utterances_[current_.get()];
+    const bool posed = !return_to_.empty() && player_.frame() && !player_.frame()->mouths.empty();
+    if (!utterance.quiet) {
+        if (auto animation = posed ? nullptr : fromState(u"SPEAKING")) {
+            playNow(std::move(animation), Role::request);
+        }
+        utterance.sound = stage_.effects_.startSound(utterance.speech->sound);
+    }
+    closeBalloonNow();
+    const std::u16string& shown = utterance.speech->shown;
+    const bool something = std::any_of(shown.begin(), shown.end(), [](char16_t unit) { return unit > u' '; });
+    if ((balloon_style & balloon_on) && something) {
+        balloon_open_ = true;
+        stage_.effects_.openBalloon(*this, utterance.quiet ? BalloonKind::thought : BalloonKind::words, shown);
+        if (!(balloon_style & balloon_auto_pace)) {
+            stage_.effects_.balloonWords(*this, shown.size());
+        }
+        stage_.audience_.balloonShown(*this);
+    }
+}
+
+bool Actor::speaking() {
+    Utterance& utterance = utterances_[current_.get()];
+    const voice::Speech& speech = *utterance.speech;
+    std::optional<std::uint32_t> heard;
+    if (utterance.quiet) {
+        const Time length = static_cast<Time>(speech.words.size() + 1) * thought_word;
+        const Time gone = stage_.now_ - begun_at_;
+        if (gone < length) {
+            heard = static_cast<std::uint32_t>(gone);
+        }
+    } else {
+        heard = stage_.effects_.heard(utterance.sound);
+    }
+    const auto due = [&](std::uint32_t at) { return !heard || at <= *heard; };
+
+    const std::size_t words_before = utterance.words;
+    while (utterance.words < speech.words.size() && due(speech.words[utterance.words].at)) {
+        ++utterance.words;
+    }
+    if (utterance.words != words_before && balloon_open_ && (balloon_style & balloon_auto_pace)) {
+        stage_.effects_.balloonWords(*this, speech.words[utterance.words - 1].end);
+    }
+    const std::size_t mouths_before = utterance.mouths;
+    while (utterance.mouths < speech.mouth.size() && due(speech.mouth[utterance.mouths].at)) {
+        ++utterance.mouths;
+    }
+    if (utterance.mouths != mouths_before) {
+        mouth_ = speech.mouth[utterance.mouths - 1].shape;
+        stage_.effects_.drawn(*this);
+    }
+    while (utterance.bookmarks < speech.bookmarks.size() && due(speech.bookmarks[utterance.bookmarks].at)) {
+        stage_.audience_.bookmark(*this, speech.bookmarks[utterance.bookmarks].id);
+        ++utterance.bookmarks;
+    }
+    if (heard) {
+        return true;
+    }
+    if (balloon_open_) {
+        stage_.effects_.balloonWords(*this, speech.shown.size());
+        if (balloon_style & balloon_auto_hide) {
+            balloon_closes_ = stage_.now_ + balloon_lingers;
+        }
+    }
+    utterance.sound = 0;
+    endUtterance();
+    if (role_ == Role::request) {
+        leaveAnimation();
+    }
+    return false;
+}
+
+void Actor::endUtterance() {
+    if (mouth_) {
+        mouth_.reset();
+        stage_.effects_.drawn(*this);
+    }
+}
+
+Stage::Stage(Effects& effects, Audience& audience, Random random)
+    : effects_(effects), audience_(audience), random_(std::move(random)) {}
+
+Stage::~Stage() = default;
+
+Actor& Stage::enter(std::shared_ptr<const Repertoire> repertoire) {
+    const ActorId id = ++last_actor_;
+    return *actors_.emplace(id, std::make_unique<Actor>(*this, id, std::move(repertoire))).first->second;
+}
+
+void Stage::leave(ActorId id) {
+    const auto found = actors_.find(id);
+    if (found == actors_.end()) {
+        return;
+    }
+    Actor& actor = *found->second;
+    actor.stop();
+    actor.setVisible(false, VisibilityCause::program_hid);
+    actor.closeBalloonNow();
+    releaseChannel(id);
+    actors_.erase(id);
+}
+
+Actor* Stage::find(ActorId id) {
+    const auto found = actors_.find(id);
+    return found == actors_.end() ? nullptr : found->second.get();
+}
+
+std::vector<Actor*> Stage::actors() {
+    std::vector<Actor*> all;
+    for (const auto& [id, actor] : actors_) {
+        all.push_back(actor.get());
+    }
+    return all;
+}
+
+RequestRef Stage::newRequest(Request request) {
+    auto made = std::make_shared<Request>(std::move(request));
+    // Clients read it as a signed number; it starts again where that ends.
+    last_request_ = last_request_ == INT32_MAX ? 1 : last_request_ + 1;
+    made->number = last_request_;
+    return made;
+}
+
+void Stage::advance(Time now) {
+    now_ = std::max(now_, now);
+    bool more = true;
+    for (int step = 0; more && step < steps_a_tick; ++step) {
+        more = false;
+        for (const auto& [id, actor] : actors_) {
+            more = actor->animate() || more;
+            more = actor->progress() || more;
+        }
+    }
+}
+
+bool Stage::channel(ActorId actor) {
+    if (std::find(channel_.begin(), channel_.end(), actor) == channel_.end()) {
+        channel_.push_back(actor);
+    }
+    return channel_.front() == actor;
+}
+
+void Stage::releaseChannel(ActorId actor) {
+    std::erase(channel_, actor);
+}
+
+} // namespace agent::stage

@@ -1,0 +1,240 @@
+// The stage: characters that carry out their queues of requests side by side, each strictly in order. It knows neither
+// windows nor sound devices: what is to be seen and heard goes to Effects, what is to be told to Audience, and time
+// comes in through advance().
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <list>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "companions/agent/acs/character_file.h"
+#include "companions/agent/stage/animation_player.h"
+#include "companions/agent/stage/request.h"
+#include "companions/agent/voice/voice.h"
+
+namespace agent::stage {
+
+class Actor;
+class Stage;
+
+// What the stage needs of a character file. Names compare without letter case.
+class Repertoire {
+  public:
+    virtual ~Repertoire() = default;
+    virtual std::shared_ptr<const acs::Animation> animation(std::u16string_view name) const = 0;
+    virtual std::vector<std::u16string> state(std::u16string_view name) const = 0; // its animations
+    virtual int width() const = 0;
+    virtual int height() const = 0;
+};
+
+enum class BalloonKind { words, thought };
+
+using SpeechOrder = std::uint64_t;
+using Sound = std::uint64_t;
+
+// What can be seen and heard. Called on the thread of the stage.
+class Effects {
+  public:
+    virtual ~Effects() = default;
+    // Position, size or visibility changed.
+    virtual void placed(Actor& actor) = 0;
+    // Frame or mouth changed.
+    virtual void drawn(Actor& actor) = 0;
+    virtual void frameSound(Actor& actor, std::uint16_t sound) = 0;
+
+    // Makes the sound of a Speak. `done` is called once on the thread of the stage, not from within this call, with
+    // nothing where the sound file cannot be played; never after cancelSpeech.
+    virtual SpeechOrder orderSpeech(Actor& actor, const std::u16string& text, const std::u16string& url,
+                                    std::function<void(std::optional<voice::Speech>)> done) = 0;
+    virtual void cancelSpeech(SpeechOrder order) = 0;
+    virtual Sound startSound(const voice::Wave& wave) = 0;
+    virtual void stopSound(Sound sound) = 0;
+    // How far it has been heard, in ms; nothing when it is over.
+    virtual std::optional<std::uint32_t> heard(Sound sound) = 0;
+
+    virtual void openBalloon(Actor& actor, BalloonKind kind, const std::u16string& text) = 0;
+    // The text up to this position (UTF-16 units) has been spoken.
+    virtual void balloonWords(Actor& actor, std::size_t end) = 0;
+    virtual void closeBalloon(Actor& actor) = 0;
+};
+
+enum class VisibilityCause { never = 0, user_hid = 1, user_showed = 2, program_hid = 3, program_showed = 4 };
+enum class MoveCause { never = 0, user = 1, program = 2 };
+
+// Who is told what happens. Called on the thread of the stage, in order; must not call the stage back at once.
+class Audience {
+  public:
+    virtual ~Audience() = default;
+    virtual void requestStarted(Actor& actor, const RequestRef& request) = 0;
+    virtual void requestCompleted(Actor& actor, const RequestRef& request) = 0;
+    virtual void bookmark(Actor& actor, std::int32_t id) = 0;
+    virtual void shown(Actor& actor, VisibilityCause cause) = 0;
+    virtual void hidden(Actor& actor, VisibilityCause cause) = 0;
+    virtual void moved(Actor& actor, MoveCause cause) = 0;
+    virtual void resized(Actor& actor) = 0;
+    virtual void idleStarted(Actor& actor) = 0;
+    virtual void idleCompleted(Actor& actor) = 0;
+    virtual void balloonShown(Actor& actor) = 0;
+    virtual void balloonHidden(Actor& actor) = 0;
+};
+
+inline constexpr std::uint32_t balloon_on = 1;
+inline constexpr std::uint32_t balloon_size_to_text = 2;
+inline constexpr std::uint32_t balloon_auto_hide = 4;
+inline constexpr std::uint32_t balloon_auto_pace = 8;
+
+// The kinds that StopAll can name.
+enum class StopKind { move, play, speak };
+
+class Actor {
+  public:
+    Actor(Stage& stage, ActorId id, std::shared_ptr<const Repertoire> repertoire);
+    ~Actor();
+    Actor(const Actor&) = delete;
+    Actor& operator=(const Actor&) = delete;
+
+    // Settings, read and written freely.
+    std::u16string name; // in the transcript and for people
+    voice::Manner manner;
+    bool idle_on = true;
+    bool sound_effects_on = true;
+    std::uint32_t balloon_style = balloon_on | balloon_size_to_text | balloon_auto_hide | balloon_auto_pace;
+
+    ActorId id() const { return id_; }
+    const Repertoire& repertoire() const { return *repertoire_; }
+    bool visible() const { return visible_; }
+    int left() const { return left_; }
+    int top() const { return top_; }
+    int width() const { return width_; }
+    int height() const { return height_; }
+    VisibilityCause visibilityCause() const { return visibility_cause_; }
+    MoveCause moveCause() const { return move_cause_; }
+    bool balloonOpen() const { return balloon_open_; }
+
+    // What shows: null before anything was played.
+    const acs::Frame* frame() const { return player_.frame(); }
+    std::optional<acs::MouthShape> mouth() const { return mouth_; }
+
+    // To the end of the queue.
+    void add(const RequestRef& request);
+    void stop();                          // everything
+    void stop(const RequestRef& request); // that one, if it is this character's and not over
+    void stopAll(const std::vector<StopKind>& kinds);
+
+    // At once, past the queue.
+    void place(int left, int top, MoveCause cause);
+    void resize(int width, int height);
+    // By the user's hand: told once, when it lets go.
+    void drag(int left, int top);
+    void drop();
+    void hideByUser();
+    void hideBalloon();
+
+  private:
+    friend class Stage;
+    enum class Role { none, request, leaving, returning, resting, idling };
+    struct Utterance {
+        SpeechOrder order = 0;
+        std::optional<voice::Speech> speech;
+        bool failed = false;
+        Sound sound = 0;
+        std::size_t words = 0, mouths = 0, bookmarks = 0; // of the speech, passed already
+        bool quiet = false;                               // a thought: on the clock, without sound or voice
+    };
+    struct Journey {
+        int from_x, from_y, to_x, to_y;
+        Time since;
+        Time length;
+    };
+
+    bool animate();
+    bool progress();
+    bool ready(const Request& request);
+    bool settled(bool keep_mouth);
+    void begin();
+    bool acting();
+    void finish(Status status, Failure failure = Failure::none);
+    void stopCurrent();
+    void retire(const RequestRef& request, Status status);
+
+    void playNow(std::shared_ptr<const acs::Animation> animation, Role role);
+    std::shared_ptr<const acs::Animation> fromState(std::u16string_view state) const;
+    void leaveAnimation();
+    void rest();
+    void idle();
+    void wake();
+
+    void beginSpeaking();
+    bool speaking();
+    void orderAhead();
+    void order(const RequestRef& request);
+    void endUtterance();
+    void closeBalloonNow();
+    void setVisible(bool visible, VisibilityCause cause);
+    bool travelling();
+    bool hasWaiter() const;
+    bool wouldDeadlock(const Request& wait) const;
+
+    Stage& stage_;
+    const ActorId id_;
+    std::shared_ptr<const Repertoire> repertoire_;
+    AnimationPlayer player_;
+    Role role_ = Role::none;
+    std::u16string return_to_; // the return animation that is still to be played
+    std::deque<RequestRef> queue_;
+    RequestRef current_;
+    bool begun_ = false;
+    std::map<const Request*, Utterance> utterances_; // of the current request and of the one ordered ahead
+    std::optional<Journey> journey_;
+    std::optional<acs::MouthShape> mouth_;
+    bool visible_ = false;
+    int left_ = 0, top_ = 0, width_ = 0, height_ = 0;
+    VisibilityCause visibility_cause_ = VisibilityCause::never;
+    MoveCause move_cause_ = MoveCause::never;
+    bool balloon_open_ = false;
+    std::optional<Time> balloon_closes_;
+    std::shared_ptr<const acs::Animation> rest_pose_; // null where there is none
+    Time begun_at_ = 0;
+    Time quiet_since_ = 0;
+    std::optional<Time> idle_since_;
+    Time next_idle_ = 0;
+};
+
+class Stage {
+  public:
+    Stage(Effects& effects, Audience& audience, Random random);
+    ~Stage();
+    Stage(const Stage&) = delete;
+    Stage& operator=(const Stage&) = delete;
+
+    Actor& enter(std::shared_ptr<const Repertoire> repertoire);
+    // Its requests are interrupted; it vanishes.
+    void leave(ActorId actor);
+    Actor* find(ActorId actor);
+    std::vector<Actor*> actors();
+
+    RequestRef newRequest(Request request);
+    void advance(Time now);
+
+  private:
+    friend class Actor;
+    // The one audio channel: granted in the order of asking.
+    bool channel(ActorId actor);
+    void releaseChannel(ActorId actor);
+
+    Effects& effects_;
+    Audience& audience_;
+    Random random_;
+    Time now_ = 0;
+    ActorId last_actor_ = 0;
+    std::int32_t last_request_ = 0;
+    std::map<ActorId, std::unique_ptr<Actor>> actors_;
+    std::deque<ActorId> channel_;
+};
+
+} // namespace agent::stage

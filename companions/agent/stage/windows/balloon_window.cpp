@@ -1,0 +1,224 @@
+#include "companions/agent/stage/windows/balloon_window.h"
+
+#include <algorithm>
+#include <array>
+#include <cwchar>
+
+namespace agent::stage {
+namespace {
+
+constexpr int padding = 8;      // pixels between text and border
+constexpr int tail_length = 18; // pixels from the body to the character
+constexpr int corner = 16;
+
+const wchar_t* wide(const char16_t* text) {
+    return reinterpret_cast<const wchar_t*>(text);
+}
+
+Rect screenAround(const Rect& character) {
+    const RECT area{character.left, character.top, character.right, character.bottom};
+    MONITORINFO info{};
+    info.cbSize = sizeof info;
+    GetMonitorInfoW(MonitorFromRect(&area, MONITOR_DEFAULTTONEAREST), &info);
+    return {static_cast<int>(info.rcWork.left), static_cast<int>(info.rcWork.top), static_cast<int>(info.rcWork.right),
+            static_cast<int>(info.rcWork.bottom)};
+}
+
+// Whether the first letter that has a direction is of a script written from the right.
+bool beginsRightToLeft(std::u16string_view text) {
+    std::array<WORD, 256> kinds{};
+    const int count = static_cast<int>(std::min(text.size(), kinds.size()));
+    if (count == 0 || !GetStringTypeW(CT_CTYPE2, wide(text.data()), count, kinds.data())) {
+        return false;
+    }
+    for (int i = 0; i < count; ++i) {
+        const WORD kind = kinds[static_cast<std::size_t>(i)];
+        if (kind == C2_LEFTTORIGHT || kind == C2_RIGHTTOLEFT) {
+            return kind == C2_RIGHTTOLEFT;
+        }
+    }
+    return false;
+}
+
+// What cannot be drawn as a letter becomes a blank.
+std::u16string drawable(std::u16string text) {
+    for (char16_t& unit : text) {
+        if (unit < u' ' && unit != u'\n' && unit != u'\r') {
+            unit = u' ';
+        }
+    }
+    return text;
+}
+
+} // namespace
+
+BalloonWindow::BalloonWindow() {
+    make({.class_name = L"AgentServerBalloon",
+          .style = WS_POPUP,
+          .extended_style = WS_EX_TOPMOST | WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE});
+}
+
+BalloonWindow::~BalloonWindow() {
+    destroy();
+}
+
+void BalloonWindow::open(BalloonKind kind, std::u16string text, const BalloonLook& look, const Rect& character) {
+    kind_ = kind;
+    text_ = drawable(std::move(text));
+    look_ = look;
+    spoken_ = 0;
+    right_to_left_ = beginsRightToLeft(text_);
+
+    LOGFONTW font{};
+    font.lfHeight = look.font_height;
+    font.lfWeight = look.weight;
+    font.lfItalic = look.italic;
+    font.lfStrikeOut = look.strike_out;
+    font.lfUnderline = look.underline;
+    font.lfCharSet = look.character_set;
+    font.lfQuality = CLEARTYPE_QUALITY;
+    std::wcsncpy(font.lfFaceName, wide(look.font_name.c_str()), LF_FACESIZE - 1);
+    font_.reset(CreateFontIndirectW(&font));
+
+    const WindowContext context(handle());
+    const Selected selected(context.get(), font_.get());
+    TEXTMETRICW metrics{};
+    GetTextMetricsW(context.get(), &metrics);
+    line_height_ = std::max(1, static_cast<int>(metrics.tmHeight + metrics.tmExternalLeading));
+    const Rect screen = screenAround(character);
+    const int widest = std::clamp(static_cast<int>(metrics.tmAveCharWidth) * std::clamp(look.characters_a_line, 8, 255),
+                                  40, std::max(40, screen.width() - 2 * padding));
+    // A text is measured a piece at a time: no line is longer than this.
+    const auto fitting = [&](std::u16string_view piece, int width) -> std::size_t {
+        const int count = static_cast<int>(std::min<std::size_t>(piece.size(), 1024));
+        int fits = 0;
+        SIZE size{};
+        GetTextExtentExPointW(context.get(), wide(piece.data()), count, width, &fits, nullptr, &size);
+        return static_cast<std::size_t>(std::max(0, fits));
+    };
+    lines_ = breakLines(text_, widest, fitting);
+
+    const std::size_t most =
+        static_cast<std::size_t>(std::max(1, (screen.height() * 3 / 5 - 2 * padding) / line_height_));
+    room_ = look.size_to_text ? lines_.size() : static_cast<std::size_t>(std::clamp(look.lines, 1, 128));
+    room_ = std::clamp<std::size_t>(room_, 1, most);
+    int width = look.size_to_text ? 0 : widest;
+    for (std::size_t i = 0; look.size_to_text && i < lines_.size(); ++i) {
+        SIZE size{};
+        GetTextExtentPoint32W(context.get(), wide(text_.data() + lines_[i].begin),
+                              static_cast<int>(std::min<std::size_t>(1024, lines_[i].end - lines_[i].begin)), &size);
+        width = std::max(width, static_cast<int>(size.cx));
+    }
+    body_width_ = std::max(std::min(width, widest), 24) + 2 * padding;
+    body_height_ = static_cast<int>(room_) * line_height_ + 2 * padding;
+    open_ = true;
+    lay(character);
+}
+
+void BalloonWindow::follow(const Rect& character) {
+    if (open_) {
+        lay(character);
+    }
+}
+
+void BalloonWindow::lay(const Rect& character) {
+    const BalloonPlace place = placeBalloon(body_width_, body_height_, tail_length, character, screenAround(character));
+    Rect all = place.body;
+    const int reach = tail_length;
+    all.left -= place.side == Side::right ? reach : 0;
+    all.right += place.side == Side::left ? reach : 0;
+    all.top -= place.side == Side::below ? reach : 0;
+    all.bottom += place.side == Side::above ? reach : 0;
+    body_ = {place.body.left - all.left, place.body.top - all.top, place.body.right - all.left,
+             place.body.bottom - all.top};
+    const bool upright = place.side == Side::above || place.side == Side::below;
+    // The tail grows from the body near the character's middle and ends at it, or as near as the window goes.
+    const int tip_x = std::clamp(place.tail_x - all.left, 0, all.width() - 1);
+    const int tip_y = std::clamp(place.tail_y - all.top, 0, all.height() - 1);
+    const int root_x =
+        std::clamp(tip_x, body_.left + corner + 8, std::max(body_.left + corner + 8, body_.right - corner - 8));
+    const int root_y = std::clamp(tip_y, body_.top + 12, std::max(body_.top + 12, body_.bottom - 12));
+
+    GdiObject<HRGN> outline(
+        CreateRoundRectRgn(body_.left, body_.top, body_.right + 1, body_.bottom + 1, corner, corner));
+    const auto join = [&](HRGN part) {
+        const GdiObject<HRGN> owned(part);
+        CombineRgn(outline.get(), outline.get(), part, RGN_OR);
+    };
+    if (kind_ == BalloonKind::words) {
+        const int inner_x = place.side == Side::left ? body_.right - 2 : body_.left + 2;
+        const int inner_y = place.side == Side::above ? body_.bottom - 2 : body_.top + 2;
+        const std::array<POINT, 3> corners =
+            upright ? std::array<POINT, 3>{{{root_x - 7, inner_y}, {root_x + 7, inner_y}, {tip_x, tip_y}}}
+                    : std::array<POINT, 3>{{{inner_x, root_y - 7}, {inner_x, root_y + 7}, {tip_x, tip_y}}};
+        join(CreatePolygonRgn(corners.data(), 3, WINDING));
+    } else {
+        const int edge_x = place.side == Side::left ? body_.right : body_.left;
+        const int edge_y = place.side == Side::above ? body_.bottom : body_.top;
+        const auto bubble = [&](int part, int radius) {
+            const int x = upright ? root_x + (tip_x - root_x) * part / 100 : edge_x + (tip_x - edge_x) * part / 100;
+            const int y = upright ? edge_y + (tip_y - edge_y) * part / 100 : root_y + (tip_y - root_y) * part / 100;
+            join(CreateEllipticRgn(x - radius, y - radius, x + radius + 1, y + radius + 1));
+        };
+        bubble(40, 5);
+        bubble(85, 3);
+    }
+    GdiObject<HRGN> shape(CreateRectRgn(0, 0, 0, 0));
+    CombineRgn(shape.get(), outline.get(), nullptr, RGN_COPY);
+    outline_ = std::move(outline);
+    SetWindowRgn(handle(), shape.release(), TRUE); // the window owns it now
+    SetWindowPos(handle(), HWND_TOPMOST, all.left, all.top, all.width(), all.height(), SWP_NOACTIVATE | SWP_SHOWWINDOW);
+    InvalidateRect(handle(), nullptr, FALSE);
+}
+
+void BalloonWindow::spoken(std::size_t end) {
+    spoken_ = std::min(end, text_.size());
+    InvalidateRect(handle(), nullptr, FALSE);
+}
+
+void BalloonWindow::close() {
+    open_ = false;
+    ShowWindow(handle(), SW_HIDE);
+}
+
+void BalloonWindow::paint(HDC context) {
+    const GdiObject<HBRUSH> background(CreateSolidBrush(look_.background_colour));
+    const GdiObject<HBRUSH> border(CreateSolidBrush(look_.border_colour));
+    FillRgn(context, outline_.get(), background.get());
+    FrameRgn(context, outline_.get(), border.get(), 1, 1);
+    SetBkMode(context, TRANSPARENT);
+    SetTextColor(context, look_.text_colour);
+    const Selected selected(context, font_.get());
+    SetTextAlign(context, right_to_left_ ? TA_RIGHT | TA_RTLREADING : TA_LEFT);
+    const int x = right_to_left_ ? body_.right - padding : body_.left + padding;
+    const std::size_t first = firstLine(lines_, spoken_, room_);
+    for (std::size_t i = first; i < std::min(first + room_, lines_.size()); ++i) {
+        const TextLine& line = lines_[i];
+        const std::size_t end = std::min({line.end, std::max(line.begin, spoken_), line.begin + 1024});
+        const int y = body_.top + padding + static_cast<int>(i - first) * line_height_;
+        ExtTextOutW(context, x, y, right_to_left_ ? ETO_RTLREADING : 0, nullptr, wide(text_.data() + line.begin),
+                    static_cast<UINT>(end - line.begin), nullptr);
+    }
+}
+
+LRESULT BalloonWindow::received(UINT message, WPARAM wparam, LPARAM lparam) {
+    switch (message) {
+    case WM_MOUSEACTIVATE:
+        return MA_NOACTIVATE;
+    case WM_ERASEBKGND:
+        return 1;
+    case WM_PAINT: {
+        PAINTSTRUCT painting{};
+        const HDC context = BeginPaint(handle(), &painting);
+        if (context && outline_) {
+            paint(context);
+        }
+        EndPaint(handle(), &painting);
+        return 0;
+    }
+    default:
+        return Window::received(message, wparam, lparam);
+    }
+}
+
+} // namespace agent::stage

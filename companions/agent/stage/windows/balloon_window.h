@@ -1,0 +1,58 @@
+// The word balloon of a character: a shaped window that shows the words as they are spoken.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "companions/agent/stage/balloon_layout.h"
+#include "companions/agent/stage/sequencer.h"
+#include "companions/agent/stage/windows/window.h"
+
+namespace agent::stage {
+
+struct BalloonLook {
+    int lines = 2;
+    int characters_a_line = 28;
+    bool size_to_text = true;
+    std::uint32_t text_colour = 0, background_colour = 0x00E1FFFF, border_colour = 0; // 0x00BBGGRR
+    std::u16string font_name = u"MS Sans Serif";
+    int font_height = -11; // as in LOGFONT
+    int weight = FW_NORMAL;
+    bool italic = false, strike_out = false, underline = false;
+    std::uint8_t character_set = DEFAULT_CHARSET;
+};
+
+class BalloonWindow final : public Window {
+  public:
+    BalloonWindow();
+    ~BalloonWindow() override;
+
+    void open(BalloonKind kind, std::u16string text, const BalloonLook& look, const Rect& character);
+    void follow(const Rect& character);
+    // The text up to here is shown.
+    void spoken(std::size_t end);
+    void close();
+
+  protected:
+    LRESULT received(UINT message, WPARAM wparam, LPARAM lparam) override;
+
+  private:
+    void lay(const Rect& character);
+    void paint(HDC context);
+
+    BalloonKind kind_ = BalloonKind::words;
+    std::u16string text_;
+    BalloonLook look_;
+    GdiObject<HFONT> font_;
+    std::vector<TextLine> lines_;
+    std::size_t room_ = 1; // lines
+    int line_height_ = 1;
+    int body_width_ = 0, body_height_ = 0;
+    Rect body_{0, 0, 0, 0}; // in the window
+    GdiObject<HRGN> outline_;
+    std::size_t spoken_ = 0;
+    bool right_to_left_ = false;
+    bool open_ = false;
+};
+
+} // namespace agent::stage

@@ -1,0 +1,182 @@
+#include "companions/agent/stage/windows/character_window.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <system_error>
+
+namespace agent::stage {
+namespace {
+
+// The colour that is seen through; a drawn pixel of just this colour becomes the next shade of blue.
+constexpr std::uint32_t key_colour = 0x00FE01FD;
+
+int shiftState() {
+    const auto down = [](int key) { return (GetKeyState(key) & 0x8000) != 0; };
+    return (down(VK_SHIFT) ? 1 : 0) | (down(VK_CONTROL) ? 2 : 0) | (down(VK_MENU) ? 4 : 0);
+}
+
+POINT pointer() {
+    POINT at{0, 0};
+    GetCursorPos(&at);
+    return at;
+}
+
+} // namespace
+
+CharacterWindow::CharacterWindow(PointerHandlers handlers) : handlers_(std::move(handlers)) {
+    make({.class_name = L"AgentServerCharacter",
+          .style = WS_POPUP,
+          .extended_style = WS_EX_LAYERED | WS_EX_TOPMOST | WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE,
+          .class_style = CS_DBLCLKS});
+    memory_.reset(CreateCompatibleDC(nullptr));
+}
+
+CharacterWindow::~CharacterWindow() {
+    destroy();
+    memory_.reset(); // before the bitmap that is selected into it
+}
+
+void CharacterWindow::show(const Raster& raster, int left, int top) {
+    if (raster.width <= 0 || raster.height <= 0) {
+        return;
+    }
+    if (!bitmap_ || size_.cx != raster.width || size_.cy != raster.height) {
+        BITMAPINFO info{};
+        info.bmiHeader = {.biSize = sizeof info.bmiHeader,
+                          .biWidth = raster.width,
+                          .biHeight = -raster.height,
+                          .biPlanes = 1,
+                          .biBitCount = 32,
+                          .biCompression = BI_RGB,
+                          .biSizeImage = 0,
+                          .biXPelsPerMeter = 0,
+                          .biYPelsPerMeter = 0,
+                          .biClrUsed = 0,
+                          .biClrImportant = 0};
+        void* bits = nullptr;
+        GdiObject<HBITMAP> made(CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
+        if (!made) {
+            throw std::system_error(static_cast<int>(GetLastError()), std::system_category(), "CreateDIBSection");
+        }
+        SelectObject(memory_.get(), made.get());
+        bitmap_ = std::move(made);
+        bits_ = static_cast<std::uint32_t*>(bits);
+        size_ = {raster.width, raster.height};
+    }
+    for (std::size_t i = 0; i < raster.pixels.size(); ++i) {
+        const std::uint32_t pixel = raster.pixels[i];
+        const std::uint32_t colour = pixel & 0x00FFFFFFU;
+        bits_[i] = pixel == 0 ? key_colour : colour == key_colour ? colour + 1 : colour;
+    }
+    POINT at{left, top};
+    POINT from{0, 0};
+    const COLORREF key = RGB(key_colour >> 16 & 0xFF, key_colour >> 8 & 0xFF, key_colour & 0xFF);
+    UpdateLayeredWindow(handle(), nullptr, &at, &size_, memory_.get(), &from, key, nullptr, ULW_COLORKEY);
+    if (!shown_) {
+        shown_ = true;
+        SetWindowPos(handle(), HWND_TOPMOST, 0, 0, 0, 0, SWP_NOACTIVATE | SWP_NOMOVE | SWP_NOSIZE | SWP_SHOWWINDOW);
+    }
+}
+
+void CharacterWindow::move(int left, int top) {
+    SetWindowPos(handle(), nullptr, left, top, 0, 0, SWP_NOACTIVATE | SWP_NOSIZE | SWP_NOZORDER);
+}
+
+void CharacterWindow::hide() {
+    shown_ = false;
+    if (pressed_ != 0) {
+        ReleaseCapture();
+    }
+    ShowWindow(handle(), SW_HIDE);
+}
+
+void CharacterWindow::press(int button) {
+    if (pressed_ != 0) {
+        return;
+    }
+    pressed_ = button;
+    dragging_ = false;
+    pressed_at_ = pointer();
+    RECT frame{};
+    GetWindowRect(handle(), &frame);
+    window_at_ = {frame.left, frame.top};
+    SetCapture(handle());
+}
+
+void CharacterWindow::dragTo(POINT at) {
+    if (pressed_ != 1) {
+        return;
+    }
+    const POINT by{at.x - pressed_at_.x, at.y - pressed_at_.y};
+    if (!dragging_) {
+        if (std::abs(by.x) < GetSystemMetrics(SM_CXDRAG) && std::abs(by.y) < GetSystemMetrics(SM_CYDRAG)) {
+            return;
+        }
+        dragging_ = true;
+        handlers_.drag_started({1, shiftState(), pressed_at_.x, pressed_at_.y});
+    }
+    handlers_.dragged(window_at_.x + by.x, window_at_.y + by.y);
+}
+
+void CharacterWindow::release(int button) {
+    if (pressed_ != button) {
+        return;
+    }
+    const bool dragged = dragging_;
+    pressed_ = 0;
+    dragging_ = false;
+    ReleaseCapture();
+    const POINT at = pointer();
+    (dragged ? handlers_.drag_ended : handlers_.clicked)({button, shiftState(), at.x, at.y});
+}
+
+LRESULT CharacterWindow::received(UINT message, WPARAM wparam, LPARAM lparam) {
+    switch (message) {
+    case WM_MOUSEACTIVATE:
+        return MA_NOACTIVATE;
+    case WM_LBUTTONDOWN:
+        press(1);
+        return 0;
+    case WM_RBUTTONDOWN:
+        press(2);
+        return 0;
+    case WM_MBUTTONDOWN:
+        press(4);
+        return 0;
+    case WM_LBUTTONUP:
+        release(1);
+        return 0;
+    case WM_RBUTTONUP:
+        release(2);
+        return 0;
+    case WM_MBUTTONUP:
+        release(4);
+        return 0;
+    case WM_LBUTTONDBLCLK:
+    case WM_RBUTTONDBLCLK:
+    case WM_MBUTTONDBLCLK: {
+        const int button = message == WM_LBUTTONDBLCLK ? 1 : message == WM_RBUTTONDBLCLK ? 2 : 4;
+        const POINT at = pointer();
+        handlers_.double_clicked({button, shiftState(), at.x, at.y});
+        return 0;
+    }
+    case WM_MOUSEMOVE:
+        dragTo(pointer());
+        return 0;
+    case WM_CAPTURECHANGED:
+        if (pressed_ != 0 && reinterpret_cast<HWND>(lparam) != handle()) {
+            const bool dragged = dragging_;
+            pressed_ = 0;
+            dragging_ = false;
+            if (dragged) {
+                const POINT at = pointer();
+                handlers_.drag_ended({1, shiftState(), at.x, at.y});
+            }
+        }
+        return 0;
+    default:
+        return Window::received(message, wparam, lparam);
+    }
+}
+
+} // namespace agent::stage

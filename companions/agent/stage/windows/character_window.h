@@ -1,0 +1,51 @@
+// The window of one character: as it is drawn in shape, above all others, never active, not in the taskbar.
+#pragma once
+
+#include <functional>
+
+#include "companions/agent/stage/composer.h"
+#include "companions/agent/stage/windows/window.h"
+
+namespace agent::stage {
+
+// `button`: 1 left, 2 right, 4 middle. `shift`: 1 Shift, 2 Control, 4 Alt. Positions are screen pixels.
+struct PointerEvent {
+    int button, shift, x, y;
+};
+
+struct PointerHandlers {
+    std::function<void(const PointerEvent&)> clicked, double_clicked, drag_started, drag_ended;
+    std::function<void(int left, int top)> dragged; // where the window shall go
+};
+
+class CharacterWindow final : public Window {
+  public:
+    explicit CharacterWindow(PointerHandlers handlers);
+    ~CharacterWindow() override;
+
+    void show(const Raster& raster, int left, int top);
+    void move(int left, int top);
+    void hide();
+
+  protected:
+    LRESULT received(UINT message, WPARAM wparam, LPARAM lparam) override;
+
+  private:
+    void press(int button);
+    void release(int button);
+    void dragTo(POINT at);
+
+    PointerHandlers handlers_;
+    MemoryContext memory_;
+    GdiObject<HBITMAP> bitmap_;
+    std::uint32_t* bits_ = nullptr;
+    SIZE size_{0, 0};
+    bool shown_ = false;
+
+    int pressed_ = 0; // the button that is held down on it
+    bool dragging_ = false;
+    POINT pressed_at_{0, 0};
+    POINT window_at_{0, 0}; // when the button went down
+};
+
+} // namespace agent::stage

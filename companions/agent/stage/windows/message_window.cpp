@@ -1,0 +1,66 @@
+#include "companions/agent/stage/windows/message_window.h"
+
+#include <utility>
+
+namespace agent::stage {
+namespace {
+
+constexpr UINT task_message = WM_APP + 1;
+constexpr UINT_PTR tick_timer = 1;
+
+} // namespace
+
+MessageWindow::MessageWindow() {
+    // A hidden window of its own rather than a message-only one: it can own menus.
+    make({.class_name = L"AgentServerMessages", .style = WS_POPUP, .extended_style = WS_EX_TOOLWINDOW});
+}
+
+MessageWindow::~MessageWindow() {
+    destroy();
+}
+
+void MessageWindow::post(std::function<void()> task) {
+    {
+        const std::lock_guard lock(mutex_);
+        tasks_.push_back(std::move(task));
+    }
+    PostMessageW(handle(), task_message, 0, 0);
+}
+
+void MessageWindow::every(UINT period, std::function<void()> tick) {
+    tick_ = std::move(tick);
+    SetTimer(handle(), tick_timer, period, nullptr);
+}
+
+void MessageWindow::run() {
+    MSG message;
+    while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+        TranslateMessage(&message);
+        DispatchMessageW(&message);
+    }
+}
+
+LRESULT MessageWindow::received(UINT message, WPARAM wparam, LPARAM lparam) {
+    if (message == task_message) {
+        std::function<void()> task;
+        {
+            const std::lock_guard lock(mutex_);
+            if (tasks_.empty()) {
+                return 0;
+            }
+            task = std::move(tasks_.front());
+            tasks_.pop_front();
+        }
+        task();
+        return 0;
+    }
+    if (message == WM_TIMER && wparam == tick_timer) {
+        if (tick_) {
+            tick_();
+        }
+        return 0;
+    }
+    return Window::received(message, wparam, lparam);
+}
+
+} // namespace agent::stage

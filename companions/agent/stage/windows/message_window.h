@@ -1,0 +1,34 @@
+// The program's thread as other threads and timers reach it.
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <mutex>
+
+#include "companions/agent/stage/windows/window.h"
+
+namespace agent::stage {
+
+class MessageWindow final : public Window {
+  public:
+    MessageWindow();
+    ~MessageWindow() override;
+
+    // From any thread: carried out later on the thread of the window, in order.
+    void post(std::function<void()> task);
+    // Calls `tick` about every `period` ms.
+    void every(UINT period, std::function<void()> tick);
+    // The message loop; ends with quit().
+    static void run();
+    static void quit() { PostQuitMessage(0); }
+
+  protected:
+    LRESULT received(UINT message, WPARAM wparam, LPARAM lparam) override;
+
+  private:
+    std::mutex mutex_;
+    std::deque<std::function<void()>> tasks_;
+    std::function<void()> tick_;
+};
+
+} // namespace agent::stage

@@ -1,0 +1,317 @@
+#include "companions/agent/stage/windows/theatre.h"
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <utility>
+
+namespace agent::stage {
+namespace {
+
+// The words of a text shown with a sound file, spread over its length.
+voice::Speech speechOfFile(const std::u16string& text, voice::Wave wave) {
+    voice::Speech speech;
+    speech.shown = text;
+    speech.mouth = voice::mouthMoves(wave);
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t begin = std::min(text.find_first_not_of(u" \t\r\n", at), text.size());
+        const std::size_t end = std::min(text.find_first_of(u" \t\r\n", begin), text.size());
+        if (begin < end) {
+            speech.words.push_back({begin, end, 0});
+        }
+        at = end;
+    }
+    const std::uint64_t length = wave.milliseconds();
+    for (std::size_t i = 0; i < speech.words.size(); ++i) {
+        speech.words[i].at = static_cast<std::uint32_t>(length * i / speech.words.size());
+    }
+    speech.sound = std::move(wave);
+    return speech;
+}
+
+std::optional<voice::Speech> readSpeech(const std::u16string& text, const std::u16string& url) {
+    std::string error;
+    const auto bytes = acs::readFile(std::filesystem::path(url), error);
+    if (!bytes) {
+        return std::nullopt;
+    }
+    auto wave = voice::readWave(*bytes, error);
+    if (!wave) {
+        return std::nullopt;
+    }
+    return speechOfFile(text, std::move(*wave));
+}
+
+BalloonLook lookOf(const acs::Character& character) {
+    const acs::Balloon balloon = character.balloon.value_or(acs::Balloon{});
+    BalloonLook look;
+    look.text_colour = balloon.text_colour;
+    look.background_colour = balloon.background_colour;
+    look.border_colour = balloon.border_colour;
+    look.font_name = balloon.font_name;
+    // A damaged height must not make a balloon of one letter.
+    look.font_height = std::clamp(balloon.font_height, -96, 96);
+    look.weight = static_cast<int>(std::min<std::uint32_t>(balloon.weight, 1000));
+    look.italic = balloon.italic;
+    look.strike_out = balloon.strike_out;
+    return look;
+}
+
+Rect placeOf(const Actor& actor) {
+    return {actor.left(), actor.top(), actor.left() + actor.width(), actor.top() + actor.height()};
+}
+
+} // namespace
+
+Clock::Clock(double speed) : since_(std::chrono::steady_clock::now()), speed_(speed) {}
+
+std::uint64_t Clock::microseconds() const {
+    const std::chrono::duration<double, std::micro> passed = std::chrono::steady_clock::now() - since_;
+    return static_cast<std::uint64_t>(passed.count() * speed_);
+}
+
+Theatre::Reader::Reader() : thread_([this](const std::stop_token& stop) { run(stop); }) {}
+
+Theatre::Reader::~Reader() {
+    thread_.request_stop();
+    changed_.notify_all();
+}
+
+void Theatre::Reader::add(std::function<void()> task) {
+    const std::lock_guard lock(mutex_);
+    tasks_.push_back(std::move(task));
+    changed_.notify_all();
+}
+
+void Theatre::Reader::run(const std::stop_token& stop) {
+    while (true) {
+        std::function<void()> task;
+        {
+            std::unique_lock lock(mutex_);
+            changed_.wait(lock, stop, [&] { return !tasks_.empty(); });
+            if (stop.stop_requested()) {
+                return;
+            }
+            task = std::move(tasks_.front());
+            tasks_.pop_front();
+        }
+        task();
+    }
+}
+
+Theatre::Theatre(MessageWindow& messages, voice::Service& service, voice::Output& output, Hand hand)
+    : messages_(messages), service_(service), output_(output), hand_(std::move(hand)) {}
+
+Theatre::~Theatre() {
+    for (const auto& [id, order] : orders_) {
+        if (order.service != 0) {
+            service_.cancel(order.service);
+        }
+    }
+}
+
+Theatre::Figure* Theatre::figure(ActorId actor) {
+    const auto found = figures_.find(actor);
+    return found == figures_.end() ? nullptr : &found->second;
+}
+
+void Theatre::admit(ActorId actor, std::shared_ptr<const acs::CharacterFile> file) {
+    Figure& added = figures_[actor];
+    added.look = lookOf(file->character());
+    added.file = std::move(file);
+    const auto with = [actor](const auto& handler) {
+        return [actor, &handler](const PointerEvent& event) {
+            if (handler) {
+                handler(actor, event);
+            }
+        };
+    };
+    added.window = std::make_unique<CharacterWindow>(PointerHandlers{with(hand_.clicked), with(hand_.double_clicked),
+                                                                     with(hand_.drag_started), with(hand_.drag_ended),
+                                                                     [actor, this](int left, int top) {
+                                                                         if (hand_.dragged) {
+                                                                             hand_.dragged(actor, left, top);
+                                                                         }
+                                                                     }});
+}
+
+void Theatre::dismiss(ActorId actor) {
+    // The window may be in the middle of a message, whose handler then dismissed it.
+    if (const auto found = figures_.find(actor); found != figures_.end()) {
+        auto gone = std::make_shared<Figure>(std::move(found->second));
+        figures_.erase(found);
+        gone->window->hide();
+        if (gone->balloon) {
+            gone->balloon->close();
+        }
+        messages_.post([gone] {});
+    }
+}
+
+BalloonLook* Theatre::look(ActorId actor) {
+    Figure* found = figure(actor);
+    return found ? &found->look : nullptr;
+}
+
+void Theatre::toFront(ActorId actor) {
+    if (Figure* found = figure(actor); found && found->shown) {
+        SetWindowPos(found->window->handle(), HWND_TOPMOST, 0, 0, 0, 0, SWP_NOACTIVATE | SWP_NOMOVE | SWP_NOSIZE);
+    }
+}
+
+void Theatre::present(Stage& stage) {
+    for (auto& [id, shown] : figures_) {
+        Actor* actor = stage.find(id);
+        if (!actor || (!shown.redraw && !shown.replace)) {
+            continue;
+        }
+        if (!actor->visible()) {
+            shown.replace = false;
+            shown.redraw = true;
+            if (std::exchange(shown.shown, false)) {
+                shown.window->hide();
+            }
+            continue;
+        }
+        if (shown.redraw || !shown.shown) {
+            compose(*shown.file, actor->frame(), actor->mouth(), shown.raster);
+            if (actor->width() == shown.raster.width && actor->height() == shown.raster.height) {
+                shown.window->show(shown.raster, actor->left(), actor->top());
+            } else {
+                shown.window->show(scaled(shown.raster, actor->width(), actor->height()), actor->left(), actor->top());
+            }
+            shown.shown = true;
+        } else {
+            shown.window->move(actor->left(), actor->top());
+        }
+        if (shown.replace && shown.balloon) {
+            shown.balloon->follow(placeOf(*actor));
+        }
+        shown.redraw = shown.replace = false;
+    }
+}
+
+void Theatre::placed(Actor& actor) {
+    if (Figure* found = figure(actor.id())) {
+        found->replace = true;
+        found->redraw = found->redraw || actor.width() != found->raster.width || actor.height() != found->raster.height;
+    }
+}
+
+void Theatre::drawn(Actor& actor) {
+    if (Figure* found = figure(actor.id())) {
+        found->redraw = true;
+    }
+}
+
+void Theatre::frameSound(Actor& actor, std::uint16_t sound) {
+    const Figure* found = figure(actor.id());
+    if (!found || !audible_ || sound >= found->file->soundCount()) {
+        return;
+    }
+    std::string error;
+    if (const auto wave = voice::readWave(found->file->sound(sound), error)) {
+        output_.play(*wave, {});
+    }
+}
+
+SpeechOrder Theatre::orderSpeech(Actor& actor, const std::u16string& text, const std::u16string& url,
+                                 std::function<void(std::optional<voice::Speech>)> done) {
+    const SpeechOrder order = ++last_order_;
+    Order& added = orders_[order];
+    added.done = std::move(done);
+    const auto deliver = [this, order](std::optional<voice::Speech> speech) {
+        messages_.post([this, order, made = std::make_shared<std::optional<voice::Speech>>(std::move(speech))] {
+            delivered(order, std::move(*made));
+        });
+    };
+    if (url.empty()) {
+        added.service =
+            service_.order(text, actor.manner, [deliver](voice::Speech speech) { deliver(std::move(speech)); });
+    } else {
+        reader_.add([deliver, text, url] {
+            std::optional<voice::Speech> speech;
+            try {
+                speech = readSpeech(text, url);
+            } catch (...) {
+                speech.reset(); // a path that is none, or a sound too large
+            }
+            deliver(std::move(speech));
+        });
+    }
+    return order;
+}
+
+void Theatre::delivered(SpeechOrder order, std::optional<voice::Speech> speech) {
+    const auto found = orders_.find(order);
+    if (found == orders_.end()) {
+        return;
+    }
+    const auto done = std::move(found->second.done);
+    orders_.erase(found);
+    done(std::move(speech));
+}
+
+void Theatre::cancelSpeech(SpeechOrder order) {
+    const auto found = orders_.find(order);
+    if (found == orders_.end()) {
+        return;
+    }
+    if (found->second.service != 0) {
+        service_.cancel(found->second.service);
+    }
+    orders_.erase(found);
+}
+
+Sound Theatre::startSound(const voice::Wave& wave) {
+    // The number is known only after the call that may already be over when it is looked at.
+    const auto number = std::make_shared<Sound>(0);
+    const auto ended = [this, number] { finished_.insert(*number); };
+    if (audible_) {
+        *number = output_.play(wave, ended);
+    } else {
+        *number = output_.play(voice::Wave{wave.rate, std::vector<std::int16_t>(wave.samples.size())}, ended);
+    }
+    return *number;
+}
+
+void Theatre::stopSound(Sound sound) {
+    output_.stop(sound);
+    finished_.erase(sound);
+}
+
+std::optional<std::uint32_t> Theatre::heard(Sound sound) {
+    if (finished_.erase(sound) != 0) {
+        return std::nullopt;
+    }
+    return output_.heard(sound);
+}
+
+void Theatre::openBalloon(Actor& actor, BalloonKind kind, const std::u16string& text) {
+    Figure* found = figure(actor.id());
+    if (!found) {
+        return;
+    }
+    if (!found->balloon) {
+        found->balloon = std::make_unique<BalloonWindow>();
+    }
+    BalloonLook look = found->look;
+    look.size_to_text = (actor.balloon_style & balloon_size_to_text) != 0;
+    look.characters_a_line = static_cast<int>(actor.balloon_style >> 16 & 0xFF);
+    look.lines = static_cast<int>(actor.balloon_style >> 24 & 0xFF);
+    found->balloon->open(kind, text, look, placeOf(actor));
+}
+
+void Theatre::balloonWords(Actor& actor, std::size_t end) {
+    if (Figure* found = figure(actor.id()); found && found->balloon) {
+        found->balloon->spoken(end);
+    }
+}
+
+void Theatre::closeBalloon(Actor& actor) {
+    if (Figure* found = figure(actor.id()); found && found->balloon) {
+        found->balloon->close();
+    }
+}
+
+} // namespace agent::stage

@@ -1,0 +1,108 @@
+// Brings the stage before the user: windows, balloons, sound and speech.
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <map>
+#include <set>
+#include <thread>
+
+#include "companions/agent/stage/sequencer.h"
+#include "companions/agent/stage/windows/balloon_window.h"
+#include "companions/agent/stage/windows/character_window.h"
+#include "companions/agent/stage/windows/message_window.h"
+
+namespace agent::stage {
+
+// Time that runs `speed` times as fast as the real one.
+class Clock {
+  public:
+    explicit Clock(double speed);
+    std::uint64_t microseconds() const;
+    Time milliseconds() const { return static_cast<Time>(microseconds() / 1000); }
+
+  private:
+    std::chrono::steady_clock::time_point since_;
+    double speed_;
+};
+
+// What the user does with the pointer on a character.
+struct Hand {
+    std::function<void(ActorId, const PointerEvent&)> clicked, double_clicked, drag_started, drag_ended;
+    std::function<void(ActorId, int left, int top)> dragged;
+};
+
+class Theatre final : public Effects {
+  public:
+    Theatre(MessageWindow& messages, voice::Service& service, voice::Output& output, Hand hand);
+    ~Theatre() override;
+
+    void admit(ActorId actor, std::shared_ptr<const acs::CharacterFile> file);
+    void dismiss(ActorId actor);
+    // Shown from the next balloon on.
+    BalloonLook* look(ActorId actor);
+    void toFront(ActorId actor);
+    // Spoken audio is heard, or passes in silence.
+    void setAudible(bool audible) { audible_ = audible; }
+    // After every advance of the stage: draws what changed since the last one.
+    void present(Stage& stage);
+
+    void placed(Actor& actor) override;
+    void drawn(Actor& actor) override;
+    void frameSound(Actor& actor, std::uint16_t sound) override;
+    SpeechOrder orderSpeech(Actor& actor, const std::u16string& text, const std::u16string& url,
+                            std::function<void(std::optional<voice::Speech>)> done) override;
+    void cancelSpeech(SpeechOrder order) override;
+    Sound startSound(const voice::Wave& wave) override;
+    void stopSound(Sound sound) override;
+    std::optional<std::uint32_t> heard(Sound sound) override;
+    void openBalloon(Actor& actor, BalloonKind kind, const std::u16string& text) override;
+    void balloonWords(Actor& actor, std::size_t end) override;
+    void closeBalloon(Actor& actor) override;
+
+  private:
+    struct Figure {
+        std::shared_ptr<const acs::CharacterFile> file;
+        std::unique_ptr<CharacterWindow> window;
+        std::unique_ptr<BalloonWindow> balloon; // made with the first words
+        BalloonLook look;
+        Raster raster;
+        bool redraw = false;
+        bool replace = false;
+        bool shown = false;
+    };
+    struct Order {
+        voice::Service::Order service = 0; // 0: of a sound file
+        std::function<void(std::optional<voice::Speech>)> done;
+    };
+    // Reads sound files, one after another, so that no slow disk holds up the stage.
+    class Reader {
+      public:
+        Reader();
+        ~Reader();
+        void add(std::function<void()> task);
+
+      private:
+        void run(const std::stop_token& stop);
+        std::mutex mutex_;
+        std::condition_variable_any changed_;
+        std::deque<std::function<void()>> tasks_;
+        std::jthread thread_;
+    };
+
+    void delivered(SpeechOrder order, std::optional<voice::Speech> speech);
+    Figure* figure(ActorId actor);
+
+    MessageWindow& messages_;
+    voice::Service& service_;
+    voice::Output& output_;
+    Hand hand_;
+    std::map<ActorId, Figure> figures_;
+    std::map<SpeechOrder, Order> orders_;
+    SpeechOrder last_order_ = 0;
+    std::set<Sound> finished_;
+    bool audible_ = true;
+    Reader reader_; // last: its thread ends first
+};
+
+} // namespace agent::stage
