@@ -237,20 +237,24 @@ def chock(rng):
     return echoed(mixed((0.0, knock, 2.5), (0.16, knock, 2.5), (0.36, stab, 0.55), (0.36, thump(0.5, 120, 50, 0.12), 1.2)), 0.07, 0.25, 0.2)
 
 
+def heartbeat():
+    """Two soft blows; the part above 100 Hz is what a small loudspeaker lets through."""
+    def blow(start, end, decay):
+        return mixed(thump(0.24, start, end, decay), (0.0, thump(0.24, start * 2.1, end * 2.2, decay * 0.7), 0.5))
+    return lowPass(mixed(blow(96, 52, 0.06), (0.19, blow(80, 46, 0.05), 0.75)), 700)
+
+
 @sound("heart")
 def heart(rng):
-    def beat():
-        return mixed(thump(0.22, 92, 48, 0.06), (0.19, thump(0.22, 74, 42, 0.05), 0.75))
-    return lowPass(joined(beat(), silence(0.32), beat(), silence(0.32), beat()), 420)
+    return joined(heartbeat(), silence(0.32), heartbeat(), silence(0.32), heartbeat())
 
 
 @sound("broken_heart")
 def brokenHeart(rng):
-    beat = lowPass(mixed(thump(0.22, 92, 48, 0.06), (0.19, thump(0.22, 74, 42, 0.05), 0.75)), 420)
     shards = [(0.58 + abs(rng.gauss(0, 0.12)), bell(0.35, rng.uniform(1900, 5200), decay=0.07), rng.uniform(0.05, 0.2)) for _ in range(22)]
     crack = mixed(burst(0.2, 0.02, 3200, 3000, rng), (0.03, burst(0.2, 0.03, 5200, 3500, rng), 0.8))
     fall = shaped(sine(0.7, [(0, 520), (0.7, 180)]), [(0, 0), (0.05, 0.22), (0.7, 0)])
-    return mixed((0.0, beat, 1.3), (0.58, crack, 0.8), (0.8, fall), *shards)
+    return mixed((0.0, heartbeat(), 1.3), (0.58, crack, 0.8), (0.8, fall), *shards)
 
 
 @sound("angel")
@@ -267,7 +271,7 @@ def angel(rng):
 @sound("devil")
 def devil(rng):
     chord = mixed(*[(0.0, horn(1.5, note(name), 1.0, 0.012), 0.5) for name in ("C2", "F#2", "C3", "Eb3")])
-    rumble = shaped(lowPass(noise(1.7, rng), 130), [(0, 0), (0.3, 5), (1.7, 0)])
+    rumble = shaped(lowPass(noise(1.7, rng), 130), [(0, 0), (0.3, 3), (1.7, 0)])
     fire = [(rng.uniform(0, 1.6), burst(0.05, 0.006, rng.uniform(1500, 4500), 2000, rng), rng.uniform(0.1, 0.4)) for _ in range(45)]
     growl = voice(1.2, [(0, 70), (0.6, 82), (1.2, 58)], [(0, "er"), (1.2, "o")], rng, size=0.8, jitter=0.15,
                   loudness=[(0, 0), (0.3, 0.6), (1.2, 0)])

@@ -228,16 +228,15 @@ def echoed(sound, seconds, gain, tail=0.5):
 
 
 def finished(sound, peak=0.84):
-    """Without a constant part, as loud as peak allows, faded at both ends so that nothing clicks."""
+    """Without a constant part, faded at both ends so that nothing clicks, and as loud as peak allows."""
     sound = highPass(sound, 25)
-    top = max(abs(s) for s in sound)
-    sound = [s * peak / top for s in sound]
     edge_in, edge_out = min(60, len(sound) // 4), min(500, len(sound) // 4)
     for i in range(edge_in):
         sound[i] *= i / edge_in
     for i in range(edge_out):
         sound[-1 - i] *= i / edge_out
-    return sound
+    top = max(abs(s) for s in sound)
+    return [s * peak / top for s in sound]
 
 
 def note(name):

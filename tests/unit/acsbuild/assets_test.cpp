@@ -1,0 +1,345 @@
+// The characters, sounds and icons as they were built.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "common/text.h"
+#include "companions/agent/acs/reader.h"
+
+namespace {
+
+namespace acs = agent::acs;
+namespace fs = std::filesystem;
+
+const fs::path assets = MURMELIX_ASSETS;
+
+std::vector<std::uint8_t> bytesOf(const fs::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+std::uint32_t number(const std::vector<std::uint8_t>& bytes, std::size_t at, std::size_t size) {
+    std::uint32_t value = 0;
+    for (std::size_t i = 0; i < size; ++i)
+        value |= static_cast<std::uint32_t>(bytes.at(at + i)) << (8 * i);
+    return value;
+}
+
+class Characters : public testing::TestWithParam<const char*> {
+  protected:
+    void SetUp() override {
+        file_ = assets / "chars" / (std::string(GetParam()) + ".acs");
+        std::string error;
+        const auto bytes = acs::readFile(file_, error);
+        ASSERT_TRUE(bytes) << error;
+        auto read = acs::read(*bytes, error);
+        ASSERT_TRUE(read) << error;
+        character_ = std::move(*read);
+    }
+
+    fs::path file_;
+    acs::Character character_;
+};
+
+INSTANTIATE_TEST_SUITE_P(All, Characters, testing::Values("Brindle", "Ottoline", "Plonk"),
+                         [](const auto& tested) { return std::string(tested.param); });
+
+TEST_P(Characters, AreNamedAsTheirFileIs) {
+    ASSERT_FALSE(character_.names.empty());
+    EXPECT_EQ(murmelix::toUtf8(character_.names[0].name), GetParam());
+    EXPECT_FALSE(character_.names[0].description.empty());
+}
+
+TEST_P(Characters, FitASmallWindowAndASmallFile) {
+    EXPECT_EQ(character_.width, 144);
+    EXPECT_EQ(character_.height, 144);
+    EXPECT_LE(fs::file_size(file_), 1024U * 1024U);
+    for (const acs::Image& image : character_.images) {
+        EXPECT_LE(image.width, 144);
+        EXPECT_LE(image.height, 144);
+    }
+}
+
+TEST_P(Characters, KnowEveryAnimationThatIsAskedOfThem) {
+    for (const char16_t* name :
+         {u"RestPose",  u"Show",         u"Hide",        u"Blink",        u"Speak",  u"StartListening", u"Pleased",
+          u"Uncertain", u"Sad",          u"Surprised",   u"Confused",     u"Alert",  u"Explain",        u"Decline",
+          u"GestureUp", u"GestureDown",  u"GestureLeft", u"GestureRight", u"MoveUp", u"MoveDown",       u"MoveLeft",
+          u"MoveRight", u"Congratulate", u"Idle1_1",     u"Greet",        u"Wave",   u"Read",           u"Think"}) {
+        const acs::Animation* const found = character_.findAnimation(name);
+        ASSERT_NE(found, nullptr) << murmelix::toUtf8(name);
+        EXPECT_EQ(found->name, name) << "as the directory spells it";
+    }
+}
+
+TEST_P(Characters, HaveAnAnimationForEveryState) {
+    for (const char16_t* name : {u"SHOWING", u"HIDING", u"SPEAKING", u"LISTENING", u"HEARING", u"IDLINGLEVEL1",
+                                 u"IDLINGLEVEL2", u"IDLINGLEVEL3", u"GESTURINGUP", u"GESTURINGDOWN", u"GESTURINGLEFT",
+                                 u"GESTURINGRIGHT", u"MOVINGUP", u"MOVINGDOWN", u"MOVINGLEFT", u"MOVINGRIGHT"}) {
+        const acs::State* const state = character_.findState(name);
+        ASSERT_NE(state, nullptr) << murmelix::toUtf8(name);
+        EXPECT_FALSE(state->animations.empty()) << murmelix::toUtf8(name);
+        for (const std::u16string& animation : state->animations)
+            EXPECT_NE(character_.findAnimation(animation), nullptr) << murmelix::toUtf8(animation);
+    }
+}
+
+TEST_P(Characters, PointAndGoTheWayOfTheState) {
+    const std::vector<std::pair<const char16_t*, const char16_t*>> pairs{
+        {u"GESTURINGUP", u"GestureUp"},       {u"GESTURINGDOWN", u"GestureDown"}, {u"GESTURINGLEFT", u"GestureLeft"},
+        {u"GESTURINGRIGHT", u"GestureRight"}, {u"MOVINGUP", u"MoveUp"},           {u"MOVINGDOWN", u"MoveDown"},
+        {u"MOVINGLEFT", u"MoveLeft"},         {u"MOVINGRIGHT", u"MoveRight"}};
+    for (const auto& [state, animation] : pairs)
+        EXPECT_EQ(character_.findState(state)->animations, std::vector<std::u16string>{animation});
+    // The hand that points left reaches further left than the figure at rest does; so to the right.
+    const auto extent = [&](const char16_t* name) {
+        const acs::FrameImage& shown = character_.findAnimation(name)->frames.back().images.at(0);
+        return std::pair<int, int>{shown.x, shown.x + character_.images[shown.image].width};
+    };
+    EXPECT_LE(extent(u"GestureLeft").first, extent(u"RestPose").first);
+    EXPECT_LT(extent(u"GestureLeft").first, 30);
+    EXPECT_GE(extent(u"GestureRight").second, extent(u"RestPose").second);
+    EXPECT_GT(extent(u"GestureRight").second, 114);
+}
+
+// The seven shapes differ, lie inside the figure, and the closed one is what the pose shows.
+TEST_P(Characters, SpeakWithSevenMouths) {
+    for (const char16_t* name : {u"RestPose", u"Speak", u"Explain"}) {
+        const acs::Animation* const animation = character_.findAnimation(name);
+        ASSERT_NE(animation, nullptr);
+        for (const acs::Frame& frame : animation->frames) {
+            std::set<int> shapes;
+            std::set<std::uint16_t> images;
+            for (const acs::Mouth& mouth : frame.mouths) {
+                shapes.insert(static_cast<int>(mouth.shape));
+                images.insert(mouth.image);
+                EXPECT_GE(mouth.x, 0);
+                EXPECT_GE(mouth.y, 0);
+                EXPECT_LE(mouth.x + mouth.width, character_.width);
+                EXPECT_LE(mouth.y + mouth.height, character_.height);
+            }
+            EXPECT_EQ(shapes, (std::set<int>{0, 1, 2, 3, 4, 5, 6})) << murmelix::toUtf8(name);
+            EXPECT_EQ(images.size(), 7U) << murmelix::toUtf8(name);
+        }
+    }
+    const acs::Frame& rest = character_.findAnimation(u"RestPose")->frames.at(0);
+    ASSERT_EQ(rest.images.size(), 1U);
+    const acs::Image& whole = character_.images[rest.images[0].image];
+    const auto pixel = [](const acs::Image& image, int x, int y) {
+        return image.pixels.at(static_cast<std::size_t>(image.height - 1 - y) * image.stride() +
+                               static_cast<std::size_t>(x));
+    };
+    int different = 0;
+    const acs::Mouth& closed = rest.mouths.at(0);
+    for (int y = 0; y < closed.height; ++y) {
+        for (int x = 0; x < closed.width; ++x)
+            different += pixel(character_.images[closed.image], x, y) !=
+                                 pixel(whole, closed.x + x - rest.images[0].x, closed.y + y - rest.images[0].y)
+                             ? 1
+                             : 0;
+    }
+    EXPECT_EQ(different, 0);
+}
+
+// The frames of an animation, from the first until none follows: with `asked` as after a stop, otherwise with no
+// branch.
+std::vector<std::size_t> played(const acs::Animation& animation, std::size_t from, bool asked) {
+    std::vector<std::size_t> frames;
+    for (std::size_t at = from; at < animation.frames.size() && frames.size() <= 2 * animation.frames.size();) {
+        frames.push_back(at);
+        const acs::Frame& frame = animation.frames[at];
+        if (asked && frame.exit_frame == acs::exit_end)
+            break;
+        at = asked && frame.exit_frame >= 0 ? static_cast<std::size_t>(frame.exit_frame) : at + 1;
+    }
+    return frames;
+}
+
+TEST_P(Characters, EndEveryAnimation) {
+    for (const acs::Animation& animation : character_.animations) {
+        const std::string name = murmelix::toUtf8(animation.name);
+        EXPECT_LE(played(animation, 0, false).size(), animation.frames.size()) << name;
+        for (std::size_t from = 0; from < animation.frames.size(); ++from)
+            EXPECT_LE(played(animation, from, true).size(), animation.frames.size()) << name << " asked at " << from;
+        for (const acs::Frame& frame : animation.frames) {
+            EXPECT_GT(frame.duration, 0) << name;
+            int back = 0;
+            for (const acs::Branch& branch : frame.branches)
+                back += branch.probability;
+            EXPECT_LT(back, 100) << name << " may go round for ever";
+        }
+    }
+}
+
+// Whatever is played ends in the rest pose, or stays in a pose from which another animation leads back to it.
+TEST_P(Characters, ComeBackToTheRestPose) {
+    const acs::Animation* const rest = character_.findAnimation(u"RestPose");
+    ASSERT_NE(rest, nullptr);
+    ASSERT_EQ(rest->frames.size(), 1U);
+    const auto atRest = [&](const acs::Frame& frame) {
+        return frame.images.size() == 1 && frame.images[0].image == rest->frames[0].images[0].image &&
+               frame.images[0].x == rest->frames[0].images[0].x && frame.images[0].y == rest->frames[0].images[0].y;
+    };
+    for (const acs::Animation& animation : character_.animations) {
+        if (animation.name == u"Hide")
+            continue;
+        const std::string name = murmelix::toUtf8(animation.name);
+        if (animation.transition == acs::Transition::return_animation) {
+            const acs::Animation* const back = character_.findAnimation(animation.return_animation);
+            ASSERT_NE(back, nullptr) << name;
+            EXPECT_NE(back->transition, acs::Transition::return_animation) << name;
+            EXPECT_TRUE(atRest(back->frames.back())) << name;
+        } else {
+            EXPECT_TRUE(atRest(animation.frames.back())) << name;
+            for (std::size_t from = 0; from < animation.frames.size(); ++from)
+                EXPECT_TRUE(atRest(animation.frames[played(animation, from, true).back()]))
+                    << name << " asked at " << from;
+        }
+    }
+}
+
+TEST_P(Characters, AreNoStiffPictures) {
+    for (const char16_t* name : {u"Show", u"Hide", u"Pleased", u"Uncertain", u"Sad", u"Surprised", u"Confused",
+                                 u"Alert", u"Explain", u"Congratulate", u"Decline"}) {
+        std::set<std::uint32_t> images;
+        int duration = 0;
+        for (const acs::Frame& frame : character_.findAnimation(name)->frames) {
+            for (const acs::FrameImage& shown : frame.images)
+                images.insert(shown.image);
+            duration += frame.duration;
+        }
+        EXPECT_GE(images.size(), 4U) << murmelix::toUtf8(name);
+        EXPECT_GE(duration, 30) << murmelix::toUtf8(name);
+        EXPECT_LE(duration, 400) << murmelix::toUtf8(name);
+    }
+}
+
+TEST(CharacterSet, CanBeToldApart) {
+    std::set<acs::Guid> guids;
+    std::set<std::uint16_t> pitches;
+    for (const char* name : {"Brindle", "Ottoline", "Plonk"}) {
+        std::string error;
+        const auto file = acs::CharacterFile::load(assets / "chars" / (std::string(name) + ".acs"), error);
+        ASSERT_TRUE(file) << error;
+        guids.insert(file->character().guid);
+        ASSERT_TRUE(file->character().voice);
+        pitches.insert(file->character().voice->pitch);
+    }
+    EXPECT_EQ(guids.size(), 3U);
+    EXPECT_EQ(pitches.size(), 3U);
+}
+
+class Sounds : public testing::TestWithParam<const char*> {};
+
+INSTANTIATE_TEST_SUITE_P(Default, Sounds,
+                         testing::Values("laugh", "run", "whistle", "haa", "ohhh", "slap", "sniff", "sigh", "ting",
+                                         "evil-laugh", "yawn", "cry", "chock", "gasp", "angry", "angel", "heart",
+                                         "broken_heart", "boy_hug", "girl_hug", "drink", "gift", "flower",
+                                         "wilted-flower", "yehaa", "boo", "burp", "birthday", "email", "kiss", "cat",
+                                         "dog", "coffee", "ring", "camera", "snore", "MSN", "clock", "star", "light",
+                                         "bat", "music-note", "devil", "film_strip"),
+                         [](const auto& tested) {
+                             std::string name = tested.param;
+                             std::replace(name.begin(), name.end(), '-', '_');
+                             return name;
+                         });
+
+TEST_P(Sounds, AreWhatTheirNamePromisesInFormAndLevel) {
+    const std::vector<std::uint8_t> bytes = bytesOf(assets / "sounds" / "default" / (std::string(GetParam()) + ".wav"));
+    ASSERT_GT(bytes.size(), 44U);
+    const auto tag = [&](std::size_t at) {
+        return std::string(bytes.begin() + static_cast<std::ptrdiff_t>(at),
+                           bytes.begin() + static_cast<std::ptrdiff_t>(at) + 4);
+    };
+    ASSERT_EQ(tag(0), "RIFF");
+    EXPECT_EQ(number(bytes, 4, 4), bytes.size() - 8);
+    ASSERT_EQ(tag(8), "WAVE");
+    ASSERT_EQ(tag(12), "fmt ");
+    EXPECT_EQ(number(bytes, 20, 2), 1U) << "PCM";
+    EXPECT_EQ(number(bytes, 22, 2), 1U) << "channel";
+    EXPECT_EQ(number(bytes, 24, 4), 22050U);
+    EXPECT_EQ(number(bytes, 34, 2), 16U) << "bits";
+    ASSERT_EQ(tag(36), "data");
+    ASSERT_EQ(number(bytes, 40, 4), bytes.size() - 44);
+
+    std::vector<int> samples;
+    for (std::size_t at = 44; at + 2 <= bytes.size(); at += 2)
+        samples.push_back(static_cast<std::int16_t>(number(bytes, at, 2)));
+    EXPECT_GE(samples.size(), 22050U * 3 / 10);
+    EXPECT_LE(samples.size(), 22050U * 5 / 2);
+    int peak = 0;
+    double energy = 0;
+    for (const int sample : samples) {
+        peak = std::max(peak, std::abs(sample));
+        energy += static_cast<double>(sample) * sample;
+    }
+    EXPECT_GT(peak, 20000);
+    EXPECT_LT(peak, 30000) << "clipped, or nearly";
+    EXPECT_GT(energy / static_cast<double>(samples.size()), 500.0 * 500.0) << "too quiet";
+    for (std::size_t i = 0; i < 4; ++i) {
+        EXPECT_LT(std::abs(samples[i]), 2000) << "a click at the start";
+        EXPECT_LT(std::abs(samples[samples.size() - 1 - i]), 400) << "a click at the end";
+    }
+}
+
+TEST(SoundScheme, HoldsNothingElse) {
+    std::size_t files = 0;
+    for (const auto& entry : fs::directory_iterator(assets / "sounds" / "default"))
+        files += entry.path().extension() == ".wav" ? 1 : 100;
+    EXPECT_EQ(files, 44U);
+}
+
+TEST(Icons, HaveEverySize) {
+    for (const char* name : {"murmelix", "messenger", "agent", "setup", "updater", "conversation"}) {
+        const std::vector<std::uint8_t> bytes = bytesOf(assets / "icons" / (std::string(name) + ".ico"));
+        ASSERT_GT(bytes.size(), 6U + 7U * 16U) << name;
+        EXPECT_EQ(number(bytes, 0, 4), 0x00010000U) << name;
+        ASSERT_EQ(number(bytes, 4, 2), 7U) << name;
+        std::vector<std::uint32_t> sizes;
+        for (std::size_t i = 0; i < 7; ++i) {
+            const std::size_t entry = 6 + 16 * i;
+            sizes.push_back(number(bytes, entry, 1));
+            const std::uint32_t length = number(bytes, entry + 8, 4), at = number(bytes, entry + 12, 4);
+            ASSERT_LE(static_cast<std::size_t>(at) + length, bytes.size()) << name;
+            EXPECT_EQ(number(bytes, at, 4), sizes.back() == 0 ? 0x474E5089U : 40U)
+                << name << ": a PNG at 256, else a bitmap";
+            if (sizes.back() != 0) {
+                EXPECT_EQ(number(bytes, at + 8, 4), 2 * sizes.back()) << name << ": colours and mask";
+            }
+        }
+        EXPECT_EQ(sizes, (std::vector<std::uint32_t>{16, 20, 24, 32, 48, 64, 0})) << name;
+    }
+}
+
+TEST(Icons, MenuPicturesTakeTheMenusColours) {
+    for (const char* name :
+         {"minimize", "restore", "characters", "voices", "exit", "about", "tips", "help", "friend", "stop"}) {
+        const std::vector<std::uint8_t> bytes = bytesOf(assets / "icons" / ("menu_" + std::string(name) + ".bmp"));
+        ASSERT_EQ(bytes.size(), 14U + 40U + 8U + 64U) << name;
+        EXPECT_EQ(number(bytes, 0, 2), 0x4D42U) << name;
+        EXPECT_EQ(number(bytes, 18, 4), 16U) << name;
+        EXPECT_EQ(number(bytes, 22, 4), 16U) << name;
+        EXPECT_EQ(number(bytes, 28, 2), 1U) << name << ": one bit a pixel";
+        std::set<std::uint32_t> rows;
+        for (std::size_t y = 0; y < 16; ++y)
+            rows.insert(number(bytes, 62 + 4 * y, 2));
+        EXPECT_GT(rows.size(), 1U) << name << " shows nothing";
+    }
+    const std::vector<std::uint8_t> conversation = bytesOf(assets / "icons" / "conversation.bmp");
+    ASSERT_EQ(conversation.size(), 54U + 32U * 32U * 3U);
+    EXPECT_EQ(number(conversation, 18, 4), 32U);
+}
+
+} // namespace
