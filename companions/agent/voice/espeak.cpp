@@ -28,9 +28,9 @@ constexpr std::uint16_t primary_language = 0x3FF; // the part of a language id w
 
 constexpr std::uint32_t slowest = 80, fastest = 450; // words a minute
 
-// The pitch heard at the program's middle setting, for its own male voice and the variants used here; each step of
-// `octave_steps` settings is an octave.
-constexpr double male_hertz = 115, female_hertz = 195, octave_steps = 50;
+// Measured: the pitch heard at the middle setting, for the male voice and the female variant used here; about
+// `octave_steps` settings make an octave.
+constexpr double male_hertz = 99, female_hertz = 188, octave_steps = 70;
 
 std::uint32_t pitchSetting(std::uint16_t hertz, bool female) {
     const double steps = std::log2(hertz / (female ? female_hertz : male_hertz)) * octave_steps;

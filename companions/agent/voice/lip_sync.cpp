@@ -14,12 +14,15 @@ constexpr double medium_below = 0.30;   // above: wide, in four steps
 constexpr double hiss_crossings = 6000; // zero crossings a second of "s", "f", "sh": teeth close together
 
 struct Step {
+    std::uint32_t at = 0; // ms
     double loudness = 0;
     double crossings = 0; // a second
 };
 
 std::vector<Step> measure(const Wave& wave) {
     std::vector<Step> steps;
+    if (wave.rate == 0)
+        return steps;
     const std::size_t size = std::max<std::size_t>(1, static_cast<std::size_t>(wave.rate) * step_ms / 1000);
     for (std::size_t begin = 0; begin < wave.samples.size(); begin += size) {
         const std::size_t end = std::min(begin + size, wave.samples.size());
@@ -31,7 +34,8 @@ std::vector<Step> measure(const Wave& wave) {
                 ++crossings;
         }
         const auto count = static_cast<double>(end - begin);
-        steps.push_back({std::sqrt(energy / count), static_cast<double>(crossings) / count * wave.rate});
+        steps.push_back({static_cast<std::uint32_t>(std::uint64_t{begin} * 1000 / wave.rate), std::sqrt(energy / count),
+                         static_cast<double>(crossings) / count * wave.rate});
     }
     return steps;
 }
@@ -69,13 +73,11 @@ std::vector<MouthMove> mouthMoves(const Wave& wave) {
     const double loud = loudPart(steps);
     std::vector<MouthMove> moves;
     auto shape = acs::MouthShape::closed;
-    std::uint32_t at = 0;
     for (const Step& step : steps) {
         const acs::MouthShape next = shapeOf(step, loud);
         if (next != shape)
-            moves.push_back({at, next});
+            moves.push_back({step.at, next});
         shape = next;
-        at += step_ms;
     }
     if (shape != acs::MouthShape::closed || moves.empty())
         moves.push_back({wave.milliseconds(), acs::MouthShape::closed});

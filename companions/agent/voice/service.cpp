@@ -76,7 +76,7 @@ struct Service::Impl {
         }
     }
 
-    // Shown at once and unheard where the engine fails by an exception or memory runs out.
+    // Shown at once and unheard where memory runs out.
     std::optional<Speech> speechOf(const Waiting& order, const std::stop_token& token) {
         try {
             return makeSpeech(read(order), engine.get(), token);

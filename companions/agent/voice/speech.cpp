@@ -137,8 +137,7 @@ class Maker {
         if (engine_ == nullptr || !engine_->speaks(manner.language_id) || pieces_left_ == 0)
             return std::nullopt;
         --pieces_left_;
-        std::string error;
-        const std::optional<Wave> wave = engine_->synthesise(text, manner, stop_, error);
+        const std::optional<Wave> wave = asked(text, manner);
         if (!wave || wave->rate < 4000 || wave->rate > 96000)
             return std::nullopt;
         Wave result = resampled(*wave, mix_rate);
@@ -146,6 +145,16 @@ class Maker {
         if (audiblePart(result).second == 0)
             return std::nullopt;
         return result;
+    }
+
+    // An engine that fails, by an exception too, has nothing to say.
+    std::optional<Wave> asked(const std::u16string& text, const Manner& manner) {
+        try {
+            std::string error;
+            return engine_->synthesise(text, manner, stop_, error);
+        } catch (...) {
+            return std::nullopt;
+        }
     }
 
     void sound(Wave wave, const Piece& piece) {

@@ -1,0 +1,281 @@
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <random>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "companions/agent/voice/recording.h"
+#include "companions/agent/voice/wave.h"
+#include "tests/unit/voice/fakes.h"
+
+namespace agent::voice {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::Each;
+using testing::HasSubstr;
+
+// One second of this many samples sounds like a constant: sums are easy to tell apart.
+Wave level(std::int16_t value, std::size_t samples) {
+    return {22050, std::vector<std::int16_t>(samples, value)};
+}
+
+class OutputTest : public testing::Test {
+  protected:
+    OutputTest() {
+        const auto* info = testing::UnitTest::GetInstance()->current_test_info();
+        folder = fs::temp_directory_path() / ("voice-output-" + std::to_string(std::random_device{}()) + info->name());
+        fs::create_directories(folder);
+        path = folder / u"r\u00E9cord.wav";
+    }
+    ~OutputTest() override { fs::remove_all(folder); }
+
+    Output make(bool records = true) {
+        return Output(records ? path.u16string() : std::u16string(), [this] { return microseconds; });
+    }
+    void pass(std::uint64_t ms) { microseconds += ms * 1000; }
+    Wave recorded() const {
+        std::ifstream file(path, std::ios::binary);
+        const std::vector<std::uint8_t> bytes{std::istreambuf_iterator<char>(file), {}};
+        // The header's lengths are those of the file.
+        EXPECT_GE(bytes.size(), 44U);
+        const auto number = [&](std::size_t at) {
+            return std::uint32_t{bytes[at]} | std::uint32_t{bytes[at + 1]} << 8 | std::uint32_t{bytes[at + 2]} << 16 |
+                   std::uint32_t{bytes[at + 3]} << 24;
+        };
+        EXPECT_EQ(number(4), bytes.size() - 8);
+        EXPECT_EQ(number(40), bytes.size() - 44);
+        std::string error;
+        const std::optional<Wave> wave = readWave(bytes, error);
+        EXPECT_TRUE(wave) << error;
+        return wave.value_or(Wave{});
+    }
+
+    fs::path folder, path;
+    std::uint64_t microseconds = 5'000'000'000'000;
+};
+
+TEST_F(OutputTest, SoundsAreHeardOnTheClock) {
+    Output output = make(false);
+    EXPECT_FALSE(output.hasDevice());
+    const Output::Playing playing = output.play(level(1000, 22050), {});
+    EXPECT_EQ(output.heard(playing), 0U);
+    pass(240);
+    EXPECT_EQ(output.heard(playing), 240U);
+    pass(740);
+    EXPECT_EQ(output.heard(playing), 980U);
+    pass(5000);
+    EXPECT_EQ(output.heard(playing), 1000U);
+    output.tick();
+    EXPECT_EQ(output.heard(playing), 0U);
+}
+
+TEST_F(OutputTest, TheEndIsToldOnceByATick) {
+    Output output = make(false);
+    int told = 0;
+    output.play(level(1000, 2205), [&] { ++told; });
+    pass(99);
+    output.tick();
+    EXPECT_EQ(told, 0);
+    pass(1);
+    EXPECT_EQ(told, 0);
+    output.tick();
+    output.tick();
+    EXPECT_EQ(told, 1);
+}
+
+TEST_F(OutputTest, AStoppedSoundTellsNothing) {
+    Output output = make(false);
+    int told = 0;
+    const Output::Playing playing = output.play(level(1000, 2205), [&] { ++told; });
+    pass(50);
+    output.stop(playing);
+    pass(1000);
+    output.tick();
+    EXPECT_EQ(told, 0);
+    EXPECT_EQ(output.heard(playing), 0U);
+    output.stop(playing);
+    output.stop(12345);
+}
+
+TEST_F(OutputTest, OneEndMayStopAnotherOrPlayMore) {
+    Output output = make(false);
+    int told = 0;
+    Output::Playing second = 0;
+    output.play(level(1, 10), [&] {
+        output.stop(second);
+        output.play(level(1, 10), [&] { told += 100; });
+    });
+    second = output.play(level(1, 10), [&] { ++told; });
+    pass(100);
+    output.tick();
+    EXPECT_EQ(told, 0);
+    pass(100);
+    output.tick();
+    EXPECT_EQ(told, 100);
+}
+
+TEST_F(OutputTest, AnEmptySoundEndsWithTheNextTick) {
+    Output output = make(false);
+    int told = 0;
+    output.play(Wave{}, [&] { ++told; });
+    EXPECT_EQ(told, 0);
+    output.tick();
+    EXPECT_EQ(told, 1);
+}
+
+TEST_F(OutputTest, TheRecordingIsSampleExact) {
+    {
+        Output output = make();
+        pass(1000);
+        output.tick();
+        output.play(level(1000, 22050), {});
+        pass(500);
+        output.play(level(300, 22050), {}); // over the second half of the first
+        pass(2000);
+        output.tick();
+    }
+    const Wave wave = recorded();
+    ASSERT_EQ(wave.samples.size(), 22050U * 7 / 2);
+    const auto part = [&](std::size_t begin, std::size_t end) {
+        return std::vector(wave.samples.begin() + static_cast<std::ptrdiff_t>(begin),
+                           wave.samples.begin() + static_cast<std::ptrdiff_t>(end));
+    };
+    EXPECT_THAT(part(0, 22050), Each(0));
+    EXPECT_THAT(part(22050, 33075), Each(1000));
+    EXPECT_THAT(part(33075, 44100), Each(1300));
+    EXPECT_THAT(part(44100, 55125), Each(300));
+    EXPECT_THAT(part(55125, 77175), Each(0));
+}
+
+TEST_F(OutputTest, HowOftenItTicksChangesNothing) {
+    std::vector<std::int16_t> first;
+    for (const std::uint64_t step : {1U, 7U, 10U, 333U, 5000U}) {
+        {
+            Output output = make();
+            output.play(fakes::tone(1234, 300), {});
+            for (std::uint64_t passed = 0; passed < 2000;) {
+                const std::uint64_t next = std::min<std::uint64_t>(step, 2000 - passed);
+                pass(next);
+                passed += next;
+                output.tick();
+            }
+        }
+        const Wave wave = recorded();
+        if (first.empty())
+            first = wave.samples;
+        EXPECT_EQ(wave.samples, first) << step;
+        EXPECT_EQ(wave.samples.size(), 44100U);
+    }
+}
+
+TEST_F(OutputTest, LoudSoundsTogetherSaturate) {
+    {
+        Output output = make();
+        output.play(level(30000, 100), {});
+        output.play(level(30000, 100), {});
+        pass(10);
+    }
+    const Wave wave = recorded();
+    EXPECT_EQ(*std::max_element(wave.samples.begin(), wave.samples.end()), 32767);
+}
+
+TEST_F(OutputTest, AStoppedSoundIsRecordedAsFarAsItWasHeard) {
+    {
+        Output output = make();
+        const Output::Playing playing = output.play(level(1000, 22050), {});
+        pass(100);
+        output.stop(playing);
+        pass(100);
+    }
+    const Wave wave = recorded();
+    EXPECT_EQ(std::count(wave.samples.begin(), wave.samples.end(), 1000), 2205);
+    EXPECT_EQ(wave.samples.size(), 4410U);
+}
+
+TEST_F(OutputTest, AfterAFlushTheFileIsWhole) {
+    Output output = make();
+    EXPECT_EQ(recorded().samples.size(), 0U);
+    output.play(level(1000, 22050), {});
+    pass(100);
+    output.flush();
+    EXPECT_EQ(recorded().samples, std::vector<std::int16_t>(2205, 1000));
+    pass(2900);
+    output.flush();
+    EXPECT_EQ(recorded().samples.size(), 66150U);
+    output.flush();
+    EXPECT_EQ(recorded().samples.size(), 66150U);
+    pass(7000);
+    output.flush();
+    output.play(level(7, 10), {});
+    pass(100);
+    output.flush();
+    const Wave wave = recorded();
+    EXPECT_EQ(wave.samples.size(), 222705U);
+    EXPECT_EQ(wave.samples.at(220499), 0);
+    EXPECT_EQ(wave.samples.at(220500), 7);
+    EXPECT_TRUE(output.recordingError().empty());
+}
+
+TEST_F(OutputTest, OtherRatesSoundAsLong) {
+    {
+        Output output = make();
+        output.play(Wave{44100, std::vector<std::int16_t>(44100, 500)}, {});
+        pass(2000);
+    }
+    const Wave wave = recorded();
+    EXPECT_EQ(std::count(wave.samples.begin(), wave.samples.end(), 500), 22050);
+}
+
+TEST_F(OutputTest, ARecordingThatCannotBeWrittenIsTold) {
+    Output output((folder / "missing" / "x.wav").u16string(), [this] { return microseconds; });
+    EXPECT_THAT(output.recordingError(), HasSubstr("cannot be written"));
+    int told = 0;
+    output.play(level(1, 10), [&] { ++told; });
+    pass(10);
+    output.tick();
+    output.flush();
+    EXPECT_EQ(told, 1);
+}
+
+TEST_F(OutputTest, ANameThatIsNoTextIsRefused) {
+    Output output(std::u16string{u'/', char16_t{0xD800}, u'/', u'x'}, [this] { return microseconds; });
+    EXPECT_FALSE(output.recordingError().empty());
+}
+
+TEST_F(OutputTest, TheRecordingEndsAtTheLargestWaveFile) {
+    // Never written: left out of the file's middle.
+    constexpr std::uint64_t most = (0xFFFFFFFFULL - 36) / 2;
+    Recording recording(path.u16string());
+    recording.silence(most - 2);
+    const std::vector<std::int16_t> samples{1, 2, 3, 4};
+    recording.write(samples);
+    EXPECT_THAT(recording.error(), HasSubstr("as long as a wave file can be"));
+    recording.flush();
+    EXPECT_EQ(fs::file_size(path), 44 + most * 2);
+    std::ifstream file(path, std::ios::binary);
+    std::array<unsigned char, 44> header{};
+    file.read(reinterpret_cast<char*>(header.data()), 44);
+    EXPECT_EQ(header[40] | header[41] << 8, 0xFFDA);
+    file.seekg(-4, std::ios::end);
+    std::array<char, 4> tail{};
+    file.read(tail.data(), 4);
+    EXPECT_THAT(tail, testing::ElementsAre(1, 0, 2, 0));
+    recording.write(samples);
+    recording.flush();
+    EXPECT_EQ(fs::file_size(path), 44 + most * 2);
+}
+
+TEST_F(OutputTest, SilenceAloneMayPassTheLargestWaveFile) {
+    Recording recording(path.u16string());
+    recording.silence(0x1'0000'0000);
+    recording.flush();
+    recording.silence(1);
+    recording.flush();
+    EXPECT_THAT(recording.error(), HasSubstr("as long as a wave file can be"));
+}
+
+} // namespace
+} // namespace agent::voice
