@@ -99,11 +99,15 @@ find_wine() {
     die "Wine is missing: install the package wine64"
 }
 
-# wine_environment: a prefix of the project's own, quiet, without Mono and Gecko.
+# A prefix of the project's own, quiet, without Mono and Gecko. A WINEPREFIX that is set counts below build/ alone: the
+# user's own prefix is never touched.
 wine_environment() {
     find_wine
-    export WINEPREFIX="${WINEPREFIX:-$MURMELIX_ROOT/build/wine}" WINEDEBUG="${WINEDEBUG:--all}"
-    export WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe=d"
+    case "${WINEPREFIX:-}" in
+    "$MURMELIX_ROOT"/build/?*) ;;
+    *) WINEPREFIX=$MURMELIX_ROOT/build/wine ;;
+    esac
+    export WINEPREFIX WINEDEBUG="${WINEDEBUG:--all}" WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe=d"
 }
 
 # Makes a prefix at the directory $1 as Wine makes it, once; who comes meanwhile waits.
