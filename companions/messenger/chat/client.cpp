@@ -1,0 +1,231 @@
+#include "companions/messenger/chat/client.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "common/text.h"
+
+namespace messenger_client {
+
+using murmelix::LetterCase;
+using murmelix::sameText;
+
+namespace {
+
+constexpr std::u16string_view safety_notice =
+    u"Keep your password and card numbers to yourself: nobody needs them in a conversation.";
+
+constexpr std::array<std::pair<Status, std::u16string_view>, 9> status_names{{
+    {Status::offline, u"Offline"},
+    {Status::online, u"Online"},
+    {Status::invisible, u"Appear offline"},
+    {Status::busy, u"Busy"},
+    {Status::be_right_back, u"Be right back"},
+    {Status::idle, u"Idle"},
+    {Status::away, u"Away"},
+    {Status::on_the_phone, u"On the phone"},
+    {Status::out_to_lunch, u"Out to lunch"},
+}};
+
+template <class T>
+bool removeFrom(std::vector<std::shared_ptr<T>>& all, const std::shared_ptr<T>& one) {
+    return std::erase(all, one) != 0;
+}
+
+} // namespace
+
+std::u16string_view nameOf(Status status) {
+    for (const auto& [code, name] : status_names) {
+        if (code == status)
+            return name;
+    }
+    return {};
+}
+
+bool isStatus(long code) {
+    return !nameOf(static_cast<Status>(code)).empty();
+}
+
+std::u16string messageLines(std::u16string_view text) {
+    std::u16string lines;
+    lines.reserve(text.size());
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char16_t unit = text[i];
+        if (unit == u'\r' || unit == u'\n') {
+            if (unit == u'\r' && i + 1 < text.size() && text[i + 1] == u'\n')
+                ++i;
+            lines += u"\r\n";
+        } else {
+            lines += unit == u'\0' ? u'\xFFFD' : unit;
+        }
+    }
+    while (lines.ends_with(u"\r\n"))
+        lines.resize(lines.size() - 2);
+    return lines;
+}
+
+std::u16string oneLine(std::u16string_view text) {
+    std::u16string line(text);
+    std::replace_if(
+        line.begin(), line.end(), [](char16_t unit) { return unit == u'\r' || unit == u'\n' || unit == u'\0'; }, u' ');
+    return line;
+}
+
+Conversation::Conversation(std::vector<ContactPtr> participants)
+    : participants_(std::move(participants)), history_(safety_notice) {}
+
+bool Conversation::has(const Contact& contact) const {
+    return std::any_of(participants_.begin(), participants_.end(),
+                       [&](const ContactPtr& participant) { return participant.get() == &contact; });
+}
+
+void Client::tell(const Change& change) {
+    // By index: a listener may add another.
+    for (std::size_t i = 0; i < listeners_.size(); ++i)
+        listeners_[i](change);
+}
+
+void Client::signIn(std::u16string_view signin, std::u16string_view friendly) {
+    signOut();
+    const std::u16string name = oneLine(signin);
+    std::u16string shown = oneLine(friendly);
+    if (shown.empty())
+        shown = name.substr(0, name.find(u'@'));
+    me_ = std::make_shared<Contact>(Contact{name, shown, Status::online});
+    tell({.kind = Change::Kind::signed_in});
+    tell({.kind = Change::Kind::my_status});
+}
+
+void Client::failSignIn(long result) {
+    signOut();
+    tell({.kind = Change::Kind::signed_in, .number = result});
+}
+
+void Client::signOut() {
+    if (!signedIn())
+        return;
+    while (!conversations_.empty())
+        close(ConversationPtr(conversations_.back()));
+    me_.reset();
+    tell({.kind = Change::Kind::signed_out});
+}
+
+void Client::setMyStatus(Status status) {
+    if (!signedIn() || me_->status == status)
+        return;
+    me_->status = status;
+    tell({.kind = Change::Kind::my_status});
+}
+
+void Client::setMyName(std::u16string_view friendly) {
+    if (!signedIn())
+        return;
+    const std::u16string before = std::exchange(me_->friendly, oneLine(friendly));
+    if (before != me_->friendly)
+        tell({.kind = Change::Kind::my_name, .text = before});
+}
+
+void Client::setUnread(long count) {
+    unread_ = count;
+    tell({.kind = Change::Kind::unread, .number = count});
+}
+
+ContactPtr Client::find(std::u16string_view signin) const {
+    if (me_ && sameText(me_->signin, signin, LetterCase::ignored))
+        return me_;
+    const auto found = std::find_if(contacts_.begin(), contacts_.end(), [&](const ContactPtr& contact) {
+        return sameText(contact->signin, signin, LetterCase::ignored);
+    });
+    return found == contacts_.end() ? nullptr : *found;
+}
+
+ContactPtr Client::addContact(std::u16string_view signin, std::u16string_view friendly, Status status) {
+    if (ContactPtr known = find(signin))
+        return known;
+    auto contact = std::make_shared<Contact>(Contact{oneLine(signin), oneLine(friendly), status});
+    contacts_.push_back(contact);
+    tell({.kind = Change::Kind::contact_added, .contact = contact});
+    return contact;
+}
+
+void Client::removeContact(const ContactPtr& contact) {
+    if (removeFrom(contacts_, ContactPtr(contact)))
+        tell({.kind = Change::Kind::contact_removed, .contact = contact});
+}
+
+void Client::rename(const ContactPtr& contact, std::u16string_view friendly) {
+    if (contact == me_) {
+        setMyName(friendly);
+        return;
+    }
+    const std::u16string before = std::exchange(contact->friendly, oneLine(friendly));
+    if (before != contact->friendly)
+        tell({.kind = Change::Kind::contact_renamed, .contact = contact, .text = before});
+}
+
+void Client::setStatus(const ContactPtr& contact, Status status) {
+    if (contact == me_) {
+        setMyStatus(status);
+    } else if (contact->status != status) {
+        contact->status = status;
+        tell({.kind = Change::Kind::contact_status, .contact = contact});
+    }
+}
+
+ConversationPtr Client::openWith(const ContactPtr& contact) {
+    for (const ConversationPtr& conversation : conversations_) {
+        if (conversation->participants() == std::vector{contact})
+            return conversation;
+    }
+    return open({contact});
+}
+
+ConversationPtr Client::open(std::vector<ContactPtr> participants) {
+    auto conversation = std::make_shared<Conversation>(std::move(participants));
+    conversations_.push_back(conversation);
+    tell({.kind = Change::Kind::window_created, .conversation = conversation});
+    return conversation;
+}
+
+void Client::close(const ConversationPtr& conversation) {
+    const ConversationPtr kept = conversation;
+    if (!removeFrom(conversations_, kept))
+        return;
+    kept->closed_ = true;
+    tell({.kind = Change::Kind::window_destroyed, .conversation = kept});
+}
+
+void Client::join(const ConversationPtr& conversation, const ContactPtr& contact) {
+    if (conversation->closed() || conversation->has(*contact))
+        return;
+    conversation->participants_.push_back(contact);
+    tell({.kind = Change::Kind::window_joined, .contact = contact, .conversation = conversation});
+}
+
+void Client::leave(const ConversationPtr& conversation, const ContactPtr& contact) {
+    if (!conversation->closed() && removeFrom(conversation->participants_, ContactPtr(contact)))
+        tell({.kind = Change::Kind::window_left, .contact = contact, .conversation = conversation});
+}
+
+bool Client::say(const ConversationPtr& conversation, const ContactPtr& writer, std::u16string_view text) {
+    const std::u16string lines = messageLines(text);
+    if (conversation->closed() || lines.empty())
+        return false;
+    tell({.kind = Change::Kind::said, .contact = writer, .conversation = conversation, .text = lines});
+    append(conversation, u"\r\n" + writer->friendly + u" says:\r\n" + lines);
+    return true;
+}
+
+void Client::append(const ConversationPtr& conversation, std::u16string_view text) {
+    if (conversation->closed() || text.empty())
+        return;
+    conversation->history_ += text;
+    tell({.kind = Change::Kind::text_appended, .conversation = conversation, .text = text});
+}
+
+void Client::shutDown() {
+    tell({.kind = Change::Kind::shutting_down});
+}
+
+} // namespace messenger_client

@@ -1,0 +1,48 @@
+// The command line.
+//   (none)                 the main window, signed in as the demo account, with demo contacts
+//   /conversation FILE     signed in; a conversation window that replays a chat log
+//   /participants N        keep the N most frequent writers of the log (3)
+//   /messages N            end the replay after N messages
+//   /speed X               replay X times as fast (1); 0: everything at once
+//   /wait                  the replay begins half a second after a program first read the conversation's History
+//   /exit-when-done        end when the replay is done
+//   /log FILE              write one line per event (see event_log.h)
+//   /signin NAME           the own account; /friendly NAME its name for people
+//   /signedout             start signed out
+//   /left /top /width /height N   place of the conversation window on the screen, in pixels
+//   /send COMMAND          hand a control command (see control.h) to the running client; its result is the exit status
+//   /regserver /unregserver       write or remove the registration of Messenger.UIAutomation
+//   -Embedding             started by COM
+// A switch may begin with "/" or "-"; letter case does not matter.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "companions/messenger/chat/replay.h"
+
+namespace messenger_client {
+
+struct Switches {
+    enum class Task { run, register_server, unregister_server, send };
+
+    Task task = Task::run;
+    bool embedding = false;
+    std::u16string conversation;
+    ReplayOptions replay;
+    bool wait = false;
+    bool exit_when_done = false;
+    std::u16string log;
+    std::u16string signin;
+    std::u16string friendly;
+    bool signed_out = false;
+    std::optional<int> left, top, width, height;
+    std::u16string command;
+    std::u16string error; // what is wrong with the command line; empty where it is good
+};
+
+// `arguments` without the program's own name.
+Switches parseSwitches(const std::vector<std::u16string>& arguments);
+
+} // namespace messenger_client

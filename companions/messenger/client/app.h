@@ -1,0 +1,58 @@
+// The client as a whole: what it knows, its windows, its automation, the replay of a chat log.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "companions/messenger/chat/client.h"
+#include "companions/messenger/chat/control.h"
+#include "companions/messenger/chat/event_log.h"
+#include "companions/messenger/chat/replay.h"
+#include "companions/messenger/chat/switches.h"
+#include "companions/messenger/client/automation.h"
+#include "companions/messenger/client/conversation_window.h"
+#include "companions/messenger/client/main_window.h"
+
+namespace messenger_client {
+
+class App {
+  public:
+    explicit App(Switches switches);
+    // Runs until the client is closed; the exit status of the process.
+    int run();
+
+  private:
+    void start();
+    bool startConversation();
+    void signInRemembered();
+    void changed(const Change& change);
+    void historyRead(const Conversation& conversation);
+    bool startReplay(double delay);
+    void tick();
+    void play(const Step& step);
+    void clientsChanged();
+    void quit();
+    RECT placeOfNext() const;
+
+    Switches switches_;
+    Client client_;
+    Faults faults_;
+    EventLog log_;
+    MainWindow main_;
+    Automation automation_;
+    Control control_;
+    std::vector<std::unique_ptr<ConversationWindow>> windows_;
+    std::vector<std::unique_ptr<ConversationWindow>> closed_; // their end waits for the message loop
+
+    ConversationPtr replayed_;
+    std::vector<ContactPtr> people_; // of the script
+    Replay replay_;
+    std::optional<long long> replay_start_; // microseconds
+    bool replay_over_ = true;
+    bool user_acted_ = false;
+    bool idle_since_ = false; // started by COM, and no client is left
+    bool ended_ = false;
+};
+
+} // namespace messenger_client

@@ -1,0 +1,354 @@
+#include "companions/messenger/client/conversation_window.h"
+
+#include <algorithm>
+
+#include <commctrl.h>
+#include <richedit.h>
+
+#include "common/com/handles.h"
+#include "common/text.h"
+
+namespace messenger_client {
+
+using murmelix::com::wide;
+
+namespace {
+
+enum : int { id_history = 100, id_input, id_send, id_as, id_people };
+constexpr UINT show_queued = WM_APP + 1;
+// So much text at once goes to the history control; the rest follows when other messages had their turn.
+constexpr std::size_t units_at_once = 8192;
+
+constexpr int band_height = 52;
+constexpr int margin = 8;
+constexpr int people_width = 150;
+constexpr int bar_height = 26;
+constexpr int input_height = 62;
+constexpr int send_width = 74;
+
+CHARFORMAT2W formatOf(COLORREF color, bool bold) {
+    CHARFORMAT2W format{};
+    format.cbSize = sizeof format;
+    format.dwMask = CFM_COLOR | CFM_BOLD;
+    format.dwEffects = bold ? CFE_BOLD : 0;
+    format.crTextColor = color;
+    return format;
+}
+
+void indent(HWND edit, int pixels) {
+    PARAFORMAT format{};
+    format.cbSize = sizeof format;
+    format.dwMask = PFM_STARTINDENT;
+    format.dxStartIndent = MulDiv(pixels, 1440, 96);
+    SendMessageW(edit, EM_SETPARAFORMAT, 0, reinterpret_cast<LPARAM>(&format));
+}
+
+bool atEnd(HWND edit) {
+    SCROLLINFO info{};
+    info.cbSize = sizeof info;
+    info.fMask = SIF_ALL;
+    if (!GetScrollInfo(edit, SB_VERT, &info) || info.nMax <= 0)
+        return true;
+    return info.nPos + static_cast<int>(info.nPage) >= info.nMax - px(24);
+}
+
+// NUL cannot be in a window's text; it is shown as the sign for it.
+std::u16string shown(std::u16string_view text) {
+    std::u16string visible(text);
+    std::replace(visible.begin(), visible.end(), u'\0', u'\x2400');
+    return visible;
+}
+
+} // namespace
+
+ConversationWindow::ConversationWindow(Client& client, ConversationPtr conversation, const RECT& place)
+    : client_(client), conversation_(std::move(conversation)) {
+    create(conversation_class, L"Conversation", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, 0, place);
+    build();
+    conversation_->setWindow(reinterpret_cast<std::intptr_t>(handle()));
+    showPeople();
+    queue(Style::notice, conversation_->history());
+    arrange();
+}
+
+void ConversationWindow::build() {
+    history_ = child(L"RichEdit20W", L"",
+                     WS_TABSTOP | WS_VSCROLL | ES_MULTILINE | ES_READONLY | ES_AUTOVSCROLL | ES_NOHIDESEL, id_history);
+    input_ = child(L"RichEdit20W", L"", WS_TABSTOP | WS_VSCROLL | ES_MULTILINE | ES_AUTOVSCROLL, id_input);
+    send_ = child(L"Button", L"&Send", WS_TABSTOP | BS_DEFPUSHBUTTON, id_send);
+    as_ = child(L"ComboBox", L"", WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST, id_as);
+    people_ = child(L"ListBox", L"",
+                    WS_TABSTOP | WS_VSCROLL | LBS_OWNERDRAWFIXED | LBS_HASSTRINGS | LBS_NOINTEGRALHEIGHT, id_people);
+    for (const HWND control : {history_, input_, send_, as_, people_})
+        SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font_.get()), TRUE);
+    for (const HWND edit : {history_, input_}) {
+        SendMessageW(edit, EM_EXLIMITTEXT, 0, 0x7FFFFFFE);
+        SendMessageW(edit, EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN, MAKELPARAM(px(6), px(6)));
+    }
+    // What other programs put in is never taken for formatted text.
+    SendMessageW(input_, EM_SETTEXTMODE, TM_PLAINTEXT, 0);
+    SendMessageW(people_, LB_SETITEMHEIGHT, 0, px(38));
+    SetWindowSubclass(input_, inputProcedure, 1, reinterpret_cast<DWORD_PTR>(this));
+}
+
+void ConversationWindow::arrange() {
+    RECT area{};
+    GetClientRect(handle(), &area);
+    const int gap = px(margin);
+    const int people = area.right > px(430) ? px(people_width) : 0;
+    const int right = std::max<int>(area.right - gap - (people ? people + gap : 0), gap);
+    const int input_top = std::max<int>(area.bottom - gap - px(input_height), 0);
+    const int bar_top = std::max(input_top - gap - px(bar_height), 0);
+    const int history_top = px(band_height) + gap;
+    const int label = px(62);
+    const auto place = [](HWND control, int left, int top, int width, int height) {
+        SetWindowPos(control, nullptr, left, top, std::max(width, 0), std::max(height, 0),
+                     SWP_NOZORDER | SWP_NOACTIVATE);
+    };
+    place(history_, gap + 1, history_top + 1, right - gap - 2, bar_top - gap - history_top - 2);
+    place(as_, gap + label, bar_top, std::min(px(230), right - gap - label), px(240));
+    place(input_, gap + 1, input_top + 1, right - gap - px(send_width) - gap - 2, px(input_height) - 2);
+    place(send_, right - px(send_width), input_top, px(send_width), px(input_height));
+    ShowWindow(people_, people ? SW_SHOW : SW_HIDE);
+    place(people_, right + gap + 1, history_top + 1, people - 2, area.bottom - gap - history_top - 2);
+    InvalidateRect(handle(), nullptr, FALSE);
+}
+
+void ConversationWindow::paint() {
+    PAINTSTRUCT paint{};
+    const HDC dc = BeginPaint(handle(), &paint);
+    RECT area{};
+    GetClientRect(handle(), &area);
+    RECT band = area;
+    band.bottom = px(band_height);
+    fillBand(dc, band);
+    RECT rest = area;
+    rest.top = band.bottom;
+    fill(dc, rest, color::face);
+    for (const HWND control : {history_, input_, people_}) {
+        if (!IsWindowVisible(control))
+            continue;
+        RECT edge{};
+        GetWindowRect(control, &edge);
+        MapWindowPoints(nullptr, handle(), reinterpret_cast<POINT*>(&edge), 2);
+        InflateRect(&edge, 1, 1);
+        const GdiOwner<HBRUSH> brush(CreateSolidBrush(color::line));
+        FrameRect(dc, &edge, brush.get());
+    }
+    std::u16string names;
+    for (const ContactPtr& contact : conversation_->participants()) {
+        names += (names.empty() ? u"" : u", ") + contact->friendly;
+        if (names.size() > 500)
+            break;
+    }
+    RECT line = band;
+    line.left += px(margin + 4);
+    line.right -= px(margin);
+    line.top += px(7);
+    line.bottom = line.top + px(22);
+    drawText(dc, title_.get(), color::on_band, names.empty() ? u"Nobody else is here" : names, line,
+             DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS);
+    line.top = line.bottom;
+    line.bottom = band.bottom - px(5);
+    const std::size_t count = conversation_->participants().size();
+    drawText(dc, font_.get(), color::on_band_soft,
+             murmelix::toText(static_cast<long long>(count)) + (count == 1 ? u" participant" : u" participants"), line,
+             DT_SINGLELINE | DT_VCENTER);
+    RECT combo{};
+    GetWindowRect(as_, &combo);
+    MapWindowPoints(nullptr, handle(), reinterpret_cast<POINT*>(&combo), 2);
+    const RECT label{px(margin + 2), combo.top, combo.left, combo.bottom};
+    drawText(dc, font_.get(), color::soft_text, u"Type as:", label, DT_SINGLELINE | DT_VCENTER);
+    EndPaint(handle(), &paint);
+}
+
+void ConversationWindow::drawParticipant(const DRAWITEMSTRUCT& item) {
+    const auto& all = conversation_->participants();
+    fill(item.hDC, item.rcItem, item.itemState & ODS_SELECTED ? color::chosen : color::field);
+    if (item.itemID >= all.size())
+        return;
+    const Contact& contact = *all[item.itemID];
+    RECT place = item.rcItem;
+    const int size = px(26);
+    const RECT avatar{place.left + px(6), place.top + px(6), place.left + px(6) + size, place.top + px(6) + size};
+    drawAvatar(item.hDC, bold_.get(), avatar, contact);
+    place.left = avatar.right + px(8);
+    drawText(item.hDC, font_.get(), color::text, contact.friendly, place, DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS);
+    if (item.itemState & ODS_FOCUS)
+        DrawFocusRect(item.hDC, &item.rcItem);
+}
+
+void ConversationWindow::showPeople() {
+    const auto selected = SendMessageW(as_, CB_GETCURSEL, 0, 0);
+    const ContactPtr before = selected >= 0 && static_cast<std::size_t>(selected) < writers_.size()
+                                  ? writers_[static_cast<std::size_t>(selected)]
+                                  : client_.me();
+    writers_.clear();
+    if (client_.me())
+        writers_.push_back(client_.me());
+    std::u16string title;
+    SendMessageW(people_, WM_SETREDRAW, FALSE, 0);
+    SendMessageW(people_, LB_RESETCONTENT, 0, 0);
+    for (const ContactPtr& contact : conversation_->participants()) {
+        writers_.push_back(contact);
+        SendMessageW(people_, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(wide(contact->friendly)));
+        if (title.size() < 200)
+            title += (title.empty() ? u"" : u", ") + contact->friendly;
+    }
+    SendMessageW(people_, WM_SETREDRAW, TRUE, 0);
+    SendMessageW(as_, CB_RESETCONTENT, 0, 0);
+    for (const ContactPtr& writer : writers_) {
+        const std::u16string entry = writer->friendly + (writer == client_.me() ? u" (you)" : u"");
+        SendMessageW(as_, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(wide(entry)));
+    }
+    const auto chosen = std::find(writers_.begin(), writers_.end(), before);
+    SendMessageW(as_, CB_SETCURSEL, static_cast<WPARAM>(chosen == writers_.end() ? 0 : chosen - writers_.begin()), 0);
+    setWindowText(handle(), (title.empty() ? u"Empty" : title.substr(0, 200)) + u" - Conversation");
+    InvalidateRect(people_, nullptr, TRUE);
+    const RECT band{0, 0, 32000, px(band_height)};
+    InvalidateRect(handle(), &band, FALSE);
+}
+
+void ConversationWindow::queue(Style style, std::u16string_view text) {
+    if (text.empty())
+        return;
+    if (queued_.empty())
+        PostMessageW(handle(), show_queued, 0, 0);
+    for (std::size_t at = 0; at < text.size(); at += units_at_once)
+        queued_.push_back({style, std::u16string(text.substr(at, units_at_once))});
+}
+
+void ConversationWindow::showQueued() {
+    std::size_t units = 0;
+    const bool follow = atEnd(history_);
+    CHARRANGE selection{};
+    SendMessageW(history_, EM_EXGETSEL, 0, reinterpret_cast<LPARAM>(&selection));
+    SendMessageW(history_, WM_SETREDRAW, FALSE, 0);
+    while (!queued_.empty() && units < units_at_once) {
+        units += queued_.front().text.size();
+        append(queued_.front());
+        queued_.pop_front();
+    }
+    if (selection.cpMin != selection.cpMax)
+        SendMessageW(history_, EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&selection));
+    SendMessageW(history_, WM_SETREDRAW, TRUE, 0);
+    if (follow)
+        SendMessageW(history_, WM_VSCROLL, SB_BOTTOM, 0);
+    InvalidateRect(history_, nullptr, TRUE);
+    if (!queued_.empty())
+        PostMessageW(handle(), show_queued, 0, 0);
+}
+
+void ConversationWindow::append(const Piece& piece) {
+    CHARRANGE end{0x7FFFFFFE, 0x7FFFFFFE};
+    SendMessageW(history_, EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&end));
+    CHARFORMAT2W format =
+        formatOf(piece.style == Style::message ? color::text : color::soft_text, piece.style == Style::name);
+    SendMessageW(history_, EM_SETCHARFORMAT, SCF_SELECTION, reinterpret_cast<LPARAM>(&format));
+    const std::u16string text = shown(piece.text);
+    SendMessageW(history_, EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(wide(text)));
+    if (piece.style != Style::message || piece.text.starts_with(u"\r\n"))
+        indent(history_, piece.style == Style::message ? px(12) : 0);
+}
+
+void ConversationWindow::changed(const Change& change) {
+    switch (change.kind) {
+    case Change::Kind::said:
+        if (change.conversation == conversation_)
+            name_units_ = change.contact->friendly.size() + std::u16string_view(u"\r\n says:").size();
+        break;
+    case Change::Kind::text_appended:
+        if (change.conversation == conversation_) {
+            queue(Style::name, change.text.substr(0, name_units_));
+            queue(Style::message, change.text.substr(std::min(name_units_, change.text.size())));
+            name_units_ = 0;
+        }
+        break;
+    case Change::Kind::window_joined:
+    case Change::Kind::window_left:
+        if (change.conversation == conversation_)
+            showPeople();
+        break;
+    case Change::Kind::contact_renamed:
+    case Change::Kind::contact_status:
+        if (conversation_->has(*change.contact))
+            showPeople();
+        break;
+    case Change::Kind::my_name:
+        showPeople();
+        break;
+    default:
+        break;
+    }
+}
+
+void ConversationWindow::send() {
+    const auto selected = static_cast<std::size_t>(SendMessageW(as_, CB_GETCURSEL, 0, 0));
+    if (selected >= writers_.size())
+        return;
+    const std::u16string text = windowText(input_);
+    SetWindowTextW(input_, L"");
+    client_.say(conversation_, writers_[selected], text);
+}
+
+LRESULT CALLBACK ConversationWindow::inputProcedure(HWND input, UINT message, WPARAM wparam, LPARAM lparam, UINT_PTR,
+                                                    DWORD_PTR self) {
+    if (message == WM_GETDLGCODE)
+        return DLGC_WANTARROWS | DLGC_WANTCHARS | DLGC_HASSETSEL;
+    if (message == WM_KEYDOWN && wparam == VK_RETURN) {
+        if (GetKeyState(VK_SHIFT) < 0)
+            SendMessageW(input, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(L"\r\n"));
+        else
+            PostMessageW(reinterpret_cast<ConversationWindow*>(self)->handle(), WM_COMMAND,
+                         MAKEWPARAM(id_send, BN_CLICKED), 0);
+        return 0;
+    }
+    if (message == WM_CHAR && wparam == L'\r')
+        return 0;
+    return DefSubclassProc(input, message, wparam, lparam);
+}
+
+LRESULT ConversationWindow::message(UINT message, WPARAM wparam, LPARAM lparam) {
+    switch (message) {
+    case WM_SIZE:
+        if (people_)
+            arrange();
+        return 0;
+    case WM_GETMINMAXINFO:
+        reinterpret_cast<MINMAXINFO*>(lparam)->ptMinTrackSize = {px(300), px(280)};
+        return 0;
+    case WM_ERASEBKGND:
+        return 1;
+    case WM_PAINT:
+        paint();
+        return 0;
+    case WM_DRAWITEM:
+        drawParticipant(*reinterpret_cast<const DRAWITEMSTRUCT*>(lparam));
+        return TRUE;
+    case WM_SETFOCUS:
+        SetFocus(input_);
+        return 0;
+    case WM_ACTIVATE:
+        if (LOWORD(wparam) != WA_INACTIVE && input_ && GetFocus() == handle())
+            SetFocus(input_);
+        return defaultMessage(message, wparam, lparam);
+    case DM_GETDEFID:
+        return MAKELRESULT(id_send, DC_HASDEFID);
+    case WM_COMMAND:
+        if (LOWORD(wparam) == id_send && HIWORD(wparam) == BN_CLICKED)
+            send();
+        else if (LOWORD(wparam) == IDCANCEL)
+            PostMessageW(handle(), WM_CLOSE, 0, 0);
+        return 0;
+    case show_queued:
+        showQueued();
+        return 0;
+    case WM_CLOSE:
+        client_.close(conversation_);
+        return 0;
+    default:
+        return defaultMessage(message, wparam, lparam);
+    }
+}
+
+} // namespace messenger_client

@@ -1,0 +1,231 @@
+#include "companions/messenger/client/window.h"
+
+#include <algorithm>
+#include <array>
+#include <map>
+#include <stdexcept>
+
+#include "common/com/handles.h"
+#include "common/text.h"
+
+namespace messenger_client {
+
+using murmelix::com::narrow;
+
+namespace {
+
+class Selected {
+  public:
+    Selected(HDC dc, HGDIOBJ object) : dc_(dc), before_(SelectObject(dc, object)) {}
+    ~Selected() { SelectObject(dc_, before_); }
+    Selected(const Selected&) = delete;
+    Selected& operator=(const Selected&) = delete;
+
+  private:
+    HDC dc_;
+    HGDIOBJ before_;
+};
+
+int screenDpi() {
+    static const int dpi = [] {
+        const HDC screen = GetDC(nullptr);
+        const int value = GetDeviceCaps(screen, LOGPIXELSY);
+        ReleaseDC(nullptr, screen);
+        return std::max(value, 96);
+    }();
+    return dpi;
+}
+
+COLORREF avatarColor(const std::u16string& signin) {
+    constexpr std::array<COLORREF, 8> colors{RGB(214, 99, 88),  RGB(222, 145, 58), RGB(120, 160, 60),
+                                             RGB(52, 158, 132), RGB(66, 133, 196), RGB(120, 110, 190),
+                                             RGB(184, 94, 160), RGB(128, 116, 100)};
+    unsigned sum = 7;
+    for (const char16_t unit : signin)
+        sum = sum * 31 + unit;
+    return colors[sum % colors.size()];
+}
+
+void disc(HDC dc, int left, int top, int size, COLORREF inside, COLORREF edge) {
+    const GdiOwner<HBRUSH> brush(CreateSolidBrush(inside));
+    const GdiOwner<HPEN> pen(CreatePen(PS_SOLID, 1, edge));
+    const Selected with_brush(dc, brush.get());
+    const Selected with_pen(dc, pen.get());
+    Ellipse(dc, left, top, left + size, top + size);
+}
+
+void bubble(HDC dc, int size, int left, int top, int right, int bottom, int tail, COLORREF inside) {
+    const auto at = [size](int of_32) { return of_32 * size / 32; };
+    const GdiOwner<HBRUSH> brush(CreateSolidBrush(inside));
+    const GdiOwner<HPEN> pen(CreatePen(PS_SOLID, 1, inside));
+    const Selected with_brush(dc, brush.get());
+    const Selected with_pen(dc, pen.get());
+    Ellipse(dc, at(left), at(top), at(right), at(bottom));
+    const std::array<POINT, 3> triangle{POINT{at(tail - 4), at(bottom - 5)}, POINT{at(tail + 4), at(bottom - 5)},
+                                        POINT{at(tail), at(bottom + 4)}};
+    Polygon(dc, triangle.data(), static_cast<int>(triangle.size()));
+}
+
+} // namespace
+
+int px(int length) {
+    return MulDiv(length, screenDpi(), 96);
+}
+
+FontOwner systemFont(int height, int weight) {
+    NONCLIENTMETRICSW metrics{};
+    metrics.cbSize = sizeof metrics;
+    SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
+    LOGFONTW font = metrics.lfMessageFont;
+    font.lfHeight = MulDiv(font.lfHeight, height, 100);
+    if (weight != FW_NORMAL)
+        font.lfWeight = weight;
+    font.lfQuality = CLEARTYPE_QUALITY;
+    return FontOwner(CreateFontIndirectW(&font));
+}
+
+std::u16string windowText(HWND window) {
+    std::u16string text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, u'\0');
+    text.resize(static_cast<std::size_t>(
+        GetWindowTextW(window, reinterpret_cast<wchar_t*>(text.data()), static_cast<int>(text.size()))));
+    return text;
+}
+
+void setWindowText(HWND window, std::u16string_view text) {
+    SetWindowTextW(window, murmelix::com::wide(std::u16string(text)));
+}
+
+COLORREF colorOf(Status status) {
+    switch (status) {
+    case Status::online:
+        return RGB(108, 190, 69);
+    case Status::busy:
+    case Status::on_the_phone:
+        return RGB(214, 72, 60);
+    case Status::away:
+    case Status::idle:
+    case Status::be_right_back:
+    case Status::out_to_lunch:
+        return RGB(240, 178, 40);
+    default:
+        return RGB(160, 168, 176);
+    }
+}
+
+void fill(HDC dc, const RECT& area, COLORREF with) {
+    const GdiOwner<HBRUSH> brush(CreateSolidBrush(with));
+    FillRect(dc, &area, brush.get());
+}
+
+void fillBand(HDC dc, const RECT& area) {
+    const int height = std::max<int>(area.bottom - area.top, 1);
+    const auto mix = [&](BYTE from, BYTE to, int row) { return from + (to - from) * row / height; };
+    for (int row = 0; row < height; ++row) {
+        const RECT strip{area.left, area.top + row, area.right, area.top + row + 1};
+        fill(dc, strip,
+             RGB(mix(GetRValue(color::band_top), GetRValue(color::band_bottom), row),
+                 mix(GetGValue(color::band_top), GetGValue(color::band_bottom), row),
+                 mix(GetBValue(color::band_top), GetBValue(color::band_bottom), row)));
+    }
+}
+
+void drawText(HDC dc, HFONT font, COLORREF with, std::u16string_view text, RECT area, UINT format) {
+    // Longer texts than anyone sees in a line cost time for nothing.
+    constexpr std::size_t longest = 1024;
+    text = text.substr(0, longest);
+    const Selected with_font(dc, font);
+    SetTextColor(dc, with);
+    SetBkMode(dc, TRANSPARENT);
+    DrawTextW(dc, reinterpret_cast<const wchar_t*>(text.data()), static_cast<int>(text.size()), &area,
+              format | DT_NOPREFIX);
+}
+
+void drawAvatar(HDC dc, HFONT font, const RECT& area, const Contact& contact) {
+    const int size = area.right - area.left;
+    const bool here = contact.status != Status::offline && contact.status != Status::unknown;
+    const COLORREF own = here ? avatarColor(contact.signin) : RGB(190, 197, 204);
+    disc(dc, area.left, area.top, size, own, own);
+    const auto first = std::find_if(contact.friendly.begin(), contact.friendly.end(), [](char16_t unit) {
+        return unit > 0x40 && unit != u'[' && unit != u'_' && unit != u'|';
+    });
+    if (first != contact.friendly.end())
+        drawText(dc, font, RGB(255, 255, 255), std::u16string(1, murmelix::toUpper(*first)), area,
+                 DT_CENTER | DT_VCENTER | DT_SINGLELINE);
+    const int dot = size * 2 / 5;
+    disc(dc, area.right - dot + 1, area.bottom - dot + 1, dot, colorOf(contact.status), RGB(255, 255, 255));
+}
+
+HICON clientIcon(int size) {
+    static std::map<int, HICON> icons;
+    if (const auto known = icons.find(size); known != icons.end())
+        return known->second;
+    const HDC screen = GetDC(nullptr);
+    const HDC dc = CreateCompatibleDC(screen);
+    const GdiOwner<HBITMAP> picture(CreateCompatibleBitmap(screen, size, size));
+    const GdiOwner<HBITMAP> mask(CreateBitmap(size, size, 1, 1, nullptr));
+    const RECT all{0, 0, size, size};
+    const auto paint = [&](HBITMAP bitmap, COLORREF back, COLORREF far_bubble, COLORREF near_bubble) {
+        const Selected selected(dc, bitmap);
+        fill(dc, all, back);
+        bubble(dc, size, 9, 1, 31, 19, 25, far_bubble);
+        bubble(dc, size, 1, 9, 25, 27, 7, near_bubble);
+    };
+    paint(picture.get(), RGB(0, 0, 0), RGB(108, 190, 69), color::band_top);
+    paint(mask.get(), RGB(255, 255, 255), RGB(0, 0, 0), RGB(0, 0, 0));
+    DeleteDC(dc);
+    ReleaseDC(nullptr, screen);
+    ICONINFO info{TRUE, 0, 0, mask.get(), picture.get()};
+    return icons[size] = CreateIconIndirect(&info);
+}
+
+Window::~Window() {
+    if (!handle_)
+        return;
+    // The derived part is gone already: its messages are nobody's.
+    SetWindowLongPtrW(handle_, GWLP_USERDATA, 0);
+    DestroyWindow(handle_);
+}
+
+void Window::create(const wchar_t* class_name, const wchar_t* title, DWORD style, DWORD extended, const RECT& place) {
+    WNDCLASSEXW description{};
+    description.cbSize = sizeof description;
+    description.lpfnWndProc = procedure;
+    description.hInstance = GetModuleHandleW(nullptr);
+    description.hCursor = LoadCursorW(nullptr, MAKEINTRESOURCEW(32512));
+    description.hIcon = clientIcon(GetSystemMetrics(SM_CXICON));
+    description.hIconSm = clientIcon(GetSystemMetrics(SM_CXSMICON));
+    description.lpszClassName = class_name;
+    RegisterClassExW(&description);
+    CreateWindowExW(extended, class_name, title, style, place.left, place.top, place.right - place.left,
+                    place.bottom - place.top, nullptr, nullptr, description.hInstance, this);
+    if (!handle_)
+        throw std::runtime_error("a window could not be made");
+}
+
+HWND Window::child(const wchar_t* class_name, const wchar_t* text, DWORD style, int id, DWORD extended) {
+    return CreateWindowExW(extended, class_name, text, WS_CHILD | WS_VISIBLE | style, 0, 0, 0, 0, handle_,
+                           reinterpret_cast<HMENU>(static_cast<std::intptr_t>(id)), GetModuleHandleW(nullptr), nullptr);
+}
+
+LRESULT CALLBACK Window::procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    try {
+        if (message == WM_NCCREATE) {
+            auto* const self = static_cast<Window*>(reinterpret_cast<CREATESTRUCTW*>(lparam)->lpCreateParams);
+            self->handle_ = window;
+            SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(self));
+        }
+        auto* const self = reinterpret_cast<Window*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+        if (!self)
+            return DefWindowProcW(window, message, wparam, lparam);
+        if (message == WM_NCDESTROY) {
+            SetWindowLongPtrW(window, GWLP_USERDATA, 0);
+            self->handle_ = nullptr;
+            return DefWindowProcW(window, message, wparam, lparam);
+        }
+        return self->message(message, wparam, lparam);
+    } catch (...) {
+        return 0;
+    }
+}
+
+} // namespace messenger_client

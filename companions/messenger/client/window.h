@@ -1,0 +1,75 @@
+// Base of the client's windows, and what they share in looks: sizes scaled to the screen, the system's font, avatars.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <type_traits>
+
+#include <windows.h>
+
+#include "companions/messenger/chat/client.h"
+
+namespace messenger_client {
+
+// Pixels for a length at 96 dots per inch.
+int px(int length);
+
+struct DeleteObjectOf {
+    void operator()(void* object) const { DeleteObject(object); }
+};
+template <class Handle>
+using GdiOwner = std::unique_ptr<std::remove_pointer_t<Handle>, DeleteObjectOf>;
+using FontOwner = GdiOwner<HFONT>;
+
+// The system's message font, `height` in percent of its own.
+FontOwner systemFont(int height = 100, int weight = FW_NORMAL);
+
+std::u16string windowText(HWND window);
+void setWindowText(HWND window, std::u16string_view text);
+
+namespace color {
+constexpr COLORREF band_top = RGB(58, 124, 191);
+constexpr COLORREF band_bottom = RGB(94, 160, 219);
+constexpr COLORREF on_band = RGB(255, 255, 255);
+constexpr COLORREF on_band_soft = RGB(224, 238, 250);
+constexpr COLORREF face = RGB(243, 247, 251);
+constexpr COLORREF field = RGB(255, 255, 255);
+constexpr COLORREF line = RGB(198, 212, 226);
+constexpr COLORREF text = RGB(32, 40, 48);
+constexpr COLORREF soft_text = RGB(96, 110, 124);
+constexpr COLORREF chosen = RGB(213, 230, 246);
+} // namespace color
+
+COLORREF colorOf(Status status);
+void fill(HDC dc, const RECT& area, COLORREF color);
+void fillBand(HDC dc, const RECT& area);
+void drawText(HDC dc, HFONT font, COLORREF color, std::u16string_view text, RECT area, UINT format);
+// A disc with the first letter of the name, in a colour of its own, and a small disc for the status.
+void drawAvatar(HDC dc, HFONT font, const RECT& area, const Contact& contact);
+// Two speech bubbles, `size` pixels wide; owned by the process.
+HICON clientIcon(int size);
+
+// A window whose messages come to `message`. Exceptions end in here.
+class Window {
+  public:
+    Window() = default;
+    virtual ~Window();
+    Window(const Window&) = delete;
+    Window& operator=(const Window&) = delete;
+    HWND handle() const { return handle_; }
+
+  protected:
+    void create(const wchar_t* class_name, const wchar_t* title, DWORD style, DWORD extended, const RECT& place);
+    HWND child(const wchar_t* class_name, const wchar_t* text, DWORD style, int id, DWORD extended = 0);
+    virtual LRESULT message(UINT message, WPARAM wparam, LPARAM lparam) = 0;
+    LRESULT defaultMessage(UINT message, WPARAM wparam, LPARAM lparam) {
+        return DefWindowProcW(handle_, message, wparam, lparam);
+    }
+
+  private:
+    static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
+    HWND handle_ = nullptr;
+};
+
+} // namespace messenger_client
