@@ -106,7 +106,10 @@ class Memory {
 
 template <typename Sink>
 std::string_view run(std::span<const std::uint8_t> stream, std::size_t size, Sink sink) {
-    if (stream.size() < 1 + closing_bytes || stream.front() != 0) {
+    if (stream.size() < 1 + closing_bytes) {
+        return "is too short";
+    }
+    if (stream.front() != 0) {
         return "does not begin with a byte 0";
     }
     const auto closing = stream.last(closing_bytes);
@@ -206,7 +209,8 @@ Match matchOf(std::size_t length, std::size_t distance) {
 class Matcher {
   public:
     explicit Matcher(std::span<const std::uint8_t> bytes)
-        : bytes_(bytes), last_of_two_(1U << 16, none), head_(1U << hash_bits, none), previous_(bytes.size(), none) {}
+        : bytes_(bytes), hash_bits_(std::clamp(static_cast<unsigned>(std::bit_width(bytes.size())), 8U, 18U)),
+          last_of_two_(1U << 16, none), head_(std::size_t{1} << hash_bits_, none), previous_(bytes.size(), none) {}
 
     Match best(std::size_t position) const {
         Match result;
@@ -256,13 +260,12 @@ class Matcher {
 
   private:
     static constexpr std::uint32_t none = 0xFFFFFFFF;
-    static constexpr unsigned hash_bits = 15;
     static constexpr int longest_chain = 128;
 
     std::size_t two(std::size_t position) const { return bytes_[position] | bytes_[position + 1] << 8U; }
     std::size_t hash(std::size_t position) const {
         const std::uint32_t three = static_cast<std::uint32_t>(two(position)) | bytes_[position + 2] * 0x10000U;
-        return (three * 2654435761U) >> (32U - hash_bits);
+        return (three * 2654435761U) >> (32U - hash_bits_);
     }
     std::size_t commonLength(std::size_t a, std::size_t b, std::size_t at_most) const {
         const auto first = bytes_.begin() + static_cast<std::ptrdiff_t>(b);
@@ -272,6 +275,7 @@ class Matcher {
     }
 
     std::span<const std::uint8_t> bytes_;
+    unsigned hash_bits_;
     std::vector<std::uint32_t> last_of_two_, head_, previous_;
 };
 

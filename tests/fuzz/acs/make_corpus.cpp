@@ -1,0 +1,38 @@
+// make_corpus FOLDER: writes the character files that fuzzing starts from.
+#include "companions/agent/acs/writer.h"
+#include "tests/unit/acs/sample_character.h"
+#include "tests/unit/acs/tiny_file.h"
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <vector>
+
+int main(int argument_count, char** arguments) {
+    if (argument_count != 2) {
+        std::fprintf(stderr, "Usage: make_corpus FOLDER\n");
+        return 2;
+    }
+    const std::filesystem::path folder = arguments[1];
+    const auto save = [&folder](const char* name, const std::vector<std::uint8_t>& bytes) {
+        std::ofstream out(folder / name, std::ios::binary);
+        out.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+        return static_cast<bool>(out.flush());
+    };
+    agent::acs::Character character = sampleCharacter();
+    bool saved = save("tiny.acs", tinyFile()) && save("everything.acs", agent::acs::write(character));
+    character.voice.reset();
+    character.balloon.reset();
+    character.tray_icon.reset();
+    character.palette.resize(4);
+    saved = saved && save("voiceless.acs", agent::acs::write(character));
+    character.states.clear();
+    character.animations.clear();
+    character.sounds.clear();
+    saved = saved && save("pictures.acs", agent::acs::write(character));
+    saved = saved && save("compound.acs", {0xD0, 0xCF, 0x11, 0xE0, 0xA1, 0xB1, 0x1A, 0xE1});
+    if (!saved) {
+        std::perror(arguments[1]);
+    }
+    return saved ? 0 : 1;
+}
