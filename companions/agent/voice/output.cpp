@@ -109,11 +109,12 @@ struct Output::Impl {
     }
 };
 
-Output::Output(std::u16string recording) : Output(std::move(recording), steadyMicroseconds) {
-    impl_->sink = makeSink();
-}
+Output::Output(std::u16string recording) : Output(std::move(recording), steadyMicroseconds, makeSink()) {}
 
-Output::Output(std::u16string recording, Clock clock) : impl_(std::make_unique<Impl>()) {
+Output::Output(std::u16string recording, Clock clock) : Output(std::move(recording), std::move(clock), nullptr) {}
+
+Output::Output(std::u16string recording, Clock clock, std::unique_ptr<Sink> sink) : impl_(std::make_unique<Impl>()) {
+    impl_->sink = std::move(sink);
     impl_->clock = std::move(clock);
     if (!recording.empty())
         impl_->recording = std::make_unique<Recording>(recording);

@@ -109,6 +109,8 @@ class Service {
     std::shared_ptr<Impl> impl_;
 };
 
+class Sink;
+
 // The one way sound leaves the server, mixed: to the sound device if there is one, else on the clock, unheard; and to a
 // recording if one was asked for. All calls on the user-interface thread.
 class Output {
@@ -118,8 +120,9 @@ class Output {
     // `recording`: path of a .wav file that receives everything that sounds from now on, placed on the clock; empty:
     // none.
     explicit Output(std::u16string recording);
-    // Unheard, on a clock that is given.
+    // On a clock that is given, heard by a sink that is given, or unheard.
     Output(std::u16string recording, Clock clock);
+    Output(std::u16string recording, Clock clock, std::unique_ptr<Sink> sink);
     ~Output(); // closes the recording
     Output(const Output&) = delete;
     Output& operator=(const Output&) = delete;

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "companions/agent/voice/recording.h"
+#include "companions/agent/voice/sink.h"
 #include "companions/agent/voice/wave.h"
 #include "tests/unit/voice/fakes.h"
 
@@ -243,6 +244,88 @@ TEST_F(OutputTest, ARecordingThatCannotBeWrittenIsTold) {
 TEST_F(OutputTest, ANameThatIsNoTextIsRefused) {
     Output output(std::u16string{u'/', char16_t{0xD800}, u'/', u'x'}, [this] { return microseconds; });
     EXPECT_FALSE(output.recordingError().empty());
+}
+
+// Keeps what it is given; vanishes when told.
+struct Heard {
+    std::vector<std::int16_t> samples;
+    bool there = true;
+};
+
+class FakeSink : public Sink {
+  public:
+    explicit FakeSink(Heard& heard) : heard_(heard) {}
+    bool write(std::span<const std::int16_t> samples) override {
+        if (heard_.there)
+            heard_.samples.insert(heard_.samples.end(), samples.begin(), samples.end());
+        return heard_.there;
+    }
+
+  private:
+    Heard& heard_;
+};
+
+class DeviceTest : public OutputTest {
+  protected:
+    std::unique_ptr<Output> onDevice() {
+        return std::make_unique<Output>(
+            path.u16string(), [this] { return microseconds; }, std::make_unique<FakeSink>(heard));
+    }
+    void passInTicks(Output& output, int ticks) {
+        for (int i = 0; i < ticks; ++i) {
+            pass(10);
+            output.tick();
+        }
+    }
+    Heard heard;
+};
+
+constexpr std::size_t ahead = 2646; // 120 ms
+
+TEST_F(DeviceTest, TheDeviceGetsAllInTimeAndAhead) {
+    const auto output = onDevice();
+    EXPECT_TRUE(output->hasDevice());
+    output->tick();
+    EXPECT_EQ(heard.samples.size(), ahead);
+    const Output::Playing playing = output->play(level(500, 22050), {});
+    passInTicks(*output, 10);
+    EXPECT_EQ(output->heard(playing), 0U); // it is being queued
+    passInTicks(*output, 100);
+    EXPECT_EQ(output->heard(playing), 980U);
+    passInTicks(*output, 100);
+    EXPECT_EQ(heard.samples.size(), ahead + 2 * 22050 + 2205);
+    EXPECT_EQ(std::count(heard.samples.begin(), heard.samples.end(), 500), 22050);
+    EXPECT_EQ(heard.samples[ahead], 500);
+    EXPECT_EQ(heard.samples[ahead - 1], 0);
+}
+
+TEST_F(DeviceTest, AVanishedDeviceChangesNoTime) {
+    const auto output = onDevice();
+    int told = 0;
+    output->play(level(500, 22050), [&] { ++told; });
+    passInTicks(*output, 50);
+    heard.there = false;
+    passInTicks(*output, 1);
+    EXPECT_FALSE(output->hasDevice());
+    passInTicks(*output, 60);
+    EXPECT_EQ(told, 0);
+    passInTicks(*output, 1);
+    EXPECT_EQ(told, 1);
+    output->flush();
+    const Wave wave = recorded();
+    EXPECT_EQ(std::count(wave.samples.begin(), wave.samples.end(), 500), 22050);
+    EXPECT_EQ(wave.samples.size(), 22050U * 112 / 100);
+}
+
+TEST_F(DeviceTest, WhatIsLateIsRecordedButNotQueued) {
+    const auto output = onDevice();
+    output->play(level(500, 22050), {});
+    pass(5000);
+    output->tick();
+    EXPECT_LE(heard.samples.size(), 2 * ahead + 1024);
+    output->flush();
+    const Wave wave = recorded();
+    EXPECT_EQ(std::count(wave.samples.begin(), wave.samples.end(), 500), 22050);
 }
 
 TEST_F(OutputTest, TheRecordingEndsAtTheLargestWaveFile) {

@@ -1,0 +1,139 @@
+// The speech program of this machine, really started.
+#include <algorithm>
+#include <future>
+
+#include <gtest/gtest.h>
+
+#include "companions/agent/voice/speech.h"
+#include "companions/agent/voice/win32/engines.h"
+
+namespace agent::voice {
+namespace {
+
+class EspeakTest : public testing::Test {
+  protected:
+    void SetUp() override { ASSERT_TRUE(engine) << "espeak-ng is missing: install the package espeak-ng"; }
+    std::optional<Wave> say(const std::u16string& text, const Manner& manner = {}) {
+        return engine->synthesise(text, manner, {}, error);
+    }
+    // How long what is heard of it lasts, in ms; 0 for silence.
+    std::uint32_t audible(const std::u16string& text, const Manner& manner = {}) {
+        const std::optional<Wave> wave = say(text, manner);
+        EXPECT_TRUE(wave) << error;
+        if (!wave)
+            return 0;
+        const auto [first, last] = audiblePart(*wave);
+        return static_cast<std::uint32_t>((last - first) * 1000 / wave->rate);
+    }
+
+    std::unique_ptr<Engine> engine = makeEspeak();
+    std::string error;
+};
+
+TEST_F(EspeakTest, SaysHelloWorld) {
+    const std::uint32_t ms = audible(u"Hello World");
+    EXPECT_GE(ms, 300U);
+    EXPECT_LE(ms, 3000U);
+}
+
+TEST_F(EspeakTest, SpeaksItsLanguagesAndNoOthers) {
+    for (const int language : {1033, 2057, 1031, 1036, 3082, 1040, 1049, 1041, 2052, 1028, 1025, 1037})
+        EXPECT_TRUE(engine->speaks(static_cast<std::uint16_t>(language))) << language;
+    EXPECT_FALSE(engine->speaks(0));
+    EXPECT_FALSE(engine->speaks(0xFFFF));
+}
+
+TEST_F(EspeakTest, SaysGerman) {
+    Manner german;
+    german.language_id = 1031;
+    const std::uint32_t ms = audible(u"Schöne Grüße aus Köln", german);
+    EXPECT_GE(ms, 500U);
+    EXPECT_LE(ms, 4000U);
+    EXPECT_NE(say(u"Schöne Grüße aus Köln", german)->samples, say(u"Schöne Grüße aus Köln")->samples);
+}
+
+TEST_F(EspeakTest, SaysNumbersFasterWhenTold) {
+    Manner fast;
+    fast.speed = 400;
+    EXPECT_LT(audible(u"one two three four five six", fast) * 3, audible(u"one two three four five six") * 2);
+}
+
+TEST_F(EspeakTest, VoicesDiffer) {
+    Manner woman, man, whisper;
+    woman.gender = 1;
+    man.gender = 2;
+    whisper.delivery = Delivery::whisper;
+    const auto usual = say(u"hello")->samples;
+    for (const Manner& manner : {woman, man, whisper})
+        EXPECT_NE(say(u"hello", manner)->samples, usual);
+}
+
+TEST_F(EspeakTest, HostileTextIsOnlyText) {
+    for (const std::u16string& text :
+         {std::u16string(u"\"quoted\" and 'single' $(reboot) `x` ; & | > out %PATH% \\"), std::u16string(u"--version"),
+          std::u16string(u"-w out.wav"), std::u16string(u"line one\r\nline two\n\n\nline five"),
+          std::u16string(u"<voice name=\"x\">markup</voice> <speak>"), std::u16string(u"phonemes [[h@loU]] here"),
+          std::u16string(u"\1"
+                         u"50S command \1 \1"
+                         u"Y"),
+          std::u16string{u'a', u'\0', u'b', char16_t{0xD800}, u' ', u'c'}, std::u16string(u"\U0001F600 smile"),
+          std::u16string(u"שלום hello مرحبا")}) {
+        EXPECT_GT(audible(text), 50U) << testing::PrintToString(text);
+    }
+}
+
+TEST_F(EspeakTest, TextOfSignsAloneIsNoFailure) {
+    EXPECT_TRUE(say(u"...")) << error;
+}
+
+TEST_F(EspeakTest, WhatSoundsForHoursIsRefused) {
+    std::u16string text;
+    while (text.size() < 100'000)
+        text += u"a ";
+    EXPECT_FALSE(say(text));
+    EXPECT_EQ(error, "the program writes too much");
+    EXPECT_GT(audible(u"still there"), 100U);
+}
+
+TEST_F(EspeakTest, AStopIsObeyed) {
+    std::stop_source stop;
+    stop.request_stop();
+    EXPECT_FALSE(engine->synthesise(u"hello", {}, stop.get_token(), error));
+    EXPECT_GT(audible(u"hello"), 100U);
+}
+
+Speech spoken(const std::u16string& text) {
+    std::promise<Speech> said;
+    Service service(makeEngine());
+    EXPECT_TRUE(service.available());
+    service.order(text, {}, [&](Speech speech) { said.set_value(std::move(speech)); });
+    std::future<Speech> answer = said.get_future();
+    if (answer.wait_for(std::chrono::seconds(60)) == std::future_status::ready)
+        return answer.get();
+    ADD_FAILURE() << "nothing was said";
+    return {};
+}
+
+TEST(EspeakService, SpeaksWithWordsAndMouth) {
+    const Speech speech = spoken(u"Hello \\Mrk=3\\there, \\Pau=300\\my friend");
+    EXPECT_EQ(speech.shown, u"Hello there, my friend");
+    EXPECT_EQ(speech.words.size(), 4U);
+    EXPECT_EQ(speech.bookmarks.size(), 1U);
+    EXPECT_GT(speech.mouth.size(), 5U);
+    EXPECT_GT(speech.sound.milliseconds(), 1000U);
+    EXPECT_LT(speech.sound.milliseconds(), 6000U);
+}
+
+TEST(EspeakService, AHundredKilobytesAreShownWholeAndHeardInPart) {
+    std::u16string text;
+    while (text.size() < 100'000)
+        text += u"\"a -b 'c\n";
+    const Speech speech = spoken(text);
+    EXPECT_EQ(speech.shown, text);
+    EXPECT_EQ(speech.words.back().end, text.size() - 1);
+    EXPECT_GT(audiblePart(speech.sound).second, 22050U * 60);
+    EXPECT_LE(speech.sound.milliseconds(), 300'000U);
+}
+
+} // namespace
+} // namespace agent::voice
