@@ -1,14 +1,11 @@
 #include "companions/agent/stage/windows/character_window.h"
 
+#include <algorithm>
 #include <cstdlib>
-#include <cstring>
 #include <system_error>
 
 namespace agent::stage {
 namespace {
-
-// The colour that is seen through; a drawn pixel of just this colour becomes the next shade of blue.
-constexpr std::uint32_t key_colour = 0x00FE01FD;
 
 int shiftState() {
     const auto down = [](int key) { return (GetKeyState(key) & 0x8000) != 0; };
@@ -63,15 +60,12 @@ void CharacterWindow::show(const Raster& raster, int left, int top) {
         bits_ = static_cast<std::uint32_t*>(bits);
         size_ = {raster.width, raster.height};
     }
-    for (std::size_t i = 0; i < raster.pixels.size(); ++i) {
-        const std::uint32_t pixel = raster.pixels[i];
-        const std::uint32_t colour = pixel & 0x00FFFFFFU;
-        bits_[i] = pixel == 0 ? key_colour : colour == key_colour ? colour + 1 : colour;
-    }
+    std::copy(raster.pixels.begin(), raster.pixels.end(), bits_);
     POINT at{left, top};
     POINT from{0, 0};
-    const COLORREF key = RGB(key_colour >> 16 & 0xFF, key_colour >> 8 & 0xFF, key_colour & 0xFF);
-    UpdateLayeredWindow(handle(), nullptr, &at, &size_, memory_.get(), &from, key, nullptr, ULW_COLORKEY);
+    // By its alpha a pixel is there or not, for the eye and for the pointer.
+    BLENDFUNCTION blend{AC_SRC_OVER, 0, 255, AC_SRC_ALPHA};
+    UpdateLayeredWindow(handle(), nullptr, &at, &size_, memory_.get(), &from, 0, &blend, ULW_ALPHA);
     if (!shown_) {
         shown_ = true;
         SetWindowPos(handle(), HWND_TOPMOST, 0, 0, 0, 0, SWP_NOACTIVATE | SWP_NOMOVE | SWP_NOSIZE | SWP_SHOWWINDOW);
