@@ -13,6 +13,10 @@ add_library(murmelix_options INTERFACE)
 target_include_directories(murmelix_options INTERFACE ${PROJECT_SOURCE_DIR})
 target_compile_options(murmelix_options INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror -fno-strict-aliasing)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+  # This release warns of overlapping copies inside its own string concatenation.
+  target_compile_options(murmelix_options INTERFACE -Wno-restrict)
+endif()
 if(MURMELIX_SANITIZE)
   target_compile_options(murmelix_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all)
   target_link_options(murmelix_options INTERFACE -fsanitize=address,undefined)
@@ -23,6 +27,7 @@ if(MURMELIX_FUZZ)
   target_link_options(murmelix_options INTERFACE -fsanitize=address,undefined)
 endif()
 if(WIN32)
+  set(MURMELIX_ASSETS ${PROJECT_SOURCE_DIR}/build/host/assets CACHE PATH "Where the preset host has built the assets")
   target_compile_definitions(murmelix_options INTERFACE
     WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601 WINVER=0x0601)
   target_compile_options(murmelix_options INTERFACE -ffunction-sections -fdata-sections)

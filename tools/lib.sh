@@ -85,6 +85,19 @@ build_preset() {
     ) || die "the preset $preset could not be built"
 }
 
+# The program directory at build/Murmelix, with all that ./run, the whole-program tests and their benchmarks start.
+build_programs() {
+    build_preset host assets_characters assets_sounds assets_icons trace
+    build_preset win64 programs
+    stage win64
+}
+
+# stage PRESET: fills the program directory of the preset.
+stage() {
+    cmake --install "$MURMELIX_ROOT/build/$1" >"$MURMELIX_ROOT/build/$1-staging.log" ||
+        die "the programs of $1 could not be staged; see build/$1-staging.log"
+}
+
 # The loader itself: Debian's script around it warns of a missing 32-bit half, which is not used here.
 find_wine() {
     local candidate
@@ -160,4 +173,16 @@ make_prefix() {
             copy_prefix "$bare" "$WINEPREFIX"
         fi
     ) || exit 1
+}
+
+# Ends and removes the prefixes below build/wine-runs whose owner was killed; their names begin with its process id.
+end_left_over_runs() {
+    local run owner
+    for run in "$MURMELIX_ROOT"/build/wine-runs/*; do
+        [ -d "$run" ] || continue
+        owner=$(basename "$run")
+        ! kill -0 "${owner%%.*}" 2>/dev/null || continue
+        WINEPREFIX=$run/prefix timeout 20 "$WINESERVER" -k >/dev/null 2>&1 || true
+        rm -rf "$run"
+    done
 }

@@ -1,0 +1,31 @@
+# What a user has: `cmake --install build/win64` fills build/Murmelix, that of win32 build/Murmelix-win32. Drawings and
+# sounds are those that the preset host has built.
+if(NOT WIN32)
+  return()
+endif()
+cmake_path(GET CMAKE_BINARY_DIR FILENAME MURMELIX_STAGED_PRESET)
+set(staged ${PROJECT_SOURCE_DIR}/build/Murmelix)
+if(NOT MURMELIX_STAGED_PRESET STREQUAL "win64")
+  string(APPEND staged "-${MURMELIX_STAGED_PRESET}")
+endif()
+if(CMAKE_INSTALL_PREFIX_INITIALIZED_TO_DEFAULT)
+  set(CMAKE_INSTALL_PREFIX ${staged} CACHE PATH "The program directory that is staged" FORCE)
+endif()
+
+# The program, what it starts, and the Messenger client.
+add_custom_target(programs)
+foreach(program Murmelix MSAGENT tv_enua updater MessengerClient)
+  if(TARGET ${program})
+    install(TARGETS ${program} RUNTIME DESTINATION .)
+    add_dependencies(programs ${program})
+  endif()
+endforeach()
+install(DIRECTORY ${MURMELIX_ASSETS}/sounds DESTINATION . FILES_MATCHING PATTERN "*.wav")
+install(DIRECTORY DESTINATION CharPics)
+install(FILES ${PROJECT_SOURCE_DIR}/LICENSE DESTINATION . RENAME LICENSE.txt)
+# What MSAGENT.exe installs.
+if(TARGET AgentServer)
+  install(TARGETS AgentServer RUNTIME DESTINATION msagent)
+  add_dependencies(programs AgentServer)
+endif()
+install(DIRECTORY ${MURMELIX_ASSETS}/chars DESTINATION msagent FILES_MATCHING PATTERN "*.acs")

@@ -1,0 +1,351 @@
+"""One whole reading: the neighbours set up as an installer would, the program started, a conversation read aloud."""
+
+import json
+import os
+import subprocess
+import time
+import wave
+from dataclasses import dataclass
+from pathlib import Path
+
+from .prefix import ROOT, Prefix, windows_path
+from .records import ClientLog, Transcript
+from .screen import Screen
+from .waiting import TimedOut, wait_for
+
+PROGRAM_DIRECTORY = ROOT / "build" / "Murmelix"
+TRACE = ROOT / "build" / "host" / "tools" / "trace"
+MAIN_WINDOW = r"^Murmelix v[0-9]"
+
+NEIGHBOURS = ("AgentServer.exe", "MessengerClient.exe", "Murmelix.exe")
+START_SECONDS = 60     # a program's window, on a slow machine
+SILENCE_SECONDS = 120  # without anything new: the reading hangs
+FINAL_SECONDS = 10     # after the last event of all: what is missing by then does not come any more
+RECORDING_SECONDS = 3  # the recording on disk is never further behind than that
+PICTURE_DELAY = 0.6    # from the start of a speech to its picture: the balloon has words by then
+
+
+class Failed(Exception):
+    """The reading did not go as it should; the message says what and what was seen last."""
+
+
+class Desk:
+    """A screen and a Wine prefix with the programs that were started there; nothing of it outlives `close`."""
+
+    def __init__(self, screen, prefix, output):
+        self.screen, self.prefix, self.output = screen, prefix, Path(output)
+        self.programs = {}
+        self._logs = self.output / "logs"
+        self._logs.mkdir(parents=True, exist_ok=True)
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.close()
+
+    def close(self):
+        self.prefix.end()
+        for process in self.programs.values():
+            if process.poll() is None:
+                process.kill()
+            process.wait()
+        self.screen.close()
+
+    def environment(self):
+        return self.prefix.environment(self.screen.environment())
+
+    def start(self, name, program, *arguments, directory=None):
+        """Starts a Windows program; its output goes to logs/NAME.txt."""
+        with open(self._logs / f"{name}.txt", "ab") as log:
+            process = subprocess.Popen([self.prefix.wine, str(program), *map(str, arguments)], env=self.environment(),
+                                       cwd=directory, stdin=subprocess.DEVNULL, stdout=log, stderr=log,
+                                       start_new_session=True)
+        self.programs[name] = process
+        return process
+
+    def run(self, name, program, *arguments, seconds=START_SECONDS):
+        """Runs a Windows program to its end; its exit status and what it printed."""
+        process = self.start(name, program, *arguments)
+        try:
+            status = process.wait(seconds)
+        except subprocess.TimeoutExpired:
+            process.kill()
+            process.wait()
+            raise TimedOut(f"{name} has not ended within {seconds} s; windows: {self.screen.titles()}") from None
+        return status, self.printed(name)
+
+    def printed(self, name):
+        return (self._logs / f"{name}.txt").read_text("utf-8", "replace")
+
+    def running(self, name):
+        return name in self.programs and self.programs[name].poll() is None
+
+    def state(self):
+        """What every program is doing, for a message of failure."""
+        lines = [f"windows: {', '.join(self.screen.titles()) or 'none'}"]
+        for name, process in self.programs.items():
+            status = process.poll()
+            lines.append(f"{name}: " + ("running" if status is None else f"ended with status {status}"))
+            lines += [f"    {line}" for line in self.printed(name).splitlines()[-5:]]
+        return "\n".join(lines)
+
+    # The installers, as the program itself would have the user run them.
+
+    def set_up_agent(self):
+        self._set_up("MSAGENT.exe", "/quiet")
+
+    def set_up_voice(self):
+        self._set_up("tv_enua.exe", "/quiet")
+
+    def set_up_messenger(self):
+        self._set_up("MessengerClient.exe", "/regserver")
+
+    def set_up_all(self):
+        self.set_up_agent()
+        self.set_up_voice()
+        self.set_up_messenger()
+
+    def _set_up(self, program, switch):
+        status, printed = self.run(program, PROGRAM_DIRECTORY / program, switch)
+        if status != 0:
+            raise Failed(f"{program} {switch} ended with status {status}:\n{printed}")
+
+    def agent_server(self):
+        return self.prefix.windows / "msagent" / "AgentServer.exe"
+
+
+def expected_calls(messages):
+    """What `trace` says that each message comes to for its writer's character: a list of (what, of) for each."""
+    lines = "".join(_escaped(message) + "\n" for message in messages)
+    answer = subprocess.run([str(TRACE), "message"], input=lines.encode("utf-8"), capture_output=True, timeout=60,
+                            check=True)
+    result = []
+    for line in answer.stdout.decode("utf-8", "replace").splitlines():
+        calls = []
+        for call in json.loads(line):
+            if call["key"] != "a@x" or call["call"] == "Stop":
+                continue
+            what = call["call"]
+            if what == "Speak" and call.get("url"):
+                calls.append(("Speak", "file:" + call["url"].rsplit("\\", 1)[-1]))
+            elif what == "Speak":
+                calls.append(("Speak", call["text"]))
+            elif what == "Play":
+                calls.append(("Play", call["animation"]))
+            else:
+                calls.append((what, ""))
+        result.append(calls)
+    return result
+
+
+def _escaped(text):
+    result = text.replace("\\", "\\\\").replace("\r", "\\r").replace("\n", "\\n")
+    return "".join(f"\\u{ord(c):04X}" if ord(c) < 32 else c for c in result)
+
+
+def _comparable(what, of):
+    """Of sounds the file name counts; animation names compare without letter case; a line's end is not spoken."""
+    if what == "Speak" and of.startswith("file:"):
+        of = "file:" + of.replace("/", "\\").rsplit("\\", 1)[-1]
+    return what, of.casefold().rstrip()
+
+
+def calls_of(transcript, key):
+    """What the program had the character of `key` do for its contact's own messages, in order."""
+    return [(act.what, act.of) for act in transcript.acts
+            if act.moment == "call" and act.key == key and act.what in ("Speak", "Play")
+            and act.of.casefold() != "startlistening"]
+
+
+def unread_messages(log, transcript):
+    """Messages of the log that did not lead to what `trace` says, as texts for people; empty: all was read."""
+    messages = log.of_kind("message")
+    by_writer = {}
+    for message, calls in zip(messages, expected_calls([message.text for message in messages])):
+        by_writer.setdefault(message.signin, []).append((message, [_comparable(*call) for call in calls]))
+    faults = []
+    for writer, written in by_writer.items():
+        made = [_comparable(*call) for call in calls_of(transcript, writer)]
+        for message, calls in written:
+            if made[:len(calls)] == calls:
+                made = made[len(calls):]
+            else:
+                faults.append(f"{writer}: {message.text!r} should have become {calls}, but there came "
+                              f"{made[:len(calls) + 1]}")
+                break
+        else:
+            if made:
+                faults.append(f"{writer}: nobody wrote what became {made}")
+    return faults
+
+
+@dataclass
+class Options:
+    conversation: Path
+    participants: int = 3
+    messages: int = 0  # 0: all
+    speed: float = 1.0
+    output: Path = ROOT / "build" / "run"
+    headless: bool = True
+
+
+class Reading:
+    """Reads one conversation aloud on a desk."""
+
+    def __init__(self, desk, options, tell=lambda line: None):
+        self.desk, self.options, self.tell = desk, options, tell
+        work = desk.output / "logs"
+        self.transcript = Transcript(work / "agent.tsv")
+        self.log = ClientLog(work / "messenger.tsv")
+        self.window = None
+        self._spoken = 0
+        self._pictured = 0
+        self._picture = None  # when the next is due, and the words it is to show
+
+    def start_neighbours(self):
+        options = self.options
+        self.desk.start("AgentServer.exe", self.desk.agent_server(),
+                        "/record", windows_path(options.output / "speech.wav"),
+                        "/transcript", windows_path(self.transcript.path),
+                        *(["/speed", f"{options.speed:g}"] if options.headless and options.speed > 1 else []))
+        arguments = ["/conversation", windows_path(options.conversation), "/participants", options.participants,
+                     "/speed", f"{options.speed:g}", "/wait", "/log", windows_path(self.log.path)]
+        if options.messages:
+            arguments += ["/messages", options.messages]
+        self.desk.start("MessengerClient.exe", PROGRAM_DIRECTORY / "MessengerClient.exe", *arguments)
+        self._until("the conversation", lambda: self.log.new() or any(
+            event.text == "opened" for event in self.log.of_kind("window")))
+
+    def start_program(self):
+        self.desk.start("Murmelix.exe", PROGRAM_DIRECTORY / "Murmelix.exe", directory=PROGRAM_DIRECTORY)
+        self.window = self._until("the main window", lambda: (self.desk.screen.find(MAIN_WINDOW) or [None])[-1])
+
+    def start_reading(self):
+        """Presses the accelerator of "&Start Reading Selected Conversation" until a character comes on."""
+        screen = self.desk.screen
+
+        def pressed():
+            if screen.find(MAIN_WINDOW) and screen.activate(self.window) and screen.active() == self.window:
+                screen.key("alt+s")
+                return True
+            return False
+
+        self._until("the main window in front", pressed)
+        self._until("a character", lambda: os.path.exists(self.transcript.path)
+                    and os.path.getsize(self.transcript.path) > 0)
+
+    def _until(self, what, condition):
+        """Waits for the condition, as long as the programs run that were started."""
+        def looked_at():
+            for name in NEIGHBOURS:
+                if name in self.desk.programs and not self.desk.running(name):
+                    raise Failed(f"{name} has ended while {what} was awaited\n{self.desk.state()}")
+            return condition()
+
+        try:
+            return wait_for(what, looked_at, START_SECONDS)
+        except TimedOut as error:
+            raise Failed(f"{error}\n{self.desk.state()}") from None
+
+    def follow(self):
+        """Follows the reading until the conversation is done and everything has been spoken; Failed otherwise."""
+        last_news = time.monotonic()
+        faults = None
+        while True:
+            events, acts = self.log.new(), self.transcript.new()
+            for act in acts:
+                self._tell(act)
+            if events or acts:
+                last_news, faults = time.monotonic(), None
+            self._take_picture()
+            done = bool(self.log.of_kind("done"))
+            if done and not self._being_spoken():
+                if faults is None:
+                    faults = self.faults()
+                if not faults:
+                    return
+            silence = time.monotonic() - last_news
+            if done and faults and silence > FINAL_SECONDS:
+                raise Failed("Not everything was read:\n" + "\n".join(faults) + "\n" + self.desk.state())
+            if silence > SILENCE_SECONDS:
+                under_way = [f"{act.name}: {act.what} {act.of!r}" for act in self.transcript.under_way()]
+                raise Failed(f"Nothing has happened for {SILENCE_SECONDS} s; under way: {under_way}\n"
+                             + self.desk.state())
+            self.check_programs()
+            time.sleep(0.02)
+
+    def finish(self):
+        """Waits for the recording to hold the last sound, and sees that all that was promised is there."""
+        sound, picture = self.options.output / "speech.wav", self.options.output / "stage.png"
+        spoken = time.time()
+        try:
+            wait_for("the recording", lambda: sound.stat().st_mtime > spoken, RECORDING_SECONDS)
+        except (TimedOut, OSError):
+            pass  # nothing has sounded since
+        try:
+            with wave.open(str(sound), "rb") as recording:
+                frames = recording.getnframes()
+        except (OSError, EOFError, wave.Error) as error:
+            raise Failed(f"{sound} is no recording: {error}\n{self.desk.state()}") from None
+        if frames == 0:
+            raise Failed(f"{sound} holds no sound\n{self.desk.state()}")
+        if not picture.is_file():
+            raise Failed(f"{picture} could not be taken\n{self.desk.state()}")
+
+    def faults(self):
+        """What was not read as it should have been, for people; empty: all was."""
+        gone = {event.signin for event in self.log.of_kind("leave")}
+        return unread_messages(self.log, self.transcript) + [
+            f"{act.name} could not say {act.of!r}: {act.outcome}" for act in self.transcript.acts
+            if act.moment == "end" and act.what == "Speak" and act.outcome != "complete" and act.key not in gone]
+
+    def check_programs(self):
+        for name in NEIGHBOURS:
+            if name in self.desk.programs and not self.desk.running(name):
+                raise Failed(f"{name} has ended in the middle of the reading\n{self.desk.state()}")
+
+    def _being_spoken(self):
+        """Calls still to be carried out; a character that has left the stage carries nothing out any more."""
+        gone = {event.signin for event in self.log.of_kind("leave")}
+        return [act for act in self.transcript.under_way() if act.key not in gone]
+
+    def _tell(self, act):
+        line = for_people(act)
+        if line:
+            self.tell(line)
+        if act.moment == "start" and act.what == "Speak" and act.of.strip() and not act.of.startswith("file:"):
+            self._spoken += 1
+            if self._spoken >= 2 * self._pictured:
+                self._picture = (time.monotonic() + PICTURE_DELAY, act)
+
+    def _take_picture(self):
+        """The last picture is one of the second half: another is taken whenever twice as much has been spoken."""
+        if not self._picture or time.monotonic() < self._picture[0]:
+            return
+        act, self._picture = self._picture[1], None
+        if any((call.key, call.of) == (act.key, act.of) for call in self.transcript.under_way()):
+            if self.desk.screen.picture(self.options.output / "stage.png"):
+                self._pictured = self._spoken
+
+
+def for_people(act):
+    """The line of transcript.txt for something that a character begins; None for what nobody sees or hears."""
+    if act.moment != "start":
+        return None
+    if act.what == "Speak" and act.of.startswith("file:"):
+        deed = "sounds  " + act.of.replace("/", "\\").rsplit("\\", 1)[-1]
+    elif act.what in ("Speak", "Think"):
+        if not act.of.strip():
+            return None
+        deed = ("speaks  " if act.what == "Speak" else "thinks  ") + " ".join(act.of.split())
+    elif act.what == "Play":
+        deed = f"plays   {act.of}"
+    elif act.what == "Show":
+        deed = "appears"
+    elif act.what == "Hide":
+        deed = "leaves"
+    else:
+        return None
+    minutes, seconds = divmod(act.seconds, 60)
+    return f"{int(minutes):02d}:{seconds:06.3f}  {act.name:<10}  {deed}"

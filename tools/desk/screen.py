@@ -1,0 +1,136 @@
+"""A screen with a window manager: one of its own (Xvfb, openbox), or the user's."""
+
+import os
+import shutil
+import subprocess
+import tempfile
+
+from .waiting import TimedOut, wait_for
+
+WINDOW_MANAGER_SETTINGS = """<?xml version="1.0"?>
+<openbox_config xmlns="http://openbox.org/3.4/rc">
+  <theme><name>Clearlooks</name></theme>
+  <desktops><number>1</number></desktops>
+  <focus><focusNew>yes</focusNew></focus>
+</openbox_config>
+"""
+
+
+class Screen:
+    """The windows on a display: finding them, typing and clicking into them, taking pictures."""
+
+    def __init__(self, display):
+        self.display = display
+        self._processes = []
+
+    @classmethod
+    def own(cls, width=1280, height=960, log=subprocess.DEVNULL):
+        """Starts an X server on a free display, and a window manager."""
+        reading, writing = os.pipe()
+        server = subprocess.Popen(
+            ["Xvfb", "-displayfd", str(writing), "-screen", "0", f"{width}x{height}x24", "-nolisten", "tcp"],
+            pass_fds=[writing], stdin=subprocess.DEVNULL, stdout=log, stderr=log, start_new_session=True)
+        os.close(writing)
+        with os.fdopen(reading) as answer:
+            number = answer.readline().strip()  # empty when the server ends without one
+        if not number:
+            server.wait()
+            raise RuntimeError(f"Xvfb ended with status {server.returncode} and no display")
+        screen = cls(f":{number}")
+        screen._processes.append(server)
+        try:
+            with tempfile.NamedTemporaryFile("w", suffix=".xml", delete=False) as settings:
+                settings.write(WINDOW_MANAGER_SETTINGS)
+            screen._settings = settings.name
+            screen._processes.append(subprocess.Popen(
+                ["openbox", "--sm-disable", "--config-file", settings.name], env=screen.environment(),
+                stdin=subprocess.DEVNULL, stdout=log, stderr=log, start_new_session=True))
+            wait_for("the window manager", screen.has_window_manager, 20)
+        except BaseException:
+            screen.close()
+            raise
+        return screen
+
+    def environment(self):
+        return dict(os.environ, DISPLAY=self.display)
+
+    def close(self):
+        for process in reversed(self._processes):
+            if process.poll() is None:
+                process.terminate()
+                try:
+                    process.wait(5)
+                except subprocess.TimeoutExpired:
+                    process.kill()
+                    process.wait()
+        self._processes = []
+        if hasattr(self, "_settings"):
+            os.unlink(self._settings)
+            del self._settings
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.close()
+
+    def _run(self, *command, seconds=20):
+        return subprocess.run(command, env=self.environment(), stdin=subprocess.DEVNULL, capture_output=True,
+                              text=True, errors="replace", timeout=seconds, check=False)
+
+    def has_window_manager(self):
+        answer = self._run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK")
+        return answer.returncode == 0 and "window id" in answer.stdout
+
+    def find(self, title_pattern):
+        """Ids of the visible windows whose title matches the pattern, oldest first."""
+        answer = self._run("xdotool", "search", "--onlyvisible", "--name", title_pattern)
+        return answer.stdout.split()
+
+    def wait_for_window(self, title_pattern, seconds):
+        try:
+            return wait_for(f"a window titled {title_pattern!r}", lambda: self.find(title_pattern), seconds)[-1]
+        except TimedOut as error:
+            raise TimedOut(f"{error}; windows: {', '.join(self.titles()) or 'none'}") from None
+
+    def titles(self):
+        """Titles of all windows that have one, as the X server lists them."""
+        answer = self._run("xwininfo", "-root", "-tree")
+        titles = []
+        for line in answer.stdout.splitlines():
+            name = line.strip().split('"')
+            if len(name) > 1 and name[0].startswith("0x") and "openbox" not in name[1].lower():
+                titles.append(name[1])
+        return titles
+
+    def move(self, window, left, top):
+        self._run("xdotool", "windowmove", "--sync", window, str(left), str(top), seconds=5)
+
+    def activate(self, window):
+        """Gives the window the keyboard; False where the window manager does not."""
+        try:
+            return self._run("xdotool", "windowactivate", "--sync", window, seconds=5).returncode == 0
+        except subprocess.TimeoutExpired:
+            return False
+
+    def active(self):
+        return self._run("xdotool", "getactivewindow").stdout.strip()
+
+    def key(self, *keys):
+        """Presses keys or chords ("alt+s") where the keyboard is."""
+        self._run("xdotool", "key", "--clearmodifiers", *keys)
+
+    def close_window(self, window):
+        """Presses the window's close box."""
+        self._run("xdotool", "windowquit", window)
+
+    def picture(self, file):
+        """Writes what is on the screen as a PNG file; False where that fails."""
+        if not shutil.which("import"):
+            return False
+        half_done = f"{file}.new.png"
+        answer = self._run("import", "-window", "root", half_done, seconds=30)
+        if answer.returncode != 0:
+            return False
+        os.replace(half_done, file)
+        return True

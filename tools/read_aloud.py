@@ -1,0 +1,131 @@
+#!/usr/bin/env python3
+"""Reads a conversation aloud, for ./run: whole programs in Wine, from their setup to the last word."""
+
+import argparse
+import os
+import signal
+import sys
+from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).resolve().parent))
+
+from desk.prefix import Prefix, ROOT  # noqa: E402
+from desk.reading import Desk, Failed, Options, Reading  # noqa: E402
+from desk.screen import Screen  # noqa: E402
+from desk.waiting import TimedOut  # noqa: E402
+
+DEMO = ROOT / "companions" / "messenger" / "demo"
+
+
+def number(lowest, highest, kind):
+    def parse(text):
+        try:
+            value = kind(text)
+        except ValueError:
+            raise argparse.ArgumentTypeError(f"{text!r} is not a number") from None
+        if not lowest <= value <= highest:
+            raise argparse.ArgumentTypeError(f"{text} is not between {lowest} and {highest}")
+        return value
+    return parse
+
+
+def options_of(arguments):
+    parser = argparse.ArgumentParser(
+        prog="./run", allow_abbrev=False,
+        description="Builds Murmelix and its neighbours and has characters read a conversation aloud. Writes "
+                    "transcript.txt, speech.wav and stage.png; the exit status is 0 only if everything was read.")
+    parser.add_argument("--headless", action="store_true",
+                        help="on a screen that nobody sees; chosen by itself where there is no display")
+    parser.add_argument("--conversation", metavar="FILE", type=Path,
+                        help="a chat log (default: the conversation that comes with the repository)")
+    parser.add_argument("--participants", metavar="N", type=number(1, 100, int), default=3,
+                        help="keep the N most frequent writers (default 3; there are three characters)")
+    parser.add_argument("--messages", metavar="N", type=number(1, 10**9, int), default=0,
+                        help="end after N messages (default: all)")
+    parser.add_argument("--speed", metavar="X", type=number(0.01, 1000, float), default=1.0,
+                        help="the conversation runs X times as fast (default 1); headless the characters do so too, "
+                             "while speech.wav keeps their natural pace")
+    parser.add_argument("--out", metavar="DIR", type=Path, default=ROOT / "build" / "run",
+                        help="where to write (default build/run)")
+    parser.add_argument("--check", action="store_true", help=argparse.SUPPRESS)
+    chosen = parser.parse_args(arguments)
+    conversation = chosen.conversation
+    if conversation is None:
+        conversation = next(iter(sorted(DEMO.glob("*.txt"))), None)
+        if conversation is None:
+            parser.error(f"there is no conversation in {DEMO}: name one with --conversation")
+    if not conversation.is_file():
+        parser.error(f"--conversation: there is no file {conversation}")
+    try:
+        with open(conversation, "rb"):
+            pass
+        chosen.out.mkdir(parents=True, exist_ok=True)
+    except OSError as error:
+        parser.error(f"{error.filename}: {error.strerror}")
+    if not os.access(chosen.out, os.W_OK | os.X_OK):
+        parser.error(f"--out: {chosen.out} cannot be written")
+    headless = chosen.headless or not os.environ.get("DISPLAY")
+    return chosen.check, Options(conversation.resolve(), chosen.participants, chosen.messages, chosen.speed,
+                                 chosen.out.resolve(), headless)
+
+
+def clear(output):
+    """Removes what an earlier reading has left, so that nothing old is taken for new."""
+    logs = output / "logs"
+    for file in [output / "transcript.txt", output / "speech.wav", output / "stage.png",
+                 *(logs.glob("*") if logs.is_dir() else [])]:
+        if file.is_file():
+            file.unlink()
+
+
+def read_aloud(options):
+    clear(options.output)
+    print("== Setting the neighbours up", flush=True)
+    screen = Screen.own() if options.headless else Screen(os.environ["DISPLAY"])
+    try:
+        prefix = Prefix(ROOT / "build" / "wine-run")
+    except BaseException:
+        screen.close()
+        raise
+    with Desk(screen, prefix, options.output) as desk, \
+            open(options.output / "transcript.txt", "w", encoding="utf-8") as transcript:
+
+        def tell(line):
+            print(line, flush=True)
+            transcript.write(line + "\n")
+            transcript.flush()
+
+        desk.set_up_all()
+        print(f"== Reading {options.conversation.name}", flush=True)
+        reading = Reading(desk, options, tell)
+        reading.start_neighbours()
+        reading.start_program()
+        reading.start_reading()
+        reading.follow()
+        reading.finish()
+        print(f"== All {len(reading.log.of_kind('message'))} messages were read; see {options.output}", flush=True)
+        if not options.headless:
+            print("== Murmelix stays open until you leave it: Murmelix, Exit Murmelix, or Ctrl-C here", flush=True)
+            desk.programs["Murmelix.exe"].wait()
+
+
+def main():
+    check, options = options_of(sys.argv[1:])
+    if check:
+        return 0
+    # A signal ends the reading like Ctrl-C: what was started is ended.
+    for number_of_signal in (signal.SIGTERM, signal.SIGHUP):
+        signal.signal(number_of_signal, lambda *_: (_ for _ in ()).throw(KeyboardInterrupt()))
+    try:
+        read_aloud(options)
+        return 0
+    except KeyboardInterrupt:
+        print("\n== Ended before everything was read", file=sys.stderr)
+        return 130
+    except (Failed, TimedOut, RuntimeError, OSError, ValueError) as error:
+        print(f"./run: {error}", file=sys.stderr)
+        return 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())
