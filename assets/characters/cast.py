@@ -98,6 +98,10 @@ class Ottoline(Figure):
     neck = (72.0, 96.0)
     shoulders = ((46.0, 101.0), (98.0, 101.0))
     arm = (36.0, 10.0, 0.0)
+    spread = 15.0
+    margin = 18.0
+    floor = 125.0
+    hop = 0.5
     brows = (17.0, 8.0)
     above = (72.0, 12.0)
     ground_colours = ("#3b8fc9", "#1d5f99", "#a8e0fb")
@@ -182,6 +186,8 @@ class Plonk(Figure):
     neck = (72.0, 92.0)
     shoulders = ((46.0, 100.0), (98.0, 100.0))
     arm = (33.0, 9.0, 6.4)
+    spread = 12.0
+    margin = 14.0
     brows = (19.0, 8.0)
     above = (72.0, 16.0)
     ground_colours = ("#4aa9b8", "#236a80", "#b9ecd9")
@@ -217,13 +223,13 @@ class Plonk(Figure):
         spots = "".join(ellipse(x, y, r, r * 0.75, "#4fa03f", 'opacity="0.7"') for x, y, r in ((72, 45.5, 3.4), (64, 49.5, 2.2), (80, 49, 2.4)))
         return bumps + path(skull, "url(#skin)", line) + jaw + cover + spots + nostrils
 
-    def before(self, pose):
+    def collar(self, pose):
         x, y = 72 + pose["hx"] * 0.6, 99.5 + pose["hy"] * 0.4
         flare = pose["perk"] * 2.5
         knot = (path(f"M{points(x, y)} L{points(x - 14, y - 7 - flare)} Q{points(x - 17, y, x - 14, y + 7)} Z "
                      f"M{points(x, y)} L{points(x + 14, y - 7 - flare)} Q{points(x + 17, y, x + 14, y + 7)} Z", "#e0483e", stroke("#7a1d1a", 1.8)) +
                 ellipse(x, y, 4, 4.4, "#f4675a", stroke("#7a1d1a", 1.8)))
-        return knot if pose["book"] <= 0 else ""
+        return knot
 
     def fingers(self, x, y, from_x, from_y):
         angle = math.atan2(y - from_y, x - from_x)

@@ -160,7 +160,7 @@ def animations():
     new("Idle1_4").hold(60).blink().hold(15).blink().hold(120)
     new("Idle2_1").to(1, 7, 60, gx=-0.85, tilt=-3.0).to(1, 7, 60, gx=0.85, tilt=3.0).to(1, 7, 40, gx=0.2, gy=-0.8, tilt=0.0).back(
         1, 7, 60)
-    new("Idle2_2").to(2, 8, 20, lean=4.0, tilt=-4.0, mc=0.9, mw=0.6).to(2, 8, 20, lean=-4.0, tilt=4.0).back(2, 8, 60)
+    new("Idle2_2").to(1, 8, 20, lean=4.0, tilt=-4.0, mc=0.9, mw=0.6).to(1, 8, 20, lean=-4.0, tilt=4.0).back(1, 8, 60)
     new("Idle2_3").to(1, 7, 20, gx=0.6, gy=0.6, rv=-0.6, ru=0.35).to(0, 10, rv=-0.78).to(0, 10, rv=-0.6).to(0, 10, rv=-0.78).to(
         0, 30, rv=-0.6).blink().back(1, 7, 60)
     yawn = new("Idle3_1").to(2, 9, 20, open=0.4, hy=-2.0, mo=0.4, mw=0.6, mc=0.1)
@@ -170,10 +170,10 @@ def animations():
     doze.to(1, 40, 70, doze=1.0, mo=0.12, sy=0.98, hy=5.0).to(0, 60, sy=1.0, hy=4.0, doze=0.66).again(nap, 75).back(3, 8, 40)
 
     # Extras.
-    new("Greet").to(2, 6, 14, ru=0.5, rv=0.85, happy=1.0, mo=0.5, mc=1.0, tilt=4.0, perk=0.6).to(0, 9, ru=0.85, rv=0.7).to(
-        0, 9, ru=0.5, rv=0.85).to(0, 9, ru=0.85, rv=0.7).to(0, 20, ru=0.5, rv=0.85).back(2)
-    new("Wave").to(2, 6, 9, lu=0.5, lv=0.85, mc=1.0).to(0, 9, lu=0.85, lv=0.7).to(0, 9, lu=0.5, lv=0.85).to(
-        0, 9, lu=0.85, lv=0.7).to(0, 9, lu=0.5, lv=0.85).back(2)
+    new("Greet").to(2, 6, 14, ru=0.5, rv=0.85, happy=1.0, mo=0.5, mc=1.0, tilt=4.0, perk=0.6).to(1, 5, ru=0.9, rv=0.6).to(
+        1, 5, ru=0.5, rv=0.85).to(1, 5, ru=0.9, rv=0.6).to(1, 5, 20, ru=0.5, rv=0.85).back(2)
+    new("Wave").to(2, 6, 9, lu=0.5, lv=0.85, mc=1.0).to(1, 5, lu=0.9, lv=0.6).to(1, 5, lu=0.5, lv=0.85).to(
+        1, 5, lu=0.9, lv=0.6).to(1, 5, lu=0.5, lv=0.85).back(2)
     made.extend(pair("Think", "ThinkReturn", hold=80, gx=0.6, gy=-0.7, thought=1.0, ru=-0.34, rv=0.28, mw=0.6, mc=0.2,
                      tilt=-3.0))
     reading = {"book": 1.0, "lu": -0.12, "lv": -0.42, "ru": -0.12, "rv": -0.42, "gy": 0.8, "open": 0.75, "hy": 2.0}

@@ -104,13 +104,17 @@ class Figure:
     neck = (72.0, 84.0)
     shoulders = ((48.0, 96.0), (96.0, 96.0))
     arm = (34.0, 9.0, 7.0)  # length, thickness, hand
+    spread = 0.0            # how far a raised hand keeps out of a wide head's way
+    margin = 10.0           # how near to the sides a hand comes
+    floor = 140.0           # how low
+    hop = 1.0               # how high a jump goes
     arm_fill = "#b07040"
     hand_fill = "#b07040"
     above = (72.0, 14.0)    # where marks in the air hang
     ground_colours = ("#5b3a1e", "#2e1a0c", "#8a5c32")
     book_colour = "#3f7fc4"
 
-    # Four hooks for what makes the character itself.
+    # What makes the character itself, from the back to the front.
     def defs(self):
         return ""
 
@@ -123,7 +127,7 @@ class Figure:
     def head(self, pose):
         return ""
 
-    def before(self, pose):
+    def collar(self, pose):
         return ""
 
     def svg(self, pose):
@@ -134,7 +138,7 @@ class Figure:
                 f'<defs>{self.defs()}</defs>{figure}{self.air(pose)}</svg>')
 
     def standing(self, pose):
-        turn = (f'translate({points(pose["dx"], pose["dy"])}) rotate({points(pose["lean"], SIZE / 2, GROUND)}) '
+        turn = (f'translate({points(pose["dx"], pose["dy"] * self.hop)}) rotate({points(pose["lean"], SIZE / 2, GROUND)}) '
                 f'translate({points(SIZE / 2, GROUND)}) scale({points(pose["sx"], pose["sy"])}) '
                 f'translate({points(-SIZE / 2, -GROUND)})')
         nod = (f'translate({points(pose["hx"], pose["hy"])}) '
@@ -146,14 +150,16 @@ class Figure:
         high = "".join(drawn for (_, y), drawn in arms if y <= self.neck[1])
         book = self.book(pose) if pose["book"] > 0 else ""
         return (f'<g transform="{turn}">{self.behind(pose)}{self.body(pose)}{low if not book else ""}'
-                f'<g transform="{nod}">{self.head(pose)}{face}</g>{high}{book}{low if book else ""}'
-                f'{self.before(pose)}</g>')
+                f'<g transform="{nod}">{self.head(pose)}{face}</g>{self.collar(pose)}{high}{book}'
+                f'{low if book else ""}</g>')
 
     def hand(self, pose, side):
         u, v = (pose["lu"], pose["lv"]) if side == 0 else (pose["ru"], pose["rv"])
         x, y = self.shoulders[side]
         outward = -1 if side == 0 else 1
-        return x + outward * u * self.arm[0], y - v * self.arm[0]
+        aside = self.spread * max(0.0, min(1.0, u * 4)) * max(0.0, min(1.0, v + 0.3))
+        x += outward * (u * self.arm[0] + aside)
+        return max(self.margin, min(SIZE - self.margin, x)), min(self.floor, y - v * self.arm[0])
 
     def limb(self, pose, side):
         """The curve of an arm from shoulder to hand, its elbow outward and below."""
@@ -258,7 +264,7 @@ class Figure:
              f"C{points(x + half * 0.9, low * 0.96 + corner * 0.04, x - half * 0.9, low * 0.96 + corner * 0.04, x - half, corner)} Z")
         bottom = corner + (low - corner) * 0.75
         return (f'<clipPath id="m">{path(d, "#000")}</clipPath>{path(d, self.mouth_colour)}<g clip-path="url(#m)">' +
-                ellipse(x, bottom + deep * 0.05, half * 0.7, deep * 0.5 * (0.4 + 0.6 * opening), self.tongue) +
+                ellipse(x, bottom + deep * 0.1, half * 0.68, deep * 0.72 * (0.4 + 0.6 * opening), self.tongue) +
                 self.teeth(pose, x, (corner + top) / 2) + "</g>" + path(d, extra=stroke(self.line, 2.2)))
 
     def teeth(self, pose, x, y):
@@ -275,7 +281,7 @@ class Figure:
     def air(self, pose):
         """Tears, drops, marks, dreams: what hangs in the air about the head."""
         x, y = self.above
-        head_x, head_y = pose["dx"] + pose["hx"], pose["dy"] + pose["hy"]
+        head_x, head_y = pose["dx"] + pose["hx"], pose["dy"] * self.hop + pose["hy"]
         drawn = ""
         if pose["tear"] > 0:
             ex, ey = self.eyes[0][0] + head_x, self.eyes[0][1] + head_y
