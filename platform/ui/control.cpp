@@ -145,6 +145,10 @@ void Control::onFocus() {
 Frame::Frame(Control& parent, const std::u16string& caption, Border border)
     : Control(&parent, border == Border::line ? Kind::frame : Kind::panel, caption) {}
 
+void Label::setHeading() {
+    native::setHeading(handle_);
+}
+
 void CheckBox::setValue(std::int16_t value) {
     const std::int16_t wanted = value != 0 ? 1 : 0;
     if (wanted == value_)

@@ -98,6 +98,7 @@ class Frame : public Control {
 class Label : public Control {
   public:
     Label(Control& parent, const std::u16string& caption) : Control(&parent, Kind::label, caption) {}
+    void setHeading(); // in bold
 };
 
 // A label that is clicked to go somewhere.
@@ -188,6 +189,7 @@ class PictureBox : public Control {
     const Picture& picture() const { return picture_; }
     void setPicture(const Picture& picture); // shown in the middle, where the surface is not drawn on
     Surface& surface() { return surface_; }
+    const Surface& surface() const { return surface_; }
 
     std::function<void()> DblClick, Resize;
     std::function<void(int button, int shift, double x, double y)> MouseDown, MouseMove, MouseUp;

@@ -28,6 +28,7 @@ void setBounds(Handle control, const Rect& pixels);
 void bringToFront(Handle control);
 void setFocus(Handle control);
 
+void setHeading(Handle label);
 void setChecked(Handle check_box, bool checked);
 void clearItems(Handle list);
 void addItem(Handle list, const std::u16string& text);

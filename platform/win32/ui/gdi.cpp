@@ -43,26 +43,11 @@ Icon loadPicture(const Picture& picture, int pixels) {
         LoadImageW(GetModuleHandleW(nullptr), com::wide(picture.name), IMAGE_ICON, size, size, LR_DEFAULTCOLOR)));
 }
 
-Bitmap pictureBitmap(const Picture& picture) {
-    const Icon icon = loadPicture(picture);
-    if (!icon)
+Bitmap menuPicture(const Picture& picture) {
+    if (!picture)
         return {};
-    const int size = scaled(picture.size);
-    BITMAPINFO info{};
-    info.bmiHeader.biSize = sizeof info.bmiHeader;
-    info.bmiHeader.biWidth = size;
-    info.bmiHeader.biHeight = -size;
-    info.bmiHeader.biPlanes = 1;
-    info.bmiHeader.biBitCount = 32;
-    void* bits = nullptr; // all zero: transparent
-    Bitmap bitmap(CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
-    const MemoryDc dc(CreateCompatibleDC(nullptr));
-    if (!bitmap || !dc)
-        return {};
-    const Selected selected(dc.get(), bitmap.get());
-    DrawIconEx(dc.get(), 0, 0, icon.get(), size, size, 0, nullptr, DI_NORMAL);
-    GdiFlush();
-    return bitmap;
+    return Bitmap(static_cast<HBITMAP>(
+        LoadImageW(GetModuleHandleW(nullptr), com::wide(picture.name), IMAGE_BITMAP, 0, 0, LR_MONOCHROME)));
 }
 
 } // namespace murmelix::ui::win32

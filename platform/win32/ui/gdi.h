@@ -73,7 +73,7 @@ HFONT defaultFont();
 
 // A picture of the resources at its size for this screen; null where there is none of that name.
 Icon loadPicture(const Picture& picture, int pixels = 0);
-// With transparency, as menus want it.
-Bitmap pictureBitmap(const Picture& picture);
+// Of one bit a pixel: the menu draws it in its own colours.
+Bitmap menuPicture(const Picture& picture);
 
 } // namespace murmelix::ui::win32

@@ -580,6 +580,16 @@ void setFocus(Handle control) {
         ::SetFocus(window(control));
 }
 
+void setHeading(Handle label) {
+    static const win32::Font font = [] {
+        LOGFONTW description = win32::messageFont();
+        description.lfWeight = FW_BOLD;
+        description.lfHeight = MulDiv(description.lfHeight, 5, 4);
+        return win32::Font(CreateFontIndirectW(&description));
+    }();
+    SendMessageW(window(label), WM_SETFONT, reinterpret_cast<WPARAM>(font.get()), TRUE);
+}
+
 void setChecked(Handle check_box, bool checked) {
     SendMessageW(window(check_box), BM_SETCHECK, checked ? BST_CHECKED : BST_UNCHECKED, 0);
 }
@@ -709,7 +719,7 @@ void changeMenuItem(Handle form, const MenuItem& item) {
 void setMenuItemPicture(Handle form, const MenuItem& item, const Picture& picture) {
     HMENU popup = popupOf(window(form), item.menu());
     FormData& data = formData(window(form));
-    data.bitmaps.push_back(win32::pictureBitmap(picture));
+    data.bitmaps.push_back(win32::menuPicture(picture));
     SetMenuItemBitmaps(popup, GetMenuItemID(popup, item.position()), MF_BITMAP, data.bitmaps.back().get(),
                        data.bitmaps.back().get());
 }

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "platform/ui/form.h"
+
+namespace murmelix {
+
+// Name, version, web page and support address; a click anywhere closes it.
+class AboutFRM : public ui::Form {
+  public:
+    explicit AboutFRM(ui::Form* owner);
+    void Form_Load() override;
+    void Label3_Click();
+    void Label9_Click();
+
+    ui::PictureBox AboutIcon{*this};
+    ui::Label Label5{*this, u"Murmelix"};
+    ui::Label Label6{*this, u"Version:"};
+    ui::Label VersionText{*this, u""};
+    ui::Label Label7{*this, u"Webpage:"};
+    ui::LinkLabel Label3;
+    ui::LinkLabel Label9;
+};
+
+} // namespace murmelix

@@ -1,0 +1,559 @@
+#include "app/main_frm.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "app/pages.h"
+#include "app/settings.h"
+#include "app/shell_state.h"
+#include "app/version_text.h"
+#include "characters/agent_events.h"
+#include "characters/character_state.h"
+#include "characters/placement.h"
+#include "common/text.h"
+#include "platform/ansi.h"
+#include "platform/message_box.h"
+#include "platform/system.h"
+#include "platform/ui/screen.h"
+
+namespace murmelix {
+
+namespace {
+
+using platform::attempt;
+
+constexpr std::int16_t on = -1;
+
+// Of the options' frames and of what is in them.
+constexpr int main_width = 4950, options_width = 4500, height = 5910;
+constexpr int border_room = 270, options_gap = 135; // of the width arithmetic
+
+const ui::Picture conversation_picture{u"picture_conversation", 32};
+const ui::Picture program_picture{u"murmelix"};
+
+void store(const std::u16string& name, const ui::CheckBox& box, std::int16_t& flag) {
+    WriteRegistryValue(platform::Hive::current_user, SettingsKeyPath, name, box.Value() != 0 ? u"1" : u"0");
+    flag = box.Value();
+}
+
+// The window's handle in a row's key: "%1234".
+std::int32_t handleOf(const std::u16string& row_key) {
+    return row_key.empty() ? 0 : static_cast<std::int32_t>(leadingNumber(std::u16string_view(row_key).substr(1)));
+}
+
+std::int16_t to16Bit(std::int32_t value) {
+    return static_cast<std::int16_t>(std::clamp(value, -32768, 32767));
+}
+
+} // namespace
+
+MainFrm::MainFrm(std::function<void()> main)
+    : Form(nullptr, u"Murmelix", ui::FormStyle::window), main_(std::move(main)) {
+    setIcon(program_picture);
+    connectHandlers();
+    connectMenus();
+    layOut();
+    connectCharacters();
+    Agent = platform::createAgentControl(agentEvents());
+    characterHost.agent = Agent.get();
+    MSNControl = std::make_unique<murmelix::MSNControl>(monitorHost());
+}
+
+void MainFrm::connectHandlers() {
+    SignInButt.setToolTipText(u"Sign in Messenger");
+    SignInButt.Click = [this] { SignInButt_Click(); };
+    HelpButt.setToolTipText(u"Get online help");
+    HelpButt.Click = [this] { HelpButt_Click(); };
+    StartConvButt.setToolTipText(u"Start/Stop reading the selected conversation");
+    StartConvButt.Click = [this] { StartConvButt_Click(); };
+    ReadOptnsButt.setToolTipText(u"Show/hide options");
+    ReadOptnsButt.Click = [this] { ReadOptnsButt_Click(); };
+    AutoMinimizeCheck.setToolTipText(u"Automatically minimize Murmelix to the system tray on startup");
+    AutoMinimizeCheck.Click = [this] { AutoMinimizeCheck_Click(); };
+    UpdatesCheck.setToolTipText(u"Automatically check for updates on start up");
+    UpdatesCheck.Click = [this] { UpdatesCheck_Click(); };
+    CharMatchupButt.setToolTipText(u"Open Matchup window to matchup characters with users");
+    CharMatchupButt.Click = [this] { CharMatchupButt_Click(); };
+    AutoAttachCheck.setToolTipText(u"Automatically attaches all characters to the sides of the chat window");
+    AutoAttachCheck.Click = [this] { AutoAttachCheck_Click(); };
+    AutoHideBalloonCheck.setToolTipText(u"Automatically hide the characters' balloon after reading");
+    AutoHideBalloonCheck.Click = [this] { AutoHideBalloonCheck_Click(); };
+    HideIdleCheck.setToolTipText(u"Hide idel characters for a long time");
+    HideIdleCheck.Click = [this] { HideIdleCheck_Click(); };
+    AutoCorrectTextCheck.setToolTipText(u"Automatically have long text corrected - recommended");
+    AutoCorrectTextCheck.Click = [this] { AutoCorrectTextCheck_Click(); };
+    IgnoreCharsCheck.setToolTipText(u"Ignore the characters below");
+    IgnoreCharsCheck.Click = [this] { IgnoreCharsCheck_Click(); };
+    IgnoreCharTxt.setToolTipText(u"Characters to ignore");
+    IgnoreCharTxt.Change = [this] { IgnoreCharTxt_Change(); };
+    PlayReadEmoticonCheck.setToolTipText(u"Enable reading of emoticons when used in conversation - recommended");
+    PlayReadEmoticonCheck.Click = [this] { PlayReadEmoticonCheck_Click(); };
+    SoundSchemeList.setToolTipText(u"Select a sound scheme to use for reading emoticons");
+    SoundSchemeList.Click = [this] { SoundSchemeList_Click(); };
+    SoundSchemeList.GotFocus = [this] { SoundSchemeList_GotFocus(); };
+    WindowResizeTimer.Tick = [this] { WindowResizeTimer_Timer(); };
+    ReadMoniter.Tick = [this] { ReadMoniter_Timer(); };
+    SystemTrayPic.MouseMove = [this](int button, int shift, double x, double y) {
+        const double twips = ui::twipsPerPixel();
+        SystemTrayPic_MouseMove(button, shift, static_cast<float>(x * twips), static_cast<float>(y * twips));
+    };
+
+    // The boxes are clear at first, and what they enable is disabled.
+    IgnoreCharTxt.setEnabled(false);
+    SoundSchemeList.setEnabled(false);
+    SystemMenuStopReadingConver.setEnabled(false);
+    SignOutFrame.setVisible(false);
+    SystemTrayPic.setVisible(false);
+    SystemTrayPic.setPicture(program_picture);
+    ConvIcon.setVisible(false);
+    ConvIcon.setPicture(conversation_picture);
+    SignOutIcon.setPicture({program_picture.name, 64});
+}
+
+void MainFrm::connectMenus() {
+    const auto opens = [](ui::MenuItem& item, const char16_t* path) { item.Click = [path] { openPage(path); }; };
+    MurmelixMenuMinimize.Click = [this] { MurmelixMenuMinimize_Click(); };
+    opens(MurmelixMenuGetMoreChars, u"/Murmelix/download/d_characters.html");
+    opens(MurmelixMenuGetMoreLangVoice, u"/Murmelix/download/langauges.html");
+    MurmelixMenuExit.Click = [this] { MurmelixMenuExit_Click(); };
+    HelpMenuAbout.Click = [this] { HelpMenuAbout_Click(); };
+    opens(HelpMenuTips, u"/Murmelix/help/tips.html");
+    opens(HelpMenuHelp, u"/Murmelix/help/");
+    opens(HelpMenuTellAFriend, u"/Murmelix/sendmail/");
+    SystemMenuRestoreWindow.Click = [this] { SystemMenuRestoreWindow_Click(); };
+    SystemMenuStopReadingConver.Click = [this] { StartConvButt_Click(); };
+    SystemMenuExitMurmelix.Click = [this] { MurmelixMenuExit_Click(); };
+}
+
+void MainFrm::layOut() {
+    MainFrame.Move({0, 120, main_width, height - 240});
+    MurmelixFrame.Move({0, 120, options_width, 1020});
+    CharFrame.Move({0, 1260, options_width, 1740});
+    ReadTextFrame.Move({0, 3120, options_width, 1380});
+    EmotReadingFrame.Move({0, 4620, options_width, 1170});
+
+    ConversationsList.Move({165, 330, main_width - 330, 4650});
+    StartConvButt.Move({165, 5115, 3105, 390});
+    ReadOptnsButt.Move({3360, 5115, main_width - 3360 - 165, 390});
+
+    const auto line = [](int y) { return ui::Rect{180, y, options_width - 360, 270}; };
+    AutoMinimizeCheck.Move(line(300));
+    UpdatesCheck.Move(line(615));
+    CharMatchupButt.Move({180, 315, 2400, 375});
+    AutoAttachCheck.Move(line(780));
+    AutoHideBalloonCheck.Move(line(1080));
+    HideIdleCheck.Move(line(1380));
+    AutoCorrectTextCheck.Move(line(300));
+    IgnoreCharsCheck.Move(line(600));
+    IgnoreCharTxt.Move({450, 915, options_width - 630, 330});
+    PlayReadEmoticonCheck.Move(line(300));
+    SoundSchemeLbl.Move({180, 720, 1200, 240});
+    SoundSchemeList.Move({1410, 660, options_width - 1590, 330});
+
+    SignOutFrame.Move({0, 0, main_width + border_room, height});
+    SignOutIcon.Move({(main_width + border_room - 1020) / 2, 1200, 1020, 1020});
+    SignOutLbl.Move({660, 2460, main_width + border_room - 1320, 660});
+    SignInButt.Move({1290, 3300, 1260, 390});
+    HelpButt.Move({2670, 3300, 1260, 390});
+
+    setScale(main_width + border_room, height);
+    setWidth(main_width + border_room);
+    // What the window's border leaves of its room is shared out on both sides.
+    const int margin = (ScaleWidth() - main_width) / 2;
+    MainFrame.Move({margin, 120, main_width, height - 240});
+    for (ui::Frame* frame : {&MurmelixFrame, &CharFrame, &ReadTextFrame, &EmotReadingFrame}) {
+        frame->Move({margin + main_width + options_gap, frame->Top(), options_width, frame->Height()});
+        frame->setEnabled(false);
+    }
+}
+
+MonitorHost MainFrm::monitorHost() {
+    MonitorHost host;
+    host.addConversation = [this](const auto& caption, const auto& text, const auto& key, bool sel) {
+        ConversationsList.AddItem(caption, text, key, sel, ConvIcon.picture());
+    };
+    host.editConversationText = [this](const auto& key, const auto& text) {
+        ConversationsList.EditItemText(key, text);
+    };
+    host.removeConversation = [this](const auto& key) { ConversationsList.RemoveItem(key); };
+    host.conversationCount = [this] { return std::int32_t{ConversationsList.GetItemCount()}; };
+    host.startConvButtClick = [this] { StartConvButt_Click(); };
+    host.enableStartConvButt = [this](bool enabled) { StartConvButt.setEnabled(enabled); };
+    host.showSignOut = [this](bool show) { ShowSignOut(show); };
+    host.deleteSystemTrayIcon = [this] { DeleteSystemTrayIcon(); };
+    host.userCaption = [this] { return MainFrame.Caption(); };
+    host.setUserCaption = [this](const auto& caption) { MainFrame.setCaption(caption); };
+    host.resetReadingWindow = [this] {
+        WindowResizeTimer.setEnabled(false);
+        ReadingWindowTop = ReadingWindowLeft = 0;
+    };
+    host.enableReadMoniter = [this](bool enabled) { ReadMoniter.setEnabled(enabled); };
+    host.unloadSecondaryWindows = [this] { unloadSecondaryWindows(); };
+    host.main = [this] {
+        if (MSNControl) // a sign-in told while the monitor is still being made is met by the start itself
+            main_();
+    };
+    return host;
+}
+
+void MainFrm::connectCharacters() {
+    characterHost = {};
+    characterHost.characterFiles = [this] {
+        CharzList.Refresh();
+        return CharzList.names();
+    };
+    characterHost.conversationWindow = [this] { return MSNControl->GetWindowAt(ReadingWindowHandle); };
+    characterHost.messenger = [this] { return &MSNControl->MSNAPI(); };
+    characterHost.removeMoniteredContact = [this](const auto& key) { MSNControl->RemoveMoniteredContact(key); };
+    characterHost.deleteSystemTrayIcon = [this] { DeleteSystemTrayIcon(); };
+}
+
+void MainFrm::Form_Load() {
+    loaded_ = true;
+    if (!MainFormLoaded)
+        loadFirstTime();
+    if (SettingsKeyPath.empty())
+        ShowSignOut();
+    attempt([this] { MSNControl->MSNAPI_OnMyStatusChange(0, MSNControl->MSNAPI().MyStatus()); });
+    loadOptions();
+    checkCharacterDirectory();
+    if (MainFormLoaded)
+        showAgain();
+    else
+        showFirstTime();
+    if (ShowTipFrm)
+        showNotice(TipFrm);
+}
+
+void MainFrm::loadFirstTime() {
+    setMenuPictures();
+    SystemMenu.setCaption(u"");
+    SystemMenu.setEnabled(false);
+    setCaption(u"Murmelix v" + versionText());
+    ConversationsList.setItemHeight(static_cast<std::int16_t>(ui::toPixels(600)));
+    ConversationsList.SetPos(ui::toPixels(660), ui::toPixels(60), ui::toPixels(660), ui::toPixels(315),
+                             ui::toPixels(90), ui::toPixels(60));
+    SignOutFrame.ZOrder();
+}
+
+void MainFrm::setMenuPictures() {
+    // In the order of the menus' items; a separator's has no picture.
+    static const std::array<const char16_t*, 17> MenuImgs{
+        u"menu_minimize", nullptr, u"menu_characters", u"menu_voices", nullptr,     u"menu_exit",
+        u"menu_about",    nullptr, u"menu_tips",       u"menu_help",   nullptr,     u"menu_friend",
+        u"menu_restore",  nullptr, u"menu_stop",       nullptr,        u"menu_exit"};
+    std::size_t element = 0;
+    for (const ui::Menu* menu : menus()) {
+        for (ui::MenuItem* item : menu->items()) {
+            if (const char16_t* picture = MenuImgs.at(element++))
+                item->setPicture({picture});
+        }
+    }
+}
+
+void MainFrm::loadOptions() {
+    UpdatesCheck.setValue(AutoUpdate);
+    AutoMinimizeCheck.setValue(AutoMinimize);
+    HideIdleCheck.setValue(AutoHideIdleChar);
+    AutoHideBalloonCheck.setValue(AutoHideBalloon);
+    PlayReadEmoticonCheck.setValue(PlayReadEmoticon);
+    AutoAttachCheck.setValue(AutoAttachChar);
+    AutoCorrectTextCheck.setValue(AutoCorrectText);
+    IgnoreCharsCheck.setValue(AutoIgnoreChars);
+    IgnoreCharTxt.setText(IgnoredChars);
+    StartConvButt.setCaption(u"&Start Reading Selected Conversation");
+    fillSoundSchemes();
+}
+
+void MainFrm::checkCharacterDirectory() {
+    const std::u16string directory = WindowsDir + u"msagent\\chars\\";
+    if (!platform::directoryExists(directory)) {
+        platform::messageBox(
+            u"The character directory is not avaiable! Please reinstall Murmelix to fix this problem!\r\n"
+            u"Please restart your computer after the installation",
+            platform::mb_critical, u"Character Directory not found!");
+        DeleteSystemTrayIcon();
+        platform::endProcess();
+    }
+    CharzList.setPath(directory);
+    CharzList.Refresh();
+    CharzList.setListIndex(0);
+}
+
+void MainFrm::showFirstTime() {
+    AddSystemTrayIcon();
+    MainFormLoaded = on;
+    if (AutoMinimize) {
+        SystemMenuRestoreWindow.setCaption(u"&Restore Murmelix");
+        Hide();
+        MinimizedToTray = on;
+    } else {
+        Show();
+    }
+    if (AutoUpdate) {
+        const std::u16string directory = platform::programDirectory();
+        platform::shellExecute(u"", directory + u"\\updater.exe", pageAddress(u"/Murmelix/download/"), directory);
+    }
+}
+
+void MainFrm::showAgain() {
+    if (AutoMinimize) {
+        Hide();
+        MinimizedToTray = on;
+        SystemMenuRestoreWindow.setCaption(u"&Restore Murmelix");
+    } else {
+        MinimizedToTray = 0;
+        Show();
+        SystemMenuRestoreWindow.setCaption(u"&Minimize Murmelix");
+    }
+}
+
+void MainFrm::onClose() {
+    MurmelixMenuMinimize_Click();
+}
+
+void MainFrm::ShowSignOut(bool show) {
+    if (!show)
+        return SignOutFrame.setVisible(false);
+    SettingsKeyPath.clear();
+    ShowMinimizeFrm = 0;
+    ShowTipFrm = 0;
+    ShowEmotTipFrm = 0;
+    ConversationsList.ClearList();
+    OptionsShown = on;
+    ReadOptnsButt_Click();
+    SignOutFrame.setVisible(true);
+}
+
+void MainFrm::SignInButt_Click() {
+    attempt([this] { MSNControl->MSNAPI().Signin(0, u"", u""); });
+}
+
+void MainFrm::HelpButt_Click() {
+    openPage(u"/Murmelix/help/signin.html");
+}
+
+void MainFrm::StartConvButt_Click() {
+    StartConvButt.setCaption(IsReadingConversation ? u"&Start Reading Conversation" : u"&Stop Reading Conversation");
+    IsReadingConversation = IsReadingConversation ? std::int16_t{0} : on;
+    if (IsReadingConversation) {
+        ConversationsList.setEnabledIt(false);
+        StartReadingConversation();
+    } else {
+        stopReading();
+    }
+    SystemMenuStopReadingConver.setEnabled(IsReadingConversation != 0);
+}
+
+void MainFrm::StartReadingConversation() {
+    const auto window = MSNControl->GetWindowAt(handleOf(ConversationsList.GetSelectedKey()));
+    if (!window)
+        return StartConvButt_Click();
+    attempt([&] {
+        ReadingWindowHandle = window->Handle();
+        ReadingWindowTop = to16Bit(window->Top());
+        ReadingWindowLeft = to16Bit(window->Left());
+    });
+    MSNControl->AddMoniteredWindowContacts();
+    if (AutoAttachChar)
+        WindowResizeTimer.setEnabled(true);
+    MSNControl->StartAtEndOf(*window);
+    if (ShowEmotTipFrm)
+        showNotice(TipEmotFrm);
+    MSNControl->EnableMoniterTimer(true);
+}
+
+void MainFrm::stopReading() {
+    ConversationsList.setEnabledIt(true);
+    MSNControl->RemoveMoniteredWindowContacts();
+    MSNControl->EnableMoniterTimer(false);
+    ReadingWindowHandle = 0;
+    ReadingWindowTop = ReadingWindowLeft = 0;
+    WindowResizeTimer.setEnabled(false);
+}
+
+void MainFrm::ReadOptnsButt_Click() {
+    const std::array<ui::Frame*, 4> frames{&MurmelixFrame, &CharFrame, &ReadTextFrame, &EmotReadingFrame};
+    if (OptionsShown) {
+        setWidth(MainFrame.Width() + border_room);
+        ReadOptnsButt.setCaption(u"Show &Options ->");
+        for (ui::Frame* frame : frames)
+            frame->setEnabled(false);
+    } else if (!SignOutFrame.Visible()) {
+        setWidth(MurmelixFrame.Width() + MainFrame.Width() + options_gap + border_room);
+        ReadOptnsButt.setCaption(u"<- Hide &Options");
+        for (ui::Frame* frame : frames)
+            frame->setEnabled(true);
+    }
+    OptionsShown = OptionsShown ? std::int16_t{0} : on;
+}
+
+void MainFrm::WindowResizeTimer_Timer() {
+    if (!IsReadingConversation || platform::neighbourCallPending())
+        return;
+    attempt([this] {
+        const auto window = MSNControl->GetWindowAt(ReadingWindowHandle);
+        if (!window)
+            return StartConvButt_Click();
+        const std::int16_t top = to16Bit(window->Top()), left = to16Bit(window->Left());
+        if (top != ReadingWindowTop || left != ReadingWindowLeft)
+            ReArrangeLoadedCharacterPositions();
+    });
+}
+
+void MainFrm::ReadMoniter_Timer() {
+    if (!platform::neighbourCallPending())
+        MSNControl->ReadMoniter_Timer();
+}
+
+void MainFrm::AutoMinimizeCheck_Click() {
+    store(u"AutoMinimize", AutoMinimizeCheck, AutoMinimize);
+}
+
+void MainFrm::UpdatesCheck_Click() {
+    store(u"AutoUpdate", UpdatesCheck, AutoUpdate);
+}
+
+void MainFrm::CharMatchupButt_Click() {
+    if (IsReadingConversation) {
+        platform::messageBox(u"There is a conversation currently being monitered for reading!\r\n"
+                             u"You can't add/edit any matchups until you stop reading the current conversation!",
+                             platform::mb_critical, u"Can't Add/Edit Matchup While In Conversation!");
+    }
+}
+
+void MainFrm::AutoAttachCheck_Click() {
+    store(u"AutoAttachChar", AutoAttachCheck, AutoAttachChar);
+    WindowResizeTimer.setEnabled(AutoAttachChar && IsReadingConversation);
+}
+
+void MainFrm::AutoHideBalloonCheck_Click() {
+    store(u"AutoHideBalloon", AutoHideBalloonCheck, AutoHideBalloon);
+    AddAutoHideBalloonFeatureToAllLoadedChars(AutoHideBalloon != 0);
+}
+
+void MainFrm::HideIdleCheck_Click() {
+    store(u"AutoHideIdleChar", HideIdleCheck, AutoHideIdleChar);
+}
+
+void MainFrm::AutoCorrectTextCheck_Click() {
+    store(u"AutoCorrectText", AutoCorrectTextCheck, AutoCorrectText);
+}
+
+void MainFrm::IgnoreCharsCheck_Click() {
+    store(u"AutoIgnoreChars", IgnoreCharsCheck, AutoIgnoreChars);
+    IgnoreCharTxt.setEnabled(AutoIgnoreChars != 0);
+}
+
+void MainFrm::IgnoreCharTxt_Change() {
+    WriteRegistryValue(platform::Hive::current_user, SettingsKeyPath, u"IgnoredChars", IgnoreCharTxt.Text());
+    IgnoredChars = IgnoreCharTxt.Text();
+}
+
+void MainFrm::PlayReadEmoticonCheck_Click() {
+    store(u"PlayReadEmoticon", PlayReadEmoticonCheck, PlayReadEmoticon);
+    SoundSchemeList.setEnabled(PlayReadEmoticon != 0);
+}
+
+void MainFrm::SoundSchemeList_Click() {
+    if (SoundSchemeList.ListIndex() < 0)
+        return;
+    WriteRegistryValue(platform::Hive::current_user, SettingsKeyPath, u"CurrentSoundScheme", SoundSchemeList.Text());
+    CurrentSoundScheme = SoundSchemeList.Text();
+}
+
+void MainFrm::SoundSchemeList_GotFocus() {
+    fillSoundSchemes();
+}
+
+void MainFrm::fillSoundSchemes() {
+    SoundSchemeList.Clear();
+    int current = 0;
+    for (const std::u16string& name : platform::subdirectories(SoundsDir)) {
+        if (name == CurrentSoundScheme)
+            current = SoundSchemeList.ListCount();
+        SoundSchemeList.AddItem(name);
+    }
+    if (SoundSchemeList.ListCount() > 0)
+        SoundSchemeList.setListIndex(current);
+}
+
+void MainFrm::AddSystemTrayIcon() {
+    constexpr std::uint32_t message_icon_and_tip = 7, mouse_move = 512;
+    tray_icon_ = {88, &SystemTrayPic, 1, message_icon_and_tip, mouse_move, SystemTrayPic.picture(), {}};
+    const std::string tip = platform::toAnsi(u"Double click here to restore Murmelix's window");
+    std::copy_n(tip.begin(), std::min(tip.size(), tray_icon_.tip.size() - 1), tray_icon_.tip.begin());
+    ui::shellNotifyIcon(ui::TrayMessage::add, tray_icon_);
+}
+
+void MainFrm::DeleteSystemTrayIcon() {
+    ui::shellNotifyIcon(ui::TrayMessage::remove, tray_icon_);
+}
+
+void MainFrm::SystemTrayPic_MouseMove(int, int, float x, float) {
+    constexpr int right_button_down = 516, left_button_double_click = 515;
+    const int message = static_cast<int>(x / ui::twipsPerPixel() + 0.5);
+    if (message == right_button_down)
+        PopupMenu(SystemMenu);
+    else if (message == left_button_double_click)
+        SystemMenuRestoreWindow_Click();
+}
+
+void MainFrm::MurmelixMenuMinimize_Click() {
+    Hide();
+    MinimizedToTray = on;
+    if (!SettingsKeyPath.empty() && ShowMinimizeFrm)
+        showNotice(MinimizeFrm);
+    SystemMenuRestoreWindow.setCaption(u"&Restore Murmelix");
+}
+
+void MainFrm::SystemMenuRestoreWindow_Click() {
+    if (!SystemMenuRestoreWindow.Enabled())
+        return;
+    if (MinimizedToTray) {
+        Show();
+        SystemMenuRestoreWindow.setCaption(u"&Minimize Murmelix");
+        MinimizedToTray = 0;
+    } else {
+        Hide();
+        if (ShowMinimizeFrm)
+            showNotice(MinimizeFrm);
+        SystemMenuRestoreWindow.setCaption(u"&Restore Murmelix");
+        MinimizedToTray = on;
+    }
+}
+
+void MainFrm::MurmelixMenuExit_Click() {
+    if (IsReadingConversation &&
+        platform::messageBox(u"There is a conversation currently being monitered for reading. Close Murmelix anyway?",
+                             platform::mb_yes_no | platform::mb_critical, u"Closing Murmelix") != platform::answer_yes)
+        return;
+    DeleteSystemTrayIcon();
+    platform::endProcess();
+}
+
+void MainFrm::HelpMenuAbout_Click() {
+    SystemMenuRestoreWindow.setEnabled(false);
+    if (!AboutFRM)
+        AboutFRM = std::make_unique<murmelix::AboutFRM>(this);
+    AboutFRM->ShowModal();
+    SystemMenuRestoreWindow.setEnabled(true);
+}
+
+template <class Window>
+void MainFrm::showNotice(std::unique_ptr<Window>& notice) {
+    if (!notice)
+        notice = std::make_unique<Window>(this);
+    notice->Show();
+}
+
+void MainFrm::unloadSecondaryWindows() {
+    for (ui::Form* window :
+         std::array<ui::Form*, 4>{AboutFRM.get(), MinimizeFrm.get(), TipFrm.get(), TipEmotFrm.get()}) {
+        if (window)
+            window->Unload();
+    }
+}
+
+} // namespace murmelix

@@ -1,0 +1,161 @@
+// The main window: the conversations with the button that has one read, the options, the tray icon and the menus.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "app/about_frm.h"
+#include "app/notices.h"
+#include "controls/cool_list_box.h"
+#include "messenger/msn_control.h"
+#include "platform/agent_control.h"
+#include "platform/ui/file_list.h"
+#include "platform/ui/form.h"
+#include "platform/ui/timer.h"
+#include "platform/ui/tray.h"
+
+namespace murmelix {
+
+class MainFrm : public ui::Form {
+  public:
+    // `main`: the start-up routine, entered again at every sign-in.
+    explicit MainFrm(std::function<void()> main);
+
+    // Run by the start-up routine, every time.
+    void Form_Load() override;
+    // The close box hides the window.
+    void onClose() override;
+
+    void ShowSignOut(bool show = true);
+    void StartReadingConversation();
+    void AddSystemTrayIcon();
+    void DeleteSystemTrayIcon();
+
+    void SignInButt_Click();
+    void HelpButt_Click();
+    void StartConvButt_Click();
+    void ReadOptnsButt_Click();
+    void WindowResizeTimer_Timer();
+    void ReadMoniter_Timer();
+    void AutoMinimizeCheck_Click();
+    void UpdatesCheck_Click();
+    void CharMatchupButt_Click();
+    void AutoAttachCheck_Click();
+    void AutoHideBalloonCheck_Click();
+    void HideIdleCheck_Click();
+    void AutoCorrectTextCheck_Click();
+    void IgnoreCharsCheck_Click();
+    void IgnoreCharTxt_Change();
+    void PlayReadEmoticonCheck_Click();
+    void SoundSchemeList_Click();
+    void SoundSchemeList_GotFocus();
+    // The shell sends the icon's mouse messages as mouse moves, the message's number in `x` (twips).
+    void SystemTrayPic_MouseMove(int button, int shift, float x, float y);
+
+    void MurmelixMenuMinimize_Click();
+    void MurmelixMenuExit_Click();
+    void HelpMenuAbout_Click();
+    void SystemMenuRestoreWindow_Click();
+
+    ui::Frame SignOutFrame{*this, u"", ui::Frame::Border::none};
+    ui::PictureBox SignOutIcon{SignOutFrame};
+    ui::Label SignOutLbl{SignOutFrame,
+                         u"You are not currently signed in to your MSN/Windows Messenger. Please sign in first"};
+    ui::Button SignInButt{SignOutFrame, u"&Sign in"};
+    ui::Button HelpButt{SignOutFrame, u"Help"};
+
+    ui::Frame MainFrame{*this, u"Unknown - Offline"};
+    CoolListBox ConversationsList{MainFrame};
+    ui::Button StartConvButt{MainFrame, u"&Start Reading Conversation"};
+    ui::Button ReadOptnsButt{MainFrame, u"Show &Options ->"};
+    ui::PictureBox ConvIcon{MainFrame};
+
+    ui::Frame MurmelixFrame{*this, u"Murmeli&x Options"};
+    ui::CheckBox AutoMinimizeCheck{MurmelixFrame, u"&Minimize to System Tray on Startup"};
+    ui::CheckBox UpdatesCheck{MurmelixFrame, u"A&uto Check for Updates"};
+
+    ui::Frame CharFrame{*this, u"Characte&r Options"};
+    ui::Button CharMatchupButt{CharFrame, u"Chara&cter Matchup..."};
+    ui::CheckBox AutoAttachCheck{CharFrame, u"Auto Attach to Con&versation Window"};
+    ui::CheckBox AutoHideBalloonCheck{CharFrame, u"&Auto Hide Balloon After Reading"};
+    ui::CheckBox HideIdleCheck{CharFrame, u"Auto &Hide when Idle For a Short Time"};
+
+    ui::Frame ReadTextFrame{*this, u"&Text Reading Options"};
+    ui::CheckBox AutoCorrectTextCheck{ReadTextFrame, u"Auto Correct &Long Text (Recommended)"};
+    ui::CheckBox IgnoreCharsCheck{ReadTextFrame, u"Ignore Reading The &Following Characters:"};
+    ui::TextBox IgnoreCharTxt{ReadTextFrame, u"^#$/\\()"};
+
+    ui::Frame EmotReadingFrame{*this, u"Emoticon Read&ing"};
+    ui::CheckBox PlayReadEmoticonCheck{EmotReadingFrame, u"Enable Emotico&n Reading/Playing (Recommended)"};
+    ui::Label SoundSchemeLbl{EmotReadingFrame, u"Sound Scheme:"};
+    ui::DropDownList SoundSchemeList{EmotReadingFrame};
+
+    ui::PictureBox SystemTrayPic{*this};
+    ui::Timer WindowResizeTimer{1000};
+    ui::Timer ReadMoniter{10};
+    ui::FileList CharzList{u"*.acs"};
+
+    ui::Menu MurmelixMenu{*this, u"&Murmelix"};
+    ui::MenuItem MurmelixMenuMinimize{MurmelixMenu, u"&Minimize to System Tray"};
+    ui::MenuItem MurmelixMenuSep1{MurmelixMenu, u"-"};
+    ui::MenuItem MurmelixMenuGetMoreChars{MurmelixMenu, u"&Get More Characters"};
+    ui::MenuItem MurmelixMenuGetMoreLangVoice{MurmelixMenu, u"Get More &Languages && Voices"};
+    ui::MenuItem MurmelixMenuSep2{MurmelixMenu, u"-"};
+    ui::MenuItem MurmelixMenuExit{MurmelixMenu, u"E&xit Murmelix"};
+
+    ui::Menu HelpMenu{*this, u"&Help"};
+    ui::MenuItem HelpMenuAbout{HelpMenu, u"&About Murmelix..."};
+    ui::MenuItem HelpMenuSep2{HelpMenu, u"-"};
+    ui::MenuItem HelpMenuTips{HelpMenu, u"&Learn Tips and Tricks"};
+    ui::MenuItem HelpMenuHelp{HelpMenu, u"Find Hel&p on Website"};
+    ui::MenuItem HelpMenuSep3{HelpMenu, u"-"};
+    ui::MenuItem HelpMenuTellAFriend{HelpMenu, u"&Tell a Friend About Murmelix"};
+
+    ui::Menu SystemMenu{*this, u"System"}; // the tray's popup menu
+    ui::MenuItem SystemMenuRestoreWindow{SystemMenu, u"&Minimize Murmelix"};
+    ui::MenuItem SystemMenuSep1{SystemMenu, u"-"};
+    ui::MenuItem SystemMenuStopReadingConver{SystemMenu, u"&Stop Reading Conversation"};
+    ui::MenuItem SystemMenuSep2{SystemMenu, u"-"};
+    ui::MenuItem SystemMenuExitMurmelix{SystemMenu, u"E&xit Murmelix"};
+
+    std::int16_t OptionsShown = 0;
+    std::int16_t MinimizedToTray = 0;
+    std::int16_t ReadingWindowTop = 0, ReadingWindowLeft = 0; // where the conversation window was last seen
+
+    std::unique_ptr<platform::AgentControl> Agent;
+    std::unique_ptr<murmelix::MSNControl> MSNControl;
+
+    // The windows that come and go; null until they are needed first.
+    std::unique_ptr<murmelix::AboutFRM> AboutFRM;
+    std::unique_ptr<murmelix::MinimizeFrm> MinimizeFrm;
+    std::unique_ptr<murmelix::TipFrm> TipFrm;
+    std::unique_ptr<murmelix::TipEmotFrm> TipEmotFrm;
+
+  private:
+    void connectHandlers();
+    void connectMenus();
+    void layOut();
+    MonitorHost monitorHost();
+    void connectCharacters();
+
+    void loadFirstTime();
+    void setMenuPictures();
+    void loadOptions();
+    void checkCharacterDirectory();
+    void showFirstTime();
+    void showAgain();
+    void fillSoundSchemes();
+    void stopReading();
+    void hideToTray();
+    void unloadSecondaryWindows();
+    template <class Window>
+    void showNotice(std::unique_ptr<Window>& notice);
+
+    std::function<void()> main_;
+    ui::TrayIconRecord tray_icon_{};
+};
+
+} // namespace murmelix

@@ -1,0 +1,87 @@
+#include "platform/ui/surface.h"
+
+#include "platform/ui/native.h"
+#include "tests/fakes/ui/windows.h"
+
+namespace murmelix {
+
+struct ui::Surface::Impl {
+    int width = 0, height = 0, refreshes = 0;
+    bool bold = false, underline = false;
+    std::vector<fakes::Drawing> drawings;
+};
+
+namespace fakes {
+
+const std::vector<Drawing>& drawings(ui::Surface& surface) {
+    return surface.impl().drawings;
+}
+
+int refreshes(ui::Surface& surface) {
+    return surface.impl().refreshes;
+}
+
+} // namespace fakes
+
+namespace ui {
+
+using fakes::Drawing;
+
+Surface::Surface() : impl_(std::make_unique<Impl>()) {}
+Surface::~Surface() = default;
+
+int Surface::Width() const {
+    return impl_->width;
+}
+
+int Surface::Height() const {
+    return impl_->height;
+}
+
+void Surface::setFontSize(double) {}
+
+void Surface::setFontBold(bool bold) {
+    impl_->bold = bold;
+}
+
+void Surface::setFontUnderline(bool underline) {
+    impl_->underline = underline;
+}
+
+int Surface::TextWidth(std::u16string_view text) const {
+    return static_cast<int>(text.size()) * fakes::character_width;
+}
+
+int Surface::TextHeight() const {
+    return fakes::line_height;
+}
+
+void Surface::Cls(Colour) {
+    impl_->drawings.clear();
+}
+
+void Surface::Fill(const Rect& pixels, Colour colour) {
+    impl_->drawings.push_back({Drawing::Kind::fill, pixels, colour});
+}
+
+void Surface::Print(int x, int y, std::u16string_view text, Colour colour) {
+    impl_->drawings.push_back(
+        {Drawing::Kind::text, {x, y, 0, 0}, colour, std::u16string(text), impl_->bold, impl_->underline});
+}
+
+void Surface::PaintPicture(const Picture& picture, int x, int y) {
+    impl_->drawings.push_back({Drawing::Kind::picture, {x, y, 0, 0}, 0, picture.name});
+}
+
+void Surface::Refresh() {
+    ++impl_->refreshes;
+}
+
+void native::attach(Surface& surface, Handle picture_box) {
+    const Rect& bounds = fakes::screen().bounds[picture_box];
+    surface.impl().width = bounds.width;
+    surface.impl().height = bounds.height;
+}
+
+} // namespace ui
+} // namespace murmelix
