@@ -362,6 +362,7 @@ class Root final : public Answering {
   public:
     Root(Automation& automation, Automation::Key key) : Answering(automation, key), source_(*this, iid_events) {
         automation_.source_ = &source_;
+        source_.onAdded([this](DWORD listener) { automation_.introduce(listener); });
     }
 
   private:
@@ -614,17 +615,29 @@ void Automation::suffer(std::u16string_view member) {
     }
 }
 
-void Automation::enqueue(DISPID event, std::function<std::vector<Variant>()> arguments) {
+void Automation::enqueue(DISPID event, std::function<std::vector<Variant>()> arguments, DWORD only) {
     if (!source_ || source_->sinks() == 0)
         return;
-    events_.push_back([this, event, arguments = std::move(arguments)] {
+    events_.push_back([this, event, only, arguments = std::move(arguments)] {
         if (!source_)
             return;
         // Held: the root ends when its last sink lets go of it in the call.
         const Ptr<IDispatch> root(objects_.at({Kind::root, this}));
-        source_->fire(event, arguments());
+        source_->fire(event, arguments(), only);
     });
     hooks_.deliver_later();
+}
+
+void Automation::introduce(DWORD listener) noexcept {
+    try {
+        for (const ConversationPtr& open : client_.conversations()) {
+            enqueue(
+                event_id::im_window_created, [=, this] { return std::vector<Variant>{conversation(open)}; }, listener);
+        }
+    } catch (const std::exception&) {
+        // Without memory for it the listener sees the windows to come alone.
+        return;
+    }
 }
 
 void Automation::deliverEvents() {

@@ -64,7 +64,10 @@ class Automation {
     template <class T, class... Arguments>
     murmelix::com::Ptr<IDispatch> object(const Key& key, Arguments&&... arguments);
     void changed(const Change& change);
-    void enqueue(DISPID event, std::function<std::vector<murmelix::com::Variant>()> arguments);
+    void enqueue(DISPID event, std::function<std::vector<murmelix::com::Variant>()> arguments,
+                 DWORD only = murmelix::com::EventSource::every_sink);
+    // Tells a new listener of the windows that it has missed.
+    void introduce(DWORD listener) noexcept;
 
     Client& client_;
     Faults& faults_;

@@ -25,6 +25,7 @@ constexpr int people_width = 150;
 constexpr int bar_height = 26;
 constexpr int input_height = 62;
 constexpr int send_width = 74;
+constexpr int padding = 6; // between the frame of a text and the text
 
 CHARFORMAT2W formatOf(COLORREF color, bool bold) {
     CHARFORMAT2W format{};
@@ -35,11 +36,16 @@ CHARFORMAT2W formatOf(COLORREF color, bool bold) {
     return format;
 }
 
-void indent(HWND edit, int pixels) {
-    PARAFORMAT format{};
+int twips(int pixels) {
+    return MulDiv(pixels, 1440, px(96));
+}
+
+void setParagraph(HWND edit, int indent, int space_before) {
+    PARAFORMAT2 format{};
     format.cbSize = sizeof format;
-    format.dwMask = PFM_STARTINDENT;
-    format.dxStartIndent = MulDiv(pixels, 1440, 96);
+    format.dwMask = PFM_STARTINDENT | PFM_SPACEBEFORE;
+    format.dxStartIndent = twips(indent);
+    format.dySpaceBefore = twips(space_before);
     SendMessageW(edit, EM_SETPARAFORMAT, 0, reinterpret_cast<LPARAM>(&format));
 }
 
@@ -81,10 +87,8 @@ void ConversationWindow::build() {
                     WS_TABSTOP | WS_VSCROLL | LBS_OWNERDRAWFIXED | LBS_HASSTRINGS | LBS_NOINTEGRALHEIGHT, id_people);
     for (const HWND control : {history_, input_, send_, as_, people_})
         SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font_.get()), TRUE);
-    for (const HWND edit : {history_, input_}) {
+    for (const HWND edit : {history_, input_})
         SendMessageW(edit, EM_EXLIMITTEXT, 0, 0x7FFFFFFE);
-        SendMessageW(edit, EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN, MAKELPARAM(px(6), px(6)));
-    }
     // What other programs put in is never taken for formatted text.
     SendMessageW(input_, EM_SETTEXTMODE, TM_PLAINTEXT, 0);
     SendMessageW(people_, LB_SETITEMHEIGHT, 0, px(38));
@@ -105,9 +109,11 @@ void ConversationWindow::arrange() {
         SetWindowPos(control, nullptr, left, top, std::max(width, 0), std::max(height, 0),
                      SWP_NOZORDER | SWP_NOACTIVATE);
     };
-    place(history_, gap + 1, history_top + 1, right - gap - 2, bar_top - gap - history_top - 2);
+    const int inset = px(padding);
+    place(history_, gap + inset, history_top + inset, right - gap - inset - 1, bar_top - gap - history_top - 2 * inset);
     place(as_, gap + label, bar_top, std::min(px(230), right - gap - label), px(240));
-    place(input_, gap + 1, input_top + 1, right - gap - px(send_width) - gap - 2, px(input_height) - 2);
+    place(input_, gap + inset, input_top + inset, right - gap - px(send_width) - gap - inset - 1,
+          px(input_height) - 2 * inset);
     place(send_, right - px(send_width), input_top, px(send_width), px(input_height));
     ShowWindow(people_, people ? SW_SHOW : SW_HIDE);
     place(people_, right + gap + 1, history_top + 1, people - 2, area.bottom - gap - history_top - 2);
@@ -131,7 +137,10 @@ void ConversationWindow::paint() {
         RECT edge{};
         GetWindowRect(control, &edge);
         MapWindowPoints(nullptr, handle(), reinterpret_cast<POINT*>(&edge), 2);
-        InflateRect(&edge, 1, 1);
+        // The scroll bar of a text stands at the frame.
+        const int inset = control == people_ ? 1 : px(padding);
+        edge = {edge.left - inset, edge.top - inset, edge.right + 1, edge.bottom + inset};
+        fill(dc, edge, color::field);
         const GdiOwner<HBRUSH> brush(CreateSolidBrush(color::line));
         FrameRect(dc, &edge, brush.get());
     }
@@ -198,8 +207,8 @@ void ConversationWindow::showPeople() {
     SendMessageW(people_, WM_SETREDRAW, TRUE, 0);
     SendMessageW(as_, CB_RESETCONTENT, 0, 0);
     for (const ContactPtr& writer : writers_) {
-        const std::u16string entry = writer->friendly + (writer == client_.me() ? u" (you)" : u"");
-        SendMessageW(as_, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(wide(entry)));
+        SendMessageW(as_, CB_ADDSTRING, 0,
+                     reinterpret_cast<LPARAM>(wide(writer == client_.me() ? u"Me" : writer->friendly)));
     }
     const auto chosen = std::find(writers_.begin(), writers_.end(), before);
     SendMessageW(as_, CB_SETCURSEL, static_cast<WPARAM>(chosen == writers_.end() ? 0 : chosen - writers_.begin()), 0);
@@ -242,13 +251,20 @@ void ConversationWindow::showQueued() {
 void ConversationWindow::append(const Piece& piece) {
     CHARRANGE end{0x7FFFFFFE, 0x7FFFFFFE};
     SendMessageW(history_, EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&end));
-    CHARFORMAT2W format =
+    const CHARFORMAT2W format =
         formatOf(piece.style == Style::message ? color::text : color::soft_text, piece.style == Style::name);
-    SendMessageW(history_, EM_SETCHARFORMAT, SCF_SELECTION, reinterpret_cast<LPARAM>(&format));
-    const std::u16string text = shown(piece.text);
-    SendMessageW(history_, EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(wide(text)));
-    if (piece.style != Style::message || piece.text.starts_with(u"\r\n"))
-        indent(history_, piece.style == Style::message ? px(12) : 0);
+    // The line end first: the lines after it take over its indentation.
+    std::u16string_view rest = piece.text;
+    const auto insert = [&](std::u16string_view text) {
+        SendMessageW(history_, EM_SETCHARFORMAT, SCF_SELECTION, reinterpret_cast<LPARAM>(&format));
+        SendMessageW(history_, EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(wide(shown(text))));
+    };
+    if (rest.starts_with(u"\r\n")) {
+        insert(u"\r\n");
+        rest.remove_prefix(2);
+        setParagraph(history_, piece.style == Style::message ? px(10) : 0, piece.style == Style::name ? px(6) : 0);
+    }
+    insert(rest);
 }
 
 void ConversationWindow::changed(const Change& change) {

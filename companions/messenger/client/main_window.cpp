@@ -129,8 +129,9 @@ void MainWindow::paint() {
         drawText(dc, title_.get(), color::on_band, me->friendly, line, DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS);
         line.top = line.bottom;
         line.bottom += px(22);
-        drawText(dc, font_.get(), color::on_band_soft, std::u16string(nameOf(me->status)) + u" \x25BE", line,
-                 DT_SINGLELINE | DT_VCENTER);
+        drawText(dc, font_.get(), color::on_band_soft, nameOf(me->status), line, DT_SINGLELINE | DT_VCENTER);
+        const int behind = line.left + textWidth(dc, font_.get(), nameOf(me->status)) + px(6);
+        drawDownArrow(dc, {behind, (line.top + line.bottom) / 2}, color::on_band_soft);
     } else {
         drawText(dc, title_.get(), color::on_band, u"Welcome", line, DT_SINGLELINE | DT_VCENTER);
         line.top = line.bottom;

@@ -140,6 +140,19 @@ void drawText(HDC dc, HFONT font, COLORREF with, std::u16string_view text, RECT 
               format | DT_NOPREFIX);
 }
 
+int textWidth(HDC dc, HFONT font, std::u16string_view text) {
+    const Selected with_font(dc, font);
+    SIZE size{};
+    GetTextExtentPoint32W(dc, reinterpret_cast<const wchar_t*>(text.data()), static_cast<int>(text.size()), &size);
+    return size.cx;
+}
+
+void drawDownArrow(HDC dc, POINT at, COLORREF with) {
+    const int half = px(3);
+    for (int row = 0; row <= half; ++row)
+        fill(dc, {at.x + row, at.y - half / 2 + row, at.x + 2 * half + 1 - row, at.y - half / 2 + row + 1}, with);
+}
+
 void drawAvatar(HDC dc, HFONT font, const RECT& area, const Contact& contact) {
     const int size = area.right - area.left;
     const bool here = contact.status != Status::offline && contact.status != Status::unknown;

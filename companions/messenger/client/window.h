@@ -45,6 +45,9 @@ COLORREF colorOf(Status status);
 void fill(HDC dc, const RECT& area, COLORREF color);
 void fillBand(HDC dc, const RECT& area);
 void drawText(HDC dc, HFONT font, COLORREF color, std::u16string_view text, RECT area, UINT format);
+int textWidth(HDC dc, HFONT font, std::u16string_view text);
+// The sign of a menu that opens downwards, its middle at the left.
+void drawDownArrow(HDC dc, POINT at, COLORREF color);
 // A disc with the first letter of the name, in a colour of its own, and a small disc for the status.
 void drawAvatar(HDC dc, HFONT font, const RECT& area, const Contact& contact);
 // Two speech bubbles, `size` pixels wide; owned by the process.
