@@ -37,11 +37,17 @@ int main(int count, char** arguments) {
         std::fflush(stdout);
         Sleep(INFINITE);
     }
+    if (std::strcmp(what, "chatter") == 0) {
+        for (int i = 0; i < 1000; ++i)
+            std::fprintf(stderr, "%01000d", i);
+        std::fputs("said", stdout);
+        return 3;
+    }
     if (std::strcmp(what, "close and hang") == 0) {
         std::fputs("said", stdout);
         std::fclose(stdout);
+        std::fclose(stderr);
         std::fclose(stdin);
-        CloseHandle(GetStdHandle(STD_OUTPUT_HANDLE));
         Sleep(INFINITE);
     }
     return 0;

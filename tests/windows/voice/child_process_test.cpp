@@ -34,7 +34,7 @@ struct Ran {
 Ran run(const std::wstring& command, std::string_view input = {}, milliseconds limit = seconds(60),
         const std::stop_token& stop = {}, std::size_t most_output = most) {
     Ran ran;
-    ran.result = runChild(command, input, limit, most_output, stop, ran.error);
+    ran.result = runChild(command, System::windows, input, limit, most_output, stop, ran.error);
     return ran;
 }
 
@@ -99,7 +99,11 @@ TEST(ChildProcess, OneThatHangsIsEnded) {
 }
 
 TEST(ChildProcess, OneThatHangsAfterItsOutputIsEnded) {
-    EXPECT_FALSE(run(child(L"close and hang"), "text", milliseconds(500)).result);
+    EXPECT_EQ(run(child(L"close and hang"), "text", milliseconds(500)).error, "the program takes too long");
+}
+
+TEST(ChildProcess, ChatterOnTheStandardErrorHoldsNothingUp) {
+    EXPECT_EQ(run(child(L"chatter")).output(), "said");
 }
 
 TEST(ChildProcess, OneThatFloodsIsEnded) {
@@ -113,6 +117,28 @@ TEST(ChildProcess, AStopEndsTheWait) {
     stop.request_stop();
     ASSERT_EQ(ran.wait_for(seconds(30)), std::future_status::ready);
     EXPECT_EQ(ran.get().error, "stopped");
+}
+
+// A program of the system below Wine; nothing to start elsewhere.
+TEST(ChildProcess, BelowWineTheOutputIsBehindTheInput) {
+    if (GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") == nullptr)
+        GTEST_SKIP() << "this is not Wine";
+    const auto below = [](const std::wstring& script, const std::string& input) {
+        Ran ran;
+        ran.result = runChild(L"\"\\\\?\\unix\\bin\\sh\" -c \"" + script + L"\"", System::below_wine, input, seconds(5),
+                              most, {}, ran.error);
+        return ran;
+    };
+    std::string input;
+    for (int i = 0; input.size() < 300'000; ++i)
+        input += std::to_string(i);
+    const Ran copied = below(L"t=$(cat); printf %s $t >&0; sleep 0.2; printf end >&0; echo 0", input);
+    EXPECT_EQ(copied.output(), input + "end");
+    const Ran failed = below(L"echo 42", "text");
+    ASSERT_TRUE(failed.result) << failed.error;
+    EXPECT_EQ(failed.result->exit_code, 42U);
+    EXPECT_EQ(below(L"exit 0", "text").error, "the program ended without telling how");
+    EXPECT_EQ(below(L"exec sleep 6", "text").error, "the program takes too long");
 }
 
 TEST(ChildProcess, ManyRunSideBySide) {

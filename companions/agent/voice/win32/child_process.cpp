@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <utility>
 
 #include <winsock2.h>
@@ -13,7 +14,7 @@ namespace agent::voice {
 namespace {
 
 using Deadline = std::chrono::steady_clock::time_point;
-constexpr long poll_ms = 20; // how often a stop is looked for
+constexpr DWORD poll_ms = 20; // how often a stop is looked for
 
 class Winsock {
   public:
@@ -57,19 +58,64 @@ class Socket {
 
 class Handle {
   public:
-    explicit Handle(HANDLE handle) : handle_(handle) {}
+    Handle() = default;
+    explicit Handle(HANDLE handle) : handle_(handle == INVALID_HANDLE_VALUE ? nullptr : handle) {}
     Handle(const Handle&) = delete;
     Handle& operator=(const Handle&) = delete;
     ~Handle() {
-        if (handle_ != nullptr && handle_ != INVALID_HANDLE_VALUE)
+        if (handle_ != nullptr)
             CloseHandle(handle_);
     }
     HANDLE get() const { return handle_; }
     explicit operator bool() const { return handle_ != nullptr; }
 
   private:
-    HANDLE handle_;
+    HANDLE handle_ = nullptr;
 };
+
+// A file that a new process may inherit and that is gone with its last handle.
+HANDLE temporaryFile() {
+    std::array<wchar_t, MAX_PATH + 1> folder{};
+    std::array<wchar_t, MAX_PATH + 1> path{};
+    const DWORD length = GetTempPathW(static_cast<DWORD>(folder.size()), folder.data());
+    if (length == 0 || length >= folder.size() || GetTempFileNameW(folder.data(), L"say", 0, path.data()) == 0)
+        return nullptr;
+    SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
+    const HANDLE file = CreateFileW(path.data(), GENERIC_READ | GENERIC_WRITE | DELETE,
+                                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, &inherited, CREATE_ALWAYS,
+                                    FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr);
+    if (file == INVALID_HANDLE_VALUE)
+        DeleteFileW(path.data());
+    return file;
+}
+
+std::uint64_t sizeOf(const Handle& file) {
+    LARGE_INTEGER size{};
+    return GetFileSizeEx(file.get(), &size) != 0 ? static_cast<std::uint64_t>(size.QuadPart) : 0;
+}
+
+bool toBegin(const Handle& file) {
+    return SetFilePointerEx(file.get(), LARGE_INTEGER{}, nullptr, FILE_BEGIN) != 0;
+}
+
+bool fill(const Handle& file, std::string_view content) {
+    DWORD written = 0;
+    return content.size() <= MAXDWORD &&
+           WriteFile(file.get(), content.data(), static_cast<DWORD>(content.size()), &written, nullptr) != 0 &&
+           written == content.size() && toBegin(file);
+}
+
+bool readFrom(const Handle& file, std::size_t begin, std::vector<std::uint8_t>& content) {
+    const auto size = static_cast<std::size_t>(sizeOf(file));
+    content.resize(size - std::min(size, begin));
+    LARGE_INTEGER position{};
+    position.QuadPart = static_cast<LONGLONG>(begin);
+    DWORD got = 0;
+    return content.empty() ||
+           (SetFilePointerEx(file.get(), position, nullptr, FILE_BEGIN) != 0 &&
+            ReadFile(file.get(), content.data(), static_cast<DWORD>(content.size()), &got, nullptr) != 0 &&
+            got == content.size());
+}
 
 sockaddr_in loopback() {
     sockaddr_in address{};
@@ -83,8 +129,8 @@ Socket plainSocket() {
     return Socket(WSASocketW(AF_INET, SOCK_STREAM, IPPROTO_TCP, nullptr, 0, 0));
 }
 
-// Two ends joined on the loopback. Pipes would do on Windows; under Wine a program of the system below inherits
-// sockets, but not pipes.
+// Two ends joined on the loopback: theirs is closed when the program has ended, however it did. Of a program below Wine
+// that is the one sign; a pipe it would not inherit.
 struct SocketPair {
     Socket ours, theirs;
 
@@ -114,18 +160,17 @@ struct SocketPair {
 // The list of handles that a new process inherits: these and no others.
 class InheritedHandles {
   public:
-    explicit InheritedHandles(HANDLE handle) : handle_(handle) {
+    explicit InheritedHandles(std::array<HANDLE, 2> handles) : handles_(handles) {
         SIZE_T size = 0;
         InitializeProcThreadAttributeList(nullptr, 1, 0, &size);
         memory_.resize(size);
         list_ = reinterpret_cast<LPPROC_THREAD_ATTRIBUTE_LIST>(memory_.data());
-        good_ = InitializeProcThreadAttributeList(list_, 1, 0, &size) != 0;
-        if (good_)
-            good_ = UpdateProcThreadAttribute(list_, 0, PROC_THREAD_ATTRIBUTE_HANDLE_LIST, &handle_, sizeof handle_,
-                                              nullptr, nullptr) != 0;
+        made_ = InitializeProcThreadAttributeList(list_, 1, 0, &size) != 0;
+        good_ = made_ && UpdateProcThreadAttribute(list_, 0, PROC_THREAD_ATTRIBUTE_HANDLE_LIST, handles_.data(),
+                                                   sizeof handles_, nullptr, nullptr) != 0;
     }
     ~InheritedHandles() {
-        if (good_)
+        if (made_)
             DeleteProcThreadAttributeList(list_);
     }
     InheritedHandles(const InheritedHandles&) = delete;
@@ -133,132 +178,133 @@ class InheritedHandles {
     LPPROC_THREAD_ATTRIBUTE_LIST get() const { return good_ ? list_ : nullptr; }
 
   private:
-    HANDLE handle_;
+    std::array<HANDLE, 2> handles_;
     std::vector<std::uint8_t> memory_;
     LPPROC_THREAD_ATTRIBUTE_LIST list_ = nullptr;
-    bool good_ = false;
+    bool made_ = false, good_ = false;
 };
 
-// False when it did not start. `process` stays null where there is no handle to have.
-bool start(std::wstring& command_line, const Socket& socket, HANDLE& process) {
-    const InheritedHandles inherited(socket.handle());
-    STARTUPINFOEXW start_info{};
-    start_info.StartupInfo.cb = sizeof start_info;
-    // Detached from any console: below Wine a program that would get a console of its own, as one started by a program
-    // without a console would, loses its standard handles.
-    start_info.StartupInfo.dwFlags = STARTF_USESTDHANDLES;
-    start_info.StartupInfo.hStdInput = socket.handle();
-    start_info.StartupInfo.hStdOutput = socket.handle();
-    start_info.lpAttributeList = inherited.get();
-    PROCESS_INFORMATION information{};
-    if (start_info.lpAttributeList == nullptr ||
-        CreateProcessW(nullptr, command_line.data(), nullptr, nullptr, TRUE,
-                       EXTENDED_STARTUPINFO_PRESENT | DETACHED_PROCESS, nullptr, nullptr, &start_info.StartupInfo,
-                       &information) == 0)
-        return false;
-    const Handle thread(information.hThread);
-    process = information.hProcess;
-    return true;
-}
+// A program on its way. What is written to it and by it goes through files: the sockets that a program below Wine
+// inherits do not wait for what is to come, nor for room.
+class Child {
+  public:
+    Child(System system, std::chrono::milliseconds limit, std::size_t most_output, const std::stop_token& stop,
+          std::string& error)
+        : below_wine_(system == System::below_wine), deadline_(std::chrono::steady_clock::now() + limit),
+          most_output_(most_output), stop_(stop), error_(error) {}
 
-// Input written and output read until the program closes its end; false with a reason otherwise.
-bool talk(const Socket& socket, std::string_view input, Deadline deadline, std::size_t most_output,
-          const std::stop_token& stop, std::vector<std::uint8_t>& output, std::string& error) {
-    bool sending = true;
-    for (;;) {
-        if (stop.stop_requested()) {
-            error = "stopped";
+    std::optional<ChildResult> run(std::wstring& command_line, std::string_view input) {
+        if (stop_.stop_requested())
+            return failed("stopped");
+        if (!input_ || !output_ || !fill(input_, input) || (below_wine_ && (!winsock_ || !sockets_.open())))
+            return failed("no connection to a program can be made");
+        HANDLE started = nullptr;
+        if (!start(command_line, started))
+            return failed("the program cannot be started");
+        const Handle process(started);
+        sockets_.theirs.close();
+        if (!wait(process)) {
+            if (process)
+                TerminateProcess(process.get(), 1);
+            return std::nullopt;
+        }
+        ChildResult result;
+        if (!exitCode(process, result.exit_code))
+            return failed("the program ended without telling how");
+        if (!readFrom(below_wine_ ? input_ : output_, below_wine_ ? input.size() : 0, result.output))
+            return failed("what the program wrote cannot be read");
+        return result;
+    }
+
+  private:
+    std::nullopt_t failed(const char* reason) {
+        error_ = reason;
+        return std::nullopt;
+    }
+
+    // False when it did not start. `process` stays null where there is no handle to have.
+    bool start(std::wstring& command_line, HANDLE& process) {
+        const HANDLE out = below_wine_ ? sockets_.theirs.handle() : output_.get();
+        const InheritedHandles inherited({input_.get(), out});
+        STARTUPINFOEXW start_info{};
+        start_info.StartupInfo.cb = sizeof start_info;
+        // Hidden by its window: told to have no console, a program below Wine gets no standard handles.
+        start_info.StartupInfo.dwFlags = STARTF_USESTDHANDLES | STARTF_USESHOWWINDOW;
+        start_info.StartupInfo.wShowWindow = SW_HIDE;
+        start_info.StartupInfo.hStdInput = input_.get();
+        start_info.StartupInfo.hStdOutput = out;
+        start_info.lpAttributeList = inherited.get();
+        PROCESS_INFORMATION information{};
+        if (start_info.lpAttributeList == nullptr ||
+            CreateProcessW(nullptr, command_line.data(), nullptr, nullptr, TRUE, EXTENDED_STARTUPINFO_PRESENT, nullptr,
+                           nullptr, &start_info.StartupInfo, &information) == 0)
             return false;
-        }
-        if (std::chrono::steady_clock::now() >= deadline) {
-            error = "the program takes too long";
-            return false;
-        }
-        if (sending && input.empty()) {
-            shutdown(socket.get(), SD_SEND);
-            sending = false;
-        }
-        fd_set readable{}, writable{};
-        FD_SET(socket.get(), &readable);
-        if (sending)
-            FD_SET(socket.get(), &writable);
-        timeval wait{0, poll_ms * 1000};
-        const int ready = select(0, &readable, &writable, nullptr, &wait);
-        if (ready == SOCKET_ERROR) {
-            error = "the program cannot be listened to";
-            return false;
-        }
-        if (FD_ISSET(socket.get(), &writable)) {
-            const int size = static_cast<int>(std::min<std::size_t>(input.size(), 1 << 16));
-            const int sent = send(socket.get(), input.data(), size, 0);
-            if (sent > 0)
-                input.remove_prefix(static_cast<std::size_t>(sent));
-            else if (WSAGetLastError() != WSAEWOULDBLOCK)
-                input = {}; // it has read all it wants
-        }
-        if (FD_ISSET(socket.get(), &readable)) {
-            std::array<char, 1 << 16> block;
-            const int got = recv(socket.get(), block.data(), static_cast<int>(block.size()), 0);
-            // A program that ends with input unread resets the connection: what it wrote is there all the same.
-            if (got == 0 || (got < 0 && WSAGetLastError() == WSAECONNRESET))
+        const Handle thread(information.hThread);
+        process = information.hProcess;
+        return true;
+    }
+
+    // Until the program has ended; false with a reason where it is not waited for any longer.
+    bool wait(const Handle& process) {
+        for (;;) {
+            const bool ended = below_wine_ ? !listen() : WaitForSingleObject(process.get(), poll_ms) != WAIT_TIMEOUT;
+            if (sizeOf(below_wine_ ? input_ : output_) > most_output_)
+                error_ = "the program writes too much";
+            else if (ended)
                 return true;
-            if (got < 0 && WSAGetLastError() != WSAEWOULDBLOCK) {
-                error = "the program cannot be listened to";
-                return false;
-            }
-            if (got > 0) {
-                output.insert(output.end(), block.begin(), block.begin() + got);
-                if (output.size() > most_output) {
-                    error = "the program writes too much";
-                    return false;
-                }
-            }
+            else if (stop_.stop_requested())
+                error_ = "stopped";
+            else if (std::chrono::steady_clock::now() >= deadline_)
+                error_ = "the program takes too long";
+            else
+                continue;
+            return false;
         }
     }
-}
 
-// The exit code of a program that has closed its output.
-std::optional<std::uint32_t> endOf(HANDLE process, Deadline deadline, const std::stop_token& stop) {
-    DWORD code = 0;
-    while (WaitForSingleObject(process, poll_ms) == WAIT_TIMEOUT)
-        if (stop.stop_requested() || std::chrono::steady_clock::now() >= deadline)
-            return std::nullopt;
-    if (GetExitCodeProcess(process, &code) == 0)
-        return std::nullopt;
-    return code;
-}
+    // Takes what comes within a moment; false when the other end is closed.
+    bool listen() {
+        fd_set readable{};
+        FD_SET(sockets_.ours.get(), &readable);
+        timeval moment{0, static_cast<long>(poll_ms) * 1000};
+        if (select(0, &readable, nullptr, nullptr, &moment) <= 0)
+            return true;
+        std::array<char, 4096> block{};
+        const int got = recv(sockets_.ours.get(), block.data(), static_cast<int>(block.size()), 0);
+        if (got <= 0)
+            return got < 0 && WSAGetLastError() == WSAEWOULDBLOCK;
+        if (told_.size() < block.size())
+            told_.append(block.data(), static_cast<std::size_t>(got));
+        return true;
+    }
+
+    bool exitCode(const Handle& process, std::uint32_t& code) const {
+        if (!below_wine_) {
+            DWORD value = 0;
+            const bool known = GetExitCodeProcess(process.get(), &value) != 0;
+            code = value;
+            return known;
+        }
+        return std::from_chars(told_.data(), told_.data() + told_.size(), code).ec == std::errc();
+    }
+
+    const bool below_wine_;
+    const Deadline deadline_;
+    const std::size_t most_output_;
+    const std::stop_token& stop_;
+    std::string& error_;
+    Winsock winsock_;
+    SocketPair sockets_;
+    Handle input_{temporaryFile()}, output_{temporaryFile()};
+    std::string told_; // on the standard output of a program below Wine
+};
 
 } // namespace
 
-std::optional<ChildResult> runChild(std::wstring command_line, std::string_view input, std::chrono::milliseconds limit,
-                                    std::size_t most_output, const std::stop_token& stop, std::string& error) {
-    const Deadline deadline = std::chrono::steady_clock::now() + limit;
-    const Winsock winsock;
-    SocketPair sockets;
-    if (!winsock || !sockets.open()) {
-        error = "no connection to a program can be made";
-        return std::nullopt;
-    }
-    HANDLE started = nullptr;
-    if (!start(command_line, sockets.theirs, started)) {
-        error = "the program cannot be started";
-        return std::nullopt;
-    }
-    const Handle process(started);
-    sockets.theirs.close();
-    ChildResult result;
-    bool good = talk(sockets.ours, input, deadline, most_output, stop, result.output, error);
-    if (good && process) {
-        result.exit_code = endOf(process.get(), deadline, stop);
-        good = result.exit_code.has_value();
-        if (!good)
-            error = "the program does not end";
-    }
-    if (!good && process)
-        TerminateProcess(process.get(), 1);
-    if (!good)
-        return std::nullopt;
-    return result;
+std::optional<ChildResult> runChild(std::wstring command_line, System system, std::string_view input,
+                                    std::chrono::milliseconds limit, std::size_t most_output,
+                                    const std::stop_token& stop, std::string& error) {
+    return Child(system, limit, most_output, stop, error).run(command_line, input);
 }
 
 } // namespace agent::voice

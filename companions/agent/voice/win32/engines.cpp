@@ -1,6 +1,5 @@
 #include "companions/agent/voice/win32/engines.h"
 
-#include <algorithm>
 #include <array>
 #include <chrono>
 
@@ -13,15 +12,15 @@ namespace agent::voice {
 
 namespace {
 
-constexpr std::chrono::seconds time_limit{20};
+constexpr std::chrono::seconds time_limit{22}; // more than the shell's own, below
 // What the longest text can sound, and more.
-constexpr std::size_t most_output = std::size_t{64} << 20;
+constexpr std::size_t most_output = std::size_t{60} << 20;
 
-// The shell of the system below Wine reports the exit code that Wine does not hand on, in as many letters behind the
-// output, and ends a program that hangs; its name is looked up where that system looks.
-constexpr std::wstring_view shell_command =
-    L"\"\\\\?\\unix\\bin\\sh\" -c \"timeout -k 1 20 espeak-ng \\\"$@\\\" 2>/dev/null; printf %4d $?\" sh";
-constexpr std::size_t exit_code_letters = 4;
+// The shell of the system below Wine has the sound written behind the text (which espeak-ng reads to its end first),
+// tells the exit code, looks the program's name up where that system looks, and ends one that hangs or writes beyond
+// all measure (in blocks of 512 bytes).
+constexpr std::wstring_view shell_command = L"\"\\\\?\\unix\\bin\\sh\" -c \"ulimit -f 131072; "
+                                            L"timeout -k 1 20 espeak-ng \\\"$@\\\" >&0 2>/dev/null; echo $?\" sh";
 
 bool runsUnderWine() {
     const HMODULE ntdll = GetModuleHandleW(L"ntdll.dll");
@@ -57,33 +56,20 @@ std::wstring withArguments(std::wstring command, const std::vector<std::string>&
     return command;
 }
 
-std::optional<std::vector<std::uint8_t>> runProgram(const std::wstring& path, const ProgramRun& run,
-                                                    const std::stop_token& stop, std::string& error) {
-    std::optional<ChildResult> result =
-        runChild(withArguments(L"\"" + path + L"\"", run.arguments), run.input, time_limit, most_output, stop, error);
-    if (!result)
-        return std::nullopt;
-    if (result->exit_code.value_or(0) != 0) {
-        error = "espeak-ng failed";
-        return std::nullopt;
-    }
-    return std::move(result->output);
-}
-
-std::optional<std::vector<std::uint8_t>> runBelowWine(const ProgramRun& run, const std::stop_token& stop,
-                                                      std::string& error) {
-    std::optional<ChildResult> result = runChild(withArguments(std::wstring(shell_command), run.arguments), run.input,
-                                                 time_limit, most_output, stop, error);
-    if (!result)
-        return std::nullopt;
-    std::vector<std::uint8_t>& output = result->output;
-    const std::size_t size = output.size() - std::min(output.size(), exit_code_letters);
-    if (std::string_view(reinterpret_cast<const char*>(output.data()) + size, output.size() - size) != "   0") {
-        error = "espeak-ng failed";
-        return std::nullopt;
-    }
-    output.resize(size);
-    return std::move(output);
+// `command` runs espeak-ng with the arguments that follow it.
+RunProgram runnerOf(std::wstring command, System system) {
+    return [command = std::move(command), system](const ProgramRun& run, const std::stop_token& stop,
+                                                  std::string& error) -> std::optional<std::vector<std::uint8_t>> {
+        std::optional<ChildResult> result =
+            runChild(withArguments(command, run.arguments), system, run.input, time_limit, most_output, stop, error);
+        if (!result)
+            return std::nullopt;
+        if (result->exit_code != 0) {
+            error = "espeak-ng failed with the exit code " + std::to_string(result->exit_code);
+            return std::nullopt;
+        }
+        return std::move(result->output);
+    };
 }
 
 } // namespace
@@ -91,10 +77,9 @@ std::optional<std::vector<std::uint8_t>> runBelowWine(const ProgramRun& run, con
 std::unique_ptr<Engine> makeEspeak() {
     std::unique_ptr<Espeak> engine;
     if (const std::wstring path = findProgram(); !path.empty())
-        engine = std::make_unique<Espeak>([path](const ProgramRun& run, const std::stop_token& stop,
-                                                 std::string& error) { return runProgram(path, run, stop, error); });
+        engine = std::make_unique<Espeak>(runnerOf(L"\"" + path + L"\"", System::windows));
     else if (runsUnderWine())
-        engine = std::make_unique<Espeak>(runBelowWine);
+        engine = std::make_unique<Espeak>(runnerOf(std::wstring(shell_command), System::below_wine));
     if (engine && !engine->hasVoice())
         engine.reset();
     return engine;
