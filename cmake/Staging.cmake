@@ -1,15 +1,10 @@
-# What a user has: `cmake --install build/win64` fills build/Murmelix, that of win32 build/Murmelix-win32. Drawings and
-# sounds are those that the preset host has built.
+# What a user has: `cmake --install build/win64 --prefix build/Murmelix` fills a program directory. Drawings and sounds are
+# those that the preset host has built. The target `programs` builds what is installed.
 if(NOT WIN32)
   return()
 endif()
-cmake_path(GET CMAKE_BINARY_DIR FILENAME MURMELIX_STAGED_PRESET)
-set(staged ${PROJECT_SOURCE_DIR}/build/Murmelix)
-if(NOT MURMELIX_STAGED_PRESET STREQUAL "win64")
-  string(APPEND staged "-${MURMELIX_STAGED_PRESET}")
-endif()
 if(CMAKE_INSTALL_PREFIX_INITIALIZED_TO_DEFAULT)
-  set(CMAKE_INSTALL_PREFIX ${staged} CACHE PATH "The program directory that is staged" FORCE)
+  set(CMAKE_INSTALL_PREFIX ${CMAKE_BINARY_DIR}/staged CACHE PATH "Where the program directory is made" FORCE)
 endif()
 
 # The program, what it starts, and the Messenger client.
@@ -22,6 +17,7 @@ foreach(program Murmelix MSAGENT tv_enua updater MessengerClient)
 endforeach()
 install(DIRECTORY ${MURMELIX_ASSETS}/sounds DESTINATION . FILES_MATCHING PATTERN "*.wav")
 install(DIRECTORY DESTINATION CharPics)
+install(FILES ${PROJECT_SOURCE_DIR}/companions/messenger/demo/conversation.txt DESTINATION conversations)
 install(FILES ${PROJECT_SOURCE_DIR}/LICENSE DESTINATION . RENAME LICENSE.txt)
 # What MSAGENT.exe installs.
 if(TARGET AgentServer)

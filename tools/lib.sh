@@ -92,9 +92,11 @@ build_programs() {
     stage win64
 }
 
-# stage PRESET: fills the program directory of the preset.
+# stage PRESET: fills the program directory of the preset, build/Murmelix for win64 and build/Murmelix-PRESET for others.
 stage() {
-    cmake --install "$MURMELIX_ROOT/build/$1" >"$MURMELIX_ROOT/build/$1-staging.log" ||
+    local directory=$MURMELIX_ROOT/build/Murmelix
+    [ "$1" = win64 ] || directory+=-$1
+    cmake --install "$MURMELIX_ROOT/build/$1" --prefix "$directory" >"$MURMELIX_ROOT/build/$1-staging.log" ||
         die "the programs of $1 could not be staged; see build/$1-staging.log"
 }
 

@@ -66,6 +66,7 @@ class Desk:
 
     def run(self, name, program, *arguments, seconds=START_SECONDS):
         """Runs a Windows program to its end; its exit status and what it printed."""
+        (self._logs / f"{name}.txt").unlink(missing_ok=True)
         process = self.start(name, program, *arguments)
         try:
             status = process.wait(seconds)
@@ -188,6 +189,10 @@ class Options:
     speed: float = 1.0
     output: Path = ROOT / "build" / "run"
     headless: bool = True
+    stage_speed: float = 0  # how much faster the characters act; 0: headless like the conversation, else naturally
+
+    def speed_of_stage(self):
+        return self.stage_speed or (max(self.speed, 1) if self.headless else 1)
 
 
 class Reading:
@@ -208,7 +213,7 @@ class Reading:
         self.desk.start("AgentServer.exe", self.desk.agent_server(),
                         "/record", windows_path(options.output / "speech.wav"),
                         "/transcript", windows_path(self.transcript.path),
-                        *(["/speed", f"{options.speed:g}"] if options.headless and options.speed > 1 else []))
+                        *(["/speed", f"{options.speed_of_stage():g}"] if options.speed_of_stage() != 1 else []))
         arguments = ["/conversation", windows_path(options.conversation), "/participants", options.participants,
                      "/speed", f"{options.speed:g}", "/wait", "/log", windows_path(self.log.path)]
         if options.messages:

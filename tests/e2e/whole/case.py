@@ -1,0 +1,205 @@
+"""What every test of whole programs shares: a screen and a prefix of its own, a watchdog, and an end to everything."""
+
+import faulthandler
+import os
+import re
+import shutil
+import sys
+import threading
+import unittest
+from dataclasses import dataclass, field
+from pathlib import Path
+
+ROOT = Path(__file__).resolve().parents[3]
+sys.path.insert(0, str(ROOT / "tools"))
+
+from desk.prefix import Prefix, windows_path  # noqa: E402
+from desk.reading import MAIN_WINDOW, PROGRAM_DIRECTORY, Desk, Options, Reading, expected_calls  # noqa: E402
+from desk.records import unescape  # noqa: E402
+from desk.screen import Screen  # noqa: E402
+from desk.waiting import TimedOut, wait_for  # noqa: E402
+
+__all__ = ["MAIN_WINDOW", "PROGRAM_DIRECTORY", "ROOT", "TimedOut", "WholeProgramTest", "Window", "expected_calls",
+           "main", "wait_for", "windows_path"]
+
+PROBE = ROOT / "build" / "win64" / "tests" / "e2e" / "probe" / "e2e_probe.exe"
+WATCHDOG_SECONDS = 300
+SETTINGS_KEY = r"HKCU\Software\Murmelix"
+
+
+@dataclass
+class Window:
+    kind: str
+    visible: bool
+    enabled: bool
+    text: str
+    handle: int
+    children: list = field(default_factory=list)
+
+    def all(self):
+        yield self
+        for child in self.children:
+            yield from child.all()
+
+    def texts(self):
+        return [window.text for window in self.all() if window.text]
+
+
+class WholeProgramTest(unittest.TestCase):
+    """One desk a test. What it leaves under build/e2e/NAME: the logs, and pictures of the screen."""
+
+    maxDiff = None
+
+    def setUp(self):
+        name = self.id().rsplit(".", 1)[-1]
+        self.output = ROOT / "build" / "e2e" / name
+        shutil.rmtree(self.output, ignore_errors=True)
+        self.output.mkdir(parents=True)
+        self._run = ROOT / "build" / "wine-runs" / f"{os.getpid()}.{name}"
+        screen = Screen.own()
+        try:
+            prefix = Prefix(self._run / "prefix")
+        except BaseException:
+            screen.close()
+            raise
+        self.desk = Desk(screen, prefix, self.output)
+        self.screen = screen
+        self.reading = None
+        self._watchdog = threading.Timer(WATCHDOG_SECONDS, self._give_up)
+        self._watchdog.daemon = True
+        self._watchdog.start()
+        self.addCleanup(self._end)
+
+    def _end(self):
+        self._watchdog.cancel()
+        self.desk.close()
+        shutil.rmtree(self._run, ignore_errors=True)
+        for lock in self._run.parent.glob(self._run.name + "*.lock"):
+            lock.unlink()
+
+    def _give_up(self):
+        print(f"\n{self.id()} has not ended within {WATCHDOG_SECONDS} s.\n{self.report()}", flush=True)
+        faulthandler.dump_traceback()
+        self.desk.close()
+        os._exit(1)
+
+    def report(self):
+        """What everybody is doing, with a picture of the screen."""
+        lines = [self.desk.state()]
+        if self.reading:
+            self.reading.transcript.new()
+            lines += ["last lines of the transcript:"]
+            lines += [f"    {act.seconds:.3f} {act.moment} {act.key} {act.what} {act.of!r} {act.outcome}"
+                      for act in self.reading.transcript.acts[-10:]]
+        if self.screen.picture(self.output / "given-up.png"):
+            lines.append(f"picture: {self.output / 'given-up.png'}")
+        return "\n".join(lines)
+
+    def fail(self, msg=None):
+        raise self.failureException(f"{msg}\n{self.report()}")
+
+    def eventually(self, what, condition, seconds=60):
+        """The first true result of the condition; the test fails, telling what goes on, where there is none in time."""
+        try:
+            return wait_for(what, condition, seconds, 0.05)
+        except TimedOut as error:
+            self.fail(str(error))
+
+    # Windows, as they are inside Wine.
+
+    def windows(self):
+        """All top-level windows with their children."""
+        status, printed = self.desk.run("probe", PROBE)
+        self.assertEqual(status, 0, printed)
+        top, stack = [], []
+        for line in printed.splitlines():
+            fields = line.split("\t")
+            if len(fields) != 6 or not fields[0].isdigit():
+                continue
+            window = Window(fields[1], fields[2] == "1", fields[3] == "1", unescape(fields[4]), int(fields[5]))
+            depth = int(fields[0])
+            del stack[depth:]
+            (stack[-1].children if stack else top).append(window)
+            stack.append(window)
+        return top
+
+    def window(self, title):
+        """The visible top-level window of that title, or None."""
+        return next((window for window in self.windows() if window.visible and window.text == title), None)
+
+    def message_box(self, title, *, seconds=60):
+        """Waits for a message box of that title; its text."""
+        self.eventually(f"a message box titled {title!r}", lambda: self.screen.find("^" + re.escape(title) + "$"),
+                        seconds)
+        box = self.eventually(f"the text of {title!r}", lambda: self.window(title), 20)
+        self.screen.picture(self.output / (re.sub(r"\W+", "-", title) + ".png"))
+        return "\n".join(window.text for window in box.children if window.kind == "Static" and window.text)
+
+    def answer(self, title, key="Return"):
+        """Presses a key in the message box of that title, until it is gone."""
+        def gone():
+            windows = self.screen.find("^" + re.escape(title) + "$")
+            if not windows:
+                return True
+            if self.screen.activate(windows[-1]):
+                self.screen.key(key)
+            return False
+        self.eventually(f"the end of {title!r}", gone, 30)
+
+    # The registry.
+
+    def reg(self, *arguments):
+        status, printed = self.desk.run("reg", "reg.exe", *arguments)
+        self.assertEqual(status, 0, printed)
+
+    # Readings.
+
+    def conversation(self, text):
+        """A chat log of the test's own."""
+        file = self.output / "conversation.txt"
+        file.write_text(text, "utf-8")
+        return file
+
+    def start_reading(self, conversation, **options):
+        """Neighbours and program started, and the reading begun by its accelerator."""
+        self.open_program(conversation, **options)
+        self.reading.start_reading()
+        return self.reading
+
+    def open_program(self, conversation, **options):
+        """Neighbours and program started; the conversation is listed."""
+        options.setdefault("speed", 10)
+        self.reading = Reading(self.desk, Options(conversation, output=self.output, headless=True, **options))
+        self.reading.start_neighbours()
+        self.reading.start_program()
+        return self.reading
+
+    def client(self, command):
+        """Has the Messenger client carry out a command."""
+        status, printed = self.desk.run("send", PROGRAM_DIRECTORY / "MessengerClient.exe", "/send", command)
+        self.assertEqual(status, 0, f"{command}: {printed}")
+
+    def acts(self, **wanted):
+        """Acts of the transcript up to now whose fields have the wanted values."""
+        self.reading.transcript.new()
+        return [act for act in self.reading.transcript.acts
+                if all(getattr(act, name) == value for name, value in wanted.items())]
+
+    def said(self, key):
+        """The words that the character of `key` was told to speak, in order."""
+        return [act.of for act in self.acts(moment="call", key=key, what="Speak")]
+
+    def assert_responsive(self):
+        """The main window answers: its texts can be read, which the window procedure itself does."""
+        window = next((window for window in self.windows() if re.match(MAIN_WINDOW, window.text)), None)
+        if window is None:
+            self.fail("the main window does not answer")
+        return window
+
+    def assert_running(self, name):
+        if not self.desk.running(name):
+            self.fail(f"{name} has ended")
+
+
+def main():
+    unittest.main(verbosity=2)
