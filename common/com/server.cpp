@@ -385,6 +385,7 @@ struct EventSource::Impl final : IConnectionPointContainer, IConnectionPoint {
     DWORD last_cookie = 0;
     std::vector<Connection> connections;
     std::function<void()> lost;
+    std::function<void(DWORD)> added;
 
     Impl(IDispatch& the_owner, const IID& the_events) : owner(the_owner), events(the_events) {}
     virtual ~Impl() = default;
@@ -437,6 +438,8 @@ struct EventSource::Impl final : IConnectionPointContainer, IConnectionPoint {
             return E_OUTOFMEMORY;
         }
         *cookie = last_cookie;
+        if (added)
+            added(last_cookie);
         return S_OK;
     }
     HRESULT STDMETHODCALLTYPE Unadvise(DWORD cookie) override {
@@ -472,7 +475,7 @@ void* EventSource::container() {
     return static_cast<IConnectionPointContainer*>(impl_);
 }
 
-void EventSource::fire(DISPID event, const std::vector<Variant>& arguments) {
+void EventSource::fire(DISPID event, const std::vector<Variant>& arguments, DWORD only) {
     const Ptr<IDispatch> alive(&impl_->owner);
     std::vector<VARIANT> raw; // borrowed: the arguments own them
     raw.reserve(arguments.size());
@@ -482,6 +485,8 @@ void EventSource::fire(DISPID event, const std::vector<Variant>& arguments) {
     const auto connections = impl_->connections;
     bool some_lost = false;
     for (const auto& connection : connections) {
+        if (only != every_sink && connection.cookie != only)
+            continue;
         DISPPARAMS parameters{raw.data(), nullptr, static_cast<UINT>(raw.size()), 0};
         const HRESULT result = connection.sink->Invoke(event, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD,
                                                        &parameters, nullptr, nullptr, nullptr);
@@ -498,6 +503,10 @@ std::size_t EventSource::sinks() const {
 
 void EventSource::onLost(std::function<void()> lost) {
     impl_->lost = std::move(lost);
+}
+
+void EventSource::onAdded(std::function<void(DWORD)> added) {
+    impl_->added = std::move(added);
 }
 
 Registration registerServer(const ServerClass& server, const std::u16string& command) {

@@ -85,12 +85,15 @@ class EventSource {
     EventSource& operator=(const EventSource&) = delete;
 
     void* container();
-    // Calls every sink, arguments in declared order. Sinks whose process is gone are dropped; other failures are
-    // theirs. Calling a sink runs the message loop.
-    void fire(DISPID event, const std::vector<Variant>& arguments);
+    // Calls every sink, or only that of one cookie, arguments in declared order. Sinks whose process is gone are
+    // dropped; other failures are theirs. Calling a sink runs the message loop.
+    static constexpr DWORD every_sink = 0;
+    void fire(DISPID event, const std::vector<Variant>& arguments, DWORD only = every_sink);
     std::size_t sinks() const;
     // Called after a sink was dropped because its process is gone.
     void onLost(std::function<void()> lost);
+    // Called with the cookie of each new sink, in the middle of its Advise; must not throw, nor call the sink.
+    void onAdded(std::function<void(DWORD)> added);
 
   private:
     struct Impl;
