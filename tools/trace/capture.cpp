@@ -60,6 +60,8 @@ class Reading {
 void step(Reading& reading, const Json& line, std::ostream& out) {
     if (line.has(u"append")) {
         reading.append(line[u"append"].text());
+    } else if (!line.has(u"ticks")) {
+        throw JsonError("neither \"append\" nor \"ticks\"");
     } else {
         const std::int32_t ticks = line[u"ticks"].count();
         for (std::int32_t i = 0; i < ticks; ++i)

@@ -1,0 +1,45 @@
+#include "tests/unit/program/program_test.h"
+
+namespace murmelix::test {
+
+namespace {
+
+TEST(LanguageTable, HoldsThirtyOneLanguagesInOrder) {
+    InitLanguageTable();
+    const std::vector<std::pair<std::u16string, std::u16string>> expected{
+        {u"Arabic", u"%1025"},    {u"Basque", u"%1069"},     {u"Croation", u"%1050"},
+        {u"Czech", u"%1029"},     {u"Danish", u"%1030"},     {u"Dutch", u"%1043"},
+        {u"EnglishUS", u"%1033"}, {u"EnglishGB", u"%2057"},  {u"Finnish", u"%1035"},
+        {u"French", u"%1036"},    {u"German", u"%1031"},     {u"Greek", u"%1032"},
+        {u"Hebrew", u"%1037"},    {u"Hungarian", u"%1038"},  {u"Italian", u"%1040"},
+        {u"Japanese", u"%1041"},  {u"Korean", u"%1042"},     {u"Norwegian", u"%1044"},
+        {u"Polish", u"%1045"},    {u"Portuguese", u"%2070"}, {u"Portuguese_Brazil", u"%1046"},
+        {u"Romanian", u"%1048"},  {u"Russian", u"%1049"},    {u"SimplifiedChinese", u"%2052"},
+        {u"Slovakian", u"%1051"}, {u"Slovenian", u"%1060"},  {u"Spanish", u"%3082"},
+        {u"Swedish", u"%1053"},   {u"Thai", u"%1054"},       {u"TraditionalChinese", u"%1028"},
+        {u"Turkish", u"%1055"},
+    };
+    ASSERT_EQ(LanguageTable.Count(), 31u);
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+        EXPECT_EQ(LanguageTable.KeyAt(i + 1), expected[i].first);
+        EXPECT_EQ(LanguageTable.Item(i + 1), expected[i].second);
+    }
+}
+
+TEST(LanguageTable, FillingAgainKeepsOneOfEach) {
+    InitLanguageTable();
+    InitLanguageTable();
+    EXPECT_EQ(LanguageTable.Count(), 31u);
+}
+
+TEST(LanguageTable, KeyHoldsTheNumberBehindItsFirstCharacter) {
+    EXPECT_EQ(LanguageFromKey(u"%1031"), 1031);
+    EXPECT_EQ(LanguageFromKey(u"%3082"), 3082);
+    EXPECT_EQ(LanguageFromKey(u"%"), 0);
+    EXPECT_EQ(LanguageFromKey(u""), 0);
+    EXPECT_EQ(LanguageFromKey(u"%99999"), 32767);
+}
+
+} // namespace
+
+} // namespace murmelix::test
