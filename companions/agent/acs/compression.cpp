@@ -205,12 +205,13 @@ Match matchOf(std::size_t length, std::size_t distance) {
     return {length, distance, static_cast<int>(9 * length) - static_cast<int>(cost)};
 }
 
-// Finds earlier occurrences: the last one of every two bytes, and chains of those of the same three bytes.
+// Finds earlier occurrences by a hash: the last one of the same two bytes, and chains of those of the same three.
 class Matcher {
   public:
     explicit Matcher(std::span<const std::uint8_t> bytes)
         : bytes_(bytes), hash_bits_(std::clamp(static_cast<unsigned>(std::bit_width(bytes.size())), 8U, 18U)),
-          last_of_two_(1U << 16, none), head_(std::size_t{1} << hash_bits_, none), previous_(bytes.size(), none) {}
+          last_of_two_(std::size_t{1} << hash_bits_, none), head_(std::size_t{1} << hash_bits_, none),
+          previous_(bytes.size(), none) {}
 
     Match best(std::size_t position) const {
         Match result;
@@ -224,13 +225,13 @@ class Matcher {
                 result = match;
             }
         };
-        if (const std::uint32_t candidate = last_of_two_[two(position)]; candidate != none) {
+        if (const std::uint32_t candidate = last_of_two_[hashOfTwo(position)]; candidate != none) {
             consider(candidate);
         }
         if (left < 3) {
             return result;
         }
-        std::uint32_t candidate = head_[hash(position)];
+        std::uint32_t candidate = head_[hashOfThree(position)];
         for (int tries = longest_chain; tries > 0 && candidate != none && position - candidate <= longest_distance &&
                                         result.length < std::min(left, long_enough);
              --tries) {
@@ -246,10 +247,10 @@ class Matcher {
     void insert(std::size_t position) {
         const auto place = static_cast<std::uint32_t>(position);
         if (position + 2 <= bytes_.size()) {
-            last_of_two_[two(position)] = place;
+            last_of_two_[hashOfTwo(position)] = place;
         }
         if (position + 3 <= bytes_.size()) {
-            std::uint32_t& head = head_[hash(position)];
+            std::uint32_t& head = head_[hashOfThree(position)];
             previous_[position] = head;
             head = place;
         }
@@ -262,10 +263,13 @@ class Matcher {
     static constexpr std::uint32_t none = 0xFFFFFFFF;
     static constexpr int longest_chain = 128;
 
-    std::size_t two(std::size_t position) const { return bytes_[position] | bytes_[position + 1] << 8U; }
-    std::size_t hash(std::size_t position) const {
-        const std::uint32_t three = static_cast<std::uint32_t>(two(position)) | bytes_[position + 2] * 0x10000U;
-        return (three * 2654435761U) >> (32U - hash_bits_);
+    std::size_t hash(std::uint32_t bytes) const { return (bytes * 2654435761U) >> (32U - hash_bits_); }
+    std::size_t hashOfTwo(std::size_t position) const {
+        return hash(bytes_[position] | static_cast<std::uint32_t>(bytes_[position + 1] << 8U));
+    }
+    std::size_t hashOfThree(std::size_t position) const {
+        return hash(bytes_[position] | static_cast<std::uint32_t>(bytes_[position + 1] << 8U) |
+                    static_cast<std::uint32_t>(bytes_[position + 2] << 16U));
     }
     std::size_t commonLength(std::size_t a, std::size_t b, std::size_t at_most) const {
         const auto first = bytes_.begin() + static_cast<std::ptrdiff_t>(b);
