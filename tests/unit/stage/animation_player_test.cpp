@@ -1,0 +1,174 @@
+#include <gmock/gmock.h>
+
+#include "companions/agent/stage/animation_player.h"
+
+namespace agent::stage {
+namespace {
+
+using testing::ElementsAre;
+
+// An animation whose frames have 100 ms, and what the player shows of it: the frame's number each 10 ms.
+struct Show {
+    std::shared_ptr<acs::Animation> animation = std::make_shared<acs::Animation>();
+    std::vector<int> rolls; // 0 to 99
+    AnimationPlayer player{[this](int) {
+        const int roll = rolls.empty() ? 0 : rolls.front();
+        if (!rolls.empty()) {
+            rolls.erase(rolls.begin());
+        }
+        return roll;
+    }};
+    Time now = 0;
+
+    explicit Show(int frames) { animation->frames.resize(static_cast<std::size_t>(frames)); }
+    int shown() const { return static_cast<int>(player.frame() - animation->frames.data()); }
+    // The frames that were shown, in order, until the animation ends or the time is over.
+    std::vector<int> frames(Time most) {
+        player.start(animation, now);
+        std::vector<int> seen{shown()};
+        for (const Time end = now + most; now < end && player.playing(); now += 10) {
+            for (int i = 0; i < 1000 && player.step(now); ++i) {
+                if (player.playing()) {
+                    seen.push_back(shown());
+                }
+            }
+        }
+        return seen;
+    }
+};
+
+TEST(AnimationPlayer, HoldsEachFrameForItsDuration) {
+    Show show(2);
+    show.animation->frames[0].duration = 7; // 70 ms
+    show.player.start(show.animation, 1000);
+    EXPECT_FALSE(show.player.step(1069));
+    EXPECT_EQ(show.shown(), 0);
+    EXPECT_TRUE(show.player.step(1070));
+    EXPECT_EQ(show.shown(), 1);
+    EXPECT_FALSE(show.player.step(1169));
+    EXPECT_TRUE(show.player.playing());
+    EXPECT_TRUE(show.player.step(1170));
+    EXPECT_FALSE(show.player.playing());
+}
+
+TEST(AnimationPlayer, GoesThroughTheFramesAndEndsPastTheLast) {
+    EXPECT_THAT(Show(3).frames(5000), ElementsAre(0, 1, 2));
+}
+
+TEST(AnimationPlayer, TakesABranchWhereTheRollIsWithinItsProbability) {
+    Show show(4);
+    show.animation->frames[0].branches = {{2, 30}, {3, 20}};
+    show.rolls = {29}; // r = 30
+    EXPECT_THAT(show.frames(5000), ElementsAre(0, 2, 3));
+}
+
+TEST(AnimationPlayer, SubtractsThePassedBranchFromTheRoll) {
+    Show show(4);
+    show.animation->frames[0].branches = {{2, 30}, {3, 20}};
+    show.rolls = {49}; // r = 50: 50 - 30 = 20
+    EXPECT_THAT(show.frames(5000), ElementsAre(0, 3));
+}
+
+TEST(AnimationPlayer, GoesOnWhereNoBranchIsTaken) {
+    Show show(4);
+    show.animation->frames[0].branches = {{2, 30}, {3, 20}};
+    show.rolls = {50}; // r = 51: 51 - 30 = 21
+    EXPECT_THAT(show.frames(5000), ElementsAre(0, 1, 2, 3));
+}
+
+TEST(AnimationPlayer, TakesTheExitFrameOnceAStopIsAsked) {
+    Show show(5);
+    show.animation->frames[1].branches = {{0, 100}};
+    show.animation->frames[1].exit_frame = 4;
+    show.player.start(show.animation, 0);
+    show.player.askStop(0);
+    while (show.player.step(150)) {
+    }
+    EXPECT_EQ(show.shown(), 1);
+    while (show.player.step(210)) {
+    }
+    EXPECT_EQ(show.shown(), 4);
+}
+
+TEST(AnimationPlayer, ExitOfMinusOneEndsAndMinusTwoIsIgnored) {
+    Show show(3);
+    show.animation->frames[0].exit_frame = -2;
+    show.animation->frames[1].exit_frame = -1;
+    show.player.start(show.animation, 0);
+    show.player.askStop(0);
+    while (show.player.step(110)) {
+    }
+    EXPECT_EQ(show.shown(), 1);
+    while (show.player.step(210)) {
+    }
+    EXPECT_FALSE(show.player.playing());
+    EXPECT_EQ(show.shown(), 1);
+}
+
+TEST(AnimationPlayer, ExitFramesMeanNothingWhileNoStopIsAsked) {
+    Show show(3);
+    show.animation->frames[0].exit_frame = -1;
+    EXPECT_THAT(show.frames(5000), ElementsAre(0, 1, 2));
+}
+
+TEST(AnimationPlayer, AnEndlessRunOfFramesWithoutDurationIsSlowedDown) {
+    Show show(2);
+    for (acs::Frame& frame : show.animation->frames) {
+        frame.duration = 0;
+    }
+    show.animation->frames[1].branches = {{0, 100}};
+    const auto seen = show.frames(1000);
+    EXPECT_GT(seen.size(), 10U);
+    EXPECT_LT(seen.size(), 250U);
+}
+
+TEST(AnimationPlayer, AFewFramesWithoutDurationTakeNoTime) {
+    Show show(3);
+    show.animation->frames[0].duration = show.animation->frames[1].duration = 0;
+    show.player.start(show.animation, 0);
+    while (show.player.step(0)) {
+    }
+    EXPECT_EQ(show.shown(), 2);
+}
+
+TEST(AnimationPlayer, AnAnimationThatFindsNoExitIsCutAfterFiveSeconds) {
+    Show show(1);
+    show.animation->frames[0].branches = {{0, 100}};
+    show.player.start(show.animation, 0);
+    show.player.askStop(1000);
+    while (show.player.step(5900)) {
+    }
+    EXPECT_TRUE(show.player.playing());
+    while (show.player.step(6000)) {
+    }
+    EXPECT_FALSE(show.player.playing());
+}
+
+TEST(AnimationPlayer, ALateClockIsMadeUpForOnlyInPart) {
+    Show show(400);
+    show.player.start(show.animation, 0);
+    int steps = 0;
+    while (show.player.step(30000)) {
+        ++steps;
+    }
+    EXPECT_LE(steps, 10);
+}
+
+TEST(AnimationPlayer, KnowsALoopWithoutAWayOut) {
+    Show show(3);
+    show.animation->frames[1].branches = {{0, 60}, {1, 40}};
+    show.player.start(show.animation, 0);
+    EXPECT_TRUE(show.player.endless());
+    show.animation->frames[1].branches[1].probability = 39; // one in a hundred goes on
+    EXPECT_FALSE(show.player.endless());
+}
+
+TEST(AnimationPlayer, WithoutFramesItIsOverAtOnce) {
+    Show show(0);
+    show.player.start(show.animation, 0);
+    EXPECT_FALSE(show.player.playing());
+    EXPECT_EQ(show.player.frame(), nullptr);
+}
+
+} // namespace
+} // namespace agent::stage

@@ -1,0 +1,559 @@
+#include <gmock/gmock.h>
+
+#include "tests/unit/stage/rehearsal.h"
+
+namespace agent::stage {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+
+Request moveTo(int x, int y, int speed = 1000) {
+    Request request;
+    request.kind = Kind::move_to;
+    request.x = x;
+    request.y = y;
+    request.speed = speed;
+    return request;
+}
+
+Request plain(Kind kind, const std::u16string& text = {}) {
+    Request request;
+    request.kind = kind;
+    request.text = text;
+    return request;
+}
+
+TEST(Queue, ACallReturnsAtOnceAndIsPendingUntilItsTurn) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    const auto first = r.play(a, u"Wave");
+    const auto second = r.play(a, u"Wave");
+    EXPECT_EQ(static_cast<int>(first->status), 2);
+    r.pass(10);
+    EXPECT_EQ(static_cast<int>(first->status), 4);
+    EXPECT_EQ(static_cast<int>(second->status), 2);
+    r.pass(1000);
+    EXPECT_EQ(static_cast<int>(first->status), 0);
+    EXPECT_EQ(static_cast<int>(second->status), 0);
+}
+
+TEST(Queue, ACharacterPlaysItsQueueStrictlyInOrder) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    r.play(a, u"Wave");
+    r.speak(a, u"one two");
+    r.play(a, u"Point");
+    r.pass(5000);
+    EXPECT_THAT(r.taken("a "),
+                ElementsAre("a starts Play Wave", "a ends Play Wave", "a starts Speak one two", "a says one two",
+                            "a words 3", "a words 7", "a bookmark 7", "a words 7", "a ends Speak one two",
+                            "a starts Play Point", "a ends Play Point", "a balloon closed"));
+}
+
+TEST(Queue, CharactersPlaySideBySide) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    Actor& b = r.onStage("b");
+    r.play(a, u"Wave");
+    r.play(b, u"Wave");
+    r.pass(10);
+    EXPECT_THAT(r.taken(), ElementsAre("a starts Play Wave", "b starts Play Wave"));
+    r.pass(400);
+    EXPECT_THAT(r.taken(), ElementsAre("a ends Play Wave", "b ends Play Wave"));
+}
+
+TEST(Queue, RequestNumbersCountUpOverAllCharacters) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    Actor& b = r.onStage("b");
+    const auto first = r.play(a, u"Wave");
+    const auto second = r.play(b, u"Wave");
+    EXPECT_EQ(second->number, first->number + 1);
+}
+
+TEST(Queue, ManyThousandRequestsAreTaken) {
+    Rehearsal r;
+    Actor& a = r.enter("a"); // hidden: each fails at its turn
+    std::vector<RequestRef> requests;
+    for (int i = 0; i < 20000; ++i) {
+        requests.push_back(r.play(a, u"Wave"));
+    }
+    r.pass(10);
+    EXPECT_EQ(requests.back()->status, Status::pending) << "one tick must not do it all";
+    r.pass(10000);
+    EXPECT_EQ(requests.back()->status, Status::failed);
+}
+
+TEST(Play, OfAnUnknownAnimationFails) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    const auto request = r.play(a, u"Juggle");
+    r.pass(10);
+    EXPECT_EQ(static_cast<int>(request->status), 1);
+    EXPECT_EQ(request->failure, Failure::no_animation);
+    EXPECT_THAT(r.taken(), ElementsAre("a starts Play Juggle", "a fails Play Juggle"));
+}
+
+TEST(Play, ComparesNamesWithoutLetterCase) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    const auto request = r.play(a, u"wAVE");
+    r.pass(400);
+    EXPECT_EQ(request->status, Status::complete);
+}
+
+TEST(Play, ALoopIsEndedByItsExitWhenSomethingFollows) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    const auto look = r.play(a, u"Look");
+    r.pass(5000);
+    EXPECT_EQ(look->status, Status::in_progress);
+    const auto wave = r.play(a, u"Wave");
+    r.pass(200);
+    EXPECT_EQ(look->status, Status::complete);
+    EXPECT_EQ(wave->status, Status::in_progress);
+}
+
+TEST(Play, ALoopWithoutAnExitDoesNotHangTheQueue) {
+    Rehearsal r;
+    auto cast = usualCast();
+    cast->add(u"Spin").frames[0].branches = {{0, 100}};
+    Actor& a = r.onStage("a", cast);
+    r.play(a, u"Spin");
+    const auto wave = r.play(a, u"Wave");
+    r.pass(6000);
+    EXPECT_EQ(wave->status, Status::complete);
+}
+
+TEST(Play, AnAnimationThatEndsByItselfIsNotCutByWhatFollows) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    const auto wave = r.play(a, u"Wave"); // 300 ms
+    r.play(a, u"Look");
+    r.pass(290);
+    EXPECT_EQ(wave->status, Status::in_progress);
+    r.pass(20);
+    EXPECT_EQ(wave->status, Status::complete);
+}
+
+TEST(Play, TheReturnAnimationComesBeforeTheNext) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    r.play(a, u"Point"); // 100 ms
+    const auto wave = r.play(a, u"Wave");
+    r.pass(150);
+    EXPECT_EQ(a.frame(), &a.repertoire().animation(u"PointReturn")->frames[0]);
+    EXPECT_EQ(wave->status, Status::pending);
+    r.pass(100);
+    EXPECT_EQ(wave->status, Status::in_progress);
+}
+
+TEST(Play, OfTheReturnAnimationItselfPlaysItOnce) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    r.play(a, u"Point");
+    const auto back = r.play(a, u"PointReturn");
+    r.pass(120);
+    EXPECT_EQ(back->status, Status::in_progress);
+}
+
+TEST(Play, FrameSoundsAreHeardUnlessSwitchedOff) {
+    Rehearsal r;
+    auto cast = usualCast();
+    cast->add(u"Ring").frames[0].sound = 3;
+    Actor& a = r.onStage("a", cast);
+    r.play(a, u"Ring");
+    r.pass(200);
+    EXPECT_THAT(r.taken(), Contains("a noise 3"));
+    a.sound_effects_on = false;
+    r.play(a, u"Ring");
+    r.pass(200);
+    EXPECT_THAT(r.taken(), Not(Contains("a noise 3")));
+}
+
+TEST(Rest, AfterTheLastQueuedAnimationTheRestPoseShows) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    r.play(a, u"Point");
+    r.pass(150);
+    EXPECT_EQ(a.frame(), &a.repertoire().animation(u"PointReturn")->frames[0]);
+    r.pass(100);
+    EXPECT_EQ(a.frame(), &a.repertoire().animation(u"RestPose")->frames[0]);
+}
+
+TEST(Hidden, PlayAndSpeakFailWhenTheirTurnComes) {
+    Rehearsal r;
+    Actor& a = r.enter("a");
+    const auto play = r.play(a, u"Wave");
+    const auto speak = r.speak(a, u"hello");
+    EXPECT_EQ(play->status, Status::pending);
+    r.pass(10);
+    EXPECT_EQ(static_cast<int>(play->status), 1);
+    EXPECT_EQ(play->failure, Failure::hidden);
+    EXPECT_EQ(static_cast<int>(speak->status), 1);
+}
+
+TEST(Hidden, ShowAndMoveToWork) {
+    Rehearsal r;
+    Actor& a = r.enter("a");
+    r.ask(a, moveTo(30, 40));
+    r.show(a);
+    const auto play = r.play(a, u"Wave");
+    r.pass(500);
+    EXPECT_THAT(r.taken(),
+                ElementsAre("a starts MoveTo", "a at 30,40 unseen", "a moved 2", "a ends MoveTo", "a starts Show",
+                            "a at 30,40", "a shown 4", "a ends Show", "a starts Play Wave", "a ends Play Wave"));
+    EXPECT_EQ(play->status, Status::complete);
+}
+
+TEST(Show, PlaysAnAnimationOfTheShowingState) {
+    Rehearsal r;
+    Actor& a = r.enter("a");
+    const auto show = r.show(a, false);
+    r.pass(10);
+    EXPECT_TRUE(a.visible());
+    EXPECT_EQ(a.frame(), &a.repertoire().animation(u"Show")->frames[0]);
+    EXPECT_EQ(show->status, Status::in_progress);
+    r.pass(300);
+    EXPECT_EQ(show->status, Status::complete);
+}
+
+TEST(Show, OfAVisibleCharacterIsOverAtOnceAndTellsNothing) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    r.show(a, false);
+    r.pass(20);
+    EXPECT_THAT(r.taken(), ElementsAre("a starts Show", "a ends Show"));
+}
+
+TEST(Hide, PlaysAnAnimationOfTheHidingStateAndThenVanishes) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    r.ask(a, plain(Kind::hide));
+    r.pass(100);
+    EXPECT_TRUE(a.visible());
+    r.pass(200);
+    EXPECT_FALSE(a.visible());
+    EXPECT_THAT(r.taken(), ElementsAre("a starts Hide", "a at 0,0 unseen", "a hidden 3", "a ends Hide"));
+}
+
+TEST(States, OneOfSeveralAnimationsIsChosenAtRandom) {
+    Rehearsal r;
+    auto cast = usualCast();
+    cast->state(u"SHOWING", {u"Show", u"Wave", u"Point"});
+    Actor& a = r.enter("a", cast);
+    r.rolls = {1};
+    r.show(a, false);
+    r.pass(10);
+    EXPECT_EQ(a.frame(), &a.repertoire().animation(u"Wave")->frames[0]);
+}
+
+TEST(MoveTo, GlidesInItsTimeWithTheAnimationOfItsDirection) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    const auto move = r.ask(a, moveTo(100, 50, 500));
+    r.pass(10);
+    EXPECT_EQ(a.frame(), &a.repertoire().animation(u"GoRight")->frames[0]);
+    r.pass(250);
+    EXPECT_EQ(a.left(), 50);
+    EXPECT_EQ(a.top(), 25);
+    EXPECT_EQ(move->status, Status::in_progress);
+    r.pass(300);
+    EXPECT_EQ(a.left(), 100);
+    EXPECT_EQ(a.top(), 50);
+    EXPECT_EQ(move->status, Status::complete);
+    EXPECT_THAT(r.taken(), Contains("a moved 2"));
+}
+
+TEST(MoveTo, ChoosesTheDirectionOfTheLongerWay) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    a.place(500, 500, MoveCause::program);
+    const auto shown = [&](int x, int y) {
+        a.place(500, 500, MoveCause::program);
+        r.ask(a, moveTo(x, y, 100));
+        r.pass(20);
+        const auto* frame = a.frame();
+        r.pass(500);
+        for (const char16_t* name : {u"GoLeft", u"GoRight", u"GoUp", u"GoDown"}) {
+            if (frame == &a.repertoire().animation(name)->frames[0]) {
+                return std::u16string(name);
+            }
+        }
+        return std::u16string();
+    };
+    EXPECT_EQ(shown(100, 400), u"GoLeft");
+    EXPECT_EQ(shown(900, 600), u"GoRight");
+    EXPECT_EQ(shown(400, 100), u"GoUp");
+    EXPECT_EQ(shown(600, 900), u"GoDown");
+}
+
+TEST(MoveTo, WithoutTimeIsThereAtOnce) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    const auto move = r.ask(a, moveTo(-40, 700, 0));
+    r.pass(10);
+    EXPECT_EQ(a.left(), -40);
+    EXPECT_EQ(a.top(), 700);
+    EXPECT_EQ(move->status, Status::complete);
+}
+
+TEST(MoveTo, IsOverWhereTheUserTakesTheCharacterInHand) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    const auto move = r.ask(a, moveTo(1000, 0, 1000));
+    r.pass(100);
+    a.drag(70, 80);
+    a.drop();
+    r.pass(300);
+    EXPECT_EQ(move->status, Status::complete);
+    EXPECT_EQ(a.left(), 70);
+    EXPECT_EQ(a.moveCause(), MoveCause::user);
+}
+
+TEST(GestureAt, PointsToTheSideOfThePlace) {
+    Rehearsal r;
+    Actor& a = r.onStage("a"); // 100 × 120 at 0,0
+    Request gesture;
+    gesture.kind = Kind::gesture_at;
+    gesture.x = 60;
+    gesture.y = 900;
+    r.ask(a, gesture);
+    r.pass(20);
+    EXPECT_EQ(a.frame(), &a.repertoire().animation(u"GestDown")->frames[0]);
+}
+
+TEST(Speak, ShowsItsWordsAsTheyAreHeardAndMovesTheMouth) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    r.speak(a, u"one two");
+    r.pass(30);
+    EXPECT_EQ(a.mouth(), acs::MouthShape::wide1);
+    EXPECT_THAT(r.taken(), ElementsAre("a starts Speak one two", "a says one two", "a words 3"));
+    r.pass(500);
+    EXPECT_EQ(a.mouth(), acs::MouthShape::closed);
+    EXPECT_THAT(r.taken(), ElementsAre("a words 7", "a bookmark 7"));
+    r.pass(600);
+    EXPECT_EQ(a.mouth(), std::nullopt);
+    EXPECT_THAT(r.taken(), ElementsAre("a words 7", "a ends Speak one two"));
+}
+
+TEST(Speak, PlaysAnAnimationOfTheSpeakingState) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    r.speak(a, u"one two");
+    r.pass(30);
+    EXPECT_EQ(a.frame(), &a.repertoire().animation(u"Talk")->frames[0]);
+}
+
+TEST(Speak, WithoutAutoPaceShowsAllWordsAtOnce) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    a.balloon_style = 1 | 2;
+    r.speak(a, u"one two");
+    r.pass(30);
+    EXPECT_THAT(r.taken("a words"), ElementsAre("a words 7"));
+}
+
+TEST(Speak, WithAutoHideTheBalloonClosesAWhileAfter) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    a.balloon_style = 1 | 4;
+    r.speak(a, u"one two");
+    r.pass(2000);
+    EXPECT_TRUE(a.balloonOpen());
+    r.pass(1000);
+    EXPECT_FALSE(a.balloonOpen());
+}
+
+TEST(Speak, WithoutAutoHideTheBalloonStaysUntilTheNext) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    a.balloon_style = 1;
+    r.speak(a, u"one two");
+    r.pass(11000);
+    EXPECT_TRUE(a.balloonOpen());
+    r.taken();
+    r.speak(a, u"three");
+    r.pass(30);
+    EXPECT_THAT(r.taken("a "), ElementsAre("a starts Speak three", "a balloon closed", "a says three", "a words 5"));
+}
+
+TEST(Speak, WithTheBalloonOffShowsNone) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    a.balloon_style = 14;
+    r.speak(a, u"one two");
+    r.pass(100);
+    EXPECT_FALSE(a.balloonOpen());
+}
+
+TEST(Speak, OfASingleBlankShowsNoBalloon) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    const auto sound = r.speak(a, u" ", u"S:\\sounds\\default\\laugh.wav");
+    r.pass(100);
+    EXPECT_FALSE(a.balloonOpen());
+    r.pass(1500);
+    EXPECT_EQ(sound->status, Status::complete);
+}
+
+TEST(Speak, OfASoundFileThatCannotBePlayedFailsAndTheQueueGoesOn) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    r.speech_fails = true;
+    const auto sound = r.speak(a, u" ", u"S:\\missing.wav");
+    const auto wave = r.play(a, u"Wave");
+    r.pass(500);
+    EXPECT_EQ(sound->status, Status::failed);
+    EXPECT_EQ(sound->failure, Failure::no_sound);
+    EXPECT_EQ(wave->status, Status::complete);
+}
+
+TEST(Speak, OnlyOneCharacterUsesTheAudioChannelAtATime) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    Actor& b = r.onStage("b");
+    Actor& c = r.onStage("c");
+    const auto first = r.speak(a, u"one");
+    const auto second = r.speak(b, u"two");
+    const auto third = r.speak(c, u"three");
+    r.pass(500);
+    EXPECT_EQ(first->status, Status::in_progress);
+    EXPECT_EQ(second->status, Status::pending);
+    r.pass(600);
+    EXPECT_EQ(first->status, Status::complete);
+    EXPECT_EQ(second->status, Status::in_progress);
+    EXPECT_EQ(third->status, Status::pending);
+    r.pass(2000);
+    EXPECT_EQ(third->status, Status::complete);
+}
+
+TEST(Speak, ACharacterThatLeavesGivesTheChannelBack) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    Actor& b = r.onStage("b");
+    r.speak(a, u"one");
+    const auto second = r.speak(b, u"two");
+    r.pass(100);
+    r.stage.leave(a.id());
+    r.pass(100);
+    EXPECT_EQ(second->status, Status::in_progress);
+}
+
+TEST(Speak, TheNextOneIsMadeWhileTheOneBeforeIsHeard) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    r.speak(a, u"one");
+    r.speak(a, u"two");
+    r.speak(a, u"three");
+    r.pass(100);
+    EXPECT_EQ(r.orders, 2);
+}
+
+TEST(Speak, WaitsForItsSound) {
+    Rehearsal r;
+    r.speech_late = true;
+    Actor& a = r.onStage("a");
+    const auto speak = r.speak(a, u"one");
+    r.pass(5000);
+    EXPECT_EQ(speak->status, Status::pending);
+    r.deliver();
+    r.pass(20);
+    EXPECT_EQ(speak->status, Status::in_progress);
+}
+
+TEST(Think, ShowsItsWordsWithoutTheAudioChannel) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    Actor& b = r.onStage("b");
+    r.speak(a, u"one");
+    r.pass(50);
+    r.taken();
+    const auto think = r.ask(b, plain(Kind::think, u"hm well"));
+    r.pass(800);
+    EXPECT_EQ(think->status, Status::complete);
+    EXPECT_THAT(r.taken("b "), ElementsAre("b starts Think hm well", "b thinks hm well", "b words 2", "b words 7",
+                                           "b words 7", "b ends Think hm well"));
+    EXPECT_EQ(r.orders, 1);
+}
+
+TEST(Idle, BeginsOnceAfterAWhileOfNothing) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    r.pass(11000);
+    EXPECT_THAT(r.taken(), IsEmpty());
+    r.pass(60000);
+    EXPECT_THAT(r.taken(), ElementsAre("a idles"));
+    (void)a;
+}
+
+TEST(Idle, ANewRequestEndsIt) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    r.pass(15000);
+    r.taken();
+    r.play(a, u"Wave");
+    r.pass(1000);
+    EXPECT_THAT(r.taken(), ElementsAre("a wakes", "a starts Play Wave", "a ends Play Wave"));
+    r.pass(12000);
+    EXPECT_THAT(r.taken(), ElementsAre("a idles"));
+}
+
+TEST(Idle, LevelsRiseAsItGoesOn) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    const auto next = [&] {
+        for (int i = 0; i < 1000; ++i) {
+            r.pass(10);
+            for (const char16_t* name : {u"Idle1", u"Idle2", u"Idle3"}) {
+                if (a.frame() == &a.repertoire().animation(name)->frames[0]) {
+                    r.pass(200);
+                    return std::u16string(name);
+                }
+            }
+        }
+        return std::u16string();
+    };
+    r.pass(11000);
+    EXPECT_EQ(next(), u"Idle1");
+    r.pass(60000);
+    EXPECT_EQ(next(), u"Idle2");
+    r.pass(120000);
+    EXPECT_EQ(next(), u"Idle3");
+}
+
+TEST(Idle, DoesNotComeWhereItIsSwitchedOffOrTheCharacterIsHidden) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    r.enter("b");
+    a.idle_on = false;
+    r.pass(60000);
+    EXPECT_THAT(r.taken(), IsEmpty());
+}
+
+TEST(Size, IsTold) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    a.resize(50, 60);
+    EXPECT_EQ(a.width(), 50);
+    EXPECT_THAT(r.taken(), ElementsAre("a at 0,0", "a resized"));
+}
+
+TEST(UserHides, BreaksEverythingOff) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    const auto speak = r.speak(a, u"one");
+    r.pass(100);
+    a.hideByUser();
+    EXPECT_FALSE(a.visible());
+    EXPECT_EQ(speak->status, Status::interrupted);
+    EXPECT_EQ(a.visibilityCause(), VisibilityCause::user_hid);
+    r.pass(1000);
+}
+
+} // namespace
+} // namespace agent::stage
