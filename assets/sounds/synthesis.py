@@ -227,16 +227,27 @@ def echoed(sound, seconds, gain, tail=0.5):
     return result
 
 
-def finished(sound, peak=0.84):
-    """Without a constant part, faded at both ends so that nothing clicks, and as loud as peak allows."""
+def loudestPart(sound):
+    """The root mean square of the loudest 0.3 seconds."""
+    size = min(len(sound), count(0.3))
+    energy = most = sum(s * s for s in sound[:size])
+    for leaving, entering in zip(sound, sound[size:]):
+        energy += entering * entering - leaving * leaving
+        most = max(most, energy)
+    return math.sqrt(most / size)
+
+
+def finished(sound, level=0.24, peak=0.84):
+    """Without a constant part, faded at both ends so that nothing clicks, and as loud as all others: at most twice
+    peak before a soft limit at peak rounds off what goes beyond it."""
     sound = highPass(sound, 25)
     edge_in, edge_out = min(60, len(sound) // 4), min(500, len(sound) // 4)
     for i in range(edge_in):
         sound[i] *= i / edge_in
     for i in range(edge_out):
         sound[-1 - i] *= i / edge_out
-    top = max(abs(s) for s in sound)
-    return [s * peak / top for s in sound]
+    gain = min(level / loudestPart(sound), 2 * peak / max(abs(s) for s in sound))
+    return [peak * math.tanh(s * gain / peak) for s in sound]
 
 
 def note(name):
