@@ -131,7 +131,7 @@ std::string_view run(std::span<const std::uint8_t> stream, std::size_t size, Sin
             sink.literal(produced++, byte);
             continue;
         }
-        const DistanceRange& range = distance_ranges[std::min(std::countr_one(bits.peek()), 3)];
+        const DistanceRange& range = distance_ranges[static_cast<unsigned>(std::min(std::countr_one(bits.peek()), 3))];
         bits.skip(range.prefix_bits);
         const std::uint32_t value = bits.take(range.value_bits);
         if (range.value_bits == 20 && value == end_of_stream) {
