@@ -374,14 +374,47 @@ Variant enumerate(std::vector<Variant> values) {
 }
 
 // Lives as long as its EventSource; what clients hold of it counts on the owner, so it cannot be outlived.
-struct EventSource::Impl final : IConnectionPointContainer, IConnectionPoint {
+struct EventSource::Impl final : IConnectionPointContainer {
     struct Connection {
         DWORD cookie;
         Ptr<IDispatch> sink;
     };
 
+    // An object with an identity of its own: another process asks an object's identity for its interfaces, and the
+    // owner has no connection point among its own.
+    class Point final : public IConnectionPoint {
+      public:
+        explicit Point(Impl& source) : source_(source) {}
+        virtual ~Point() = default;
+        HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
+            if (!object)
+                return E_POINTER;
+            *object = nullptr;
+            if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, IID_IConnectionPoint))
+                return E_NOINTERFACE;
+            *object = static_cast<IConnectionPoint*>(this);
+            AddRef();
+            return S_OK;
+        }
+        ULONG STDMETHODCALLTYPE AddRef() override { return source_.AddRef(); }
+        ULONG STDMETHODCALLTYPE Release() override { return source_.Release(); }
+        HRESULT STDMETHODCALLTYPE GetConnectionInterface(IID* iid) override;
+        HRESULT STDMETHODCALLTYPE GetConnectionPointContainer(IConnectionPointContainer** container) override;
+        HRESULT STDMETHODCALLTYPE Advise(IUnknown* sink, DWORD* cookie) override;
+        HRESULT STDMETHODCALLTYPE Unadvise(DWORD cookie) override { return source_.forget(cookie); }
+        HRESULT STDMETHODCALLTYPE EnumConnections(IEnumConnections** enumerator) override {
+            if (enumerator)
+                *enumerator = nullptr;
+            return E_NOTIMPL;
+        }
+
+      private:
+        Impl& source_;
+    };
+
     IDispatch& owner;
     IID events;
+    Point events_point{*this};
     DWORD last_cookie = 0;
     std::vector<Connection> connections;
     std::function<void()> lost;
@@ -391,13 +424,6 @@ struct EventSource::Impl final : IConnectionPointContainer, IConnectionPoint {
     virtual ~Impl() = default;
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
-        if (!object)
-            return E_POINTER;
-        if (IsEqualIID(iid, IID_IConnectionPoint)) {
-            *object = static_cast<IConnectionPoint*>(this);
-            AddRef();
-            return S_OK;
-        }
         return owner.QueryInterface(iid, object);
     }
     ULONG STDMETHODCALLTYPE AddRef() override { return owner.AddRef(); }
@@ -410,49 +436,47 @@ struct EventSource::Impl final : IConnectionPointContainer, IConnectionPoint {
     }
     HRESULT STDMETHODCALLTYPE FindConnectionPoint(REFIID iid, IConnectionPoint** point) override;
 
-    HRESULT STDMETHODCALLTYPE GetConnectionInterface(IID* iid) override {
-        if (!iid)
-            return E_POINTER;
-        *iid = events;
-        return S_OK;
-    }
-    HRESULT STDMETHODCALLTYPE GetConnectionPointContainer(IConnectionPointContainer** container) override {
-        if (!container)
-            return E_POINTER;
-        *container = this;
-        AddRef();
-        return S_OK;
-    }
-    HRESULT STDMETHODCALLTYPE Advise(IUnknown* sink, DWORD* cookie) override {
-        if (!sink || !cookie)
-            return E_POINTER;
-        *cookie = 0;
-        auto dispatch = Ptr<IUnknown>(sink).as<IDispatch>(IID_IDispatch);
-        if (!dispatch)
-            dispatch = Ptr<IUnknown>(sink).as<IDispatch>(events);
-        if (!dispatch)
-            return CONNECT_E_CANNOTCONNECT;
-        try {
-            connections.push_back({++last_cookie, std::move(dispatch)});
-        } catch (...) {
-            return E_OUTOFMEMORY;
-        }
-        *cookie = last_cookie;
-        if (added)
-            added(last_cookie);
-        return S_OK;
-    }
-    HRESULT STDMETHODCALLTYPE Unadvise(DWORD cookie) override {
+    HRESULT forget(DWORD cookie) {
         return std::erase_if(connections, [&](const Connection& c) { return c.cookie == cookie; }) == 0
                    ? CONNECT_E_NOCONNECTION
                    : S_OK;
     }
-    HRESULT STDMETHODCALLTYPE EnumConnections(IEnumConnections** enumerator) override {
-        if (enumerator)
-            *enumerator = nullptr;
-        return E_NOTIMPL;
-    }
 };
+
+HRESULT EventSource::Impl::Point::GetConnectionInterface(IID* iid) {
+    if (!iid)
+        return E_POINTER;
+    *iid = source_.events;
+    return S_OK;
+}
+
+HRESULT EventSource::Impl::Point::GetConnectionPointContainer(IConnectionPointContainer** container) {
+    if (!container)
+        return E_POINTER;
+    *container = &source_;
+    AddRef();
+    return S_OK;
+}
+
+HRESULT EventSource::Impl::Point::Advise(IUnknown* sink, DWORD* cookie) {
+    if (!sink || !cookie)
+        return E_POINTER;
+    *cookie = 0;
+    auto dispatch = Ptr<IUnknown>(sink).as<IDispatch>(IID_IDispatch);
+    if (!dispatch)
+        dispatch = Ptr<IUnknown>(sink).as<IDispatch>(source_.events);
+    if (!dispatch)
+        return CONNECT_E_CANNOTCONNECT;
+    try {
+        source_.connections.push_back({++source_.last_cookie, std::move(dispatch)});
+    } catch (...) {
+        return E_OUTOFMEMORY;
+    }
+    *cookie = source_.last_cookie;
+    if (source_.added)
+        source_.added(source_.last_cookie);
+    return S_OK;
+}
 
 HRESULT EventSource::Impl::FindConnectionPoint(REFIID iid, IConnectionPoint** point) {
     if (!point)
@@ -460,7 +484,7 @@ HRESULT EventSource::Impl::FindConnectionPoint(REFIID iid, IConnectionPoint** po
     *point = nullptr;
     if (!IsEqualIID(iid, events) && !IsEqualIID(iid, IID_IDispatch))
         return CONNECT_E_NOCONNECTION;
-    *point = this;
+    *point = &events_point;
     AddRef();
     return S_OK;
 }
@@ -490,7 +514,7 @@ void EventSource::fire(DISPID event, const std::vector<Variant>& arguments, DWOR
         DISPPARAMS parameters{raw.data(), nullptr, static_cast<UINT>(raw.size()), 0};
         const HRESULT result = connection.sink->Invoke(event, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD,
                                                        &parameters, nullptr, nullptr, nullptr);
-        if (isGone(result) && impl_->Unadvise(connection.cookie) == S_OK)
+        if (isGone(result) && impl_->forget(connection.cookie) == S_OK)
             some_lost = true;
     }
     if (some_lost && impl_->lost)
