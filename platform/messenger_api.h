@@ -64,8 +64,8 @@ class MessengerApi {
                         const std::u16string& password) = 0;
 };
 
-// Creates the client's automation object and hears its events from then on. Never null; where there is no client, every
-// call throws.
+// The client's automation object, made at the first call, its events heard from then on. Never null; where there is no
+// client, every call throws.
 std::unique_ptr<MessengerApi> createMessengerApi(MessengerEvents events);
 
 } // namespace murmelix::platform

@@ -135,9 +135,7 @@ class MessengerClient final : public MessengerApi {
     MessengerClient(const char16_t* prog_id, MessengerEvents events)
         : events_(std::move(events)), client_(prog_id, messenger_events, [this](DISPID event, auto& arguments) {
               deliver(events_, event, arguments);
-          }) {
-        attempt([&] { neighbourCall([&] { client_.object(); }); });
-    }
+          }) {}
 
     std::int32_t MyStatus() override {
         return neighbourCall([&] { return client_.object().get(u"MyStatus").toInt32(); });

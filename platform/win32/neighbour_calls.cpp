@@ -54,8 +54,13 @@ com::Object& Connection::object() {
         auto object = com::Object::create(prog_id_.c_str());
         if (made_)
             made_(object);
-        object_ = std::move(object);
-        subscription_ = com::Subscription(object_.dispatch(), events_, handler_);
+        object_ = std::move(object); // first: the events that subscribing brings at once lead back here
+        try {
+            subscription_ = com::Subscription(object_.dispatch(), events_, handler_);
+        } catch (const com::Error&) {
+            object_ = {};
+            throw;
+        }
     }
     return object_;
 }
