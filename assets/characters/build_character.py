@@ -78,7 +78,8 @@ def manifest(name, figure, drawings):
                 entry["branches"] = [{"to": to, "percent": percent} for to, percent in frame["branches"]]
             speaks = animation.mouths and (animation.transition != "returns" or frame is animation.frames[-1])
             if speaks and pose["tilt"] == 0 and pose["hx"] == 0 and pose["hy"] == 0:
-                entry["mouths"] = {shape: {"image": drawings.part(mouthPose(pose, shape), box), "x": box[0], "y": box[1]}
+                entry["mouths"] = {shape: {"image": drawings.part(mouthPose(pose, shape), box), "x": box[0],
+                                           "y": box[1]}
                                    for shape in MOUTHS}
             frames.append(entry)
         entry = {"name": animation.name, "transition": animation.transition, "frames": frames}
@@ -89,7 +90,8 @@ def manifest(name, figure, drawings):
         "names": [{"language": 0x0409, "name": name, "description": figure.description, "extra": ""}],
         "guid": figure.guid, "width": SIZE, "height": SIZE, "transparent": "#FF00FF",
         "voice": {"language": 0x0409, **figure.voice},
-        "balloon": {"lines": 4, "charactersPerLine": 32, "text": "#000000", "font": "Tahoma", "height": -13, **figure.balloon},
+        "balloon": {"lines": 4, "charactersPerLine": 32, "text": "#000000", "font": "Tahoma", "height": -13,
+                    **figure.balloon},
         "states": STATES, "images": drawings.images, "animations": described,
     }
 

@@ -45,7 +45,8 @@ class Brindle(Figure):
     def body(self, pose):
         line = stroke(self.line, self.line_width)
         feet = "".join(ellipse(x, 133, 13.5, 6.2, "url(#dark)", line) +
-                       path(f"M{num(x - 4)},130 l0,4 M{num(x + 4)},130 l0,4", extra=stroke(self.line, 1.3)) for x in (55, 89))
+                       path(f"M{num(x - 4)},130 l0,4 M{num(x + 4)},130 l0,4",
+                            extra=stroke(self.line, 1.3)) for x in (55, 89))
         return (path("M72,70 C98,70 108,100 106,116 C104,132 90,135 72,135 C54,135 40,132 38,116 C36,100 46,70 72,70 Z",
                      "url(#fur)", line) +
                 ellipse(72, 112, 22, 20.5, "url(#belly)") + feet)
@@ -56,15 +57,18 @@ class Brindle(Figure):
         ears = ""
         for side, x in ((-1, 45.0), (1, 99.0)):
             ex, ey = x + side * (2 - perk * 3), 31 - perk * 5
-            ears += ellipse(ex, ey, 9.5, 9.8 + perk, "url(#dark)", line) + ellipse(ex - side, ey + 1.5, 5, 5.2, "#e9a48a")
+            ears += ellipse(ex, ey, 9.5, 9.8 + perk, "url(#dark)", line) + ellipse(ex - side, ey + 1.5, 5, 5.2,
+                                                                                   "#e9a48a")
         skull = ("M72,22 C95,22 107,36 109,54 C112,60 113,66 108,71 C101,84 88,89 72,89 "
                  "C56,89 43,84 36,71 C31,66 32,60 35,54 C37,36 49,22 72,22 Z")
-        crown = "M72,23.2 C86,23.2 94,27 99,33 C90,34 82,38 78,45 C76,49 68,49 66,45 C62,38 54,34 45,33 C50,27 58,23.2 72,23.2 Z"
+        crown = ("M72,23.2 C86,23.2 94,27 99,33 C90,34 82,38 78,45 C76,49 68,49 66,45 "
+                 "C62,38 54,34 45,33 C50,27 58,23.2 72,23.2 Z")
         muzzle = "M72,58 C84,56 95,62 94,72 C93,82 83,86 72,86 C61,86 51,82 50,72 C49,62 60,56 72,58 Z"
         whiskers = path("M44,70 L33,67 M44,74.5 L34,76 M100,70 L111,67 M100,74.5 L110,76", extra=stroke(self.line, 1.2))
         nose = (path("M66,58.5 Q72,55.5 78,58.5 Q79,63 72,66.5 Q65,63 66,58.5 Z", "#3a1d14", stroke(self.line, 1.4)) +
                 ellipse(69.8, 59.8, 2, 1.2, "#a07a70") + path("M72,66.5 L72,71", extra=stroke(self.line, 1.8)))
-        return ears + path(skull, "url(#fur)", line) + path(crown, "url(#dark)") + path(muzzle, "url(#muzzle)") + whiskers + nose
+        return (ears + path(skull, "url(#fur)", line) + path(crown, "url(#dark)") + path(muzzle, "url(#muzzle)") +
+                whiskers + nose)
 
     def teeth(self, pose, x, y):
         drop = 0 if pose["mo"] < 0.06 else 0.5
@@ -118,7 +122,8 @@ class Ottoline(Figure):
                 x0, x1 = 72 + side * start, 72 + side * out
                 d = (f"M{points(x0, 104)} C{points(x0 + side * 8, 126, x1 - side * 12, 137 - lift, x1, 131 - lift)} "
                      f"C{points(x1 + side * 7, 127 - lift, x1 + side * 5, 119 - lift, x1 - side * 1, 121.5 - lift)}")
-                drawn += path(d, extra=stroke(self.line, 11 + 2 * self.line_width)) + path(d, extra=stroke("#8656c2", 11))
+                drawn += path(d, extra=stroke(self.line,
+                                              11 + 2 * self.line_width)) + path(d, extra=stroke("#8656c2", 11))
         return drawn
 
     def body(self, pose):
@@ -127,7 +132,8 @@ class Ottoline(Figure):
             x0, x1 = 72 + side * 7, 72 + side * 13
             d = f"M{points(x0, 102)} C{points(x0, 122, x1 - side * 4, 136, x1 + side * 5, 133)}"
             drawn += path(d, extra=stroke(self.line, 11 + 2 * self.line_width)) + path(d, extra=stroke("#9f71da", 11))
-            drawn += "".join(ellipse(72 + side * x, y, 1.7, 1.7, "#f3d9ff") for x, y in ((8, 115), (9.5, 122), (12, 128)))
+            drawn += "".join(ellipse(72 + side * x, y, 1.7, 1.7, "#f3d9ff") for x,
+                             y in ((8, 115), (9.5, 122), (12, 128)))
         return drawn
 
     def head(self, pose):
@@ -135,7 +141,8 @@ class Ottoline(Figure):
         dome = ("M72,12 C98,12 114,34 113,60 C112.5,74 108,82 107,92 C106,104 92,111 72,111 "
                 "C52,111 38,104 37,92 C36,82 31.5,74 31,60 C30,34 46,12 72,12 Z")
         spots = "".join(ellipse(x, y, rx, ry, "#8a5bc9", 'opacity="0.65"')
-                        for x, y, rx, ry in ((50, 32, 6, 4.6), (62, 23, 3.6, 2.8), (42, 43, 3, 3.4), (84, 28, 3.2, 2.4)))
+                        for x, y, rx, ry in ((50, 32, 6, 4.6), (62, 23, 3.6, 2.8), (42, 43, 3, 3.4),
+                                             (84, 28, 3.2, 2.4)))
         shine = path("M44,52 C44,38 52,26 62,21", extra=stroke("#efdcff", 3.4) + ' opacity="0.75"')
         flower = ""
         turn = pose["perk"] * 12
@@ -153,13 +160,15 @@ class Ottoline(Figure):
         length = math.hypot(dx, dy) or 1
         dx, dy = dx / length * 8, dy / length * 8
         qx, qy = (dy, -dx) if outward > 0 else (-dy, dx)
-        d = f"M{points(x0, y0)} Q{points(cx, cy, x1, y1)} q{points(dx * 0.8, dy * 0.8, dx * 0.4 + qx * 0.9, dy * 0.4 + qy * 0.9)}"
+        d = (f"M{points(x0, y0)} Q{points(cx, cy, x1, y1)} "
+             f"q{points(dx * 0.8, dy * 0.8, dx * 0.4 + qx * 0.9, dy * 0.4 + qy * 0.9)}")
         cups = ""
         for t in (0.55, 0.75, 0.95):
             bx = (1 - t) ** 2 * x0 + 2 * t * (1 - t) * cx + t * t * x1
             by = (1 - t) ** 2 * y0 + 2 * t * (1 - t) * cy + t * t * y1
             cups += ellipse(bx - qx * 0.18, by - qy * 0.18, 1.8, 1.8, "#f3d9ff")
-        return path(d, extra=stroke(self.line, self.arm[1] + 2 * self.line_width)) + path(d, extra=stroke(self.arm_fill, self.arm[1])) + cups
+        return (path(d, extra=stroke(self.line, self.arm[1] + 2 * self.line_width)) +
+                path(d, extra=stroke(self.arm_fill, self.arm[1])) + cups)
 
 
 class Plonk(Figure):
@@ -204,8 +213,10 @@ class Plonk(Figure):
             drawn += ellipse(72 + side * 37, 117, 17, 16.5, "url(#leg)", line)
             x = 72 + side * 43
             drawn += path(f"M{points(x - side * 20, 131)} Q{points(x - side * 6, 126, x + side * 14, 131)} "
-                          f"q{points(side * 6, 2, side * 1, 5)} q{points(-side * 6, 0.5, -side * 7, -1.5)} q{points(-side * 1, 3, -side * 7, 2.5)} "
-                          f"q{points(-side * 6, 0, -side * 6, -2)} Q{points(x - side * 16, 138, x - side * 20, 136)} Z", "#74c755", line)
+                          f"q{points(side * 6, 2, side, 5)} q{points(-side * 6, 0.5, -side * 7, -1.5)} "
+                          f"q{points(-side, 3, -side * 7, 2.5)} "
+                          f"q{points(-side * 6, 0, -side * 6, -2)} Q{points(x - side * 16, 138, x - side * 20, 136)} Z",
+                          "#74c755", line)
         return drawn
 
     def body(self, pose):
@@ -219,15 +230,18 @@ class Plonk(Figure):
         skull = ("M72,38 C102,38 122,52 122,70 C122,88 100,96 72,96 C44,96 22,88 22,70 C22,52 42,38 72,38 Z")
         cover = "".join(ellipse(x, 46, 14.5, 13, "#8bd567") for x in (48, 96))
         nostrils = ellipse(66.5, 59, 1.5, 1.9, self.line) + ellipse(77.5, 59, 1.5, 1.9, self.line)
-        jaw = path("M31,80 C44,94 100,94 113,80 C108,90 92,94.8 72,94.8 C52,94.8 36,90 31,80 Z", "#e9f0a4", 'opacity="0.85"')
-        spots = "".join(ellipse(x, y, r, r * 0.75, "#4fa03f", 'opacity="0.7"') for x, y, r in ((72, 45.5, 3.4), (64, 49.5, 2.2), (80, 49, 2.4)))
+        jaw = path("M31,80 C44,94 100,94 113,80 C108,90 92,94.8 72,94.8 C52,94.8 36,90 31,80 Z", "#e9f0a4",
+                   'opacity="0.85"')
+        spots = "".join(ellipse(x, y, r, r * 0.75, "#4fa03f", 'opacity="0.7"') for x, y,
+                        r in ((72, 45.5, 3.4), (64, 49.5, 2.2), (80, 49, 2.4)))
         return bumps + path(skull, "url(#skin)", line) + jaw + cover + spots + nostrils
 
     def collar(self, pose):
         x, y = 72 + pose["hx"] * 0.6, 99.5 + pose["hy"] * 0.4
         flare = pose["perk"] * 2.5
         knot = (path(f"M{points(x, y)} L{points(x - 14, y - 7 - flare)} Q{points(x - 17, y, x - 14, y + 7)} Z "
-                     f"M{points(x, y)} L{points(x + 14, y - 7 - flare)} Q{points(x + 17, y, x + 14, y + 7)} Z", "#e0483e", stroke("#7a1d1a", 1.8)) +
+                     f"M{points(x, y)} L{points(x + 14, y - 7 - flare)} Q{points(x + 17, y, x + 14, y + 7)} Z",
+                     "#e0483e", stroke("#7a1d1a", 1.8)) +
                 ellipse(x, y, 4, 4.4, "#f4675a", stroke("#7a1d1a", 1.8)))
         return knot
 
@@ -238,7 +252,8 @@ class Plonk(Figure):
             dx, dy = math.cos(angle + turn), math.sin(angle + turn)
             tip_x, tip_y = x + dx * 8.4, y + dy * 8.4
             d = f"M{points(x + dx * 3, y + dy * 3)} L{points(tip_x, tip_y)}"
-            drawn += (path(d, extra=stroke(self.line, 6.8)) + ellipse(tip_x, tip_y, 3.4, 3.4, "#9be074", stroke(self.line, 1.5)) +
+            drawn += (path(d, extra=stroke(self.line, 6.8)) + ellipse(tip_x, tip_y, 3.4, 3.4, "#9be074",
+                                                                      stroke(self.line, 1.5)) +
                       path(d, extra=stroke(self.hand_fill, 3.4)))
         return drawn + ellipse(x, y, 4.6, 4.6, self.hand_fill)
 

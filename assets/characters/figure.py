@@ -61,7 +61,8 @@ def distance(a, b):
 
 
 def ellipse(cx, cy, rx, ry, fill, extra=""):
-    return f'<ellipse cx="{num(cx)}" cy="{num(cy)}" rx="{num(max(rx, 0))}" ry="{num(max(ry, 0))}" fill="{fill}" {extra}/>'
+    return (f'<ellipse cx="{num(cx)}" cy="{num(cy)}" rx="{num(max(rx, 0))}" ry="{num(max(ry, 0))}" '
+            f'fill="{fill}" {extra}/>')
 
 
 def path(d, fill="none", extra=""):
@@ -138,7 +139,8 @@ class Figure:
                 f'<defs>{self.defs()}</defs>{figure}{self.air(pose)}</svg>')
 
     def standing(self, pose):
-        turn = (f'translate({points(pose["dx"], pose["dy"] * self.hop)}) rotate({points(pose["lean"], SIZE / 2, GROUND)}) '
+        turn = (f'translate({points(pose["dx"], pose["dy"] * self.hop)}) '
+                f'rotate({points(pose["lean"], SIZE / 2, GROUND)}) '
                 f'translate({points(SIZE / 2, GROUND)}) scale({points(pose["sx"], pose["sy"])}) '
                 f'translate({points(-SIZE / 2, -GROUND)})')
         nod = (f'translate({points(pose["hx"], pose["hy"])}) '
@@ -260,8 +262,9 @@ class Figure:
                         extra=stroke(self.line, 2.4)) + self.teeth(pose, x, y + curve * wide * 0.2)
         top = y + curve * wide * 0.34 - opening * deep * 0.5
         low = y + max(curve, -0.2) * wide * 0.4 + opening * deep * 1.55
+        lip = low * 0.96 + corner * 0.04
         d = (f"M{points(x - half, corner)} Q{points(x, top, x + half, corner)} "
-             f"C{points(x + half * 0.9, low * 0.96 + corner * 0.04, x - half * 0.9, low * 0.96 + corner * 0.04, x - half, corner)} Z")
+             f"C{points(x + half * 0.9, lip, x - half * 0.9, lip, x - half, corner)} Z")
         bottom = corner + (low - corner) * 0.75
         return (f'<clipPath id="m">{path(d, "#000")}</clipPath>{path(d, self.mouth_colour)}<g clip-path="url(#m)">' +
                 ellipse(x, bottom + deep * 0.1, half * 0.68, deep * 0.72 * (0.4 + 0.6 * opening), self.tongue) +
@@ -272,11 +275,12 @@ class Figure:
 
     def book(self, pose):
         y = 108 + (1 - pose["book"]) * 44
-        cover = f"M72,{num(y - 8)} L104,{num(y - 14)} L104,{num(y + 14)} L72,{num(y + 20)} L40,{num(y + 14)} L40,{num(y - 14)} Z"
-        pages = f"M72,{num(y - 9)} Q88,{num(y - 20)} 101,{num(y - 15)} L101,{num(y - 12)} L72,{num(y - 6)} L43,{num(y - 12)} L43,{num(y - 15)} Q56,{num(y - 20)} 72,{num(y - 9)} Z"
+        cover = f"M72,{num(y - 8)} l32,-6 v28 l-32,6 l-32,-6 v-28 Z"
+        pages = (f"M72,{num(y - 9)} q16,-11 29,-6 v3 l-29,6 l-29,-6 v-3 q13,-5 29,6 Z")
         return (path(pages, "#fffaf0", stroke(self.line, 1.6)) + path(cover, self.book_colour, stroke(self.line, 2.2)) +
                 path(f"M72,{num(y - 8)} L72,{num(y + 20)}", extra=stroke(self.line, 1.8)) +
-                path(f"M80,{num(y + 1)} L96,{num(y - 2)} M80,{num(y + 7)} L92,{num(y + 5)}", extra=stroke("#ffffff", 2)))
+                path(f"M80,{num(y + 1)} L96,{num(y - 2)} M80,{num(y + 7)} L92,{num(y + 5)}",
+                     extra=stroke("#ffffff", 2)))
 
     def air(self, pose):
         """Tears, drops, marks, dreams: what hangs in the air about the head."""
@@ -289,16 +293,18 @@ class Figure:
             if pose["tear"] > 0.6:
                 drawn += self.drop(self.eyes[1][0] + head_x + 4, ey + 8 + pose["tear"] * 12, 4.0, "#6fc3f2")
         if pose["sweat"] > 0:
-            drawn += self.drop(x + 38 + head_x, y + 14 + pose["sweat"] * 8 + head_y, 5.5 * min(1, pose["sweat"] + 0.3), "#8fd6f7")
+            drawn += self.drop(x + 38 + head_x, y + 14 + pose["sweat"] * 8 + head_y, 5.5 * min(1, pose["sweat"] + 0.3),
+                               "#8fd6f7")
         if pose["ask"] > 0:
-            drawn += self.mark(x + 48, y + 14, pose["ask"], "M-6,-8 C-6,-17 8,-17 8,-8 C8,-1 0,-1 0,7 M0,15 L0,15.2", "#2f6fd0")
+            drawn += self.mark(x + 48, y + 14, pose["ask"], "M-6,-8 C-6,-17 8,-17 8,-8 C8,-1 0,-1 0,7 M0,15 L0,15.2",
+                               "#2f6fd0")
         if pose["call"] > 0:
             drawn += self.mark(x + 48, y + 14, pose["call"], "M0,-14 L0,4 M0,14 L0,14.2", "#e2452f")
         for index in range(3):
             shown = max(0.0, min(1.0, pose["doze"] * 3 - index))
             if shown > 0:
                 s = (0.45 + 0.25 * index) * shown
-                d = f"M{num(-6 * s)},{num(-7 * s)} L{num(6 * s)},{num(-7 * s)} L{num(-6 * s)},{num(7 * s)} L{num(6 * s)},{num(7 * s)}"
+                d = "M" + " L".join(points(6 * s * u, 7 * s * v) for u, v in ((-1, -1), (1, -1), (-1, 1), (1, 1)))
                 drawn += (f'<g transform="translate({points(x + 30 + index * 13, y + 22 - index * 13 + 6)})">' +
                           path(d, extra=stroke("#ffffff", 5.4)) + path(d, extra=stroke("#4a62b8", 2.8)) + "</g>")
         if pose["stars"] > 0:
@@ -314,17 +320,19 @@ class Figure:
         return drawn
 
     def drop(self, x, y, size, colour):
-        return path(f"M{points(x, y - size * 1.5)} C{points(x + size * 0.3, y - size * 0.6, x + size, y - size * 0.2, x + size, y + size * 0.3)} "
-                    f"A{points(size, size)} 0 0 1 {points(x - size, y + size * 0.3)} "
-                    f"C{points(x - size, y - size * 0.2, x - size * 0.3, y - size * 0.6, x, y - size * 1.5)} Z", colour, stroke("#2a6f9e", 1.4))
+        r = size
+        d = (f"M{points(x, y - r * 1.5)} c{points(r * 0.3, r * 0.9, r, r * 1.3, r, r * 1.8)} "
+             f"a{points(r, r)} 0 0 1 {points(-2 * r, 0)} c{points(0, -r * 0.5, r * 0.7, -r * 0.9, r, -r * 1.8)} Z")
+        return path(d, colour, stroke("#2a6f9e", 1.4))
 
     def mark(self, x, y, size, d, colour):
         return (f'<g transform="translate({points(x, y)}) rotate(10) scale({num(size)})">' +
                 path(d, extra=stroke("#ffffff", 9)) + path(d, extra=stroke(colour, 5)) + "</g>")
 
     def star(self, x, y, size, colour):
-        d = "M" + " L".join(points(x + math.sin(i * math.pi / 5) * size * (1 if i % 2 == 0 else 0.45),
-                                   y - math.cos(i * math.pi / 5) * size * (1 if i % 2 == 0 else 0.45)) for i in range(10)) + " Z"
+        corners = [(math.sin(i * math.pi / 5), math.cos(i * math.pi / 5), size * (1 if i % 2 == 0 else 0.45))
+                   for i in range(10)]
+        d = "M" + " L".join(points(x + u * r, y - v * r) for u, v, r in corners) + " Z"
         return path(d, colour, stroke("#5d4a1e", 1.4))
 
     def fromTheGround(self, pose, figure):
@@ -337,6 +345,7 @@ class Figure:
                 f'A{points(rx, ry)} 0 0 1 {points(cx - rx, y)} L-20,{num(y)} Z"/></clipPath>')
         if pose["rise"] >= 1:
             return ellipse(cx, y, rx, ry, dark, stroke(rim, 3.4)) + figure
-        return (clip + ellipse(cx, y, rx, ry, dark, stroke(rim, 3.4)) + ellipse(cx, y + ry * 0.2, rx * 0.86, ry * 0.7, darker) +
+        return (clip + ellipse(cx, y, rx, ry, dark, stroke(rim, 3.4)) +
+                ellipse(cx, y + ry * 0.2, rx * 0.86, ry * 0.7, darker) +
                 f'<g clip-path="url(#g)"><g transform="translate(0 {num(sunk)})">{figure}</g></g>' +
                 path(front, extra=stroke(rim, 4.4)))

@@ -18,7 +18,8 @@ HERE = pathlib.Path(__file__).resolve().parent
 
 
 def render(converter, svg, size):
-    return subprocess.run([converter, "-w", str(size), "-h", str(size), str(svg)], check=True, stdout=subprocess.PIPE).stdout
+    return subprocess.run([converter, "-w", str(size), "-h", str(size), str(svg)], check=True,
+                          stdout=subprocess.PIPE).stdout
 
 
 def rows(png):
@@ -49,7 +50,8 @@ def rows(png):
                 row[i] = (row[i] + (left + up) // 2) & 255
             elif method == 4:
                 guess = left + up - corner
-                nearest = min((abs(guess - left), 0, left), (abs(guess - up), 1, up), (abs(guess - corner), 2, corner))[2]
+                nearest = min((abs(guess - left), 0, left), (abs(guess - up), 1, up),
+                              (abs(guess - corner), 2, corner))[2]
                 row[i] = (row[i] + nearest) & 255
         result.append(bytes(row))
         before = row
@@ -63,9 +65,11 @@ def iconImage(png, size):
     colours, mask = b"", b""
     for row in reversed(rows(png)):
         colours += b"".join(bytes((row[i + 2], row[i + 1], row[i], row[i + 3])) for i in range(0, len(row), 4))
-        bits = "".join("0" if row[i + 3] >= 128 else "1" for i in range(0, len(row), 4)).ljust((size + 31) // 32 * 32, "0")
+        bits = "".join("0" if row[i + 3] >= 128 else "1" for i in range(0, len(row),
+                                                                        4)).ljust((size + 31) // 32 * 32, "0")
         mask += int(bits, 2).to_bytes(len(bits) // 8, "big")
-    return struct.pack("<IiiHHIIiiII", 40, size, size * 2, 1, 32, 0, len(colours) + len(mask), 0, 0, 0, 0) + colours + mask
+    return struct.pack("<IiiHHIIiiII", 40, size, size * 2, 1, 32, 0, len(colours) + len(mask), 0, 0, 0,
+                       0) + colours + mask
 
 
 def icon(images):
@@ -96,7 +100,8 @@ def bitmap(png, bits):
     palette = b"" if bits == 24 else bytes((0, 0, 0, 0, 255, 255, 255, 0))
     start = 14 + 40 + len(palette)
     return (struct.pack("<2sIHHI", b"BM", start + len(body), 0, 0, start) +
-            struct.pack("<IiiHHIIiiII", 40, width, len(lines), 1, bits, 0, len(body), 0, 0, len(palette) // 4, 0) + palette + body)
+            struct.pack("<IiiHHIIiiII", 40, width, len(lines), 1, bits, 0, len(body), 0, 0, len(palette) // 4, 0) +
+            palette + body)
 
 
 def main(arguments):

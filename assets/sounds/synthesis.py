@@ -158,7 +158,8 @@ def voice(seconds, pitch, vowels, rng, breath=0.04, loudness=1.0, size=1.0, jitt
     return shaped(result, loudness)
 
 
-def bell(seconds, frequency, partials=((1, 1.0, 1.0), (2.76, 0.5, 0.6), (5.40, 0.25, 0.35), (8.93, 0.12, 0.2)), decay=0.35):
+def bell(seconds, frequency, partials=((1, 1.0, 1.0), (2.76, 0.5, 0.6), (5.40, 0.25, 0.35), (8.93, 0.12, 0.2)),
+         decay=0.35):
     """partials: ratio, loudness, part of the decay time (seconds until 1/e)."""
     result = [0.0] * count(seconds)
     for ratio, loudness, lasting in partials:
@@ -194,7 +195,8 @@ def horn(seconds, frequency, bright=1.0, vibrato=0.006):
     for i in range(length):
         phase += 2 * math.pi * f0[i] * (1 + vibrato * math.sin(2 * math.pi * 5.5 * i / RATE)) / RATE
         level = rise[i] * bright
-        result.append(rise[i] * (math.sin(phase) + 0.7 * level * math.sin(2 * phase) + 0.5 * level ** 1.5 * math.sin(3 * phase) +
+        result.append(rise[i] * (math.sin(phase) + 0.7 * level * math.sin(2 * phase) +
+                                 0.5 * level ** 1.5 * math.sin(3 * phase) +
                                  0.32 * level ** 2 * math.sin(4 * phase) + 0.2 * level ** 2.5 * math.sin(5 * phase)))
     return result
 

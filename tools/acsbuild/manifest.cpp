@@ -90,14 +90,14 @@ class Value {
             refuse("must be a colour of the form \"#RRGGBB\"");
         return static_cast<std::uint32_t>(std::stoul(digits.substr(1), nullptr, 16));
     }
-    // "{XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX}", its first three numbers little-endian in the file.
+    // "{01234567-89ab-cdef-0123-456789abcdef}", its first three numbers little-endian in the file.
     acs::Guid guid() const {
         const std::string written = text();
-        constexpr std::string_view form = "{xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx}";
+        constexpr std::string_view form = "{00000000-0000-0000-0000-000000000000}";
         std::string digits;
         bool good = written.size() == form.size();
         for (std::size_t i = 0; good && i < form.size(); ++i) {
-            if (form[i] != 'x')
+            if (form[i] != '0')
                 good = written[i] == form[i];
             else if (std::string_view("0123456789abcdefABCDEF").find(written[i]) != std::string_view::npos)
                 digits += written[i];

@@ -43,8 +43,10 @@ Picture picture(int width, int height, std::vector<std::uint32_t> pixels) {
 class Acsbuild : public testing::Test {
   protected:
     Acsbuild() {
-        std::string form = (std::filesystem::temp_directory_path() / "acsbuild-XXXXXX").string();
-        folder_ = mkdtemp(form.data());
+        static int number = 0;
+        folder_ = std::filesystem::temp_directory_path() /
+                  ("acsbuild-test-" + std::to_string(getpid()) + "-" + std::to_string(++number));
+        std::filesystem::create_directories(folder_);
     }
     ~Acsbuild() override {
         std::error_code ignored;
