@@ -141,6 +141,8 @@ std::vector<Control*> Form::tabOrder() const {
 }
 
 void Form::focusFirst() {
+    if (DefaultButton && DefaultButton->reachable())
+        return DefaultButton->SetFocus();
     for (Control* control : tabOrder()) {
         if (control->takesFocus() && control->reachable())
             return control->SetFocus();

@@ -20,7 +20,6 @@ inline constexpr Colour highlight_text = 0x8000000E;
 inline constexpr Colour button_face = 0x8000000F;
 inline constexpr Colour grey_text = 0x80000011;
 inline constexpr Colour button_text = 0x80000012;
-inline constexpr Colour link_text = 0x8000001A;
 
 // A picture of the program's resources; `size` is its width and height in pixels at 96 dots an inch. Without a name it
 // is no picture.

@@ -23,6 +23,7 @@ namespace {
 
 constexpr wchar_t form_class[] = L"MurmelixForm", child_class[] = L"MurmelixControl";
 constexpr UINT first_command = 1000;
+constexpr COLORREF link_colour = RGB(0, 92, 184); // the system's own is pale in some themes
 
 struct FormData {
     HMENU bar = nullptr; // the window destroys it
@@ -192,7 +193,7 @@ void paintLink(HWND hwnd, HDC dc, const RECT& area, const Control& link) {
     const win32::Font underlined(CreateFontIndirectW(&description));
     const win32::Selected font(dc, underlined.get());
     SetBkMode(dc, TRANSPARENT);
-    SetTextColor(dc, GetSysColor(link.Enabled() ? COLOR_HOTLIGHT : COLOR_GRAYTEXT));
+    SetTextColor(dc, link.Enabled() ? link_colour : GetSysColor(COLOR_GRAYTEXT));
     RECT text = area;
     DrawTextW(dc, wide(link.Caption()), -1, &text, DT_LEFT | DT_TOP | DT_WORDBREAK);
     if (GetFocus() == hwnd) {
