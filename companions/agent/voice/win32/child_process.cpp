@@ -228,16 +228,17 @@ class Child {
         const InheritedHandles inherited({input_.get(), out});
         STARTUPINFOEXW start_info{};
         start_info.StartupInfo.cb = sizeof start_info;
-        // Hidden by its window: told to have no console, a program below Wine gets no standard handles.
-        start_info.StartupInfo.dwFlags = STARTF_USESTDHANDLES | STARTF_USESHOWWINDOW;
-        start_info.StartupInfo.wShowWindow = SW_HIDE;
+        // Detached from any console: a program below Wine that would get a console of its own, as one does whose
+        // starter has none, gets no standard handles.
+        start_info.StartupInfo.dwFlags = STARTF_USESTDHANDLES;
         start_info.StartupInfo.hStdInput = input_.get();
         start_info.StartupInfo.hStdOutput = out;
         start_info.lpAttributeList = inherited.get();
         PROCESS_INFORMATION information{};
         if (start_info.lpAttributeList == nullptr ||
-            CreateProcessW(nullptr, command_line.data(), nullptr, nullptr, TRUE, EXTENDED_STARTUPINFO_PRESENT, nullptr,
-                           nullptr, &start_info.StartupInfo, &information) == 0)
+            CreateProcessW(nullptr, command_line.data(), nullptr, nullptr, TRUE,
+                           EXTENDED_STARTUPINFO_PRESENT | DETACHED_PROCESS, nullptr, nullptr, &start_info.StartupInfo,
+                           &information) == 0)
             return false;
         const Handle thread(information.hThread);
         process = information.hProcess;
