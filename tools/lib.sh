@@ -15,7 +15,7 @@ MURMELIX_PACKAGES=(
     build-essential cmake ninja-build ccache python3
     g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix
     wine64 xvfb xauth openbox xdotool x11-utils imagemagick fonts-dejavu-core
-    espeak-ng sox librsvg2-bin
+    espeak-ng sox librsvg2-bin libpng-dev
     googletest libgtest-dev libbenchmark-dev nlohmann-json3-dev
     clang clang-format libclang-rt-14-dev
 )
@@ -59,7 +59,10 @@ install_packages() {
     [ ${#MISSING_PACKAGES[@]} -gt 0 ] || return 0
     say "Installing ${MISSING_PACKAGES[*]}"
     # The lists may be old or absent: they are fetched only where the first attempt shows it.
-    apt install --no-install-recommends --simulate "${MISSING_PACKAGES[@]}" >/dev/null 2>&1 || apt update
+    if apt install --no-install-recommends --simulate "${MISSING_PACKAGES[@]}" >/dev/null 2>&1; then
+        apt install --no-install-recommends "${MISSING_PACKAGES[@]}" && return
+    fi
+    apt update
     apt install --no-install-recommends "${MISSING_PACKAGES[@]}" || die "the packages could not be installed"
 }
 
