@@ -70,7 +70,7 @@ App::App(Switches switches)
       control_(client_, faults_,
                {.start_replay = [this] { return startReplay(0); },
                 .shut_down = [this] { PostMessageW(main_.handle(), WM_CLOSE, 0, 0); },
-                .exit = [] { TerminateProcess(GetCurrentProcess(), 0); }}) {
+                .exit = [this] { automation_.vanish(); }}) {
     client_.listen([this](const Change& change) { changed(change); });
 }
 

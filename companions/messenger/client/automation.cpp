@@ -601,6 +601,11 @@ Ptr<IDispatch> Automation::mainWindow() {
     return object<WindowObject>({Kind::main_window, this});
 }
 
+void Automation::vanish() {
+    class_object_.reset();
+    TerminateProcess(GetCurrentProcess(), vanished_status);
+}
+
 void Automation::suffer(std::u16string_view member) {
     for (const Fault& fault : faults_.take(member)) {
         switch (fault.kind) {
@@ -610,7 +615,7 @@ void Automation::suffer(std::u16string_view member) {
         case Fault::Kind::fail:
             throw Error(static_cast<HRESULT>(fault.amount));
         case Fault::Kind::vanish:
-            TerminateProcess(GetCurrentProcess(), 3);
+            vanish();
         }
     }
 }

@@ -17,6 +17,9 @@ namespace messenger_client {
 // The server's class and its ProgIDs.
 const murmelix::com::ServerClass& automationServer();
 
+// Exit status of a client that was made to vanish.
+inline constexpr unsigned vanished_status = 3;
+
 class Automation {
   public:
     struct Hooks {
@@ -45,6 +48,9 @@ class Automation {
     bool unused() const { return objects_.empty(); }
     // Cuts all clients off.
     void close();
+    // Ends the process at once. The class is withdrawn first: Wine 8 would hand out that of a dead process for as long
+    // as its session lasts, and no other client could be reached.
+    void vanish();
 
     murmelix::com::Ptr<IDispatch> contact(const ContactPtr& contact);
     murmelix::com::Ptr<IDispatch> contacts();

@@ -89,6 +89,7 @@ void ConversationWindow::build() {
         SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font_.get()), TRUE);
     for (const HWND edit : {history_, input_})
         SendMessageW(edit, EM_EXLIMITTEXT, 0, 0x7FFFFFFE);
+    SendMessageW(history_, EM_SETUNDOLIMIT, 0, 0);
     // What other programs put in is never taken for formatted text.
     SendMessageW(input_, EM_SETTEXTMODE, TM_PLAINTEXT, 0);
     SendMessageW(people_, LB_SETITEMHEIGHT, 0, px(38));
@@ -223,8 +224,14 @@ void ConversationWindow::queue(Style style, std::u16string_view text) {
         return;
     if (queued_.empty())
         PostMessageW(handle(), show_queued, 0, 0);
-    for (std::size_t at = 0; at < text.size(); at += units_at_once)
-        queued_.push_back({style, std::u16string(text.substr(at, units_at_once))});
+    while (!text.empty()) {
+        std::size_t length = std::min(text.size(), units_at_once);
+        // Line ends and surrogate pairs stay whole.
+        if (length < text.size() && (text[length - 1] == u'\r' || (text[length - 1] & 0xFC00) == 0xD800))
+            --length;
+        queued_.push_back({style, std::u16string(text.substr(0, length))});
+        text.remove_prefix(length);
+    }
 }
 
 void ConversationWindow::showQueued() {
@@ -243,7 +250,7 @@ void ConversationWindow::showQueued() {
     SendMessageW(history_, WM_SETREDRAW, TRUE, 0);
     if (follow)
         SendMessageW(history_, WM_VSCROLL, SB_BOTTOM, 0);
-    InvalidateRect(history_, nullptr, TRUE);
+    RedrawWindow(history_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME);
     if (!queued_.empty())
         PostMessageW(handle(), show_queued, 0, 0);
 }

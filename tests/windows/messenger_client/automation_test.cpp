@@ -1,0 +1,467 @@
+// The automation as another process meets it.
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "common/text.h"
+#include "tests/windows/messenger_client/client_process.h"
+
+namespace messenger_client {
+
+namespace {
+
+using murmelix::com::Error;
+using murmelix::com::isGone;
+using murmelix::com::Object;
+using murmelix::com::Ptr;
+using murmelix::com::Variant;
+using murmelix::com::wide;
+using testing::ElementsAre;
+
+constexpr char16_t notice[] = u"Keep your password and card numbers to yourself: nobody needs them in a conversation.";
+
+DISPID idOf(const Object& object, const wchar_t* name) {
+    DISPID id = DISPID_UNKNOWN;
+    auto* text = const_cast<wchar_t*>(name);
+    object.dispatch()->GetIDsOfNames(IID_NULL, &text, 1, LOCALE_USER_DEFAULT, &id);
+    return id;
+}
+
+struct NamedId {
+    const wchar_t* name;
+    DISPID id;
+};
+
+HRESULT failureOf(const std::function<void()>& call, std::u16string* description = nullptr) {
+    try {
+        call();
+        return S_OK;
+    } catch (const Error& error) {
+        if (description)
+            *description = error.description();
+        return error.result();
+    }
+}
+
+double milliseconds(const std::function<void()>& work) {
+    const auto start = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
+}
+
+// A client with a conversation of Ann and Bob, signed in as me@x.
+struct Automated : testing::Test {
+    RunningClient client{u"/signin me@x /friendly Mia"};
+    Object messenger = client.automation();
+    Object window;
+
+    void SetUp() override {
+        ASSERT_EQ(client.command("add ann@x Ann"), 1);
+        ASSERT_EQ(client.command("add bob@x Bob :)"), 1);
+        window = messenger.object(u"InstantMessage", {Variant(u"ann@x")});
+        ASSERT_EQ(client.command("join bob@x"), 1);
+    }
+};
+
+using Members = Automated;
+using Conversations = Automated;
+using Events = Automated;
+using Faulty = Automated;
+
+TEST_F(Members, HaveTheirPublishedIds) {
+    const std::vector<NamedId> of_messenger{{L"ReceiveFileDirectory", 1280},
+                                            {L"StartVoice", 1281},
+                                            {L"MyFriendlyName", 1282},
+                                            {L"Window", 1283},
+                                            {L"UnreadEmailCount", 1284},
+                                            {L"ViewProfile", 1285},
+                                            {L"GetContact", 1286},
+                                            {L"OptionsPages", 1287},
+                                            {L"AddContact", 1288},
+                                            {L"FindContact", 1289},
+                                            {L"InstantMessage", 1290},
+                                            {L"Signout", 1291},
+                                            {L"SendFile", 1292},
+                                            {L"OpenInbox", 1293},
+                                            {L"MyServiceName", 1294},
+                                            {L"InviteApp", 1295},
+                                            {L"MyPhoneNumber", 1296},
+                                            {L"Signin", 1297},
+                                            {L"SendMail", 1298},
+                                            {L"AutoSignin", 1299},
+                                            {L"Phone", 1300},
+                                            {L"MediaWizard", 1301},
+                                            {L"Page", 1302},
+                                            {L"MyContacts", 1303},
+                                            {L"MySigninName", 1304},
+                                            {L"MyStatus", 1305},
+                                            {L"MyProperty", 1306},
+                                            {L"MyServiceId", 1307},
+                                            {L"Services", 1308}};
+    const std::vector<NamedId> of_window{{L"HWND", 2048},     {L"Left", 2049},     {L"Top", 2050},
+                                         {L"Width", 2051},    {L"Height", 2052},   {L"Close", 2053},
+                                         {L"Show", 2054},     {L"IsClosed", 2055}, {L"Property", 2056},
+                                         {L"Contacts", 2057}, {L"History", 2058},  {L"AddContact", 2059}};
+    const std::vector<NamedId> of_contact{{L"FriendlyName", 1536}, {L"Status", 1537},  {L"SigninName", 1538},
+                                          {L"ServiceName", 1539},  {L"Blocked", 1540}, {L"IsSelf", 1541},
+                                          {L"Property", 1542},     {L"CanPage", 1543}, {L"PhoneNumber", 1544},
+                                          {L"ServiceId", 1545}};
+    const std::vector<NamedId> of_contacts{{L"Item", 0}, {L"Count", 1792}, {L"Remove", 1793}, {L"_NewEnum", -4}};
+
+    const Object contacts = window.object(u"Contacts");
+    const Object contact = messenger.object(u"GetContact", {Variant(u"ann@x"), Variant(u"")});
+    for (const auto& [name, id] : of_messenger)
+        EXPECT_EQ(idOf(messenger, name), id) << id;
+    for (const auto& [name, id] : of_window)
+        EXPECT_EQ(idOf(window, name), id) << id;
+    for (const auto& [name, id] : of_contact)
+        EXPECT_EQ(idOf(contact, name), id) << id;
+    for (const auto& [name, id] : of_contacts)
+        EXPECT_EQ(idOf(contacts, name), id) << id;
+    EXPECT_EQ(idOf(messenger, L"mystatus"), 1305) << "letter case does not matter";
+    EXPECT_EQ(idOf(messenger, L"History"), DISPID_UNKNOWN);
+}
+
+TEST_F(Members, TellTheOwnAccount) {
+    EXPECT_EQ(messenger.get(u"MySigninName").toText(), u"me@x");
+    EXPECT_EQ(messenger.get(u"MyFriendlyName").toText(), u"Mia");
+    EXPECT_EQ(messenger.get(u"MyStatus").toInt32(), 2);
+    EXPECT_EQ(messenger.get(u"UnreadEmailCount", {Variant(std::int32_t{0})}).toInt32(), 0);
+    client.command("unread 7");
+    EXPECT_EQ(messenger.get(u"UnreadEmailCount", {Variant(std::int32_t{0})}).toInt32(), 7);
+    client.command("unread -1");
+    EXPECT_EQ(messenger.get(u"UnreadEmailCount", {Variant(std::int32_t{0})}).toInt32(), -1);
+    EXPECT_NE(messenger.get(u"ReceiveFileDirectory").toText(), u"");
+    EXPECT_NE(messenger.get(u"MyServiceName").toText(), u"");
+    EXPECT_NE(messenger.get(u"MyServiceId").toText(), u"");
+    Object main = messenger.object(u"Window");
+    EXPECT_EQ(main.get(u"HWND").toInt32(),
+              static_cast<std::int32_t>(reinterpret_cast<std::intptr_t>(client.mainWindow())));
+    EXPECT_FALSE(main.get(u"IsClosed").toBool());
+}
+
+TEST_F(Members, MyStatusCanBeSet) {
+    messenger.put(u"MyStatus", Variant(std::int32_t{34}));
+    EXPECT_EQ(messenger.get(u"MyStatus").toInt32(), 34);
+    EXPECT_EQ(failureOf([&] { messenger.put(u"MyStatus", Variant(std::int32_t{77})); }), E_INVALIDARG);
+    EXPECT_EQ(failureOf([&] { messenger.put(u"MyStatus", Variant(std::int32_t{1})); }), E_INVALIDARG);
+    EXPECT_EQ(messenger.get(u"MyStatus").toInt32(), 34);
+}
+
+TEST_F(Members, WhatTheClientDoesNotHaveSaysSo) {
+    for (const char16_t* name : {u"StartVoice", u"ViewProfile", u"OptionsPages", u"FindContact", u"SendFile",
+                                 u"OpenInbox", u"InviteApp", u"SendMail", u"Phone", u"MediaWizard", u"Page"}) {
+        std::u16string description;
+        EXPECT_EQ(failureOf([&] { messenger.call(name); }, &description), E_NOTIMPL) << murmelix::toUtf8(name);
+        EXPECT_TRUE(description.starts_with(u"This client has no ")) << murmelix::toUtf8(description);
+    }
+    EXPECT_EQ(failureOf([&] { messenger.get(u"Services"); }), E_NOTIMPL);
+    EXPECT_EQ(failureOf([&] { messenger.get(u"MyProperty", {Variant(std::int32_t{1})}); }), E_NOTIMPL);
+    EXPECT_EQ(failureOf([&] { window.get(u"Property", {Variant(std::int32_t{1})}); }), E_NOTIMPL);
+}
+
+TEST_F(Members, ContactsAreCountedListedAndRemoved) {
+    Object contacts = messenger.object(u"MyContacts");
+    EXPECT_EQ(contacts.get(u"Count").toInt32(), 2);
+    EXPECT_EQ(contacts.object(u"Item", {Variant(std::int32_t{0})}).get(u"SigninName").toText(), u"ann@x");
+    Object bob = contacts.object(u"Item", {Variant(std::int32_t{1})});
+    EXPECT_EQ(bob.get(u"FriendlyName").toText(), u"Bob :)");
+    EXPECT_EQ(bob.get(u"Status").toInt32(), 2);
+    EXPECT_FALSE(bob.get(u"IsSelf").toBool());
+    EXPECT_FALSE(bob.get(u"Blocked").toBool());
+    bob.put(u"Blocked", Variant(true));
+    EXPECT_TRUE(bob.get(u"Blocked").toBool());
+    EXPECT_TRUE(messenger.object(u"GetContact", {Variant(u"ME@x")}).get(u"IsSelf").toBool());
+    for (const std::int32_t index : {-1, 2, 1000})
+        EXPECT_EQ(failureOf([&] { contacts.get(u"Item", {Variant(index)}); }), DISP_E_BADINDEX);
+    EXPECT_EQ(failureOf([&] { contacts.get(u"Item", {Variant(u"first")}); }), DISP_E_TYPEMISMATCH);
+    EXPECT_EQ(failureOf([&] { contacts.get(u"Item"); }), DISP_E_PARAMNOTOPTIONAL);
+
+    std::vector<std::string> names;
+    const Variant each = contacts.get(u"_NewEnum");
+    const auto values = Ptr<IUnknown>(each.raw().punkVal).as<IEnumVARIANT>(IID_IEnumVARIANT);
+    ASSERT_TRUE(values);
+    Variant value;
+    while (values->Next(1, value.out(), nullptr) == S_OK)
+        names.push_back(murmelix::toUtf8(Object(value.toObject()).get(u"SigninName").toText()));
+    EXPECT_THAT(names, ElementsAre("ann@x", "bob@x"));
+
+    contacts.call(u"Remove", {Variant(bob.dispatch())});
+    EXPECT_EQ(contacts.get(u"Count").toInt32(), 1);
+    messenger.call(u"AddContact", {Variant(std::int32_t{0}), Variant(u"cy@x")});
+    EXPECT_EQ(contacts.get(u"Count").toInt32(), 2);
+}
+
+TEST_F(Members, SigninSignoutAndAutoSignin) {
+    messenger.call(u"Signout");
+    EXPECT_EQ(messenger.get(u"MyStatus").toInt32(), 1);
+    for (const char16_t* name : {u"MySigninName", u"MyFriendlyName", u"MyContacts"})
+        EXPECT_EQ(failureOf([&] { messenger.get(name); }), HRESULT_FROM_WIN32(ERROR_NOT_LOGGED_ON));
+    EXPECT_EQ(failureOf([&] { messenger.call(u"InstantMessage", {Variant(u"ann@x")}); }),
+              HRESULT_FROM_WIN32(ERROR_NOT_LOGGED_ON));
+    EXPECT_TRUE(window.get(u"IsClosed").toBool());
+    messenger.call(u"Signin", {Variant(std::int32_t{0}), Variant(u"kim@x"), Variant(u"secret")});
+    EXPECT_EQ(messenger.get(u"MySigninName").toText(), u"kim@x");
+    EXPECT_EQ(messenger.get(u"MyFriendlyName").toText(), u"kim");
+    messenger.call(u"Signout");
+    messenger.call(u"AutoSignin");
+    EXPECT_EQ(messenger.get(u"MySigninName").toText(), u"you@messenger.example");
+}
+
+TEST_F(Conversations, TheHistoryHasItsLayout) {
+    EXPECT_EQ(window.get(u"History").toText(), notice);
+    client.command("say ann@x hello");
+    client.command("say bob@x one\\ntwo");
+    client.command("say me bye");
+    const std::u16string expected = std::u16string(notice) + u"\r\nAnn says:\r\nhello"
+                                                             u"\r\nBob :) says:\r\none\r\ntwo"
+                                                             u"\r\nMia says:\r\nbye";
+    EXPECT_EQ(window.get(u"History").toText(), expected);
+    client.command("append \\u0000\\uD800");
+    EXPECT_EQ(window.get(u"History").toText(), expected + std::u16string(u"\0\xD800", 2));
+}
+
+TEST_F(Conversations, ListTheirParticipants) {
+    Object contacts = window.object(u"Contacts");
+    EXPECT_EQ(contacts.get(u"Count").toInt32(), 2);
+    EXPECT_EQ(contacts.object(u"Item", {Variant(std::int32_t{1})}).get(u"SigninName").toText(), u"bob@x");
+    client.command("part ann@x");
+    EXPECT_EQ(contacts.get(u"Count").toInt32(), 1);
+    window.call(u"AddContact", {Variant(u"ann@x")});
+    EXPECT_EQ(contacts.get(u"Count").toInt32(), 2);
+    EXPECT_EQ(failureOf([&] { contacts.call(u"Remove", {Variant(u"ann@x")}); }), E_ACCESSDENIED);
+}
+
+TEST_F(Conversations, TellAndChangeTheirPlace) {
+    window.put(u"Left", Variant(std::int32_t{111}));
+    window.put(u"Top", Variant(std::int32_t{88}));
+    window.put(u"Width", Variant(std::int32_t{600}));
+    window.put(u"Height", Variant(std::int32_t{444}));
+    RECT place{};
+    GetWindowRect(client.conversationWindow(), &place);
+    EXPECT_EQ(place.left, 111);
+    EXPECT_EQ(place.top, 88);
+    EXPECT_EQ(place.right - place.left, 600);
+    EXPECT_EQ(place.bottom - place.top, 444);
+    SetWindowPos(client.conversationWindow(), nullptr, 200, 150, 500, 400, SWP_NOZORDER | SWP_NOACTIVATE);
+    EXPECT_EQ(window.get(u"Left").toInt32(), 200);
+    EXPECT_EQ(window.get(u"Top").toInt32(), 150);
+    EXPECT_EQ(window.get(u"Width").toInt32(), 500);
+    EXPECT_EQ(window.get(u"Height").toInt32(), 400);
+    window.call(u"Show");
+    EXPECT_EQ(window.get(u"HWND").toInt32(),
+              static_cast<std::int32_t>(reinterpret_cast<std::intptr_t>(client.conversationWindow())));
+}
+
+TEST_F(Conversations, ClosedOnesStayObjects) {
+    const std::int32_t handle = window.get(u"HWND").toInt32();
+    EXPECT_FALSE(window.get(u"IsClosed").toBool());
+    window.call(u"Close");
+    EXPECT_TRUE(window.get(u"IsClosed").toBool());
+    EXPECT_EQ(window.get(u"HWND").toInt32(), handle);
+    for (const char16_t* name : {u"History", u"Contacts", u"Left"}) {
+        const HRESULT result = failureOf([&] { window.get(name); });
+        EXPECT_EQ(result, HRESULT_FROM_WIN32(ERROR_INVALID_WINDOW_HANDLE));
+        EXPECT_FALSE(isGone(result)) << "the server is still there";
+    }
+    EXPECT_EQ(failureOf([&] { window.call(u"Close"); }), HRESULT_FROM_WIN32(ERROR_INVALID_WINDOW_HANDLE));
+    EXPECT_TRUE(pumpUntil([&] { return !client.conversationWindow(); }));
+    EXPECT_EQ(messenger.get(u"MyStatus").toInt32(), 2);
+}
+
+TEST_F(Conversations, TheSameThingIsTheSameObject) {
+    const auto identity = [](const Object& object) {
+        return Ptr<IDispatch>(object.dispatch()).as<IUnknown>(IID_IUnknown);
+    };
+    Object contacts = window.object(u"Contacts");
+    const Object listed = contacts.object(u"Item", {Variant(std::int32_t{0})});
+    const Object asked = messenger.object(u"GetContact", {Variant(u"ann@x")});
+    EXPECT_EQ(identity(listed).get(), identity(asked).get());
+    EXPECT_EQ(identity(client.automation()).get(), identity(messenger).get());
+}
+
+TEST_F(Conversations, TheDualInterfacesAreRefusedCleanly) {
+    for (const IID& iid : {IID{0xD6B0E4C8, 0xFAD6, 0x4885, {0xB2, 0x71, 0x0D, 0xC5, 0xA5, 0x84, 0xAD, 0xF8}},
+                           IID{0xD6B0E4C9, 0xFAD6, 0x4885, {0xB2, 0x71, 0x0D, 0xC5, 0xA5, 0x84, 0xAD, 0xF8}}}) {
+        void* found = nullptr;
+        EXPECT_EQ(window.dispatch()->QueryInterface(iid, &found), E_NOINTERFACE);
+        EXPECT_EQ(found, nullptr);
+    }
+    EXPECT_EQ(window.get(u"History").toText(), notice) << "the object itself answers the names";
+}
+
+TEST_F(Events, ArriveWithTheirIdsAndArgumentsInOrder) {
+    Heard heard(messenger);
+    for (const char* line : {"open bob@x", "join ann@x", "rename bob@x Bobby", "part bob@x", "status ann@x 50",
+                             "status me 10", "rename me Mimi", "unread 3", "add cy@x Cy", "remove cy@x", "close",
+                             "signout", "signin me@x Mia", "signin-fail 80004005"})
+        EXPECT_EQ(client.command(line), 1) << line;
+    ASSERT_TRUE(pumpUntil([&] { return heard.has("1024 -2147467259"); }));
+    EXPECT_THAT(heard.lines,
+                ElementsAre("1041 window", "1043 ann@x window", "1028 0 bob@x Bob :)", "1044 bob@x window",
+                            "1030 ann@x 50", "1031 0 10", "1029 0 Mia", "1039 0 3 -1", "1026 0 cy@x", "1027 0 cy@x",
+                            "1042 window", "1042 window", "1025", "1024 0", "1031 0 2", "1025", "1024 -2147467259"));
+    EXPECT_TRUE(heard.windows.front().get(u"IsClosed").toBool());
+}
+
+TEST_F(Events, TheWindowOfAnEventCanBeAskedInsideTheEvent) {
+    std::u16string history;
+    std::int32_t handle = 0;
+    const murmelix::com::Subscription subscription(
+        messenger.dispatch(), iid_messenger_events, [&](DISPID event, std::vector<Variant>& arguments) {
+            if (event == 1041)
+                history = Object(arguments.at(0).toObject()).get(u"History").toText();
+            if (event == 1042)
+                handle = Object(arguments.at(0).toObject()).get(u"HWND").toInt32();
+        });
+    client.command("open bob@x");
+    ASSERT_TRUE(pumpUntil([&] { return !history.empty(); }));
+    EXPECT_EQ(history, notice);
+    client.command("close");
+    EXPECT_TRUE(pumpUntil([&] { return handle != 0; }));
+}
+
+TEST_F(Events, AllListenersHearAndAKilledOneIsForgotten) {
+    constexpr char ready_name[] = "messenger_client_listener";
+    const HANDLE ready = CreateEventA(nullptr, TRUE, FALSE, ready_name);
+    std::vector<wchar_t> self(1024);
+    GetModuleFileNameW(nullptr, self.data(), static_cast<DWORD>(self.size()));
+    std::u16string line = u"\"";
+    line += murmelix::com::narrow(self.data(), std::wcslen(self.data()));
+    line += u"\" --listen messenger_client_listener";
+    Process other(line);
+    ASSERT_TRUE(pumpUntil([&] { return WaitForSingleObject(ready, 0) == WAIT_OBJECT_0; }));
+    CloseHandle(ready);
+
+    Object second = client.automation();
+    Heard first_heard(messenger);
+    Heard second_heard(second);
+    client.command("status me 10");
+    ASSERT_TRUE(pumpUntil([&] { return first_heard.has("1031 0 10") && second_heard.has("1031 0 10"); }));
+    other.kill();
+    ASSERT_TRUE(other.exitStatus());
+    client.command("status me 14");
+    client.command("status me 34");
+    EXPECT_TRUE(pumpUntil([&] { return first_heard.has("1031 0 34") && second_heard.has("1031 0 34"); }));
+    EXPECT_THAT(first_heard.lines, ElementsAre("1031 0 10", "1031 0 14", "1031 0 34"));
+    EXPECT_EQ(messenger.get(u"MyStatus").toInt32(), 34);
+}
+
+TEST_F(Events, AListenerThatMeetsAFailureIsNotForgotten) {
+    int events = 0;
+    const murmelix::com::Subscription subscription(messenger.dispatch(), iid_messenger_events,
+                                                   [&](DISPID, std::vector<Variant>&) {
+                                                       ++events;
+                                                       throw Error(RPC_E_DISCONNECTED);
+                                                   });
+    client.command("status me 10");
+    ASSERT_TRUE(pumpUntil([&] { return events == 1; }));
+    client.command("status me 14");
+    EXPECT_TRUE(pumpUntil([&] { return events == 2; }));
+}
+
+TEST_F(Events, ShutdownIsToldAndEndsTheProcess) {
+    Heard heard(messenger);
+    EXPECT_EQ(client.command("shutdown"), 1);
+    EXPECT_TRUE(pumpUntil([&] { return heard.has("1032"); }));
+    EXPECT_EQ(client.process().exitStatus(), 0U);
+    EXPECT_TRUE(isGone(failureOf([&] { messenger.get(u"MyStatus"); })));
+}
+
+TEST_F(Faulty, ACallThatHangsReturnsInTheEnd) {
+    client.command("say ann@x hi");
+    EXPECT_EQ(client.command("hang 700 History"), 1);
+    std::u16string history;
+    EXPECT_GE(milliseconds([&] { history = window.get(u"History").toText(); }), 690);
+    EXPECT_TRUE(history.ends_with(u"hi"));
+}
+
+TEST_F(Faulty, CallsFailAsOftenAsWanted) {
+    EXPECT_EQ(client.command("fail 80010001 2 MyStatus"), 1);
+    EXPECT_EQ(failureOf([&] { messenger.get(u"MyStatus"); }), RPC_E_CALL_REJECTED);
+    EXPECT_EQ(failureOf([&] { messenger.get(u"MyStatus"); }), RPC_E_CALL_REJECTED);
+    EXPECT_EQ(messenger.get(u"MyStatus").toInt32(), 2);
+}
+
+TEST_F(Faulty, AClientThatVanishesInACallIsGone) {
+    EXPECT_EQ(client.command("vanish History"), 1);
+    EXPECT_TRUE(isGone(failureOf([&] { window.get(u"History"); })));
+    EXPECT_TRUE(client.process().exitStatus());
+    EXPECT_TRUE(isGone(failureOf([&] { messenger.get(u"MyStatus"); })));
+}
+
+TEST_F(Conversations, AMillionUnitsOfHistoryStayUsable) {
+    EXPECT_EQ(client.command("fill 1000000"), 1);
+    std::vector<double> reads;
+    std::u16string history;
+    for (int i = 0; i < 9; ++i)
+        reads.push_back(milliseconds([&] { history = window.get(u"History").toText(); }));
+    std::sort(reads.begin(), reads.end());
+    std::printf("reading 1 000 000 units of History: median %.1f ms\n", reads[4]);
+    EXPECT_EQ(history.size(), std::u16string(notice).size() + 1'000'000);
+    EXPECT_EQ(client.command("say ann@x after"), 1);
+    EXPECT_TRUE(window.get(u"History").toText().ends_with(u"\r\nAnn says:\r\nafter"));
+}
+
+TEST(Activation, StartsTheClientSignedOutAndItEndsWithItsLastUser) {
+    ASSERT_TRUE(pumpUntil([] { return !FindWindowW(L"MessengerClientMain", nullptr); }));
+    {
+        Object messenger = Object::create(u"Messenger.UIAutomation");
+        EXPECT_EQ(messenger.get(u"MyStatus").toInt32(), 1);
+        EXPECT_TRUE(FindWindowW(L"MessengerClientMain", nullptr));
+    }
+    EXPECT_TRUE(pumpUntil([] { return !FindWindowW(L"MessengerClientMain", nullptr); }));
+}
+
+TEST(Activation, ARunningClientIsFoundNotStartedAgain) {
+    const RunningClient client(u"/signin me@x");
+    Object messenger = client.automation();
+    EXPECT_EQ(messenger.get(u"MySigninName").toText(), u"me@x");
+    EXPECT_EQ(Process(clientProgram()).exitStatus(), 23U) << "one client at a time";
+}
+
+TEST(Registering, NeverReplacesAnothersRegistration) {
+    constexpr wchar_t key[] = L"Software\\Classes\\Messenger.UIAutomation\\CLSID";
+    const std::u16string other = u"{00000000-1111-2222-3333-444444444444}";
+    const auto set = [&](const std::u16string& clsid) {
+        return RegSetKeyValueW(HKEY_LOCAL_MACHINE, key, nullptr, REG_SZ, wide(clsid),
+                               static_cast<DWORD>((clsid.size() + 1) * 2));
+    };
+    ASSERT_EQ(set(other), ERROR_SUCCESS);
+    EXPECT_EQ(Process(clientProgram() + u" /regserver").exitStatus(), 22U);
+    EXPECT_EQ(Process(clientProgram() + u" /unregserver").exitStatus(), 0U);
+    std::array<wchar_t, 64> now{};
+    DWORD bytes = sizeof now;
+    RegGetValueW(HKEY_LOCAL_MACHINE, key, nullptr, RRF_RT_REG_SZ, nullptr, now.data(), &bytes);
+    EXPECT_EQ(std::u16string(murmelix::com::narrow(now.data(), std::wcslen(now.data()))), other);
+    RegDeleteTreeW(HKEY_LOCAL_MACHINE, L"Software\\Classes\\Messenger.UIAutomation");
+    EXPECT_EQ(Process(clientProgram() + u" /regserver").exitStatus(), 0U);
+}
+
+TEST_F(Members, AnswerAScript) {
+    const std::u16string script = temporaryFile(u"script.vbs");
+    {
+        std::ofstream out(std::filesystem::path(wide(script)), std::ios::binary);
+        out << "Set m = CreateObject(\"Messenger.UIAutomation\")\r\n"
+               "names = m.MyFriendlyName\r\n"
+               "For Each c In m.MyContacts\r\n"
+               "names = names & \",\" & c.FriendlyName\r\n"
+               "Next\r\n"
+               "Set w = m.InstantMessage(m.MyContacts.Item(1))\r\n"
+               "If names = \"Mia,Ann,Bob :)\" And w.Contacts.Item(0).SigninName = \"bob@x\" And Len(w.History) > 10 "
+               "Then WScript.Quit 7\r\n"
+               "WScript.Quit 8\r\n";
+    }
+    EXPECT_EQ(Process(u"cscript.exe //nologo \"" + script + u"\"").exitStatus(), 7U);
+    std::filesystem::remove(std::filesystem::path(wide(script)));
+}
+
+} // namespace
+
+} // namespace messenger_client

@@ -1,0 +1,75 @@
+// A MessengerClient.exe started for a test, and what tests do with it: the automation from this other process,
+// control commands, its windows.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <windows.h>
+
+#include "common/com/client.h"
+
+namespace messenger_client {
+
+inline constexpr IID iid_messenger_events{0xC9A6A6B6, 0x9BC1, 0x43A5, {0xB0, 0x6B, 0xE5, 0x88, 0x74, 0xEE, 0xBC, 0x96}};
+
+// Runs the message loop until the condition holds; false where it did not within 20 s.
+bool pumpUntil(const std::function<bool()>& condition);
+
+class Process {
+  public:
+    explicit Process(const std::u16string& command_line);
+    ~Process(); // ends it
+    Process(const Process&) = delete;
+    Process& operator=(const Process&) = delete;
+    bool running() const { return WaitForSingleObject(process_, 0) == WAIT_TIMEOUT; }
+    // The exit status; none where it is still running after 20 s.
+    std::optional<DWORD> exitStatus() const;
+    void kill() const { TerminateProcess(process_, 99); }
+    DWORD id() const { return id_; }
+
+  private:
+    HANDLE process_ = nullptr;
+    DWORD id_ = 0;
+};
+
+// "Z:\…\MessengerClient.exe", quoted.
+std::u16string clientProgram();
+std::u16string windowsPath(const std::string& host_path);
+std::u16string temporaryFile(const std::u16string& name);
+std::string contents(const std::u16string& file);
+
+// A running client whose main window is there and whose automation answers.
+class RunningClient {
+  public:
+    explicit RunningClient(const std::u16string& switches = {});
+    ~RunningClient();
+
+    HWND mainWindow() const;
+    // A conversation window that is open; the newest where there are several.
+    HWND conversationWindow() const;
+    // The Result of a control command; -1 where the client does not answer.
+    int command(std::string_view line) const;
+    Process& process() { return process_; }
+    murmelix::com::Object automation() const;
+
+  private:
+    Process process_;
+};
+
+// Events as lines: "1043 ann@x Hazel", objects by sign-in name or "window".
+struct Heard {
+    explicit Heard(murmelix::com::Object& messenger);
+    std::vector<std::string> lines;
+    std::vector<murmelix::com::Object> windows;
+    murmelix::com::Subscription subscription;
+    bool has(const std::string& line) const;
+};
+
+// The picture of the window on the screen, as a bitmap file below the build folder's screens/.
+void screenshot(HWND window, const char* name);
+
+} // namespace messenger_client

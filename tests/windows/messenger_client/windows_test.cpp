@@ -1,0 +1,302 @@
+// The windows as users and other programs meet them.
+#include <array>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <richedit.h>
+
+#include "common/text.h"
+#include "tests/windows/messenger_client/client_process.h"
+
+namespace messenger_client {
+
+namespace {
+
+using murmelix::com::Object;
+using murmelix::com::Variant;
+using murmelix::com::wide;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+struct Windows : testing::Test {
+    RunningClient client{u"/signin me@x /friendly Mia /left 300 /top 60 /width 560 /height 480"};
+    Object messenger = client.automation();
+    Object conversation;
+    HWND window = nullptr;
+    HWND history = nullptr;
+    HWND input = nullptr;
+    HWND send = nullptr;
+    HWND as = nullptr;
+
+    void SetUp() override {
+        ASSERT_EQ(client.command("add ann@x Ann"), 1);
+        ASSERT_EQ(client.command("add bob@x Bob :)"), 1);
+        conversation = messenger.object(u"InstantMessage", {Variant(u"ann@x")});
+        ASSERT_EQ(client.command("join bob@x"), 1);
+        window = client.conversationWindow();
+        ASSERT_TRUE(window);
+        history = FindWindowExA(window, nullptr, "RichEdit20W", nullptr);
+        input = FindWindowExA(window, history, "RichEdit20W", nullptr);
+        send = FindWindowExA(window, nullptr, "Button", "&Send");
+        as = FindWindowExA(window, nullptr, "ComboBox", nullptr);
+    }
+
+    std::u16string text() { return conversation.get(u"History").toText(); }
+    std::u16string shown(HWND edit) {
+        std::u16string all(static_cast<std::size_t>(SendMessageW(edit, WM_GETTEXTLENGTH, 0, 0)) + 1, u'\0');
+        all.resize(
+            static_cast<std::size_t>(SendMessageW(edit, WM_GETTEXT, all.size(), reinterpret_cast<LPARAM>(all.data()))));
+        return all;
+    }
+    void pressSend() {
+        SendMessageA(send, WM_KEYDOWN, VK_SPACE, 0);
+        SendMessageA(send, WM_KEYUP, VK_SPACE, 0);
+    }
+    bool saysSoon(std::u16string_view end) {
+        return pumpUntil([&] { return text().ends_with(end); });
+    }
+};
+
+TEST_F(Windows, HaveTheirChildrenInOrder) {
+    ASSERT_TRUE(history && input && send);
+    EXPECT_EQ(FindWindowExA(window, input, "RichEdit20W", nullptr), nullptr) << "two, and no third";
+    EXPECT_EQ(GetWindow(window, GW_CHILD), history);
+    EXPECT_EQ(GetWindow(history, GW_HWNDNEXT), input);
+    EXPECT_EQ(FindWindowExA(window, nullptr, "Button", nullptr), send);
+    EXPECT_TRUE(GetWindowLongW(history, GWL_STYLE) & ES_READONLY);
+    EXPECT_FALSE(GetWindowLongW(input, GWL_STYLE) & ES_READONLY);
+}
+
+TEST_F(Windows, AnotherProgramTypesAndSends) {
+    SendMessageA(input, WM_SETTEXT, 0, reinterpret_cast<LPARAM>("quick :) message"));
+    pressSend();
+    EXPECT_TRUE(saysSoon(u"\r\nMia says:\r\nquick :) message"));
+    EXPECT_EQ(shown(input), u"");
+    SendMessageW(input, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(L"gr\u00FC\u00DFe \u4F60"));
+    pressSend();
+    EXPECT_TRUE(saysSoon(u"\r\nMia says:\r\ngr\u00FC\u00DFe \u4F60"));
+}
+
+TEST_F(Windows, FormattedTextIsPlainText) {
+    SendMessageA(input, WM_SETTEXT, 0, reinterpret_cast<LPARAM>("{\\rtf1 not \\b bold}"));
+    pressSend();
+    EXPECT_TRUE(saysSoon(u"\r\nMia says:\r\n{\\rtf1 not \\b bold}"));
+}
+
+TEST_F(Windows, AnEmptyMessageIsNotSent) {
+    const std::u16string before = text();
+    pressSend();
+    SendMessageA(input, WM_SETTEXT, 0, reinterpret_cast<LPARAM>("\r\n\r\n"));
+    pressSend();
+    EXPECT_EQ(text(), before);
+}
+
+TEST_F(Windows, OneTypesAsAContact) {
+    ASSERT_TRUE(as);
+    EXPECT_EQ(SendMessageW(as, CB_GETCOUNT, 0, 0), 3);
+    SendMessageW(as, CB_SETCURSEL, 2, 0);
+    SendMessageW(input, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(L"it is me, Bob"));
+    pressSend();
+    EXPECT_TRUE(saysSoon(u"\r\nBob :) says:\r\nit is me, Bob"));
+    client.command("part ann@x");
+    EXPECT_EQ(SendMessageW(as, CB_GETCURSEL, 0, 0), 1) << "still Bob";
+    client.command("part bob@x");
+    EXPECT_EQ(SendMessageW(as, CB_GETCURSEL, 0, 0), 0) << "oneself again";
+}
+
+TEST_F(Windows, EnterSendsAndShiftEnterDoesNot) {
+    SendMessageW(input, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(L"by the key"));
+    PostMessageW(input, WM_KEYDOWN, VK_RETURN, 0);
+    EXPECT_TRUE(saysSoon(u"\r\nMia says:\r\nby the key"));
+    EXPECT_EQ(shown(input), u"");
+}
+
+TEST_F(Windows, TheHistoryControlShowsTheHistory) {
+    client.command("say ann@x one\\ntwo");
+    client.command("rename ann@x Anna");
+    client.command("say ann@x three");
+    EXPECT_TRUE(pumpUntil([&] { return shown(history) == text(); })) << murmelix::toUtf8(shown(history)) << "\n---\n"
+                                                                     << murmelix::toUtf8(text());
+}
+
+TEST_F(Windows, ALongHistoryIsShownWhole) {
+    ASSERT_EQ(client.command("fill 1000000"), 1);
+    client.command("say ann@x after");
+    const std::size_t wanted = text().size();
+    EXPECT_TRUE(pumpUntil([&] {
+        return static_cast<std::size_t>(SendMessageW(history, WM_GETTEXTLENGTH, 0, 0)) == wanted;
+    })) << SendMessageW(history, WM_GETTEXTLENGTH, 0, 0)
+        << " of " << wanted;
+    SendMessageA(input, WM_SETTEXT, 0, reinterpret_cast<LPARAM>("still here"));
+    pressSend();
+    EXPECT_TRUE(saysSoon(u"\r\nMia says:\r\nstill here"));
+}
+
+TEST_F(Windows, NamesAndTextsOfAnyKindAreShown) {
+    const std::string long_name(10'000, 'n');
+    client.command("rename ann@x " + long_name);
+    client.command("rename bob@x :) (k) &");
+    client.command("say ann@x \\u0000 \\uD800 \\u202E\\u05D0\\u05D1 \\\\vce\\\\");
+    client.command("append " + std::string(100'000, 'x'));
+    client.command("join long" + std::string(5'000, 'g') + "@x " + std::string(5'000, ' '));
+    EXPECT_EQ(client.command("say me fine"), 1);
+    EXPECT_TRUE(saysSoon(u"fine"));
+    RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
+    EXPECT_TRUE(client.process().running());
+}
+
+TEST_F(Windows, TheirPartsStayInsideAtEverySize) {
+    for (const auto& [width, height] : {std::pair{560, 480}, {900, 700}, {420, 320}, {100, 100}, {1200, 300}}) {
+        SetWindowPos(window, nullptr, 20, 20, width, height, SWP_NOZORDER | SWP_NOACTIVATE);
+        RECT area{};
+        GetClientRect(window, &area);
+        std::vector<RECT> places;
+        for (HWND child = GetWindow(window, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
+            if (!IsWindowVisible(child))
+                continue;
+            RECT place{};
+            GetWindowRect(child, &place);
+            MapWindowPoints(nullptr, window, reinterpret_cast<POINT*>(&place), 2);
+            EXPECT_GE(place.left, 0);
+            EXPECT_GE(place.top, 0);
+            EXPECT_LE(place.right, area.right) << width;
+            EXPECT_LE(place.bottom, area.bottom) << height;
+            for (const RECT& other : places) {
+                RECT common{};
+                EXPECT_FALSE(IntersectRect(&common, &place, &other)) << width << " x " << height;
+            }
+            places.push_back(place);
+        }
+        EXPECT_GE(places.size(), 4U);
+    }
+}
+
+TEST_F(Windows, ClosingOneEndsTheConversation) {
+    Heard heard(messenger);
+    PostMessageW(window, WM_CLOSE, 0, 0);
+    EXPECT_TRUE(pumpUntil([&] { return heard.has("1042 window"); }));
+    EXPECT_TRUE(conversation.get(u"IsClosed").toBool());
+    EXPECT_TRUE(pumpUntil([&] { return !IsWindow(window); }));
+}
+
+TEST_F(Windows, ClosingTheMainWindowEndsTheClient) {
+    Heard heard(messenger);
+    PostMessageW(client.mainWindow(), WM_CLOSE, 0, 0);
+    EXPECT_TRUE(pumpUntil([&] { return heard.has("1032"); }));
+    EXPECT_EQ(client.process().exitStatus(), 0U);
+}
+
+TEST_F(Windows, AreShown) {
+    client.command("say ann@x hello :) how was the lake?");
+    client.command("say bob@x (lol) wet.\\nbut sunny!");
+    client.command("say me send pictures :D");
+    client.command("add cy@x Cyril");
+    client.command("status cy@x 1");
+    client.command("status bob@x 34");
+    EXPECT_TRUE(pumpUntil([&] { return shown(history) == text(); }));
+    for (const HWND each : {window, client.mainWindow()}) {
+        SetWindowPos(each, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+        RedrawWindow(each, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
+        EXPECT_EQ(client.command("?"), 2) << "painted";
+        screenshot(each, each == window ? "messenger_conversation" : "messenger_main");
+    }
+    client.command("signout");
+    RedrawWindow(client.mainWindow(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
+    EXPECT_EQ(client.command("?"), 2);
+    screenshot(client.mainWindow(), "messenger_signed_out");
+}
+
+TEST(SigningIn, ByTheMainWindow) {
+    const RunningClient client(u"/signedout");
+    Object messenger = client.automation();
+    EXPECT_EQ(messenger.get(u"MyStatus").toInt32(), 1);
+    const HWND name = FindWindowExW(client.mainWindow(), nullptr, L"Edit", nullptr);
+    const HWND friendly = FindWindowExW(client.mainWindow(), name, L"Edit", nullptr);
+    const HWND button = FindWindowExW(client.mainWindow(), nullptr, L"Button", L"&Sign in");
+    ASSERT_TRUE(name && friendly && button);
+    SendMessageW(name, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(L" kim@x "));
+    SendMessageW(friendly, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(L"Kim"));
+    SendMessageW(button, BM_CLICK, 0, 0);
+    EXPECT_TRUE(pumpUntil([&] { return messenger.get(u"MyStatus").toInt32() == 2; }));
+    EXPECT_EQ(messenger.get(u"MySigninName").toText(), u"kim@x");
+    EXPECT_EQ(messenger.get(u"MyFriendlyName").toText(), u"Kim");
+}
+
+std::vector<std::string> kindsIn(const std::u16string& log) {
+    std::vector<std::string> kinds;
+    std::istringstream lines(contents(log));
+    for (std::string line; std::getline(lines, line);) {
+        std::istringstream fields(line);
+        std::string field;
+        for (int i = 0; i < 3; ++i)
+            std::getline(fields, field, '\t');
+        kinds.push_back(field);
+    }
+    return kinds;
+}
+
+TEST(Replaying, WaitsForAReaderAndTellsItsEnd) {
+    const std::u16string log = temporaryFile(u"log.txt");
+    const std::u16string demo =
+        windowsPath(std::string(MESSENGER_SOURCE_DIR) + "/companions/messenger/demo/conversation.txt");
+    RunningClient client(u"/conversation \"" + demo + u"\" /messages 6 /speed 1000 /wait /exit-when-done /log \"" +
+                         log + u"\"");
+    EXPECT_THAT(kindsIn(log), ElementsAre("signin", "window"));
+    Object messenger = client.automation();
+    Heard heard(messenger);
+    Object window = messenger.object(u"InstantMessage", {Variant(u"otto@messenger.example")});
+    const std::u16string start = window.get(u"History").toText();
+    EXPECT_EQ(client.command("replay start"), 1) << "that was not the conversation it waits for";
+    EXPECT_TRUE(client.process().exitStatus());
+    EXPECT_THAT(kindsIn(log), ElementsAre("signin", "window", "window", "message", "message", "join", "rename",
+                                          "message", "message", "message", "message", "done"));
+    EXPECT_THAT(contents(log), HasSubstr("\tmessage\thazel@messenger.example\thi all :) is anybody around?\n"));
+}
+
+TEST(Replaying, BeginsWhenTheHistoryIsRead) {
+    const std::u16string chat = temporaryFile(u"chat.txt");
+    std::ofstream(std::filesystem::path(wide(chat)), std::ios::binary)
+        << "[10:00] <ann> \xFF one\r\n[10:00] <ann> two\r\n[10:59] <ann> three";
+    const std::u16string log = temporaryFile(u"log2.txt");
+    RunningClient client(u"/conversation \"" + chat + u"\" /speed 100 /wait /log \"" + log + u"\"");
+    Object messenger = client.automation();
+    // The only contact's own conversation is the one that is replayed.
+    Object window = messenger.object(u"InstantMessage", {Variant(u"ann@messenger.example")});
+    const std::u16string before = window.get(u"History").toText();
+    EXPECT_TRUE(pumpUntil([&] { return contents(log).find("\tdone\t") != std::string::npos; }));
+    EXPECT_EQ(window.get(u"History").toText(),
+              before + u"\r\nann says:\r\n\xFFFD one\r\nann says:\r\ntwo\r\nann says:\r\nthree");
+}
+
+TEST(Replaying, AMissingLogIsSaid) {
+    Process process(clientProgram() + u" /conversation Z:\\no\\such\\file.txt");
+    HWND box = nullptr;
+    ASSERT_TRUE(pumpUntil([&] { return (box = FindWindowW(L"#32770", L"Messenger")) != nullptr; }));
+    EXPECT_TRUE(FindWindowExW(box, nullptr, L"Static", L"The chat log cannot be read: Z:\\no\\such\\file.txt"));
+    process.kill();
+}
+
+TEST(CommandLine, AWrongSwitchIsSaid) {
+    Process process(clientProgram() + u" /dance");
+    HWND box = nullptr;
+    ASSERT_TRUE(pumpUntil([&] { return (box = FindWindowW(L"#32770", L"Messenger")) != nullptr; }));
+    EXPECT_TRUE(FindWindowExW(box, nullptr, L"Static", L"Unknown switch: /dance"));
+    PostMessageW(box, WM_COMMAND, IDOK, 0);
+    EXPECT_EQ(process.exitStatus(), 20U);
+}
+
+TEST(CommandLine, SendHandsACommandToTheRunningClient) {
+    EXPECT_EQ(Process(clientProgram() + u" /send signout").exitStatus(), 21U) << "no client runs";
+    const RunningClient client(u"/signin me@x");
+    EXPECT_EQ(Process(clientProgram() + u" /send \"status me 10\"").exitStatus(), 0U);
+    EXPECT_EQ(client.automation().get(u"MyStatus").toInt32(), 10);
+    EXPECT_EQ(Process(clientProgram() + u" /send dance").exitStatus(), 2U);
+}
+
+} // namespace
+
+} // namespace messenger_client
