@@ -12,7 +12,7 @@
 
 #include "common/com/server.h"
 #include "common/text.h"
-#include "companions/agent/automation/objects.h"
+#include "companions/agent/automation/reception.h"
 #include "companions/agent/automation/server.h"
 
 namespace {
@@ -88,8 +88,7 @@ int serve(const Options& options) {
     const murmelix::com::Apartment apartment;
     murmelix::com::check(apartment.result());
     agent::automation::Server server(options);
-    const murmelix::com::ClassObject offered(serverClass().clsid,
-                                             [&] { return agent::automation::makeControl(server, 0); });
+    const agent::automation::Reception reception(server);
     server.run();
     return 0;
 }

@@ -11,6 +11,7 @@
 #include "common/text.h"
 #include "companions/agent/automation/objects.h"
 #include "companions/agent/automation/settings_window.h"
+#include "companions/agent/automation/tray_icon.h"
 
 namespace agent::automation {
 namespace {
@@ -245,6 +246,10 @@ Server::Server(const Options& options)
     sound_enabled_ = readSoundEnabled();
     theatre_->setAudible(sound_enabled_);
     messages_.every(tick_period, [this] { tick(); });
+    messages_.onClose([this] { shutDown(); });
+    if (options_.stay) {
+        tray_icon_ = std::make_unique<TrayIcon>([this] { settings_window_->setVisible(true); }, [this] { shutDown(); });
+    }
 }
 
 Server::~Server() {
@@ -255,6 +260,14 @@ Server::~Server() {
         }
     }
     watches_.clear();
+}
+
+void Server::shutDown() {
+    if (std::exchange(ending_, true)) {
+        return;
+    }
+    tellAll(12);
+    messages_.post([] { stage::MessageWindow::quit(); });
 }
 
 void Server::run() {
@@ -343,11 +356,16 @@ void Server::deliver() {
         if (!client || !client->fire) {
             continue;
         }
-        if (event.request) {
-            event.arguments.emplace_back(client->object(event.request));
+        try {
+            if (event.request) {
+                event.arguments.emplace_back(client->object(event.request));
+            }
+            const auto fire = client->fire; // a copy: the control may go while it is called
+            fire(event.id, event.arguments);
+        } catch (...) {
+            // An event that cannot be told for want of memory is lost; the next may get through.
+            continue;
         }
-        const auto fire = client->fire;
-        fire(event.id, event.arguments);
     }
     delivering_ = false;
 }

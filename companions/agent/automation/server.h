@@ -92,8 +92,8 @@ struct Options {
     bool stay = true; // false: end with the last client
 };
 
-
 class SettingsWindow;
+class TrayIcon;
 
 class Server final : public stage::Audience {
   public:
@@ -114,6 +114,9 @@ class Server final : public stage::Audience {
     bool soundEnabled() const { return sound_enabled_; }
     void enableSound(bool enabled);
     SettingsWindow& settingsWindow() { return *settings_window_; }
+
+    // Tells the clients, and ends the message loop.
+    void shutDown();
 
     // Shows a character's menu at a place on the screen, later, so that the call returns at once.
     void popUpMenu(stage::ActorId actor, int x, int y);
@@ -167,11 +170,13 @@ class Server final : public stage::Audience {
     std::unique_ptr<stage::Theatre> theatre_;
     stage::Stage stage_;
     std::unique_ptr<SettingsWindow> settings_window_;
+    std::unique_ptr<TrayIcon> tray_icon_; // of a server that stays
     std::vector<std::weak_ptr<Client>> clients_;
     std::vector<std::unique_ptr<Watch>> watches_;
     std::deque<Event> events_;
     bool delivering_ = false;
     bool menu_open_ = false;
+    bool ending_ = false;
     bool sound_enabled_ = true;
     stage::ActorId active_ = 0;
     ULONGLONG empty_since_;

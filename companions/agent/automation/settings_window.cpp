@@ -134,6 +134,7 @@ void SettingsWindow::setVisible(bool visible) {
     GetWindowRect(handle(), &frame);
     SetWindowPos(handle(), HWND_TOP, (GetSystemMetrics(SM_CXSCREEN) - (frame.right - frame.left)) / 2,
                  (GetSystemMetrics(SM_CYSCREEN) - (frame.bottom - frame.top)) / 2, 0, 0, SWP_NOSIZE | SWP_SHOWWINDOW);
+    RedrawWindow(handle(), nullptr, nullptr, RDW_ERASE | RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
 }
 
 bool SettingsWindow::visible() const {
@@ -165,9 +166,12 @@ LRESULT SettingsWindow::received(UINT message, WPARAM wparam, LPARAM lparam) {
         }
         return 0;
     }
-    case WM_CTLCOLORSTATIC:
-    case WM_ERASEBKGND:
-        return Window::received(message, wparam, lparam);
+    case WM_ERASEBKGND: {
+        RECT all{};
+        GetClientRect(handle(), &all);
+        FillRect(reinterpret_cast<HDC>(wparam), &all, GetSysColorBrush(COLOR_BTNFACE));
+        return 1;
+    }
     case WM_CLOSE:
         setVisible(false);
         return 0;

@@ -2,14 +2,15 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cwchar>
 
 namespace agent::stage {
 namespace {
 
-constexpr int padding = 8;      // pixels between text and border
+constexpr int padding = 9;      // pixels between text and border
 constexpr int tail_length = 18; // pixels from the body to the character
-constexpr int corner = 16;
+constexpr int corner = 12;      // radius
 
 const wchar_t* wide(const char16_t* text) {
     return reinterpret_cast<const wchar_t*>(text);
@@ -38,6 +39,59 @@ bool beginsRightToLeft(std::u16string_view text) {
         }
     }
     return false;
+}
+
+// How many units of the text the font of the context has no picture for; 0 where it cannot be told.
+std::size_t missingGlyphs(HDC context, const std::u16string& text) {
+    std::array<WORD, 1024> glyphs{};
+    const int count = static_cast<int>(std::min(text.size(), glyphs.size()));
+    const DWORD found =
+        GetGlyphIndicesW(context, wide(text.c_str()), count, glyphs.data(), GGI_MARK_NONEXISTING_GLYPHS);
+    if (count == 0 || found == GDI_ERROR) {
+        return 0;
+    }
+    std::size_t missing = 0;
+    for (std::size_t i = 0; i < found; ++i) {
+        missing += glyphs[i] == 0xFFFF && text[i] > u' ' ? 1 : 0;
+    }
+    return missing;
+}
+
+// The character's own font, or where it lacks letters of the text, another that lacks the fewest.
+GdiObject<HFONT> fontFor(const std::u16string& text, LOGFONTW font, HDC context) {
+    static constexpr std::array<const wchar_t*, 10> others{
+        L"Tahoma",       L"Segoe UI",        L"Arial",  L"DejaVu Sans",   L"Arial Unicode MS",
+        L"MS UI Gothic", L"Microsoft YaHei", L"SimSun", L"Malgun Gothic", L"Noto Sans CJK SC"};
+    GdiObject<HFONT> best(CreateFontIndirectW(&font));
+    const auto missingIn = [&](HFONT tried) {
+        const Selected selected(context, tried);
+        return missingGlyphs(context, text);
+    };
+    std::size_t fewest = missingIn(best.get());
+    for (std::size_t i = 0; i < others.size() && fewest > 0; ++i) {
+        std::wcscpy(font.lfFaceName, others[i]);
+        GdiObject<HFONT> tried(CreateFontIndirectW(&font));
+        const std::size_t missing = missingIn(tried.get());
+        if (missing < fewest) {
+            fewest = missing;
+            best = std::move(tried);
+        }
+    }
+    return best;
+}
+
+// Row by row: Windows' own rounded rectangles are cut off rather than round at this size.
+GdiObject<HRGN> roundedRegion(const Rect& area, int radius) {
+    GdiObject<HRGN> region(CreateRectRgn(area.left, area.top + radius, area.right, area.bottom - radius));
+    for (int row = 0; row < radius; ++row) {
+        const double height = radius - row - 0.5;
+        const int inset = radius - static_cast<int>(std::lround(std::sqrt(radius * radius - height * height)));
+        for (const int y : {area.top + row, area.bottom - 1 - row}) {
+            const GdiObject<HRGN> line(CreateRectRgn(area.left + inset, y, area.right - inset, y + 1));
+            CombineRgn(region.get(), region.get(), line.get(), RGN_OR);
+        }
+    }
+    return region;
 }
 
 // What cannot be drawn as a letter becomes a blank.
@@ -78,9 +132,9 @@ void BalloonWindow::open(BalloonKind kind, std::u16string text, const BalloonLoo
     font.lfCharSet = look.character_set;
     font.lfQuality = CLEARTYPE_QUALITY;
     std::wcsncpy(font.lfFaceName, wide(look.font_name.c_str()), LF_FACESIZE - 1);
-    font_.reset(CreateFontIndirectW(&font));
 
     const WindowContext context(handle());
+    font_ = fontFor(text_, font, context.get());
     const Selected selected(context.get(), font_.get());
     TEXTMETRICW metrics{};
     GetTextMetricsW(context.get(), &metrics);
@@ -139,8 +193,7 @@ void BalloonWindow::lay(const Rect& character) {
         std::clamp(tip_x, body_.left + corner + 8, std::max(body_.left + corner + 8, body_.right - corner - 8));
     const int root_y = std::clamp(tip_y, body_.top + 12, std::max(body_.top + 12, body_.bottom - 12));
 
-    GdiObject<HRGN> outline(
-        CreateRoundRectRgn(body_.left, body_.top, body_.right + 1, body_.bottom + 1, corner, corner));
+    GdiObject<HRGN> outline = roundedRegion(body_, corner);
     const auto join = [&](HRGN part) {
         const GdiObject<HRGN> owned(part);
         CombineRgn(outline.get(), outline.get(), part, RGN_OR);

@@ -12,10 +12,10 @@ int shiftState() {
     return (down(VK_SHIFT) ? 1 : 0) | (down(VK_CONTROL) ? 2 : 0) | (down(VK_MENU) ? 4 : 0);
 }
 
+// Where the pointer was as the message that is handled came about: the window may have moved since.
 POINT pointer() {
-    POINT at{0, 0};
-    GetCursorPos(&at);
-    return at;
+    const DWORD at = GetMessagePos();
+    return {static_cast<std::int16_t>(LOWORD(at)), static_cast<std::int16_t>(HIWORD(at))};
 }
 
 } // namespace

@@ -22,9 +22,19 @@ MessageWindow::~MessageWindow() {
 void MessageWindow::post(std::function<void()> task) {
     {
         const std::lock_guard lock(mutex_);
+        if (closed_) {
+            return;
+        }
         tasks_.push_back(std::move(task));
     }
     PostMessageW(handle(), task_message, 0, 0);
+}
+
+void MessageWindow::close() {
+    std::deque<std::function<void()>> dropped; // outlives the lock
+    const std::lock_guard lock(mutex_);
+    closed_ = true;
+    dropped.swap(tasks_);
 }
 
 void MessageWindow::every(UINT period, std::function<void()> tick) {
@@ -58,6 +68,10 @@ LRESULT MessageWindow::received(UINT message, WPARAM wparam, LPARAM lparam) {
         if (tick_) {
             tick_();
         }
+        return 0;
+    }
+    if ((message == WM_CLOSE || (message == WM_ENDSESSION && wparam)) && closing_) {
+        closing_();
         return 0;
     }
     return Window::received(message, wparam, lparam);

@@ -16,8 +16,12 @@ class MessageWindow final : public Window {
 
     // From any thread: carried out later on the thread of the window, in order.
     void post(std::function<void()> task);
+    // Drops what was posted and is not carried out yet, and all that will be.
+    void close();
     // Calls `tick` about every `period` ms.
     void every(UINT period, std::function<void()> tick);
+    // Called when the window is asked to close, or the session ends.
+    void onClose(std::function<void()> closing) { closing_ = std::move(closing); }
     // The message loop; ends with quit().
     static void run();
     static void quit() { PostQuitMessage(0); }
@@ -28,7 +32,8 @@ class MessageWindow final : public Window {
   private:
     std::mutex mutex_;
     std::deque<std::function<void()>> tasks_;
-    std::function<void()> tick_;
+    bool closed_ = false;
+    std::function<void()> tick_, closing_;
 };
 
 } // namespace agent::stage

@@ -1,0 +1,485 @@
+// The server's objects as another process meets them.
+#include <array>
+#include <filesystem>
+#include <map>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "common/text.h"
+#include "companions/agent/acs/writer.h"
+#include "tests/windows/agent/server_process.h"
+
+namespace agent {
+namespace {
+
+using murmelix::com::Error;
+using murmelix::com::Object;
+using murmelix::com::Variant;
+using testing::HasSubstr;
+
+// The result of a call that fails; S_OK where it does not.
+HRESULT failure(const std::function<void()>& call) {
+    try {
+        call();
+        return S_OK;
+    } catch (const Error& error) {
+        return error.result();
+    }
+}
+
+DISPID idOf(const Object& object, const wchar_t* name) {
+    std::wstring copy = name;
+    LPOLESTR names = copy.data();
+    DISPID id = DISPID_UNKNOWN;
+    object.dispatch()->GetIDsOfNames(IID_NULL, &names, 1, LOCALE_USER_DEFAULT, &id);
+    return id;
+}
+
+HRESULT invoke(const Object& object, DISPID id, WORD flags, std::vector<Variant> arguments, Variant* result = nullptr) {
+    std::vector<VARIANT> raw;
+    for (auto argument = arguments.rbegin(); argument != arguments.rend(); ++argument) {
+        raw.push_back(argument->raw());
+    }
+    DISPID put = DISPID_PROPERTYPUT;
+    const bool is_put = (flags & DISPATCH_PROPERTYPUT) != 0;
+    DISPPARAMS parameters{raw.data(), is_put ? &put : nullptr, static_cast<UINT>(raw.size()), is_put ? 1U : 0U};
+    EXCEPINFO exception{};
+    const HRESULT done = object.dispatch()->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters,
+                                                   result ? result->out() : nullptr, &exception, nullptr);
+    SysFreeString(exception.bstrDescription);
+    SysFreeString(exception.bstrSource);
+    SysFreeString(exception.bstrHelpFile);
+    return done == DISP_E_EXCEPTION ? exception.scode : done;
+}
+
+int status(Object& request) {
+    return request.get(u"Status").toInt32();
+}
+
+bool over(Object& request) {
+    return pumpUntil([&] { return status(request) != 2 && status(request) != 4; });
+}
+
+struct Automation : testing::Test {
+    RunningServer server;
+    Object control = server.control();
+    Object characters = control.object(u"Characters");
+    std::u16string file = smallCharacterFile();
+
+    Object load(const char16_t* id) {
+        characters.call(u"Load", {Variant(id), Variant(file)});
+        return characters.object(u"Character", {Variant(id)});
+    }
+    static Object request(Object& character, const char16_t* call, std::initializer_list<Variant> arguments) {
+        return Object(character.call(call, arguments).toObject());
+    }
+};
+
+TEST_F(Automation, MembersHaveThePublishedIds) {
+    const auto check = [](const Object& object, const std::map<std::wstring, DISPID>& members) {
+        for (const auto& [name, id] : members) {
+            EXPECT_EQ(idOf(object, name.c_str()), id)
+                << murmelix::toUtf8(murmelix::com::narrow(name.c_str(), name.size()));
+        }
+    };
+    check(control, {{L"Characters", 3},
+                    {L"AudioOutput", 4},
+                    {L"SpeechInput", 5},
+                    {L"PropertySheet", 8},
+                    {L"Connected", 9},
+                    {L"CommandsWindow", 12},
+                    {L"Suspended", 14},
+                    {L"ShowDefaultCharacterProperties", 20},
+                    {L"RaiseRequestErrors", 21}});
+    check(characters, {{L"Item", 0}, {L"Load", 1}, {L"Unload", 2}, {L"Character", 3}, {L"Enum", -4}});
+    Object character = load(u"a");
+    check(character, {{L"Visible", 2},
+                      {L"Left", 3},
+                      {L"Top", 4},
+                      {L"Height", 5},
+                      {L"Width", 6},
+                      {L"Speed", 10},
+                      {L"Pitch", 11},
+                      {L"Play", 13},
+                      {L"Stop", 14},
+                      {L"Speak", 15},
+                      {L"GestureAt", 17},
+                      {L"MoveTo", 18},
+                      {L"Hide", 19},
+                      {L"Show", 20},
+                      {L"Interrupt", 21},
+                      {L"Wait", 22},
+                      {L"Balloon", 23},
+                      {L"Name", 24},
+                      {L"Commands", 25},
+                      {L"Activate", 26},
+                      {L"Get", 27},
+                      {L"Description", 28},
+                      {L"IdleOn", 29},
+                      {L"StopAll", 31},
+                      {L"MoveCause", 32},
+                      {L"VisibilityCause", 33},
+                      {L"HasOtherClients", 34},
+                      {L"SoundEffectsOn", 35},
+                      {L"ExtraData", 36},
+                      {L"ShowPopupMenu", 37},
+                      {L"AutoPopupMenu", 38},
+                      {L"HelpModeOn", 39},
+                      {L"HelpContextID", 40},
+                      {L"Active", 41},
+                      {L"Listen", 42},
+                      {L"LanguageID", 43},
+                      {L"SRModeID", 46},
+                      {L"TTSModeID", 47},
+                      {L"HelpFile", 48},
+                      {L"GUID", 49},
+                      {L"OriginalHeight", 50},
+                      {L"OriginalWidth", 51},
+                      {L"Think", 52},
+                      {L"Version", 53},
+                      {L"AnimationNames", 54},
+                      {L"SRStatus", 55}});
+    check(character.object(u"Balloon"), {{L"Enabled", 1},
+                                         {L"NumberOfLines", 2},
+                                         {L"CharsPerLine", 3},
+                                         {L"FontName", 4},
+                                         {L"FontSize", 5},
+                                         {L"ForeColor", 7},
+                                         {L"BackColor", 8},
+                                         {L"BorderColor", 9},
+                                         {L"FontBold", 10},
+                                         {L"FontItalic", 11},
+                                         {L"FontStrikethru", 12},
+                                         {L"FontUnderline", 13},
+                                         {L"Visible", 14},
+                                         {L"FontCharSet", 15},
+                                         {L"Style", 16}});
+    Object commands = character.object(u"Commands");
+    check(commands, {{L"Item", 0},
+                     {L"Count", 2},
+                     {L"Caption", 3},
+                     {L"Voice", 4},
+                     {L"Visible", 5},
+                     {L"Add", 10},
+                     {L"Insert", 11},
+                     {L"Remove", 13},
+                     {L"RemoveAll", 14},
+                     {L"Command", 15},
+                     {L"DefaultCommand", 16},
+                     {L"FontName", 21},
+                     {L"VoiceCaption", 22},
+                     {L"FontSize", 23},
+                     {L"GlobalVoiceCommandsEnabled", 24}});
+    check(
+        Object(commands.call(u"Add", {Variant(u"one")}).toObject()),
+        {{L"Voice", 1}, {L"Caption", 2}, {L"Confidence", 3}, {L"ConfidenceText", 4}, {L"Enabled", 5}, {L"Visible", 6}});
+    check(request(character, u"Show", {}), {{L"ID", 0}, {L"Status", 1}, {L"Description", 2}, {L"Number", 3}});
+    check(control.object(u"AudioOutput"), {{L"Enabled", 1}, {L"SoundEffects", 2}, {L"Status", 3}});
+    check(control.object(u"PropertySheet"),
+          {{L"Left", 1}, {L"Top", 2}, {L"Height", 3}, {L"Width", 4}, {L"Page", 5}, {L"Visible", 6}});
+}
+
+TEST_F(Automation, NamesAreFoundWithoutLetterCase) {
+    EXPECT_EQ(idOf(control, L"cHARACTERS"), 3);
+    EXPECT_EQ(idOf(control, L"Nonsense"), DISPID_UNKNOWN);
+}
+
+TEST_F(Automation, TheProgramsCallsAreAnswered) {
+    control.put(u"Connected", Variant(true));
+    control.put(u"RaiseRequestErrors", Variant(true));
+    EXPECT_TRUE(control.get(u"RaiseRequestErrors").toBool());
+    EXPECT_TRUE(control.object(u"AudioOutput").get(u"Enabled").toBool());
+    Object character = load(u"ann@x");
+    EXPECT_EQ(character.get(u"Name").toText(), u"Dot");
+    EXPECT_EQ(character.get(u"Width").toInt16(), 64);
+    EXPECT_EQ(character.get(u"Height").toInt16(), 48);
+    EXPECT_FALSE(character.get(u"Visible").toBool());
+    character.put(u"LanguageID", Variant(std::int32_t{1033}));
+    EXPECT_EQ(character.get(u"LanguageID").toInt32(), 1033);
+    Object balloon = character.object(u"Balloon");
+    const std::int32_t style = balloon.get(u"Style").toInt32();
+    EXPECT_EQ(style & 1, 1);
+    balloon.put(u"Style", Variant((style & ~4) | 10));
+    EXPECT_EQ(balloon.get(u"Style").toInt32(), (style & ~4) | 10);
+
+    request(character, u"MoveTo", {Variant(std::int16_t{36}), Variant(std::int16_t{72})});
+    Object show = request(character, u"Show", {});
+    EXPECT_TRUE(over(show));
+    EXPECT_EQ(status(show), 0);
+    EXPECT_TRUE(character.get(u"Visible").toBool());
+    EXPECT_EQ(character.get(u"Left").toInt16(), 36);
+    EXPECT_EQ(character.get(u"Top").toInt16(), 72);
+    request(character, u"Play", {Variant(u"restpose")});
+    Object speak = request(character, u"Speak", {Variant(u"Hello World"), Variant::omitted()});
+    EXPECT_TRUE(over(speak));
+    EXPECT_EQ(status(speak), 0);
+    Object hide = request(character, u"Hide", {Variant::omitted()});
+    EXPECT_TRUE(over(hide));
+    EXPECT_FALSE(character.get(u"Visible").toBool());
+}
+
+TEST_F(Automation, StopWithATextIsATypeErrorAndStopsNothing) {
+    Object character = load(u"a");
+    request(character, u"Show", {Variant(true)});
+    Object loop = request(character, u"Play", {Variant(u"Loop")});
+    EXPECT_TRUE(pumpUntil([&] { return status(loop) == 4; }));
+    EXPECT_EQ(failure([&] { character.call(u"Stop", {Variant(u"play")}); }), DISP_E_TYPEMISMATCH);
+    EXPECT_EQ(failure([&] { character.call(u"Stop", {Variant(std::int32_t{5})}); }), DISP_E_TYPEMISMATCH);
+    EXPECT_EQ(failure([&] { character.call(u"Stop", {Variant(control.dispatch())}); }), DISP_E_TYPEMISMATCH);
+    EXPECT_EQ(status(loop), 4);
+    character.call(u"Stop");
+    EXPECT_EQ(status(loop), 3);
+}
+
+TEST_F(Automation, StopWithARequestRemovesThatRequest) {
+    Object character = load(u"a");
+    request(character, u"Show", {Variant(true)});
+    Object loop = request(character, u"Play", {Variant(u"Loop")});
+    EXPECT_TRUE(pumpUntil([&] { return status(loop) == 4; }));
+    character.call(u"Stop", {Variant(loop.dispatch())});
+    EXPECT_EQ(status(loop), 3);
+}
+
+TEST_F(Automation, AnUnknownAnimationRaisesOrFails) {
+    Object character = load(u"a");
+    request(character, u"Show", {Variant(true)});
+    EXPECT_EQ(failure([&] { character.call(u"Play", {Variant(u"Juggle")}); }), HRESULT_FROM_WIN32(ERROR_NOT_FOUND));
+    control.put(u"RaiseRequestErrors", Variant(false));
+    Object play = request(character, u"Play", {Variant(u"Juggle")});
+    EXPECT_TRUE(over(play));
+    EXPECT_EQ(status(play), 1);
+    EXPECT_NE(play.get(u"Number").toInt32(), 0);
+    EXPECT_NE(play.get(u"Description").toText(), u"");
+}
+
+TEST_F(Automation, PlayAndSpeakOfAHiddenCharacterFailAtTheirTurn) {
+    Object character = load(u"a");
+    Object play = request(character, u"Play", {Variant(u"Wave")});
+    Object speak = request(character, u"Speak", {Variant(u"hello")});
+    EXPECT_TRUE(over(play));
+    EXPECT_TRUE(over(speak));
+    EXPECT_EQ(status(play), 1);
+    EXPECT_EQ(status(speak), 1);
+}
+
+TEST_F(Automation, TheSameIdTwiceIsAnError) {
+    load(u"a");
+    EXPECT_EQ(failure([&] { load(u"A"); }), HRESULT_FROM_WIN32(ERROR_ALREADY_EXISTS));
+}
+
+TEST_F(Automation, AnUnknownIdIsAnError) {
+    EXPECT_EQ(failure([&] { characters.object(u"Character", {Variant(u"nobody")}); }), E_INVALIDARG);
+    EXPECT_EQ(failure([&] { characters.call(u"Unload", {Variant(u"nobody")}); }), E_INVALIDARG);
+}
+
+TEST_F(Automation, MissingAndDamagedFilesAreRefusedWithAReason) {
+    const auto reason = [&](const std::u16string& path) {
+        try {
+            characters.call(u"Load", {Variant(u"z"), Variant(path)});
+        } catch (const Error& error) {
+            EXPECT_TRUE(FAILED(error.result()));
+            return murmelix::toUtf8(error.description());
+        }
+        return std::string("loaded");
+    };
+    EXPECT_THAT(reason(temporaryFile(u"none.acs")), HasSubstr("There is no character file"));
+    EXPECT_THAT(reason(u"..\\none.acs"), HasSubstr("no name of a character file"));
+    EXPECT_THAT(reason(u""), HasSubstr("no name of a character file"));
+    auto bytes = acs::write(smallCharacter());
+    const std::u16string damaged = temporaryFile(u"damaged.acs");
+    for (const std::size_t length : {std::size_t{0}, std::size_t{3}, std::size_t{36}, bytes.size() / 2}) {
+        write(damaged, std::vector<std::uint8_t>(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(length)));
+        EXPECT_THAT(reason(damaged), HasSubstr("cannot be used")) << length;
+    }
+    bytes[0] ^= 0xFF;
+    write(damaged, bytes);
+    EXPECT_THAT(reason(damaged), HasSubstr("cannot be used"));
+    EXPECT_EQ(failure([&] { characters.object(u"Character", {Variant(u"z")}); }), E_INVALIDARG);
+}
+
+TEST_F(Automation, ANameMeansTheCharactersDirectory) {
+    std::array<wchar_t, MAX_PATH> windows{};
+    GetWindowsDirectoryW(windows.data(), MAX_PATH);
+    const std::filesystem::path folder = std::filesystem::path(windows.data()) / L"msagent" / L"chars";
+    std::filesystem::create_directories(folder);
+    write((folder / L"stage test dot.acs").u16string(), acs::write(smallCharacter()));
+    characters.call(u"Load", {Variant(u"a"), Variant(u"stage test dot.acs")});
+    characters.call(u"Load", {Variant(u"b"), Variant(u"stage test dot")});
+    std::filesystem::remove(folder / L"stage test dot.acs");
+    EXPECT_EQ(characters.object(u"Character", {Variant(u"b")}).get(u"Name").toText(), u"Dot");
+}
+
+TEST_F(Automation, CallsOnAnUnloadedCharacterFail) {
+    Object character = load(u"a");
+    Object commands = character.object(u"Commands");
+    characters.call(u"Unload", {Variant(u"a")});
+    EXPECT_TRUE(FAILED(failure([&] { character.get(u"Left"); })));
+    EXPECT_TRUE(FAILED(failure([&] { character.call(u"Show"); })));
+    EXPECT_TRUE(FAILED(failure([&] { commands.get(u"Count"); })));
+    load(u"a");
+}
+
+TEST_F(Automation, WrongArgumentsAreRefused) {
+    Object character = load(u"a");
+    EXPECT_EQ(invoke(character, 13, DISPATCH_METHOD, {}), DISP_E_PARAMNOTOPTIONAL);
+    EXPECT_EQ(invoke(character, 13, DISPATCH_METHOD, {Variant(u"a"), Variant(u"b")}), DISP_E_BADPARAMCOUNT);
+    EXPECT_EQ(invoke(character, 3, DISPATCH_PROPERTYPUT, {Variant(u"wide")}), DISP_E_TYPEMISMATCH);
+    EXPECT_EQ(invoke(character, 3, DISPATCH_PROPERTYPUT, {Variant(std::int32_t{70000})}), DISP_E_OVERFLOW);
+    EXPECT_EQ(invoke(character, 18, DISPATCH_METHOD, {Variant(std::int32_t{40000}), Variant(std::int32_t{0})}),
+              DISP_E_OVERFLOW);
+    EXPECT_EQ(invoke(character, 999, DISPATCH_METHOD, {}), DISP_E_MEMBERNOTFOUND);
+    EXPECT_EQ(invoke(character, 2, DISPATCH_PROPERTYPUT, {Variant(true)}), DISP_E_MEMBERNOTFOUND);
+    EXPECT_TRUE(FAILED(invoke(character, 22, DISPATCH_METHOD, {Variant(u"request")})));
+    EXPECT_EQ(character.get(u"Left").toInt16(), 0);
+}
+
+TEST_F(Automation, ScriptsCombineTheFlagsOfMethodsAndProperties) {
+    load(u"a");
+    Variant found;
+    EXPECT_EQ(invoke(control, 3, DISPATCH_METHOD | DISPATCH_PROPERTYGET, {Variant(u"a")}, &found), S_OK);
+    Object character(found.toObject());
+    Variant left;
+    EXPECT_EQ(invoke(character, 3, DISPATCH_METHOD | DISPATCH_PROPERTYGET, {}, &left), S_OK);
+    EXPECT_EQ(left.toInt16(), 0);
+    Variant shown;
+    EXPECT_EQ(invoke(character, 20, DISPATCH_METHOD | DISPATCH_PROPERTYGET, {}, &shown), S_OK);
+    EXPECT_EQ(shown.type(), VT_DISPATCH);
+}
+
+TEST_F(Automation, NamedArgumentsAreAccepted) {
+    Object character = load(u"a");
+    std::wstring speak = L"Speak";
+    std::wstring url = L"Url";
+    std::array<LPOLESTR, 2> names{speak.data(), url.data()};
+    std::array<DISPID, 2> ids{};
+    ASSERT_EQ(character.dispatch()->GetIDsOfNames(IID_NULL, names.data(), 2, LOCALE_USER_DEFAULT, ids.data()), S_OK);
+    EXPECT_EQ(ids[0], 15);
+    EXPECT_EQ(ids[1], 1);
+    std::array<VARIANT, 1> raw{Variant(u"C:\\none.wav").detach()};
+    DISPPARAMS parameters{raw.data(), &ids[1], 1, 1};
+    EXPECT_EQ(character.dispatch()->Invoke(15, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &parameters, nullptr,
+                                           nullptr, nullptr),
+              S_OK);
+    VariantClear(raw.data());
+}
+
+TEST_F(Automation, ALanguageWithoutAVoiceLeavesTheOldOne) {
+    Object character = load(u"a");
+    character.put(u"LanguageID", Variant(std::int32_t{1023}));
+    EXPECT_EQ(character.get(u"LanguageID").toInt32(), 1033);
+    character.put(u"LanguageID", Variant(std::int32_t{-7}));
+    EXPECT_EQ(character.get(u"LanguageID").toInt32(), 1033);
+}
+
+TEST_F(Automation, CommandsKeepTheirOrderAndSettings) {
+    Object character = load(u"a");
+    Object commands = character.object(u"Commands");
+    commands.call(u"Add",
+                  {Variant(u"aQ%"), Variant(u"&Quick Message"), Variant::omitted(), Variant(true), Variant(true)});
+    Object spacer(commands.call(u"Add", {Variant(u"a1%"), Variant(u" "), Variant(u""), Variant(false), Variant(true)})
+                      .toObject());
+    EXPECT_EQ(commands.get(u"Count").toInt32(), 2);
+    EXPECT_FALSE(spacer.get(u"Enabled").toBool());
+    EXPECT_EQ(spacer.get(u"Caption").toText(), u" ");
+    EXPECT_TRUE(FAILED(failure([&] { commands.call(u"Add", {Variant(u"AQ%")}); })));
+    EXPECT_EQ(commands.object(u"Command", {Variant(u"aQ%")}).get(u"Caption").toText(), u"&Quick Message");
+    commands.call(u"Remove", {Variant(u"aQ%")});
+    EXPECT_TRUE(FAILED(failure([&] { commands.call(u"Remove", {Variant(u"aQ%")}); })));
+    commands.call(u"RemoveAll");
+    EXPECT_EQ(commands.get(u"Count").toInt32(), 0);
+    EXPECT_TRUE(FAILED(failure([&] { spacer.get(u"Caption"); })));
+}
+
+TEST_F(Automation, DescribesTheCharacter) {
+    Object character = load(u"a");
+    EXPECT_EQ(character.get(u"Description").toText(), u"A small disc.");
+    EXPECT_EQ(character.get(u"ExtraData").toText(), u"Extra");
+    EXPECT_EQ(character.get(u"GUID").toText(), u"{67452301-AB89-EFCD-0123-456789ABCDEF}");
+    EXPECT_EQ(character.get(u"OriginalWidth").toInt16(), 64);
+    EXPECT_EQ(character.get(u"Version").toText(), u"2.0");
+    character.put(u"Width", Variant(std::int16_t{128}));
+    EXPECT_EQ(character.get(u"Width").toInt16(), 128);
+    EXPECT_EQ(character.get(u"OriginalWidth").toInt16(), 64);
+}
+
+TEST_F(Automation, WaitAndInterruptWorkBetweenCharacters) {
+    Object a = load(u"a");
+    Object b = load(u"b");
+    request(a, u"Show", {Variant(true)});
+    request(b, u"Show", {Variant(true)});
+    Object loop = request(a, u"Play", {Variant(u"Loop")});
+    EXPECT_TRUE(pumpUntil([&] { return status(loop) == 4; }));
+    Object interrupt = request(b, u"Interrupt", {Variant(loop.dispatch())});
+    EXPECT_TRUE(over(interrupt));
+    EXPECT_EQ(status(loop), 3);
+    Object wave = request(a, u"Play", {Variant(u"Wave")});
+    Object wait = request(b, u"Wait", {Variant(wave.dispatch())});
+    EXPECT_TRUE(over(wait));
+    EXPECT_EQ(status(wave), 0);
+}
+
+TEST_F(Automation, StopAllTakesItsKindsByName) {
+    Object character = load(u"a");
+    request(character, u"Show", {Variant(true)});
+    Object loop = request(character, u"Play", {Variant(u"Loop")});
+    EXPECT_TRUE(pumpUntil([&] { return status(loop) == 4; }));
+    EXPECT_TRUE(FAILED(failure([&] { character.call(u"StopAll", {Variant(u"Play,Dance")}); })));
+    EXPECT_EQ(status(loop), 4);
+    character.call(u"StopAll", {Variant(u"get, Speak")});
+    EXPECT_EQ(status(loop), 4);
+    character.call(u"StopAll", {Variant(u"move,play")});
+    EXPECT_EQ(status(loop), 3);
+}
+
+TEST_F(Automation, TheSheetShowsItsPages) {
+    Object sheet = control.object(u"PropertySheet");
+    sheet.put(u"Page", Variant(u"Output"));
+    EXPECT_EQ(sheet.get(u"Page").toText(), u"Output");
+    EXPECT_TRUE(FAILED(failure([&] { sheet.put(u"Page", Variant(u"Other")); })));
+    EXPECT_FALSE(sheet.get(u"Visible").toBool());
+    sheet.put(u"Visible", Variant(true));
+    EXPECT_TRUE(sheet.get(u"Visible").toBool());
+    EXPECT_GT(sheet.get(u"Width").toInt16(), 100);
+    const HWND window = FindWindowW(L"AgentServerProperties", nullptr);
+    ASSERT_TRUE(window);
+    const HWND box = FindWindowExW(window, nullptr, L"Button", L"Play spoken audio");
+    ASSERT_TRUE(box);
+    screenshot("agent-properties");
+    SendMessageW(box, BM_CLICK, 0, 0);
+    EXPECT_FALSE(control.object(u"AudioOutput").get(u"Enabled").toBool());
+    SendMessageW(box, BM_CLICK, 0, 0);
+    EXPECT_TRUE(control.object(u"AudioOutput").get(u"Enabled").toBool());
+    sheet.put(u"Visible", Variant(false));
+    EXPECT_FALSE(sheet.get(u"Visible").toBool());
+}
+
+TEST_F(Automation, TextOfAnyKindIsSpoken) {
+    Object character = load(u"a");
+    request(character, u"Show", {Variant(true)});
+    for (const std::u16string& text :
+         {std::u16string(u"\xD800 alone"), std::u16string(u"nul\0inside", 10), std::u16string(u"\\Vol=0\\\\broken="),
+          std::u16string(u"\u05E9\u05DC\u05D5\u05DD \u0645\u0631\u062D\u0628\u0627"), std::u16string(u"||||"),
+          std::u16string()}) {
+        Object speak = request(character, u"Speak", {Variant(text)});
+        EXPECT_TRUE(over(speak));
+        EXPECT_EQ(status(speak), 0);
+    }
+    Object endless = request(character, u"Speak", {Variant(std::u16string(500'000, u'x'))});
+    EXPECT_TRUE(pumpUntil([&] { return status(endless) == 4; }));
+    character.call(u"Stop");
+    EXPECT_EQ(status(endless), 3);
+}
+
+TEST_F(Automation, AThousandRequestsAreTaken) {
+    Object character = load(u"a");
+    Object last;
+    for (int i = 0; i < 1000; ++i) {
+        last = request(character, u"Play", {Variant(u"Wave")});
+    }
+    EXPECT_TRUE(over(last));
+    EXPECT_EQ(status(last), 1);
+}
+
+} // namespace
+} // namespace agent

@@ -1,0 +1,255 @@
+// Clients that come and go, and the events they hear.
+#include <algorithm>
+#include <array>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "common/text.h"
+#include "tests/windows/agent/server_process.h"
+
+namespace agent {
+namespace {
+
+using murmelix::com::Object;
+using murmelix::com::Subscription;
+using murmelix::com::Variant;
+using testing::Contains;
+using testing::HasSubstr;
+
+HWND characterWindow() {
+    return FindWindowW(L"AgentServerCharacter", nullptr);
+}
+
+// Events as lines: "15 a 4"; of a request "9 #12".
+struct Heard {
+    explicit Heard(Object& control)
+        : subscription(control.dispatch(), iid_agent_events, [this](DISPID event, std::vector<Variant>& arguments) {
+              std::string line = std::to_string(event);
+              for (const Variant& argument : arguments) {
+                  if (argument.type() == VT_DISPATCH) {
+                      Object object(argument.toObject());
+                      line += event == 17 ? " " + murmelix::toUtf8(object.get(u"Name").toText()) + " of " +
+                                                murmelix::toUtf8(object.get(u"CharacterID").toText())
+                                          : " #" + murmelix::toUtf8(object.get(u"ID").toText());
+                  } else {
+                      line += " " + murmelix::toUtf8(argument.toText());
+                  }
+              }
+              lines.push_back(line);
+          }) {}
+    bool soon(const std::string& line) {
+        return pumpUntil([&] { return std::find(lines.begin(), lines.end(), line) != lines.end(); });
+    }
+    std::ptrdiff_t place(const std::string& line) const {
+        return std::find(lines.begin(), lines.end(), line) - lines.begin();
+    }
+    std::vector<std::string> lines;
+    Subscription subscription;
+};
+
+struct Clients : testing::Test {
+    RunningServer server;
+    Object control = server.control();
+    Object characters = control.object(u"Characters");
+
+    Object load(const char16_t* id) {
+        characters.call(u"Load", {Variant(id), Variant(smallCharacterFile())});
+        return characters.object(u"Character", {Variant(id)});
+    }
+};
+
+TEST_F(Clients, HearWhatTheirCharactersDo) {
+    Heard heard(control);
+    Object character = load(u"a");
+    character.call(u"MoveTo", {Variant(std::int16_t{50}), Variant(std::int16_t{60})});
+    Object show(character.call(u"Show", {Variant(true)}).toObject());
+    Object play(character.call(u"Play", {Variant(u"Wave")}).toObject());
+    Object speak(character.call(u"Speak", {Variant(u"one \\Mrk=42\\ two")}).toObject());
+    Object hide(character.call(u"Hide", {Variant(true)}).toObject());
+    const auto request = [](const char* event, Object& of) {
+        return std::string(event) + " #" + murmelix::toUtf8(of.get(u"ID").toText());
+    };
+    ASSERT_TRUE(heard.soon(request("11", hide)));
+    EXPECT_THAT(heard.lines, Contains("22 a 50 60 2"));
+    EXPECT_THAT(heard.lines, Contains("15 a 4"));
+    EXPECT_THAT(heard.lines, Contains("7 a 3"));
+    EXPECT_THAT(heard.lines, Contains("16 42"));
+    EXPECT_THAT(heard.lines, Contains("24 a"));
+    EXPECT_THAT(heard.lines, Contains("25 a"));
+    EXPECT_LT(heard.place(request("9", show)), heard.place(request("11", show)));
+    EXPECT_LT(heard.place(request("11", show)), heard.place(request("9", play)));
+    EXPECT_LT(heard.place(request("11", play)), heard.place(request("9", speak)));
+    EXPECT_LT(heard.place(request("11", speak)), heard.place(request("9", hide)));
+}
+
+TEST_F(Clients, HearWhenIdlingBeginsAndEnds) {
+    Heard heard(control);
+    Object character = load(u"a");
+    character.call(u"Show", {Variant(true)});
+    ASSERT_TRUE(heard.soon("19 a"));
+    character.call(u"Play", {Variant(u"Wave")});
+    ASSERT_TRUE(heard.soon("20 a"));
+    EXPECT_EQ(std::count(heard.lines.begin(), heard.lines.end(), "19 a"), 1);
+}
+
+TEST_F(Clients, HearThatTheServerShutsDown) {
+    Heard heard(control);
+    RunningServer::close();
+    EXPECT_TRUE(heard.soon("12"));
+}
+
+TEST_F(Clients, HearOfThePointer) {
+    Heard heard(control);
+    Object character = load(u"a");
+    character.put(u"AutoPopupMenu", Variant(false));
+    character.call(u"MoveTo", {Variant(std::int16_t{200}), Variant(std::int16_t{200})});
+    character.call(u"Show", {Variant(true)});
+    ASSERT_TRUE(pumpUntil([] { return characterWindow() && IsWindowVisible(characterWindow()); }));
+    const HWND window = characterWindow();
+    SetCursorPos(230, 220);
+    PostMessageW(window, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(30, 20));
+    PostMessageW(window, WM_LBUTTONUP, 0, MAKELPARAM(30, 20));
+    EXPECT_TRUE(heard.soon("2 a 1 0 230 220"));
+    EXPECT_THAT(heard.lines, Contains("1 a"));
+    PostMessageW(window, WM_LBUTTONDBLCLK, MK_LBUTTON, MAKELPARAM(30, 20));
+    EXPECT_TRUE(heard.soon("4 a 1 0 230 220"));
+    PostMessageW(window, WM_RBUTTONDOWN, MK_RBUTTON, MAKELPARAM(30, 20));
+    PostMessageW(window, WM_RBUTTONUP, 0, MAKELPARAM(30, 20));
+    EXPECT_TRUE(heard.soon("2 a 2 0 230 220"));
+}
+
+TEST_F(Clients, HearOfADragAndTheCharacterFollows) {
+    Heard heard(control);
+    Object character = load(u"a");
+    character.call(u"MoveTo", {Variant(std::int16_t{200}), Variant(std::int16_t{200})});
+    character.call(u"Show", {Variant(true)});
+    ASSERT_TRUE(pumpUntil([] { return characterWindow() && IsWindowVisible(characterWindow()); }));
+    SetCursorPos(230, 220);
+    PostMessageW(characterWindow(), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(30, 20));
+    SetCursorPos(280, 260);
+    PostMessageW(characterWindow(), WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(80, 60));
+    PostMessageW(characterWindow(), WM_LBUTTONUP, 0, MAKELPARAM(30, 20));
+    EXPECT_TRUE(heard.soon("6 a 1 0 280 260"));
+    EXPECT_THAT(heard.lines, Contains("5 a 1 0 230 220"));
+    EXPECT_TRUE(heard.soon("22 a 250 240 1"));
+    EXPECT_EQ(character.get(u"Left").toInt16(), 250);
+    EXPECT_EQ(character.get(u"MoveCause").toInt16(), 1);
+}
+
+TEST_F(Clients, ChooseFromTheCharactersMenu) {
+    Heard heard(control);
+    Object character = load(u"ann@x");
+    Object commands = character.object(u"Commands");
+    commands.call(u"Add", {Variant(u"ann@xQ%"), Variant(u"&Quick Message")});
+    commands.call(u"Add", {Variant(u"ann@x1%"), Variant(u" "), Variant(u""), Variant(false)});
+    commands.call(u"Add", {Variant(u"hidden"), Variant(u"Hidden"), Variant(u""), Variant(true), Variant(false)});
+    commands.call(u"Add", {Variant(u"mute"), Variant(u"")});
+    commands.call(u"Add", {Variant(u"ann@xR%"), Variant(u"&Remove Me")});
+    character.call(u"MoveTo", {Variant(std::int16_t{200}), Variant(std::int16_t{200})});
+    character.call(u"Show", {Variant(true)});
+    ASSERT_TRUE(pumpUntil([] { return characterWindow() && IsWindowVisible(characterWindow()); }));
+    character.call(u"ShowPopupMenu", {Variant(std::int16_t{230}), Variant(std::int16_t{220})});
+    const auto menu = [] { return FindWindowW(L"#32768", nullptr); };
+    ASSERT_TRUE(pumpUntil([&] { return menu() && IsWindowVisible(menu()); }));
+    screenshot("agent-menu");
+    // The last entry, by the keyboard, as the menu's own process sees it.
+    const HWND owner = FindWindowW(L"AgentServerMessages", nullptr);
+    PostMessageW(owner, WM_KEYDOWN, VK_UP, 0);
+    PostMessageW(owner, WM_KEYDOWN, VK_RETURN, 0);
+    EXPECT_TRUE(heard.soon("17 ann@xR% of ann@x"));
+}
+
+TEST_F(Clients, EachHaveTheirOwnCharacters) {
+    Object second = server.control();
+    load(u"a");
+    Object others = second.object(u"Characters");
+    EXPECT_THROW(others.object(u"Character", {Variant(u"a")}), murmelix::com::Error);
+    others.call(u"Load", {Variant(u"a"), Variant(smallCharacterFile())});
+}
+
+TEST_F(Clients, AVanishedOneLosesItsCharacters) {
+    const HANDLE ready = CreateEventW(nullptr, TRUE, FALSE, L"AgentTestClientReady");
+    std::vector<wchar_t> path(1024);
+    GetModuleFileNameW(nullptr, path.data(), 1024);
+    std::u16string line = u"\"";
+    line += murmelix::com::narrow(path.data(), std::wcslen(path.data()));
+    line += u"\" --client AgentTestClientReady";
+    const Process client(line);
+    ASSERT_TRUE(pumpUntil([&] { return WaitForSingleObject(ready, 0) == WAIT_OBJECT_0; }));
+    ASSERT_TRUE(pumpUntil([] { return characterWindow() && IsWindowVisible(characterWindow()); }));
+    client.kill();
+    EXPECT_TRUE(pumpUntil([] { return characterWindow() == nullptr; }));
+    CloseHandle(ready);
+    load(u"a"); // the server lives on for the others
+}
+
+TEST_F(Clients, WhoLetsGoLosesItsCharacters) {
+    Object character = load(u"a");
+    character.call(u"Show", {Variant(true)});
+    ASSERT_TRUE(pumpUntil([] { return characterWindow() && IsWindowVisible(characterWindow()); }));
+    character = {};
+    characters = {};
+    control = {};
+    EXPECT_TRUE(pumpUntil([] { return characterWindow() == nullptr; }));
+}
+
+TEST(Server, StartedByComEndsWithItsLastClient) {
+    {
+        Object control = Object::create(u"Agent.Control");
+        EXPECT_TRUE(control.object(u"AudioOutput"));
+        EXPECT_TRUE(FindWindowW(L"AgentServerMessages", nullptr));
+    }
+    EXPECT_TRUE(pumpUntil([] { return FindWindowW(L"AgentServerMessages", nullptr) == nullptr; }));
+}
+
+TEST(Server, RefusesACommandLineItDoesNotUnderstand) {
+    EXPECT_EQ(Process(serverProgram() + u" /dance").exitStatus(), 1U);
+    EXPECT_EQ(Process(serverProgram() + u" /speed 0").exitStatus(), 1U);
+    EXPECT_EQ(Process(serverProgram() + u" /record").exitStatus(), 1U);
+}
+
+TEST(Server, NeverReplacesTheRegistrationOfAnother) {
+    ASSERT_EQ(Process(serverProgram() + u" /unregserver").exitStatus(), 0U);
+    const std::wstring other = L"{00000000-1111-2222-3333-444444444444}";
+    const wchar_t* key = L"Software\\Classes\\Agent.Control.2\\CLSID";
+    RegSetKeyValueW(HKEY_CURRENT_USER, key, nullptr, REG_SZ, other.c_str(),
+                    static_cast<DWORD>((other.size() + 1) * sizeof(wchar_t)));
+    EXPECT_EQ(Process(serverProgram() + u" /regserver").exitStatus(), 2U);
+    EXPECT_EQ(Process(serverProgram() + u" /unregserver").exitStatus(), 0U);
+    std::array<wchar_t, 64> left{};
+    DWORD size = sizeof left;
+    EXPECT_EQ(RegGetValueW(HKEY_CURRENT_USER, key, nullptr, RRF_RT_REG_SZ, nullptr, left.data(), &size), ERROR_SUCCESS);
+    EXPECT_EQ(std::wstring(left.data()), other);
+    RegDeleteTreeW(HKEY_CURRENT_USER, L"Software\\Classes\\Agent.Control.2");
+    EXPECT_EQ(Process(serverProgram() + u" /regserver").exitStatus(), 0U);
+}
+
+TEST(Server, WritesATranscriptAndARecording) {
+    const std::u16string transcript = temporaryFile(u"transcript.txt");
+    const std::u16string recording = temporaryFile(u"recording.wav");
+    DeleteFileW(murmelix::com::wide(transcript));
+    DeleteFileW(murmelix::com::wide(recording));
+    {
+        const RunningServer server(u"/tray /speed 8 /transcript \"" + transcript + u"\" /record \"" + recording +
+                                   u"\"");
+        Object control = server.control();
+        Object characters = control.object(u"Characters");
+        characters.call(u"Load", {Variant(u"ann@x"), Variant(smallCharacterFile())});
+        Object character = characters.object(u"Character", {Variant(u"ann@x")});
+        character.call(u"Show", {Variant(true)});
+        Object speak(character.call(u"Speak", {Variant(u"one\ttwo\\three")}).toObject());
+        EXPECT_TRUE(pumpUntil([&] { return speak.get(u"Status").toInt32() == 0; }));
+    }
+    const std::string lines = contents(transcript);
+    EXPECT_THAT(lines, HasSubstr("\tcall\tann@x\tDot\tShow\t\n"));
+    EXPECT_THAT(lines, HasSubstr("\tend\tann@x\tDot\tShow\t\tcomplete\n"));
+    EXPECT_THAT(lines, HasSubstr("\tcall\tann@x\tDot\tSpeak\tone\\ttwo\\\\three\n"));
+    EXPECT_THAT(lines, HasSubstr("\tend\tann@x\tDot\tSpeak\tone\\ttwo\\\\three\tcomplete\n"));
+    const std::string wave = contents(recording);
+    EXPECT_EQ(wave.substr(0, 4), "RIFF");
+    EXPECT_GT(wave.size(), 20000U);
+}
+
+} // namespace
+} // namespace agent

@@ -1,0 +1,217 @@
+// Windows of the stage, in this process, as pixels on the desktop.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "companions/agent/acs/writer.h"
+#include "companions/agent/stage/windows/balloon_window.h"
+#include "companions/agent/stage/windows/character_window.h"
+#include "tests/windows/agent/server_process.h"
+
+namespace agent::stage {
+namespace {
+
+constexpr std::uint32_t backdrop_colour = 0x336699;
+
+// A plain window behind, whose colour shows where nothing is drawn.
+class Backdrop final : public Window {
+  public:
+    Backdrop() {
+        make({.class_name = L"AgentTestBackdrop",
+              .style = WS_POPUP,
+              .extended_style = WS_EX_TOOLWINDOW | WS_EX_TOPMOST,
+              .width = 700,
+              .height = 500});
+        ShowWindow(handle(), SW_SHOWNA);
+        UpdateWindow(handle());
+    }
+    ~Backdrop() override { destroy(); }
+
+  protected:
+    LRESULT received(UINT message, WPARAM wparam, LPARAM lparam) override {
+        if (message == WM_ERASEBKGND) {
+            RECT all{};
+            GetClientRect(handle(), &all);
+            const GdiObject<HBRUSH> brush(CreateSolidBrush(RGB(0x33, 0x66, 0x99)));
+            FillRect(reinterpret_cast<HDC>(wparam), &all, brush.get());
+            return 1;
+        }
+        return Window::received(message, wparam, lparam);
+    }
+};
+
+bool shows(int x, int y, std::uint32_t colour) {
+    return pumpUntil([&] { return desktop({x, y, x + 1, y + 1}).at(x, y) == colour; });
+}
+
+Raster ring() {
+    Raster raster{60, 60, std::vector<std::uint32_t>(3600)};
+    for (int y = 0; y < 60; ++y) {
+        for (int x = 0; x < 60; ++x) {
+            const int distance = (x - 30) * (x - 30) + (y - 30) * (y - 30);
+            if (distance < 28 * 28 && distance > 12 * 12) {
+                raster.pixels[static_cast<std::size_t>(y * 60 + x)] = 0xFFFF8000;
+            }
+        }
+    }
+    return raster;
+}
+
+TEST(CharacterWindow, HasTheShapeOfThePicture) {
+    const Backdrop backdrop;
+    CharacterWindow window({});
+    window.show(ring(), 100, 100);
+    EXPECT_TRUE(shows(110, 130, 0xFF8000));
+    EXPECT_TRUE(shows(130, 130, backdrop_colour)) << "the hole";
+    EXPECT_TRUE(shows(101, 101, backdrop_colour)) << "the corner";
+    window.move(300, 200);
+    EXPECT_TRUE(shows(310, 230, 0xFF8000));
+    EXPECT_TRUE(shows(110, 130, backdrop_colour));
+    window.hide();
+    EXPECT_TRUE(shows(310, 230, backdrop_colour));
+}
+
+TEST(CharacterWindow, IsTopmostAndTakesNoFocus) {
+    CharacterWindow window({});
+    const HWND active = GetActiveWindow();
+    window.show(ring(), 100, 100);
+    const auto style = static_cast<DWORD>(GetWindowLongW(window.handle(), GWL_EXSTYLE));
+    EXPECT_TRUE(style & WS_EX_TOPMOST);
+    EXPECT_TRUE(style & WS_EX_TOOLWINDOW);
+    EXPECT_EQ(GetActiveWindow(), active);
+    EXPECT_EQ(SendMessageW(window.handle(), WM_MOUSEACTIVATE, 0, 0), MA_NOACTIVATE);
+}
+
+TEST(CharacterWindow, ChangesItsSize) {
+    const Backdrop backdrop;
+    CharacterWindow window({});
+    window.show(ring(), 100, 100);
+    window.show(scaled(ring(), 120, 120), 100, 100);
+    EXPECT_TRUE(shows(110, 160, 0xFF8000));
+    EXPECT_TRUE(shows(160, 160, backdrop_colour));
+}
+
+struct Balloons : testing::Test {
+    Backdrop backdrop;
+    BalloonWindow balloon;
+    BalloonLook look;
+    const Rect character{300, 300, 400, 420};
+
+    Balloons() {
+        look.background_colour = 0x00E1FFFF; // 0x00BBGGRR
+        look.border_colour = 0x000000FF;
+        look.text_colour = 0;
+    }
+    RECT frame() const {
+        RECT area{};
+        GetWindowRect(balloon.handle(), &area);
+        return area;
+    }
+    // Pixels that are drawn by letters, in a part of the balloon's width given in percent.
+    int ink(int from, int to) const {
+        const RECT area = frame();
+        const int width = area.right - area.left;
+        const RECT part{area.left + width * from / 100, area.top, area.left + width * to / 100, area.bottom};
+        return desktop(part).count(0x000000);
+    }
+    bool drawn() {
+        return pumpUntil([&] { return desktop(frame()).count(0xFFFFE1) > 100; });
+    }
+};
+
+TEST_F(Balloons, AreRoundedWithATailToTheCharacter) {
+    balloon.open(BalloonKind::words, u"Hello there, this is a longer text that takes lines.", look, character);
+    balloon.spoken(1000);
+    ASSERT_TRUE(drawn());
+    const RECT area = frame();
+    EXPECT_TRUE(shows(area.left, area.top, backdrop_colour)) << "the corner is not square";
+    EXPECT_TRUE(shows((area.left + area.right) / 2, area.top + 4, 0xFFFFE1));
+    EXPECT_TRUE(shows((area.left + area.right) / 2, area.top, 0xFF0000)) << "the border";
+    const Picture under = desktop({area.left, area.bottom - 6, area.right, area.bottom});
+    EXPECT_GT(under.count(0xFFFFE1) + under.count(0xFF0000), 3) << "the tail";
+    EXPECT_GT(under.count(backdrop_colour), (area.right - area.left) * 5);
+    EXPECT_LE(area.bottom, 300 + 1);
+    screenshot("balloon-words");
+}
+
+TEST_F(Balloons, ShowTheirWordsAsTheyAreSpoken) {
+    const std::u16string text = u"one two three four five six seven eight nine ten eleven twelve";
+    balloon.open(BalloonKind::words, text, look, character);
+    ASSERT_TRUE(drawn());
+    UpdateWindow(balloon.handle());
+    const int none = ink(0, 100);
+    balloon.spoken(7);
+    UpdateWindow(balloon.handle());
+    EXPECT_TRUE(pumpUntil([&] { return ink(0, 100) > none; }));
+    const int two = ink(0, 100);
+    balloon.spoken(text.size());
+    EXPECT_TRUE(pumpUntil([&] { return ink(0, 100) > two; }));
+}
+
+TEST_F(Balloons, WriteFromTheRightWhereTheScriptDoes) {
+    look.size_to_text = false;
+    look.lines = 2;
+    balloon.open(BalloonKind::words, u"\u05E9\u05DC\u05D5\u05DD", look, character);
+    balloon.spoken(4);
+    ASSERT_TRUE(drawn());
+    EXPECT_TRUE(pumpUntil([&] { return ink(60, 100) > 0; }));
+    EXPECT_EQ(ink(0, 40), 0);
+    screenshot("balloon-right-to-left");
+}
+
+TEST_F(Balloons, OfThoughtsHaveBubbles) {
+    balloon.open(BalloonKind::thought, u"Hm, what could that be?", look, character);
+    balloon.spoken(1000);
+    ASSERT_TRUE(drawn());
+    const RECT area = frame();
+    const Picture gap = desktop({area.left, area.bottom - 18, area.right, area.bottom});
+    EXPECT_GT(gap.count(0xFFFFE1), 5);
+    screenshot("balloon-thought");
+}
+
+TEST_F(Balloons, OfALongTextStayOnTheScreenAndScroll) {
+    std::u16string text;
+    for (int i = 0; i < 3000; ++i) {
+        text += u"word ";
+    }
+    balloon.open(BalloonKind::words, text, look, character);
+    balloon.spoken(text.size());
+    ASSERT_TRUE(drawn());
+    const RECT area = frame();
+    EXPECT_GE(area.left, 0);
+    EXPECT_GE(area.top, 0);
+    EXPECT_LE(area.bottom, GetSystemMetrics(SM_CYSCREEN));
+    EXPECT_TRUE(pumpUntil([&] { return ink(0, 100) > 1000; }));
+    screenshot("balloon-long");
+}
+
+TEST_F(Balloons, StayOnTheScreenBesideACharacterAtItsEdge) {
+    balloon.open(BalloonKind::words, u"At the very edge of the screen", look, {-20, -20, 80, 100});
+    balloon.spoken(1000);
+    ASSERT_TRUE(drawn());
+    EXPECT_GE(frame().left, 0);
+    EXPECT_GE(frame().top, 80);
+    screenshot("balloon-edge");
+}
+
+TEST_F(Balloons, CloseAndFollow) {
+    balloon.open(BalloonKind::words, u"Hello", look, character);
+    ASSERT_TRUE(drawn());
+    const RECT before = frame();
+    balloon.follow({350, 330, 450, 450});
+    EXPECT_EQ(frame().left, before.left + 50);
+    EXPECT_EQ(frame().top, before.top + 30);
+    balloon.close();
+    EXPECT_FALSE(IsWindowVisible(balloon.handle()));
+}
+
+TEST_F(Balloons, TakeTextOfAnyKind) {
+    for (const std::u16string& text : {std::u16string(), std::u16string(u"\0\x1\x7F\xFFFF", 4),
+                                       std::u16string(u"\xD800\xD800\xDC00"), std::u16string(200000, u'x')}) {
+        balloon.open(BalloonKind::words, text, look, character);
+        balloon.spoken(text.size() + 10);
+        ASSERT_TRUE(drawn());
+    }
+}
+
+} // namespace
+} // namespace agent::stage
