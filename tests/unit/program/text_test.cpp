@@ -26,6 +26,56 @@ TEST(Text, SixteenBitNumbersRoundHalvesToEven) {
     EXPECT_EQ(toInt16(-1e300), -32768);
 }
 
+TEST(Text, DamagedUtf8BecomesReplacementCharacters) {
+    EXPECT_EQ(fromUtf8("a\xC3\xA9\xF0\x9F\x98\x80"), u"a\u00E9\U0001F600");
+    EXPECT_EQ(fromUtf8("\xC3"), u"\uFFFD");
+    EXPECT_EQ(fromUtf8("\xC0\xAF"), u"\uFFFD\uFFFD");
+    EXPECT_EQ(fromUtf8("\xED\xA0\x80"), u"\uFFFD\uFFFD\uFFFD"); // a surrogate
+    EXPECT_EQ(fromUtf8("\xF4\x90\x80\x80x"), u"\uFFFD\uFFFD\uFFFD\uFFFDx");
+    EXPECT_EQ(fromUtf8("\xE2\x82x"), u"\uFFFD\uFFFDx");
+}
+
+TEST(Text, UnpairedSurrogatesBecomeReplacementCharactersInUtf8) {
+    EXPECT_EQ(toUtf8(u"a\u00E9\U0001F600"), "a\xC3\xA9\xF0\x9F\x98\x80");
+    EXPECT_EQ(toUtf8(std::u16string{char16_t{0xD83D}}), "\xEF\xBF\xBD");
+    EXPECT_EQ(toUtf8(std::u16string{char16_t{0xDE00}, u'a'}), "\xEF\xBF\xBD"
+                                                              "a");
+}
+
+TEST(Text, EveryOccurrenceIsReplacedFromTheLeft) {
+    EXPECT_EQ(replaceAll(u"aaa", u"aa", u"b"), u"ba");
+    EXPECT_EQ(replaceAll(u"aXAx", u"x", u"xx", LetterCase::ignored), u"axxAxx");
+    EXPECT_EQ(replaceAll(u"abc", u"", u"x"), u"abc");
+}
+
+TEST(Text, TrimCutsBlanksAlone) {
+    EXPECT_EQ(trim(u"  a b  "), u"a b");
+    EXPECT_EQ(trim(u" \t\r\n "), u"\t\r\n");
+    EXPECT_EQ(trim(u"   "), u"");
+}
+
+TEST(Text, NumberAtTheStartIsRead) {
+    EXPECT_EQ(leadingNumber(u" 12abc"), 12);
+    EXPECT_EQ(leadingNumber(u"-1.5e1"), -15);
+    EXPECT_EQ(leadingNumber(u"abc"), 0);
+    EXPECT_EQ(leadingNumber(u""), 0);
+}
+
+TEST(KeyedCollection, KeepsOrderAndRefusesWhatIsNotThere) {
+    KeyedCollection<int> numbers;
+    numbers.Add(1, u"one");
+    numbers.Add(2, u"two");
+    EXPECT_THROW(numbers.Add(3, u"one"), CollectionError);
+    EXPECT_THROW(numbers.Item(u"ONE"), CollectionError);
+    EXPECT_THROW(numbers.Item(0), CollectionError);
+    EXPECT_THROW(numbers.Item(3), CollectionError);
+    EXPECT_THROW(numbers.Remove(u"three"), CollectionError);
+    numbers.Remove(u"one");
+    EXPECT_EQ(numbers.position(u"two"), 1u);
+    numbers.Remove(1);
+    EXPECT_EQ(numbers.Count(), 0u);
+}
+
 TEST(Text, ProperCaseRaisesTheFirstLetterOfEachWord) {
     EXPECT_EQ(toProperCase(u"HELLO world"), u"Hello World");
     EXPECT_EQ(toProperCase(u"a\tb\nc-d"), u"A\tB\nC-d");
