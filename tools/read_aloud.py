@@ -95,14 +95,18 @@ def read_aloud(options):
             transcript.write(line + "\n")
             transcript.flush()
 
-        desk.set_up_all()
-        print(f"== Reading {options.conversation.name}", flush=True)
-        reading = Reading(desk, options, tell)
-        reading.start_neighbours()
-        reading.start_program()
-        reading.start_reading()
-        reading.follow()
-        reading.finish()
+        try:
+            desk.set_up_all()
+            print(f"== Reading {options.conversation.name}", flush=True)
+            reading = Reading(desk, options, tell)
+            reading.start_neighbours()
+            reading.start_program()
+            reading.start_reading()
+            reading.follow()
+            reading.finish()
+        except (Failed, TimedOut):
+            screen.picture(options.output / "logs" / "failed.png")
+            raise
         print(f"== All {len(reading.log.of_kind('message'))} messages were read; see {options.output}", flush=True)
         if not options.headless:
             print("== Murmelix stays open until you leave it: Murmelix, Exit Murmelix, or Ctrl-C here", flush=True)

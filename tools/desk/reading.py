@@ -2,6 +2,7 @@
 
 import json
 import os
+import re
 import subprocess
 import time
 import wave
@@ -18,7 +19,10 @@ TRACE = ROOT / "build" / "host" / "tools" / "trace"
 MAIN_WINDOW = r"^Murmelix v[0-9]"
 
 NEIGHBOURS = ("AgentServer.exe", "MessengerClient.exe", "Murmelix.exe")
+# The windows that a new user is greeted with, and the key that closes each.
+NOTICES = {"Murmelix Updates": "alt+n", "Getting Started": "Return", "Emoticons into Voice": "Return"}
 START_SECONDS = 60     # a program's window, on a slow machine
+GESTURE_SECONDS = 10   # for a gesture to show what it has done
 SILENCE_SECONDS = 120  # without anything new: the reading hangs
 FINAL_SECONDS = 10     # after the last event of all: what is missing by then does not come any more
 RECORDING_SECONDS = 3  # the recording on disk is never further behind than that
@@ -129,7 +133,7 @@ def expected_calls(messages):
                 continue
             what = call["call"]
             if what == "Speak" and call.get("url"):
-                calls.append(("Speak", "file:" + call["url"].rsplit("\\", 1)[-1]))
+                calls.append(("Speak", "file:" + call["url"]))
             elif what == "Speak":
                 calls.append(("Speak", call["text"]))
             elif what == "Play":
@@ -148,7 +152,7 @@ def _escaped(text):
 def _comparable(what, of):
     """Of sounds the file name counts; animation names compare without letter case; a line's end is not spoken."""
     if what == "Speak" and of.startswith("file:"):
-        of = "file:" + of.replace("/", "\\").rsplit("\\", 1)[-1]
+        of = "file:" + re.split(r"[\\/:]", of)[-1]
     return what, of.casefold().rstrip()
 
 
@@ -224,21 +228,43 @@ class Reading:
 
     def start_program(self):
         self.desk.start("Murmelix.exe", PROGRAM_DIRECTORY / "Murmelix.exe", directory=PROGRAM_DIRECTORY)
-        self.window = self._until("the main window", lambda: (self.desk.screen.find(MAIN_WINDOW) or [None])[-1])
+        screen = self.desk.screen
+        self.window = self._until("the main window", lambda: (screen.find(MAIN_WINDOW) or [None])[-1])
+        if screen.is_own:
+            # Nothing covers anything: beside the conversation is room for the characters, below it for the rest.
+            screen.move(self.window, 10, 500)
+            for tray in screen.find("^Wine System Tray$"):
+                screen.move(tray, 1100, 900)
 
     def start_reading(self):
-        """Presses the accelerator of "&Start Reading Selected Conversation" until a character comes on."""
-        screen = self.desk.screen
+        """Presses the accelerator of "&Start Reading Selected Conversation" until the reading has begun."""
+        pressed = None
 
-        def pressed():
-            if screen.find(MAIN_WINDOW) and screen.activate(self.window) and screen.active() == self.window:
-                screen.key("alt+s")
+        def begun():
+            nonlocal pressed
+            if self.has_begun():
                 return True
+            now = time.monotonic()
+            if self.dismiss_notices() and (pressed is None or now - pressed > GESTURE_SECONDS) \
+                    and self.desk.screen.type_into(self.window, "alt+s"):
+                pressed = now
             return False
 
-        self._until("the main window in front", pressed)
-        self._until("a character", lambda: os.path.exists(self.transcript.path)
-                    and os.path.getsize(self.transcript.path) > 0)
+        self._until("the beginning of the reading", begun)
+
+    def has_begun(self):
+        """The client replays the conversation once its text was read; a character on the stage tells it as well."""
+        self.log.new()
+        return bool(self.log.of_kind("message")) or (
+            os.path.exists(self.transcript.path) and os.path.getsize(self.transcript.path) > 0)
+
+    def dismiss_notices(self):
+        """Closes the windows that the program greets a new user with; True when there is none."""
+        for title, key in NOTICES.items():
+            for window in self.desk.screen.find(f"^{title}$"):
+                self.desk.screen.type_into(window, key)
+                return False
+        return True
 
     def _until(self, what, condition):
         """Waits for the condition, as long as the programs run that were started."""
@@ -255,9 +281,12 @@ class Reading:
 
     def follow(self):
         """Follows the reading until the conversation is done and everything has been spoken; Failed otherwise."""
-        last_news = time.monotonic()
+        last_news = looked = time.monotonic()
         faults = None
         while True:
+            if time.monotonic() - looked > 1:
+                self.dismiss_notices()
+                looked = time.monotonic()
             events, acts = self.log.new(), self.transcript.new()
             for act in acts:
                 self._tell(act)

@@ -48,6 +48,7 @@ class Act:
 
 class Transcript:
     def __init__(self, path):
+        self.path = path
         self._file = Growing(path)
         self.acts = []
 
@@ -91,6 +92,7 @@ class Event:
 
 class ClientLog:
     def __init__(self, path):
+        self.path = path
         self._file = Growing(path)
         self.events = []
 

@@ -21,6 +21,7 @@ class Screen:
 
     def __init__(self, display):
         self.display = display
+        self.is_own = False
         self._processes = []
 
     @classmethod
@@ -37,6 +38,7 @@ class Screen:
             server.wait()
             raise RuntimeError(f"Xvfb ended with status {server.returncode} and no display")
         screen = cls(f":{number}")
+        screen.is_own = True
         screen._processes.append(server)
         try:
             with tempfile.NamedTemporaryFile("w", suffix=".xml", delete=False) as settings:
@@ -120,9 +122,12 @@ class Screen:
         """Presses keys or chords ("alt+s") where the keyboard is."""
         self._run("xdotool", "key", "--clearmodifiers", *keys)
 
-    def close_window(self, window):
-        """Presses the window's close box."""
-        self._run("xdotool", "windowquit", window)
+    def type_into(self, window, *keys):
+        """Gives a window the keyboard and presses the keys there; False, with nothing pressed, where it cannot have it."""
+        if not self.activate(window) or self.active() != window:
+            return False
+        self.key(*keys)
+        return True
 
     def picture(self, file):
         """Writes what is on the screen as a PNG file; False where that fails."""
