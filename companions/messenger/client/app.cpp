@@ -194,7 +194,7 @@ void App::tick() {
             const double left = std::clamp(replay_.nextAt() - now, 0.0, 3600.0);
             main_.setTick(static_cast<unsigned>(std::ceil(left * 1000)));
         }
-    } else if (idle_since_ && automation_.unused()) {
+    } else if (isUnused()) {
         quit();
     }
 }
@@ -219,11 +219,12 @@ void App::play(const Step& step) {
     }
 }
 
+bool App::isUnused() const {
+    return switches_.embedding && !user_acted_ && automation_.unused() && client_.conversations().empty();
+}
+
 void App::clientsChanged() {
-    if (!switches_.embedding || user_acted_ || ended_)
-        return;
-    idle_since_ = automation_.unused();
-    if (idle_since_)
+    if (isUnused() && !ended_)
         main_.setTick(unused_stay);
 }
 

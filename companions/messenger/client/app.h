@@ -31,6 +31,8 @@ class App {
     bool startReplay(double delay);
     void tick();
     void play(const Step& step);
+    // Started by COM, and nobody has a use for it any more.
+    bool isUnused() const;
     void clientsChanged();
     void quit();
     RECT placeOfNext() const;
@@ -51,7 +53,6 @@ class App {
     std::optional<long long> replay_start_; // microseconds
     bool replay_over_ = true;
     bool user_acted_ = false;
-    bool idle_since_ = false; // started by COM, and no client is left
     bool ended_ = false;
 };
 

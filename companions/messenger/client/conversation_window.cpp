@@ -19,6 +19,10 @@ constexpr UINT show_queued = WM_APP + 1;
 // So much text at once goes to the history control; the rest follows when other messages had their turn.
 constexpr std::size_t units_at_once = 8192;
 
+// The time that the history control takes for a line grows with the square of its length: longer lines are shown as
+// several.
+constexpr std::size_t longest_line = 500;
+
 constexpr int band_height = 52;
 constexpr int margin = 8;
 constexpr int people_width = 150;
@@ -219,9 +223,26 @@ void ConversationWindow::showPeople() {
     InvalidateRect(handle(), &band, FALSE);
 }
 
-void ConversationWindow::queue(Style style, std::u16string_view text) {
-    if (text.empty())
+std::u16string ConversationWindow::broken(std::u16string_view text) {
+    std::u16string lines;
+    lines.reserve(text.size());
+    for (const char16_t unit : text) {
+        if (unit == u'\r' || unit == u'\n')
+            line_units_ = 0;
+        else if (++line_units_ > longest_line && (unit & 0xFC00) != 0xDC00) {
+            lines += u"\r\n";
+            line_units_ = 1;
+        }
+        lines += unit;
+    }
+    return lines;
+}
+
+void ConversationWindow::queue(Style style, std::u16string_view added) {
+    if (added.empty())
         return;
+    const std::u16string lines = broken(added);
+    std::u16string_view text = lines;
     if (queued_.empty())
         PostMessageW(handle(), show_queued, 0, 0);
     while (!text.empty()) {

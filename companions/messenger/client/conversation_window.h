@@ -33,7 +33,9 @@ class ConversationWindow final : public Window {
     void paint();
     void drawParticipant(const DRAWITEMSTRUCT& item);
     void showPeople();
-    void queue(Style style, std::u16string_view text);
+    // With over-long lines parted.
+    std::u16string broken(std::u16string_view text);
+    void queue(Style style, std::u16string_view added);
     void showQueued();
     void append(const Piece& piece);
     void send();
@@ -51,6 +53,7 @@ class ConversationWindow final : public Window {
     HWND people_ = nullptr;
     std::vector<ContactPtr> writers_; // the entries of the drop-down
     std::deque<Piece> queued_;        // text of the history that is not shown yet
+    std::size_t line_units_ = 0;      // of the last line shown
     std::size_t name_units_ = 0;      // of the next text: the name before a message
 };
 

@@ -309,7 +309,9 @@ void MainWindow::contactMenu(POINT at) {
 }
 
 void MainWindow::command(int id, int code) {
-    hooks_.user_acts();
+    // Not the notices that the fields give when they are filled in.
+    if (code == BN_CLICKED || id == id_contacts)
+        hooks_.user_acts();
     switch (id) {
     case id_sign_in:
     case IDOK:

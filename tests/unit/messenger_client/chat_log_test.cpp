@@ -133,7 +133,7 @@ TEST(ChatLog, EveryByteDamagedInTurn) {
 
 TEST(ChatLog, TheDemoConversationIsRead) {
     const auto log = parseChatLog(demo());
-    EXPECT_THAT(log, SizeIs(27));
+    EXPECT_THAT(log, SizeIs(26));
     EXPECT_EQ(log.front().nick, u"hazel");
 }
 
