@@ -222,6 +222,8 @@ class Reading:
                      "/speed", f"{options.speed:g}", "/wait", "/log", windows_path(self.log.path)]
         if options.messages:
             arguments += ["/messages", options.messages]
+        if self.desk.screen.is_own:
+            arguments += ["/left", 420, "/top", 330, "/width", 600, "/height", 420]  # with room for the characters
         self.desk.start("MessengerClient.exe", PROGRAM_DIRECTORY / "MessengerClient.exe", *arguments)
         self._until("the conversation", lambda: self.log.new() or any(
             event.text == "opened" for event in self.log.of_kind("window")))
@@ -231,8 +233,7 @@ class Reading:
         screen = self.desk.screen
         self.window = self._until("the main window", lambda: (screen.find(MAIN_WINDOW) or [None])[-1])
         if screen.is_own:
-            # Nothing covers anything: beside the conversation is room for the characters, below it for the rest.
-            screen.move(self.window, 10, 500)
+            screen.move(self.window, 10, 500)  # nothing covers anything
             for tray in screen.find("^Wine System Tray$"):
                 screen.move(tray, 1100, 900)
 

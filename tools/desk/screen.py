@@ -15,6 +15,8 @@ WINDOW_MANAGER_SETTINGS = """<?xml version="1.0"?>
 </openbox_config>
 """
 
+BACKGROUND = "#86b4c9-#3d6a86"
+
 
 class Screen:
     """The windows on a display: finding them, typing and clicking into them, taking pictures."""
@@ -48,6 +50,7 @@ class Screen:
                 ["openbox", "--sm-disable", "--config-file", settings.name], env=screen.environment(),
                 stdin=subprocess.DEVNULL, stdout=log, stderr=log, start_new_session=True))
             wait_for("the window manager", screen.has_window_manager, 20)
+            screen._run("display", "-window", "root", "-size", f"{width}x{height}", f"gradient:{BACKGROUND}")
         except BaseException:
             screen.close()
             raise
