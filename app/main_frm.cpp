@@ -103,11 +103,13 @@ void MainFrm::connectHandlers() {
     IgnoreCharTxt.setEnabled(false);
     SoundSchemeList.setEnabled(false);
     SystemMenuStopReadingConver.setEnabled(false);
+    CharMatchupButt.setEnabled(false); // there is no matchup window to open
     SignOutFrame.setVisible(false);
     SystemTrayPic.setVisible(false);
     SystemTrayPic.setPicture(program_picture);
     ConvIcon.setVisible(false);
     ConvIcon.setPicture(conversation_picture);
+    SignOutLbl.setCentered();
     SignOutIcon.setPicture({program_picture.name, 64});
 }
 

@@ -251,7 +251,8 @@ std::vector<std::u16string> CoolListBox::wrappedMessage() const {
     const ui::Surface& surface = P.surface();
     const int room = surface.Width() - 2 * ui::toPixels(message_margin_twips);
     std::vector<std::u16string> lines;
-    for (const auto paragraph : split(replaceAll(no_item_caption_, u"[ENTER]", line_break), line_break)) {
+    const std::u16string message = replaceAll(no_item_caption_, u"[ENTER]", line_break);
+    for (const auto paragraph : split(message, line_break)) {
         std::u16string line;
         bool first = true;
         for (const auto word : split(paragraph, u" ")) {

@@ -149,6 +149,10 @@ void Label::setHeading() {
     native::setHeading(handle_);
 }
 
+void Label::setCentered() {
+    native::setCentered(handle_);
+}
+
 void CheckBox::setValue(std::int16_t value) {
     const std::int16_t wanted = value != 0 ? 1 : 0;
     if (wanted == value_)

@@ -29,6 +29,7 @@ void bringToFront(Handle control);
 void setFocus(Handle control);
 
 void setHeading(Handle label);
+void setCentered(Handle label);
 void setChecked(Handle check_box, bool checked);
 void clearItems(Handle list);
 void addItem(Handle list, const std::u16string& text);

@@ -591,6 +591,11 @@ void setHeading(Handle label) {
     SendMessageW(window(label), WM_SETFONT, reinterpret_cast<WPARAM>(font.get()), TRUE);
 }
 
+void setCentered(Handle label) {
+    const LONG_PTR style = GetWindowLongPtrW(window(label), GWL_STYLE);
+    SetWindowLongPtrW(window(label), GWL_STYLE, (style & ~LONG_PTR{SS_TYPEMASK}) | SS_CENTER);
+}
+
 void setChecked(Handle check_box, bool checked) {
     SendMessageW(window(check_box), BM_SETCHECK, checked ? BST_CHECKED : BST_UNCHECKED, 0);
 }

@@ -142,6 +142,7 @@ void setToolTip(Handle, const std::u16string&) {}
 void bringToFront(Handle) {}
 void setFocus(Handle) {}
 void setHeading(Handle) {}
+void setCentered(Handle) {}
 void setChecked(Handle, bool) {}
 void clearItems(Handle) {}
 void addItem(Handle, const std::u16string&) {}
