@@ -232,6 +232,7 @@ void MainWindow::showState() {
     if (in)
         showContacts();
     arrange();
+    RedrawWindow(handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
 }
 
 void MainWindow::changed(const Change& change) {
