@@ -32,6 +32,13 @@ std::u16string machineSetting(const wchar_t* name, const char16_t* otherwise) {
     return std::u16string(com::narrow(text.data(), wcslen(text.data())));
 }
 
+DWORD WINAPI endAnyway(void*) {
+    constexpr DWORD patience = 2000; // ms
+    Sleep(patience);
+    TerminateProcess(GetCurrentProcess(), 0);
+    return 0;
+}
+
 } // namespace
 
 bool isPreviousInstance() {
@@ -99,14 +106,7 @@ ProgramVersion programVersion() {
 
 void endProcess() {
     // The neighbours are told that their objects are no longer needed. One that hangs keeps nobody here.
-    HANDLE last_resort = CreateThread(
-        nullptr, 0,
-        [](void*) -> DWORD {
-            Sleep(2000);
-            TerminateProcess(GetCurrentProcess(), 0);
-            return 0;
-        },
-        nullptr, 0, nullptr);
+    HANDLE last_resort = CreateThread(nullptr, 0, endAnyway, nullptr, 0, nullptr);
     if (last_resort) {
         CloseHandle(last_resort);
         OleUninitialize();
