@@ -181,6 +181,7 @@ TEST_F(Balloons, OfALongTextStayOnTheScreenAndScroll) {
     EXPECT_GE(area.top, 0);
     EXPECT_LE(area.bottom, GetSystemMetrics(SM_CYSCREEN));
     EXPECT_TRUE(pumpUntil([&] { return ink(0, 100) > 1000; }));
+    EXPECT_EQ(ink(97, 100), 0) << "no line is wider than the balloon";
     screenshot("balloon-long");
 }
 

@@ -6,6 +6,7 @@
 
 #include "companions/agent/stage/balloon_layout.h"
 #include "companions/agent/stage/sequencer.h"
+#include "companions/agent/stage/windows/canvas.h"
 #include "companions/agent/stage/windows/window.h"
 
 namespace agent::stage {
@@ -38,11 +39,12 @@ class BalloonWindow final : public Window {
 
   private:
     void lay(const Rect& character);
-    void paint(HDC context);
+    void draw();
 
     BalloonKind kind_ = BalloonKind::words;
     std::u16string text_;
     BalloonLook look_;
+    Canvas canvas_; // text is measured on what it is drawn on: elsewhere it may be wider
     GdiObject<HFONT> font_;
     std::vector<TextLine> lines_;
     std::size_t room_ = 1; // lines

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <system_error>
 
 namespace agent::stage {
 namespace {
@@ -25,47 +24,24 @@ CharacterWindow::CharacterWindow(PointerHandlers handlers) : handlers_(std::move
           .style = WS_POPUP,
           .extended_style = WS_EX_LAYERED | WS_EX_TOPMOST | WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE,
           .class_style = CS_DBLCLKS});
-    memory_.reset(CreateCompatibleDC(nullptr));
 }
 
 CharacterWindow::~CharacterWindow() {
     destroy();
-    memory_.reset(); // before the bitmap that is selected into it
 }
 
 void CharacterWindow::show(const Raster& raster, int left, int top) {
     if (raster.width <= 0 || raster.height <= 0) {
         return;
     }
-    if (!bitmap_ || size_.cx != raster.width || size_.cy != raster.height) {
-        BITMAPINFO info{};
-        info.bmiHeader = {.biSize = sizeof info.bmiHeader,
-                          .biWidth = raster.width,
-                          .biHeight = -raster.height,
-                          .biPlanes = 1,
-                          .biBitCount = 32,
-                          .biCompression = BI_RGB,
-                          .biSizeImage = 0,
-                          .biXPelsPerMeter = 0,
-                          .biYPelsPerMeter = 0,
-                          .biClrUsed = 0,
-                          .biClrImportant = 0};
-        void* bits = nullptr;
-        GdiObject<HBITMAP> made(CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
-        if (!made) {
-            throw std::system_error(static_cast<int>(GetLastError()), std::system_category(), "CreateDIBSection");
-        }
-        SelectObject(memory_.get(), made.get());
-        bitmap_ = std::move(made);
-        bits_ = static_cast<std::uint32_t*>(bits);
-        size_ = {raster.width, raster.height};
-    }
-    std::copy(raster.pixels.begin(), raster.pixels.end(), bits_);
+    canvas_.resize(raster.width, raster.height);
+    std::copy(raster.pixels.begin(), raster.pixels.end(), canvas_.pixels());
+    SIZE size = canvas_.size();
     POINT at{left, top};
     POINT from{0, 0};
     // By its alpha a pixel is there or not, for the eye and for the pointer.
     BLENDFUNCTION blend{AC_SRC_OVER, 0, 255, AC_SRC_ALPHA};
-    UpdateLayeredWindow(handle(), nullptr, &at, &size_, memory_.get(), &from, 0, &blend, ULW_ALPHA);
+    UpdateLayeredWindow(handle(), nullptr, &at, &size, canvas_.context(), &from, 0, &blend, ULW_ALPHA);
     if (!shown_) {
         shown_ = true;
         SetWindowPos(handle(), HWND_TOPMOST, 0, 0, 0, 0, SWP_NOACTIVATE | SWP_NOMOVE | SWP_NOSIZE | SWP_SHOWWINDOW);

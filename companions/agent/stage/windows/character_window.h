@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "companions/agent/stage/composer.h"
+#include "companions/agent/stage/windows/canvas.h"
 #include "companions/agent/stage/windows/window.h"
 
 namespace agent::stage {
@@ -36,10 +37,7 @@ class CharacterWindow final : public Window {
     void dragTo(POINT at);
 
     PointerHandlers handlers_;
-    MemoryContext memory_;
-    GdiObject<HBITMAP> bitmap_;
-    std::uint32_t* bits_ = nullptr;
-    SIZE size_{0, 0};
+    Canvas canvas_;
     bool shown_ = false;
 
     int pressed_ = 0; // the button that is held down on it

@@ -40,18 +40,4 @@ class Selected {
     HGDIOBJ before_;
 };
 
-// The context of a window, or of the screen for null.
-class WindowContext {
-  public:
-    explicit WindowContext(HWND window) : window_(window), context_(GetDC(window)) {}
-    ~WindowContext() { ReleaseDC(window_, context_); }
-    WindowContext(const WindowContext&) = delete;
-    WindowContext& operator=(const WindowContext&) = delete;
-    HDC get() const { return context_; }
-
-  private:
-    HWND window_;
-    HDC context_;
-};
-
 } // namespace agent::stage
