@@ -269,7 +269,7 @@ std::u16string_view chooseAlternative(std::u16string_view text, std::uint64_t ra
             choices.push_back(text.substr(begin, end - begin));
         begin = end + 1;
     }
-    return choices.empty() ? std::u16string_view{} : choices[random % choices.size()];
+    return choices.empty() ? std::u16string_view{} : choices[static_cast<std::size_t>(random % choices.size())];
 }
 
 Script readTags(std::u16string_view text, const Manner& manner, std::u16string_view last) {
