@@ -1,9 +1,10 @@
 #include "common/com/client.h"
 
 #include <algorithm>
-#include <atomic>
 
 #include <ocidl.h>
+
+#include "common/com/counted.h"
 
 namespace murmelix::com {
 
@@ -17,29 +18,12 @@ std::vector<Variant> inDeclaredOrder(const DISPPARAMS& parameters) {
     return arguments;
 }
 
-class Sink final : public IDispatch {
+class Sink final : public Counted<IDispatch> {
   public:
     Sink(const IID& events, EventHandler handler) : events_(events), handler_(std::move(handler)) {}
 
     void silence() { handler_ = nullptr; }
 
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
-        if (!object)
-            return E_POINTER;
-        *object = nullptr;
-        if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, IID_IDispatch) && !IsEqualIID(iid, events_))
-            return E_NOINTERFACE;
-        *object = static_cast<IDispatch*>(this);
-        AddRef();
-        return S_OK;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-    ULONG STDMETHODCALLTYPE Release() override {
-        const ULONG left = --references_;
-        if (left == 0)
-            delete this;
-        return left;
-    }
     HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
         if (!count)
             return E_POINTER;
@@ -70,10 +54,10 @@ class Sink final : public IDispatch {
     }
 
   private:
-    ~Sink() = default;
+    bool answers(REFIID iid) const override { return IsEqualIID(iid, IID_IDispatch) || IsEqualIID(iid, events_); }
+
     IID events_;
     EventHandler handler_;
-    std::atomic<ULONG> references_ = 1;
 };
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cwchar>
 
 #include <olectl.h>
@@ -97,27 +98,10 @@ HRESULT report(const Error& error, EXCEPINFO* exception) {
     return DISP_E_EXCEPTION;
 }
 
-class Enumerator final : public IEnumVARIANT {
+class Enumerator final : public Counted<IEnumVARIANT> {
   public:
     explicit Enumerator(std::vector<Variant> values, std::size_t at = 0) : values_(std::move(values)), at_(at) {}
 
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
-        if (!object)
-            return E_POINTER;
-        *object = nullptr;
-        if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, IID_IEnumVARIANT))
-            return E_NOINTERFACE;
-        *object = static_cast<IEnumVARIANT*>(this);
-        AddRef();
-        return S_OK;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-    ULONG STDMETHODCALLTYPE Release() override {
-        const ULONG left = --references_;
-        if (left == 0)
-            delete this;
-        return left;
-    }
     HRESULT STDMETHODCALLTYPE Next(ULONG wanted, VARIANT* values, ULONG* fetched) override {
         if (!values)
             return E_POINTER;
@@ -149,33 +133,16 @@ class Enumerator final : public IEnumVARIANT {
     }
 
   private:
-    ~Enumerator() = default;
+    bool answers(REFIID iid) const override { return IsEqualIID(iid, IID_IEnumVARIANT); }
+
     std::vector<Variant> values_;
     std::size_t at_;
-    std::atomic<ULONG> references_ = 1;
 };
 
-class Factory final : public IClassFactory {
+class Factory final : public Counted<IClassFactory> {
   public:
     explicit Factory(std::function<Ptr<IDispatch>()> create) : create_(std::move(create)) {}
 
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
-        if (!object)
-            return E_POINTER;
-        *object = nullptr;
-        if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, IID_IClassFactory))
-            return E_NOINTERFACE;
-        *object = static_cast<IClassFactory*>(this);
-        AddRef();
-        return S_OK;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-    ULONG STDMETHODCALLTYPE Release() override {
-        const ULONG left = --references_;
-        if (left == 0)
-            delete this;
-        return left;
-    }
     HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID iid, void** object) override {
         if (!object)
             return E_POINTER;
@@ -197,9 +164,9 @@ class Factory final : public IClassFactory {
     }
 
   private:
-    ~Factory() = default;
+    bool answers(REFIID iid) const override { return IsEqualIID(iid, IID_IClassFactory); }
+
     std::function<Ptr<IDispatch>()> create_;
-    std::atomic<ULONG> references_ = 1;
 };
 
 class Key {
@@ -283,25 +250,14 @@ void Served::onAliveChanged(std::function<void(long)> changed) {
 }
 
 HRESULT Served::QueryInterface(REFIID iid, void** object) {
-    if (!object)
-        return E_POINTER;
-    *object = IsEqualIID(iid, IID_IUnknown) || IsEqualIID(iid, IID_IDispatch) ? static_cast<IDispatch*>(this)
-                                                                              : interfaceFor(iid);
-    if (!*object)
-        return E_NOINTERFACE;
-    AddRef();
-    return S_OK;
-}
-
-ULONG Served::AddRef() {
-    return ++references_;
-}
-
-ULONG Served::Release() {
-    const ULONG left = --references_;
-    if (left == 0)
-        delete this;
-    return left;
+    if (object) {
+        *object = interfaceFor(iid);
+        if (*object) {
+            AddRef();
+            return S_OK;
+        }
+    }
+    return Counted::QueryInterface(iid, object);
 }
 
 HRESULT Served::GetTypeInfoCount(UINT* count) {
@@ -382,20 +338,10 @@ struct EventSource::Impl final : IConnectionPointContainer {
 
     // An object with an identity of its own: another process asks an object's identity for its interfaces, and the
     // owner has no connection point among its own.
-    class Point final : public IConnectionPoint {
+    class Point final : public Counted<IConnectionPoint> {
       public:
         explicit Point(Impl& source) : source_(source) {}
-        virtual ~Point() = default;
-        HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
-            if (!object)
-                return E_POINTER;
-            *object = nullptr;
-            if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, IID_IConnectionPoint))
-                return E_NOINTERFACE;
-            *object = static_cast<IConnectionPoint*>(this);
-            AddRef();
-            return S_OK;
-        }
+        ~Point() override = default;
         ULONG STDMETHODCALLTYPE AddRef() override { return source_.AddRef(); }
         ULONG STDMETHODCALLTYPE Release() override { return source_.Release(); }
         HRESULT STDMETHODCALLTYPE GetConnectionInterface(IID* iid) override;
@@ -409,6 +355,8 @@ struct EventSource::Impl final : IConnectionPointContainer {
         }
 
       private:
+        bool answers(REFIID iid) const override { return IsEqualIID(iid, IID_IConnectionPoint); }
+
         Impl& source_;
     };
 

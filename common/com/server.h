@@ -2,7 +2,6 @@
 // local server and its registration.
 #pragma once
 
-#include <atomic>
 #include <functional>
 #include <span>
 #include <string>
@@ -10,6 +9,7 @@
 
 #include <ocidl.h>
 
+#include "common/com/counted.h"
 #include "common/com/handles.h"
 
 namespace murmelix::com {
@@ -36,15 +36,11 @@ struct Call {
 
 // Base of every object served. Derived classes give the table and carry out the calls; Errors thrown become the call's
 // result: dispatch errors (DISP_E_…) as they are, others as an exception with its description.
-class Served : public IDispatch {
+class Served : public Counted<IDispatch> {
   public:
     Served();
-    Served(const Served&) = delete;
-    Served& operator=(const Served&) = delete;
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override;
-    ULONG STDMETHODCALLTYPE AddRef() override;
-    ULONG STDMETHODCALLTYPE Release() override;
     HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override;
     HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override;
     HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) override;
@@ -56,14 +52,14 @@ class Served : public IDispatch {
     static void onAliveChanged(std::function<void(long)> changed);
 
   protected:
-    virtual ~Served();
+    ~Served() override;
     virtual std::span<const Member> members() const = 0;
     virtual Variant invoke(const Call& call) = 0;
     // Further interfaces; not counted. Null where there is none.
     virtual void* interfaceFor(REFIID) { return nullptr; }
 
   private:
-    std::atomic<ULONG> references_ = 1;
+    bool answers(REFIID iid) const override { return IsEqualIID(iid, IID_IDispatch); }
 };
 
 // New object with one reference, owned by the result.
