@@ -121,7 +121,8 @@ class Desk:
 
 
 def expected_calls(messages):
-    """What `trace` says that each message comes to for its writer's character: a list of (what, of) for each."""
+    """What `trace` says that each message comes to for its writer's character: for each a list of (what, of), words, sounds
+    and animations alone (a character shows itself for other reasons too)."""
     lines = "".join(_escaped(message) + "\n" for message in messages)
     answer = subprocess.run([str(TRACE), "message"], input=lines.encode("utf-8"), capture_output=True, timeout=60,
                             check=True)
@@ -129,17 +130,12 @@ def expected_calls(messages):
     for line in answer.stdout.decode("utf-8", "replace").splitlines():
         calls = []
         for call in json.loads(line):
-            if call["key"] != "a@x" or call["call"] == "Stop":
+            if call["key"] != "a@x" or call["call"] not in ("Speak", "Play"):
                 continue
-            what = call["call"]
-            if what == "Speak" and call.get("url"):
+            if call.get("url"):
                 calls.append(("Speak", "file:" + call["url"]))
-            elif what == "Speak":
-                calls.append(("Speak", call["text"]))
-            elif what == "Play":
-                calls.append(("Play", call["animation"]))
             else:
-                calls.append((what, ""))
+                calls.append((call["call"], call["text"] if call["call"] == "Speak" else call["animation"]))
         result.append(calls)
     return result
 

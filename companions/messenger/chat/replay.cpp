@@ -172,12 +172,19 @@ Script makeScript(const std::vector<LogEvent>& log, const ReplayOptions& options
 
     std::optional<double> before;
     double at = 0;
+    double latest = 0;
+    std::map<std::size_t, double> said_at;
     for (Step& step : writer.script.steps) {
-        const double in_log = step.at;
         if (options.speed > 0)
-            at += std::min(in_log - before.value_or(in_log), longest_gap) / options.speed;
-        before = in_log;
-        step.at = at;
+            at += std::min(step.at - before.value_or(step.at), longest_gap) / options.speed;
+        before = step.at;
+        step.at = std::max(at, latest);
+        const auto said = said_at.find(step.person);
+        if (step.kind == Step::Kind::says)
+            said_at[step.person] = step.at;
+        else if (said != said_at.end() && options.speed > 0)
+            step.at = std::max(step.at, said->second + shortest_farewell);
+        latest = step.at;
     }
     return std::move(writer.script);
 }

@@ -14,6 +14,10 @@ namespace messenger_client {
 // The longest silence of a replay at its own pace, in seconds: nobody waits for an hour of the night to pass.
 inline constexpr double longest_gap = 20.0;
 
+// The shortest time from somebody's last words to their leaving or new name at any pace, in seconds: a log of minutes
+// has them at the same moment, and who reads along must see who said it.
+inline constexpr double shortest_farewell = 0.5;
+
 struct ReplayOptions {
     std::size_t participants = 3;
     std::size_t messages = std::numeric_limits<std::size_t>::max();

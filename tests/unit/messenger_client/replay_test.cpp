@@ -122,7 +122,7 @@ TEST(Replay, EmptyMessagesAreDropped) {
 
 TEST(Replay, MessagesOfAMinuteAreSpreadOverIt) {
     EXPECT_THAT(times(scriptOf("[10:00] <a> 1\n[10:00] <b> 2\n=== b has quit\n[10:00] <a> 3\n[10:00] <a> 4\n")),
-                ElementsAre(DoubleNear(0, 1e-9), DoubleNear(15, 1e-9), DoubleNear(15, 1e-9), DoubleNear(30, 1e-9),
+                ElementsAre(DoubleNear(0, 1e-9), DoubleNear(15, 1e-9), DoubleNear(15.5, 1e-9), DoubleNear(30, 1e-9),
                             DoubleNear(45, 1e-9)));
 }
 
@@ -132,6 +132,13 @@ TEST(Replay, LongGapsAreCutToTwentySecondsAtSpeedOne) {
     EXPECT_THAT(times(scriptOf(log, {.speed = 10})),
                 ElementsAre(0, DoubleNear(2, 1e-9), DoubleNear(4, 1e-9), DoubleNear(6, 1e-9)));
     EXPECT_THAT(times(scriptOf(log, {.speed = 0})), ElementsAre(0, 0, 0, 0));
+}
+
+TEST(Replay, NobodyLeavesOrIsRenamedWithinHalfASecondOfTheirLastWords) {
+    const auto log = "[10:00] <a> 1\n=== a has quit\n[10:00] <b> 2\n=== b is now known as c\n[10:00] <c> 3\n";
+    EXPECT_THAT(times(scriptOf(log, {.speed = 1000})),
+                ElementsAre(0, DoubleNear(0.5, 1e-9), DoubleNear(0.5, 1e-9), DoubleNear(1, 1e-9), DoubleNear(1, 1e-9)));
+    EXPECT_THAT(times(scriptOf(log, {.speed = 0})), ElementsAre(0, 0, 0, 0, 0));
 }
 
 TEST(Replay, StepsComeOnceWhenTheyAreDue) {
