@@ -231,7 +231,7 @@ TEST(Server, WritesATranscriptAndARecording) {
     DeleteFileW(murmelix::com::wide(transcript));
     DeleteFileW(murmelix::com::wide(recording));
     {
-        const RunningServer server(u"/tray /speed 8 /transcript \"" + transcript + u"\" /record \"" + recording +
+        const RunningServer server(u"-Embedding /speed 8 /transcript \"" + transcript + u"\" /record \"" + recording +
                                    u"\"");
         Object control = server.control();
         Object characters = control.object(u"Characters");

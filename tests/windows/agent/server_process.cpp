@@ -160,7 +160,8 @@ void write(const std::u16string& file, const std::vector<std::uint8_t>& bytes) {
 
 RunningServer::RunningServer(const std::u16string& switches)
     : process_(std::make_unique<Process>(serverProgram() + u" " + switches)) {
-    EXPECT_TRUE(pumpUntil([] { return FindWindowW(L"AgentServerMessages", L"AgentServer") != nullptr; })) << "it did not start";
+    EXPECT_TRUE(pumpUntil([] { return FindWindowW(L"AgentServerMessages", L"AgentServer") != nullptr; }))
+        << "it did not start";
 }
 
 RunningServer::~RunningServer() {

@@ -44,7 +44,7 @@ void write(const std::u16string& file, const std::vector<std::uint8_t>& bytes);
 // A server that runs until the end of the test; asked to close, it ends with status 0.
 class RunningServer {
   public:
-    explicit RunningServer(const std::u16string& switches = u"/tray /speed 8");
+    explicit RunningServer(const std::u16string& switches = u"-Embedding /speed 8");
     ~RunningServer();
     Process& process() { return *process_; }
     murmelix::com::Object control() const;

@@ -19,8 +19,8 @@ class Backdrop final : public Window {
         make({.class_name = L"AgentTestBackdrop",
               .style = WS_POPUP,
               .extended_style = WS_EX_TOOLWINDOW | WS_EX_TOPMOST,
-              .width = 700,
-              .height = 500});
+              .width = GetSystemMetrics(SM_CXSCREEN),
+              .height = GetSystemMetrics(SM_CYSCREEN)});
         ShowWindow(handle(), SW_SHOWNA);
         UpdateWindow(handle());
     }
