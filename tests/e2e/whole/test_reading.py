@@ -65,11 +65,22 @@ class Reading(WholeProgramTest):
         self.assert_responsive()
 
     def test_a_megabyte_of_one_message_is_taken_and_the_next_is_read(self):
-        self.start_reading(self.conversation("[09:00] <Ann> short\n"), participants=1)
-        self.wait_for_words(ANN, "Short")
-        self.client("history fill 1000000")
-        self.client(f"say {ANN} after all that")
+        words = "many words " * (2**20 // 11)
+        self.start_reading(self.conversation(f"[09:00] <Ann> short\n[09:00] <Ann> {words}\n[09:00] <Ann> the end\n"),
+                           participants=1, speed=30)
+        self.eventually("all three messages", lambda: len(self.said(ANN)) == 3, 120)
+        self.assertEqual([text.strip() for text in self.said(ANN)], ["Short", words.title().strip(), "The End"])
+        self.assert_responsive()
+
+    def test_a_megabyte_of_history_is_not_read_and_what_comes_after_it_is(self):
+        reading = self.open_program(self.conversation("[09:00] <Ann> after all that\n"), participants=1)
+        self.client("fill 1000000")
+        reading.start_reading()
         self.wait_for_words(ANN, "After All That")
+        self.client(f"say {ANN} and this")
+        self.wait_for_words(ANN, "And This")
+        self.assertEqual([act.of.strip() for act in self.acts(moment="call", what="Speak")],
+                         ["After All That", "And This"])
         self.assert_responsive()
 
     def test_voice_tags_of_a_message_change_nothing_but_the_voice(self):
