@@ -110,6 +110,11 @@ void endProcess() {
     if (last_resort) {
         CloseHandle(last_resort);
         OleUninitialize();
+        // Parts of the system enter the apartment, too: only its last user's leaving gives the objects back.
+        APTTYPE type{};
+        APTTYPEQUALIFIER qualifier{};
+        for (int users = 0; users < 16 && SUCCEEDED(CoGetApartmentType(&type, &qualifier)); ++users)
+            CoUninitialize();
     }
     ExitProcess(0);
 }

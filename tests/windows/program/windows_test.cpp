@@ -372,6 +372,7 @@ TEST(MainWindow, ShowsItsStates) {
     WindowsDir = std::u16string(com::narrow(temporary, wcslen(temporary)));
     CreateDirectoryW(com::wide(WindowsDir + u"msagent"), nullptr);
     CreateDirectoryW(com::wide(WindowsDir + u"msagent\\chars"), nullptr);
+    SoundsDir = WindowsDir + u"msagent\\";
     SettingsKeyPath.clear();
     AutoUpdate = AutoMinimize = ShowTipFrm = 0;
 
