@@ -98,7 +98,7 @@ class Frame : public Control {
 class Label : public Control {
   public:
     Label(Control& parent, const std::u16string& caption) : Control(&parent, Kind::label, caption) {}
-    void setHeading();  // in bold
+    void setHeading(); // in bold
     void setCentered();
 };
 

@@ -41,7 +41,7 @@ void setPicture(Handle picture_box, const Picture& picture);
 // The surface belongs to this picture box from now on and has its size.
 void attach(Surface& surface, Handle picture_box);
 
-void setOuterWidth(Handle form, int pixels);
+void setOuterWidth(Handle form, int pixels);           // stays on the screen where it can
 void setInnerSize(Handle form, int width, int height); // centred on its owner, else on the screen
 Rect innerBounds(Handle form);
 void setIcon(Handle form, const Picture& picture);

@@ -638,9 +638,14 @@ void setPicture(Handle picture_box, const Picture&) {
 }
 
 void setOuterWidth(Handle form, int pixels) {
-    RECT now{};
+    RECT now{}, screen{};
     GetWindowRect(window(form), &now);
-    SetWindowPos(window(form), nullptr, 0, 0, pixels, now.bottom - now.top, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    SystemParametersInfoW(SPI_GETWORKAREA, 0, &screen, 0);
+    // What grows beyond the right edge of the screen moves to the left as far as there is room.
+    int left = now.left;
+    if (now.right <= screen.right && left + pixels > screen.right)
+        left = std::max<int>(screen.right - pixels, screen.left);
+    SetWindowPos(window(form), nullptr, left, now.top, pixels, now.bottom - now.top, SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 void setInnerSize(Handle form, int width, int height) {

@@ -350,9 +350,14 @@ void picture(const ui::Form& form, const char* name) {
     const char* folder = std::getenv("MURMELIX_SCREENS");
     if (!folder)
         return;
+    HWND window = windowOf(form);
+    RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN | RDW_UPDATENOW);
     RECT outer{};
-    GetWindowRect(windowOf(form), &outer);
-    const Image image = grab(ui::win32::ScreenDc().get(), outer);
+    GetWindowRect(window, &outer);
+    OffsetRect(&outer, -outer.left, -outer.top);
+    HDC dc = GetWindowDC(window);
+    const Image image = grab(dc, outer);
+    ReleaseDC(window, dc);
     const std::size_t bytes = image.rows.size() * sizeof image.rows[0];
     BITMAPFILEHEADER header{};
     header.bfType = 0x4D42;
