@@ -60,7 +60,7 @@ def main():
     try:
         with Desk(screen, prefix, output) as desk:
             desk.set_up_all()
-            reading = Reading(desk, Options(file, participants=2, speed=10, output=output, stage_speed=100))
+            reading = Reading(desk, Options(file, participants=2, speed=10, output=output, stage_speed=10))
             reading.start_neighbours()
             reading.start_program()
             reading.start_reading()

@@ -28,33 +28,47 @@ class Screen:
 
     @classmethod
     def own(cls, width=1280, height=960, log=subprocess.DEVNULL):
-        """Starts an X server on a free display, and a window manager."""
+        """Starts an X server on a free display, and a window manager. Another server may take the same display at the
+        same moment: then it is tried again."""
+        for attempts_left in (2, 1, 0):
+            screen = cls(None)
+            try:
+                screen._start(width, height, log)
+                return screen
+            except (RuntimeError, TimedOut):
+                screen.close()
+                if attempts_left == 0:
+                    raise
+            except BaseException:
+                screen.close()
+                raise
+
+    def _start(self, width, height, log):
+        self.is_own = True
         reading, writing = os.pipe()
-        server = subprocess.Popen(
+        self._processes.append(subprocess.Popen(
             ["Xvfb", "-displayfd", str(writing), "-screen", "0", f"{width}x{height}x24", "-nolisten", "tcp"],
-            pass_fds=[writing], stdin=subprocess.DEVNULL, stdout=log, stderr=log, start_new_session=True)
+            pass_fds=[writing], stdin=subprocess.DEVNULL, stdout=log, stderr=log, start_new_session=True))
         os.close(writing)
         with os.fdopen(reading) as answer:
             number = answer.readline().strip()  # empty when the server ends without one
         if not number:
-            server.wait()
-            raise RuntimeError(f"Xvfb ended with status {server.returncode} and no display")
-        screen = cls(f":{number}")
-        screen.is_own = True
-        screen._processes.append(server)
-        try:
-            with tempfile.NamedTemporaryFile("w", suffix=".xml", delete=False) as settings:
-                settings.write(WINDOW_MANAGER_SETTINGS)
-            screen._settings = settings.name
-            screen._processes.append(subprocess.Popen(
-                ["openbox", "--sm-disable", "--config-file", settings.name], env=screen.environment(),
-                stdin=subprocess.DEVNULL, stdout=log, stderr=log, start_new_session=True))
-            wait_for("the window manager", screen.has_window_manager, 20)
-            screen._run("display", "-window", "root", "-size", f"{width}x{height}", f"gradient:{BACKGROUND}")
-        except BaseException:
-            screen.close()
-            raise
-        return screen
+            raise RuntimeError("Xvfb has ended without a display")
+        self.display = f":{number}"
+        with tempfile.NamedTemporaryFile("w", suffix=".xml", delete=False) as settings:
+            settings.write(WINDOW_MANAGER_SETTINGS)
+        self._settings = settings.name
+        self._processes.append(subprocess.Popen(
+            ["openbox", "--sm-disable", "--config-file", self._settings], env=self.environment(),
+            stdin=subprocess.DEVNULL, stdout=log, stderr=log, start_new_session=True))
+        wait_for("the window manager", self._managed, 20)
+        self._run("display", "-window", "root", "-size", f"{width}x{height}", f"gradient:{BACKGROUND}")
+
+    def _managed(self):
+        if any(process.poll() is not None for process in self._processes):
+            raise RuntimeError("the X server or the window manager has ended")
+        answer = self._run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK")
+        return answer.returncode == 0 and "window id" in answer.stdout
 
     def environment(self):
         return dict(os.environ, DISPLAY=self.display)
@@ -82,10 +96,6 @@ class Screen:
     def _run(self, *command, seconds=20):
         return subprocess.run(command, env=self.environment(), stdin=subprocess.DEVNULL, capture_output=True,
                               text=True, errors="replace", timeout=seconds, check=False)
-
-    def has_window_manager(self):
-        answer = self._run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK")
-        return answer.returncode == 0 and "window id" in answer.stdout
 
     def find(self, title_pattern):
         """Ids of the visible windows whose title matches the pattern, oldest first."""
