@@ -66,6 +66,9 @@ install_packages() {
     apt install --no-install-recommends "${MISSING_PACKAGES[@]}" || die "the packages could not be installed"
 }
 
+# A compilation found again, in this tree or in another clone of it, precompiled headers included.
+export CCACHE_BASEDIR=$MURMELIX_ROOT CCACHE_NOHASHDIR=1 CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime
+
 # build_preset PRESET [TARGET…]: configures once, and builds what has changed.
 build_preset() {
     local preset=$1
