@@ -18,6 +18,8 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_L
   target_compile_options(murmelix_options INTERFACE -Wno-restrict)
 endif()
 if(MURMELIX_SANITIZE)
+  # GCC takes what the sanitizers add for uses of unset variables.
+  target_compile_options(murmelix_options INTERFACE -Wno-maybe-uninitialized)
   target_compile_options(murmelix_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all)
   target_link_options(murmelix_options INTERFACE -fsanitize=address,undefined)
 endif()
