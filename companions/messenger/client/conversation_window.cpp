@@ -16,6 +16,10 @@ namespace {
 
 enum : int { id_history = 100, id_input, id_send, id_as, id_people };
 constexpr UINT show_queued = WM_APP + 1;
+// New text is shown this much later, in milliseconds: drawing it takes long, and who listens to the client asks for the
+// text at once.
+constexpr UINT show_delay = 40;
+constexpr UINT_PTR show_timer = 1;
 // So much text at once goes to the history control; the rest follows when other messages had their turn.
 constexpr std::size_t units_at_once = 8192;
 
@@ -244,7 +248,7 @@ void ConversationWindow::queue(Style style, std::u16string_view added) {
     const std::u16string lines = broken(added);
     std::u16string_view text = lines;
     if (queued_.empty())
-        PostMessageW(handle(), show_queued, 0, 0);
+        SetTimer(handle(), show_timer, show_delay, nullptr);
     while (!text.empty()) {
         std::size_t length = std::min(text.size(), units_at_once);
         // Line ends and surrogate pairs stay whole.
@@ -383,6 +387,10 @@ LRESULT ConversationWindow::message(UINT message, WPARAM wparam, LPARAM lparam) 
             send();
         else if (LOWORD(wparam) == IDCANCEL)
             PostMessageW(handle(), WM_CLOSE, 0, 0);
+        return 0;
+    case WM_TIMER:
+        KillTimer(handle(), wparam);
+        showQueued();
         return 0;
     case show_queued:
         showQueued();
