@@ -26,7 +26,7 @@ GESTURE_SECONDS = 10   # for a gesture to show what it has done
 SILENCE_SECONDS = 120  # without anything new: the reading hangs
 FINAL_SECONDS = 10     # after the last event of all: what is missing by then does not come any more
 RECORDING_SECONDS = 3  # the recording on disk is never further behind than that
-PICTURE_DELAY = 0.6    # from the start of a speech to its picture: the balloon has words by then
+PICTURE_DELAY = 0.8    # from the start of a speech to its picture, at natural speed: the balloon has words by then
 
 
 class Failed(Exception):
@@ -348,16 +348,17 @@ class Reading:
         if act.moment == "start" and act.what == "Speak" and act.of.strip() and not act.of.startswith("file:"):
             self._spoken += 1
             if self._spoken >= 2 * self._pictured:
-                self._picture = (time.monotonic() + PICTURE_DELAY, act)
+                self._picture = (time.monotonic() + PICTURE_DELAY / max(self.options.speed_of_stage(), 1), act)
 
     def _take_picture(self):
         """The last picture is one of the second half: another is taken whenever twice as much has been spoken."""
         if not self._picture or time.monotonic() < self._picture[0]:
             return
         act, self._picture = self._picture[1], None
-        if any((call.key, call.of) == (act.key, act.of) for call in self.transcript.under_way()):
-            if self.desk.screen.picture(self.options.output / "stage.png"):
-                self._pictured = self._spoken
+        good = any((call.key, call.of) == (act.key, act.of) for call in self.transcript.under_way())
+        # One whose words were over already is better than none, until there is a good one.
+        if (good or not self._pictured) and self.desk.screen.picture(self.options.output / "stage.png") and good:
+            self._pictured = self._spoken
 
 
 def for_people(act):
