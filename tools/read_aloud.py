@@ -113,13 +113,17 @@ def read_aloud(options):
             desk.programs["Murmelix.exe"].wait()
 
 
+def interrupted(*_):
+    raise KeyboardInterrupt
+
+
 def main():
     check, options = options_of(sys.argv[1:])
     if check:
         return 0
-    # A signal ends the reading like Ctrl-C: what was started is ended.
-    for number_of_signal in (signal.SIGTERM, signal.SIGHUP):
-        signal.signal(number_of_signal, lambda *_: (_ for _ in ()).throw(KeyboardInterrupt()))
+    # A signal ends the reading, and what was started for it, also where a shell in the background has SIGINT ignored.
+    for number_of_signal in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+        signal.signal(number_of_signal, interrupted)
     try:
         read_aloud(options)
         return 0
