@@ -321,7 +321,8 @@ class Reading:
             raise Failed(f"{sound} is no recording: {error}\n{self.desk.state()}") from None
         if frames == 0:
             raise Failed(f"{sound} holds no sound\n{self.desk.state()}")
-        if not picture.is_file():
+        # Of a reading that was over in a moment it is the last of it.
+        if not picture.is_file() and not self.desk.screen.picture(picture):
             raise Failed(f"{picture} could not be taken\n{self.desk.state()}")
 
     def faults(self):

@@ -1,0 +1,80 @@
+"""./run as its user sees it: its options, its results, and that it leaves nothing running."""
+
+import os
+import signal
+import subprocess
+import sys
+import tempfile
+import unittest
+from pathlib import Path
+
+from case import ROOT, main, wait_for
+
+READ_ALOUD = ROOT / "tools" / "read_aloud.py"
+CONVERSATION = "".join(f"[09:{minute:02d}] <Ann> message {minute}\n" for minute in range(60))
+
+
+def running_with(variable):
+    """Processes whose environment holds the variable with its value."""
+    found = []
+    for process in Path("/proc").glob("[0-9]*"):
+        try:
+            if variable.encode() in (process / "environ").read_bytes().split(b"\0"):
+                found.append((process / "comm").read_text().strip())
+        except OSError:
+            continue
+    return found
+
+
+class Run(unittest.TestCase):
+    def read_aloud(self, *arguments, directory=None):
+        return subprocess.run([sys.executable, "-B", READ_ALOUD, *arguments], cwd=directory, capture_output=True,
+                              text=True, stdin=subprocess.DEVNULL, timeout=200, check=False)
+
+    def refused(self, *arguments):
+        answer = self.read_aloud("--check", *arguments)
+        self.assertEqual(answer.returncode, 2, answer.stderr)
+        return answer.stderr
+
+    def test_wrong_options_are_refused_with_the_reason(self):
+        self.assertIn("there is no file missing.txt", self.refused("--conversation", "missing.txt"))
+        self.assertIn("0 is not between 1 and", self.refused("--participants", "0"))
+        self.assertIn("'many' is not a number", self.refused("--messages", "many"))
+        self.assertIn("-1 is not between", self.refused("--speed=-1"))
+        self.assertIn("unrecognized arguments: --sped", self.refused("--sped", "2"))
+
+    def test_paths_are_those_of_the_callers_directory(self):
+        with tempfile.TemporaryDirectory() as directory:
+            Path(directory, "chat.txt").write_text("[09:00] <Ann> hello\n", "utf-8")
+            answer = self.read_aloud("--headless", "--conversation", "chat.txt", "--out", "there", "--speed", "10",
+                                     directory=directory)
+            self.assertEqual(answer.returncode, 0, answer.stdout + answer.stderr)
+            there = Path(directory, "there")
+            self.assertIn("speaks  Hello", (there / "transcript.txt").read_text("utf-8"))
+            self.assertTrue((there / "speech.wav").is_file())
+            self.assertTrue((there / "stage.png").is_file())
+            self.assertIn("All 1 messages were read", answer.stdout)
+        self.assertEqual(running_with(f"WINEPREFIX={ROOT}/build/wine-run"), [])
+
+    def test_interrupting_ends_everything_that_was_started(self):
+        with tempfile.TemporaryDirectory() as directory:
+            conversation = Path(directory, "chat.txt")
+            conversation.write_text(CONVERSATION, "utf-8")
+            run = subprocess.Popen([sys.executable, "-B", READ_ALOUD, "--headless", "--conversation", conversation,
+                                    "--out", directory], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                                   stderr=subprocess.DEVNULL, env=dict(os.environ, MURMELIX_TEST=directory))
+            try:
+                transcript = Path(directory, "transcript.txt")
+                wait_for("the first words", lambda: run.poll() is not None or (
+                    transcript.is_file() and "speaks" in transcript.read_text("utf-8")), 120)
+                run.send_signal(signal.SIGINT)
+                self.assertEqual(run.wait(60), 130)
+            finally:
+                run.kill()
+                run.wait()
+            # The X server, the window manager and all that ran in Wine had inherited the environment.
+            self.assertEqual(running_with(f"MURMELIX_TEST={directory}"), [])
+
+
+if __name__ == "__main__":
+    main()
