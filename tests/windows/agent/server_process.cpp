@@ -1,25 +1,14 @@
 #include "tests/windows/agent/server_process.h"
 
-#include <algorithm>
-#include <array>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-
 #include <gtest/gtest.h>
 
-#include "common/text.h"
 #include "companions/agent/acs/writer.h"
 
 namespace agent {
 
 using murmelix::com::Object;
-using murmelix::com::wide;
 
 namespace {
-
-constexpr DWORD patience = 30000;
 
 acs::Image disc(std::uint16_t width, std::uint16_t height, std::uint8_t colour) {
     acs::Image image;
@@ -38,124 +27,10 @@ acs::Image disc(std::uint16_t width, std::uint16_t height, std::uint8_t colour) 
     return image;
 }
 
-Picture captured(const RECT& area, std::vector<std::uint8_t>* file) {
-    Picture picture{area.left, area.top, area.right - area.left, area.bottom - area.top, {}};
-    const HDC screen = GetDC(nullptr);
-    const HDC memory = CreateCompatibleDC(screen);
-    BITMAPINFO info{};
-    info.bmiHeader = {sizeof info.bmiHeader, picture.width, -picture.height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-    void* bits = nullptr;
-    const HBITMAP bitmap = CreateDIBSection(screen, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
-    const HGDIOBJ before = SelectObject(memory, bitmap);
-    BitBlt(memory, 0, 0, picture.width, picture.height, screen, picture.left, picture.top, SRCCOPY | CAPTUREBLT);
-    GdiFlush();
-    const auto count = static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.height);
-    const auto* pixels = static_cast<const std::uint32_t*>(bits);
-    picture.pixels.assign(pixels, pixels + count);
-    for (std::uint32_t& pixel : picture.pixels) {
-        pixel &= 0x00FFFFFFU;
-    }
-    if (file) {
-        const DWORD size = static_cast<DWORD>(count * 4);
-        BITMAPFILEHEADER head{0x4D42, static_cast<DWORD>(sizeof head + sizeof info.bmiHeader) + size, 0, 0,
-                              static_cast<DWORD>(sizeof head + sizeof info.bmiHeader)};
-        const auto append = [&](const void* from, std::size_t bytes) {
-            const auto* begin = static_cast<const std::uint8_t*>(from);
-            file->insert(file->end(), begin, begin + bytes);
-        };
-        append(&head, sizeof head);
-        append(&info.bmiHeader, sizeof info.bmiHeader);
-        append(bits, size);
-    }
-    SelectObject(memory, before);
-    DeleteObject(bitmap);
-    DeleteDC(memory);
-    ReleaseDC(nullptr, screen);
-    return picture;
-}
-
 } // namespace
 
-bool pumpUntil(const std::function<bool()>& condition) {
-    const ULONGLONG end = GetTickCount64() + patience;
-    while (!condition()) {
-        if (GetTickCount64() > end) {
-            return false;
-        }
-        MSG message;
-        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
-            TranslateMessage(&message);
-            DispatchMessageW(&message);
-        }
-        if (!condition()) {
-            MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_ALLINPUT);
-        }
-    }
-    return true;
-}
-
-Process::Process(const std::u16string& command_line) {
-    std::vector<wchar_t> line(wide(command_line), wide(command_line) + command_line.size() + 1);
-    STARTUPINFOW startup{};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION made{};
-    if (CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &made)) {
-        CloseHandle(made.hThread);
-        process_ = made.hProcess;
-    }
-}
-
-Process::~Process() {
-    if (!process_) {
-        return;
-    }
-    if (running()) {
-        kill();
-    }
-    WaitForSingleObject(process_, patience);
-    CloseHandle(process_);
-}
-
-std::optional<DWORD> Process::exitStatus() const {
-    if (!process_ || !pumpUntil([this] { return !running(); })) {
-        return std::nullopt;
-    }
-    DWORD status = 0;
-    GetExitCodeProcess(process_, &status);
-    return status;
-}
-
-std::u16string windowsPath(const std::string& host_path) {
-    std::u16string path = u"Z:";
-    path += murmelix::fromUtf8(host_path);
-    std::replace(path.begin(), path.end(), u'/', u'\\');
-    return path;
-}
-
 std::u16string serverProgram() {
-    std::u16string quoted = u"\"";
-    quoted += windowsPath(AGENT_SERVER);
-    quoted += u'"';
-    return quoted;
-}
-
-std::u16string temporaryFile(const std::u16string& name) {
-    std::array<wchar_t, MAX_PATH + 1> folder{};
-    const DWORD length = GetTempPathW(static_cast<DWORD>(folder.size()), folder.data());
-    std::u16string path(murmelix::com::narrow(folder.data(), length));
-    path += u"agent_server_";
-    path += name;
-    return path;
-}
-
-std::string contents(const std::u16string& file) {
-    std::ifstream in(std::filesystem::path(wide(file)), std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), {});
-}
-
-void write(const std::u16string& file, const std::vector<std::uint8_t>& bytes) {
-    std::ofstream out(std::filesystem::path(wide(file)), std::ios::binary | std::ios::trunc);
-    out.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    return murmelix::test::programCommand(AGENT_SERVER);
 }
 
 RunningServer::RunningServer(const std::u16string& switches)
@@ -229,28 +104,6 @@ std::u16string smallCharacterFile() {
     const std::u16string file = temporaryFile(u"Dot.acs");
     write(file, acs::write(smallCharacter()));
     return file;
-}
-
-std::uint32_t Picture::at(int x, int y) const {
-    return pixels.at(static_cast<std::size_t>(y - top) * static_cast<std::size_t>(width) +
-                     static_cast<std::size_t>(x - left));
-}
-
-int Picture::count(std::uint32_t colour) const {
-    return static_cast<int>(std::count(pixels.begin(), pixels.end(), colour));
-}
-
-Picture desktop(const RECT& area) {
-    return captured(area, nullptr);
-}
-
-void screenshot(const char* name) {
-    std::vector<std::uint8_t> file;
-    captured({0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)}, &file);
-    const char* wanted = std::getenv("MURMELIX_SCREENS");
-    const std::filesystem::path folder(wide(windowsPath(wanted ? wanted : SCREENS_DIR)));
-    std::filesystem::create_directories(folder);
-    write((folder / (std::string(name) + ".bmp")).u16string(), file);
 }
 
 } // namespace agent

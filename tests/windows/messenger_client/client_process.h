@@ -11,36 +11,22 @@
 #include <windows.h>
 
 #include "common/com/client.h"
+#include "tests/windows/support/picture.h"
+#include "tests/windows/support/process.h"
 
 namespace messenger_client {
 
 inline constexpr IID iid_messenger_events{0xC9A6A6B6, 0x9BC1, 0x43A5, {0xB0, 0x6B, 0xE5, 0x88, 0x74, 0xEE, 0xBC, 0x96}};
 
-// Runs the message loop until the condition holds; false where it did not within 20 s.
-bool pumpUntil(const std::function<bool()>& condition);
-
-class Process {
-  public:
-    explicit Process(const std::u16string& command_line);
-    ~Process(); // ends it
-    Process(const Process&) = delete;
-    Process& operator=(const Process&) = delete;
-    bool running() const { return WaitForSingleObject(process_, 0) == WAIT_TIMEOUT; }
-    // The exit status; none where it is still running after 20 s.
-    std::optional<DWORD> exitStatus() const;
-    void kill() const { TerminateProcess(process_, 99); }
-    DWORD id() const { return id_; }
-
-  private:
-    HANDLE process_ = nullptr;
-    DWORD id_ = 0;
-};
+using murmelix::test::contents;
+using murmelix::test::Process;
+using murmelix::test::pumpUntil;
+using murmelix::test::screenshot;
+using murmelix::test::temporaryFile;
+using murmelix::test::windowsPath;
 
 // "Z:\…\MessengerClient.exe", quoted.
 std::u16string clientProgram();
-std::u16string windowsPath(const std::string& host_path);
-std::u16string temporaryFile(const std::u16string& name);
-std::string contents(const std::u16string& file);
 
 // A running client whose main window is there and whose automation answers.
 class RunningClient {
@@ -68,8 +54,5 @@ struct Heard {
     murmelix::com::Subscription subscription;
     bool has(const std::string& line) const;
 };
-
-// The picture of the window on the screen, as a bitmap file below the build folder's screens/.
-void screenshot(HWND window, const char* name);
 
 } // namespace messenger_client
