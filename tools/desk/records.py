@@ -1,6 +1,7 @@
 """What the neighbours write down: the character server's transcript and the Messenger client's log, read as they grow."""
 
 import re
+import time
 from dataclasses import dataclass, field
 
 _ESCAPES = {"t": "\t", "r": "\r", "n": "\n", "0": "\0", "\\": "\\"}
@@ -17,20 +18,27 @@ class Growing:
 
     def __init__(self, path):
         self.path = path
-        self._read = 0
-        self._rest = b""
+        self._read = 0  # up to the end of the last line given
+
+    def _unread(self):
+        with open(self.path, "rb") as file:
+            file.seek(self._read)
+            return file.read()
 
     def new(self):
         try:
-            with open(self.path, "rb") as file:
-                file.seek(self._read)
-                data = file.read()
+            data = self._unread()
+            # A line can be seen while it is being written, torn: what is given has been read twice alike.
+            for _ in range(50):
+                time.sleep(0.002)
+                before, data = data, self._unread()
+                if data == before:
+                    break
         except FileNotFoundError:
             return []
-        self._read += len(data)
-        lines = (self._rest + data).split(b"\n")
-        self._rest = lines.pop()
-        return [line.rstrip(b"\r").decode("utf-8", "replace") for line in lines]
+        complete = data[:data.rfind(b"\n") + 1]
+        self._read += len(complete)
+        return [line.rstrip(b"\r").decode("utf-8", "replace") for line in complete.split(b"\n")[:-1]]
 
 
 @dataclass
