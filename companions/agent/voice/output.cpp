@@ -92,7 +92,8 @@ struct Output::Impl {
     }
 
     void tellFinished() {
-        const std::uint64_t current = now();
+        // What the clock has passed since the mixing is not mixed yet.
+        const std::uint64_t current = std::min(now(), mixed_to);
         std::vector<Playing> ended;
         for (const auto& [playing, sound] : sounds)
             if (sound.end() <= current)

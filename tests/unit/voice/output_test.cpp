@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -149,6 +150,23 @@ TEST_F(OutputTest, TheRecordingIsSampleExact) {
     EXPECT_THAT(part(33075, 44100), Each(1300));
     EXPECT_THAT(part(44100, 55125), Each(300));
     EXPECT_THAT(part(55125, 77175), Each(0));
+}
+
+TEST_F(OutputTest, AClockThatGoesOnDuringATickLosesNoSample) {
+    std::ptrdiff_t played = 0;
+    {
+        Output output(path.u16string(), [this] { return microseconds += 700; });
+        for (std::size_t length = 300; length < 340; ++length) { // 15 samples pass at each look at the clock
+            bool finished = false;
+            output.play(level(1000, length), [&] { finished = true; });
+            for (int i = 0; i < 1000 && !finished; ++i)
+                output.tick();
+            ASSERT_TRUE(finished);
+            played += static_cast<std::ptrdiff_t>(length);
+        }
+    }
+    const Wave wave = recorded();
+    EXPECT_EQ(std::count(wave.samples.begin(), wave.samples.end(), std::int16_t{1000}), played);
 }
 
 TEST_F(OutputTest, HowOftenItTicksChangesNothing) {
