@@ -1,7 +1,6 @@
 #include "companions/messenger/chat/client.h"
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
 #include "common/text.h"
@@ -16,36 +15,12 @@ namespace {
 constexpr std::u16string_view safety_notice =
     u"Keep your password and card numbers to yourself: nobody needs them in a conversation.";
 
-constexpr std::array<std::pair<Status, std::u16string_view>, 9> status_names{{
-    {Status::offline, u"Offline"},
-    {Status::online, u"Online"},
-    {Status::invisible, u"Appear offline"},
-    {Status::busy, u"Busy"},
-    {Status::be_right_back, u"Be right back"},
-    {Status::idle, u"Idle"},
-    {Status::away, u"Away"},
-    {Status::on_the_phone, u"On the phone"},
-    {Status::out_to_lunch, u"Out to lunch"},
-}};
-
 template <class T>
 bool removeFrom(std::vector<std::shared_ptr<T>>& all, const std::shared_ptr<T>& one) {
     return std::erase(all, one) != 0;
 }
 
 } // namespace
-
-std::u16string_view nameOf(Status status) {
-    for (const auto& [code, name] : status_names) {
-        if (code == status)
-            return name;
-    }
-    return {};
-}
-
-bool isStatus(long code) {
-    return !nameOf(static_cast<Status>(code)).empty();
-}
 
 std::u16string messageLines(std::u16string_view text) {
     std::u16string lines;
@@ -65,13 +40,6 @@ std::u16string messageLines(std::u16string_view text) {
     return lines;
 }
 
-std::u16string oneLine(std::u16string_view text) {
-    std::u16string line(text);
-    std::replace_if(
-        line.begin(), line.end(), [](char16_t unit) { return unit == u'\r' || unit == u'\n' || unit == u'\0'; }, u' ');
-    return line;
-}
-
 Conversation::Conversation(std::vector<ContactPtr> participants)
     : participants_(std::move(participants)), history_(safety_notice) {}
 
@@ -86,29 +54,71 @@ void Client::tell(const Change& change) {
         listeners_[i](change);
 }
 
-void Client::signIn(std::u16string_view signin, std::u16string_view friendly) {
-    signOut();
+void Client::signIn(std::u16string_view signin, std::u16string_view friendly, Status status) {
+    // Copies: the texts may be those of an account, and accounts move.
     const std::u16string name = oneLine(signin);
-    std::u16string shown = oneLine(friendly);
-    if (shown.empty())
-        shown = name.substr(0, name.find(u'@'));
-    me_ = std::make_shared<Contact>(Contact{name, shown, Status::online});
+    const std::u16string shown = oneLine(friendly);
+    leaveAccount();
+    const Account* known = accounts_.find(name);
+    const long unread_before = known ? known->unread : unread_;
+    Account& account = accounts_.use(name);
+    if (!shown.empty())
+        account.friendly = shown;
+    me_ = std::make_shared<Contact>(Contact{account.signin, account.friendly, status});
+    unread_ = unread_before;
+    std::vector<ContactPtr> added = std::exchange(contacts_, account.contacts);
+    for (ContactPtr& contact : added) {
+        if (!find(contact->signin))
+            contacts_.push_back(std::move(contact));
+    }
+    stage_ = Stage::in;
     tell({.kind = Change::Kind::signed_in});
     tell({.kind = Change::Kind::my_status});
 }
 
+void Client::setStage(Stage stage) {
+    leaveAccount();
+    if (std::exchange(stage_, stage) != stage)
+        tell({.kind = Change::Kind::signing_in});
+}
+
 void Client::failSignIn(long result) {
-    signOut();
+    leaveAccount();
+    stage_ = Stage::out;
     tell({.kind = Change::Kind::signed_in, .number = result});
 }
 
 void Client::signOut() {
+    if (signingIn())
+        failSignIn(signin_cancelled);
+    else
+        leaveAccount();
+}
+
+void Client::leaveAccount() {
     if (!signedIn())
         return;
     while (!conversations_.empty())
         close(ConversationPtr(conversations_.back()));
+    keepAccount();
     me_.reset();
+    contacts_.clear();
+    unread_ = 0;
+    stage_ = Stage::out;
     tell({.kind = Change::Kind::signed_out});
+}
+
+void Client::keepAccount() {
+    if (!signedIn())
+        return;
+    Account& account = accounts_.use(me_->signin);
+    account.friendly = me_->friendly;
+    if (isChosen(me_->status))
+        account.status = me_->status;
+    else if (me_->status == Status::idle)
+        account.status = Status::online;
+    account.contacts = contacts_;
+    account.unread = unread_;
 }
 
 void Client::setMyStatus(Status status) {

@@ -1,5 +1,5 @@
-// What the client knows: the own account, the contacts and the conversations. Windows, automation and log listen to its
-// changes. No thread of its own; a listener may change the client again.
+// What the client knows: the accounts, who is signed in, the contacts and the conversations. Windows, automation and
+// log listen to its changes. No thread of its own; a listener may change the client again.
 #pragma once
 
 #include <cstdint>
@@ -9,33 +9,10 @@
 #include <string_view>
 #include <vector>
 
+#include "companions/messenger/chat/accounts.h"
+#include "companions/messenger/chat/contact.h"
+
 namespace messenger_client {
-
-// The codes of the automation interface.
-enum class Status : long {
-    unknown = 0,
-    offline = 1,
-    online = 2,
-    invisible = 6,
-    busy = 10,
-    be_right_back = 14,
-    idle = 18,
-    away = 34,
-    on_the_phone = 50,
-    out_to_lunch = 66,
-};
-
-// Text for people; empty for a code that no one can have.
-std::u16string_view nameOf(Status status);
-bool isStatus(long code);
-
-struct Contact {
-    std::u16string signin;
-    std::u16string friendly;
-    Status status = Status::offline;
-    bool blocked = false;
-};
-using ContactPtr = std::shared_ptr<Contact>;
 
 // A conversation and the text that its window shows. The text begins with a line of the client's own; every message is
 // appended as CR LF, "NAME says:", CR LF and its lines, parted by CR LF. The text never ends in CR LF.
@@ -62,12 +39,17 @@ using ConversationPtr = std::shared_ptr<Conversation>;
 
 // The lines of a message: every kind of line end as CR LF, none at the end, NUL as U+FFFD.
 std::u16string messageLines(std::u16string_view text);
-// A name on one line: line ends and NULs as blanks.
-std::u16string oneLine(std::u16string_view text);
+
+// How far a sign-in is: a code of the automation interface, which counts as the own status meanwhile.
+enum class Stage : long { out = 1, connecting = 0x200, synchronising = 0x300, in = 2 };
+
+// The result of a sign-in that was given up before it ended.
+inline constexpr long signin_cancelled = static_cast<std::int32_t>(0x800704C7);
 
 struct Change {
     enum class Kind {
-        signed_in, // number: 0, or the failure (negative)
+        signing_in, // the stage has become connecting or synchronising
+        signed_in,  // number: 0, or the failure (negative)
         signed_out,
         contact_added,   // contact
         contact_removed, // contact
@@ -96,12 +78,20 @@ class Client {
     using Listener = std::function<void(const Change&)>;
     void listen(Listener listener) { listeners_.push_back(std::move(listener)); }
 
+    Accounts& accounts() { return accounts_; }
+    const Accounts& accounts() const { return accounts_; }
+
+    Stage stage() const { return stage_; }
     bool signedIn() const { return me_ != nullptr; }
+    bool signingIn() const { return stage_ == Stage::connecting || stage_ == Stage::synchronising; }
     const ContactPtr& me() const { return me_; } // null while signed out
-    // Ends an earlier sign-in first. An empty friendly name is the part of the sign-in name before the "@".
-    void signIn(std::u16string_view signin, std::u16string_view friendly);
+    // Ends an earlier sign-in first. An empty friendly name is the one that the account had, of a new one its short
+    // name. Contacts added while signed out become the account's.
+    void signIn(std::u16string_view signin, std::u16string_view friendly, Status status = Status::online);
+    // Signed out first; stages are connecting and synchronising alone.
+    void setStage(Stage stage);
     void failSignIn(long result);
-    // Closes every conversation.
+    // Closes every conversation; gives up a sign-in that is under way.
     void signOut();
     void setMyStatus(Status status);
     void setMyName(std::u16string_view friendly);
@@ -131,12 +121,18 @@ class Client {
     // Raw text at the end of the history.
     void append(const ConversationPtr& conversation, std::u16string_view text);
 
+    // Puts what there is to know of the account that is signed in into the accounts.
+    void keepAccount();
+
     void shutDown();
 
   private:
     void tell(const Change& change);
+    void leaveAccount();
 
     std::vector<Listener> listeners_;
+    Accounts accounts_;
+    Stage stage_ = Stage::out;
     ContactPtr me_;
     long unread_ = 0;
     std::vector<ContactPtr> contacts_;

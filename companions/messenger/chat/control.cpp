@@ -118,7 +118,21 @@ Result Control::run(View command, View rest) {
         return done(conversation != nullptr);
     }
 
+    if (command == u"window")
+        return hooks_.window(rest) ? Result::done : Result::bad_arguments;
+
     const View first = takeWord(rest);
+    if (command == u"signing")
+        return sign(first, rest);
+    if (command == u"accounts")
+        return account(first, rest);
+    if (command == u"untouched") {
+        const auto seconds = number(first);
+        if (first != u"real" && (!seconds || *seconds < 0))
+            return Result::bad_arguments;
+        hooks_.untouched(seconds ? std::optional(*seconds * 1000LL) : std::nullopt);
+        return Result::done;
+    }
     if (command == u"hang" || command == u"unread" || command == u"fill" || command == u"use") {
         const auto amount = number(first);
         if (!amount)
@@ -161,10 +175,13 @@ Result Control::run(View command, View rest) {
     }
 
     const std::u16string text = unescaped(rest);
-    if (command == u"signin") {
+    if (command == u"signin" || command == u"connect") {
         if (first.empty())
             return Result::bad_arguments;
-        client_.signIn(first, text);
+        if (command == u"connect")
+            hooks_.connect(std::u16string(first), text);
+        else
+            client_.signIn(first, text);
         return Result::done;
     }
     if (command == u"add") {
@@ -184,9 +201,20 @@ Result Control::run(View command, View rest) {
         return Result::done;
     }
 
-    const bool known = command == u"say" || command == u"part" || command == u"rename" || command == u"status" ||
-                       command == u"remove" || command == u"open";
-    if (!known)
+    if (command == u"open") {
+        if (!client_.signedIn() || first.empty())
+            return Result::refused;
+        ContactPtr contact = who(first);
+        if (!contact && text.empty())
+            return Result::refused;
+        if (!contact)
+            contact = client_.addContact(first, text);
+        used_ = client_.open({std::move(contact)});
+        return Result::done;
+    }
+    const bool of_somebody =
+        command == u"say" || command == u"part" || command == u"rename" || command == u"status" || command == u"remove";
+    if (!of_somebody)
         return Result::unknown_command;
     const ContactPtr contact = who(first);
     if (!contact)
@@ -200,10 +228,6 @@ Result Control::run(View command, View rest) {
         if (!code)
             return Result::bad_arguments;
         client_.setStatus(contact, static_cast<Status>(*code));
-    } else if (command == u"open") {
-        if (!client_.signedIn())
-            return Result::refused;
-        used_ = client_.open({contact});
     } else {
         const auto conversation = current();
         if (!conversation)
@@ -213,6 +237,49 @@ Result Control::run(View command, View rest) {
         else
             return done(client_.say(conversation, contact, text));
     }
+    return Result::done;
+}
+
+Result Control::sign(View deed, View rest) {
+    const auto done = [](bool good) { return good ? Result::done : Result::refused; };
+    if (deed == u"hold" || deed == u"free") {
+        signing_.hold(deed == u"hold");
+        return Result::done;
+    }
+    if (deed == u"next")
+        return done(signing_.next(clock_()));
+    if (deed == u"finish")
+        return done(signing_.finish());
+    if (deed == u"cancel")
+        return done(signing_.cancel());
+    const auto code = number(rest, 16);
+    if (deed != u"fail" || !code || *code >= 0)
+        return Result::bad_arguments;
+    return done(signing_.fail(*code));
+}
+
+Result Control::account(View deed, View rest) {
+    const View signin = takeWord(rest);
+    if (signin.empty())
+        return Result::bad_arguments;
+    Accounts& accounts = client_.accounts();
+    if (deed == u"has") {
+        const Account* known = accounts.find(signin);
+        return known && known->remembered ? Result::done : Result::refused;
+    }
+    if (deed == u"forget") {
+        if (!accounts.forget(signin))
+            return Result::refused;
+    } else if (deed == u"remember" || deed == u"automatic") {
+        if (!accounts.find(signin))
+            accounts.use(signin);
+        if (const std::u16string name = oneLine(unescaped(rest)); !name.empty())
+            accounts.find(signin)->friendly = name;
+        accounts.remember(signin, deed == u"automatic");
+    } else {
+        return Result::bad_arguments;
+    }
+    hooks_.accounts_changed();
     return Result::done;
 }
 

@@ -3,9 +3,20 @@
 #include <array>
 #include <cstdio>
 
+#include "common/text.h"
 #include "companions/messenger/chat/escapes.h"
 
 namespace messenger_client {
+
+namespace {
+
+std::u16string hexadecimal(long code) {
+    std::array<char, 16> text{};
+    std::snprintf(text.data(), text.size(), "%08X", static_cast<unsigned>(code));
+    return murmelix::fromUtf8(text.data());
+}
+
+} // namespace
 
 bool EventLog::open(const std::filesystem::path& file) {
     file_.open(file, std::ios::binary | std::ios::trunc);
@@ -30,6 +41,17 @@ void EventLog::write(const Change& change, const Client& client) {
     case Change::Kind::signed_in:
         if (client.me())
             of("signin", *client.me(), client.me()->friendly);
+        else
+            write("signin-failed", {}, hexadecimal(change.number));
+        break;
+    case Change::Kind::signing_in:
+        write("signing", {}, client.stage() == Stage::connecting ? u"connecting" : u"synchronising");
+        break;
+    case Change::Kind::unread:
+        write("unread", client.me() ? client.me()->signin : std::u16string(), murmelix::toText(change.number));
+        break;
+    case Change::Kind::shutting_down:
+        write("shutdown", {}, {});
         break;
     case Change::Kind::signed_out:
         write("signout", {}, {});

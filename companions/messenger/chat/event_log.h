@@ -4,6 +4,8 @@
 // is
 //   message (who, the message)   join, leave (who, name)      rename (who, new name)
 //   window (opened|closed)       signin (own account, name), signout       done: the replay is finished
+//   signing (connecting|synchronising)       signin-failed (, code, hexadecimal)       unread (own account, count)
+//   shutdown
 // TEXT is escaped as in escapes.h.
 #pragma once
 

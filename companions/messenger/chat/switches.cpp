@@ -53,6 +53,23 @@ Switches parseSwitches(const std::vector<std::u16string>& arguments) {
         switches.replay.speed = *parsed;
         return true;
     };
+    const auto connect = [&switches](const std::u16string& value) {
+        switches.hold = murmelix::sameText(value, u"hold", murmelix::LetterCase::ignored);
+        const auto parsed = number(value);
+        if (switches.hold)
+            return true;
+        if (!parsed || *parsed < 0 || *parsed > 60'000)
+            return false;
+        switches.connect = static_cast<long>(*parsed);
+        return true;
+    };
+    const auto idle = [&switches](const std::u16string& value) {
+        const auto parsed = number(value);
+        if (!parsed || *parsed < 0 || *parsed > 10'000)
+            return false;
+        switches.idle = *parsed;
+        return true;
+    };
     const auto command = [&switches](const std::u16string& value) {
         switches.task = Switches::Task::send;
         switches.command = value;
@@ -66,6 +83,8 @@ Switches parseSwitches(const std::vector<std::u16string>& arguments) {
         {u"log", text(switches.log)},
         {u"signin", text(switches.signin)},
         {u"friendly", text(switches.friendly)},
+        {u"connect", connect},
+        {u"idle", idle},
         {u"left", pixels(switches.left)},
         {u"top", pixels(switches.top)},
         {u"width", pixels(switches.width)},

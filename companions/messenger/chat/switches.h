@@ -1,18 +1,20 @@
 // The command line.
-//   (none)                 the main window, signed in as the demo account, with demo contacts
-//   /conversation FILE     signed in; a conversation window that replays a chat log
+//   (none)                 the main window. The account that signs in automatically does so; without one the window
+//                          asks who signs in; where no account is remembered it is the demo account
+//   /conversation FILE     signed in at once; a conversation window that replays a chat log
 //   /participants N        keep the N most frequent writers of the log (3)
 //   /messages N            end the replay after N messages
 //   /speed X               replay X times as fast (1); 0: everything at once
 //   /wait                  the replay begins half a second after a program first read the conversation's History
 //   /exit-when-done        end when the replay is done
 //   /log FILE              write one line per event (see event_log.h)
-//   /signin NAME           the own account; /friendly NAME its name for people
+//   /signin NAME           signed in at once as that account; /friendly NAME its name for people
 //   /signedout             start signed out
-//   /left /top /width /height N   place of the conversation window on the screen, in pixels
-//   /send COMMAND          hand a control command (see control.h) to the running client; its result is the exit status
-//   /regserver /unregserver       write or remove the registration of Messenger.UIAutomation
-//   -Embedding             started by COM
+//   /connect MS            a sign-in takes so long (900); 0: it is done at once; hold: until the command "signing
+//   finish" /idle MINUTES          online becomes idle when nothing was touched for so long (10); 0: never /left /top
+//   /width /height N   place of the conversation window on the screen, in pixels /send COMMAND          hand a control
+//   command (see control.h) to the running client; its result is the exit status /regserver /unregserver       write or
+//   remove the registration of Messenger.UIAutomation -Embedding             started by COM
 // A switch may begin with "/" or "-"; letter case does not matter.
 #pragma once
 
@@ -37,6 +39,9 @@ struct Switches {
     std::u16string signin;
     std::u16string friendly;
     bool signed_out = false;
+    long connect = 900; // milliseconds
+    bool hold = false;
+    double idle = 10; // minutes
     std::optional<int> left, top, width, height;
     std::u16string command;
     std::u16string error; // what is wrong with the command line; empty where it is good

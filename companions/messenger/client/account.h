@@ -1,31 +1,26 @@
-// Accounts: the remembered one, in the registry, and the one for a first look, with its contacts.
+// Accounts on this computer: those that are remembered, in the registry, and one for a first look.
 #pragma once
 
-#include <optional>
-#include <string>
-#include <vector>
-
-#include "companions/messenger/chat/client.h"
+#include "companions/messenger/chat/accounts.h"
 
 namespace messenger_client {
 
-struct Account {
-    std::u16string signin;
-    std::u16string friendly;
+// Where nobody is remembered.
+struct DemoAccount {
+    std::u16string_view signin, friendly;
 };
+inline constexpr DemoAccount demo_account{u"you@messenger.example", u"You"};
+// Who is met by an account that is new on this computer.
+std::vector<ContactPtr> demoContacts();
 
-struct DemoContact {
-    const char16_t* signin;
-    const char16_t* friendly;
-    Status status;
-};
+// HKEY_CURRENT_USER\Software\MessengerClient, value Accounts (REG_MULTI_SZ, lines as in accounts.h). Older versions
+// kept one account, that signed in automatically, in SigninName and FriendlyName: it is taken over, and they are
+// removed by the next storing. What is stored is taken as far as it makes sense.
+void loadAccounts(Accounts& accounts);
+void storeAccounts(const Accounts& accounts);
 
-Account demoAccount();
-const std::vector<DemoContact>& demoContacts();
-
-// HKEY_CURRENT_USER\Software\MessengerClient, values SigninName and FriendlyName.
-std::optional<Account> rememberedAccount();
-void rememberAccount(const Account& account);
-void forgetAccount();
+// The value KeepRunning (REG_DWORD): closing the main window hides it.
+bool keepsRunning();
+void keepRunning(bool keep);
 
 } // namespace messenger_client

@@ -18,6 +18,8 @@ namespace {
 constexpr double reading_lead = 0.5;
 // How long a client started by COM stays when nobody calls it any more, in milliseconds.
 constexpr unsigned unused_stay = 2000;
+// From one look for idleness to the next, in milliseconds.
+constexpr unsigned idle_look_time = 5000;
 
 long long microseconds() {
     LARGE_INTEGER now{};
@@ -26,6 +28,10 @@ long long microseconds() {
     QueryPerformanceFrequency(&frequency);
     const long long seconds = now.QuadPart / frequency.QuadPart;
     return seconds * 1000000 + (now.QuadPart % frequency.QuadPart) * 1000000 / frequency.QuadPart;
+}
+
+long long milliseconds() {
+    return microseconds() / 1000;
 }
 
 std::filesystem::path pathOf(const std::u16string& text) {
@@ -46,31 +52,51 @@ void complain(HWND owner, const std::u16string& text) {
 } // namespace
 
 App::App(Switches switches)
-    : switches_(std::move(switches)), log_(microseconds),
-      main_(client_, {.sign_in =
-                          [this](const std::u16string& signin, const std::u16string& friendly, bool remember) {
-                              remember ? rememberAccount({signin, friendly}) : forgetAccount();
-                              client_.signIn(signin, friendly);
-                          },
-                      .command = [this](std::string_view line) { return static_cast<LRESULT>(control_.execute(line)); },
-                      .deliver =
-                          [this] {
-                              closed_.clear();
-                              automation_.deliverEvents();
-                          },
-                      .tick = [this] { tick(); },
-                      .user_acts = [this] { user_acted_ = true; },
-                      .quit = [this] { quit(); }}),
+    : switches_(std::move(switches)), signing_(client_), auto_idle_(static_cast<long long>(switches_.idle * 60'000)),
+      log_(microseconds), main_(client_, {.sign_in = [this](const SignInPage::Request& request) { signIn(request); },
+                                          .forget =
+                                              [this](const std::u16string& signin) {
+                                                  client_.accounts().forget(signin);
+                                                  accountsChanged();
+                                              },
+                                          .switch_to = [this](const std::u16string& signin) { switchTo(signin); },
+                                          .command =
+                                              [this](std::string_view line) {
+                                                  const Result result = control_.execute(line);
+                                                  schedule();
+                                                  return static_cast<LRESULT>(result);
+                                              },
+                                          .deliver =
+                                              [this] {
+                                                  closed_.clear();
+                                                  automation_.deliverEvents();
+                                              },
+                                          .tick = [this](MainWindow::Clock clock) { tick(clock); },
+                                          .user_acts = [this] { user_acted_ = true; },
+                                          .quit = [this] { quit(); }}),
       automation_(client_, faults_,
                   {.main_window = [this] { return main_.handle(); },
+                   .show_main_window = [this] { main_.show(); },
                    .ask_sign_in = [this] { main_.askSignIn(); },
-                   .auto_sign_in = [this] { signInRemembered(); },
+                   .sign_in = [this](const std::u16string& signin) { connect(signin, {}); },
+                   .auto_sign_in = [this] { signInAutomatically(); },
                    .deliver_later = [this] { main_.postDeliver(); },
                    .read = [this](const Conversation& conversation) { historyRead(conversation); }}),
-      control_(client_, faults_,
+      control_(client_, signing_, faults_, milliseconds,
                {.start_replay = [this] { return startReplay(0); },
-                .shut_down = [this] { PostMessageW(main_.handle(), WM_CLOSE, 0, 0); },
+                .connect = [this](const std::u16string& signin,
+                                  const std::u16string& friendly) { connect(signin, friendly); },
+                .accounts_changed = [this] { accountsChanged(); },
+                .untouched =
+                    [this](std::optional<long long> untouched) {
+                        pretended_untouched_ = untouched;
+                        lookWhetherIdle();
+                    },
+                .window = [this](std::u16string_view deed) { return doWithWindow(deed); },
+                .shut_down = [this] { main_.postQuit(); },
                 .exit = [this] { automation_.vanish(); }}) {
+    signing_.setTime(switches_.connect);
+    signing_.hold(switches_.hold);
     client_.listen([this](const Change& change) { changed(change); });
 }
 
@@ -80,6 +106,8 @@ int App::run() {
     MSG message;
     while (GetMessageW(&message, nullptr, 0, 0) > 0) {
         const HWND root = GetAncestor(message.hwnd, GA_ROOT);
+        if (root == main_.handle() && TranslateAcceleratorW(root, main_.accelerators(), &message))
+            continue;
         if (root && IsDialogMessageW(root, &message))
             continue;
         TranslateMessage(&message);
@@ -92,29 +120,115 @@ int App::run() {
 void App::start() {
     if (!switches_.log.empty() && !log_.open(pathOf(switches_.log)))
         complain(nullptr, u"The log cannot be written: " + switches_.log);
-    const Account remembered = rememberedAccount().value_or(demoAccount());
-    main_.propose(remembered.signin, remembered.friendly, rememberedAccount().has_value());
+    loadAccounts(client_.accounts());
+    main_.accountsChanged();
+    main_.propose({});
     ShowWindow(main_.handle(), switches_.embedding ? SW_SHOWNOACTIVATE : SW_SHOW);
-    if (!switches_.signed_out) {
-        if (!switches_.signin.empty())
-            client_.signIn(switches_.signin, switches_.friendly);
-        else if (!switches_.embedding || rememberedAccount())
-            signInRemembered();
-    }
+    if (!switches_.signed_out)
+        signInAtStart();
     if (!switches_.conversation.empty() && !startConversation())
         complain(main_.handle(), u"The chat log cannot be read: " + switches_.conversation);
     automation_.offer();
+    lookWhetherIdle();
 }
 
-void App::signInRemembered() {
-    if (client_.signedIn())
+void App::signInAtStart() {
+    const Account* last = client_.accounts().lastRemembered();
+    if (!switches_.signin.empty())
+        client_.signIn(switches_.signin, switches_.friendly);
+    else if (!switches_.conversation.empty()) // to be replayed at once
+        last ? client_.signIn(last->signin, {}) : client_.signIn(demo_account.signin, demo_account.friendly);
+    else if (client_.accounts().automatic() || (!last && !switches_.embedding))
+        signInAutomatically();
+}
+
+void App::signInAutomatically() {
+    if (client_.signedIn() || client_.signingIn())
         return;
-    const Account account = rememberedAccount().value_or(demoAccount());
-    client_.signIn(account.signin, account.friendly);
-    if (switches_.conversation.empty()) {
-        for (const DemoContact& contact : demoContacts())
-            client_.addContact(contact.signin, contact.friendly, contact.status);
+    const Accounts& accounts = client_.accounts();
+    const Account* account = accounts.automatic() ? accounts.automatic() : accounts.lastRemembered();
+    if (account)
+        connect(account->signin, {});
+    else
+        connect(std::u16string(demo_account.signin), std::u16string(demo_account.friendly));
+}
+
+void App::signIn(const SignInPage::Request& request) {
+    connect(request.signin, request.friendly, request.status);
+    to_remember_ = request;
+    if (client_.signedIn()) // already
+        rememberSignedIn();
+}
+
+void App::connect(std::u16string signin, std::u16string friendly, std::optional<Status> status) {
+    const Account* known = client_.accounts().find(signin);
+    if (known) {
+        if (friendly.empty())
+            friendly = known->friendly;
+        if (!status)
+            status = known->status;
+    } else if (switches_.conversation.empty()) {
+        // An account that is new here has somebody to meet.
+        client_.accounts().use(signin).contacts = demoContacts();
     }
+    to_remember_.reset();
+    main_.setSigningIn(signin, friendly);
+    signing_.begin(signin, friendly, status.value_or(Status::online), milliseconds());
+    schedule();
+}
+
+void App::switchTo(const std::u16string& signin) {
+    client_.signOut();
+    if (!signin.empty())
+        return connect(signin, {});
+    main_.askSignIn();
+}
+
+void App::rememberSignedIn() {
+    if (!to_remember_ || !client_.signedIn())
+        return;
+    const SignInPage::Request request = *std::exchange(to_remember_, std::nullopt);
+    client_.keepAccount();
+    Account* account = client_.accounts().find(request.signin);
+    if (!account)
+        return;
+    account->remembered = account->automatic = false;
+    if (request.remember)
+        client_.accounts().remember(request.signin, request.automatic);
+    accountsChanged();
+}
+
+void App::accountsChanged() {
+    storeAccounts(client_.accounts());
+    main_.accountsChanged();
+}
+
+void App::schedule() {
+    if (const auto due = signing_.dueAt())
+        main_.setTick(MainWindow::Clock::sign_in, static_cast<unsigned>(std::max(*due - milliseconds(), 0LL)));
+}
+
+void App::lookWhetherIdle() {
+    LASTINPUTINFO last{sizeof(LASTINPUTINFO), 0};
+    GetLastInputInfo(&last);
+    const long long untouched = pretended_untouched_.value_or(static_cast<DWORD>(GetTickCount() - last.dwTime));
+    if (client_.signedIn()) {
+        if (const auto status = auto_idle_.look(client_.me()->status, untouched))
+            client_.setMyStatus(*status);
+    }
+    main_.setTick(MainWindow::Clock::idle, idle_look_time);
+}
+
+bool App::doWithWindow(std::u16string_view deed) {
+    if (deed == u"hide")
+        main_.hide();
+    else if (deed == u"show")
+        main_.show();
+    else if (deed == u"minimise")
+        ShowWindow(main_.handle(), SW_MINIMIZE);
+    else
+        return false;
+    return true;
 }
 
 bool App::startConversation() {
@@ -150,6 +264,13 @@ void App::changed(const Change& change) {
         windows_.push_back(std::make_unique<ConversationWindow>(client_, change.conversation, placeOfNext()));
         ShowWindow(windows_.back()->handle(), SW_SHOWNOACTIVATE);
     }
+    if (change.kind == Change::Kind::signed_in) {
+        if (change.number < 0)
+            to_remember_.reset();
+        rememberSignedIn();
+    }
+    if (change.kind == Change::Kind::signed_out && client_.accounts().lastRemembered())
+        accountsChanged();
     main_.changed(change);
     for (const auto& window : windows_)
         window->changed(change);
@@ -176,11 +297,23 @@ bool App::startReplay(double delay) {
     if (replay_over_ || replay_start_)
         return false;
     replay_start_ = microseconds() + static_cast<long long>(delay * 1e6);
-    main_.setTick(static_cast<unsigned>(delay * 1000));
+    main_.setTick(MainWindow::Clock::replay, static_cast<unsigned>(delay * 1000));
     return true;
 }
 
-void App::tick() {
+void App::tick(MainWindow::Clock clock) {
+    switch (clock) {
+    case MainWindow::Clock::sign_in:
+        signing_.advance(milliseconds());
+        return schedule();
+    case MainWindow::Clock::idle:
+        return lookWhetherIdle();
+    case MainWindow::Clock::replay:
+        return replayOn();
+    }
+}
+
+void App::replayOn() {
     if (replay_start_ && !replay_over_) {
         const double now = static_cast<double>(microseconds() - *replay_start_) / 1e6;
         for (const Step& step : replay_.advance(now))
@@ -192,7 +325,7 @@ void App::tick() {
                 quit();
         } else {
             const double left = std::clamp(replay_.nextAt() - now, 0.0, 3600.0);
-            main_.setTick(static_cast<unsigned>(std::ceil(left * 1000)));
+            main_.setTick(MainWindow::Clock::replay, static_cast<unsigned>(std::ceil(left * 1000)));
         }
     } else if (isUnused()) {
         quit();
@@ -225,12 +358,15 @@ bool App::isUnused() const {
 
 void App::clientsChanged() {
     if (isUnused() && !ended_)
-        main_.setTick(unused_stay);
+        main_.setTick(MainWindow::Clock::replay, unused_stay);
 }
 
 void App::quit() {
     if (std::exchange(ended_, true))
         return;
+    client_.keepAccount();
+    if (client_.accounts().lastRemembered())
+        storeAccounts(client_.accounts());
     client_.shutDown();
     automation_.deliverEvents();
     automation_.close();

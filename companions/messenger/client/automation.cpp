@@ -273,7 +273,8 @@ class WindowObject : public Answering {
 
     virtual HWND window() { return automation_.hooks().main_window(); }
     virtual void close() { ShowWindow(window(), SW_MINIMIZE); }
-    virtual bool closed() { return !IsWindow(window()) || IsIconic(window()); }
+    virtual bool closed() { return !IsWindowVisible(window()) || IsIconic(window()); }
+    virtual void bringUp() { automation_.hooks().show_main_window(); }
 
     Variant answer(const Call& call) override {
         switch (call.member) {
@@ -290,8 +291,7 @@ class WindowObject : public Answering {
             close();
             return {};
         case show:
-            ShowWindow(window(), IsIconic(window()) ? SW_RESTORE : SW_SHOW);
-            SetForegroundWindow(window());
+            bringUp();
             return {};
         default:
             unavailable(u"properties of windows");
@@ -334,6 +334,10 @@ class ConversationObject final : public WindowObject {
     HWND window() override { return windowOf(conversation_->window()); }
     void close() override { client().close(conversation_); }
     bool closed() override { return conversation_->closed(); }
+    void bringUp() override {
+        ShowWindow(window(), IsIconic(window()) ? SW_RESTORE : SW_SHOW);
+        SetForegroundWindow(window());
+    }
 
     Variant answer(const Call& call) override {
         // Not one of the results that say that the whole server is gone: it is only the window.
@@ -481,7 +485,7 @@ class Root final : public Answering {
             if (name.empty())
                 automation_.hooks().ask_sign_in();
             else
-                client().signIn(name, {});
+                automation_.hooks().sign_in(name); // the password is of no use here, and is not kept
             return {};
         }
         case auto_signin:
@@ -524,7 +528,7 @@ class Root final : public Answering {
 
     Variant status(const Call& call) {
         if (!call.put)
-            return static_cast<long>(client().me() ? client().me()->status : Status::offline);
+            return client().me() ? static_cast<long>(client().me()->status) : static_cast<long>(client().stage());
         me();
         const long code = call.arguments.back().toInt32();
         if (!isStatus(code) || static_cast<Status>(code) == Status::offline)
@@ -726,6 +730,7 @@ void Automation::changed(const Change& change) {
     case Change::Kind::shutting_down:
         enqueue(event_id::app_shutdown, [] { return Arguments{}; });
         break;
+    case Change::Kind::signing_in: // MyStatus tells it who asks
     case Change::Kind::text_appended:
     case Change::Kind::said:
         break;

@@ -24,8 +24,10 @@ class Automation {
   public:
     struct Hooks {
         std::function<HWND()> main_window;
-        std::function<void()> ask_sign_in;             // shows the user where to sign in
-        std::function<void()> auto_sign_in;            // as the remembered account
+        std::function<void()> show_main_window;
+        std::function<void()> ask_sign_in; // shows the user where to sign in
+        std::function<void(const std::u16string& signin)> sign_in;
+        std::function<void()> auto_sign_in;            // as a remembered account
         std::function<void()> deliver_later;           // calls deliverEvents from the message loop
         std::function<void(const Conversation&)> read; // a program has read the History
     };

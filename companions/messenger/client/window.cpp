@@ -95,6 +95,18 @@ void setWindowText(HWND window, std::u16string_view text) {
     SetWindowTextW(window, murmelix::com::wide(std::u16string(text)));
 }
 
+HWND makeChild(HWND parent, const wchar_t* class_name, const wchar_t* text, DWORD style, int id, DWORD extended) {
+    return CreateWindowExW(extended, class_name, text, WS_CHILD | WS_VISIBLE | style, 0, 0, 0, 0, parent,
+                           reinterpret_cast<HMENU>(static_cast<std::intptr_t>(id)), GetModuleHandleW(nullptr), nullptr);
+}
+
+RECT placeIn(HWND parent, HWND child) {
+    RECT place{};
+    GetWindowRect(child, &place);
+    MapWindowPoints(nullptr, parent, reinterpret_cast<POINT*>(&place), 2);
+    return place;
+}
+
 COLORREF colorOf(Status status) {
     switch (status) {
     case Status::online:
@@ -117,16 +129,17 @@ void fill(HDC dc, const RECT& area, COLORREF with) {
     FillRect(dc, &area, brush.get());
 }
 
+COLORREF mixed(COLORREF from, COLORREF to, int part, int whole) {
+    const auto mix = [&](BYTE a, BYTE b) { return a + (b - a) * part / whole; };
+    return RGB(mix(GetRValue(from), GetRValue(to)), mix(GetGValue(from), GetGValue(to)),
+               mix(GetBValue(from), GetBValue(to)));
+}
+
 void fillBand(HDC dc, const RECT& area) {
     const int height = std::max<int>(area.bottom - area.top, 1);
-    const auto mix = [&](BYTE from, BYTE to, int row) { return from + (to - from) * row / height; };
-    for (int row = 0; row < height; ++row) {
-        const RECT strip{area.left, area.top + row, area.right, area.top + row + 1};
-        fill(dc, strip,
-             RGB(mix(GetRValue(color::band_top), GetRValue(color::band_bottom), row),
-                 mix(GetGValue(color::band_top), GetGValue(color::band_bottom), row),
-                 mix(GetBValue(color::band_top), GetBValue(color::band_bottom), row)));
-    }
+    for (int row = 0; row < height; ++row)
+        fill(dc, {area.left, area.top + row, area.right, area.top + row + 1},
+             mixed(color::band_top, color::band_bottom, row, height));
 }
 
 void drawText(HDC dc, HFONT font, COLORREF with, std::u16string_view text, RECT area, UINT format) {
@@ -151,6 +164,23 @@ void drawDownArrow(HDC dc, POINT at, COLORREF with) {
     const int half = px(3);
     for (int row = 0; row <= half; ++row)
         fill(dc, {at.x + row, at.y - half / 2 + row, at.x + 2 * half + 1 - row, at.y - half / 2 + row + 1}, with);
+}
+
+void drawDisc(HDC dc, int x, int y, int radius, COLORREF with) {
+    disc(dc, x - radius, y - radius, 2 * radius + 1, with, with);
+}
+
+void drawEnvelope(HDC dc, const RECT& area, COLORREF with) {
+    const int width = area.right - area.left;
+    const int height = width * 3 / 4;
+    const int top = (area.top + area.bottom - height) / 2;
+    const GdiOwner<HPEN> pen(CreatePen(PS_SOLID, std::max(px(1), 1), with));
+    const Selected with_pen(dc, pen.get());
+    const Selected with_brush(dc, GetStockObject(NULL_BRUSH));
+    Rectangle(dc, area.left, top, area.right, top + height);
+    const std::array<POINT, 3> flap{POINT{area.left, top}, POINT{area.left + width / 2, top + height * 3 / 5},
+                                    POINT{area.right - 1, top}};
+    Polyline(dc, flap.data(), static_cast<int>(flap.size()));
 }
 
 void drawAvatar(HDC dc, HFONT font, const RECT& area, const Contact& contact) {
@@ -191,6 +221,20 @@ HICON clientIcon(int size) {
     return icons[size] = CreateIconIndirect(&info);
 }
 
+Painting::Painting(HWND window) : window_(window), screen_(BeginPaint(window, &paint_)) {
+    GetClientRect(window, &area_);
+    memory_ = CreateCompatibleDC(screen_);
+    picture_.reset(CreateCompatibleBitmap(screen_, std::max<int>(area_.right, 1), std::max<int>(area_.bottom, 1)));
+    before_ = SelectObject(memory_, picture_.get());
+}
+
+Painting::~Painting() {
+    BitBlt(screen_, 0, 0, area_.right, area_.bottom, memory_, 0, 0, SRCCOPY);
+    SelectObject(memory_, before_);
+    DeleteDC(memory_);
+    EndPaint(window_, &paint_);
+}
+
 Window::~Window() {
     if (!handle_)
         return;
@@ -199,7 +243,8 @@ Window::~Window() {
     DestroyWindow(handle_);
 }
 
-void Window::create(const wchar_t* class_name, const wchar_t* title, DWORD style, DWORD extended, const RECT& place) {
+void Window::create(const wchar_t* class_name, const wchar_t* title, DWORD style, DWORD extended, const RECT& place,
+                    HWND owner) {
     WNDCLASSEXW description{};
     description.cbSize = sizeof description;
     description.lpfnWndProc = procedure;
@@ -210,14 +255,9 @@ void Window::create(const wchar_t* class_name, const wchar_t* title, DWORD style
     description.lpszClassName = class_name;
     RegisterClassExW(&description);
     CreateWindowExW(extended, class_name, title, style, place.left, place.top, place.right - place.left,
-                    place.bottom - place.top, nullptr, nullptr, description.hInstance, this);
+                    place.bottom - place.top, owner, nullptr, description.hInstance, this);
     if (!handle_)
         throw std::runtime_error("a window could not be made");
-}
-
-HWND Window::child(const wchar_t* class_name, const wchar_t* text, DWORD style, int id, DWORD extended) {
-    return CreateWindowExW(extended, class_name, text, WS_CHILD | WS_VISIBLE | style, 0, 0, 0, 0, handle_,
-                           reinterpret_cast<HMENU>(static_cast<std::intptr_t>(id)), GetModuleHandleW(nullptr), nullptr);
 }
 
 LRESULT CALLBACK Window::procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {

@@ -37,22 +37,16 @@ struct Signed : testing::Test {
     }
 
     void note(const Change& change) {
-        static const std::map<Change::Kind, std::string> names{{Change::Kind::signed_in, "in"},
-                                                               {Change::Kind::signed_out, "out"},
-                                                               {Change::Kind::contact_added, "added"},
-                                                               {Change::Kind::contact_removed, "removed"},
-                                                               {Change::Kind::contact_renamed, "renamed"},
-                                                               {Change::Kind::contact_status, "status"},
-                                                               {Change::Kind::my_name, "my-name"},
-                                                               {Change::Kind::my_status, "my-status"},
-                                                               {Change::Kind::unread, "unread"},
-                                                               {Change::Kind::window_created, "created"},
-                                                               {Change::Kind::window_destroyed, "destroyed"},
-                                                               {Change::Kind::window_joined, "joined"},
-                                                               {Change::Kind::window_left, "left"},
-                                                               {Change::Kind::text_appended, "text"},
-                                                               {Change::Kind::said, "said"},
-                                                               {Change::Kind::shutting_down, "shutdown"}};
+        static const std::map<Change::Kind, std::string> names{
+            {Change::Kind::signing_in, "signing"},      {Change::Kind::signed_in, "in"},
+            {Change::Kind::signed_out, "out"},          {Change::Kind::contact_added, "added"},
+            {Change::Kind::contact_removed, "removed"}, {Change::Kind::contact_renamed, "renamed"},
+            {Change::Kind::contact_status, "status"},   {Change::Kind::my_name, "my-name"},
+            {Change::Kind::my_status, "my-status"},     {Change::Kind::unread, "unread"},
+            {Change::Kind::window_created, "created"},  {Change::Kind::window_destroyed, "destroyed"},
+            {Change::Kind::window_joined, "joined"},    {Change::Kind::window_left, "left"},
+            {Change::Kind::text_appended, "text"},      {Change::Kind::said, "said"},
+            {Change::Kind::shutting_down, "shutdown"}};
         std::string line = names.at(change.kind);
         if (change.contact)
             line += " " + murmelix::toUtf8(change.contact->signin);
@@ -181,10 +175,30 @@ struct Controlled : Signed {
     Faults faults;
     int replays = 0;
     int shut = 0;
-    Control control{
-        client,
-        faults,
-        {.start_replay = [this] { return ++replays == 1; }, .shut_down = [this] { ++shut; }, .exit = [] {}}};
+    long long now = 0;
+    std::string called; // of the other hooks, the last one
+    SigningIn signing{client};
+    Control control{client,
+                    signing,
+                    faults,
+                    [this] { return now; },
+                    {.start_replay = [this] { return ++replays == 1; },
+                     .connect =
+                         [this](const std::u16string& signin, const std::u16string& friendly) {
+                             called = "connect " + murmelix::toUtf8(signin + u" " + friendly);
+                         },
+                     .accounts_changed = [this] { called = "accounts"; },
+                     .untouched =
+                         [this](std::optional<long long> milliseconds) {
+                             called = "untouched " + (milliseconds ? std::to_string(*milliseconds) : "really");
+                         },
+                     .window =
+                         [this](std::u16string_view deed) {
+                             called = "window " + murmelix::toUtf8(deed);
+                             return deed == u"hide";
+                         },
+                     .shut_down = [this] { ++shut; },
+                     .exit = [] {}}};
 };
 
 using ControlCommands = Controlled;

@@ -21,7 +21,8 @@ std::u16string clientProgram() {
     return murmelix::test::programCommand(MESSENGER_CLIENT);
 }
 
-RunningClient::RunningClient(const std::u16string& switches) : process_(clientProgram() + u" " + switches) {
+RunningClient::RunningClient(const std::u16string& switches)
+    : process_(clientProgram() + u" /connect 0 /idle 0 " + switches) {
     // Its automation is offered when it answers an (unknown) command: it runs its message loop then.
     EXPECT_TRUE(pumpUntil([this] { return mainWindow() && command("?") == static_cast<int>(Result::unknown_command); }))
         << "the client did not start";

@@ -223,8 +223,8 @@ TEST(SigningIn, ByTheMainWindow) {
     const RunningClient client(u"/signedout");
     Object messenger = client.automation();
     EXPECT_EQ(messenger.get(u"MyStatus").toInt32(), 1);
-    const HWND name = FindWindowExW(client.mainWindow(), nullptr, L"Edit", nullptr);
-    const HWND friendly = FindWindowExW(client.mainWindow(), name, L"Edit", nullptr);
+    const HWND name = GetDlgItem(client.mainWindow(), 101);
+    const HWND friendly = GetDlgItem(client.mainWindow(), 102);
     const HWND button = FindWindowExW(client.mainWindow(), nullptr, L"Button", L"&Sign in");
     ASSERT_TRUE(name && friendly && button);
     SendMessageW(name, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(L" kim@x "));
@@ -262,7 +262,7 @@ TEST(Replaying, WaitsForAReaderAndTellsItsEnd) {
     EXPECT_EQ(client.command("replay start"), 1) << "that was not the conversation it waits for";
     EXPECT_TRUE(client.process().exitStatus());
     EXPECT_THAT(kindsIn(log), ElementsAre("signin", "window", "window", "message", "message", "join", "rename",
-                                          "message", "message", "message", "message", "done"));
+                                          "message", "message", "message", "message", "done", "shutdown"));
     EXPECT_THAT(contents(log), HasSubstr("\tmessage\thazel@messenger.example\thi all :) is anybody around?\n"));
 }
 

@@ -1,0 +1,50 @@
+// Who can be met: statuses and contacts.
+#pragma once
+
+#include <array>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace messenger_client {
+
+// The codes of the automation interface.
+enum class Status : long {
+    unknown = 0,
+    offline = 1,
+    online = 2,
+    invisible = 6,
+    busy = 10,
+    be_right_back = 14,
+    idle = 18,
+    away = 34,
+    on_the_phone = 50,
+    out_to_lunch = 66,
+};
+
+// Text for people; empty for a code that no one can have.
+std::u16string_view nameOf(Status status);
+bool isStatus(long code);
+// What one chooses oneself: idle comes by itself, offline is signing out.
+inline constexpr std::array chosen_statuses{Status::online,   Status::busy,         Status::be_right_back,
+                                            Status::away,     Status::on_the_phone, Status::out_to_lunch,
+                                            Status::invisible};
+bool isChosen(Status status);
+
+struct Contact {
+    std::u16string signin;
+    std::u16string friendly;
+    Status status = Status::offline;
+    bool blocked = false;
+};
+using ContactPtr = std::shared_ptr<Contact>;
+
+// A name on one line: line ends and NULs as blanks.
+std::u16string oneLine(std::u16string_view text);
+// The name of somebody who has told none: the sign-in name before its "@".
+std::u16string_view shortName(std::u16string_view signin);
+
+// What keeps a text from being a sign-in name that one can type, for people; empty where nothing does.
+std::u16string_view faultOfSignin(std::u16string_view signin);
+
+} // namespace messenger_client
