@@ -1,10 +1,14 @@
-// A collection with an order and a key for every item: positions count from 1.
+// A collection with an order and a key for every item: positions count from 1. Finding a key among n takes log n.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
+#include <cstdint>
+#include <functional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -21,22 +25,22 @@ class KeyedCollection {
   public:
     std::size_t Count() const { return entries_.size(); }
 
-    bool contains(std::u16string_view key) const { return position(key) != 0; }
+    bool contains(std::u16string_view key) const { return numbers_.contains(key); }
 
     // Position of a key, 0 when it is not there.
     std::size_t position(std::u16string_view key) const {
-        for (std::size_t i = 0; i < entries_.size(); ++i) {
-            if (entries_[i].key == key)
-                return i + 1;
-        }
-        return 0;
+        const auto found = numbers_.find(key);
+        if (found == numbers_.end())
+            return 0;
+        const auto entry = std::ranges::lower_bound(entries_, found->second, {}, &Entry::number);
+        return static_cast<std::size_t>(entry - entries_.begin()) + 1;
     }
 
     // At the end; CollectionError when the key is there.
     void Add(T item, std::u16string key) {
-        if (contains(key))
+        if (!numbers_.try_emplace(key, next_number_).second)
             throw CollectionError("the key is already associated with an element");
-        entries_.push_back({std::move(key), std::move(item)});
+        entries_.push_back({next_number_++, std::move(key), std::move(item)});
     }
 
     T& Item(std::u16string_view key) { return entries_[indexOf(key)].item; }
@@ -47,10 +51,15 @@ class KeyedCollection {
 
     void Remove(std::u16string_view key) { removeIndex(indexOf(key)); }
     void Remove(std::size_t at) { removeIndex(checked(at)); }
-    void Clear() { entries_.clear(); }
+    void Clear() {
+        entries_.clear();
+        numbers_.clear();
+    }
 
   private:
+    // In the order of their numbers, which grow with every item added.
     struct Entry {
+        std::uint64_t number;
         std::u16string key;
         T item;
     };
@@ -66,9 +75,19 @@ class KeyedCollection {
             throw CollectionError("no element has the position");
         return at - 1;
     }
-    void removeIndex(std::size_t index) { entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(index)); }
+    void removeIndex(std::size_t index) {
+        numbers_.erase(entries_[index].key);
+        entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(index));
+    }
+
+    struct Hash {
+        using is_transparent = void;
+        std::size_t operator()(std::u16string_view key) const { return std::hash<std::u16string_view>()(key); }
+    };
 
     std::vector<Entry> entries_;
+    std::unordered_map<std::u16string, std::uint64_t, Hash, std::equal_to<>> numbers_; // by key
+    std::uint64_t next_number_ = 0;
 };
 
 } // namespace murmelix

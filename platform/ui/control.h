@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/ui/drag_drop.h"
 #include "platform/ui/surface.h"
 #include "platform/ui/types.h"
 
@@ -184,6 +185,7 @@ class ScrollBar : public Control {
 class PictureBox : public Control {
   public:
     explicit PictureBox(Control& parent) : Control(&parent, Kind::picture_box, u"") {}
+    ~PictureBox() override;
     bool takesFocus() const override { return takes_focus_; }
     void setTakesFocus(bool takes) { takes_focus_ = takes; }
     void setSunken(bool sunken); // the three-dimensional border
@@ -197,12 +199,28 @@ class PictureBox : public Control {
     std::function<bool(Key key)> KeyDown; // true when it was of use
     std::function<void(int rows)> Wheel;  // up is negative
 
+    DropMode OLEDropMode() const { return drop_mode_; }
+    void setOLEDropMode(DropMode mode);
+    // Drags what OLEStartDrag puts on the data object (nothing where it allows no effect) and returns when it was let
+    // go, after OLECompleteDrag. Meanwhile the windows of this thread are served.
+    void OLEDrag();
+    std::function<void(DataObject& data, DropEffect& allowed)> OLEStartDrag;
+    std::function<void(DropEffect effect)> OLECompleteDrag;
+    // Data was let go over the box: it changes `effect` where another one happened than is offered.
+    std::function<void(DataObject& data, DropEffect& effect, int button, int shift, double x, double y)> OLEDragDrop;
+
+    // What letting go here would do.
+    DropEffect dropEffect(DropEffect allowed, int shift) const;
+    // It was let go; the result is what happened.
+    DropEffect onDrop(DataObject& data, DropEffect allowed, int button, int shift, double x, double y);
+
   protected:
     void resized() override;
 
   private:
     Picture picture_;
     bool takes_focus_ = false;
+    DropMode drop_mode_ = DropMode::none;
     Surface surface_;
 };
 

@@ -40,6 +40,10 @@ void setSunken(Handle picture_box, bool sunken);
 void setPicture(Handle picture_box, const Picture& picture);
 // The surface belongs to this picture box from now on and has its size.
 void attach(Surface& surface, Handle picture_box);
+// Drags the data with the mouse, whose left button is held; returns when it was let go or taken back, with what
+// happened to it.
+DropEffect drag(const DataObject& data, DropEffect allowed);
+void acceptDrops(PictureBox& box, bool accepts);
 
 void setOuterWidth(Handle form, int pixels);           // stays on the screen where it can
 void setInnerSize(Handle form, int width, int height); // centred on its owner, else on the screen

@@ -32,6 +32,8 @@ struct Picture {
 
 enum class Key { tab, enter, escape, up, down, other };
 
-enum MouseButton : int { left_button = 1, right_button = 2 };
+// Those held are added up.
+enum MouseButton : int { left_button = 1, right_button = 2, middle_button = 4 };
+enum ShiftKey : int { shift_key = 1, control_key = 2, alt_key = 4 };
 
 } // namespace murmelix::ui

@@ -226,33 +226,48 @@ void paint(HWND hwnd, const ControlData& data) {
     EndPaint(hwnd, &painting);
 }
 
+int buttonOf(UINT message) {
+    switch (message) {
+    case WM_RBUTTONDOWN:
+    case WM_RBUTTONUP:
+        return right_button;
+    case WM_MBUTTONDOWN:
+    case WM_MBUTTONUP:
+        return middle_button;
+    default:
+        return left_button;
+    }
+}
+
 // Mouse and keyboard of a picture box; tells whether the message was one of those.
 bool onInput(HWND hwnd, PictureBox& box, UINT message, WPARAM wparam, LPARAM lparam) {
     // Both are read as signed: a mouse that is held leads beyond the edges.
     const double x = GET_X_LPARAM(lparam), y = GET_Y_LPARAM(lparam);
-    const int held = static_cast<int>(wparam & (MK_LBUTTON | MK_RBUTTON));
+    const int held = win32::buttonsOf(static_cast<DWORD>(wparam));
     switch (message) {
     case WM_LBUTTONDOWN:
     case WM_RBUTTONDOWN:
+    case WM_MBUTTONDOWN:
     case WM_LBUTTONDBLCLK:
         if (box.takesFocus())
             ::SetFocus(hwnd);
-        if (message == WM_LBUTTONDOWN)
-            SetCapture(hwnd);
         if (message == WM_LBUTTONDBLCLK) {
             if (box.DblClick)
                 box.DblClick();
-        } else if (box.MouseDown) {
-            box.MouseDown(message == WM_RBUTTONDOWN ? right_button : left_button, shiftState(), x, y);
+            return true;
         }
+        SetCapture(hwnd); // so that the button is let go here
+        if (box.MouseDown)
+            box.MouseDown(buttonOf(message), shiftState(), x, y);
         return true;
     case WM_LBUTTONUP:
-    case WM_RBUTTONUP: {
+    case WM_RBUTTONUP:
+    case WM_MBUTTONUP: {
         const bool pressed_here = GetCapture() == hwnd;
-        if (message == WM_LBUTTONUP)
+        if (held == 0)
             ReleaseCapture();
         if (box.MouseUp)
-            box.MouseUp(message == WM_RBUTTONUP ? right_button : left_button, shiftState(), x, y);
+            box.MouseUp(buttonOf(message), shiftState(), x, y);
         RECT area{};
         GetClientRect(hwnd, &area);
         if (message == WM_LBUTTONUP && pressed_here && PtInRect(&area, {GET_X_LPARAM(lparam), GET_Y_LPARAM(lparam)}))
@@ -483,6 +498,11 @@ void dispatch(const MSG& message) {
         return;
     TranslateMessage(&message);
     DispatchMessageW(&message);
+}
+
+int buttonsOf(DWORD held) {
+    return (held & MK_LBUTTON ? left_button : 0) | (held & MK_RBUTTON ? right_button : 0) |
+           (held & MK_MBUTTON ? middle_button : 0);
 }
 
 HWND visibleMainWindow() {

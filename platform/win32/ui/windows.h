@@ -8,6 +8,9 @@ namespace murmelix::ui::win32 {
 // One message of the loop, the toolkit's keyboard handling first.
 void dispatch(const MSG& message);
 
+// The MouseButtons among the keys and buttons (MK_…) of a message or a drag.
+int buttonsOf(DWORD held);
+
 // The form without an owner that is on screen; null where none is.
 HWND visibleMainWindow();
 

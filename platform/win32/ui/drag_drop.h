@@ -1,0 +1,22 @@
+// The toolkit's drag and drop as COM has it.
+#pragma once
+
+#include <windows.h>
+
+#include <oleidl.h>
+
+#include "common/com/handles.h"
+#include "platform/ui/control.h"
+
+namespace murmelix::ui::win32 {
+
+// Offers the text as CF_UNICODETEXT and CF_TEXT.
+com::Ptr<IDataObject> offered(const DataObject& data);
+
+// The text of another one's data object, cut at its NUL; no text where it has none, or does not give it.
+DataObject received(IDataObject& data);
+
+// What takes drops on the box; null where it takes none.
+com::Ptr<IDropTarget> dropTarget(const PictureBox& box);
+
+} // namespace murmelix::ui::win32

@@ -1,0 +1,40 @@
+#include "tests/fakes/ui/drag_drop.h"
+
+#include "platform/ui/native.h"
+
+namespace murmelix {
+
+namespace fakes {
+
+DragDrop& dragDrop() {
+    static DragDrop mouse;
+    return mouse;
+}
+
+void dragMouse(ui::PictureBox& box, double x, double y, double to_x, double to_y) {
+    if (!box.reachable())
+        return;
+    box.MouseDown(ui::left_button, 0, x, y);
+    box.MouseMove(ui::left_button, 0, to_x, to_y);
+    box.MouseUp(ui::left_button, 0, to_x, to_y);
+}
+
+ui::DropEffect drop(ui::PictureBox& box, const Drag& drag, double x, double y, int shift) {
+    ui::DataObject data = drag.data;
+    return box.onDrop(data, drag.allowed, ui::left_button, shift, x, y);
+}
+
+} // namespace fakes
+
+namespace ui::native {
+
+DropEffect drag(const DataObject& data, DropEffect allowed) {
+    auto& mouse = fakes::dragDrop();
+    mouse.drags.push_back({data, allowed});
+    return mouse.let_go ? mouse.let_go({data, allowed}) : drop_none;
+}
+
+void acceptDrops(PictureBox&, bool) {}
+
+} // namespace ui::native
+} // namespace murmelix

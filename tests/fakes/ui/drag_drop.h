@@ -1,0 +1,30 @@
+// The imitated mouse that drags: what was dragged, and where it is let go.
+#pragma once
+
+#include <functional>
+#include <vector>
+
+#include "platform/ui/control.h"
+
+namespace murmelix::fakes {
+
+struct Drag {
+    ui::DataObject data;
+    ui::DropEffect allowed;
+};
+
+struct DragDrop {
+    std::vector<Drag> drags;
+    // Lets go; the result is what happened. Without it nothing did.
+    std::function<ui::DropEffect(const Drag&)> let_go;
+};
+
+DragDrop& dragDrop();
+
+// Moves the mouse from one place of a box to another one, the left button held.
+void dragMouse(ui::PictureBox& box, double x, double y, double to_x, double to_y);
+
+// Lets go of data over a box; what happened to it.
+ui::DropEffect drop(ui::PictureBox& box, const Drag& drag, double x = 0, double y = 0, int shift = 0);
+
+} // namespace murmelix::fakes
