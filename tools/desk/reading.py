@@ -14,7 +14,9 @@ from .records import ClientLog, Transcript
 from .screen import Screen
 from .waiting import TimedOut, wait_for
 
-PROGRAM_DIRECTORY = ROOT / "build" / "Murmelix"
+# The build of the Windows programs: the preset's, staged as ./run and ./test do, or another one's own staging.
+WIN64 = Path(os.environ.get("MURMELIX_WIN64", ROOT / "build" / "win64")).resolve()
+PROGRAM_DIRECTORY = WIN64 / "staged" if "MURMELIX_WIN64" in os.environ else ROOT / "build" / "Murmelix"
 TRACE = ROOT / "build" / "host" / "tools" / "trace"
 MAIN_WINDOW = r"^Murmelix v[0-9]"
 
@@ -36,8 +38,9 @@ class Failed(Exception):
 class Desk:
     """A screen and a Wine prefix with the programs that were started there; nothing of it outlives `close`."""
 
-    def __init__(self, screen, prefix, output):
+    def __init__(self, screen, prefix, output, program_directory=PROGRAM_DIRECTORY):
         self.screen, self.prefix, self.output = screen, prefix, Path(output)
+        self.program_directory = Path(program_directory)
         self.programs = {}
         self._logs = self.output / "logs"
         self._logs.mkdir(parents=True, exist_ok=True)
@@ -112,7 +115,7 @@ class Desk:
         self.set_up_messenger()
 
     def _set_up(self, program, switch):
-        status, printed = self.run(program, PROGRAM_DIRECTORY / program, switch)
+        status, printed = self.run(program, self.program_directory / program, switch)
         if status != 0:
             raise Failed(f"{program} {switch} ended with status {status}:\n{printed}")
 
@@ -220,13 +223,13 @@ class Reading:
             arguments += ["/messages", options.messages]
         if self.desk.screen.is_own:
             arguments += ["/left", 420, "/top", 330, "/width", 600, "/height", 420]  # with room for the characters
-        self.desk.start("MessengerClient.exe", PROGRAM_DIRECTORY / "MessengerClient.exe", *arguments)
+        self.desk.start("MessengerClient.exe", self.desk.program_directory / "MessengerClient.exe", *arguments)
         self._until("the conversation", lambda: self.log.new() or any(
             event.text == "opened" for event in self.log.of_kind("window")))
 
     def start_program(self):
-        self.desk.start("Murmelix.exe", PROGRAM_DIRECTORY / "Murmelix.exe", directory=PROGRAM_DIRECTORY)
-        screen = self.desk.screen
+        directory, screen = self.desk.program_directory, self.desk.screen
+        self.desk.start("Murmelix.exe", directory / "Murmelix.exe", directory=directory)
         self.window = self._until("the main window", lambda: (screen.find(MAIN_WINDOW) or [None])[-1])
         if screen.is_own:
             screen.move(self.window, 10, 500)  # nothing covers anything

@@ -142,6 +142,14 @@ class Screen:
         self.key(*keys)
         return True
 
+    def xdotool(self, *arguments):
+        """Carries out any command of xdotool's."""
+        self._run("xdotool", *arguments)
+
+    def mark(self, name):
+        """Sets a property of that name on the screen, for those who note the events of the display."""
+        self._run("xprop", "-root", "-f", name, "8s", "-set", name, "here")
+
     def picture(self, file):
         """Writes what is on the screen as a PNG file; False where that fails."""
         if not shutil.which("import"):

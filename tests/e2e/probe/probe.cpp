@@ -1,10 +1,22 @@
-// Tells what windows there are, texts and all, as no other program can from outside Windows. One line a window:
-//   DEPTH TAB CLASS TAB VISIBLE TAB ENABLED TAB TEXT TAB HANDLE
-// DEPTH 0 is a top-level window, its children follow. VISIBLE and ENABLED are 0 or 1. In TEXT, of 2000 characters at
-// most, a tab, a line end and a backslash are \t, \r, \n and \\.
+// Tells what windows there are, texts and all, and what the registry holds, as no program can from outside Windows.
+//   e2e_probe            one line a window:
+//     DEPTH TAB CLASS TAB VISIBLE TAB ENABLED TAB TEXT TAB HANDLE TAB LEFT TAB TOP TAB RIGHT TAB BOTTOM TAB STATE
+//   DEPTH 0 is a top-level window, its children follow. VISIBLE and ENABLED are 0 or 1; the place is in pixels of the
+//   screen. STATE is the check of a button and the selected entry of a drop-down list, from 0. TEXT has 12000
+//   characters at most. Windows of a program that does not answer within a second have no text. e2e_probe /serve
+//   answers commands of its standard input, one a line, until that ends; a line "." ends an answer.
+//     windows            as above
+//     focus              the handle of the window that has the keyboard, 0 where none has
+//     values KEY         of a key below HKEY_CURRENT_USER, one line a value in their order: NAME TAB TYPE TAB DATA
+//     put KEY TAB NAME TAB TYPE TAB DATA    writes one
+//     subkeys KEY        their names, one a line
+//   TYPE is the number of the registry's type; DATA is a text where it is 1, else hexadecimal.
+// In texts a tab, a line end, a NUL and a backslash are \t, \r, \n, \0 and \\.
 #include <array>
 #include <cstdio>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include <windows.h>
 
@@ -13,7 +25,7 @@
 
 namespace {
 
-std::string escaped(const std::string& text) {
+std::string escaped(std::string_view text) {
     std::string result;
     for (const char c : text) {
         if (c == '\t')
@@ -22,6 +34,8 @@ std::string escaped(const std::string& text) {
             result += "\\r";
         else if (c == '\n')
             result += "\\n";
+        else if (c == '\0')
+            result += "\\0";
         else if (c == '\\')
             result += "\\\\";
         else
@@ -30,35 +44,205 @@ std::string escaped(const std::string& text) {
     return result;
 }
 
-// A window's text asked of the window itself: that of another process' control is not in its caption. A window that
-// does not answer has none.
+std::string unescaped(std::string_view text) {
+    std::string result;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] != '\\' || i + 1 == text.size()) {
+            result += text[i];
+            continue;
+        }
+        const char c = text[++i];
+        result += c == 't' ? '\t' : c == 'r' ? '\r' : c == 'n' ? '\n' : c == '0' ? '\0' : c;
+    }
+    return result;
+}
+
+std::string utf8(const wchar_t* text, std::size_t length) {
+    return murmelix::toUtf8(murmelix::com::narrow(text, length));
+}
+
+LRESULT asked(HWND window, UINT message, WPARAM wparam = 0, LPARAM lparam = 0) {
+    DWORD_PTR answer = 0;
+    SendMessageTimeoutW(window, message, wparam, lparam, SMTO_ABORTIFHUNG, 1000, &answer);
+    return static_cast<LRESULT>(answer);
+}
+
+// A window's text asked of the window itself: that of another process' control is not in its caption.
 std::string textOf(HWND window) {
-    std::array<wchar_t, 2000> text{};
-    DWORD_PTR length = 0;
-    SendMessageTimeoutW(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()), SMTO_ABORTIFHUNG, 1000,
-                        &length);
-    return murmelix::toUtf8(murmelix::com::narrow(text.data(), wcsnlen(text.data(), text.size())));
+    static std::array<wchar_t, 12000> text;
+    text[0] = L'\0';
+    asked(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()));
+    return utf8(text.data(), wcsnlen(text.data(), text.size()));
+}
+
+LRESULT stateOf(HWND window, std::string_view kind) {
+    if (kind == "Button")
+        return asked(window, BM_GETCHECK);
+    return kind == "ComboBox" ? asked(window, CB_GETCURSEL) : 0;
 }
 
 void describe(HWND window, int depth) {
-    std::array<wchar_t, 256> kind{};
-    GetClassNameW(window, kind.data(), static_cast<int>(kind.size()));
-    std::printf("%d\t%s\t%d\t%d\t%s\t%llu\n", depth,
-                murmelix::toUtf8(murmelix::com::narrow(kind.data(), wcslen(kind.data()))).c_str(),
+    std::array<wchar_t, 256> name{};
+    GetClassNameW(window, name.data(), static_cast<int>(name.size()));
+    const std::string kind = utf8(name.data(), wcslen(name.data()));
+    RECT place{};
+    GetWindowRect(window, &place);
+    std::printf("%d\t%s\t%d\t%d\t%s\t%llu\t%ld\t%ld\t%ld\t%ld\t%lld\n", depth, kind.c_str(),
                 IsWindowVisible(window) ? 1 : 0, IsWindowEnabled(window) ? 1 : 0, escaped(textOf(window)).c_str(),
-                static_cast<unsigned long long>(reinterpret_cast<ULONG_PTR>(window)));
+                static_cast<unsigned long long>(reinterpret_cast<ULONG_PTR>(window)), place.left, place.top,
+                place.right, place.bottom, static_cast<long long>(stateOf(window, kind)));
     for (HWND child = GetWindow(window, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT))
         describe(child, depth + 1);
 }
 
-} // namespace
-
-int main() {
+void describeAll() {
     EnumWindows(
         [](HWND window, LPARAM) -> BOOL {
             describe(window, 0);
             return TRUE;
         },
         0);
+}
+
+void tellFocus() {
+    GUITHREADINFO info{};
+    info.cbSize = sizeof info;
+    const HWND foreground = GetForegroundWindow();
+    GetGUIThreadInfo(foreground ? GetWindowThreadProcessId(foreground, nullptr) : 0, &info);
+    std::printf("%llu\n", static_cast<unsigned long long>(reinterpret_cast<ULONG_PTR>(info.hwndFocus)));
+}
+
+std::string hexadecimal(const std::vector<BYTE>& data) {
+    constexpr char digits[] = "0123456789abcdef";
+    std::string text;
+    for (const BYTE byte : data) {
+        text += digits[byte >> 4];
+        text += digits[byte & 15];
+    }
+    return text;
+}
+
+std::vector<BYTE> fromHexadecimal(std::string_view text) {
+    std::vector<BYTE> data;
+    for (std::size_t i = 0; i + 1 < text.size(); i += 2)
+        data.push_back(static_cast<BYTE>(std::stoul(std::string(text.substr(i, 2)), nullptr, 16)));
+    return data;
+}
+
+std::u16string utf16(std::string_view text) {
+    return murmelix::fromUtf8(text);
+}
+
+// An open key below HKEY_CURRENT_USER; null where there is none.
+class Key {
+  public:
+    Key(std::string_view path, bool create) {
+        const std::u16string name = utf16(path);
+        if (create)
+            RegCreateKeyW(HKEY_CURRENT_USER, murmelix::com::wide(name), &key_);
+        else
+            RegOpenKeyW(HKEY_CURRENT_USER, murmelix::com::wide(name), &key_);
+    }
+    Key(const Key&) = delete;
+    Key& operator=(const Key&) = delete;
+    ~Key() {
+        if (key_)
+            RegCloseKey(key_);
+    }
+    HKEY get() const { return key_; }
+
+  private:
+    HKEY key_ = nullptr;
+};
+
+void tellValues(std::string_view path) {
+    const Key key(path, false);
+    std::array<wchar_t, 16384> name{};
+    std::vector<BYTE> data(1 << 20);
+    for (DWORD i = 0;; ++i) {
+        DWORD length = name.size(), size = static_cast<DWORD>(data.size()), type = 0;
+        if (!key.get() || RegEnumValueW(key.get(), i, name.data(), &length, nullptr, &type, data.data(), &size) != 0)
+            return;
+        std::string text;
+        if (type == REG_SZ)
+            text = escaped(utf8(reinterpret_cast<const wchar_t*>(data.data()), size / sizeof(wchar_t)));
+        else
+            text = hexadecimal({data.begin(), data.begin() + size});
+        std::printf("%s\t%lu\t%s\n", escaped(utf8(name.data(), length)).c_str(), type, text.c_str());
+    }
+}
+
+void tellSubkeys(std::string_view path) {
+    const Key key(path, false);
+    std::array<wchar_t, 256> name{};
+    for (DWORD i = 0; key.get() && RegEnumKeyW(key.get(), i, name.data(), name.size()) == 0; ++i)
+        std::printf("%s\n", escaped(utf8(name.data(), wcslen(name.data()))).c_str());
+}
+
+void put(std::string_view rest) {
+    std::vector<std::string> fields;
+    while (fields.size() < 3) {
+        const std::size_t end = rest.find('\t');
+        fields.emplace_back(rest.substr(0, end));
+        rest = end == std::string_view::npos ? std::string_view() : rest.substr(end + 1);
+    }
+    const Key key(fields[0], true);
+    const std::u16string name = utf16(unescaped(fields[1]));
+    const DWORD type = std::stoul(fields[2]);
+    LSTATUS result = ERROR_ACCESS_DENIED;
+    if (key.get() && type == REG_SZ) {
+        const std::u16string text = utf16(unescaped(rest));
+        result =
+            RegSetValueExW(key.get(), murmelix::com::wide(name), 0, type, reinterpret_cast<const BYTE*>(text.data()),
+                           static_cast<DWORD>(text.size() * sizeof(char16_t)));
+    } else if (key.get()) {
+        const std::vector<BYTE> data = fromHexadecimal(rest);
+        result =
+            RegSetValueExW(key.get(), murmelix::com::wide(name), 0, type, data.data(), static_cast<DWORD>(data.size()));
+    }
+    if (result != ERROR_SUCCESS)
+        std::printf("error %ld\n", result);
+}
+
+// False at the end of the input.
+bool readLine(std::string& line) {
+    line.clear();
+    int c = std::getchar();
+    for (; c != EOF && c != '\n'; c = std::getchar())
+        line += static_cast<char>(c);
+    return c != EOF;
+}
+
+void serve() {
+    std::string line;
+    while (readLine(line)) {
+        const std::size_t end = line.find(' ');
+        const std::string_view command = std::string_view(line).substr(0, end);
+        const std::string_view rest =
+            end == std::string::npos ? std::string_view() : std::string_view(line).substr(end + 1);
+        if (command == "windows")
+            describeAll();
+        else if (command == "focus")
+            tellFocus();
+        else if (command == "values")
+            tellValues(rest);
+        else if (command == "subkeys")
+            tellSubkeys(rest);
+        else if (command == "put")
+            put(rest);
+        else
+            std::printf("unknown command\n");
+        std::printf(".\n");
+        std::fflush(stdout);
+    }
+}
+
+} // namespace
+
+int main(int count, char** arguments) {
+    if (count > 1 && std::string_view(arguments[1]) == "/serve")
+        serve();
+    else
+        describeAll();
     return 0;
 }

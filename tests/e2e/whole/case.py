@@ -14,15 +14,15 @@ ROOT = Path(__file__).resolve().parents[3]
 sys.path.insert(0, str(ROOT / "tools"))
 
 from desk.prefix import Prefix, windows_path  # noqa: E402
-from desk.reading import MAIN_WINDOW, PROGRAM_DIRECTORY, Desk, Options, Reading, expected_calls  # noqa: E402
+from desk.reading import MAIN_WINDOW, PROGRAM_DIRECTORY, WIN64, Desk, Options, Reading, expected_calls  # noqa: E402
 from desk.records import unescape  # noqa: E402
 from desk.screen import Screen  # noqa: E402
 from desk.waiting import TimedOut, wait_for  # noqa: E402
 
-__all__ = ["MAIN_WINDOW", "PROGRAM_DIRECTORY", "ROOT", "TimedOut", "WholeProgramTest", "Window", "expected_calls",
-           "main", "wait_for", "windows_path"]
+__all__ = ["MAIN_WINDOW", "PROBE", "PROGRAM_DIRECTORY", "ROOT", "TimedOut", "WholeProgramTest", "Window",
+           "expected_calls", "main", "unescape", "wait_for", "windows_of", "windows_path"]
 
-PROBE = ROOT / "build" / "win64" / "tests" / "e2e" / "probe" / "e2e_probe.exe"
+PROBE = WIN64 / "tests" / "e2e" / "probe" / "e2e_probe.exe"
 WATCHDOG_SECONDS = 300
 SETTINGS_KEY = r"HKCU\Software\Murmelix"
 
@@ -34,6 +34,8 @@ class Window:
     enabled: bool
     text: str
     handle: int
+    place: tuple = (0, 0, 0, 0)  # left, top, right and bottom, in pixels of the screen
+    state: int = 0               # the check of a button, the selected entry of a drop-down list
     children: list = field(default_factory=list)
 
     def all(self):
@@ -43,6 +45,22 @@ class Window:
 
     def texts(self):
         return [window.text for window in self.all() if window.text]
+
+
+def windows_of(lines):
+    """The top-level windows, with their children, that the probe's lines describe."""
+    top, stack = [], []
+    for line in lines:
+        fields = line.split("\t")
+        if len(fields) != 11 or not fields[0].isdigit():
+            continue
+        window = Window(fields[1], fields[2] == "1", fields[3] == "1", unescape(fields[4]), int(fields[5]),
+                        tuple(map(int, fields[6:10])), int(fields[10]))
+        depth = int(fields[0])
+        del stack[depth:]
+        (stack[-1].children if stack else top).append(window)
+        stack.append(window)
+    return top
 
 
 class WholeProgramTest(unittest.TestCase):
@@ -111,17 +129,7 @@ class WholeProgramTest(unittest.TestCase):
         """All top-level windows with their children."""
         status, printed = self.desk.run("probe", PROBE)
         self.assertEqual(status, 0, printed)
-        top, stack = [], []
-        for line in printed.splitlines():
-            fields = line.split("\t")
-            if len(fields) != 6 or not fields[0].isdigit():
-                continue
-            window = Window(fields[1], fields[2] == "1", fields[3] == "1", unescape(fields[4]), int(fields[5]))
-            depth = int(fields[0])
-            del stack[depth:]
-            (stack[-1].children if stack else top).append(window)
-            stack.append(window)
-        return top
+        return windows_of(printed.splitlines())
 
     def window(self, title):
         """The visible top-level window of that title, or None."""
