@@ -49,12 +49,12 @@ TEST_F(CoolListBoxTest, NewControlHasTheDefaults) {
     EXPECT_EQ(fresh.BackColor(), 0x80000005u);
     EXPECT_EQ(fresh.NoItemCaption(), u"No Items in List");
     EXPECT_EQ(fresh.ItemHeight(), 15);
-    EXPECT_EQ(fresh.IconPosX, 0);
-    EXPECT_EQ(fresh.IconPosY, 0);
-    EXPECT_EQ(fresh.CaptionPosX, 0);
-    EXPECT_EQ(fresh.CaptionPosY, 0);
-    EXPECT_EQ(fresh.TextPosX, 1);
-    EXPECT_EQ(fresh.TextPosY, 1);
+    EXPECT_EQ(fresh.IconPosX(), 0);
+    EXPECT_EQ(fresh.IconPosY(), 0);
+    EXPECT_EQ(fresh.CaptionPosX(), 0);
+    EXPECT_EQ(fresh.CaptionPosY(), 0);
+    EXPECT_EQ(fresh.TextPosX(), 1);
+    EXPECT_EQ(fresh.TextPosY(), 1);
     EXPECT_EQ(fresh.Selected(), 0);
     EXPECT_FALSE(fresh.SuppressKeyboard);
 }
