@@ -54,3 +54,5 @@ function(murmelix_program name)
     target_link_options(${name} PRIVATE -mconsole)
   endif()
 endfunction()
+
+include(${CMAKE_CURRENT_LIST_DIR}/Resources.cmake)

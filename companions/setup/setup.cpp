@@ -1,6 +1,8 @@
 #include "companions/setup/setup.h"
 
 #include <cwchar>
+#include <memory>
+#include <type_traits>
 
 #include <windows.h>
 
@@ -52,7 +54,32 @@ Result carryOutStep(const Step& step) {
 
 constexpr UINT next_step_message = WM_APP;
 constexpr int done_button_id = IDOK;
-constexpr int width = 560, height = 380, margin = 14, line_height = 20, button_width = 96, button_height = 28;
+
+// Pixels for a length at 96 dots per inch.
+int px(int length) {
+    static const int dpi = [] {
+        const HDC screen = GetDC(nullptr);
+        const int value = GetDeviceCaps(screen, LOGPIXELSY);
+        ReleaseDC(nullptr, screen);
+        return value;
+    }();
+    return MulDiv(length, dpi, 96);
+}
+
+const int width = px(560), height = px(380), margin = px(14), line_height = px(20);
+const int button_width = px(96), button_height = px(28);
+
+struct DeleteFont {
+    void operator()(HFONT font) const { DeleteObject(font); }
+};
+using Font = std::unique_ptr<std::remove_pointer_t<HFONT>, DeleteFont>;
+
+Font messageFont() {
+    NONCLIENTMETRICSW metrics{};
+    metrics.cbSize = sizeof metrics;
+    SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
+    return Font(CreateFontIndirectW(&metrics.lfMessageFont));
+}
 
 // The window: what is about to happen, a progress bar, what has happened line by line, and the button that closes it.
 class Window {
@@ -97,7 +124,7 @@ class Window {
             CreateWindowExW(extended, kind, caption, WS_CHILD | WS_VISIBLE | style, bounds.left, bounds.top,
                             bounds.right - bounds.left, bounds.bottom - bounds.top, window_,
                             reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GetModuleHandleW(nullptr), nullptr);
-        SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT)), TRUE);
+        SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font_.get()), TRUE);
         return control;
     }
 
@@ -106,16 +133,16 @@ class Window {
         LONG top = margin;
         addControl(L"STATIC", wide(plan_.introduction), SS_LEFT | SS_NOPREFIX,
                    {margin, top, right, top + 2 * line_height}, 10);
-        top += 2 * line_height + 8;
+        top += 2 * line_height + px(8);
         current_ = addControl(L"STATIC", L"", SS_LEFT | SS_NOPREFIX | SS_PATHELLIPSIS,
                               {margin, top, right, top + line_height}, 11);
         top += line_height;
-        progress_ = addControl(PROGRESS_CLASSW, L"", 0, {margin, top, right, top + 16}, 12);
+        progress_ = addControl(PROGRESS_CLASSW, L"", 0, {margin, top, right, top + px(16)}, 12);
         SendMessageW(progress_, PBM_SETRANGE32, 0, static_cast<LPARAM>(plan_.steps.size()));
-        top += 16 + 10;
+        top += px(16 + 10);
         const LONG button_top = height - margin - button_height;
         lines_ = addControl(L"EDIT", L"", ES_MULTILINE | ES_READONLY | ES_AUTOVSCROLL | WS_VSCROLL | WS_TABSTOP,
-                            {margin, top, right, button_top - 10}, 13, WS_EX_CLIENTEDGE);
+                            {margin, top, right, button_top - px(10)}, 13, WS_EX_CLIENTEDGE);
         done_ = addControl(L"BUTTON", L"&Done", BS_DEFPUSHBUTTON | WS_TABSTOP | WS_DISABLED,
                            {right - button_width, button_top, right, button_top + button_height}, done_button_id);
     }
@@ -185,6 +212,7 @@ class Window {
     }
 
     const Plan& plan_;
+    const Font font_ = messageFont();
     HWND window_ = nullptr, current_ = nullptr, progress_ = nullptr, lines_ = nullptr, done_ = nullptr;
     std::size_t next_ = 0;
     bool failed_ = false;

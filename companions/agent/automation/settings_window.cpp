@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::array<const char16_t*, 3> pages{u"Speech", u"Output", u"Copyright"};
 constexpr int sound_id = 100;
-constexpr int client_width = 380, client_height = 250;
+constexpr int client_width = 380, client_height = 250; // at 96 dots per inch
 constexpr wchar_t settings_key[] = L"Software\\Murmelix AgentServer";
 
 std::u16string textOf(int page, const SettingsWindow::Facts& facts) {
@@ -28,6 +28,14 @@ std::u16string textOf(int page, const SettingsWindow::Facts& facts) {
     default:
         return u"AgentServer, a part of Murmelix.\n\nReleased under the MIT licence.";
     }
+}
+
+// Pixels for a length at 96 dots per inch.
+int px(int length) {
+    const HDC screen = GetDC(nullptr);
+    const int dpi = GetDeviceCaps(screen, LOGPIXELSY);
+    ReleaseDC(nullptr, screen);
+    return MulDiv(length, dpi, 96);
 }
 
 } // namespace
@@ -56,7 +64,7 @@ void SettingsWindow::build() {
     const INITCOMMONCONTROLSEX controls{sizeof controls, ICC_TAB_CLASSES};
     InitCommonControlsEx(&controls);
     constexpr DWORD style = WS_POPUP | WS_CAPTION | WS_SYSMENU;
-    RECT frame{0, 0, client_width, client_height};
+    RECT frame{0, 0, px(client_width), px(client_height)};
     AdjustWindowRectEx(&frame, style, FALSE, WS_EX_CONTROLPARENT);
     make({.class_name = L"AgentServerProperties",
           .style = style,
@@ -71,9 +79,9 @@ void SettingsWindow::build() {
 
     const auto child = [&](const wchar_t* kind, const wchar_t* caption, DWORD child_style, RECT at, int id) {
         const HWND made =
-            CreateWindowExW(0, kind, caption, WS_CHILD | WS_VISIBLE | child_style, at.left, at.top, at.right - at.left,
-                            at.bottom - at.top, handle(), reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)),
-                            GetModuleHandleW(nullptr), nullptr);
+            CreateWindowExW(0, kind, caption, WS_CHILD | WS_VISIBLE | child_style, px(at.left), px(at.top),
+                            px(at.right - at.left), px(at.bottom - at.top), handle(),
+                            reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GetModuleHandleW(nullptr), nullptr);
         SendMessageW(made, WM_SETFONT, reinterpret_cast<WPARAM>(font_.get()), FALSE);
         return made;
     };

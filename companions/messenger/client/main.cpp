@@ -69,7 +69,6 @@ int runClient(const Switches& switches) {
         }
         return status_failed;
     }
-    SetProcessDPIAware();
     const murmelix::com::Apartment apartment;
     murmelix::com::check(apartment.result());
     const INITCOMMONCONTROLSEX controls{sizeof controls, ICC_STANDARD_CLASSES | ICC_WIN95_CLASSES};

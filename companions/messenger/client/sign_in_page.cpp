@@ -14,8 +14,9 @@ using murmelix::com::wide;
 
 namespace {
 
-constexpr std::array<int, 12> form_controls{id_signin,  id_friendly, id_as_status, id_remember, id_automatic, id_fault,
-                                   id_sign_in, id_forget,   id_note,      id_label,    id_label + 1, id_label + 2};
+constexpr std::array<int, 12> form_controls{id_signin,    id_friendly, id_as_status, id_remember,
+                                            id_automatic, id_fault,    id_sign_in,   id_forget,
+                                            id_note,      id_label,    id_label + 1, id_label + 2};
 constexpr std::array<int, 2> progress_controls{id_progress, id_cancel};
 
 // In pixels at 96 dots per inch.

@@ -54,18 +54,6 @@ void disc(HDC dc, int left, int top, int size, COLORREF inside, COLORREF edge) {
     Ellipse(dc, left, top, left + size, top + size);
 }
 
-void bubble(HDC dc, int size, int left, int top, int right, int bottom, int tail, COLORREF inside) {
-    const auto at = [size](int of_32) { return of_32 * size / 32; };
-    const GdiOwner<HBRUSH> brush(CreateSolidBrush(inside));
-    const GdiOwner<HPEN> pen(CreatePen(PS_SOLID, 1, inside));
-    const Selected with_brush(dc, brush.get());
-    const Selected with_pen(dc, pen.get());
-    Ellipse(dc, at(left), at(top), at(right), at(bottom));
-    const std::array<POINT, 3> triangle{POINT{at(tail - 4), at(bottom - 5)}, POINT{at(tail + 4), at(bottom - 5)},
-                                        POINT{at(tail), at(bottom + 4)}};
-    Polygon(dc, triangle.data(), static_cast<int>(triangle.size()));
-}
-
 } // namespace
 
 int px(int length) {
@@ -200,25 +188,11 @@ void drawAvatar(HDC dc, HFONT font, const RECT& area, const Contact& contact) {
 
 HICON clientIcon(int size) {
     static std::map<int, HICON> icons;
-    if (const auto known = icons.find(size); known != icons.end())
-        return known->second;
-    const HDC screen = GetDC(nullptr);
-    const HDC dc = CreateCompatibleDC(screen);
-    const GdiOwner<HBITMAP> picture(CreateCompatibleBitmap(screen, size, size));
-    const GdiOwner<HBITMAP> mask(CreateBitmap(size, size, 1, 1, nullptr));
-    const RECT all{0, 0, size, size};
-    const auto paint = [&](HBITMAP bitmap, COLORREF back, COLORREF far_bubble, COLORREF near_bubble) {
-        const Selected selected(dc, bitmap);
-        fill(dc, all, back);
-        bubble(dc, size, 9, 1, 31, 19, 25, far_bubble);
-        bubble(dc, size, 1, 9, 25, 27, 7, near_bubble);
-    };
-    paint(picture.get(), RGB(0, 0, 0), RGB(108, 190, 69), color::band_top);
-    paint(mask.get(), RGB(255, 255, 255), RGB(0, 0, 0), RGB(0, 0, 0));
-    DeleteDC(dc);
-    ReleaseDC(nullptr, screen);
-    ICONINFO info{TRUE, 0, 0, mask.get(), picture.get()};
-    return icons[size] = CreateIconIndirect(&info);
+    HICON& icon = icons[size];
+    if (!icon)
+        icon = static_cast<HICON>(
+            LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(1), IMAGE_ICON, size, size, LR_DEFAULTCOLOR));
+    return icon ? icon : LoadIconW(nullptr, MAKEINTRESOURCEW(32512)); // of a build without the drawings
 }
 
 Painting::Painting(HWND window) : window_(window), screen_(BeginPaint(window, &paint_)) {

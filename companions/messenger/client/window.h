@@ -59,7 +59,7 @@ void drawDisc(HDC dc, int x, int y, int radius, COLORREF color);
 void drawEnvelope(HDC dc, const RECT& area, COLORREF color);
 // A disc with the first letter of the name, in a colour of its own, and a small disc for the status.
 void drawAvatar(HDC dc, HFONT font, const RECT& area, const Contact& contact);
-// Two speech bubbles, `size` pixels wide; owned by the process.
+// The program's icon, `size` pixels wide; owned by the process.
 HICON clientIcon(int size);
 
 // Painting a window in one go, without flicker: everything is drawn into a picture first.
