@@ -4,6 +4,7 @@
 
 #include <commctrl.h>
 #include <richedit.h>
+#include <windowsx.h>
 
 #include "common/com/handles.h"
 #include "common/text.h"
@@ -14,7 +15,17 @@ using murmelix::com::wide;
 
 namespace {
 
-enum : int { id_history = 100, id_input, id_send, id_as, id_people };
+enum : int {
+    id_history = 100,
+    id_input,
+    id_send,
+    id_as,
+    id_people,
+    id_invite,
+    id_leave,
+    id_guest = 1000, // plus the row of the menu
+};
+constexpr std::size_t most_guests = 30; // in a menu
 constexpr UINT show_queued = WM_APP + 1;
 // New text is shown this much later, in milliseconds: drawing it takes long, and who listens to the client asks for the
 // text at once.
@@ -33,6 +44,7 @@ constexpr int people_width = 150;
 constexpr int bar_height = 26;
 constexpr int input_height = 62;
 constexpr int send_width = 74;
+constexpr int invite_height = 28;
 constexpr int padding = 6; // between the frame of a text and the text
 
 CHARFORMAT2W formatOf(COLORREF color, bool bold) {
@@ -93,7 +105,8 @@ void ConversationWindow::build() {
     as_ = child(L"ComboBox", L"", WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST, id_as);
     people_ = child(L"ListBox", L"",
                     WS_TABSTOP | WS_VSCROLL | LBS_OWNERDRAWFIXED | LBS_HASSTRINGS | LBS_NOINTEGRALHEIGHT, id_people);
-    for (const HWND control : {history_, input_, send_, as_, people_})
+    invite_ = child(L"Button", L"&Invite", WS_TABSTOP, id_invite);
+    for (const HWND control : {history_, input_, send_, as_, people_, invite_})
         SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font_.get()), TRUE);
     for (const HWND edit : {history_, input_})
         SendMessageW(edit, EM_EXLIMITTEXT, 0, 0x7FFFFFFE);
@@ -125,27 +138,25 @@ void ConversationWindow::arrange() {
           px(input_height) - 2 * inset);
     place(send_, right - px(send_width), input_top, px(send_width), px(input_height));
     ShowWindow(people_, people ? SW_SHOW : SW_HIDE);
-    place(people_, right + gap + 1, history_top + 1, people - 2, area.bottom - gap - history_top - 2);
+    ShowWindow(invite_, people ? SW_SHOW : SW_HIDE);
+    const int invite_top = std::max<int>(area.bottom - gap - px(invite_height), history_top);
+    place(people_, right + gap + 1, history_top + 1, people - 2, invite_top - gap - history_top - 2);
+    place(invite_, right + gap, invite_top, people, px(invite_height));
     InvalidateRect(handle(), nullptr, FALSE);
 }
 
 void ConversationWindow::paint() {
-    PAINTSTRUCT paint{};
-    const HDC dc = BeginPaint(handle(), &paint);
-    RECT area{};
-    GetClientRect(handle(), &area);
-    RECT band = area;
-    band.bottom = px(band_height);
+    const Painting painting(handle());
+    const HDC dc = painting.dc();
+    RECT band = painting.area();
+    RECT rest = band;
+    band.bottom = rest.top = px(band_height);
     fillBand(dc, band);
-    RECT rest = area;
-    rest.top = band.bottom;
     fill(dc, rest, color::face);
     for (const HWND control : {history_, input_, people_}) {
         if (!IsWindowVisible(control))
             continue;
-        RECT edge{};
-        GetWindowRect(control, &edge);
-        MapWindowPoints(nullptr, handle(), reinterpret_cast<POINT*>(&edge), 2);
+        RECT edge = placeIn(handle(), control);
         // The scroll bar of a text stands at the frame.
         const int inset = control == people_ ? 1 : px(padding);
         edge = {edge.left - inset, edge.top - inset, edge.right + 1, edge.bottom + inset};
@@ -172,12 +183,9 @@ void ConversationWindow::paint() {
     drawText(dc, font_.get(), color::on_band_soft,
              murmelix::toText(static_cast<long long>(count)) + (count == 1 ? u" participant" : u" participants"), line,
              DT_SINGLELINE | DT_VCENTER);
-    RECT combo{};
-    GetWindowRect(as_, &combo);
-    MapWindowPoints(nullptr, handle(), reinterpret_cast<POINT*>(&combo), 2);
+    const RECT combo = placeIn(handle(), as_);
     const RECT label{px(margin + 2), combo.top, combo.left, combo.bottom};
     drawText(dc, font_.get(), color::soft_text, u"Type as:", label, DT_SINGLELINE | DT_VCENTER);
-    EndPaint(handle(), &paint);
 }
 
 void ConversationWindow::drawParticipant(const DRAWITEMSTRUCT& item) {
@@ -339,6 +347,47 @@ void ConversationWindow::send() {
     client_.say(conversation_, writers_[selected], text);
 }
 
+void ConversationWindow::chooseGuest() {
+    guests_.clear();
+    const HMENU menu = CreatePopupMenu();
+    for (const ContactPtr& contact : client_.contacts()) {
+        if (conversation_->has(*contact) || guests_.size() == most_guests)
+            continue;
+        const std::u16string name = murmelix::replaceAll(contact->friendly.substr(0, 60), u"&", u"&&");
+        AppendMenuW(menu, MF_STRING, static_cast<UINT_PTR>(id_guest) + guests_.size(), wide(name));
+        guests_.push_back(contact);
+    }
+    if (guests_.empty())
+        AppendMenuW(menu, MF_STRING | MF_GRAYED, 0, L"Everybody of your list is here");
+    RECT button{};
+    GetWindowRect(invite_, &button);
+    TrackPopupMenu(menu, TPM_LEFTALIGN | TPM_BOTTOMALIGN, button.left, button.top, 0, handle(), nullptr);
+    DestroyMenu(menu);
+}
+
+void ConversationWindow::removeParticipant() {
+    const LRESULT row = SendMessageW(people_, LB_GETCURSEL, 0, 0);
+    if (row >= 0 && static_cast<std::size_t>(row) < conversation_->participants().size())
+        client_.leave(conversation_, ContactPtr(conversation_->participants()[static_cast<std::size_t>(row)]));
+}
+
+void ConversationWindow::participantMenu(POINT at) {
+    POINT inside = at;
+    ScreenToClient(people_, &inside);
+    if (at.x == -1 && at.y == -1) { // by the keyboard
+        GetCursorPos(&at);
+    } else if (const LRESULT row = SendMessageW(people_, LB_ITEMFROMPOINT, 0, MAKELPARAM(inside.x, inside.y));
+               HIWORD(row) == 0) {
+        SendMessageW(people_, LB_SETCURSEL, LOWORD(row), 0);
+    }
+    if (SendMessageW(people_, LB_GETCURSEL, 0, 0) < 0)
+        return;
+    const HMENU menu = CreatePopupMenu();
+    AppendMenuW(menu, MF_STRING, id_leave, L"&Leaves the conversation");
+    TrackPopupMenu(menu, TPM_LEFTALIGN, at.x, at.y, 0, handle(), nullptr);
+    DestroyMenu(menu);
+}
+
 LRESULT CALLBACK ConversationWindow::inputProcedure(HWND input, UINT message, WPARAM wparam, LPARAM lparam, UINT_PTR,
                                                     DWORD_PTR self) {
     if (message == WM_GETDLGCODE)
@@ -381,12 +430,23 @@ LRESULT ConversationWindow::message(UINT message, WPARAM wparam, LPARAM lparam) 
             SetFocus(input_);
         return defaultMessage(message, wparam, lparam);
     case DM_GETDEFID:
-        return MAKELRESULT(id_send, DC_HASDEFID);
+        return MAKELRESULT(GetFocus() == invite_ ? id_invite : id_send, DC_HASDEFID);
     case WM_COMMAND:
         if (LOWORD(wparam) == id_send && HIWORD(wparam) == BN_CLICKED)
             send();
         else if (LOWORD(wparam) == IDCANCEL)
             PostMessageW(handle(), WM_CLOSE, 0, 0);
+        else if (LOWORD(wparam) == id_invite && HIWORD(wparam) == BN_CLICKED)
+            chooseGuest();
+        else if (LOWORD(wparam) == id_leave)
+            removeParticipant();
+        else if (LOWORD(wparam) >= id_guest && LOWORD(wparam) - id_guest < static_cast<int>(guests_.size()))
+            client_.join(conversation_, ContactPtr(guests_[static_cast<std::size_t>(LOWORD(wparam) - id_guest)]));
+        return 0;
+    case WM_CONTEXTMENU:
+        if (reinterpret_cast<HWND>(wparam) != people_)
+            return defaultMessage(message, wparam, lparam);
+        participantMenu({GET_X_LPARAM(lparam), GET_Y_LPARAM(lparam)});
         return 0;
     case WM_TIMER:
         KillTimer(handle(), wparam);

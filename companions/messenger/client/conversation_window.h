@@ -1,6 +1,6 @@
 // The window of one conversation. Its children, in order: the history and the input, both RichEdit20W, the button
-// "&Send", the drop-down that says as whom one types, and the participants. Other programs type by WM_SETTEXT to the
-// input and VK_SPACE to the button.
+// "&Send", the drop-down that says as whom one types, the participants, and the button "&Invite". Other programs type
+// by WM_SETTEXT to the input and VK_SPACE to the button.
 #pragma once
 
 #include <deque>
@@ -39,6 +39,10 @@ class ConversationWindow final : public Window {
     void showQueued();
     void append(const Piece& piece);
     void send();
+    // Menus: who is in the list and not in here; what can be done with a participant.
+    void chooseGuest();
+    void participantMenu(POINT at);
+    void removeParticipant();
     static LRESULT CALLBACK inputProcedure(HWND, UINT, WPARAM, LPARAM, UINT_PTR, DWORD_PTR);
 
     Client& client_;
@@ -51,7 +55,9 @@ class ConversationWindow final : public Window {
     HWND send_ = nullptr;
     HWND as_ = nullptr;
     HWND people_ = nullptr;
+    HWND invite_ = nullptr;
     std::vector<ContactPtr> writers_; // the entries of the drop-down
+    std::vector<ContactPtr> guests_;  // the entries of the menu of the button "&Invite"
     std::deque<Piece> queued_;        // text of the history that is not shown yet
     std::size_t line_units_ = 0;      // of the last line shown
     std::size_t name_units_ = 0;      // of the next text: the name before a message

@@ -373,10 +373,16 @@ void MainWindow::changed(const Change& change) {
     case Change::Kind::signed_in:
         page_->tellFault(change.number < 0 && change.number != signin_cancelled ? faultText(change.number)
                                                                                 : std::u16string());
+        if (change.number < 0)
+            page_->propose(signing_in_.signin);
+        showState();
+        break;
+    case Change::Kind::signed_out:
+        page_->tellFault({});
+        page_->propose({});
         showState();
         break;
     case Change::Kind::signing_in:
-    case Change::Kind::signed_out:
         showState();
         break;
     case Change::Kind::my_name:
@@ -442,7 +448,6 @@ void MainWindow::askSignIn() {
     show();
     if (client_.signedIn())
         return;
-    page_->propose({});
     page_->focus();
 }
 

@@ -96,7 +96,10 @@ void SignInPage::focus() {
 }
 
 void SignInPage::propose(std::u16string_view signin) {
-    const Account* account = signin.empty() ? accounts_.lastRemembered() : accounts_.find(signin);
+    if (!signin.empty() && murmelix::sameText(typedName(), signin, murmelix::LetterCase::ignored))
+        return; // what was filled in stays
+    const Account* last = accounts_.all().empty() ? nullptr : &accounts_.all().front();
+    const Account* account = signin.empty() ? last : accounts_.find(signin);
     if (account)
         fillIn(*account);
     else if (signin.empty() && typedName().empty())

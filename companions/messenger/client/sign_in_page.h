@@ -45,7 +45,7 @@ class SignInPage {
 
     State state() const { return state_; }
     void show(State state);
-    // Fills the form in; an empty sign-in name proposes the account used last.
+    // Fills the form in, where it is not of that account already; an empty sign-in name proposes the account used last.
     void propose(std::u16string_view signin);
     void accountsChanged();
     // `fault` for people; empty: none.

@@ -173,7 +173,7 @@ void drawEnvelope(HDC dc, const RECT& area, COLORREF with) {
 
 void drawAvatar(HDC dc, HFONT font, const RECT& area, const Contact& contact) {
     const int size = area.right - area.left;
-    const bool here = contact.status != Status::offline && contact.status != Status::unknown;
+    const bool here = contact.status != Status::offline;
     const COLORREF own = here ? avatarColor(contact.signin) : RGB(190, 197, 204);
     disc(dc, area.left, area.top, size, own, own);
     const auto first = std::find_if(contact.friendly.begin(), contact.friendly.end(), [](char16_t unit) {
@@ -182,6 +182,8 @@ void drawAvatar(HDC dc, HFONT font, const RECT& area, const Contact& contact) {
     if (first != contact.friendly.end())
         drawText(dc, font, RGB(255, 255, 255), std::u16string(1, murmelix::toUpper(*first)), area,
                  DT_CENTER | DT_VCENTER | DT_SINGLELINE);
+    if (contact.status == Status::unknown)
+        return;
     const int dot = size * 2 / 5;
     disc(dc, area.right - dot + 1, area.bottom - dot + 1, dot, colorOf(contact.status), RGB(255, 255, 255));
 }

@@ -57,7 +57,7 @@ void drawDownArrow(HDC dc, POINT at, COLORREF color);
 void drawDisc(HDC dc, int x, int y, int radius, COLORREF color);
 // An envelope as high as 3/4 of its width, which is that of `area`.
 void drawEnvelope(HDC dc, const RECT& area, COLORREF color);
-// A disc with the first letter of the name, in a colour of its own, and a small disc for the status.
+// A disc with the first letter of the name, in a colour of its own, and a small disc for the status, if it is known.
 void drawAvatar(HDC dc, HFONT font, const RECT& area, const Contact& contact);
 // The program's icon, `size` pixels wide; owned by the process.
 HICON clientIcon(int size);
