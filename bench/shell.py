@@ -1,0 +1,152 @@
+#!/usr/bin/env python3
+"""What the program costs a user who does nothing with it: the time to its window, and then processor time and memory.
+
+Beside the program, Wine's own notepad is started in the same run, in turn, for a comparison. The times are those of
+bench_stopwatch, in milliseconds from the start of the process to a window that is drawn and answers; processor time and
+memory are what the system of the host accounts for the process. Fails where a limit is passed."""
+
+import os
+import shutil
+import statistics
+import sys
+import time
+from pathlib import Path
+
+ROOT = Path(__file__).resolve().parents[1]
+sys.path.insert(0, str(ROOT / "tools"))
+
+from desk.prefix import Prefix  # noqa: E402
+from desk.reading import MAIN_WINDOW, WIN64, Desk, Options, Reading  # noqa: E402
+from desk.screen import Screen  # noqa: E402
+from desk.waiting import wait_for  # noqa: E402
+
+STOPWATCH = WIN64 / "bench" / "windows" / "shell" / "bench_stopwatch.exe"
+STARTS = 10
+IDLE_SECONDS = 30
+START_LIMIT_MS = 400
+IDLE_LIMIT_PERCENT, READING_LIMIT_PERCENT = 0.5, 3
+MEMORY_LIMIT_MB = 25
+
+
+def pid_of(desk, program):
+    """The process of the host that runs a Windows program on this desk; None where there is none."""
+    for folder in Path("/proc").glob("[0-9]*"):
+        try:
+            command = (folder / "cmdline").read_bytes().split(b"\0")[0].replace(b"\\", b"/")
+            environment = (folder / "environ").read_bytes()
+        except OSError:
+            continue
+        if command.endswith(b"/" + program.encode()) and \
+                f"WINEPREFIX={desk.prefix.directory}".encode() in environment.split(b"\0"):
+            return int(folder.name)
+    return None
+
+
+def processor_seconds(pid):
+    fields = Path(f"/proc/{pid}/stat").read_text("ascii", "replace").rpartition(")")[2].split()
+    return (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK")
+
+
+def memory_mb(pid):
+    """All that is resident, and of it what is the process' own: neither a file's nor shared."""
+    lines = Path(f"/proc/{pid}/status").read_text("utf-8", "replace").splitlines()
+    kilobytes = {line.split(":")[0]: int(line.split()[1]) for line in lines if line.endswith(" kB")}
+    return kilobytes["VmRSS"] / 1024, kilobytes["RssAnon"] / 1024
+
+
+def percent_of_a_core(pid):
+    begun, before = time.monotonic(), processor_seconds(pid)
+    time.sleep(IDLE_SECONDS)
+    return 100 * (processor_seconds(pid) - before) / (time.monotonic() - begun)
+
+
+def start(desk, title, program):
+    """Milliseconds to the window."""
+    status, printed = desk.run("stopwatch", STOPWATCH, title, program)
+    lines = [line for line in printed.splitlines() if line.replace(".", "", 1).isdigit()]
+    if status != 0 or not lines:
+        raise SystemExit(f"{program} could not be measured:\n{printed}\n{desk.state()}")
+    return float(lines[-1])
+
+
+def leave(desk, name, pattern, *keys):
+    """Ends the program by its menu."""
+    def gone():
+        if pid_of(desk, name) is None:
+            return True
+        for window in desk.screen.find(pattern)[-1:]:
+            desk.screen.type_into(window, *keys)
+        return False
+    wait_for(f"the end of {name}", gone, 60, 0.3)
+
+
+def measure(desk, reading):
+    murmelix = rf"Z:{desk.program_directory}\Murmelix.exe".replace("/", "\\")
+    starts, others = [], []
+    for number in range(STARTS + 1):
+        milliseconds = start(desk, "Murmelix v", murmelix)
+        for _ in range(3):
+            reading.dismiss_notices()
+        leave(desk, "Murmelix.exe", MAIN_WINDOW, "alt+m", "x")
+        other = start(desk, "Untitled - Notepad", r"C:\windows\system32\notepad.exe")
+        other_memory = memory_mb(pid_of(desk, "notepad.exe"))
+        leave(desk, "notepad.exe", "^Untitled - Notepad$", "alt+F4")
+        if number > 0:  # the first finds nothing in the caches
+            starts.append(milliseconds)
+            others.append(other)
+    reading.start_program()
+    for _ in range(3):
+        reading.dismiss_notices()
+    time.sleep(3)
+    pid = pid_of(desk, "Murmelix.exe")
+    idle = percent_of_a_core(pid)
+    memory = memory_mb(pid)
+    reading.start_reading()
+    wait_for("the whole conversation", lambda: reading.log.new() or reading.log.of_kind("done"), 120, 0.5)
+    for _ in range(3):
+        reading.dismiss_notices()
+    time.sleep(10)  # the last words are spoken
+    return starts, others, idle, percent_of_a_core(pid), memory, memory_mb(pid), other_memory
+
+
+def spread(milliseconds):
+    return f"median {statistics.median(milliseconds):.0f} ms, from {min(milliseconds):.0f} to {max(milliseconds):.0f} ms"
+
+
+def main():
+    output = ROOT / "build" / "bench" / "shell"
+    shutil.rmtree(output, ignore_errors=True)
+    output.mkdir(parents=True)
+    file = output / "conversation.txt"
+    file.write_text("[09:00] <Ann> hello\n[09:01] <Bob> good morning\n", "utf-8")
+    run = ROOT / "build" / "wine-runs" / f"{os.getpid()}.shell"
+    screen = Screen.own()
+    try:
+        prefix = Prefix(run / "prefix")
+    except BaseException:
+        screen.close()
+        raise
+    try:
+        with Desk(screen, prefix, output) as desk:
+            desk.set_up_all()
+            reading = Reading(desk, Options(file, participants=2, speed=100, output=output))
+            reading.start_neighbours()
+            starts, others, idle, reading_idle, memory, reading_memory, other_memory = measure(desk, reading)
+    finally:
+        shutil.rmtree(run, ignore_errors=True)
+    print(f"start to the main window, {STARTS} times: {spread(starts)}")
+    print(f"notepad of Wine, in turn with it:   {spread(others)}")
+    print(f"processor, signed in and idle: {idle:.2f} % of a core over {IDLE_SECONDS} s")
+    print(f"processor, reading an idle conversation: {reading_idle:.2f} %")
+    for what, (resident, own) in (("idle", memory), ("reading", reading_memory), ("notepad of Wine", other_memory)):
+        print(f"memory, {what}: {resident:.1f} MB resident, {own:.1f} MB of it its own")
+    good = (statistics.median(starts) <= START_LIMIT_MS and idle <= IDLE_LIMIT_PERCENT
+            and reading_idle <= READING_LIMIT_PERCENT and max(memory[0], reading_memory[0]) <= MEMORY_LIMIT_MB)
+    if not good:
+        print(f"too much: the limits are {START_LIMIT_MS} ms, {IDLE_LIMIT_PERCENT} %, {READING_LIMIT_PERCENT} % and "
+              f"{MEMORY_LIMIT_MB} MB resident", file=sys.stderr)
+    return 0 if good else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())
