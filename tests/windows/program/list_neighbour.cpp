@@ -1,0 +1,58 @@
+#include "tests/windows/program/list_neighbour.h"
+
+#include <array>
+
+#include "common/com/handles.h"
+#include "common/text.h"
+#include "controls/cool_list_box.h"
+#include "platform/ui/form.h"
+#include "platform/ui/screen.h"
+#include "tests/windows/program/window_test.h"
+
+namespace murmelix::test {
+
+namespace {
+
+class ListWindow : public ui::Form {
+  public:
+    ListWindow()
+        : Form(nullptr, std::u16string(com::narrow(neighbour_caption, std::size(neighbour_caption) - 1)),
+               ui::FormStyle::window) {
+        setScale(3000, 3000);
+        List.Move({0, 0, 3000, 3000});
+        List.setDragDropZone(1);
+        List.P.setOLEDropMode(ui::DropMode::manual);
+        List.AddItem(u"Caption", u"Zo\u00eb \u263a", u"key", false);
+        List.P.OLEStartDrag = [this, start = List.P.OLEStartDrag](ui::DataObject& data, ui::DropEffect& allowed) {
+            start(data, allowed);
+            setCaption(u"dragging");
+        };
+        List.DragDropCompleted = [this](ui::DropEffect effect, const CItem& item) {
+            setCaption(u"completed: " + toText(effect) + u", " + item.Text);
+        };
+        List.DragDropAlert = [this](ui::DataObject& data, ui::DropEffect& effect, std::int16_t, std::int16_t, float,
+                                    float) { setCaption(u"dropped: " + toText(effect) + u", " + data.Text()); };
+    }
+    void onClose() override { PostQuitMessage(0); }
+
+    CoolListBox List{*this};
+};
+
+} // namespace
+
+int serveListWindow(int left, int top) {
+    const com::Apartment apartment;
+    ListWindow window;
+    SetWindowPos(windowOf(window), HWND_TOPMOST, left, top, 0, 0, SWP_NOSIZE);
+    window.Show();
+    ui::runMessageLoop();
+    return 0;
+}
+
+std::u16string told(HWND window) {
+    std::array<wchar_t, 256> text{};
+    const int length = GetWindowTextW(window, text.data(), static_cast<int>(text.size()));
+    return std::u16string(com::narrow(text.data(), static_cast<std::size_t>(length)));
+}
+
+} // namespace murmelix::test
