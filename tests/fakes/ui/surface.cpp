@@ -8,6 +8,8 @@ namespace murmelix {
 struct ui::Surface::Impl {
     int width = 0, height = 0, refreshes = 0;
     bool bold = false, underline = false;
+    double points = 0;
+    ui::Colour background = 0;
     std::vector<fakes::Drawing> drawings;
 };
 
@@ -19,6 +21,10 @@ const std::vector<Drawing>& drawings(ui::Surface& surface) {
 
 int refreshes(ui::Surface& surface) {
     return surface.impl().refreshes;
+}
+
+ui::Colour background(ui::Surface& surface) {
+    return surface.impl().background;
 }
 
 } // namespace fakes
@@ -38,7 +44,9 @@ int Surface::Height() const {
     return impl_->height;
 }
 
-void Surface::setFontSize(double) {}
+void Surface::setFontSize(double points) {
+    impl_->points = points;
+}
 
 void Surface::setFontBold(bool bold) {
     impl_->bold = bold;
@@ -56,7 +64,8 @@ int Surface::TextHeight() const {
     return fakes::line_height;
 }
 
-void Surface::Cls(Colour) {
+void Surface::Cls(Colour background) {
+    impl_->background = background;
     impl_->drawings.clear();
 }
 
@@ -65,8 +74,13 @@ void Surface::Fill(const Rect& pixels, Colour colour) {
 }
 
 void Surface::Print(int x, int y, std::u16string_view text, Colour colour) {
-    impl_->drawings.push_back(
-        {Drawing::Kind::text, {x, y, 0, 0}, colour, std::u16string(text), impl_->bold, impl_->underline});
+    impl_->drawings.push_back({Drawing::Kind::text,
+                               {x, y, 0, 0},
+                               colour,
+                               std::u16string(text),
+                               impl_->bold,
+                               impl_->underline,
+                               impl_->points});
 }
 
 void Surface::PaintPicture(const Picture& picture, int x, int y) {

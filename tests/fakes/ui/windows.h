@@ -40,6 +40,7 @@ struct Drawing {
     ui::Colour colour = 0;
     std::u16string text{};
     bool bold = false, underline = false;
+    double points = 0; // of the font
     bool operator==(const Drawing&) const = default;
 };
 
@@ -48,6 +49,7 @@ inline constexpr int character_width = 6, line_height = 13;
 
 const std::vector<Drawing>& drawings(ui::Surface& surface);
 int refreshes(ui::Surface& surface);
+ui::Colour background(ui::Surface& surface); // it was cleared with
 
 // The user; what cannot be reached cannot be used, and the function tells so.
 bool click(ui::Control& control);
