@@ -150,6 +150,12 @@ class Screen:
         """Sets a property of that name on the screen, for those who note the events of the display."""
         self._run("xprop", "-root", "-f", name, "8s", "-set", name, "here")
 
+    def pixels(self, left, top, width, height):
+        """The colours of a rectangle, three bytes a pixel."""
+        return subprocess.run(
+            ["import", "-window", "root", "-crop", f"{width}x{height}+{left}+{top}", "-depth", "8", "rgb:-"],
+            env=self.environment(), stdin=subprocess.DEVNULL, capture_output=True, timeout=20, check=True).stdout
+
     def picture(self, file):
         """Writes what is on the screen as a PNG file; False where that fails."""
         if not shutil.which("import"):

@@ -10,6 +10,7 @@
 //     values KEY         of a key below HKEY_CURRENT_USER, one line a value in their order: NAME TAB TYPE TAB DATA
 //     put KEY TAB NAME TAB TYPE TAB DATA    writes one
 //     subkeys KEY        their names, one a line
+//     client COMMAND     has the Messenger client carry it out; the result, 0 where it does not answer
 //   TYPE is the number of the registry's type; DATA is a text where it is 1, else hexadecimal.
 // In texts a tab, a line end, a NUL and a backslash are \t, \r, \n, \0 and \\.
 #include <array>
@@ -22,6 +23,7 @@
 
 #include "common/com/handles.h"
 #include "common/text.h"
+#include "companions/messenger/chat/control.h"
 
 namespace {
 
@@ -213,22 +215,34 @@ bool readLine(std::string& line) {
     return c != EOF;
 }
 
+void command(std::string_view text) {
+    COPYDATASTRUCT data{messenger_client::control_message, static_cast<DWORD>(text.size()),
+                        const_cast<char*>(text.data())};
+    DWORD_PTR result = 0;
+    constexpr UINT patience = 20000; // ms
+    if (const HWND client = FindWindowW(L"MessengerClientMain", nullptr))
+        SendMessageTimeoutW(client, WM_COPYDATA, 0, reinterpret_cast<LPARAM>(&data), SMTO_NORMAL, patience, &result);
+    std::printf("%llu\n", static_cast<unsigned long long>(result));
+}
+
 void serve() {
     std::string line;
     while (readLine(line)) {
         const std::size_t end = line.find(' ');
-        const std::string_view command = std::string_view(line).substr(0, end);
+        const std::string_view word = std::string_view(line).substr(0, end);
         const std::string_view rest =
             end == std::string::npos ? std::string_view() : std::string_view(line).substr(end + 1);
-        if (command == "windows")
+        if (word == "windows")
             describeAll();
-        else if (command == "focus")
+        else if (word == "focus")
             tellFocus();
-        else if (command == "values")
+        else if (word == "values")
             tellValues(rest);
-        else if (command == "subkeys")
+        else if (word == "subkeys")
             tellSubkeys(rest);
-        else if (command == "put")
+        else if (word == "client")
+            command(rest);
+        else if (word == "put")
             put(rest);
         else
             std::printf("unknown command\n");

@@ -241,6 +241,11 @@ class ShellTest(WholeProgramTest):
         """The main window, shown or hidden; None where there is none or it does not answer."""
         return next((window for window in self.windows() if re.match(MAIN_WINDOW, window.text)), None)
 
+    def client(self, command):
+        answer = self.inspector.ask(f"client {command}")
+        if answer != ["1"]:
+            self.fail(f"{command[:200]}: {answer}")
+
     def messenger(self):
         return next((window for window in self.windows() if window.kind == "MessengerClientMain"), None)
 
@@ -272,6 +277,10 @@ class ShellTest(WholeProgramTest):
     def tray_icons(self):
         tray = next((window for window in self.windows() if window.text == TRAY and window.visible), None)
         return {icon.handle: icon for icon in tray.children} if tray else {}
+
+    def characters(self):
+        """The windows of the characters that can be seen."""
+        return [window for window in self.windows() if window.kind == "AgentServerCharacter" and window.visible]
 
     def own_icons(self):
         """The icons that have come since the program was started."""
@@ -372,7 +381,19 @@ class ShellTest(WholeProgramTest):
         self.screen.key("alt+s")
         self.eventually("the reading", lambda: self.control(STOP), 30)
 
+    def open_conversation(self, name="Ann"):
+        """Has the client open one with a contact of that name; the contact's sign-in name."""
+        signin = f"{name.lower()}@messenger.example"
+        self.client(f"add {signin} {name}")
+        self.client(f"open {signin}")
+        return signin
+
     # Pictures.
+
+    def pixels(self, place):
+        """What can be seen there, as it is compared with other pictures of the same place."""
+        left, top, right, bottom = place
+        return self.screen.pixels(left, top, right - left, bottom - top)
 
     def picture(self, name):
         self.screen.picture(self.output / f"{name}.png")
