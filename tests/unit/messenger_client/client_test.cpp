@@ -245,6 +245,69 @@ TEST_F(ControlCommands, ReplayAndShutdownAreHandedOn) {
     EXPECT_EQ(shut, 1);
 }
 
+TEST_F(ControlCommands, SignInsOnTheWay) {
+    EXPECT_EQ(control.execute("connect ann@x Ann B"), Result::done);
+    EXPECT_EQ(called, "connect ann@x Ann B");
+    EXPECT_EQ(control.execute("connect"), Result::bad_arguments);
+    for (const char* line : {"signing next", "signing finish", "signing cancel", "signing fail 80004005"})
+        EXPECT_EQ(control.execute(line), Result::refused) << line << ": nothing is under way";
+    EXPECT_EQ(control.execute("signing fail 1"), Result::bad_arguments);
+    EXPECT_EQ(control.execute("signing fail"), Result::bad_arguments);
+    EXPECT_EQ(control.execute("signing up"), Result::bad_arguments);
+    EXPECT_EQ(control.execute("signing hold"), Result::done);
+    signing.begin(u"bob@x", u"", Status::online, 0);
+    EXPECT_EQ(client.stage(), Stage::connecting);
+    EXPECT_EQ(control.execute("signing next"), Result::done);
+    EXPECT_EQ(client.stage(), Stage::synchronising);
+    EXPECT_EQ(control.execute("signing finish"), Result::done);
+    EXPECT_EQ(client.me()->signin, u"bob@x");
+    signing.begin(u"bob@x", u"", Status::online, 0);
+    EXPECT_EQ(control.execute("signing fail 80004005"), Result::done);
+    EXPECT_FALSE(client.signedIn());
+    EXPECT_EQ(seen.back(), "in -2147467259");
+    signing.begin(u"bob@x", u"", Status::online, 0);
+    EXPECT_EQ(control.execute("signing cancel"), Result::done);
+    EXPECT_EQ(seen.back(), "in -2147023673");
+    EXPECT_EQ(control.execute("signing free"), Result::done);
+    signing.begin(u"bob@x", u"", Status::online, 0);
+    EXPECT_TRUE(signing.dueAt());
+}
+
+TEST_F(ControlCommands, Accounts) {
+    EXPECT_EQ(control.execute("accounts has ann@x"), Result::refused);
+    EXPECT_EQ(control.execute("accounts remember ann@x Ann B"), Result::done);
+    EXPECT_EQ(called, "accounts");
+    EXPECT_EQ(control.execute("accounts has ANN@x"), Result::done);
+    EXPECT_EQ(client.accounts().find(u"ann@x")->friendly, u"Ann B");
+    EXPECT_FALSE(client.accounts().automatic());
+    EXPECT_EQ(control.execute("accounts automatic bob@x"), Result::done);
+    EXPECT_EQ(client.accounts().automatic()->signin, u"bob@x");
+    EXPECT_EQ(control.execute("accounts has me@x"), Result::refused) << "used, but not remembered";
+    EXPECT_EQ(control.execute("accounts forget bob@x"), Result::done);
+    EXPECT_EQ(control.execute("accounts forget bob@x"), Result::refused);
+    for (const char* line : {"accounts", "accounts has", "accounts love ann@x"})
+        EXPECT_EQ(control.execute(line), Result::bad_arguments) << line;
+}
+
+TEST_F(ControlCommands, WindowAndInput) {
+    EXPECT_EQ(control.execute("window hide"), Result::done);
+    EXPECT_EQ(called, "window hide");
+    EXPECT_EQ(control.execute("window dance"), Result::bad_arguments);
+    EXPECT_EQ(control.execute("untouched 90"), Result::done);
+    EXPECT_EQ(called, "untouched 90000");
+    EXPECT_EQ(control.execute("untouched real"), Result::done);
+    EXPECT_EQ(called, "untouched really");
+    for (const char* line : {"untouched", "untouched -1", "untouched long"})
+        EXPECT_EQ(control.execute(line), Result::bad_arguments) << line;
+}
+
+TEST_F(ControlCommands, OpenAddsWhoIsNew) {
+    EXPECT_EQ(control.execute("open eve@x"), Result::refused) << "nobody without a name";
+    EXPECT_EQ(control.execute("open eve@x Eve A"), Result::done);
+    EXPECT_EQ(client.find(u"eve@x")->friendly, u"Eve A");
+    EXPECT_EQ(client.conversations().back()->participants().at(0)->signin, u"eve@x");
+}
+
 TEST_F(ControlCommands, FillAppendsSoManyUnitsWithoutALineEndAtTheEnd) {
     const std::size_t before = talk->history().size();
     for (const int units : {0, 1, 2, 3, 77, 78, 79, 80, 10'000}) {
@@ -324,6 +387,18 @@ TEST(Switches, Tasks) {
     EXPECT_EQ(send.command, u"say me hi");
 }
 
+TEST(Switches, HowLongASignInTakes) {
+    EXPECT_EQ(parseSwitches({}).connect, 900);
+    EXPECT_FALSE(parseSwitches({}).hold);
+    EXPECT_EQ(parseSwitches({u"/connect", u"0"}).connect, 0);
+    EXPECT_TRUE(parseSwitches({u"/connect", u"Hold"}).hold);
+    EXPECT_EQ(parseSwitches({u"/connect", u"soon"}).error, u"/connect cannot be soon.");
+    EXPECT_EQ(parseSwitches({u"/connect", u"-1"}).error, u"/connect cannot be -1.");
+    EXPECT_EQ(parseSwitches({}).idle, 10);
+    EXPECT_EQ(parseSwitches({u"/idle", u"0.5"}).idle, 0.5);
+    EXPECT_EQ(parseSwitches({u"/idle", u"-2"}).error, u"/idle cannot be -2.");
+}
+
 TEST(Switches, WhatIsWrongIsSaid) {
     EXPECT_EQ(parseSwitches({u"/dance"}).error, u"Unknown switch: /dance");
     EXPECT_EQ(parseSwitches({u"wait"}).error, u"Unknown switch: wait");
@@ -353,6 +428,11 @@ TEST(EventLog, OneLineAnEvent) {
     client.say(talk, ann, u"a\nb");
     client.rename(ann, u"Anna");
     client.leave(talk, ann);
+    client.setUnread(7);
+    client.failSignIn(-2147467259);
+    client.setStage(Stage::connecting);
+    client.setStage(Stage::synchronising);
+    client.shutDown();
     log.write("done", {}, {});
     std::ifstream in(file, std::ios::binary);
     const std::string text(std::istreambuf_iterator<char>(in), {});
@@ -363,7 +443,14 @@ TEST(EventLog, OneLineAnEvent) {
                     "1003000\t0.003000\tmessage\tann@x\ta\\r\\nb\n"
                     "1004000\t0.004000\trename\tann@x\tAnna\n"
                     "1004500\t0.004500\tleave\tann@x\tAnna\n"
-                    "1004500\t0.004500\tdone\t\t\n");
+                    "1005000\t0.005000\tunread\tme@x\t7\n"
+                    "1005500\t0.005500\twindow\t\tclosed\n"
+                    "1006000\t0.006000\tsignout\t\t\n"
+                    "1006500\t0.006500\tsignin-failed\t\t80004005\n"
+                    "1007000\t0.007000\tsigning\t\tconnecting\n"
+                    "1007500\t0.007500\tsigning\t\tsynchronising\n"
+                    "1008000\t0.008000\tshutdown\t\t\n"
+                    "1008000\t0.008000\tdone\t\t\n");
 }
 
 TEST(EventLog, AFileThatCannotBeWrittenIsSaid) {
