@@ -1,34 +1,67 @@
 #include "app/about_frm.h"
 
+#include <algorithm>
+
 #include "app/pages.h"
 #include "app/version_text.h"
 #include "platform/system.h"
 
 namespace murmelix {
 
+namespace {
+
+constexpr int picture_size = 96;
+
+} // namespace
+
 AboutFRM::AboutFRM(ui::Form* owner)
     : Form(owner, u"About Murmelix", ui::FormStyle::dialog), Label3(*this, pageAddress(u"/Murmelix/")),
       Label9(*this, platform::supportAddress()) {
     setIcon({u"murmelix"});
-    AboutIcon.setPicture({u"murmelix", 64});
+    AboutPic.setPicture({u"picture_about", picture_size});
     Label5.setHeading();
+    Label3.setUseMnemonic(false);
+    Label9.setUseMnemonic(false);
     Click = [this] { Unload(); };
-    AboutIcon.Click = Click;
+    AboutPic.Click = Click;
     Label3.Click = [this] { Label3_Click(); };
     Label9.Click = [this] { Label9_Click(); };
-
-    AboutIcon.Move({240, 240, 1020, 1020});
-    Label5.Move({1500, 240, 3000, 330});
-    Label6.Move({1500, 660, 900, 240});
-    VersionText.Move({2400, 660, 2100, 240});
-    Label7.Move({1500, 960, 900, 240});
-    Label3.Move({2400, 960, 3300, 240});
-    Label9.Move({2400, 1260, 3300, 240});
-    setScale(5910, 1740);
+    layOut();
 }
 
 void AboutFRM::Form_Load() {
     VersionText.setCaption(versionText());
+}
+
+bool AboutFRM::onEscape() {
+    Unload();
+    return true;
+}
+
+void AboutFRM::layOut() {
+    constexpr int margin = 240, gap = 120, picture = 15 * picture_size, left = margin + picture + margin, widest = 6000;
+    const int line = Label6.neededSize().height;
+    const int names = std::max(Label6.neededSize().width, Label7.neededSize().width) + gap;
+    const int page = std::min(Label3.neededSize().width, widest), mail = std::min(Label9.neededSize().width, widest);
+    const int width = std::max({names + page, mail, 3300});
+
+    int y = margin;
+    AboutPic.Move({margin, y, picture, picture});
+    const int heading = Label5.neededSize().height;
+    Label5.Move({left, y, width, heading});
+    y += heading + gap;
+    Line1.Move({left, y, width, 30});
+    y += 30 + gap;
+    Label6.Move({left, y, names, line});
+    VersionText.Move({left + names, y, width - names, line});
+    y += line + gap;
+    Label7.Move({left, y, names, line});
+    Label3.Move({left + names, y, page, line});
+    y += line + gap;
+    Line2.Move({left, y, width, 30});
+    y += 30 + gap;
+    Label9.Move({left, y, mail, line});
+    setScale(left + width + margin, std::max(y + line, margin + picture) + margin);
 }
 
 void AboutFRM::Label3_Click() {

@@ -9,15 +9,19 @@ class AboutFRM : public ui::Form {
   public:
     explicit AboutFRM(ui::Form* owner);
     void Form_Load() override;
+    bool onEscape() override;
+    void layOut() override;
     void Label3_Click();
     void Label9_Click();
 
-    ui::PictureBox AboutIcon{*this};
+    ui::PictureBox AboutPic{*this};
     ui::Label Label5{*this, u"Murmelix"};
+    ui::Line Line1{*this};
     ui::Label Label6{*this, u"Version:"};
     ui::Label VersionText{*this, u""};
     ui::Label Label7{*this, u"Webpage:"};
     ui::LinkLabel Label3;
+    ui::Line Line2{*this};
     ui::LinkLabel Label9;
 };
 

@@ -25,9 +25,9 @@ using platform::attempt;
 
 constexpr std::int16_t on = -1;
 
-// Of the options' frames and of what is in them.
-constexpr int main_width = 4950, options_width = 4500, height = 5910;
 constexpr int border_room = 270, options_gap = 135; // of the width arithmetic
+// Around the frames and between them, inside them at either side, between their rows.
+constexpr int margin = 120, indent = 180, row_gap = 45;
 
 const ui::Picture conversation_picture{u"picture_conversation", 32};
 const ui::Picture program_picture{u"murmelix"};
@@ -54,6 +54,7 @@ MainFrm::MainFrm(std::function<void()> main)
     connectHandlers();
     connectMenus();
     layOut();
+    Center();
     connectCharacters();
     Agent = platform::createAgentControl(agentEvents());
     characterHost.agent = Agent.get();
@@ -102,8 +103,10 @@ void MainFrm::connectHandlers() {
     // The boxes are clear at first, and what they enable is disabled.
     IgnoreCharTxt.setEnabled(false);
     SoundSchemeList.setEnabled(false);
-    SystemMenuStopReadingConver.setEnabled(false);
-    CharMatchupButt.setEnabled(false); // there is no matchup window to open
+    MainFrame.setUseMnemonic(false); // people have all kinds of names
+    for (ui::Frame* frame : {&MurmelixFrame, &CharFrame, &ReadTextFrame, &EmotReadingFrame})
+        frame->setEnabled(false);
+    showWhetherReading();
     SignOutFrame.setVisible(false);
     SystemTrayPic.setVisible(false);
     SystemTrayPic.setPicture(program_picture);
@@ -129,45 +132,115 @@ void MainFrm::connectMenus() {
 }
 
 void MainFrm::layOut() {
-    MainFrame.Move({0, 120, main_width, height - 240});
-    MurmelixFrame.Move({0, 120, options_width, 1020});
-    CharFrame.Move({0, 1260, options_width, 1740});
-    ReadTextFrame.Move({0, 3120, options_width, 1380});
-    EmotReadingFrame.Move({0, 4620, options_width, 1170});
+    const int options_height = layOutOptions();
+    const int height = std::max(options_height, 5100);
+    const int button = std::max(StartConvButt.neededSize().height, 390);
+    const auto widest = [](const ui::Button& of, std::initializer_list<const char16_t*> captions) {
+        int width = 0;
+        for (const char16_t* caption : captions)
+            width = std::max(width, of.sizeFor(caption).width);
+        return width + 90;
+    };
+    const int show = widest(ReadOptnsButt, {u"Show &Options ->", u"<- Hide &Options"});
+    const int start = widest(StartConvButt, {u"&Start Reading Conversation", u"&Start Reading Selected Conversation",
+                                             u"&Stop Reading Conversation"});
+    const int main_width = std::max(2 * indent + start + margin + show, 4950);
 
-    ConversationsList.Move({165, 330, main_width - 330, 4650});
-    StartConvButt.Move({165, 5115, 3105, 390});
-    ReadOptnsButt.Move({3360, 5115, main_width - 3360 - 165, 390});
-
-    const auto line = [](int y) { return ui::Rect{180, y, options_width - 360, 270}; };
-    AutoMinimizeCheck.Move(line(300));
-    UpdatesCheck.Move(line(615));
-    CharMatchupButt.Move({180, 315, 2400, 375});
-    AutoAttachCheck.Move(line(780));
-    AutoHideBalloonCheck.Move(line(1080));
-    HideIdleCheck.Move(line(1380));
-    AutoCorrectTextCheck.Move(line(300));
-    IgnoreCharsCheck.Move(line(600));
-    IgnoreCharTxt.Move({450, 915, options_width - 630, 330});
-    PlayReadEmoticonCheck.Move(line(300));
-    SoundSchemeLbl.Move({180, 720, 1200, 240});
-    SoundSchemeList.Move({1410, 660, options_width - 1590, 330});
-
-    SignOutFrame.Move({0, 0, main_width + border_room, height});
-    SignOutIcon.Move({(main_width + border_room - 1020) / 2, 1200, 1020, 1020});
-    SignOutLbl.Move({660, 2460, main_width + border_room - 1320, 660});
-    SignInButt.Move({1290, 3300, 1260, 390});
-    HelpButt.Move({2670, 3300, 1260, 390});
-
-    setScale(main_width + border_room, height);
+    setScale(main_width + border_room, height + 2 * margin);
     setWidth(main_width + border_room);
     // What the window's border leaves of its room is shared out on both sides.
-    const int margin = (ScaleWidth() - main_width) / 2;
-    MainFrame.Move({margin, 120, main_width, height - 240});
-    for (ui::Frame* frame : {&MurmelixFrame, &CharFrame, &ReadTextFrame, &EmotReadingFrame}) {
-        frame->Move({margin + main_width + options_gap, frame->Top(), options_width, frame->Height()});
-        frame->setEnabled(false);
+    const int left = (ScaleWidth() - main_width) / 2;
+    MainFrame.Move({left, margin, main_width, height});
+    for (ui::Frame* frame : {&MurmelixFrame, &CharFrame, &ReadTextFrame, &EmotReadingFrame})
+        frame->Move({left + main_width + options_gap, frame->Top(), frame->Width(), frame->Height()});
+    EmotReadingFrame.Move({EmotReadingFrame.Left(), EmotReadingFrame.Top(), EmotReadingFrame.Width(),
+                           margin + height - EmotReadingFrame.Top()});
+
+    const int top = MainFrame.neededSize().height + 105, buttons_top = height - 165 - button;
+    ConversationsList.Move({indent, top, main_width - 2 * indent, buttons_top - 150 - top});
+    StartConvButt.Move({indent, buttons_top, main_width - 2 * indent - margin - show, button});
+    ReadOptnsButt.Move({main_width - indent - show, buttons_top, show, button});
+    layOutList();
+    layOutSignOut(height + 2 * margin);
+    if (MurmelixFrame.Enabled())
+        setWidth(MurmelixFrame.Width() + main_width + options_gap + border_room);
+}
+
+int MainFrm::layOutOptions() {
+    const int line = std::max(AutoMinimizeCheck.neededSize().height, 255);
+    const int text = std::max(IgnoreCharTxt.neededSize().height, 285);
+    const int field = std::max(SoundSchemeList.neededSize().height, 330);
+    const int title = MurmelixFrame.neededSize().height + 75;
+    const int label = SoundSchemeLbl.neededSize().width + 90;
+
+    int width = std::max(CharMatchupButt.neededSize().width, label + 2400);
+    for (const ui::Frame* frame : {&MurmelixFrame, &CharFrame, &ReadTextFrame, &EmotReadingFrame}) {
+        width = std::max(width, frame->neededSize().width);
+        for (const ui::Control* control : frame->Children()) {
+            if (dynamic_cast<const ui::CheckBox*>(control))
+                width = std::max(width, control->neededSize().width);
+        }
     }
+
+    int frame_top = margin, y = title;
+    const auto row = [&](ui::Control& control, int left, int right, int height) {
+        control.Move({indent + left, y, right - left, height});
+        y += height + row_gap;
+    };
+    const auto close = [&](ui::Frame& frame) {
+        const int height = y - row_gap + 135;
+        frame.Move({frame.Left(), frame_top, width + 2 * indent, height});
+        frame_top += height + margin;
+        y = title;
+    };
+    row(AutoMinimizeCheck, 0, width, line);
+    row(UpdatesCheck, 0, width, line);
+    close(MurmelixFrame);
+
+    row(CharMatchupButt, 0, std::max(CharMatchupButt.neededSize().width, 2400),
+        std::max(CharMatchupButt.neededSize().height, 390));
+    y += row_gap;
+    row(AutoAttachCheck, 0, width, line);
+    row(AutoHideBalloonCheck, 0, width, line);
+    row(HideIdleCheck, 0, width, line);
+    close(CharFrame);
+
+    row(AutoCorrectTextCheck, 0, width, line);
+    row(IgnoreCharsCheck, 0, width, line);
+    row(IgnoreCharTxt, 270, width, text);
+    close(ReadTextFrame);
+
+    row(PlayReadEmoticonCheck, 0, width, line);
+    y += row_gap;
+    const int label_height = SoundSchemeLbl.neededSize().height;
+    SoundSchemeLbl.Move({indent, y + (field - label_height) / 2, label, label_height});
+    row(SoundSchemeList, label, width, field);
+    close(EmotReadingFrame);
+    return frame_top - 2 * margin;
+}
+
+void MainFrm::layOutList() {
+    const int line = ui::toTwips(ConversationsList.P.surface().TextHeight());
+    const int row = std::max(2 * line + 150, 600), picture = 15 * conversation_picture.size;
+    const int caption = (row - 2 * line - 30) / 2, left = 90 + picture + 90;
+    ConversationsList.setItemHeight(static_cast<std::int16_t>(ui::toPixels(row)));
+    ConversationsList.SetPos(ui::toPixels(left), ui::toPixels(caption), ui::toPixels(left),
+                             ui::toPixels(caption + line + 30), ui::toPixels(90), ui::toPixels((row - picture) / 2));
+}
+
+void MainFrm::layOutSignOut(int height) {
+    const int width = 2 * MainFrame.Left() + MainFrame.Width(), text = 3600, picture = 1020;
+    const int button = std::max({SignInButt.neededSize().width, HelpButt.neededSize().width, 1260});
+    const int button_height = std::max(SignInButt.neededSize().height, 390);
+    const int text_height = SignOutLbl.sizeFor(SignOutLbl.Caption(), text).height;
+    int y = (height - picture - 240 - text_height - 360 - button_height) / 2 - 300;
+    SignOutFrame.Move({0, 0, width, height});
+    SignOutIcon.Move({(width - picture) / 2, y, picture, picture});
+    y += picture + 240;
+    SignOutLbl.Move({(width - text) / 2, y, text, text_height});
+    y += text_height + 360;
+    SignInButt.Move({width / 2 - 60 - button, y, button, button_height});
+    HelpButt.Move({width / 2 + 60, y, button, button_height});
 }
 
 MonitorHost MainFrm::monitorHost() {
@@ -189,6 +262,8 @@ MonitorHost MainFrm::monitorHost() {
     host.resetReadingWindow = [this] {
         WindowResizeTimer.setEnabled(false);
         ReadingWindowTop = ReadingWindowLeft = 0;
+        ConversationsList.setEnabledIt(true);
+        showWhetherReading();
     };
     host.enableReadMoniter = [this](bool enabled) { ReadMoniter.setEnabled(enabled); };
     host.unloadSecondaryWindows = [this] { unloadSecondaryWindows(); };
@@ -233,9 +308,7 @@ void MainFrm::loadFirstTime() {
     SystemMenu.setCaption(u"");
     SystemMenu.setEnabled(false);
     setCaption(u"Murmelix v" + versionText());
-    ConversationsList.setItemHeight(static_cast<std::int16_t>(ui::toPixels(600)));
-    ConversationsList.SetPos(ui::toPixels(660), ui::toPixels(60), ui::toPixels(660), ui::toPixels(315),
-                             ui::toPixels(90), ui::toPixels(60));
+    layOutList();
     SignOutFrame.ZOrder();
 }
 
@@ -345,7 +418,13 @@ void MainFrm::StartConvButt_Click() {
     } else {
         stopReading();
     }
+    showWhetherReading();
+}
+
+void MainFrm::showWhetherReading() {
     SystemMenuStopReadingConver.setEnabled(IsReadingConversation != 0);
+    // There is no matchup window yet; while reading the button tells why it could not be opened anyway.
+    CharMatchupButt.setEnabled(IsReadingConversation != 0);
 }
 
 void MainFrm::StartReadingConversation() {
@@ -470,15 +549,12 @@ void MainFrm::SoundSchemeList_GotFocus() {
 }
 
 void MainFrm::fillSoundSchemes() {
-    SoundSchemeList.Clear();
-    int current = 0;
-    for (const std::u16string& name : platform::subdirectories(SoundsDir)) {
-        if (name == CurrentSoundScheme)
-            current = SoundSchemeList.ListCount();
-        SoundSchemeList.AddItem(name);
-    }
+    auto names = platform::subdirectories(SoundsDir);
+    const auto current = std::find(names.begin(), names.end(), CurrentSoundScheme);
+    const auto selected = current == names.end() ? 0 : current - names.begin();
+    SoundSchemeList.setItems(std::move(names));
     if (SoundSchemeList.ListCount() > 0)
-        SoundSchemeList.setListIndex(current);
+        SoundSchemeList.setListIndex(static_cast<int>(selected));
 }
 
 void MainFrm::AddSystemTrayIcon() {

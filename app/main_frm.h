@@ -28,6 +28,7 @@ class MainFrm : public ui::Form {
     void Form_Load() override;
     // The close box hides the window.
     void onClose() override;
+    void layOut() override;
 
     void ShowSignOut(bool show = true);
     void StartReadingConversation();
@@ -137,7 +138,9 @@ class MainFrm : public ui::Form {
   private:
     void connectHandlers();
     void connectMenus();
-    void layOut();
+    int layOutOptions(); // tells how high they are together
+    void layOutList();
+    void layOutSignOut(int height);
     MonitorHost monitorHost();
     void connectCharacters();
 
@@ -149,6 +152,7 @@ class MainFrm : public ui::Form {
     void showAgain();
     void fillSoundSchemes();
     void stopReading();
+    void showWhetherReading();
     void hideToTray();
     void unloadSecondaryWindows();
     template <class Window>

@@ -1,5 +1,8 @@
 #include "app/notices.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "app/pages.h"
 #include "app/settings.h"
 #include "app/shell_state.h"
@@ -34,23 +37,32 @@ void NoticeFrm::OkButt_Click() {
     Unload();
 }
 
-void NoticeFrm::layOut(ui::Control& first, int first_height, ui::Control& second, int second_height,
-                       ui::Control* link) {
-    constexpr int left = 945, width = 4500, gap = 120;
-    int y = 210;
-    NoticeIcon.Move({210, y, 495, 495});
-    first.Move({left, y, width, first_height});
-    y += first_height + gap;
-    second.Move({left, y, width, second_height});
-    y += second_height + gap;
-    if (link) {
-        link->Move({left, y, 2700, 240});
-        y += 240 + gap;
+void NoticeFrm::setTexts(std::vector<ui::Control*> texts) {
+    texts_ = std::move(texts);
+    layOut();
+}
+
+void NoticeFrm::layOut() {
+    constexpr int margin = 210, gap = 150, picture = 480, left = margin + picture + 210;
+    const ui::Size box = NeverShowMessAgainCheck.neededSize(), ok = OkButt.neededSize();
+    const int button = std::max(ok.width, 1200), button_height = std::max(ok.height, 375);
+    const int width = std::max(4650, box.width + gap + button - left + margin);
+
+    int y = margin;
+    NoticeIcon.Move({margin, y, picture, picture});
+    for (ui::Control* text : texts_) {
+        const bool link = dynamic_cast<ui::LinkLabel*>(text) != nullptr;
+        const ui::Size size = text->sizeFor(text->Caption(), link ? 0 : width);
+        text->Move({left, y, link ? size.width : width, size.height});
+        y += size.height + gap;
     }
+    y = std::max(y, margin + picture + gap) + 30;
+    parting_.Move({margin, y, left + width - margin, 30});
     y += gap;
-    NeverShowMessAgainCheck.Move({left, y + 60, 3150, 270});
-    OkButt.Move({left + width - 1200, y, 1200, 375});
-    setScale(left + width + 210, y + 375 + 180);
+    const int box_height = std::max(box.height, 255);
+    NeverShowMessAgainCheck.Move({margin, y + (button_height - box_height) / 2, box.width, box_height});
+    OkButt.Move({left + width - button, y, button, button_height});
+    setScale(left + width + margin, y + button_height + gap);
 }
 
 MinimizeFrm::MinimizeFrm(ui::Form* owner)
@@ -59,7 +71,7 @@ MinimizeFrm::MinimizeFrm(ui::Form* owner)
       Label1(*this, u"Murmelix will be minimized to your system tray and will still read your conversations."),
       Label2(*this,
              u"To restore Murmelix, simply double click it's icon in your system tray (beside your system clock).") {
-    layOut(Label1, 450, Label2, 450, nullptr);
+    setTexts({&Label1, &Label2});
 }
 
 TipFrm::TipFrm(ui::Form* owner)
@@ -70,7 +82,7 @@ TipFrm::TipFrm(ui::Form* owner)
       LiveDemoLbl(*this, u"Click here to see a live demo") {
     WelcomeLbl.setHeading();
     LiveDemoLbl.Click = [this] { LiveDemoLbl_Click(); };
-    layOut(WelcomeLbl, 300, TipInfoLbl, 660, &LiveDemoLbl);
+    setTexts({&WelcomeLbl, &TipInfoLbl, &LiveDemoLbl});
 }
 
 void TipFrm::LiveDemoLbl_Click() {
@@ -86,7 +98,7 @@ TipEmotFrm::TipEmotFrm(ui::Form* owner)
       LiveDemoLbl(*this, u"Click here to hear fun sounds") {
     WelcomeLbl.setHeading();
     LiveDemoLbl.Click = [this] { LiveDemoLbl_Click(); };
-    layOut(WelcomeLbl, 300, TipInfoLbl, 660, &LiveDemoLbl);
+    setTexts({&WelcomeLbl, &TipInfoLbl, &LiveDemoLbl});
 }
 
 void TipEmotFrm::LiveDemoLbl_Click() {

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "platform/ui/form.h"
 
@@ -22,9 +23,13 @@ class NoticeFrm : public ui::Form {
   protected:
     NoticeFrm(ui::Form* owner, const std::u16string& caption, const std::u16string& setting, std::int16_t& flag,
               const std::u16string& never, const std::u16string& never_tip);
-    void layOut(ui::Control& first, int first_height, ui::Control& second, int second_height, ui::Control* link);
+    // From the top; a link is the last of them.
+    void setTexts(std::vector<ui::Control*> texts);
+    void layOut() override;
 
   private:
+    ui::Line parting_{*this};
+    std::vector<ui::Control*> texts_;
     std::u16string setting_;
     std::int16_t& flag_;
 };

@@ -298,6 +298,8 @@ void MSNControl::MSNAPI_OnSignin(std::int32_t result) {
 void MSNControl::MSNAPI_OnSignout() {
     host_.unloadSecondaryWindows();
     host_.showSignOut(true);
+    if (IsReadingConversation) // nothing is read while nobody is signed in
+        host_.startConvButtClick();
 }
 
 void MSNControl::MSNAPI_OnMyStatusChange(std::int32_t, std::int32_t mMyStatus) {

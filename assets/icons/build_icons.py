@@ -2,8 +2,8 @@
 """Builds icons and pictures: build_icons.py DIRECTORY RSVG-CONVERT writes DIRECTORY/*.ico and *.bmp.
 
 NAME.svg becomes NAME.ico; NAME_small.svg, where there is one, gives its sizes up to 24 pixels. conversation.svg becomes
-a picture, too, on white. menu/NAME.svg becomes menu_NAME.bmp, black on white with one bit a pixel: as the picture of a
-menu item it takes the menu's own colours."""
+a picture, too, on white. menu/NAME.svg becomes menu_NAME.ico, of one bit a pixel and for every size that the checks of
+menus have: as the picture of a menu item it takes the menu's own colours."""
 
 import concurrent.futures
 import pathlib
@@ -12,8 +12,11 @@ import subprocess
 import sys
 import zlib
 
-SIZES = (16, 20, 24, 32, 48, 64, 256)
-ICONS = ("murmelix", "messenger", "agent", "setup", "updater", "conversation")
+SIZES = (16, 20, 24, 32, 40, 48, 64, 80, 96, 128, 256)
+# What is no icon of a program needs only the sizes that it is shown in: at 96, 120, 144 and 192 dots an inch.
+ICONS = {"murmelix": SIZES, "messenger": SIZES, "agent": SIZES, "setup": SIZES, "updater": SIZES,
+         "conversation": (16, 20, 24, 32, 40, 48, 64), "about": (96, 120, 144, 192)}
+MENU_SIZES = range(12, 33)
 HERE = pathlib.Path(__file__).resolve().parent
 
 
@@ -59,8 +62,8 @@ def rows(png):
 
 
 def iconImage(png, size):
-    """One image of an icon: the PNG itself at 256 pixels, else a bitmap with alpha and a mask of one bit a pixel."""
-    if size >= 256:
+    """One image of an icon: the PNG itself where it is large, else a bitmap with alpha and a mask of one bit a pixel."""
+    if size >= 64:
         return png
     colours, mask = b"", b""
     for row in reversed(rows(png)):
@@ -72,10 +75,22 @@ def iconImage(png, size):
                        0) + colours + mask
 
 
-def icon(images):
+def dottedImage(png, size):
+    """One image of an icon of black dots: wherever the picture covers enough of one."""
+    mask = b""
+    for row in reversed(rows(png)):
+        bits = "".join("0" if row[i + 3] >= 97 else "1" for i in range(0, len(row),
+                                                                       4)).ljust((size + 31) // 32 * 32, "0")
+        mask += int(bits, 2).to_bytes(len(bits) // 8, "big")
+    return struct.pack("<IiiHHIIiiII", 40, size, size * 2, 1, 1, 0, 2 * len(mask), 0, 0, 2, 0) + bytes(
+        (0, 0, 0, 0, 255, 255, 255, 0)) + bytes(len(mask)) + mask
+
+
+def icon(images, bits=32):
     directory, offset = b"", 6 + 16 * len(images)
     for size, image in images:
-        directory += struct.pack("<BBBBHHII", size % 256, size % 256, 0, 0, 1, 32, len(image), offset)
+        colours = 2 if bits == 1 else 0
+        directory += struct.pack("<BBBBHHII", size % 256, size % 256, colours, 0, 1, bits, len(image), offset)
         offset += len(image)
     return struct.pack("<HHH", 0, 1, len(images)) + directory + b"".join(image for _, image in images)
 
@@ -85,23 +100,16 @@ def onWhite(row, i):
     return tuple((row[i + k] * alpha + 255 * (255 - alpha) + 127) // 255 for k in (2, 1, 0))
 
 
-def bitmap(png, bits):
-    """A bitmap file of 24 bits a pixel, or of one: black where the picture is dark."""
+def bitmap(png):
+    """A bitmap file of 24 bits a pixel."""
     lines = rows(png)
     width, body = len(lines[0]) // 4, b""
     for row in reversed(lines):
-        pixels = [onWhite(row, i) for i in range(0, len(row), 4)]
-        if bits == 24:
-            line = b"".join(bytes(pixel) for pixel in pixels)
-            body += line + bytes(-len(line) % 4)
-        else:
-            line = "".join("0" if sum(pixel) < 384 else "1" for pixel in pixels).ljust((width + 31) // 32 * 32, "0")
-            body += int(line, 2).to_bytes(len(line) // 8, "big")
-    palette = b"" if bits == 24 else bytes((0, 0, 0, 0, 255, 255, 255, 0))
-    start = 14 + 40 + len(palette)
+        line = b"".join(bytes(onWhite(row, i)) for i in range(0, len(row), 4))
+        body += line + bytes(-len(line) % 4)
+    start = 14 + 40
     return (struct.pack("<2sIHHI", b"BM", start + len(body), 0, 0, start) +
-            struct.pack("<IiiHHIIiiII", 40, width, len(lines), 1, bits, 0, len(body), 0, 0, len(palette) // 4, 0) +
-            palette + body)
+            struct.pack("<IiiHHIIiiII", 40, width, len(lines), 1, 24, 0, len(body), 0, 0, 0, 0) + body)
 
 
 def main(arguments):
@@ -113,18 +121,19 @@ def main(arguments):
     def buildIcon(name):
         small = HERE / f"{name}_small.svg"
         images = []
-        for size in SIZES:
+        for size in ICONS[name]:
             svg = small if size <= 24 and small.exists() else HERE / f"{name}.svg"
             images.append((size, iconImage(render(converter, svg, size), size)))
         (directory / f"{name}.ico").write_bytes(icon(images))
 
     def buildMenuPicture(svg):
-        (directory / f"menu_{svg.stem}.bmp").write_bytes(bitmap(render(converter, svg, 16), 1))
+        images = [(size, dottedImage(render(converter, svg, size), size)) for size in MENU_SIZES]
+        (directory / f"menu_{svg.stem}.ico").write_bytes(icon(images, bits=1))
 
     with concurrent.futures.ThreadPoolExecutor() as pool:
         list(pool.map(buildIcon, ICONS))
         list(pool.map(buildMenuPicture, sorted((HERE / "menu").glob("*.svg"))))
-    (directory / "conversation.bmp").write_bytes(bitmap(render(converter, HERE / "conversation.svg", 32), 24))
+    (directory / "conversation.bmp").write_bytes(bitmap(render(converter, HERE / "conversation.svg", 32)))
 
 
 if __name__ == "__main__":

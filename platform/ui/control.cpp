@@ -10,12 +10,6 @@ namespace murmelix::ui {
 
 namespace {
 
-// Both edges are rounded, so that neighbours in twips stay neighbours in pixels.
-Rect toPixels(const Rect& twips) {
-    const int left = ui::toPixels(twips.left), top = ui::toPixels(twips.top);
-    return {left, top, ui::toPixels(twips.left + twips.width) - left, ui::toPixels(twips.top + twips.height) - top};
-}
-
 bool covers(const Rect& front, const Rect& back) {
     return front.left <= back.left && front.top <= back.top && front.left + front.width >= back.left + back.width &&
            front.top + front.height >= back.top + back.height;
@@ -53,6 +47,8 @@ Control::~Control() {
         Form& top = form();
         if (top.focused_ == this)
             top.focused_ = nullptr;
+        if (top.marked_ == this)
+            top.marked_ = nullptr;
     }
     native::destroy(handle_);
 }
@@ -72,6 +68,8 @@ void Control::setCaption(const std::u16string& caption) {
 void Control::setVisible(bool visible) {
     visible_ = visible;
     native::setVisible(handle_, visible);
+    if (parent_)
+        form().keepFocus();
 }
 
 void Control::setEnabled(bool enabled) {
@@ -79,6 +77,8 @@ void Control::setEnabled(bool enabled) {
         return;
     enabled_ = enabled;
     native::setEnabled(handle_, enabled);
+    if (parent_)
+        form().keepFocus();
 }
 
 void Control::setToolTipText(const std::u16string& tip) {
@@ -86,10 +86,49 @@ void Control::setToolTipText(const std::u16string& tip) {
     native::setToolTip(handle_, tip);
 }
 
+void Control::setUseMnemonic(bool use) {
+    use_mnemonic_ = use;
+    native::setUseMnemonic(handle_, use);
+}
+
+Size Control::sizeFor(const std::u16string& caption, int width) const {
+    const Size pixels = native::captionSize(handle_, caption, ui::toPixels(width));
+    return {toTwips(pixels.width), toTwips(pixels.height)};
+}
+
 void Control::Move(const Rect& twips) {
     bounds_ = twips;
-    native::setBounds(handle_, toPixels(twips));
-    resized();
+    place(true);
+}
+
+void Control::replace() {
+    if (parent_)
+        place(true);
+    for (Control* child : children_)
+        child->replace();
+}
+
+// Every edge is rounded where it is in the window, so that edges that meet in twips meet in pixels, in whatever they
+// are. What is moved so takes along what is in it.
+void Control::place(bool anew) {
+    int left = 0, top = 0;
+    for (const Control* around = parent_; around && around->parent_; around = around->parent_) {
+        left += around->bounds_.left;
+        top += around->bounds_.top;
+    }
+    const int zero_x = ui::toPixels(left), zero_y = ui::toPixels(top);
+    left += bounds_.left;
+    top += bounds_.top;
+    const int x = ui::toPixels(left), y = ui::toPixels(top);
+    const Rect pixels{x - zero_x, y - zero_y, ui::toPixels(left + bounds_.width) - x,
+                      ui::toPixels(top + bounds_.height) - y};
+    if (pixels != pixels_ || anew) {
+        pixels_ = pixels;
+        native::setBounds(handle_, pixels);
+        resized();
+    }
+    for (Control* child : children_)
+        child->place(false);
 }
 
 void Control::ZOrder() {
@@ -98,6 +137,8 @@ void Control::ZOrder() {
         parent_->stacking_.push_back(this);
     }
     native::bringToFront(handle_);
+    if (parent_)
+        form().keepFocus();
 }
 
 void Control::SetFocus() {
@@ -139,6 +180,7 @@ void Control::onFocus() {
     if (top.focused_ == this)
         return;
     top.focused_ = this;
+    top.markDefault();
     raise(GotFocus);
 }
 
@@ -188,6 +230,12 @@ void DropDownList::Clear() {
 void DropDownList::AddItem(const std::u16string& text) {
     items_.push_back(text);
     native::addItem(handle_, text);
+}
+
+void DropDownList::setItems(std::vector<std::u16string> items) {
+    items_ = std::move(items);
+    index_ = -1;
+    native::setItems(handle_, items_);
 }
 
 void DropDownList::setListIndex(int index) {

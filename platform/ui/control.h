@@ -20,6 +20,7 @@ enum class Kind {
     frame,
     panel,
     label,
+    line,
     link,
     button,
     check_box,
@@ -43,6 +44,9 @@ class Control {
     void setEnabled(bool enabled);
     const std::u16string& ToolTipText() const { return tip_; }
     void setToolTipText(const std::u16string& tip);
+    // Whether "&" marks an accelerator in the caption, as at first; else it is a letter like others.
+    bool UseMnemonic() const { return use_mnemonic_; }
+    void setUseMnemonic(bool use);
 
     // Twips, within the parent.
     const Rect& Bounds() const { return bounds_; }
@@ -51,6 +55,9 @@ class Control {
     int Width() const { return bounds_.width; }
     int Height() const { return bounds_.height; }
     void Move(const Rect& twips);
+    // Twips that a caption would take in this control, its box or rim included; wrapped where a width is given.
+    Size sizeFor(const std::u16string& caption, int width = 0) const;
+    Size neededSize() const { return sizeFor(caption_); }
     // In front of its siblings.
     void ZOrder();
     void SetFocus();
@@ -70,6 +77,8 @@ class Control {
     virtual void onMnemonic();
     virtual void onClick();
     void onFocus();
+    // The screen's resolution, or the system's font or colours, changed: takes its place anew, with all that is in it.
+    void replace();
 
   protected:
     Control(Control* parent, Kind kind, const std::u16string& caption, std::uintptr_t owner = 0);
@@ -79,14 +88,17 @@ class Control {
   private:
     friend class Form;
     bool covered() const;
+    void place(bool anew);
 
     Control* parent_;
     std::vector<Control*> children_; // in the order of the Tab key
     std::vector<Control*> stacking_; // the same, the frontmost last
     std::u16string caption_, tip_;
     Rect bounds_;
+    Rect pixels_; // the same on the screen
     bool visible_ = true;
     bool enabled_ = true;
+    bool use_mnemonic_ = true;
 };
 
 // Holds other controls; with a border and a caption, or without (a panel).
@@ -101,6 +113,12 @@ class Label : public Control {
     Label(Control& parent, const std::u16string& caption) : Control(&parent, Kind::label, caption) {}
     void setHeading(); // in bold
     void setCentered();
+};
+
+// Horizontal, to part what is above from what is below.
+class Line : public Control {
+  public:
+    explicit Line(Control& parent) : Control(&parent, Kind::line, u"") {}
 };
 
 // A label that is clicked to go somewhere.
@@ -150,6 +168,8 @@ class DropDownList : public Control {
     bool takesFocus() const override { return true; }
     void Clear();
     void AddItem(const std::u16string& text);
+    // As many in one go, instead of what is there.
+    void setItems(std::vector<std::u16string> items);
     int ListCount() const { return static_cast<int>(items_.size()); }
     const std::u16string& List(int index) const { return items_.at(static_cast<std::size_t>(index)); }
     int ListIndex() const { return index_; } // from 0; -1 when nothing is selected

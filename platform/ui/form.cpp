@@ -84,11 +84,13 @@ void Form::Show() {
     if (!loaded_) {
         loaded_ = true;
         Form_Load();
+        Center();
     }
     visible_ = true;
     native::show(handle_);
     if (!focused_)
         focusFirst();
+    markDefault();
 }
 
 void Form::Hide() {
@@ -126,6 +128,15 @@ void Form::setScale(int width, int height) {
     bounds_.height = height;
 }
 
+void Form::Center() {
+    native::center(handle_);
+}
+
+void Form::onSettingsChange() {
+    replace();
+    layOut();
+}
+
 void Form::setIcon(const Picture& picture) {
     native::setIcon(handle_, picture);
 }
@@ -140,19 +151,77 @@ std::vector<Control*> Form::tabOrder() const {
     return all;
 }
 
+std::vector<Control*> Form::reachableOrder() const {
+    auto order = tabOrder();
+    std::erase_if(order, [](const Control* control) { return !control->takesFocus() || !control->reachable(); });
+    return order;
+}
+
 void Form::focusFirst() {
     if (DefaultButton && DefaultButton->reachable())
         return DefaultButton->SetFocus();
-    for (Control* control : tabOrder()) {
-        if (control->takesFocus() && control->reachable())
-            return control->SetFocus();
+    const auto order = reachableOrder();
+    if (!order.empty())
+        order.front()->SetFocus();
+}
+
+void Form::keepFocus() {
+    if (focused_ && !focused_->reachable()) {
+        const auto all = tabOrder();
+        const auto lost = std::find(all.begin(), all.end(), focused_);
+        const auto can = [](const Control* control) { return control->takesFocus() && control->reachable(); };
+        auto next = std::find_if(lost, all.end(), can);
+        if (next == all.end())
+            next = std::find_if(all.begin(), lost, can);
+        if (next != all.end() && can(*next)) {
+            (*next)->SetFocus();
+        } else {
+            focused_ = nullptr;
+            native::setFocus(handle_);
+        }
+    } else if (!focused_ && visible_) {
+        focusFirst();
     }
+    markDefault();
+}
+
+void Form::markDefault() {
+    Control* button = dynamic_cast<Button*>(focused_) ? focused_ : DefaultButton;
+    if (button && !button->reachable())
+        button = nullptr;
+    if (button == marked_)
+        return;
+    if (marked_)
+        native::setDefault(marked_->handle(), false);
+    marked_ = button;
+    if (marked_)
+        native::setDefault(marked_->handle(), true);
+}
+
+// Among the buttons, check boxes and links of one frame.
+bool Form::moveInGroup(bool back) {
+    const auto belongs = [](const Control* control) {
+        return dynamic_cast<const Button*>(control) || dynamic_cast<const CheckBox*>(control) ||
+               dynamic_cast<const LinkLabel*>(control);
+    };
+    if (!focused_ || !belongs(focused_))
+        return false;
+    auto group = reachableOrder();
+    std::erase_if(group,
+                  [&](const Control* control) { return control->Parent() != focused_->Parent() || !belongs(control); });
+    if (back)
+        std::reverse(group.begin(), group.end());
+    auto next = std::find(group.begin(), group.end(), focused_);
+    if (next == group.end() || ++next == group.end())
+        next = group.begin();
+    if (next != group.end())
+        (*next)->SetFocus();
+    return true;
 }
 
 bool Form::onKey(Key key, bool shift) {
     if (key == Key::tab) {
-        auto order = tabOrder();
-        std::erase_if(order, [](const Control* control) { return !control->takesFocus() || !control->reachable(); });
+        auto order = reachableOrder();
         if (order.empty())
             return true;
         if (shift)
@@ -171,10 +240,16 @@ bool Form::onKey(Key key, bool shift) {
         pressed->onClick();
         return true;
     }
-    if (key == Key::escape && CancelButton && CancelButton->reachable()) {
+    if (key == Key::escape) {
+        if (!CancelButton)
+            return onEscape();
+        if (!CancelButton->reachable())
+            return false;
         CancelButton->onClick();
         return true;
     }
+    if (key == Key::up || key == Key::left || key == Key::down || key == Key::right)
+        return moveInGroup(key == Key::up || key == Key::left);
     return false;
 }
 
@@ -184,8 +259,8 @@ bool Form::onMnemonicKey(char16_t letter) {
     const std::size_t first = start == order.end() ? 0 : static_cast<std::size_t>(start - order.begin()) + 1;
     for (std::size_t i = 0; i < order.size(); ++i) {
         const std::size_t at = (first + i) % order.size();
-        if (mnemonicOf(order[at]->Caption()) != toUpper(letter) || !order[at]->reachable() ||
-            dynamic_cast<TextBox*>(order[at]))
+        if (!order[at]->UseMnemonic() || mnemonicOf(order[at]->Caption()) != toUpper(letter) ||
+            !order[at]->reachable() || dynamic_cast<TextBox*>(order[at]))
             continue;
         if (order[at]->takesFocus()) {
             order[at]->onMnemonic();

@@ -86,12 +86,20 @@ class Form : public Control {
     virtual void Form_Unload() {}
     // The close box (or its key) was used.
     virtual void onClose() { Unload(); }
+    // Escape, without a cancel button; tells whether the key was of use.
+    virtual bool onEscape() { return false; }
+    // Gives the controls their places: at first by the form itself, then again whenever what they were measured with
+    // has changed.
+    virtual void layOut() {}
+    void onSettingsChange();
 
     // Width of the whole window, with its border; twips.
     void setWidth(int twips);
     int ScaleWidth() const; // of the inside
     int ScaleHeight() const;
     void setScale(int width, int height);
+    // In the middle of its owner where that is shown, else of the screen.
+    void Center();
     void setIcon(const Picture& picture);
 
     // At the mouse.
@@ -113,9 +121,16 @@ class Form : public Control {
     friend class Control;
     friend class Menu;
     std::vector<Control*> tabOrder() const;
+    std::vector<Control*> reachableOrder() const;
     void focusFirst();
+    // What cannot be reached any more loses the focus to what comes after it.
+    void keepFocus();
+    // The button that Enter presses is drawn so.
+    void markDefault();
+    bool moveInGroup(bool back);
 
     Control* focused_ = nullptr;
+    Control* marked_ = nullptr; // the button that is drawn as the default one
     std::vector<Menu*> menus_;
 };
 

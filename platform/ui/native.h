@@ -23,16 +23,21 @@ void destroy(Handle control);
 void setCaption(Handle control, const std::u16string& caption);
 void setVisible(Handle control, bool visible);
 void setEnabled(Handle control, bool enabled);
+void setUseMnemonic(Handle control, bool use);
 void setToolTip(Handle control, const std::u16string& tip);
 void setBounds(Handle control, const Rect& pixels);
 void bringToFront(Handle control);
-void setFocus(Handle control);
+void setFocus(Handle control); // waits until its window is the active one
+void setDefault(Handle button, bool is_default);
+// Pixels; see Control::sizeFor. No width, or none above 0, is a single line.
+Size captionSize(Handle control, const std::u16string& caption, int width);
 
 void setHeading(Handle label);
 void setCentered(Handle label);
 void setChecked(Handle check_box, bool checked);
 void clearItems(Handle list);
 void addItem(Handle list, const std::u16string& text);
+void setItems(Handle list, const std::vector<std::u16string>& items);
 void selectItem(Handle list, int index);
 bool droppedDown(Handle list);
 void setScroll(Handle scroll_bar, int value, int max, int page);
@@ -45,8 +50,9 @@ void attach(Surface& surface, Handle picture_box);
 DropEffect drag(const DataObject& data, DropEffect allowed);
 void acceptDrops(PictureBox& box, bool accepts);
 
-void setOuterWidth(Handle form, int pixels);           // stays on the screen where it can
-void setInnerSize(Handle form, int width, int height); // centred on its owner, else on the screen
+void setOuterWidth(Handle form, int pixels); // stays on the screen where it can
+void setInnerSize(Handle form, int width, int height);
+void center(Handle form); // on its owner, else on the screen
 Rect innerBounds(Handle form);
 void setIcon(Handle form, const Picture& picture);
 void show(Handle form);

@@ -12,6 +12,11 @@ struct Rect {
     bool operator==(const Rect&) const = default;
 };
 
+struct Size {
+    int width = 0, height = 0;
+    bool operator==(const Size&) const = default;
+};
+
 // 0x00BBGGRR, or 0x80000000 + the number of a system colour.
 using Colour = std::uint32_t;
 inline constexpr Colour window_background = 0x80000005;
@@ -30,7 +35,7 @@ struct Picture {
     bool operator==(const Picture&) const = default;
 };
 
-enum class Key { tab, enter, escape, up, down, other };
+enum class Key { tab, enter, escape, up, down, left, right, other };
 
 // Those held are added up.
 enum MouseButton : int { left_button = 1, right_button = 2, middle_button = 4 };

@@ -7,6 +7,7 @@
 #include <ole2.h>
 #include <shellapi.h>
 
+#include "common/address.h"
 #include "common/com/handles.h"
 #include "common/text.h"
 #include "platform/ansi.h"
@@ -21,15 +22,16 @@ namespace {
 // One for every session: two users of a machine do not meet.
 constexpr wchar_t instance_mutex[] = L"Local\\Murmelix.Instance";
 
-// A text value below HKEY_LOCAL_MACHINE\Software\Murmelix that stands for a constant of the build.
-std::u16string machineSetting(const wchar_t* name, const char16_t* otherwise) {
-    std::array<wchar_t, 256> text{};
+// A text value below HKEY_LOCAL_MACHINE\Software\Murmelix that stands for a constant of the build. One that is not of
+// its kind, or does not fit, is no value.
+std::u16string machineSetting(const wchar_t* name, bool (*is_kind)(std::u16string_view), const char16_t* otherwise) {
+    std::array<wchar_t, 512> text{};
     DWORD bytes = sizeof text;
     if (RegGetValueW(HKEY_LOCAL_MACHINE, L"Software\\Murmelix", name, RRF_RT_REG_SZ, nullptr, text.data(), &bytes) !=
-            ERROR_SUCCESS ||
-        text[0] == L'\0')
+        ERROR_SUCCESS)
         return otherwise;
-    return std::u16string(com::narrow(text.data(), wcslen(text.data())));
+    const std::u16string value(com::narrow(text.data(), wcslen(text.data())));
+    return is_kind(value) ? value : otherwise;
 }
 
 DWORD WINAPI endAnyway(void*) {
@@ -120,11 +122,11 @@ void endProcess() {
 }
 
 std::u16string siteHost() {
-    return machineSetting(L"SiteHost", MURMELIX_SITE_HOST);
+    return machineSetting(L"SiteHost", isHost, MURMELIX_SITE_HOST);
 }
 
 std::u16string supportAddress() {
-    return machineSetting(L"SupportAddress", MURMELIX_SUPPORT_ADDRESS);
+    return machineSetting(L"SupportAddress", isMailAddress, MURMELIX_SUPPORT_ADDRESS);
 }
 
 } // namespace murmelix::platform

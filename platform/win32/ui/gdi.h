@@ -63,17 +63,33 @@ class ScreenDc {
     HDC dc_;
 };
 
+// Dots an inch that all windows are drawn for: at first the system's, then those of the screen the main window is on.
 int screenDpi();
+void setScreenDpi(int dpi);
 int scaled(int pixels_at_96);
+// A measure of the system (SM_…) at this resolution.
+int systemMetric(int index);
+// Of the screen a window is on; 0 where the system does not tell.
+int dpiOf(HWND window);
 COLORREF toColorRef(Colour colour);
 
-// The system's message font; `points` 0 keeps its size.
+// The system's message font at this resolution; `points` 0 keeps its size.
 LOGFONTW messageFont(double points = 0);
-HFONT defaultFont();
+
+struct Fonts {
+    Font standard, heading, link;
+};
+const Fonts& fonts();
+// Makes them anew and returns those before, which controls may still use.
+Fonts renewFonts();
+// Whether the system has another one than they were made from.
+bool systemFontChanged();
+// Counts how often that was done: a font made for another number is out of date.
+unsigned fontsNumber();
 
 // A picture of the resources at its size for this screen; null where there is none of that name.
 Icon loadPicture(const Picture& picture, int pixels = 0);
-// Of one bit a pixel: the menu draws it in its own colours.
+// Of the size and the one bit a pixel that the checks of menus have: the menu draws it in its own colours.
 Bitmap menuPicture(const Picture& picture);
 
 } // namespace murmelix::ui::win32

@@ -23,12 +23,12 @@ namespace {
 
 constexpr wchar_t form_class[] = L"MurmelixForm", child_class[] = L"MurmelixControl";
 constexpr UINT first_command = 1000;
-constexpr COLORREF link_colour = RGB(0, 92, 184); // the system's own is pale in some themes
 
 struct FormData {
     HMENU bar = nullptr; // the window destroys it
     std::vector<MenuItem*> commands;
-    std::vector<win32::Bitmap> bitmaps;
+    std::map<UINT, win32::Bitmap> bitmaps; // by the item's command
+    Picture icon;
     win32::Icon small_icon, large_icon;
     HWND tips = nullptr;
     HWND disabled_owner = nullptr; // while it is modal
@@ -39,7 +39,8 @@ struct ControlData {
     Control* control;
     Kind kind;
     std::unique_ptr<FormData> form;
-    bool sunken = false;
+    bool heading = false;
+    bool pressed = false; // a mouse button went down here
 };
 
 HWND window(native::Handle handle) {
@@ -96,6 +97,10 @@ Key keyOf(WPARAM code) {
         return Key::up;
     case VK_DOWN:
         return Key::down;
+    case VK_LEFT:
+        return Key::left;
+    case VK_RIGHT:
+        return Key::right;
     default:
         return Key::other;
     }
@@ -110,6 +115,8 @@ std::u16string textOf(HWND hwnd) {
 }
 
 void onCommand(HWND control, UINT code) {
+    if (code == BN_DOUBLECLICKED && (controlAs<Button>(control) || controlAs<CheckBox>(control)))
+        code = BN_CLICKED; // the second click of two quick ones counts as well
     if (auto* button = controlAs<Button>(control)) {
         if (code == BN_CLICKED)
             button->onClick();
@@ -162,15 +169,19 @@ void onScroll(HWND bar, UINT code) {
     }
 }
 
+UINT prefixes(const Control& control) {
+    return control.UseMnemonic() ? 0 : DT_NOPREFIX;
+}
+
 // A line around, broken by the caption.
 void paintFrame(HDC dc, const RECT& area, const Control& frame) {
-    const win32::Selected font(dc, win32::defaultFont());
+    const win32::Selected font(dc, win32::fonts().standard.get());
     SetBkMode(dc, TRANSPARENT);
     const auto& caption = frame.Caption();
     const auto length = static_cast<int>(std::min<std::size_t>(caption.size(), 1024));
     RECT text{};
     DrawTextW(dc, caption.empty() ? L"X" : wide(caption), caption.empty() ? 1 : length, &text,
-              DT_CALCRECT | DT_SINGLELINE);
+              DT_CALCRECT | DT_SINGLELINE | prefixes(frame));
     const int indent = win32::scaled(9), gap = win32::scaled(3);
     OffsetRect(&text, indent, 0);
     text.right = std::min(text.right, area.right - indent);
@@ -184,18 +195,26 @@ void paintFrame(HDC dc, const RECT& area, const Control& frame) {
         SelectClipRgn(dc, nullptr);
     }
     SetTextColor(dc, GetSysColor(frame.Enabled() ? COLOR_BTNTEXT : COLOR_GRAYTEXT));
-    DrawTextW(dc, wide(caption), length, &text, DT_SINGLELINE | DT_END_ELLIPSIS);
+    DrawTextW(dc, wide(caption), length, &text, DT_SINGLELINE | DT_END_ELLIPSIS | prefixes(frame));
+}
+
+COLORREF linkColour(bool enabled) {
+    if (!enabled)
+        return GetSysColor(COLOR_GRAYTEXT);
+    HIGHCONTRASTW contrast{};
+    contrast.cbSize = sizeof contrast;
+    if (SystemParametersInfoW(SPI_GETHIGHCONTRAST, sizeof contrast, &contrast, 0) &&
+        (contrast.dwFlags & HCF_HIGHCONTRASTON))
+        return GetSysColor(COLOR_HOTLIGHT);
+    return RGB(0, 92, 184); // the system's own is pale in some themes
 }
 
 void paintLink(HWND hwnd, HDC dc, const RECT& area, const Control& link) {
-    LOGFONTW description = win32::messageFont();
-    description.lfUnderline = TRUE;
-    const win32::Font underlined(CreateFontIndirectW(&description));
-    const win32::Selected font(dc, underlined.get());
+    const win32::Selected font(dc, win32::fonts().link.get());
     SetBkMode(dc, TRANSPARENT);
-    SetTextColor(dc, link.Enabled() ? link_colour : GetSysColor(COLOR_GRAYTEXT));
+    SetTextColor(dc, linkColour(link.Enabled()));
     RECT text = area;
-    DrawTextW(dc, wide(link.Caption()), -1, &text, DT_LEFT | DT_TOP | DT_WORDBREAK);
+    DrawTextW(dc, wide(link.Caption()), -1, &text, DT_SINGLELINE | DT_END_ELLIPSIS | prefixes(link));
     if (GetFocus() == hwnd) {
         SetTextColor(dc, GetSysColor(COLOR_BTNTEXT));
         DrawFocusRect(dc, &area);
@@ -212,18 +231,58 @@ void paintPictureBox(HDC dc, const RECT& area, const RECT& part, PictureBox& box
                    DI_NORMAL);
 }
 
+class Painting {
+  public:
+    explicit Painting(HWND hwnd) : hwnd_(hwnd), dc_(BeginPaint(hwnd, &what_)) {}
+    Painting(const Painting&) = delete;
+    Painting& operator=(const Painting&) = delete;
+    ~Painting() { EndPaint(hwnd_, &what_); }
+    HDC dc() const { return dc_; }
+    const RECT& part() const { return what_.rcPaint; }
+
+  private:
+    HWND hwnd_;
+    PAINTSTRUCT what_{};
+    HDC dc_;
+};
+
 void paint(HWND hwnd, const ControlData& data) {
-    PAINTSTRUCT painting{};
-    HDC dc = BeginPaint(hwnd, &painting);
+    const Painting painting(hwnd);
     RECT area{};
     GetClientRect(hwnd, &area);
     if (data.kind == Kind::frame)
-        paintFrame(dc, area, *data.control);
+        paintFrame(painting.dc(), area, *data.control);
     else if (data.kind == Kind::link)
-        paintLink(hwnd, dc, area, *data.control);
+        paintLink(hwnd, painting.dc(), area, *data.control);
     else if (auto* box = dynamic_cast<PictureBox*>(data.control))
-        paintPictureBox(dc, area, painting.rcPaint, *box);
-    EndPaint(hwnd, &painting);
+        paintPictureBox(painting.dc(), area, painting.part(), *box);
+}
+
+// A click is a button that goes down and up again in one place; tells whether the message was part of one.
+bool onClickOf(HWND hwnd, ControlData& data, UINT message, LPARAM lparam) {
+    switch (message) {
+    case WM_LBUTTONDOWN:
+    case WM_LBUTTONDBLCLK:
+    case WM_RBUTTONDOWN:
+    case WM_MBUTTONDOWN:
+        data.pressed = true;
+        SetCapture(hwnd);
+        return true;
+    case WM_LBUTTONUP:
+    case WM_RBUTTONUP:
+    case WM_MBUTTONUP: {
+        const bool pressed = std::exchange(data.pressed, false);
+        if (GetCapture() == hwnd)
+            ReleaseCapture();
+        RECT area{};
+        GetClientRect(hwnd, &area);
+        if (pressed && PtInRect(&area, {GET_X_LPARAM(lparam), GET_Y_LPARAM(lparam)}))
+            data.control->onClick();
+        return true;
+    }
+    default:
+        return false;
+    }
 }
 
 int buttonOf(UINT message) {
@@ -346,9 +405,16 @@ LRESULT CALLBACK childProcedure(HWND hwnd, UINT message, WPARAM wparam, LPARAM l
     default:
         break;
     }
-    if (data->kind == Kind::link && (message == WM_LBUTTONUP || (message == WM_KEYDOWN && wparam == VK_SPACE))) {
-        guarded([&] { data->control->onClick(); });
-        return 0;
+    if (data->kind == Kind::link) {
+        bool used = message == WM_KEYDOWN && wparam == VK_SPACE;
+        guarded([&] {
+            if (used)
+                data->control->onClick();
+            else if (message != WM_RBUTTONDOWN && message != WM_MBUTTONDOWN)
+                used = onClickOf(hwnd, *data, message, lparam);
+        });
+        if (used)
+            return 0;
     }
     if (auto* box = dynamic_cast<PictureBox*>(data->control)) {
         bool used = false;
@@ -359,12 +425,80 @@ LRESULT CALLBACK childProcedure(HWND hwnd, UINT message, WPARAM wparam, LPARAM l
     return onShared(hwnd, message, wparam, lparam);
 }
 
+void styleTips(HWND tips) {
+    SendMessageW(tips, WM_SETFONT, reinterpret_cast<WPARAM>(win32::fonts().standard.get()), TRUE);
+    SendMessageW(tips, TTM_SETMAXTIPWIDTH, 0, win32::scaled(360));
+}
+
+// Of the screen that most of a window is on.
+RECT workArea(HWND hwnd) {
+    MONITORINFO screen{};
+    screen.cbSize = sizeof screen;
+    GetMonitorInfoW(MonitorFromWindow(hwnd, MONITOR_DEFAULTTONEAREST), &screen);
+    return screen.rcWork;
+}
+
+// Every window in the system's present fonts and colours, at the screen's present resolution.
+void restyle() {
+    const win32::Fonts before = win32::renewFonts(); // in use until every control has its new one
+    std::vector<HWND> forms;
+    for (const auto& [hwnd, data] : windows()) {
+        const win32::Font& font = data.heading ? win32::fonts().heading : win32::fonts().standard;
+        SendMessageW(hwnd, WM_SETFONT, reinterpret_cast<WPARAM>(font.get()), FALSE);
+        if (data.form)
+            forms.push_back(hwnd);
+    }
+    for (HWND form : forms) {
+        ControlData* data = dataOf(form);
+        if (!data)
+            continue;
+        if (data->form->tips)
+            styleTips(data->form->tips);
+        native::setIcon(handle(form), Picture(data->form->icon));
+        for (const MenuItem* item : data->form->commands)
+            native::setMenuItemPicture(handle(form), *item, item->picture());
+        guarded([&] { static_cast<Form&>(*data->control).onSettingsChange(); });
+        RedrawWindow(form, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);
+    }
+}
+
+// What the system tells all windows is heard by the one that owns the others; tells whether it was that.
+bool onSystemChange(HWND hwnd, UINT message, WPARAM wparam, LPARAM lparam) {
+    static const UINT taskbar_created = RegisterWindowMessageW(L"TaskbarCreated");
+    if (GetWindow(hwnd, GW_OWNER))
+        return message == WM_DPICHANGED; // all windows have the resolution of the first one's screen
+    if (message == WM_DPICHANGED) {
+        const auto* place = reinterpret_cast<const RECT*>(lparam);
+        win32::setScreenDpi(LOWORD(wparam));
+        if (place)
+            SetWindowPos(hwnd, nullptr, place->left, place->top, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+        restyle();
+        return true;
+    }
+    if (message == WM_SYSCOLORCHANGE || message == WM_THEMECHANGED ||
+        (message == WM_SETTINGCHANGE && win32::systemFontChanged()))
+        restyle();
+    else if (message == taskbar_created)
+        win32::restoreTrayIcon();
+    return false;
+}
+
 LRESULT CALLBACK formProcedure(HWND hwnd, UINT message, WPARAM wparam, LPARAM lparam) {
     ControlData* data = dataOf(hwnd);
     if (!data)
         return DefWindowProcW(hwnd, message, wparam, lparam);
     auto& form = static_cast<Form&>(*data->control);
+    bool done = false;
+    guarded([&] { done = onSystemChange(hwnd, message, wparam, lparam) || onClickOf(hwnd, *data, message, lparam); });
+    if (done)
+        return 0;
     switch (message) {
+    case WM_GETMINMAXINFO: {
+        // The width is given, even where it is more than the screen has.
+        auto& limits = *reinterpret_cast<MINMAXINFO*>(lparam);
+        limits.ptMaxTrackSize = {32767, 32767};
+        return 0;
+    }
     case WM_CLOSE:
         guarded([&] { form.onClose(); });
         return 0;
@@ -379,14 +513,11 @@ LRESULT CALLBACK formProcedure(HWND hwnd, UINT message, WPARAM wparam, LPARAM lp
         break;
     case WM_ACTIVATE:
         // The control that had the focus gets it back.
-        if (LOWORD(wparam) != WA_INACTIVE && form.focused()) {
+        if (LOWORD(wparam) != WA_INACTIVE && HIWORD(wparam) == 0 && form.focused()) {
             ::SetFocus(window(form.focused()->handle()));
             return 0;
         }
         break;
-    case WM_LBUTTONUP:
-        guarded([&] { form.onClick(); });
-        return 0;
     default:
         break;
     }
@@ -424,6 +555,8 @@ SystemControl systemControl(Kind kind) {
     switch (kind) {
     case Kind::label:
         return {L"STATIC", SS_LEFT, 0};
+    case Kind::line:
+        return {L"STATIC", SS_ETCHEDHORZ, 0};
     case Kind::button:
         return {L"BUTTON", BS_PUSHBUTTON | BS_NOTIFY | WS_TABSTOP, 0};
     case Kind::check_box:
@@ -454,7 +587,7 @@ bool translate(const MSG& message) {
     } else if (message.message == WM_KEYDOWN && (shiftState() & 6) == 0) {
         const Key key = keyOf(message.wParam);
         const bool list_open = controlAs<DropDownList>(message.hwnd) && native::droppedDown(handle(message.hwnd));
-        if (key == Key::tab || (!list_open && (key == Key::enter || key == Key::escape)))
+        if (key == Key::tab || (!list_open && key != Key::other))
             guarded([&] { used = form->onKey(key, GetKeyState(VK_SHIFT) < 0); });
     }
     return used;
@@ -524,8 +657,8 @@ Handle createControl(Control& control, Kind kind, Handle parent, const std::u16s
                                 window(parent), nullptr, GetModuleHandleW(nullptr), nullptr);
     if (!hwnd)
         throw com::Error(HRESULT_FROM_WIN32(GetLastError()));
-    windows().emplace(hwnd, ControlData{&control, kind, nullptr});
-    SendMessageW(hwnd, WM_SETFONT, reinterpret_cast<WPARAM>(win32::defaultFont()), FALSE);
+    windows().emplace(hwnd, ControlData{&control, kind, nullptr, false, false});
+    SendMessageW(hwnd, WM_SETFONT, reinterpret_cast<WPARAM>(win32::fonts().standard.get()), FALSE);
     // The first created is the last in the window system's order, as it is in the Tab key's.
     SetWindowPos(hwnd, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     return handle(hwnd);
@@ -539,7 +672,10 @@ Handle createForm(Form& form, Handle owner, const std::u16string& caption, FormS
                                 CW_USEDEFAULT, 0, 0, 0, window(owner), nullptr, GetModuleHandleW(nullptr), nullptr);
     if (!hwnd)
         throw com::Error(HRESULT_FROM_WIN32(GetLastError()));
-    windows().emplace(hwnd, ControlData{&form, Kind::form, std::make_unique<FormData>()});
+    static const int dpi_of_first = win32::dpiOf(hwnd);
+    static const bool told = dpi_of_first > 0 && (win32::setScreenDpi(dpi_of_first), true);
+    static_cast<void>(told);
+    windows().emplace(hwnd, ControlData{&form, Kind::form, std::make_unique<FormData>(), false, false});
     // Accelerators and the focus are always shown.
     SendMessageW(hwnd, WM_CHANGEUISTATE, MAKEWPARAM(UIS_CLEAR, UISF_HIDEACCEL | UISF_HIDEFOCUS), 0);
     return handle(hwnd);
@@ -568,12 +704,22 @@ void setEnabled(Handle control, bool enabled) {
     EnableWindow(window(control), enabled);
 }
 
+void setUseMnemonic(Handle control, bool use) {
+    HWND hwnd = window(control);
+    if (controlAs<Label>(hwnd)) {
+        const LONG_PTR style = GetWindowLongPtrW(hwnd, GWL_STYLE);
+        SetWindowLongPtrW(hwnd, GWL_STYLE, use ? style & ~LONG_PTR{SS_NOPREFIX} : style | SS_NOPREFIX);
+    }
+    InvalidateRect(hwnd, nullptr, TRUE);
+}
+
 void setToolTip(Handle control, const std::u16string& tip) {
     HWND hwnd = window(control), form = rootOf(hwnd);
     HWND& tips = formData(form).tips;
     if (!tips) {
         tips = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, 0, 0,
                                0, 0, form, nullptr, GetModuleHandleW(nullptr), nullptr);
+        styleTips(tips);
     }
     TTTOOLINFOW tool{};
     tool.cbSize = TTTOOLINFOW_V1_SIZE;
@@ -597,18 +743,62 @@ void bringToFront(Handle control) {
 }
 
 void setFocus(Handle control) {
-    if (GetFocus() != window(control))
-        ::SetFocus(window(control));
+    // A window in the background stays there: it gives the focus to its control when it is activated.
+    HWND hwnd = window(control);
+    if (GetFocus() != hwnd && GetActiveWindow() == rootOf(hwnd))
+        ::SetFocus(hwnd);
+}
+
+void setDefault(Handle button, bool is_default) {
+    HWND hwnd = window(button);
+    const LONG_PTR style = GetWindowLongPtrW(hwnd, GWL_STYLE) & 0xFFFF & ~LONG_PTR{BS_TYPEMASK};
+    SendMessageW(hwnd, BM_SETSTYLE, static_cast<WPARAM>(style | (is_default ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON)), TRUE);
+}
+
+Size captionSize(Handle control, const std::u16string& caption, int width) {
+    constexpr std::size_t longest = 4096; // beyond any screen
+    HWND hwnd = window(control);
+    const ControlData& data = windows().at(hwnd);
+    const bool wraps = width > 0;
+    // What the control has beside its caption.
+    Size own;
+    switch (data.kind) {
+    case Kind::check_box:
+        own = {win32::scaled(24), win32::scaled(4)};
+        break;
+    case Kind::button:
+        own = {win32::scaled(24), win32::scaled(12)};
+        break;
+    case Kind::text_box:
+        own = {win32::scaled(12), win32::scaled(7)};
+        break;
+    case Kind::drop_down_list:
+        own = {win32::scaled(28), win32::scaled(9)};
+        break;
+    case Kind::link:
+        own = {win32::scaled(3), 0}; // so that the mark of the focus leaves the last letter free
+        break;
+    case Kind::frame:
+        own = {win32::scaled(24), 0};
+        break;
+    default:
+        break;
+    }
+    const win32::Font& font = data.heading              ? win32::fonts().heading
+                              : data.kind == Kind::link ? win32::fonts().link
+                                                        : win32::fonts().standard;
+    const win32::ScreenDc dc;
+    const win32::Selected selected(dc.get(), font.get());
+    RECT text{0, 0, std::max(width - own.width, 1), 0};
+    const UINT format = DT_CALCRECT | DT_EXPANDTABS | (wraps ? DT_WORDBREAK : DT_SINGLELINE) | prefixes(*data.control);
+    DrawTextW(dc.get(), caption.empty() ? L" " : wide(caption),
+              caption.empty() ? 1 : static_cast<int>(std::min(caption.size(), longest)), &text, format);
+    return {text.right + own.width, text.bottom + own.height};
 }
 
 void setHeading(Handle label) {
-    static const win32::Font font = [] {
-        LOGFONTW description = win32::messageFont();
-        description.lfWeight = FW_BOLD;
-        description.lfHeight = MulDiv(description.lfHeight, 5, 4);
-        return win32::Font(CreateFontIndirectW(&description));
-    }();
-    SendMessageW(window(label), WM_SETFONT, reinterpret_cast<WPARAM>(font.get()), TRUE);
+    windows().at(window(label)).heading = true;
+    SendMessageW(window(label), WM_SETFONT, reinterpret_cast<WPARAM>(win32::fonts().heading.get()), TRUE);
 }
 
 void setCentered(Handle label) {
@@ -626,6 +816,20 @@ void clearItems(Handle list) {
 
 void addItem(Handle list, const std::u16string& text) {
     SendMessageW(window(list), CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(wide(text)));
+}
+
+void setItems(Handle list, const std::vector<std::u16string>& items) {
+    HWND hwnd = window(list);
+    std::size_t characters = 0;
+    for (const std::u16string& item : items)
+        characters += item.size() + 1;
+    SendMessageW(hwnd, WM_SETREDRAW, FALSE, 0);
+    SendMessageW(hwnd, CB_RESETCONTENT, 0, 0);
+    SendMessageW(hwnd, CB_INITSTORAGE, items.size(), static_cast<LPARAM>(characters * sizeof(wchar_t)));
+    for (const std::u16string& item : items)
+        SendMessageW(hwnd, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(wide(item)));
+    SendMessageW(hwnd, WM_SETREDRAW, TRUE, 0);
+    InvalidateRect(hwnd, nullptr, TRUE);
 }
 
 void selectItem(Handle list, int index) {
@@ -658,9 +862,9 @@ void setPicture(Handle picture_box, const Picture&) {
 }
 
 void setOuterWidth(Handle form, int pixels) {
-    RECT now{}, screen{};
+    RECT now{};
     GetWindowRect(window(form), &now);
-    SystemParametersInfoW(SPI_GETWORKAREA, 0, &screen, 0);
+    const RECT screen = workArea(window(form));
     // What grows beyond the right edge of the screen moves to the left as far as there is room.
     int left = now.left;
     if (now.right <= screen.right && left + pixels > screen.right)
@@ -669,17 +873,35 @@ void setOuterWidth(Handle form, int pixels) {
 }
 
 void setInnerSize(Handle form, int width, int height) {
-    HWND hwnd = window(form), owner = GetWindow(hwnd, GW_OWNER);
-    RECT outer{0, 0, width, height};
+    HWND hwnd = window(form);
+    RECT outer{0, 0, width, height}, inner{};
     AdjustWindowRectEx(&outer, static_cast<DWORD>(GetWindowLongPtrW(hwnd, GWL_STYLE)), GetMenu(hwnd) != nullptr,
                        static_cast<DWORD>(GetWindowLongPtrW(hwnd, GWL_EXSTYLE)));
-    RECT around{};
-    if (!owner || !IsWindowVisible(owner) || !GetWindowRect(owner, &around))
-        SystemParametersInfoW(SPI_GETWORKAREA, 0, &around, 0);
-    const int outer_width = outer.right - outer.left, outer_height = outer.bottom - outer.top;
-    SetWindowPos(hwnd, nullptr, (around.left + around.right - outer_width) / 2,
-                 (around.top + around.bottom - outer_height) / 2, outer_width, outer_height,
-                 SWP_NOZORDER | SWP_NOACTIVATE);
+    SIZE wanted{outer.right - outer.left, outer.bottom - outer.top};
+    // A border of another resolution, or a menu bar of two lines, leaves less room than was thought.
+    for (int attempt = 0; attempt < 3; ++attempt) {
+        SetWindowPos(hwnd, nullptr, 0, 0, wanted.cx, wanted.cy, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+        GetClientRect(hwnd, &inner);
+        if (inner.right == width && inner.bottom == height)
+            return;
+        wanted = {wanted.cx + width - inner.right, wanted.cy + height - inner.bottom};
+    }
+}
+
+void center(Handle form) {
+    HWND hwnd = window(form), owner = GetWindow(hwnd, GW_OWNER);
+    const bool by_owner = owner && IsWindowVisible(owner) && !IsIconic(owner);
+    const RECT screen = workArea(by_owner ? owner : hwnd);
+    RECT around = screen, own{};
+    if (by_owner)
+        GetWindowRect(owner, &around);
+    GetWindowRect(hwnd, &own);
+    const auto between = [](LONG from, LONG to, LONG size, LONG least, LONG most) {
+        return std::max(std::min((from + to - size) / 2, most - size), least);
+    };
+    SetWindowPos(hwnd, nullptr, between(around.left, around.right, own.right - own.left, screen.left, screen.right),
+                 between(around.top, around.bottom, own.bottom - own.top, screen.top, screen.bottom), 0, 0,
+                 SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 Rect innerBounds(Handle form) {
@@ -690,13 +912,18 @@ Rect innerBounds(Handle form) {
 
 void setIcon(Handle form, const Picture& picture) {
     FormData& data = formData(window(form));
-    data.small_icon = win32::loadPicture(picture, GetSystemMetrics(SM_CXSMICON));
-    data.large_icon = win32::loadPicture(picture, GetSystemMetrics(SM_CXICON));
-    SendMessageW(window(form), WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(data.small_icon.get()));
-    SendMessageW(window(form), WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(data.large_icon.get()));
+    data.icon = picture;
+    auto small_icon = win32::loadPicture(picture, win32::systemMetric(SM_CXSMICON));
+    auto large_icon = win32::loadPicture(picture, win32::systemMetric(SM_CXICON));
+    SendMessageW(window(form), WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(small_icon.get()));
+    SendMessageW(window(form), WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(large_icon.get()));
+    data.small_icon = std::move(small_icon);
+    data.large_icon = std::move(large_icon);
 }
 
 void show(Handle form) {
+    if (!MonitorFromWindow(window(form), MONITOR_DEFAULTTONULL)) // its screen is gone
+        center(form);
     ShowWindow(window(form), IsIconic(window(form)) ? SW_RESTORE : SW_SHOW);
     SetForegroundWindow(window(form));
 }
@@ -749,10 +976,10 @@ void changeMenuItem(Handle form, const MenuItem& item) {
 
 void setMenuItemPicture(Handle form, const MenuItem& item, const Picture& picture) {
     HMENU popup = popupOf(window(form), item.menu());
-    FormData& data = formData(window(form));
-    data.bitmaps.push_back(win32::menuPicture(picture));
-    SetMenuItemBitmaps(popup, GetMenuItemID(popup, item.position()), MF_BITMAP, data.bitmaps.back().get(),
-                       data.bitmaps.back().get());
+    const UINT command = GetMenuItemID(popup, item.position());
+    win32::Bitmap bitmap = win32::menuPicture(picture);
+    SetMenuItemBitmaps(popup, command, MF_BITMAP, bitmap.get(), bitmap.get());
+    formData(window(form)).bitmaps[command] = std::move(bitmap);
 }
 
 void popupMenu(Handle form, const Menu& menu) {

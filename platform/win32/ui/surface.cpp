@@ -17,6 +17,11 @@ SIZE measure(HDC dc, HFONT font, std::u16string_view text) {
 } // namespace
 
 HFONT Surface::Impl::font() {
+    if (fonts_number != win32::fontsNumber()) {
+        for (auto& made : fonts)
+            made = {};
+        fonts_number = win32::fontsNumber();
+    }
     auto& chosen = fonts[(bold ? 1 : 0) + (underline ? 2 : 0)];
     if (!chosen) {
         LOGFONTW description = win32::messageFont(points);
@@ -59,8 +64,8 @@ int Surface::Height() const {
 
 void Surface::setFontSize(double points) {
     impl_->points = points;
-    for (auto& font : impl_->fonts)
-        font = {};
+    for (auto& made : impl_->fonts)
+        made = {};
 }
 
 void Surface::setFontBold(bool bold) {

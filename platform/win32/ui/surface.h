@@ -13,7 +13,8 @@ struct Surface::Impl {
     bool bold = false, underline = false;
     win32::Bitmap bitmap;
     win32::MemoryDc dc{CreateCompatibleDC(nullptr)};
-    win32::Font fonts[4]; // by bold + 2 * underline, made when they are needed
+    win32::Font fonts[4];      // by bold + 2 * underline, made when they are needed
+    unsigned fonts_number = 0; // of the system's fonts that they follow
 
     HFONT font();
     void resize(HWND shown_by);

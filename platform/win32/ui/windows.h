@@ -14,4 +14,7 @@ int buttonsOf(DWORD held);
 // The form without an owner that is on screen; null where none is.
 HWND visibleMainWindow();
 
+// The shell's bar has been started anew: puts the icon there again where it was.
+void restoreTrayIcon();
+
 } // namespace murmelix::ui::win32

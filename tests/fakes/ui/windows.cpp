@@ -101,6 +101,19 @@ void destroy(Handle control) {
     fakes::screen().bounds.erase(control);
 }
 
+void setVisible(Handle control, bool visible) {
+    if (!visible)
+        fakes::screen().hidden.push_back(control);
+}
+
+// A caption's letters in as many lines as they take, and nothing around it.
+Size captionSize(Handle, const std::u16string& caption, int width) {
+    const int length = static_cast<int>(caption.size()) * fakes::character_width;
+    if (width <= 0 || length <= width)
+        return {length, fakes::line_height};
+    return {width, (length + width - 1) / width * fakes::line_height};
+}
+
 void setBounds(Handle control, const Rect& pixels) {
     fakes::screen().bounds[control] = pixels;
 }
@@ -136,16 +149,19 @@ std::vector<std::u16string> files(const std::u16string& directory, const std::u1
 
 // All else is kept by the controls themselves.
 void setCaption(Handle, const std::u16string&) {}
-void setVisible(Handle, bool) {}
 void setEnabled(Handle, bool) {}
+void setUseMnemonic(Handle, bool) {}
 void setToolTip(Handle, const std::u16string&) {}
 void bringToFront(Handle) {}
 void setFocus(Handle) {}
+void setDefault(Handle, bool) {}
+void center(Handle) {}
 void setHeading(Handle) {}
 void setCentered(Handle) {}
 void setChecked(Handle, bool) {}
 void clearItems(Handle) {}
 void addItem(Handle, const std::u16string&) {}
+void setItems(Handle, const std::vector<std::u16string>&) {}
 void selectItem(Handle, int) {}
 bool droppedDown(Handle) {
     return false;

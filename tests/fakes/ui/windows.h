@@ -29,6 +29,7 @@ struct Screen {
     std::vector<const ui::Menu*> popups;
     std::function<void(const ui::Form&)> while_modal; // what happens while a modal form is open
     std::map<std::uintptr_t, ui::Rect> bounds;        // by handle; pixels
+    std::vector<std::uintptr_t> hidden;               // handles, in the order in which they were hidden
 };
 
 Screen& screen();

@@ -310,41 +310,62 @@ TEST(SoundScheme, HoldsNothingElse) {
     EXPECT_EQ(files, 44U);
 }
 
+struct IconImage {
+    std::uint32_t size, bits, at, length;
+};
+
+std::vector<IconImage> imagesOf(const std::vector<std::uint8_t>& icon) {
+    std::vector<IconImage> images;
+    if (icon.size() < 6 || number(icon, 0, 4) != 0x00010000U)
+        return images;
+    const std::uint32_t count = number(icon, 4, 2);
+    for (std::size_t i = 0; i < count && 6 + 16 * (i + 1) <= icon.size(); ++i) {
+        const std::size_t entry = 6 + 16 * i;
+        const std::uint32_t size = number(icon, entry, 1);
+        images.push_back({size == 0 ? 256 : size, number(icon, entry + 6, 2), number(icon, entry + 12, 4),
+                          number(icon, entry + 8, 4)});
+    }
+    return images;
+}
+
 TEST(Icons, HaveEverySize) {
-    for (const char* name : {"murmelix", "messenger", "agent", "setup", "updater", "conversation"}) {
-        const std::vector<std::uint8_t> bytes = bytesOf(assets / "icons" / (std::string(name) + ".ico"));
-        ASSERT_GT(bytes.size(), 6U + 7U * 16U) << name;
-        EXPECT_EQ(number(bytes, 0, 4), 0x00010000U) << name;
-        ASSERT_EQ(number(bytes, 4, 2), 7U) << name;
+    const std::vector<std::uint32_t> programs{16, 20, 24, 32, 40, 48, 64, 80, 96, 128, 256};
+    const std::vector<std::pair<std::string, std::vector<std::uint32_t>>> expected{
+        {"murmelix", programs},        {"messenger", programs}, {"agent", programs},
+        {"setup", programs},           {"updater", programs},   {"conversation", {16, 20, 24, 32, 40, 48, 64}},
+        {"about", {96, 120, 144, 192}}};
+    for (const auto& [name, wanted] : expected) {
+        const std::vector<std::uint8_t> bytes = bytesOf(assets / "icons" / (name + ".ico"));
         std::vector<std::uint32_t> sizes;
-        for (std::size_t i = 0; i < 7; ++i) {
-            const std::size_t entry = 6 + 16 * i;
-            sizes.push_back(number(bytes, entry, 1));
-            const std::uint32_t length = number(bytes, entry + 8, 4), at = number(bytes, entry + 12, 4);
-            ASSERT_LE(static_cast<std::size_t>(at) + length, bytes.size()) << name;
-            EXPECT_EQ(number(bytes, at, 4), sizes.back() == 0 ? 0x474E5089U : 40U)
-                << name << ": a PNG at 256, else a bitmap";
-            if (sizes.back() != 0) {
-                EXPECT_EQ(number(bytes, at + 8, 4), 2 * sizes.back()) << name << ": colours and mask";
+        for (const IconImage& image : imagesOf(bytes)) {
+            sizes.push_back(image.size);
+            ASSERT_LE(static_cast<std::size_t>(image.at) + image.length, bytes.size()) << name;
+            EXPECT_EQ(number(bytes, image.at, 4), image.size >= 64 ? 0x474E5089U : 40U)
+                << name << ": a PNG where it is large, else a bitmap";
+            if (image.size < 64) {
+                EXPECT_EQ(number(bytes, image.at + 8, 4), 2 * image.size) << name << ": colours and mask";
             }
         }
-        EXPECT_EQ(sizes, (std::vector<std::uint32_t>{16, 20, 24, 32, 48, 64, 0})) << name;
+        EXPECT_EQ(sizes, wanted) << name;
     }
 }
 
 TEST(Icons, MenuPicturesTakeTheMenusColours) {
-    for (const char* name :
+    for (const std::string name :
          {"minimize", "restore", "characters", "voices", "exit", "about", "tips", "help", "friend", "stop"}) {
-        const std::vector<std::uint8_t> bytes = bytesOf(assets / "icons" / ("menu_" + std::string(name) + ".bmp"));
-        ASSERT_EQ(bytes.size(), 14U + 40U + 8U + 64U) << name;
-        EXPECT_EQ(number(bytes, 0, 2), 0x4D42U) << name;
-        EXPECT_EQ(number(bytes, 18, 4), 16U) << name;
-        EXPECT_EQ(number(bytes, 22, 4), 16U) << name;
-        EXPECT_EQ(number(bytes, 28, 2), 1U) << name << ": one bit a pixel";
-        std::set<std::uint32_t> rows;
-        for (std::size_t y = 0; y < 16; ++y)
-            rows.insert(number(bytes, 62 + 4 * y, 2));
-        EXPECT_GT(rows.size(), 1U) << name << " shows nothing";
+        const std::vector<std::uint8_t> bytes = bytesOf(assets / "icons" / ("menu_" + name + ".ico"));
+        const auto images = imagesOf(bytes);
+        ASSERT_EQ(images.size(), 21U) << name;
+        for (std::size_t i = 0; i < images.size(); ++i) {
+            EXPECT_EQ(images[i].size, 12 + i) << name;
+            EXPECT_EQ(images[i].bits, 1U) << name << ": one bit a pixel";
+            std::set<std::uint32_t> rows;
+            const std::uint32_t mask = images[i].at + 48 + 4 * images[i].size;
+            ASSERT_LE(mask + 4 * images[i].size, bytes.size());
+            for (std::uint32_t y = 0; y < images[i].size; ++y)
+                rows.insert(number(bytes, mask + 4 * y, 4));
+            EXPECT_GT(rows.size(), 1U) << name << " shows nothing at " << images[i].size;
+        }
     }
     const std::vector<std::uint8_t> conversation = bytesOf(assets / "icons" / "conversation.bmp");
     ASSERT_EQ(conversation.size(), 54U + 32U * 32U * 3U);

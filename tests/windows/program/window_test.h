@@ -1,0 +1,44 @@
+// What the tests of real windows share: the loop that serves them, input, and what they show.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include <windows.h>
+
+#include "platform/ui/control.h"
+
+namespace murmelix::test {
+
+HWND windowOf(const ui::Control& control);
+
+// Serves messages until it holds, for ten seconds at most; tells whether it does.
+bool serveUntil(const std::function<bool()>& holds);
+void serveAll(); // those that are there
+
+// Posted to a window, and served.
+void press(HWND window, int x, int y);
+void key(HWND window, WPARAM code);
+
+// Through the system's own input, as from the keyboard: goes to the window in front. The key of the modifier (0: none)
+// is held meanwhile.
+void typeKey(WORD code, WORD modifier = 0);
+
+// What a window's inside shows.
+struct Image {
+    int width = 0, height = 0;
+    std::vector<COLORREF> pixels; // the top row first
+    COLORREF at(int x, int y) const;
+};
+Image insideOf(HWND window);
+
+// Serves what there is, draws the window anew and keeps a picture of it for people.
+void show(const ui::Control& form, const std::string& name);
+
+// What is wrong in a form that is shown: captions that do not fit, controls that stand out of what holds them or lie
+// upon one another. Empty where all is well.
+std::vector<std::string> layoutMistakes(const ui::Control& form);
+
+} // namespace murmelix::test
