@@ -45,6 +45,7 @@ constexpr UINT tray_message = WM_APP + 2;
 constexpr UINT_PTR turn_timer = 100;
 constexpr UINT turn_time = 80; // milliseconds
 constexpr UINT switch_rows = 20;
+constexpr long most_mails = 0x7FFFFFFF; // that automation can tell of
 
 // In pixels at 96 dots per inch.
 constexpr int band_height = 88;
@@ -601,7 +602,7 @@ void MainWindow::command(int id, int code) {
         openMenu(mailMenu(), id_mail);
         break;
     case id_new_mail:
-        client_.setUnread(std::max(client_.unread(), 0L) + 1);
+        client_.setUnread(std::clamp(client_.unread(), 0L, most_mails - 1) + 1);
         break;
     case id_read_mail:
         client_.setUnread(0);

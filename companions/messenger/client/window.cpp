@@ -236,6 +236,14 @@ void Window::create(const wchar_t* class_name, const wchar_t* title, DWORD style
         throw std::runtime_error("a window could not be made");
 }
 
+LRESULT Window::defaultMessage(UINT message, WPARAM wparam, LPARAM lparam) {
+    if (message != WM_NEXTDLGCTL)
+        return DefWindowProcW(handle_, message, wparam, lparam);
+    const bool given = LOWORD(lparam) != 0;
+    SetFocus(given ? reinterpret_cast<HWND>(wparam) : GetNextDlgTabItem(handle_, GetFocus(), wparam != 0));
+    return 0;
+}
+
 LRESULT CALLBACK Window::procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     try {
         if (message == WM_NCCREATE) {

@@ -98,9 +98,8 @@ class Window {
         return makeChild(handle_, class_name, text, style, id, extended);
     }
     virtual LRESULT message(UINT message, WPARAM wparam, LPARAM lparam) = 0;
-    LRESULT defaultMessage(UINT message, WPARAM wparam, LPARAM lparam) {
-        return DefWindowProcW(handle_, message, wparam, lparam);
-    }
+    // As a dialogue box does it, where it is about the keyboard.
+    LRESULT defaultMessage(UINT message, WPARAM wparam, LPARAM lparam);
 
   private:
     static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam);

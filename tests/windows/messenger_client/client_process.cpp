@@ -64,6 +64,36 @@ Object RunningClient::automation() const {
     return Object::create(u"Messenger.UIAutomation");
 }
 
+namespace {
+
+void screenshotWhen(HWND window, const char* name, bool same) {
+    SetWindowPos(window, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    RECT area{};
+    GetWindowRect(window, &area);
+    murmelix::test::Picture before = murmelix::test::desktop(area);
+    int rounds = 0;
+    bool done = false;
+    pumpUntil([&] {
+        if (!done && ++rounds % 20 == 0) {
+            murmelix::test::Picture now = murmelix::test::desktop(area);
+            std::swap(before, now);
+            done = (before.pixels == now.pixels) == same;
+        }
+        return done;
+    });
+    screenshot(window, name);
+}
+
+} // namespace
+
+void screenshotWhenStill(HWND window, const char* name) {
+    screenshotWhen(window, name, true);
+}
+
+void screenshotWhenAgain(HWND window, const char* name) {
+    screenshotWhen(window, name, false);
+}
+
 Heard::Heard(Object& messenger)
     : subscription(messenger.dispatch(), iid_messenger_events,
                    [this](DISPID event, std::vector<murmelix::com::Variant>& arguments) {

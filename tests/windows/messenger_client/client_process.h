@@ -47,6 +47,11 @@ class RunningClient {
     Process process_;
 };
 
+// A picture of a window when it has been drawn to its end, above all others: when two pictures, a moment apart, are the
+// same. The second is for one that moves: when it has changed.
+void screenshotWhenStill(HWND window, const char* name);
+void screenshotWhenAgain(HWND window, const char* name);
+
 // Events as lines: "1043 ann@x Hazel", objects by sign-in name or "window".
 struct Heard {
     explicit Heard(murmelix::com::Object& messenger);

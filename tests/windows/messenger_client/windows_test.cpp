@@ -205,18 +205,14 @@ TEST_F(Windows, AreShown) {
     client.command("status cy@x 1");
     client.command("status bob@x 34");
     EXPECT_TRUE(pumpUntil([&] { return shown(history) == text(); }));
-    for (const HWND each : {window, client.mainWindow()}) {
-        SetWindowPos(each, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
-        RedrawWindow(each, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
-        EXPECT_EQ(client.command("?"), 2) << "painted";
-        screenshot(each, each == window ? "messenger_conversation" : "messenger_main");
-    }
+    screenshotWhenStill(window, "messenger_conversation");
+    screenshotWhenStill(client.mainWindow(), "messenger_main");
     client.command("signout");
     // Where the contacts were stands the place to sign in.
     POINT beside_button{260, 320};
     ClientToScreen(client.mainWindow(), &beside_button);
     EXPECT_TRUE(pumpUntil([&] { return pixelOnScreen(beside_button) == RGB(243, 247, 251); }));
-    screenshot(client.mainWindow(), "messenger_signed_out");
+    screenshotWhenStill(client.mainWindow(), "messenger_signed_out");
 }
 
 TEST(SigningIn, ByTheMainWindow) {
