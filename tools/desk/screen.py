@@ -121,6 +121,11 @@ class Screen:
     def move(self, window, left, top):
         self._run("xdotool", "windowmove", "--sync", window, str(left), str(top), seconds=5)
 
+    def cover(self, window, left, top):
+        """Moves a window there, in front of the others, without giving it the keyboard."""
+        self.move(window, left, top)
+        self._run("xdotool", "windowraise", window)
+
     def activate(self, window):
         """Gives the window the keyboard; False where the window manager does not."""
         try:

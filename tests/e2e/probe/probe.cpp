@@ -15,6 +15,7 @@
 // In texts a tab, a line end, a NUL and a backslash are \t, \r, \n, \0 and \\.
 #include <array>
 #include <cstdio>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -63,9 +64,16 @@ std::string utf8(const wchar_t* text, std::size_t length) {
     return murmelix::toUtf8(murmelix::com::narrow(text, length));
 }
 
+// Threads that have not answered while the windows are described: they are not waited for again.
+std::set<DWORD> silent;
+
 LRESULT asked(HWND window, UINT message, WPARAM wparam = 0, LPARAM lparam = 0) {
+    const DWORD thread = GetWindowThreadProcessId(window, nullptr);
     DWORD_PTR answer = 0;
-    SendMessageTimeoutW(window, message, wparam, lparam, SMTO_ABORTIFHUNG, 1000, &answer);
+    if (!silent.contains(thread) &&
+        !SendMessageTimeoutW(window, message, wparam, lparam, SMTO_ABORTIFHUNG, 1000, &answer) &&
+        GetLastError() == ERROR_TIMEOUT)
+        silent.insert(thread);
     return static_cast<LRESULT>(answer);
 }
 
@@ -98,6 +106,7 @@ void describe(HWND window, int depth) {
 }
 
 void describeAll() {
+    silent.clear();
     EnumWindows(
         [](HWND window, LPARAM) -> BOOL {
             describe(window, 0);

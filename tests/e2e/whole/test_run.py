@@ -1,6 +1,7 @@
 """./run as its user sees it: its options, its results, and that it leaves nothing running."""
 
 import os
+import shutil
 import signal
 import subprocess
 import sys
@@ -8,7 +9,7 @@ import tempfile
 import unittest
 from pathlib import Path
 
-from case import ROOT, main, wait_for
+from case import MAIN_WINDOW, ROOT, Screen, main, wait_for
 
 READ_ALOUD = ROOT / "tools" / "read_aloud.py"
 CONVERSATION = "".join(f"[09:{minute:02d}] <Ann> message {minute}\n" for minute in range(60))
@@ -55,6 +56,51 @@ class Run(unittest.TestCase):
             self.assertTrue((there / "stage.png").is_file())
             self.assertIn("All 1 messages were read", answer.stdout)
         self.assertEqual(running_with(f"WINEPREFIX={ROOT}/build/wine-run"), [])
+
+    def test_by_hand_needs_a_display(self):
+        self.assertIn("--by-hand needs a display", self.refused("--by-hand", "--headless"))
+
+    def test_what_was_set_by_hand_is_there_the_next_time(self):
+        prefix = ROOT / "build" / f"wine-by-hand-{os.getpid()}"
+        registry = prefix / "user.reg"
+        with tempfile.TemporaryDirectory() as directory, Screen.own() as screen:
+            def start():
+                return subprocess.Popen([sys.executable, "-B", READ_ALOUD, "--by-hand", "--out", directory,
+                                         "--prefix", prefix.name], stdin=subprocess.DEVNULL,
+                                        stdout=subprocess.DEVNULL, env=screen.environment())
+
+            def found(run, title):
+                self.assertIsNone(run.poll(), screen.titles())
+                return (screen.find(title) or [None])[-1]
+
+            def press(run, title, *keys):
+                wait_for(title, lambda: found(run, title) and screen.type_into(found(run, title), *keys), 60, 0.2)
+
+            def leave(run):
+                wait_for("the end of Murmelix", lambda: not found(run, MAIN_WINDOW) or (
+                    screen.type_into(found(run, MAIN_WINDOW), "alt+m", "x") and False), 60, 0.5)
+                press(run, "Messenger$", "ctrl+q")
+                self.assertEqual(run.wait(60), 0)
+
+            runs = [start()]
+            try:
+                wait_for("the program", lambda: found(runs[0], MAIN_WINDOW), 90, 0.2)
+                press(runs[0], "^Messenger$", *"nora", "at", *"home", "alt+a", "Return")
+                press(runs[0], "^Getting Started$", "alt+n", "Return")
+                leave(runs[0])
+                self.assertIn('"ShowTipFrm"="0"', registry.read_text("utf-8", "replace"))
+                runs.append(start())
+                wait_for("the same account", lambda: found(runs[1], "^nora - Messenger$"), 90, 0.2)
+                wait_for("the program again", lambda: found(runs[1], MAIN_WINDOW), 60, 0.2)
+                leave(runs[1])
+            finally:
+                screen.picture(Path(ROOT, "build", "e2e", "by-hand.png"))
+                for run in runs:
+                    run.terminate()
+                    run.wait(60)
+                shutil.rmtree(prefix, ignore_errors=True)
+                prefix.with_suffix(".lock").unlink(missing_ok=True)
+            self.assertEqual(running_with(f"WINEPREFIX={prefix}"), [])
 
     def test_interrupting_ends_everything_that_was_started(self):
         with tempfile.TemporaryDirectory() as directory:
