@@ -532,7 +532,7 @@ void registerClasses() {
         description.cbSize = sizeof description;
         description.hInstance = GetModuleHandleW(nullptr);
         description.hCursor = LoadCursorA(nullptr, IDC_ARROW);
-        description.hbrBackground = GetSysColorBrush(COLOR_BTNFACE);
+        description.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
         description.lpszClassName = form_class;
         description.lpfnWndProc = formProcedure;
         RegisterClassExW(&description);
@@ -847,7 +847,9 @@ void setScroll(Handle scroll_bar, int value, int max, int page) {
     info.nMax = max + page - 1;
     info.nPage = static_cast<UINT>(page);
     info.nPos = value;
-    SetScrollInfo(window(scroll_bar), SB_CTL, &info, TRUE);
+    // Painting one takes long: it waits until there is nothing else to do.
+    SetScrollInfo(window(scroll_bar), SB_CTL, &info, FALSE);
+    InvalidateRect(window(scroll_bar), nullptr, FALSE);
 }
 
 void setSunken(Handle picture_box, bool sunken) {

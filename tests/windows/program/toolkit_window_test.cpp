@@ -1,4 +1,6 @@
 // The toolkit's real windows: what input as messages does to them.
+#include <algorithm>
+#include <functional>
 #include <stdexcept>
 
 #include <gmock/gmock.h>
@@ -126,6 +128,211 @@ TEST(Windows, ExceptionOfAHandlerStaysOutOfTheWindowSystem) {
     window.Push.Click = [] { throw std::runtime_error("a handler that fails"); };
     press(windowOf(window.Push), 5, 5);
     EXPECT_TRUE(IsWindow(windowOf(window)));
+}
+
+// In the loop that a menu runs while it is open: sees it, and closes it.
+bool menu_was_open = false;
+
+void CALLBACK closeMenu(HWND window, UINT, UINT_PTR timer, DWORD) {
+    GUITHREADINFO thread{};
+    thread.cbSize = sizeof thread;
+    if (!GetGUIThreadInfo(GetCurrentThreadId(), &thread) || !(thread.flags & GUI_INMENUMODE))
+        return;
+    menu_was_open = true;
+    KillTimer(window, timer);
+    EndMenu();
+}
+
+// Whether the keys open a menu.
+bool opensMenu(const Window& window, const std::function<void()>& keys) {
+    menu_was_open = false;
+    SetTimer(windowOf(window), 1, 50, closeMenu);
+    keys();
+    const bool opened = serveUntil([] { return menu_was_open; });
+    KillTimer(windowOf(window), 1);
+    return opened;
+}
+
+TEST(Keyboard, AltAndALetterPressTheButtonOfThatLetter) {
+    Window window;
+    typeKey('P', VK_MENU);
+    EXPECT_EQ(window.events, "push ");
+    typeKey('C', VK_MENU);
+    EXPECT_EQ(window.events, "push check ");
+    EXPECT_EQ(GetFocus(), windowOf(window.Check));
+}
+
+TEST(Keyboard, SpacePressesAndEnterPressesAndLettersAreTyped) {
+    Window window;
+    window.DefaultButton = &window.Push;
+    typeKey(VK_SPACE);
+    typeKey(VK_TAB);
+    typeKey(VK_SPACE);
+    typeKey(VK_TAB);
+    EXPECT_EQ(GetFocus(), windowOf(window.Text));
+    typeKey('A');
+    typeKey(VK_RETURN);
+    EXPECT_EQ(window.events, "push check text:a push ");
+}
+
+TEST(Keyboard, ArrowsGoFromButtonToCheckBoxAndBack) {
+    Window window;
+    typeKey(VK_DOWN);
+    EXPECT_EQ(GetFocus(), windowOf(window.Check));
+    typeKey(VK_RIGHT);
+    EXPECT_EQ(GetFocus(), windowOf(window.Push)) << "round, within the frame";
+    typeKey(VK_LEFT);
+    EXPECT_EQ(GetFocus(), windowOf(window.Check));
+    EXPECT_EQ(window.events, "") << "nothing is pressed by that";
+}
+
+TEST(Keyboard, ShiftAndTabGoBack) {
+    Window window;
+    typeKey(VK_TAB, VK_SHIFT);
+    EXPECT_EQ(GetFocus(), windowOf(window.List));
+}
+
+TEST(Keyboard, EscapePressesTheCancelButtonAndClosesAnOpenListFirst) {
+    Window window;
+    window.CancelButton = &window.Push;
+    window.List.AddItem(u"one");
+    window.List.SetFocus();
+    SendMessageW(windowOf(window.List), CB_SHOWDROPDOWN, TRUE, 0);
+    typeKey(VK_ESCAPE);
+    EXPECT_EQ(window.events, "");
+    EXPECT_FALSE(SendMessageW(windowOf(window.List), CB_GETDROPPEDSTATE, 0, 0));
+    typeKey(VK_ESCAPE);
+    EXPECT_EQ(window.events, "push ");
+}
+
+TEST(Keyboard, AltAndF4AskTheWindowToClose) {
+    Window window;
+    typeKey(VK_F4, VK_MENU);
+    EXPECT_EQ(window.events, "close ");
+    EXPECT_TRUE(IsWindowVisible(windowOf(window)));
+}
+
+TEST(Keyboard, F10AndAltWithALetterOpenTheMenus) {
+    Window window;
+    EXPECT_TRUE(opensMenu(window, [] { typeKey(VK_F10); }));
+    EXPECT_TRUE(opensMenu(window, [] { typeKey('F', VK_MENU); }));
+}
+
+TEST(Keyboard, AltWithALetterOfADisabledFrameOpensTheMenu) {
+    Window window;
+    ui::CheckBox same(window.Group, u"&Filter");
+    same.Move({1600, 750, 1000, 270});
+    typeKey('F', VK_MENU);
+    EXPECT_EQ(same.Value(), 1);
+    window.Group.setEnabled(false);
+    EXPECT_TRUE(opensMenu(window, [] { typeKey('F', VK_MENU); }));
+    EXPECT_EQ(same.Value(), 1);
+}
+
+TEST(Keyboard, FocusLeavesWhatIsDisabledSoThatKeysGoOn) {
+    Window window;
+    EXPECT_EQ(GetFocus(), windowOf(window.Push));
+    window.Push.setEnabled(false);
+    EXPECT_EQ(GetFocus(), windowOf(window.Check));
+    typeKey(VK_SPACE);
+    EXPECT_EQ(window.events, "check ");
+    window.Group.setVisible(false);
+    EXPECT_EQ(GetFocus(), windowOf(window.List));
+}
+
+TEST(Keyboard, FocusOfAWindowInTheBackgroundWaitsThere) {
+    Window window;
+    ui::Form front(nullptr, u"Front", ui::FormStyle::dialog);
+    ui::Button button(front, u"Here");
+    button.Move({0, 0, 900, 375});
+    front.setScale(1500, 900);
+    front.Show();
+    serveAll();
+    window.Push.setEnabled(false);
+    EXPECT_EQ(GetFocus(), windowOf(button));
+    front.Hide();
+    SetActiveWindow(windowOf(window));
+    serveAll();
+    EXPECT_EQ(GetFocus(), windowOf(window.Check));
+}
+
+bool drawnAsDefault(const ui::Button& button) {
+    return (GetWindowLongW(windowOf(button), GWL_STYLE) & BS_TYPEMASK) == BS_DEFPUSHBUTTON;
+}
+
+TEST(Keyboard, ButtonThatEnterPressesIsDrawnSo) {
+    Window window;
+    ui::Button ok(window, u"OK");
+    ok.Move({3300, 900, 900, 375});
+    window.DefaultButton = &ok;
+    window.Text.SetFocus();
+    EXPECT_TRUE(drawnAsDefault(ok));
+    EXPECT_FALSE(drawnAsDefault(window.Push));
+    window.Push.SetFocus();
+    EXPECT_FALSE(drawnAsDefault(ok));
+    EXPECT_TRUE(drawnAsDefault(window.Push));
+    window.Check.SetFocus();
+    EXPECT_TRUE(drawnAsDefault(ok));
+    ok.setEnabled(false);
+    EXPECT_FALSE(drawnAsDefault(ok));
+}
+
+TEST(Windows, ClickIsAButtonThatGoesDownAndUpInOnePlace) {
+    Window window;
+    int clicks = 0;
+    window.Click = [&] { ++clicks; };
+    const HWND form = windowOf(window);
+    PostMessageW(form, WM_LBUTTONUP, 0, MAKELPARAM(5, 5)); // went down in a menu that is gone
+    serveAll();
+    EXPECT_EQ(clicks, 0);
+    press(form, 5, 5);
+    EXPECT_EQ(clicks, 1);
+    PostMessageW(form, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
+    PostMessageW(form, WM_LBUTTONUP, 0, MAKELPARAM(-50, 5));
+    serveAll();
+    EXPECT_EQ(clicks, 1);
+    PostMessageW(form, WM_RBUTTONDOWN, MK_RBUTTON, MAKELPARAM(5, 5));
+    PostMessageW(form, WM_RBUTTONUP, 0, MAKELPARAM(5, 5));
+    serveAll();
+    EXPECT_EQ(clicks, 2);
+}
+
+TEST(Windows, LinkIsFollowedByMouseAndKeys) {
+    Window window;
+    ui::LinkLabel link(window, u"Click here");
+    int clicks = 0;
+    link.Click = [&] { ++clicks; };
+    link.Move({3300, 900, 1500, 255});
+    press(windowOf(link), 5, 5);
+    EXPECT_EQ(clicks, 1);
+    link.SetFocus();
+    typeKey(VK_SPACE);
+    typeKey(VK_RETURN);
+    EXPECT_EQ(clicks, 3);
+}
+
+TEST(Windows, AmpersandsAreLettersWhereTheyMarkNothing) {
+    Window window;
+    const auto dark = [&] {
+        const Image image = insideOf(windowOf(window.Group));
+        return std::count(image.pixels.begin(), image.pixels.end(), GetSysColor(COLOR_BTNTEXT));
+    };
+    window.Group.setCaption(u"A&B");
+    const auto marked = dark();
+    window.Group.setUseMnemonic(false);
+    EXPECT_GT(dark(), marked) << "the sign itself is drawn";
+    typeKey('B', VK_MENU);
+    EXPECT_EQ(window.events, "");
+}
+
+TEST(Windows, WidthIsExactEvenBeyondTheScreen) {
+    Window window;
+    const int beyond = GetSystemMetrics(SM_CXSCREEN) + 200;
+    window.setWidth(ui::toTwips(beyond));
+    RECT outer{};
+    GetWindowRect(windowOf(window), &outer);
+    EXPECT_EQ(outer.right - outer.left, beyond);
+    EXPECT_EQ(outer.left, 0) << "its beginning is seen";
 }
 
 TEST(Windows, TimerTicksUntilItIsStopped) {
