@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <commctrl.h>
+#include <uxtheme.h>
 
 #include "common/com/handles.h"
 #include "common/text.h"
@@ -173,6 +174,12 @@ LRESULT SettingsWindow::received(UINT message, WPARAM wparam, LPARAM lparam) {
             turn();
         }
         return 0;
+    }
+    case WM_CTLCOLORSTATIC: {
+        // Text and check box lie on the page of the tabs, which visual styles draw in the colour of windows.
+        const int colour = IsAppThemed() ? COLOR_WINDOW : COLOR_BTNFACE;
+        SetBkColor(reinterpret_cast<HDC>(wparam), GetSysColor(colour));
+        return reinterpret_cast<LRESULT>(GetSysColorBrush(colour));
     }
     case WM_ERASEBKGND: {
         RECT all{};
