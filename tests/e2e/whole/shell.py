@@ -216,7 +216,7 @@ class ShellTest(WholeProgramTest):
         """Moves the main window, and what could cover it away from it."""
         window = self.screen.find(MAIN_WINDOW)[-1]
         self.screen.move(window, left, top)
-        for other, place in ((r"Messenger$", (960, 440)), (f"^{TRAY}$", (1080, 880))):
+        for other, place in ((r"Messenger$", (960, 440)), (f"^{TRAY}$", (700, 880))):
             for id_ in self.screen.find(other):
                 self.screen.move(id_, *place)
         # Wine learns of it a moment later.
@@ -330,7 +330,7 @@ class ShellTest(WholeProgramTest):
     def open_tray_menu(self):
         """Clicks the icon with the right button. Wine closes menus when the keyboard goes from one window to another, as
         it does a moment after a window was hidden: then the click is made again."""
-        for seconds in (3, 3, 10):
+        for seconds in (2, 3, 10):
             self.click(self.own_icons()[0], button=3)
             try:
                 return wait_for("the tray's menu", self.popup, seconds, 0.05)
@@ -345,7 +345,7 @@ class ShellTest(WholeProgramTest):
 
     def leave_menu(self):
         """Clicks where no window is."""
-        self.click_at(640, 800)
+        self.click_at(500, 800)
         self.eventually("the end of the menu", lambda: not self.popup(), 20)
 
     def double_click_icon(self):

@@ -193,7 +193,7 @@ class Accounts(ShellTest):
         self.assertEqual(len(self.own_icons()), 1)
         self.eventually("no characters", lambda: not self.characters())
         self.activate_main()
-        self.xdotool("mousemove", 640, 800)
+        self.xdotool("mousemove", 500, 800)
         self.eventually("one row", lambda: self.pixels(self.list_place().place) == one_row, 10)
         self.start_reading_first_row()
         self.eventually("the reading", lambda: self.transcript.new() and self.characters())

@@ -161,7 +161,7 @@ class BadInput(ShellTest):
             while time.monotonic() < end:
                 self.screen.cover(tray, place[0] + 60, place[1] + 150)
                 self.eventually("the cover", lambda: self.pixels(inside) != whole, 3)
-                self.screen.move(tray, 1080, 880)
+                self.screen.move(tray, 700, 880)
                 self.eventually("the window painted again", lambda: self.pixels(inside) == whole, 3)
                 uncovered += 1
             self.assertGreater(uncovered, 1)
