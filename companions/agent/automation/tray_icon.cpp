@@ -40,7 +40,11 @@ void TrayIcon::add() {
     NOTIFYICONDATAW icon = iconOf(handle());
     icon.uFlags = NIF_MESSAGE | NIF_ICON | NIF_TIP;
     icon.uCallbackMessage = icon_message;
-    icon.hIcon = LoadIconA(nullptr, IDI_APPLICATION);
+    icon.hIcon =
+        static_cast<HICON>(LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(1), IMAGE_ICON,
+                                      GetSystemMetrics(SM_CXSMICON), GetSystemMetrics(SM_CYSMICON), LR_SHARED));
+    if (!icon.hIcon)
+        icon.hIcon = LoadIconA(nullptr, IDI_APPLICATION);
     std::wcscpy(icon.szTip, L"AgentServer");
     Shell_NotifyIconW(NIM_ADD, &icon);
 }

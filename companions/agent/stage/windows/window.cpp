@@ -11,6 +11,7 @@ void Window::make(const Making& making) {
     window_class.style = making.class_style;
     window_class.lpfnWndProc = &Window::procedure;
     window_class.hInstance = instance;
+    window_class.hIcon = LoadIconW(instance, MAKEINTRESOURCEW(1)); // of the program, where it has one
     window_class.hCursor = LoadCursorA(nullptr, IDC_ARROW);
     window_class.lpszClassName = making.class_name;
     // Made for the first window of its kind; for the others it is there.
