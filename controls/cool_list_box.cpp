@@ -401,7 +401,7 @@ void CoolListBox::P_MouseMove(int button, float x, float y) {
 }
 
 void CoolListBox::P_Click() {
-    if (isRow(selected_) && !wholeInView(selected_) && Scroll.Value() < Scroll.Max())
+    if (isRow(selected_) && !wholeInView(selected_))
         Scroll.setValue(Scroll.Value() + 1);
     if (Click)
         Click();

@@ -438,6 +438,20 @@ RECT workArea(HWND hwnd) {
     return screen.rcWork;
 }
 
+// What stands out of the screen to the right or below moves there as far as it has room; not while the user moves it.
+void keepOnScreen(HWND hwnd) {
+    GUITHREADINFO thread{};
+    thread.cbSize = sizeof thread;
+    if (GetGUIThreadInfo(GetCurrentThreadId(), &thread) && (thread.flags & GUI_INMOVESIZE))
+        return;
+    RECT own{};
+    GetWindowRect(hwnd, &own);
+    const RECT screen = workArea(hwnd);
+    const LONG left = std::max(std::min(own.left, screen.right - (own.right - own.left)), screen.left);
+    const LONG top = std::max(std::min(own.top, screen.bottom - (own.bottom - own.top)), screen.top);
+    SetWindowPos(hwnd, nullptr, left, top, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
 // Every window in the system's present fonts and colours, at the screen's present resolution.
 void restyle() {
     const win32::Fonts before = win32::renewFonts(); // in use until every control has its new one
@@ -473,6 +487,7 @@ bool onSystemChange(HWND hwnd, UINT message, WPARAM wparam, LPARAM lparam) {
         if (place)
             SetWindowPos(hwnd, nullptr, place->left, place->top, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
         restyle();
+        keepOnScreen(hwnd);
         return true;
     }
     if (message == WM_SYSCOLORCHANGE || message == WM_THEMECHANGED ||
@@ -819,17 +834,15 @@ void addItem(Handle list, const std::u16string& text) {
 }
 
 void setItems(Handle list, const std::vector<std::u16string>& items) {
-    HWND hwnd = window(list);
-    std::size_t characters = 0;
+    COMBOBOXINFO parts{};
+    parts.cbSize = sizeof parts;
+    if (!GetComboBoxInfo(window(list), &parts))
+        return;
+    SendMessageW(window(list), CB_RESETCONTENT, 0, 0);
+    // Straight to its list: by the box, which considers each of them for showing, thousands take half a second.
     for (const std::u16string& item : items)
-        characters += item.size() + 1;
-    SendMessageW(hwnd, WM_SETREDRAW, FALSE, 0);
-    SendMessageW(hwnd, CB_RESETCONTENT, 0, 0);
-    SendMessageW(hwnd, CB_INITSTORAGE, items.size(), static_cast<LPARAM>(characters * sizeof(wchar_t)));
-    for (const std::u16string& item : items)
-        SendMessageW(hwnd, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(wide(item)));
-    SendMessageW(hwnd, WM_SETREDRAW, TRUE, 0);
-    InvalidateRect(hwnd, nullptr, TRUE);
+        SendMessageW(parts.hwndList, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(wide(item)));
+    InvalidateRect(window(list), nullptr, TRUE);
 }
 
 void selectItem(Handle list, int index) {

@@ -1,5 +1,10 @@
 #include "platform/win32/ui/surface.h"
 
+#include <algorithm>
+#include <map>
+#include <string>
+#include <utility>
+
 #include "common/com/handles.h"
 #include "platform/ui/native.h"
 
@@ -12,6 +17,15 @@ SIZE measure(HDC dc, HFONT font, std::u16string_view text) {
     SIZE size{};
     GetTextExtentPoint32W(dc, reinterpret_cast<const wchar_t*>(text.data()), static_cast<int>(text.size()), &size);
     return size;
+}
+
+// The rows of a list show the same few pictures again and again: each is loaded once.
+HICON iconOf(const Picture& picture, int pixels) {
+    static std::map<std::pair<std::u16string, int>, win32::Icon> loaded;
+    const auto [icon, is_new] = loaded.try_emplace({picture.name, pixels});
+    if (is_new)
+        icon->second = win32::loadPicture(picture, pixels);
+    return icon->second.get();
 }
 
 } // namespace
@@ -106,10 +120,9 @@ void Surface::Print(int x, int y, std::u16string_view text, Colour colour) {
 }
 
 void Surface::PaintPicture(const Picture& picture, int x, int y) {
-    if (const auto icon = win32::loadPicture(picture)) {
-        const int size = win32::scaled(picture.size);
-        DrawIconEx(impl_->dc.get(), x, y, icon.get(), size, size, 0, nullptr, DI_NORMAL);
-    }
+    const int size = win32::scaled(picture.size);
+    if (HICON icon = iconOf(picture, size))
+        DrawIconEx(impl_->dc.get(), x, y, icon, size, size, 0, nullptr, DI_NORMAL);
 }
 
 void Surface::Refresh() {

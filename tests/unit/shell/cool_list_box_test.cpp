@@ -51,7 +51,8 @@ TEST_F(CoolListBoxTest, MessageKeepsLineBreaksOfItsOwnAndBlanksInARow) {
 }
 
 TEST_F(CoolListBoxTest, WordsGoOnOneLineWhileTheyFitExactly) {
-    // 184 pixels between the margins: 30 characters fit, 31 do not.
+    // 196 pixels, 180 between the margins: 30 characters fill them.
+    list.Move({0, 0, 196 * 15, 100 * 15});
     list.setNoItemCaption(u"123456789 123456789 1234567890");
     EXPECT_THAT(printed(), ElementsAre(u"123456789 123456789 1234567890"));
     list.setNoItemCaption(u"123456789 123456789 12345678901");

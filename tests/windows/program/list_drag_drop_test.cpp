@@ -63,8 +63,8 @@ class ListDragDrop : public testing::Test {
     static void SetUpTestSuite() {
         form = std::make_unique<ui::Form>(nullptr, u"Lists", ui::FormStyle::window);
         form->setScale(6000, 3000);
-        SetWindowPos(windowOf(*form), HWND_TOPMOST, 10, 10, 0, 0, SWP_NOSIZE);
         form->Show();
+        SetWindowPos(windowOf(*form), HWND_TOPMOST, 10, 10, 0, 0, SWP_NOSIZE);
     }
     static void TearDownTestSuite() { form.reset(); }
 
@@ -508,7 +508,8 @@ class TwoPrograms : public ListDragDrop {
     void SetUp() override {
         ASSERT_TRUE(serveUntil([this] {
             window = FindWindowW(nullptr, neighbour_caption);
-            return window && IsWindowVisible(window);
+            RECT area{};
+            return window && GetWindowRect(window, &area) && area.left == 600 && area.top == 10;
         }));
     }
 

@@ -43,8 +43,8 @@ class ListWindow : public ui::Form {
 int serveListWindow(int left, int top) {
     const com::Apartment apartment;
     ListWindow window;
-    SetWindowPos(windowOf(window), HWND_TOPMOST, left, top, 0, 0, SWP_NOSIZE);
     window.Show();
+    SetWindowPos(windowOf(window), HWND_TOPMOST, left, top, 0, 0, SWP_NOSIZE);
     ui::runMessageLoop();
     return 0;
 }
