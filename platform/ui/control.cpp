@@ -233,8 +233,10 @@ void DropDownList::AddItem(const std::u16string& text) {
 }
 
 void DropDownList::setItems(std::vector<std::u16string> items) {
-    items_ = std::move(items);
     index_ = -1;
+    if (items == items_)
+        return native::selectItem(handle_, index_);
+    items_ = std::move(items);
     native::setItems(handle_, items_);
 }
 

@@ -674,6 +674,8 @@ Handle createControl(Control& control, Kind kind, Handle parent, const std::u16s
         throw com::Error(HRESULT_FROM_WIN32(GetLastError()));
     windows().emplace(hwnd, ControlData{&control, kind, nullptr, false, false});
     SendMessageW(hwnd, WM_SETFONT, reinterpret_cast<WPARAM>(win32::fonts().standard.get()), FALSE);
+    if (kind == Kind::drop_down_list)
+        SendMessageW(hwnd, CB_SETMINVISIBLE, 12, 0);
     // The first created is the last in the window system's order, as it is in the Tab key's.
     SetWindowPos(hwnd, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     return handle(hwnd);

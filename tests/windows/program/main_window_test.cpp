@@ -193,7 +193,8 @@ TEST_F(MainWindow, FitsTheScreenWhereItCan) {
         } else {
             EXPECT_EQ(dpi, 192) << "only there it is wider than this screen";
         }
-        EXPECT_LE(own.bottom - own.top, screen.bottom - screen.top) << dpi;
+        EXPECT_GE(own.top, screen.top) << dpi;
+        EXPECT_LE(own.bottom, screen.bottom) << dpi;
     }
 }
 
@@ -289,13 +290,15 @@ TEST_F(MainWindow, MenuPicturesHaveTheSizeOfTheMenusChecks) {
 
 // In the loop that a menu runs: takes the picture of the screen, and closes it.
 std::string menu_picture;
+int menu_ticks = 0;
 
 void CALLBACK pictureOfMenu(HWND window, UINT, UINT_PTR timer, DWORD) {
     const HWND popup = FindWindowW(MAKEINTRESOURCEW(32768), nullptr);
     if (!popup || !IsWindowVisible(popup))
         return;
+    if (++menu_ticks < 6) // the first menu of a process is drawn late
+        return;
     KillTimer(window, timer);
-    UpdateWindow(popup);
     screenshot(menu_picture.c_str());
     menu_picture.clear();
     EndMenu();
@@ -306,6 +309,7 @@ TEST_F(MainWindow, MenusOpen) {
     SetCursorPos(300, 300);
     const auto opens = [&](const char* name, const std::function<void()>& open) {
         menu_picture = name;
+        menu_ticks = 0;
         SetTimer(windowOf(form), 1, 50, pictureOfMenu);
         open();
         EXPECT_TRUE(serveUntil([] { return menu_picture.empty(); })) << name;
@@ -414,7 +418,7 @@ TEST_F(MainWindow, ListOfFiveThousandSoundSchemesCanBeUsed) {
     GetWindowRect(info.hwndList, &dropped);
     SystemParametersInfoW(SPI_GETWORKAREA, 0, &screen, 0);
     EXPECT_LE(dropped.bottom, screen.bottom);
-    EXPECT_LT(dropped.bottom - dropped.top, 400);
+    EXPECT_LT(dropped.bottom - dropped.top, ui::win32::scaled(300));
     screenshot("sound-schemes");
     SendMessageW(list, CB_SHOWDROPDOWN, FALSE, 0);
 }
