@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Reads a conversation aloud, for ./run: whole programs in Wine, from their setup to the last word."""
+"""Reads a conversation aloud, for ./run: whole programs in Wine, from their setup to the last word. Or starts them and
+leaves the rest to the user."""
 
 import argparse
 import os
@@ -12,7 +13,7 @@ sys.path.insert(0, str(Path(__file__).resolve().parent))
 from desk.prefix import Prefix, ROOT  # noqa: E402
 from desk.reading import Desk, Failed, Options, Reading  # noqa: E402
 from desk.screen import Screen  # noqa: E402
-from desk.waiting import TimedOut  # noqa: E402
+from desk.waiting import TimedOut, wait_for  # noqa: E402
 
 DEMO = ROOT / "companions" / "messenger" / "demo"
 
@@ -47,6 +48,10 @@ def options_of(arguments):
                              "while speech.wav keeps their natural pace")
     parser.add_argument("--out", metavar="DIR", type=Path, default=ROOT / "build" / "run",
                         help="where to write (default build/run)")
+    parser.add_argument("--by-hand", action="store_true",
+                        help="only start the Messenger client and Murmelix, on your display, and leave the rest to you; "
+                             "accounts and settings are there again the next time")
+    parser.add_argument("--prefix", default="wine-by-hand", help=argparse.SUPPRESS)
     parser.add_argument("--check", action="store_true", help=argparse.SUPPRESS)
     chosen = parser.parse_args(arguments)
     conversation = chosen.conversation
@@ -65,7 +70,9 @@ def options_of(arguments):
     if not os.access(chosen.out, os.W_OK | os.X_OK):
         parser.error(f"--out: {chosen.out} cannot be written")
     headless = chosen.headless or not os.environ.get("DISPLAY")
-    return chosen.check, Options(conversation.resolve(), chosen.participants, chosen.messages, chosen.speed,
+    if chosen.by_hand and headless:
+        parser.error("--by-hand needs a display: run it in a desktop session, without --headless")
+    return chosen, Options(conversation.resolve(), chosen.participants, chosen.messages, chosen.speed,
                                  chosen.out.resolve(), headless)
 
 
@@ -113,22 +120,44 @@ def read_aloud(options):
             desk.programs["Murmelix.exe"].wait()
 
 
+def start_by_hand(options, name):
+    """Both neighbours and the program, until the user has ended the program and the Messenger client."""
+    directory = ROOT / "build" / name
+    first = not directory.exists()
+    print("== Setting the neighbours up", flush=True)
+    with Desk(Screen(os.environ["DISPLAY"]), Prefix(directory, keep=True), options.output) as desk:
+        desk.set_up_all()
+        client = desk.program_directory / "MessengerClient.exe"
+        # A new user signs in; later the client does what its user has chosen there.
+        desk.start("MessengerClient.exe", client, *(["/signedout"] if first else []),
+                   directory=desk.program_directory)
+        desk.screen.wait_for_window("Messenger$", 60)
+        desk.start("Murmelix.exe", desk.program_directory / "Murmelix.exe", directory=desk.program_directory)
+        print("== Messenger and Murmelix run until you leave them: File, Exit and Murmelix, Exit Murmelix, or Ctrl-C here",
+              flush=True)
+        wait_for("the user", lambda: not any(desk.running(name) for name in ("MessengerClient.exe", "Murmelix.exe")),
+                 float("inf"), 0.5)
+
+
 def interrupted(*_):
     raise KeyboardInterrupt
 
 
 def main():
-    check, options = options_of(sys.argv[1:])
-    if check:
+    chosen, options = options_of(sys.argv[1:])
+    if chosen.check:
         return 0
     # A signal ends the reading, and what was started for it, also where a shell in the background has SIGINT ignored.
     for number_of_signal in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
         signal.signal(number_of_signal, interrupted)
     try:
-        read_aloud(options)
+        if chosen.by_hand:
+            start_by_hand(options, chosen.prefix)
+        else:
+            read_aloud(options)
         return 0
     except KeyboardInterrupt:
-        print("\n== Ended before everything was read", file=sys.stderr)
+        print("\n== Ended" if chosen.by_hand else "\n== Ended before everything was read", file=sys.stderr)
         return 130
     except (Failed, TimedOut, RuntimeError, OSError, ValueError) as error:
         print(f"./run: {error}", file=sys.stderr)

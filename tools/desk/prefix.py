@@ -24,12 +24,14 @@ def _library(command, **environment):
 
 
 class Prefix:
-    def __init__(self, directory):
-        """Makes the prefix at `directory`, which lies below build/ of the project; what was there is removed."""
+    def __init__(self, directory, keep=False):
+        """Makes the prefix at `directory`, which lies below build/ of the project; what was there is removed, but for
+        a prefix to `keep`, whose programs are ended alone."""
         self.directory = Path(directory).resolve()
         if self.directory.exists():
             self._end_server_of(self.directory)
-            shutil.rmtree(self.directory)
+            if not keep:
+                shutil.rmtree(self.directory)
         lines = _library('wine_environment; make_prefix; printf "%s\\n" "$WINE" "$WINESERVER" "$WINEPREFIX"',
                          WINEPREFIX=str(self.directory)).splitlines()
         self.wine, self._server = lines[:2]

@@ -85,12 +85,13 @@ class Run(unittest.TestCase):
             runs = [start()]
             try:
                 wait_for("the program", lambda: found(runs[0], MAIN_WINDOW), 90, 0.2)
-                press(runs[0], "^Messenger$", *"nora", "at", *"home", "alt+a", "Return")
+                press(runs[0], "^Messenger$", "alt+n", "ctrl+a", *"nora", "at", *"home", "alt+d", "ctrl+a", *"Nora",
+                      "alt+a", "Return")
                 press(runs[0], "^Getting Started$", "alt+n", "Return")
                 leave(runs[0])
                 self.assertIn('"ShowTipFrm"="0"', registry.read_text("utf-8", "replace"))
                 runs.append(start())
-                wait_for("the same account", lambda: found(runs[1], "^nora - Messenger$"), 90, 0.2)
+                wait_for("the same account", lambda: found(runs[1], "^Nora - Messenger$"), 90, 0.2)
                 wait_for("the program again", lambda: found(runs[1], MAIN_WINDOW), 60, 0.2)
                 leave(runs[1])
             finally:
