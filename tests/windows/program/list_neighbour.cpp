@@ -20,12 +20,14 @@ class ListWindow : public ui::Form {
                ui::FormStyle::window) {
         setScale(3000, 3000);
         List.Move({0, 0, 3000, 3000});
+        List.setItemHeight(40);
+        List.SetPos(8, 4, 8, 20, 0, 0);
         List.setDragDropZone(1);
         List.P.setOLEDropMode(ui::DropMode::manual);
         List.AddItem(u"Caption", u"Zo\u00eb \u263a", u"key", false);
         List.P.OLEStartDrag = [this, start = List.P.OLEStartDrag](ui::DataObject& data, ui::DropEffect& allowed) {
             start(data, allowed);
-            setCaption(u"dragging");
+            setCaption(allowed == ui::drop_none ? u"nothing to drag" : u"dragging");
         };
         List.DragDropCompleted = [this](ui::DropEffect effect, const CItem& item) {
             setCaption(u"completed: " + toText(effect) + u", " + item.Text);
