@@ -126,6 +126,9 @@ class Screen:
         self.move(window, left, top)
         self._run("xdotool", "windowraise", window)
 
+    def minimize(self, window):
+        self._run("xdotool", "windowminimize", window, seconds=5)
+
     def activate(self, window):
         """Gives the window the keyboard; False where the window manager does not."""
         try:

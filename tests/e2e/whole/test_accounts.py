@@ -106,7 +106,9 @@ class Accounts(ShellTest):
         self.eventually("the hidden client", lambda: not self.screen.find("^Messenger$"))
         self.click("&Sign in", self.main())
         self.eventually("the client's sign-in", lambda: self.screen.find("^Messenger$"))
-        self.sign_in()
+        self.activate("^Messenger$")
+        self.screen.key("Return")
+        self.eventually("the list", lambda: not self.signed_out() and self.control(START_SELECTED), 20)
         self.eventually("the options", lambda: self.click(SHOW_OPTIONS) or self.options_shown())
 
     def test_a_failed_sign_in_stops_the_reading_and_shows_the_panel(self):

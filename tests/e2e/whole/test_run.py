@@ -77,10 +77,13 @@ class Run(unittest.TestCase):
                 wait_for(title, lambda: found(run, title) and screen.type_into(found(run, title), *keys), 60, 0.2)
 
             def leave(run):
-                wait_for("the end of Murmelix", lambda: not found(run, MAIN_WINDOW) or (
-                    screen.type_into(found(run, MAIN_WINDOW), "alt+m", "x") and False), 60, 0.5)
-                press(run, "Messenger$", "ctrl+q")
-                self.assertEqual(run.wait(60), 0)
+                def gone():
+                    for title, keys in ((MAIN_WINDOW, ("alt+m", "x")), ("Messenger$", ("ctrl+q",))):
+                        for window in screen.find(title):
+                            screen.type_into(window, *keys)
+                    return run.poll() is not None
+                wait_for("the end", gone, 60, 0.5)
+                self.assertEqual(run.returncode, 0)
 
             runs = [start()]
             try:
