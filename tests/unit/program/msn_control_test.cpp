@@ -96,6 +96,13 @@ TEST_F(MsnControl, SignoutUnloadsTheSecondaryWindowsFirst) {
     EXPECT_THAT(log_, ElementsAre(u"unload", u"ShowSignOut"));
 }
 
+TEST_F(MsnControl, SignoutEndsTheReading) {
+    startReading(*open(7, {u"Ann"}));
+    fakes::messenger().events.OnSignout();
+    EXPECT_THAT(log_, ElementsAre(u"unload", u"ShowSignOut", u"StartConvButt_Click"));
+    EXPECT_EQ(IsReadingConversation, 0);
+}
+
 TEST_F(MsnControl, ClientShutdownEndsTheProgram) {
     EXPECT_THROW(fakes::messenger().events.OnAppShutdown(), fakes::ProcessEnded);
     EXPECT_THAT(log_, ElementsAre(u"DeleteSystemTrayIcon"));

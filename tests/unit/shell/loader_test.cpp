@@ -219,6 +219,23 @@ TEST_F(LoaderTest, SignInAppliesTheNewAccountWithoutASecondIconUpdateOrTable) {
     EXPECT_FALSE(form().SignOutFrame.Visible());
 }
 
+TEST_F(LoaderTest, SignInChecksTheMachineAgain) {
+    ASSERT_TRUE(start());
+    fakes::state().agent.audio_output = false;
+    EXPECT_THROW(fakes::messenger().events.OnSignin(0), fakes::ProcessEnded);
+    ASSERT_EQ(boxes().size(), 1U);
+    EXPECT_EQ(boxes().front().title, u"Speech Engine NOT Installed Or Disabled");
+    EXPECT_EQ(fakes::screen().tray_calls.back().message, ui::TrayMessage::remove);
+}
+
+TEST_F(LoaderTest, SignInMissesTheCharacterDirectory) {
+    ASSERT_TRUE(start());
+    fakes::system().directories.clear();
+    EXPECT_THROW(fakes::messenger().events.OnSignin(0), fakes::ProcessEnded);
+    ASSERT_EQ(boxes().size(), 1U);
+    EXPECT_EQ(boxes().front().title, u"Character Directory not found!");
+}
+
 TEST_F(LoaderTest, SignInWithStoredMinimizeHidesTheWindow) {
     ASSERT_TRUE(start());
     store("AutoMinimize", "1");

@@ -452,6 +452,85 @@ TEST_F(MainFrmTest, MatchupsAreRefusedWhileReading) {
                                        16, u"Can't Add/Edit Matchup While In Conversation!"}));
 }
 
+TEST_F(MainFrmTest, MatchupButtonIsEnabledWhileReadingAlone) {
+    EXPECT_FALSE(form().CharMatchupButt.Enabled());
+    showOptions();
+    EXPECT_FALSE(form().CharMatchupButt.Enabled());
+    startReading();
+    EXPECT_TRUE(fakes::click(form().CharMatchupButt));
+    EXPECT_EQ(boxes().size(), 1U);
+    EXPECT_TRUE(fakes::click(form().StartConvButt));
+    EXPECT_FALSE(form().CharMatchupButt.Enabled());
+    form().ConversationsList.ClearList();
+    form().StartConvButt_Click(); // undoes itself
+    EXPECT_FALSE(form().CharMatchupButt.Enabled());
+}
+
+TEST_F(MainFrmTest, SignInWhileReadingLeavesTheWindowAsAfterAStop) {
+    showOptions();
+    startReading();
+    fakes::messenger().events.OnSignin(0);
+    EXPECT_EQ(IsReadingConversation, 0);
+    EXPECT_EQ(ReadingWindowHandle, 0);
+    EXPECT_FALSE(form().WindowResizeTimer.Enabled());
+    EXPECT_EQ(form().ReadingWindowTop, 0);
+    EXPECT_EQ(form().ReadingWindowLeft, 0);
+    EXPECT_TRUE(form().ConversationsList.EnabledIt());
+    EXPECT_FALSE(form().SystemMenuStopReadingConver.Enabled());
+    EXPECT_FALSE(form().CharMatchupButt.Enabled());
+    EXPECT_EQ(form().StartConvButt.Caption(), u"&Start Reading Selected Conversation");
+    EXPECT_EQ(LoadedCharacterKeys.Count(), 0U);
+}
+
+TEST_F(MainFrmTest, SignOutEndsTheReading) {
+    startReading();
+    fakes::messenger().events.OnSignout();
+    EXPECT_EQ(IsReadingConversation, 0);
+    EXPECT_FALSE(form().ReadMoniter.Enabled());
+    EXPECT_FALSE(form().WindowResizeTimer.Enabled());
+    EXPECT_EQ(LoadedCharacterKeys.Count(), 0U);
+    EXPECT_TRUE(form().SignOutFrame.Visible());
+}
+
+TEST_F(MainFrmTest, FocusGoesToThePanelAndComesBackFromIt) {
+    openConversation(7);
+    form().StartConvButt.SetFocus();
+    fakes::messenger().status = 1;
+    fakes::messenger().events.OnSignout();
+    EXPECT_EQ(form().focused(), &form().SignInButt);
+    fakes::messenger().status = 2;
+    fakes::messenger().events.OnSignin(0);
+    EXPECT_EQ(form().focused(), &form().ConversationsList.P);
+}
+
+TEST_F(MainFrmTest, OptionsAskedForWhileSignedOutAreHiddenByTheFirstClickAfterSignIn) {
+    fakes::messenger().status = 1;
+    fakes::messenger().events.OnSignout();
+    form().ReadOptnsButt_Click();
+    fakes::messenger().status = 2;
+    fakes::messenger().events.OnSignin(0);
+    EXPECT_TRUE(fakes::click(form().ReadOptnsButt));
+    EXPECT_EQ(form().OptionsShown, 0);
+    EXPECT_FALSE(form().MurmelixFrame.Enabled());
+    EXPECT_EQ(form().Width(), form().MainFrame.Width() + 270);
+    EXPECT_TRUE(fakes::click(form().ReadOptnsButt)) << "the click after that shows them";
+    EXPECT_TRUE(form().MurmelixFrame.Enabled());
+}
+
+TEST_F(MainFrmTest, OptionsStayOpenWhenTheScreenChanges) {
+    showOptions();
+    fakes::screen().twips_per_pixel = 7.5;
+    form().onSettingsChange();
+    EXPECT_EQ(form().Width(), form().MurmelixFrame.Width() + form().MainFrame.Width() + 135 + 270);
+    EXPECT_TRUE(form().MurmelixFrame.Enabled());
+    const ui::Rect& pixels = fakes::screen().bounds[form().StartConvButt.handle()];
+    EXPECT_EQ(pixels.height, form().StartConvButt.Height() * 2 / 15);
+    EXPECT_EQ(form().ConversationsList.ItemHeight(), 80);
+    form().ReadOptnsButt_Click();
+    form().onSettingsChange();
+    EXPECT_EQ(form().Width(), form().MainFrame.Width() + 270);
+}
+
 TEST_F(MainFrmTest, HelpOpensTheSigninPage) {
     form().ShowSignOut();
     fakes::system().shell_calls.clear();

@@ -1,5 +1,7 @@
 #include "tests/unit/shell/shell_fixture.h"
 
+#include <algorithm>
+
 #include <gmock/gmock.h>
 
 namespace murmelix {
@@ -64,6 +66,92 @@ TEST_F(NoticesTest, ClearBoxAndOkWriteOne) {
     fakes::click(form().TipFrm->OkButt);
     EXPECT_EQ(stored("ShowTipFrm"), "1");
     EXPECT_EQ(ShowTipFrm, 1);
+}
+
+TEST_F(NoticesTest, EveryNoticeWritesItsOwnSetting) {
+    ASSERT_TRUE(start());
+    MinimizeFrm minimize(nullptr);
+    TipFrm tip(nullptr);
+    TipEmotFrm emoticons(nullptr);
+    struct Row {
+        NoticeFrm& notice;
+        const char* name;
+        std::int16_t& flag;
+    };
+    for (const Row& row : {Row{minimize, "ShowMinimizeFrm", ShowMinimizeFrm}, Row{tip, "ShowTipFrm", ShowTipFrm},
+                           Row{emoticons, "ShowEmotTipFrm", ShowEmotTipFrm}}) {
+        row.notice.Show();
+        EXPECT_TRUE(row.notice.onMnemonicKey(u'n'));
+        EXPECT_EQ(stored(row.name), "1") << row.name << ": OK alone writes";
+        EXPECT_TRUE(row.notice.onKey(ui::Key::enter, false)) << "on the box Enter is OK";
+        EXPECT_EQ(stored(row.name), "0");
+        EXPECT_EQ(row.flag, 0) << row.name;
+        row.notice.Show();
+        EXPECT_EQ(row.notice.NeverShowMessAgainCheck.Value(), 0);
+        row.notice.OkButt_Click();
+        EXPECT_EQ(stored(row.name), "1");
+        EXPECT_EQ(row.flag, 1) << row.name;
+    }
+}
+
+TEST_F(NoticesTest, ClearBoxRevivesANoticeThatTheSignedOutStateSilenced) {
+    ASSERT_TRUE(start());
+    form().MurmelixMenuMinimize_Click();
+    form().ShowSignOut();
+    EXPECT_EQ(ShowMinimizeFrm, 0);
+    const auto before = fakes::registry().log.size();
+    form().MinimizeFrm->OkButt_Click();
+    EXPECT_EQ(ShowMinimizeFrm, 1);
+    EXPECT_EQ(fakes::registry().log.size(), before) << "nothing is written while signed out";
+}
+
+TEST_F(NoticesTest, EscapeDoesNotCloseANotice) {
+    ASSERT_TRUE(start());
+    EXPECT_FALSE(form().TipFrm->onKey(ui::Key::escape, false));
+    EXPECT_TRUE(form().TipFrm->Visible());
+}
+
+TEST_F(NoticesTest, AboutClosesOnEscapeAndOnAClickOnItsPicture) {
+    AboutFRM about(nullptr);
+    about.Show();
+    EXPECT_TRUE(about.onKey(ui::Key::escape, false));
+    EXPECT_FALSE(about.Visible());
+    about.Show();
+    about.AboutPic.onClick();
+    EXPECT_FALSE(about.Visible());
+    about.Show();
+    about.onClose();
+    EXPECT_FALSE(about.Visible());
+    EXPECT_EQ(about.AboutPic.picture().name, u"picture_about");
+}
+
+TEST_F(NoticesTest, LinksOfTheAboutWindowAreTheSiteAndTheAddress) {
+    AboutFRM about(nullptr);
+    EXPECT_EQ(about.Label3.Caption(), u"http://www.example.org/Murmelix/");
+    EXPECT_EQ(about.Label9.Caption(), u"support@example.org");
+}
+
+TEST_F(NoticesTest, SignOutUnloadsTheWindowsInTheirOrder) {
+    ASSERT_TRUE(start());
+    openConversation(7);
+    form().StartConvButt_Click(); // the emoticon tip
+    form().MurmelixMenuMinimize_Click();
+    std::vector<std::uintptr_t> unloaded;
+    fakes::screen().while_modal = [&](const ui::Form&) {
+        const auto handle = [](const ui::Form& window) { return window.handle(); };
+        const std::vector<std::uintptr_t> wanted{handle(*form().AboutFRM), handle(*form().MinimizeFrm),
+                                                 handle(*form().TipFrm), handle(*form().TipEmotFrm)};
+        fakes::screen().hidden.clear();
+        fakes::messenger().events.OnSignout();
+        for (const std::uintptr_t hidden : fakes::screen().hidden) {
+            if (std::find(wanted.begin(), wanted.end(), hidden) != wanted.end())
+                unloaded.push_back(hidden);
+        }
+        EXPECT_EQ(unloaded, wanted);
+    };
+    fakes::choose(form().HelpMenuAbout);
+    EXPECT_EQ(unloaded.size(), 4U);
+    EXPECT_TRUE(form().SystemMenuRestoreWindow.Enabled());
 }
 
 TEST_F(NoticesTest, CloseBoxIsRefused) {

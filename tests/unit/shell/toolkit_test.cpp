@@ -128,6 +128,129 @@ TEST(Toolkit, EscapePressesTheCancelButton) {
     EXPECT_EQ(window.clicked, "first ");
 }
 
+TEST(Toolkit, EscapeWithoutACancelButtonIsTheFormsOwn) {
+    struct Closing : Form {
+        Closing() : Form(nullptr, u"", FormStyle::dialog) {}
+        bool onEscape() override { return asked = true; }
+        bool asked = false;
+    } form;
+    EXPECT_TRUE(form.onKey(Key::escape, false));
+    EXPECT_TRUE(form.asked);
+}
+
+TEST(Toolkit, ArrowsGoRoundAmongTheButtonsAndBoxesOfAFrame) {
+    Window window;
+    window.Check.SetFocus();
+    for (const auto& [key, next] : std::vector<std::pair<Key, Control*>>{{Key::down, &window.Second},
+                                                                         {Key::right, &window.Check},
+                                                                         {Key::up, &window.Second},
+                                                                         {Key::left, &window.Check}}) {
+        EXPECT_TRUE(window.onKey(key, false));
+        EXPECT_EQ(window.focused(), next);
+    }
+    EXPECT_EQ(window.clicked, "");
+    window.Text.SetFocus();
+    EXPECT_FALSE(window.onKey(Key::left, false)) << "the text has use for them itself";
+    EXPECT_EQ(window.focused(), &window.Text);
+}
+
+TEST(Toolkit, FocusLeavesWhatCanNoMoreBeReached) {
+    Window window;
+    window.Show();
+    EXPECT_EQ(window.focused(), &window.First);
+    window.First.setEnabled(false);
+    EXPECT_EQ(window.focused(), &window.Check);
+    window.Group.setVisible(false);
+    EXPECT_EQ(window.focused(), &window.Text);
+    window.Text.setEnabled(false);
+    EXPECT_EQ(window.focused(), &window.Other);
+    window.Group.setVisible(true);
+    window.Other.setVisible(false);
+    EXPECT_EQ(window.focused(), &window.Check) << "round to the beginning";
+    window.Group.setEnabled(false);
+    EXPECT_EQ(window.focused(), nullptr);
+    EXPECT_TRUE(window.onKey(Key::tab, false));
+    window.Text.setEnabled(true);
+    EXPECT_EQ(window.focused(), &window.Text) << "the first that can be reached again";
+}
+
+TEST(Toolkit, FocusGoesIntoAPanelThatCoversIt) {
+    Window window;
+    window.Show();
+    Frame panel(window, u"", Frame::Border::none);
+    Button inside(panel, u"&Here");
+    panel.setVisible(false);
+    panel.Move({0, 0, 1000, 1000});
+    inside.Move({10, 10, 100, 100});
+    for (Control* control : std::initializer_list<Control*>{&window.Text, &window.Other, &window.Group})
+        control->Move({100, 300, 500, 100});
+    EXPECT_EQ(window.focused(), &window.First);
+    panel.setVisible(true);
+    EXPECT_EQ(window.focused(), &inside);
+}
+
+TEST(Toolkit, LetterMarksNothingWhereAmpersandsAreLetters) {
+    Window window;
+    window.Group.setUseMnemonic(false);
+    EXPECT_FALSE(window.onMnemonicKey(u'g'));
+    window.Group.setUseMnemonic(true);
+    EXPECT_TRUE(window.onMnemonicKey(u'g'));
+}
+
+TEST(Toolkit, EdgesThatMeetInTwipsMeetInPixelsHoweverDeep) {
+    for (const double twips_per_pixel : {15.0, 12.0, 10.0, 7.5}) {
+        Window window;
+        fakes::screen().twips_per_pixel = twips_per_pixel;
+        Frame inner(window.Group, u"", Frame::Border::none);
+        Button filling(inner, u"");
+        for (int offset = 0; offset < 40; ++offset) {
+            window.Group.Move({offset, offset, 1000, 1000});
+            inner.Move({103, 107, 501, 499});
+            filling.Move({0, 0, 501, 499});
+            const Rect& outside = fakes::screen().bounds[inner.handle()];
+            EXPECT_EQ(fakes::screen().bounds[filling.handle()], (Rect{0, 0, outside.width, outside.height}))
+                << twips_per_pixel << " " << offset;
+        }
+        window.Group.Move({7, 7, 1000, 1000}); // takes along what is in it
+        const Rect& outside = fakes::screen().bounds[inner.handle()];
+        EXPECT_EQ(fakes::screen().bounds[filling.handle()], (Rect{0, 0, outside.width, outside.height}));
+    }
+    fakes::screen() = {};
+}
+
+TEST(Toolkit, EverythingTakesItsPlaceAnewWhenTheResolutionChanges) {
+    Window window;
+    window.Check.Move({150, 300, 1500, 270});
+    EXPECT_EQ(fakes::screen().bounds[window.Check.handle()], (Rect{10, 20, 100, 18}));
+    fakes::screen().twips_per_pixel = 7.5;
+    window.onSettingsChange();
+    EXPECT_EQ(fakes::screen().bounds[window.Check.handle()], (Rect{20, 40, 200, 36}));
+    fakes::screen() = {};
+}
+
+TEST(Toolkit, CaptionIsMeasuredInTwips) {
+    Window window;
+    EXPECT_EQ(window.Heading.sizeFor(u"four"), (Size{4 * 6 * 15, 13 * 15}));
+    EXPECT_EQ(window.Heading.sizeFor(u"eight   ", 4 * 6 * 15), (Size{4 * 6 * 15, 2 * 13 * 15})) << "in two lines";
+    EXPECT_EQ(window.Heading.neededSize(), window.Heading.sizeFor(u"&Text"));
+}
+
+TEST(Toolkit, ItemsInOneGoAreSelectedFromAsOthers) {
+    Window window;
+    DropDownList list(window);
+    int clicks = 0;
+    list.Click = [&] { ++clicks; };
+    list.AddItem(u"old");
+    list.setListIndex(0);
+    for (int times = 0; times < 2; ++times) {
+        list.setItems({u"a", u"b"});
+        EXPECT_EQ(list.ListIndex(), -1);
+        list.setListIndex(1);
+        EXPECT_EQ(list.Text(), u"b");
+    }
+    EXPECT_EQ(clicks, 3);
+}
+
 TEST(Toolkit, CheckBoxRaisesClickOnlyWhenItsValueChanges) {
     Window window;
     window.Check.setValue(0);

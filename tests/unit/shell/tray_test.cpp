@@ -89,6 +89,37 @@ TEST_F(TrayTest, DoubleClickDoesNothingWhileTheRestoreItemIsDisabled) {
     EXPECT_EQ(form().MinimizedToTray, 0);
 }
 
+TEST_F(TrayTest, DoubleClickDoesNothingWhileTheAboutWindowIsOpen) {
+    ASSERT_TRUE(start());
+    fakes::screen().while_modal = [&](const ui::Form&) {
+        iconMessage(515);
+        EXPECT_TRUE(form().Visible());
+        EXPECT_FALSE(fakes::choose(form().SystemMenuRestoreWindow));
+        EXPECT_EQ(form().MinimizedToTray, 0);
+    };
+    fakes::choose(form().HelpMenuAbout);
+    iconMessage(515);
+    EXPECT_FALSE(form().Visible()) << "afterwards it hides the window again";
+}
+
+TEST_F(TrayTest, SingleLeftClickDoesNothing) {
+    ASSERT_TRUE(start());
+    iconMessage(513);
+    iconMessage(514);
+    EXPECT_TRUE(form().Visible());
+    EXPECT_TRUE(fakes::screen().popups.empty());
+}
+
+TEST_F(TrayTest, MinimizedStartShowsNoNoticeAndTheIconRestores) {
+    store("AutoMinimize", "1");
+    ASSERT_TRUE(start());
+    EXPECT_FALSE(form().MinimizeFrm);
+    EXPECT_EQ(form().SystemMenuRestoreWindow.Caption(), u"&Restore Murmelix");
+    iconMessage(515);
+    EXPECT_TRUE(form().Visible());
+    EXPECT_EQ(form().SystemMenuRestoreWindow.Caption(), u"&Minimize Murmelix");
+}
+
 TEST_F(TrayTest, CloseBoxHidesShowsTheNoticeAndKeepsRunning) {
     ASSERT_TRUE(start());
     form().onClose();
