@@ -38,9 +38,10 @@ struct FormData {
 struct ControlData {
     Control* control;
     Kind kind;
-    std::unique_ptr<FormData> form;
+    std::unique_ptr<FormData> form{};
     bool heading = false;
-    bool pressed = false; // a mouse button went down here
+    bool pressed = false;   // a mouse button went down here
+    bool being_set = false; // its text, by the program: what the system makes of it is no input
 };
 
 HWND window(native::Handle handle) {
@@ -128,7 +129,7 @@ void onCommand(HWND control, UINT code) {
         else if (code == BN_SETFOCUS)
             check->onFocus();
     } else if (auto* text = controlAs<TextBox>(control)) {
-        if (code == EN_CHANGE)
+        if (code == EN_CHANGE && !dataOf(control)->being_set)
             text->onText(textOf(control));
         else if (code == EN_SETFOCUS)
             text->onFocus();
@@ -672,7 +673,7 @@ Handle createControl(Control& control, Kind kind, Handle parent, const std::u16s
                                 window(parent), nullptr, GetModuleHandleW(nullptr), nullptr);
     if (!hwnd)
         throw com::Error(HRESULT_FROM_WIN32(GetLastError()));
-    windows().emplace(hwnd, ControlData{&control, kind, nullptr, false, false});
+    windows().emplace(hwnd, ControlData{&control, kind, nullptr});
     SendMessageW(hwnd, WM_SETFONT, reinterpret_cast<WPARAM>(win32::fonts().standard.get()), FALSE);
     if (kind == Kind::drop_down_list)
         SendMessageW(hwnd, CB_SETMINVISIBLE, 12, 0);
@@ -692,7 +693,7 @@ Handle createForm(Form& form, Handle owner, const std::u16string& caption, FormS
     static const int dpi_of_first = win32::dpiOf(hwnd);
     static const bool told = dpi_of_first > 0 && (win32::setScreenDpi(dpi_of_first), true);
     static_cast<void>(told);
-    windows().emplace(hwnd, ControlData{&form, Kind::form, std::make_unique<FormData>(), false, false});
+    windows().emplace(hwnd, ControlData{&form, Kind::form, std::make_unique<FormData>()});
     // Accelerators and the focus are always shown.
     SendMessageW(hwnd, WM_CHANGEUISTATE, MAKEWPARAM(UIS_CLEAR, UISF_HIDEACCEL | UISF_HIDEFOCUS), 0);
     return handle(hwnd);
@@ -707,7 +708,10 @@ void destroy(Handle control) {
 }
 
 void setCaption(Handle control, const std::u16string& caption) {
+    ControlData& data = windows().at(window(control));
+    data.being_set = true;
     SetWindowTextW(window(control), wide(caption));
+    data.being_set = false;
 }
 
 void setVisible(Handle control, bool visible) {

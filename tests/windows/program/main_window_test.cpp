@@ -296,7 +296,7 @@ void CALLBACK pictureOfMenu(HWND window, UINT, UINT_PTR timer, DWORD) {
     const HWND popup = FindWindowW(MAKEINTRESOURCEW(32768), nullptr);
     if (!popup || !IsWindowVisible(popup))
         return;
-    if (++menu_ticks < 6) // the first menu of a process is drawn late
+    if (++menu_ticks < 2) // it is drawn until the second time
         return;
     KillTimer(window, timer);
     screenshot(menu_picture.c_str());
@@ -315,8 +315,9 @@ TEST_F(MainWindow, MenusOpen) {
         EXPECT_TRUE(serveUntil([] { return menu_picture.empty(); })) << name;
         KillTimer(windowOf(form), 1);
     };
+    for (int i = 0; i < 2; ++i) // the first menu of a process is not drawn in time for its picture
+        opens("menu-help", [] { typeKey('H', VK_MENU); });
     opens("menu-murmelix", [] { typeKey('M', VK_MENU); });
-    opens("menu-help", [] { typeKey('H', VK_MENU); });
     // As the shell tells a right click on the icon.
     opens("menu-tray", [&] { SendMessageW(windowOf(form.SystemTrayPic), 512, 1, WM_RBUTTONDOWN); });
     const HMENU bar = GetMenu(windowOf(form));
@@ -396,6 +397,21 @@ TEST_F(MainWindow, ColoursOfTheSystemAreTakenUp) {
     SetSysColors(1, &element, &before);
     SendMessageW(windowOf(form), WM_SYSCOLORCHANGE, 0, 0);
     serveAll();
+}
+
+TEST_F(MainWindow, IgnoredCharactersOfAnyKindAreKeptAsTheyAre) {
+    signIn();
+    form.ReadOptnsButt_Click();
+    for (const std::u16string& text : {std::u16string(1 << 20, u'x'), std::u16string(u"a\r\nb\tc"),
+                                       std::u16string(u"\u05e9\xd800\ufffe\u0301"), std::u16string()}) {
+        form.IgnoreCharTxt.setText(text);
+        serveAll();
+        EXPECT_EQ(IgnoredChars, text);
+        EXPECT_EQ(form.IgnoreCharTxt.Text(), text);
+    }
+    form.IgnoreCharTxt.SetFocus();
+    typeKey('A');
+    EXPECT_EQ(IgnoredChars, u"a");
 }
 
 TEST_F(MainWindow, ListOfFiveThousandSoundSchemesCanBeUsed) {

@@ -5,6 +5,7 @@
 #include "app/settings.h"
 #include "platform/ansi.h"
 #include "platform/registry.h"
+#include "platform/system.h"
 
 namespace murmelix::platform {
 namespace {
@@ -90,6 +91,70 @@ TEST_F(RegistryTest, EnumeratesAndRemoves) {
 TEST_F(RegistryTest, MissingKeyIsNothing) {
     EXPECT_FALSE(RegistryKey::open(Hive::current_user, path + "\\none"));
     EXPECT_TRUE(RegistryKey::open(Hive::current_user, "")) << "the hive itself";
+}
+
+// The machine's values of one name, as they were before, at the end.
+class MachineSetting {
+  public:
+    explicit MachineSetting(const wchar_t* name) : name_(name) {
+        DWORD size = sizeof before_;
+        there_ = RegGetValueW(HKEY_LOCAL_MACHINE, path, name, RRF_RT_REG_SZ, nullptr, before_, &size) == ERROR_SUCCESS;
+    }
+    MachineSetting(const MachineSetting&) = delete;
+    MachineSetting& operator=(const MachineSetting&) = delete;
+    ~MachineSetting() {
+        if (there_)
+            set(REG_SZ, before_, static_cast<DWORD>((wcslen(before_) + 1) * sizeof(wchar_t)));
+        else
+            remove();
+    }
+    void set(DWORD type, const void* data, DWORD size) const {
+        RegSetKeyValueW(HKEY_LOCAL_MACHINE, path, name_, type, data, size);
+    }
+    void set(const std::wstring& text) const {
+        set(REG_SZ, text.c_str(), static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
+    }
+    void remove() const { RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, path, name_); }
+
+  private:
+    static constexpr const wchar_t* path = L"Software\\Murmelix";
+    const wchar_t* name_;
+    wchar_t before_[512] = L"";
+    bool there_ = false;
+};
+
+TEST(MachineSettings, HostAndAddressAreTheMachinesWhereItHasSome) {
+    const MachineSetting host(L"SiteHost"), address(L"SupportAddress");
+    host.remove();
+    address.remove();
+    const std::u16string built_in_host = siteHost(), built_in_address = supportAddress();
+    EXPECT_FALSE(built_in_host.empty());
+    EXPECT_NE(built_in_address.find(u'@'), std::u16string::npos);
+    host.set(L"127.0.0.1:8080");
+    address.set(L"help@example.org");
+    EXPECT_EQ(siteHost(), u"127.0.0.1:8080");
+    EXPECT_EQ(supportAddress(), u"help@example.org");
+}
+
+TEST(MachineSettings, NonsenseIsNoValue) {
+    const MachineSetting host(L"SiteHost"), address(L"SupportAddress");
+    host.remove();
+    address.remove();
+    const std::u16string built_in_host = siteHost(), built_in_address = supportAddress();
+    for (const std::wstring& text : {std::wstring(), std::wstring(L"http://x/"), std::wstring(L"a b"),
+                                     std::wstring(600, L'x'), std::wstring(100000, L'y'), std::wstring(L"\x1\x2")}) {
+        host.set(text);
+        address.set(text);
+        EXPECT_EQ(siteHost(), built_in_host);
+        EXPECT_EQ(supportAddress(), built_in_address);
+    }
+    const DWORD number = 7;
+    for (const DWORD type : {REG_DWORD, REG_BINARY, REG_NONE}) {
+        host.set(type, &number, sizeof number);
+        EXPECT_EQ(siteHost(), built_in_host);
+    }
+    host.set(REG_SZ, L"www.example.org", 2 * 15); // without its closing NUL
+    EXPECT_EQ(siteHost(), u"www.example.org");
 }
 
 } // namespace
