@@ -3,7 +3,8 @@
 
 NAME.svg becomes NAME.ico; NAME_small.svg, where there is one, gives its sizes up to 24 pixels. conversation.svg becomes
 a picture, too, on white. menu/NAME.svg becomes menu_NAME.ico, of one bit a pixel and for every size that the checks of
-menus have: as the picture of a menu item it takes the menu's own colours."""
+menus have: as the picture of a menu item it takes the menu's own colours. menu/small/NAME.svg, drawn in dots, gives the
+sizes at which little of the other would be left."""
 
 import concurrent.futures
 import pathlib
@@ -16,7 +17,8 @@ SIZES = (16, 20, 24, 32, 40, 48, 64, 80, 96, 128, 256)
 # What is no icon of a program needs only the sizes that it is shown in: at 96, 120, 144 and 192 dots an inch.
 ICONS = {"murmelix": SIZES, "messenger": SIZES, "agent": SIZES, "setup": SIZES, "updater": SIZES,
          "conversation": (16, 20, 24, 32, 40, 48, 64), "about": (96, 120, 144, 192)}
-MENU_SIZES = range(12, 33)
+MENU_SIZES = range(11, 33)
+SMALL_MENU_SIZE, SMALL_MENU_UP_TO = 11, 13  # pixels of the small drawings, and how far they are used
 HERE = pathlib.Path(__file__).resolve().parent
 
 
@@ -77,10 +79,13 @@ def iconImage(png, size):
 
 def dottedImage(png, size):
     """One image of an icon of black dots: wherever the picture covers enough of one."""
-    mask = b""
-    for row in reversed(rows(png)):
-        bits = "".join("0" if row[i + 3] >= 97 else "1" for i in range(0, len(row),
-                                                                       4)).ljust((size + 31) // 32 * 32, "0")
+    lines, mask = rows(png), b""
+    # What is smaller than the image stands in its middle.
+    width, beside = len(lines[0]) // 4, (size - len(lines)) // 2
+    lines = [bytes(4 * width)] * beside + lines + [bytes(4 * width)] * (size - len(lines) - beside)
+    for row in reversed(lines):
+        bits = "".join("0" if row[i + 3] >= 97 else "1" for i in range(0, len(row), 4))
+        bits = ("1" * beside + bits).ljust(size, "1").ljust((size + 31) // 32 * 32, "0")
         mask += int(bits, 2).to_bytes(len(bits) // 8, "big")
     return struct.pack("<IiiHHIIiiII", 40, size, size * 2, 1, 1, 0, 2 * len(mask), 0, 0, 2, 0) + bytes(
         (0, 0, 0, 0, 255, 255, 255, 0)) + bytes(len(mask)) + mask
@@ -127,7 +132,12 @@ def main(arguments):
         (directory / f"{name}.ico").write_bytes(icon(images))
 
     def buildMenuPicture(svg):
-        images = [(size, dottedImage(render(converter, svg, size), size)) for size in MENU_SIZES]
+        small = svg.parent / "small" / svg.name
+        images = []
+        for size in MENU_SIZES:
+            is_small = size <= SMALL_MENU_UP_TO and small.exists()
+            png = render(converter, small, SMALL_MENU_SIZE) if is_small else render(converter, svg, size)
+            images.append((size, dottedImage(png, size)))
         (directory / f"menu_{svg.stem}.ico").write_bytes(icon(images, bits=1))
 
     with concurrent.futures.ThreadPoolExecutor() as pool:
