@@ -387,7 +387,7 @@ class ShellTest(WholeProgramTest):
         left, top, _, _ = self.list_place().place
         self.click_at(left + 80, top + 20)
         self.screen.key("alt+s")
-        self.eventually("the reading", lambda: self.control(STOP), 30)
+        self.eventually("the reading", lambda: self.control(STOP) and self.characters(), 30)
 
     def open_conversation(self, name="Ann"):
         """Has the client open one with a contact of that name; the contact's sign-in name."""
@@ -405,3 +405,13 @@ class ShellTest(WholeProgramTest):
 
     def picture(self, name):
         self.screen.picture(self.output / f"{name}.png")
+
+    def painted(self, place, moving=False):
+        """The same when all has been painted: when it does not change any more. Where something moves, after a while."""
+        taken = []
+
+        def done():
+            taken.append(self.pixels(place))
+            return len(taken) > 5 if moving else taken[-1] in taken[-2:-1]
+        self.eventually(f"the painted window at {place}", done, 20)
+        return taken[-1]

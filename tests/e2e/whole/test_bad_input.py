@@ -101,7 +101,6 @@ class BadInput(ShellTest):
         self.start_program()
         ann = self.open_conversation()
         self.start_reading_first_row()
-        self.eventually("a character", self.characters)
         paints_for = self.watch_painting()
         self.client("hang 5000 History")
         paints_for(2)
@@ -124,7 +123,6 @@ class BadInput(ShellTest):
         self.start_program()
         ann = self.open_conversation()
         self.start_reading_first_row()
-        self.eventually("a character", self.characters)
         paints_for = self.watch_painting("AgentServerMessages")
         server = self.desk.programs["AgentServer.exe"]
         hung = time.monotonic()
@@ -153,16 +151,16 @@ class BadInput(ShellTest):
         comes back as it was."""
         place = self.main().place
         inside = (place[0] + 8, place[1] + 60, place[2] - 8, place[3] - 8)
-        whole = self.pixels(inside)
+        whole = self.painted(inside)
         tray = self.screen.find("^Wine System Tray$")[-1]
 
         def paints_for(seconds):
             end, uncovered = time.monotonic() + seconds, 0
             while time.monotonic() < end:
                 self.screen.cover(tray, place[0] + 60, place[1] + 150)
-                self.eventually("the cover", lambda: self.pixels(inside) != whole, 3)
+                self.eventually("the cover", lambda: self.pixels(inside) != whole, 4)
                 self.screen.move(tray, 700, 880)
-                self.eventually("the window painted again", lambda: self.pixels(inside) == whole, 3)
+                self.eventually("the window painted again", lambda: self.pixels(inside) == whole, 4)
                 uncovered += 1
             self.assertGreater(uncovered, 1)
             # It answers, and the neighbour does not yet.

@@ -63,7 +63,6 @@ class Ending(ShellTest):
     def test_by_the_menus_while_reading_after_a_question(self):
         self.start_all(conversation=True)
         self.start_reading_first_row()
-        self.eventually("Ann's character", lambda: self.transcript.new())
         self.open_menu("m")
         self.screen.key("x")
         self.assertEqual(self.message_box(CLOSING), QUESTION)

@@ -21,15 +21,9 @@ class Screens(ShellTest):
         place = (min(place[0] for place in places) + 2 - room, min(place[1] for place in places) + 2 - room,
                  max(place[2] for place in places) - 2 + room, max(place[3] for place in places) - 2 + room)
         place = (max(place[0], 0), max(place[1], 0), min(place[2], 1280), min(place[3], 960))
-        taken = []
-
-        def painted():
-            taken.append(self.pixels(place))
-            return len(taken) > 5 if moving else taken[-1] in taken[-2:-1]
-        self.eventually(f"the painted window of {name}", painted, 10)
         left, top, right, bottom = place
         subprocess.run(["convert", "-size", f"{right - left}x{bottom - top}", "-depth", "8", "rgb:-", "-strip",
-                        str(SCREENS / f"{name}.png")], input=taken[-1], check=True, timeout=20)
+                        str(SCREENS / f"{name}.png")], input=self.painted(place, moving), check=True, timeout=20)
 
     def shot_of(self, title, name, moving=False):
         """The same of a window that is awaited, which is then in front."""
