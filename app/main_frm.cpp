@@ -428,15 +428,19 @@ void MainFrm::showWhetherReading() {
 }
 
 void MainFrm::StartReadingConversation() {
-    const auto window = MSNControl->GetWindowAt(handleOf(ConversationsList.GetSelectedKey()));
+    const std::int32_t handle = handleOf(ConversationsList.GetSelectedKey());
+    const auto window = MSNControl->GetWindowAt(handle);
     if (!window)
         return StartConvButt_Click();
+    ReadingWindowHandle = handle;
     attempt([&] {
-        ReadingWindowHandle = window->Handle();
         ReadingWindowTop = to16Bit(window->Top());
         ReadingWindowLeft = to16Bit(window->Left());
     });
     MSNControl->AddMoniteredWindowContacts();
+    // Loading takes calls, and in the middle of one the reading can be ended or another one begun.
+    if (!IsReadingConversation || ReadingWindowHandle != handle)
+        return;
     if (AutoAttachChar)
         WindowResizeTimer.setEnabled(true);
     MSNControl->StartAtEndOf(*window);

@@ -78,7 +78,7 @@ void shellExecute(const std::u16string& verb, const std::u16string& file, const 
     const std::string ansi_verb = toAnsi(verb), ansi_file = toAnsi(file), ansi_parameters = toAnsi(parameters),
                       ansi_directory = toAnsi(directory);
     const auto orNull = [](const std::string& text) { return text.empty() ? nullptr : text.c_str(); };
-    ShellExecuteA(ui::win32::visibleMainWindow(), orNull(ansi_verb), ansi_file.c_str(), orNull(ansi_parameters),
+    ShellExecuteA(ui::win32::mainWindow(), orNull(ansi_verb), ansi_file.c_str(), orNull(ansi_parameters),
                   orNull(ansi_directory), SW_SHOWNORMAL);
 }
 

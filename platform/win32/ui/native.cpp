@@ -654,12 +654,17 @@ int buttonsOf(DWORD held) {
            (held & MK_MBUTTON ? middle_button : 0);
 }
 
-HWND visibleMainWindow() {
+HWND mainWindow() {
     for (const auto& [hwnd, data] : windows()) {
-        if (data.kind == Kind::form && !GetWindow(hwnd, GW_OWNER) && IsWindowVisible(hwnd))
+        if (data.kind == Kind::form && !GetWindow(hwnd, GW_OWNER))
             return hwnd;
     }
     return nullptr;
+}
+
+HWND visibleMainWindow() {
+    HWND hwnd = mainWindow();
+    return hwnd && IsWindowVisible(hwnd) ? hwnd : nullptr;
 }
 
 } // namespace win32

@@ -11,7 +11,9 @@ void dispatch(const MSG& message);
 // The MouseButtons among the keys and buttons (MK_…) of a message or a drag.
 int buttonsOf(DWORD held);
 
-// The form without an owner that is on screen; null where none is.
+// The form without an owner; null where there is none.
+HWND mainWindow();
+// The same while it is on the screen.
 HWND visibleMainWindow();
 
 // The shell's bar has been started anew: puts the icon there again where it was.

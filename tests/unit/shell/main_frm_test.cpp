@@ -262,6 +262,34 @@ TEST_F(MainFrmTest, StartWithARowWhoseWindowHasClosedUndoesItself) {
     EXPECT_EQ(ReadingWindowHandle, 0);
 }
 
+TEST_F(MainFrmTest, StopWhileTheCharactersAreLoadedLeavesNothingRunning) {
+    openConversation(1234);
+    fakes::neighbours().during = [&](std::string_view call) {
+        if (call == "Show" && IsReadingConversation)
+            form().StartConvButt_Click();
+    };
+    form().StartConvButt_Click();
+    EXPECT_EQ(IsReadingConversation, 0);
+    EXPECT_FALSE(form().WindowResizeTimer.Enabled());
+    EXPECT_FALSE(form().ReadMoniter.Enabled());
+    EXPECT_FALSE(form().TipEmotFrm);
+    EXPECT_EQ(form().StartConvButt.Caption(), u"&Start Reading Conversation");
+    EXPECT_FALSE(form().SystemMenuStopReadingConver.Enabled());
+    EXPECT_EQ(LoadedCharacterKeys.Count(), 0U);
+}
+
+TEST_F(MainFrmTest, WindowThatDoesNotTellItsPlaceIsReadAllTheSame) {
+    const auto window = openConversation(1234);
+    fakes::neighbours().failing = {"HWND", "Handle", "Top", "Left"};
+    form().StartConvButt_Click();
+    EXPECT_EQ(ReadingWindowHandle, 1234);
+    fakes::neighbours().failing.clear();
+    window->say(u"Ann", u"hello");
+    fakes::state().agent.calls.clear();
+    fakes::tick(form().ReadMoniter);
+    EXPECT_FALSE(fakes::state().agent.calls.empty());
+}
+
 TEST_F(MainFrmTest, StartWithoutTheOptionsShowsNoTipAndFollowsNoWindow) {
     AutoAttachChar = 0;
     ShowEmotTipFrm = 0;
