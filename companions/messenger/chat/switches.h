@@ -10,11 +10,12 @@
 //   /log FILE              write one line per event (see event_log.h)
 //   /signin NAME           signed in at once as that account; /friendly NAME its name for people
 //   /signedout             start signed out
-//   /connect MS            a sign-in takes so long (900); 0: it is done at once; hold: until the command "signing
-//   finish" /idle MINUTES          online becomes idle when nothing was touched for so long (10); 0: never /left /top
-//   /width /height N   place of the conversation window on the screen, in pixels /send COMMAND          hand a control
-//   command (see control.h) to the running client; its result is the exit status /regserver /unregserver       write or
-//   remove the registration of Messenger.UIAutomation -Embedding             started by COM
+//   /connect MS            a sign-in takes so long (900); 0: none; hold: until the command "signing finish" (control.h)
+//   /idle MINUTES          online becomes idle when nothing was touched for so long (10); 0: never
+//   /left /top /width /height N   place of the conversation window on the screen, in pixels
+//   /send COMMAND          hand a control command (see control.h) to the running client; its result is the exit status
+//   /regserver /unregserver       write or remove the registration of Messenger.UIAutomation
+//   -Embedding             started by COM
 // A switch may begin with "/" or "-"; letter case does not matter.
 #pragma once
 

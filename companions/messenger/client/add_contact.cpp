@@ -84,6 +84,9 @@ LRESULT AddContactWindow::message(UINT message, WPARAM wparam, LPARAM lparam) {
         else if (LOWORD(wparam) == IDCANCEL)
             close();
         return 0;
+    case WM_SETFOCUS:
+        SetFocus(of(id_signin));
+        return 0;
     case WM_CLOSE:
         close();
         return 0;

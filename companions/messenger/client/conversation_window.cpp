@@ -425,10 +425,6 @@ LRESULT ConversationWindow::message(UINT message, WPARAM wparam, LPARAM lparam) 
     case WM_SETFOCUS:
         SetFocus(input_);
         return 0;
-    case WM_ACTIVATE:
-        if (LOWORD(wparam) != WA_INACTIVE && input_ && GetFocus() == handle())
-            SetFocus(input_);
-        return defaultMessage(message, wparam, lparam);
     case DM_GETDEFID:
         return MAKELRESULT(GetFocus() == invite_ ? id_invite : id_send, DC_HASDEFID);
     case WM_COMMAND:

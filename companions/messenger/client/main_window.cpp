@@ -702,11 +702,6 @@ LRESULT MainWindow::message(UINT message, WPARAM wparam, LPARAM lparam) {
         else
             page_->focus();
         return 0;
-    case WM_ACTIVATE:
-        // The window gets the keyboard back where it was; what had it may be gone.
-        if (LOWORD(wparam) != WA_INACTIVE && !IsIconic(handle()))
-            SetFocus(handle());
-        return 0;
     case WM_INITMENUPOPUP:
         fillAccountMenu();
         CheckMenuItem(GetMenu(handle()), id_keep_running, MF_BYCOMMAND | (keepsRunning() ? MF_CHECKED : MF_UNCHECKED));

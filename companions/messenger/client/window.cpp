@@ -237,11 +237,23 @@ void Window::create(const wchar_t* class_name, const wchar_t* title, DWORD style
 }
 
 LRESULT Window::defaultMessage(UINT message, WPARAM wparam, LPARAM lparam) {
-    if (message != WM_NEXTDLGCTL)
+    switch (message) {
+    case WM_NEXTDLGCTL: {
+        const bool given = LOWORD(lparam) != 0;
+        SetFocus(given ? reinterpret_cast<HWND>(wparam) : GetNextDlgTabItem(handle_, GetFocus(), wparam != 0));
+        return 0;
+    }
+    case WM_ACTIVATE: {
+        const HWND focus = GetFocus();
+        if (LOWORD(wparam) == WA_INACTIVE)
+            had_focus_ = IsChild(handle_, focus) ? focus : nullptr;
+        else if (HIWORD(wparam) == 0) // not while it is an icon
+            SetFocus(IsChild(handle_, had_focus_) && IsWindowVisible(had_focus_) ? had_focus_ : handle_);
+        return 0;
+    }
+    default:
         return DefWindowProcW(handle_, message, wparam, lparam);
-    const bool given = LOWORD(lparam) != 0;
-    SetFocus(given ? reinterpret_cast<HWND>(wparam) : GetNextDlgTabItem(handle_, GetFocus(), wparam != 0));
-    return 0;
+    }
 }
 
 LRESULT CALLBACK Window::procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {

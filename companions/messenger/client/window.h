@@ -104,6 +104,7 @@ class Window {
   private:
     static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
     HWND handle_ = nullptr;
+    HWND had_focus_ = nullptr; // the child that had the keyboard when the window was left
 };
 
 } // namespace messenger_client

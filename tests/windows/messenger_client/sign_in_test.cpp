@@ -209,6 +209,22 @@ TEST_F(SignInWindow, LettersLeadToTheirFields) {
     EXPECT_TRUE(becomes(2));
 }
 
+TEST_F(SignInWindow, TheKeyboardComesBackToWhereItWas) {
+    start(u"/signedout");
+    altKey(u'd');
+    ASSERT_TRUE(focusComesTo(id_friendly));
+    SendMessageW(window, WM_ACTIVATE, WA_INACTIVE, 0);
+    SendMessageW(of(id_sign_in), WM_SETFOCUS, 0, 0);
+    SendMessageW(window, WM_ACTIVATE, WA_ACTIVE, 0);
+    EXPECT_TRUE(focusComesTo(id_friendly));
+    // What had it is gone meanwhile.
+    SendMessageW(window, WM_ACTIVATE, WA_INACTIVE, 0);
+    client->command("signin kim@x");
+    client->command("add ann@x Ann");
+    SendMessageW(window, WM_ACTIVATE, WA_ACTIVE, 0);
+    EXPECT_TRUE(focusComesTo(id_contacts)) << focus();
+}
+
 TEST_F(SignInWindow, ANameIsTypedAndEnterSignsIn) {
     start(u"/signedout");
     fill(id_signin, u"");
