@@ -723,6 +723,10 @@ void setVisible(Handle control, bool visible) {
     HWND hwnd = window(control);
     if (ControlData* data = dataOf(hwnd); data && data->form && data->form->disabled_owner && !visible)
         EnableWindow(std::exchange(data->form->disabled_owner, nullptr), TRUE);
+    // Where it is left to others, the next window in front can be any program's.
+    if (HWND owner = GetWindow(hwnd, GW_OWNER);
+        !visible && owner && IsWindowVisible(owner) && IsWindowEnabled(owner) && GetActiveWindow() == hwnd)
+        SetForegroundWindow(owner);
     ShowWindow(hwnd, visible ? SW_SHOW : SW_HIDE);
 }
 

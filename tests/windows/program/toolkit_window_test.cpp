@@ -365,6 +365,19 @@ TEST(Windows, ModalFormKeepsItsOwnerFromInputUntilItIsClosed) {
     EXPECT_FALSE(IsWindowVisible(windowOf(dialog)));
 }
 
+TEST(Windows, OwnerIsInFrontAgainWhenWhatItOwnsIsHidden) {
+    Window window;
+    ui::Form notice(&window, u"Notice", ui::FormStyle::dialog);
+    notice.setScale(1500, 900);
+    notice.Show();
+    serveAll();
+    EXPECT_EQ(GetForegroundWindow(), windowOf(notice));
+    notice.Unload();
+    EXPECT_EQ(GetForegroundWindow(), windowOf(window));
+    serveAll();
+    EXPECT_EQ(GetFocus(), windowOf(window.Push));
+}
+
 TEST(Windows, OuterWidthIsThatOfTheWholeWindow) {
     Window window;
     window.setWidth(7500);
