@@ -4,7 +4,6 @@
 Both neighbours write the system's performance counter down: the Messenger client when it has appended the message, the
 character server when the call arrives. Prints the distribution in milliseconds, and fails where it is too slow."""
 
-import os
 import shutil
 import statistics
 import sys
@@ -13,9 +12,7 @@ from pathlib import Path
 ROOT = Path(__file__).resolve().parents[1]
 sys.path.insert(0, str(ROOT / "tools"))
 
-from desk.prefix import Prefix  # noqa: E402
-from desk.reading import Desk, Options, Reading  # noqa: E402
-from desk.screen import Screen  # noqa: E402
+from desk.reading import Options, Reading, own_desk  # noqa: E402
 from desk.waiting import wait_for  # noqa: E402
 
 MESSAGES = 250
@@ -58,25 +55,15 @@ def main():
     output.mkdir(parents=True)
     file = output / "conversation.txt"
     file.write_text(conversation(), "utf-8")
-    run = ROOT / "build" / "wine-runs" / f"{os.getpid()}.latency"
-    screen = Screen.own()
-    try:
-        prefix = Prefix(run / "prefix")
-    except BaseException:
-        screen.close()
-        raise
-    try:
-        with Desk(screen, prefix, output) as desk:
-            desk.set_up_all()
-            # The characters act at their natural speed, so most of what they are told waits in their queues.
-            reading = Reading(desk, Options(file, participants=2, speed=10, output=output, stage_speed=1))
-            reading.start_neighbours()
-            reading.start_program()
-            reading.start_reading()
-            wait_for("all calls", lambda: all_called(reading), 300, 0.5)
-            measured = latencies(reading.log, reading.transcript)
-    finally:
-        shutil.rmtree(run, ignore_errors=True)
+    with own_desk("latency", output) as desk:
+        desk.set_up_all()
+        # The characters act at their natural speed, so most of what they are told waits in their queues.
+        reading = Reading(desk, Options(file, participants=2, speed=10, output=output, stage_speed=1))
+        reading.start_neighbours()
+        reading.start_program()
+        reading.start_reading()
+        wait_for("all calls", lambda: all_called(reading), 300, 0.5)
+        measured = latencies(reading.log, reading.transcript)
     median = statistics.median(measured)
     percentile_99 = measured[min(len(measured) - 1, int(len(measured) * 0.99))]
     print(f"{len(measured)} messages: median {median:.1f} ms, 99th percentile {percentile_99:.1f} ms, "

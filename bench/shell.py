@@ -15,9 +15,7 @@ from pathlib import Path
 ROOT = Path(__file__).resolve().parents[1]
 sys.path.insert(0, str(ROOT / "tools"))
 
-from desk.prefix import Prefix  # noqa: E402
-from desk.reading import MAIN_WINDOW, WIN64, Desk, Options, Reading  # noqa: E402
-from desk.screen import Screen  # noqa: E402
+from desk.reading import MAIN_WINDOW, WIN64, Options, Reading, own_desk  # noqa: E402
 from desk.waiting import wait_for  # noqa: E402
 
 STOPWATCH = WIN64 / "bench" / "windows" / "shell" / "bench_stopwatch.exe"
@@ -119,21 +117,11 @@ def main():
     output.mkdir(parents=True)
     file = output / "conversation.txt"
     file.write_text("[09:00] <Ann> hello\n[09:01] <Bob> good morning\n", "utf-8")
-    run = ROOT / "build" / "wine-runs" / f"{os.getpid()}.shell"
-    screen = Screen.own()
-    try:
-        prefix = Prefix(run / "prefix")
-    except BaseException:
-        screen.close()
-        raise
-    try:
-        with Desk(screen, prefix, output) as desk:
-            desk.set_up_all()
-            reading = Reading(desk, Options(file, participants=2, speed=100, output=output))
-            reading.start_neighbours()
-            starts, others, idle, reading_idle, memory, reading_memory, other_memory = measure(desk, reading)
-    finally:
-        shutil.rmtree(run, ignore_errors=True)
+    with own_desk("shell", output) as desk:
+        desk.set_up_all()
+        reading = Reading(desk, Options(file, participants=2, speed=100, output=output))
+        reading.start_neighbours()
+        starts, others, idle, reading_idle, memory, reading_memory, other_memory = measure(desk, reading)
     print(f"start to the main window, {STARTS} times: {spread(starts)}")
     print(f"notepad of Wine, in turn with it:   {spread(others)}")
     print(f"processor, signed in and idle: {idle:.2f} % of a core over {IDLE_SECONDS} s")

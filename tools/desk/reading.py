@@ -1,8 +1,10 @@
 """One whole reading: the neighbours set up as an installer would, the program started, a conversation read aloud."""
 
+import contextlib
 import json
 import os
 import re
+import shutil
 import subprocess
 import time
 import wave
@@ -121,6 +123,23 @@ class Desk:
 
     def agent_server(self):
         return self.prefix.windows / "msagent" / "AgentServer.exe"
+
+
+@contextlib.contextmanager
+def own_desk(name, output):
+    """A desk on a screen and in a prefix of its own, which is removed in the end."""
+    run = ROOT / "build" / "wine-runs" / f"{os.getpid()}.{name}"
+    screen = Screen.own()
+    try:
+        prefix = Prefix(run / "prefix")
+    except BaseException:
+        screen.close()
+        raise
+    try:
+        with Desk(screen, prefix, output) as desk:
+            yield desk
+    finally:
+        shutil.rmtree(run, ignore_errors=True)
 
 
 def expected_calls(messages):
