@@ -211,7 +211,9 @@ void App::schedule() {
 void App::lookWhetherIdle() {
     LASTINPUTINFO last{sizeof(LASTINPUTINFO), 0};
     GetLastInputInfo(&last);
-    const long long untouched = pretended_untouched_.value_or(static_cast<DWORD>(GetTickCount() - last.dwTime));
+    // The last input can be a moment ahead of the tick count, which moves in steps.
+    const auto since = static_cast<LONG>(GetTickCount() - last.dwTime);
+    const long long untouched = pretended_untouched_.value_or(std::max<LONG>(since, 0));
     if (client_.signedIn()) {
         if (const auto status = auto_idle_.look(client_.me()->status, untouched))
             client_.setMyStatus(*status);
