@@ -25,10 +25,14 @@ class KeyedCollection {
   public:
     std::size_t Count() const { return entries_.size(); }
 
-    bool contains(std::u16string_view key) const { return numbers_.contains(key); }
+    bool contains(std::u16string_view key) const { return position(key) != 0; }
 
     // Position of a key, 0 when it is not there.
     std::size_t position(std::u16string_view key) const {
+        if (entries_.size() <= few) {
+            const auto entry = std::ranges::find(entries_, key, &Entry::key);
+            return entry == entries_.end() ? 0 : static_cast<std::size_t>(entry - entries_.begin()) + 1;
+        }
         const auto found = numbers_.find(key);
         if (found == numbers_.end())
             return 0;
@@ -38,9 +42,13 @@ class KeyedCollection {
 
     // At the end; CollectionError when the key is there.
     void Add(T item, std::u16string key) {
-        if (!numbers_.try_emplace(key, next_number_).second)
+        if (contains(key))
             throw CollectionError("the key is already associated with an element");
         entries_.push_back({next_number_++, std::move(key), std::move(item)});
+        if (entries_.size() > few) {
+            for (std::size_t i = numbers_.empty() ? 0 : entries_.size() - 1; i < entries_.size(); ++i)
+                numbers_.emplace(entries_[i].key, entries_[i].number);
+        }
     }
 
     T& Item(std::u16string_view key) { return entries_[indexOf(key)].item; }
@@ -57,6 +65,8 @@ class KeyedCollection {
     }
 
   private:
+    static constexpr std::size_t few = 16; // entries are compared sooner than looked up
+
     // In the order of their numbers, which grow with every item added.
     struct Entry {
         std::uint64_t number;
@@ -77,6 +87,8 @@ class KeyedCollection {
     }
     void removeIndex(std::size_t index) {
         numbers_.erase(entries_[index].key);
+        if (entries_.size() - 1 <= few)
+            numbers_.clear();
         entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(index));
     }
 
@@ -86,7 +98,7 @@ class KeyedCollection {
     };
 
     std::vector<Entry> entries_;
-    std::unordered_map<std::u16string, std::uint64_t, Hash, std::equal_to<>> numbers_; // by key
+    std::unordered_map<std::u16string, std::uint64_t, Hash, std::equal_to<>> numbers_; // by key; empty for few
     std::uint64_t next_number_ = 0;
 };
 

@@ -1,0 +1,72 @@
+#include "common/keyed_collection.h"
+
+#include <gtest/gtest.h>
+
+#include "common/text.h"
+
+namespace murmelix {
+namespace {
+
+KeyedCollection<int> numbered(int count) {
+    KeyedCollection<int> all;
+    for (int i = 1; i <= count; ++i)
+        all.Add(i, u"k" + toText(i));
+    return all;
+}
+
+// Every key stands where its position says.
+void expectConsistent(const KeyedCollection<int>& all) {
+    for (std::size_t at = 1; at <= all.Count(); ++at) {
+        ASSERT_EQ(all.position(all.KeyAt(at)), at);
+        ASSERT_EQ(all.KeyAt(at), u"k" + toText(all.Item(at)));
+    }
+}
+
+TEST(KeyedCollection, KeepsTheOrderOfAddingAndCountsFromOne) {
+    const auto all = numbered(3);
+    EXPECT_EQ(all.Item(1), 1);
+    EXPECT_EQ(all.KeyAt(3), u"k3");
+    EXPECT_EQ(all.Item(u"k2"), 2);
+    EXPECT_EQ(all.position(u"K2"), 0u) << "letter for letter";
+    EXPECT_FALSE(all.contains(u""));
+}
+
+TEST(KeyedCollection, FindsKeysHoweverManyComeAndGo) {
+    for (const int count : {1, 15, 16, 17, 18, 40, 1000}) {
+        auto all = numbered(count);
+        expectConsistent(all);
+        all.Remove(u"k1");
+        EXPECT_FALSE(all.contains(u"k1"));
+        expectConsistent(all);
+        all.Add(1, u"k1");
+        EXPECT_EQ(all.position(u"k1"), static_cast<std::size_t>(count));
+        expectConsistent(all);
+        while (all.Count() > 0)
+            all.Remove((all.Count() + 1) / 2);
+        EXPECT_FALSE(all.contains(u"k1"));
+    }
+}
+
+TEST(KeyedCollection, RefusesWhatIsThereAndWhatIsNot) {
+    for (const int count : {3, 30}) {
+        auto all = numbered(count);
+        EXPECT_THROW(all.Add(9, u"k2"), CollectionError);
+        EXPECT_EQ(all.Count(), static_cast<std::size_t>(count));
+        EXPECT_THROW(all.Item(u"none"), CollectionError);
+        EXPECT_THROW(all.Remove(u"none"), CollectionError);
+        EXPECT_THROW(all.Item(0), CollectionError);
+        EXPECT_THROW(all.Remove(all.Count() + 1), CollectionError);
+    }
+}
+
+TEST(KeyedCollection, IsEmptyOnceCleared) {
+    auto all = numbered(30);
+    all.Clear();
+    EXPECT_EQ(all.Count(), 0u);
+    EXPECT_FALSE(all.contains(u"k1"));
+    all.Add(1, u"k1");
+    EXPECT_EQ(all.position(u"k1"), 1u);
+}
+
+} // namespace
+} // namespace murmelix
