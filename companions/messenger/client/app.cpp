@@ -209,10 +209,13 @@ void App::schedule() {
 }
 
 void App::lookWhetherIdle() {
+    // Where nothing has been touched yet there is no last input: the first look counts as one. And an input can be a
+    // moment ahead of the tick count, which moves in steps.
+    static const DWORD first_look = GetTickCount();
+    const DWORD now = GetTickCount();
     LASTINPUTINFO last{sizeof(LASTINPUTINFO), 0};
     GetLastInputInfo(&last);
-    // The last input can be a moment ahead of the tick count, which moves in steps.
-    const auto since = static_cast<LONG>(GetTickCount() - last.dwTime);
+    const LONG since = std::min(static_cast<LONG>(now - last.dwTime), static_cast<LONG>(now - first_look));
     const long long untouched = pretended_untouched_.value_or(std::max<LONG>(since, 0));
     if (client_.signedIn()) {
         if (const auto status = auto_idle_.look(client_.me()->status, untouched))
