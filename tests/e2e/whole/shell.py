@@ -1,4 +1,4 @@
-"""The shell with a user before it: mouse and keyboard, windows and registry as they are inside Wine, pages that open."""
+"""The shell with a user before it: mouse and keyboard, windows and registry as Wine has them, pages that open."""
 
 import itertools
 import queue
@@ -328,9 +328,11 @@ class ShellTest(WholeProgramTest):
         return self.eventually("the open menu", self.popup, 20)
 
     def open_tray_menu(self):
-        """Clicks the icon with the right button. Wine closes menus when the keyboard goes from one window to another, as
-        it does a moment after a window was hidden: then the click is made again."""
+        """Clicks the icon with the right button. Wine closes a menu when the program hears of having lost the keyboard:
+        the tray has it before, and the program is given the time. Where it was too short the click is made again."""
         for seconds in (2, 3, 10):
+            self.activate(f"^{TRAY}$")
+            self.main()
             self.click(self.own_icons()[0], button=3)
             try:
                 return wait_for("the tray's menu", self.popup, seconds, 0.05)
@@ -341,7 +343,8 @@ class ShellTest(WholeProgramTest):
     def click_menu(self, menu, item):
         """Clicks the first, the middle or the last item of an open menu: "middle" is one between its halves."""
         left, top, right, bottom = menu.place
-        self.click_at((left + right) // 2, {"first": top + 12, "middle": (top + bottom) // 2, "last": bottom - 12}[item])
+        heights = {"first": top + 12, "middle": (top + bottom) // 2, "last": bottom - 12}
+        self.click_at((left + right) // 2, heights[item])
 
     def leave_menu(self):
         """Clicks where no window is."""
@@ -407,7 +410,7 @@ class ShellTest(WholeProgramTest):
         self.screen.picture(self.output / f"{name}.png")
 
     def painted(self, place, moving=False):
-        """The same when all has been painted: when it does not change any more. Where something moves, after a while."""
+        """The same when all has been painted: when it does not change any more. Where something moves, a bit later."""
         taken = []
 
         def done():

@@ -1,7 +1,8 @@
-"""Signing in, out and in as another: settings of their own, a clean shell, captions for every name, status and count."""
+"""Signing in, out and in as another: settings of their own, a clean shell, captions of every kind."""
 
 from case import main
-from shell import (ABOUT, CHECK_BOXES, DEFAULTS, GETTING_STARTED, PAGES, SHOW_OPTIONS, START_SELECTED, STOP, UPDATES, YOU, ShellTest)
+from shell import (ABOUT, CHECK_BOXES, DEFAULTS, GETTING_STARTED, MINIMIZED, PAGES, SHOW_OPTIONS, START_SELECTED,
+                   UPDATES, YOU, ShellTest)
 
 BOB = "bob@messenger.example"
 
@@ -39,6 +40,16 @@ class Accounts(ShellTest):
         frame = self.frame()
         self.assertTrue(panel.place[0] <= frame.place[0] and panel.place[2] >= frame.place[2]
                         and panel.place[1] <= frame.place[1] and panel.place[3] >= frame.place[3])
+
+        # So it does with the notice of the hidden window; who signs in sees the window again.
+        self.settle("guest@messenger.example", ShowMinimizeFrm="1")
+        self.sign_in("guest@messenger.example", "Guest")
+        self.click_close_box(self.main())
+        self.wait_until_hidden()
+        self.eventually("the notice", lambda: self.window(MINIMIZED), 20)
+        self.client("signout")
+        self.eventually("the end of the notice", lambda: not self.window(MINIMIZED), 20)
+        self.assertFalse(self.shown())
 
         # Another account: its own settings, here a new one's, and the tip.
         self.sign_in(BOB, "Bob")

@@ -1,4 +1,4 @@
-"""What the program finds can be anything: settings that are nonsense, sound folders of any kind, neighbours that hang."""
+"""What the program finds can be anything: nonsense for settings, sound folders of any kind, neighbours that hang."""
 
 import shutil
 import signal
@@ -28,8 +28,8 @@ class BadInput(ShellTest):
         self.start_messenger("/signedout")
         started = False
         for number, (stored, flag, kept) in enumerate((
-                ("abc", 0, True), (long_text, 0, True), ("-", 0, True), ("\t\r\n", 0, True), ("\\\0" * 3, 0, True),
-                ("99999999999999999999", 1, False), ("-5 and more", 1, False), ("0x1", 0, True),
+                ("abc", 0, True), (long_text, 0, True), ("\t\r\n", 0, True), ("\\\0" * 3, 0, True),
+                ("99999999999999999999", 1, False), ("-5 and more", 1, False),
                 (SIX_OF_BINARY, 1, False), ((4, "07000000"), None, None), ((3, ""), None, None))):
             account = f"odd{number}@messenger.example"
             values = {name: stored for name in DEFAULTS if name not in quiet}
@@ -46,7 +46,7 @@ class BadInput(ShellTest):
                 self.assertEqual(self.boxes(), wanted)
                 # Schemes that are not there give way to the first; characters stay what they are.
                 self.assertEqual(self.settings(account)["CurrentSoundScheme"], "default")
-                if kept and stored is not long_text and "\0" not in stored:
+                if kept and "\0" not in stored:
                     self.assertEqual(self.settings(account)["IgnoredChars"], stored)
                 for name in CHECK_BOXES:
                     if name not in quiet and kept and "\0" not in stored:
@@ -147,8 +147,8 @@ class BadInput(ShellTest):
         return [window.text for window in self.windows() if window.kind == "#32770" and window.visible]
 
     def watch_painting(self, neighbour="MessengerClientMain"):
-        """What tells that the main window paints: it is covered with another one and uncovered, for so many seconds, and
-        comes back as it was."""
+        """What tells that the main window paints: it is covered with another one and uncovered, for so many seconds,
+        and comes back as it was."""
         place = self.main().place
         inside = (place[0] + 8, place[1] + 60, place[2] - 8, place[3] - 8)
         whole = self.painted(inside)
@@ -174,7 +174,7 @@ class BadInput(ShellTest):
         self.start_messenger()
         self.start_program()
         paints_for = self.watch_painting()
-        self.client("hang 5000 MyFriendlyName")
+        self.client("hang 4000 MyFriendlyName")
         self.client("status me 10")
         paints_for(2)
         self.client("unread 1")

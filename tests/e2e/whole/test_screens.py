@@ -3,8 +3,8 @@
 import subprocess
 
 from case import ROOT, main
-from shell import (ABOUT, CHECK_BOXES, CLOSING, EMOTICONS, GETTING_STARTED, MINIMIZED, SHOW_OPTIONS, START, STOP, TRAY, UPDATES,
-                   ShellTest)
+from shell import (ABOUT, CHECK_BOXES, CLOSING, EMOTICONS, GETTING_STARTED, MINIMIZED, SHOW_OPTIONS, START, STOP, TRAY,
+                   UPDATES, ShellTest)
 
 SCREENS = ROOT / "build" / "screens"
 

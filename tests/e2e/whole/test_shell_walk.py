@@ -1,8 +1,8 @@
 """A user walks through the shell with mouse and keyboard: every option, the tray, the menus, the notices, the pages."""
 
 from case import main
-from shell import (ABOUT, CHECK_BOXES, DEFAULTS, EMOTICONS, GETTING_STARTED, HIDE_OPTIONS, MINIMIZED, OPTION_FRAMES, PAGES,
-                   SHOW_OPTIONS, START, START_SELECTED, STOP, UPDATES, ShellTest)
+from shell import (ABOUT, CHECK_BOXES, DEFAULTS, EMOTICONS, GETTING_STARTED, HIDE_OPTIONS, MINIMIZED, OPTION_FRAMES,
+                   PAGES, SHOW_OPTIONS, START, START_SELECTED, UPDATES, ShellTest)
 
 ANN = "ann@messenger.example"
 
@@ -200,7 +200,8 @@ class ShellWalk(ShellTest):
         self.settle(ShowTipFrm="1", ShowEmotTipFrm="1")
         self.start_messenger()
         self.start_program()
-        self.click("Click here to see a live demo", self.eventually("the tip", lambda: self.window(GETTING_STARTED), 20))
+        tip = self.eventually("the tip", lambda: self.window(GETTING_STARTED), 20)
+        self.click("Click here to see a live demo", tip)
         self.wait_for_page(PAGES + "help/livedemo.html")
         self.dismiss(GETTING_STARTED)
         for menu, item, path in (("m", "g", "download/d_characters.html"), ("m", "l", "download/langauges.html"),
