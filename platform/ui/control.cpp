@@ -98,7 +98,10 @@ Size Control::sizeFor(const std::u16string& caption, int width) const {
 
 void Control::Move(const Rect& twips) {
     bounds_ = twips;
-    place(true);
+    const Rect before = pixels_;
+    place(false);
+    if (pixels_ == before) // the window system is not troubled, but who moves a control may mean to see it drawn
+        resized();
 }
 
 void Control::replace() {
