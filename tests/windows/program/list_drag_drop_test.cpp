@@ -513,6 +513,14 @@ class TwoPrograms : public ListDragDrop {
         }));
     }
 
+    // What follows the mouse during a drag is no window of the neighbour's own.
+    bool dragHasTheMouse() const {
+        GUITHREADINFO info{};
+        info.cbSize = sizeof info;
+        GetGUIThreadInfo(GetWindowThreadProcessId(window, nullptr), &info);
+        return info.hwndCapture && info.hwndCapture != window && !IsChild(window, info.hwndCapture);
+    }
+
     Process neighbour{command()};
     HWND window = nullptr;
 };
@@ -528,7 +536,7 @@ TEST_F(TwoPrograms, RowIsDraggedFromTheOther) {
     mouse(0, onScreen(window, 50, 8));
     mouse(MOUSEEVENTF_LEFTDOWN, onScreen(window, 50, 8));
     mouse(0, onScreen(window, 50, 14));
-    ASSERT_TRUE(serveUntil([this] { return told(window) == u"dragging"; }));
+    ASSERT_TRUE(serveUntil([this] { return told(window) == u"dragging" && dragHasTheMouse(); }));
     letGo(onScreen(to, 33, 77));
     EXPECT_TRUE(serveUntil([this] { return told(window) != u"dragging"; }));
     EXPECT_EQ(told(window), u"completed: 2, Zo\u00eb \u263a");
