@@ -1,6 +1,7 @@
 // How long a program takes from its start to its window on the screen: stopwatch TITLE PROGRAM [ARGUMENT…]
-// The window is there when the program shows one whose title starts with TITLE, has drawn all of it and answers. Prints
-// the milliseconds; ends with status 1, and says why, where that takes over a minute. The program goes on.
+// The window is there when the program shows one whose title starts with TITLE and has drawn all of it. Prints the
+// milliseconds until then, and those until it answers; ends with status 1, and says why, where that takes over a
+// minute. The program goes on.
 #include <array>
 #include <cstdio>
 #include <string>
@@ -37,16 +38,16 @@ HWND shownWindow(DWORD process, std::wstring_view title) {
     return wanted.found;
 }
 
-bool drawnAndAnswers(HWND window) {
-    DWORD_PTR answer = 0;
-    return SendMessageTimeoutW(window, WM_NULL, 0, 0, SMTO_NORMAL, 1000, &answer) &&
-           !GetUpdateRect(window, nullptr, FALSE);
-}
-
 LONGLONG ticks() {
     LARGE_INTEGER now{};
     QueryPerformanceCounter(&now);
     return now.QuadPart;
+}
+
+double passed(LONGLONG since) { // milliseconds
+    LARGE_INTEGER frequency{};
+    QueryPerformanceFrequency(&frequency);
+    return static_cast<double>(ticks() - since) * 1000 / static_cast<double>(frequency.QuadPart);
 }
 
 std::wstring commandLine(int count, wchar_t** arguments) {
@@ -67,8 +68,6 @@ int wmain(int count, wchar_t** arguments) {
     STARTUPINFOW start{};
     start.cb = sizeof start;
     PROCESS_INFORMATION process{};
-    LARGE_INTEGER frequency{};
-    QueryPerformanceFrequency(&frequency);
     const LONGLONG begun = ticks();
     if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &process)) {
         std::fprintf(stderr, "the program could not be started: error %lu\n", GetLastError());
@@ -76,9 +75,14 @@ int wmain(int count, wchar_t** arguments) {
     }
     for (const ULONGLONG deadline = GetTickCount64() + longest_milliseconds; GetTickCount64() < deadline; Sleep(1)) {
         const HWND window = shownWindow(process.dwProcessId, arguments[1]);
-        if (window && drawnAndAnswers(window)) {
-            std::printf("%.1f\n",
-                        static_cast<double>(ticks() - begun) * 1000 / static_cast<double>(frequency.QuadPart));
+        if (window && !GetUpdateRect(window, nullptr, FALSE)) {
+            const double drawn = passed(begun);
+            DWORD_PTR answer = 0;
+            if (!SendMessageTimeoutW(window, WM_NULL, 0, 0, SMTO_NORMAL, 10'000, &answer)) {
+                std::fprintf(stderr, "the window does not answer\n");
+                return 1;
+            }
+            std::printf("%.1f %.1f\n", drawn, passed(begun));
             return 0;
         }
         if (WaitForSingleObject(process.hProcess, 0) == WAIT_OBJECT_0) {

@@ -956,6 +956,8 @@ void show(Handle form) {
         center(form);
     ShowWindow(window(form), IsIconic(window(form)) ? SW_RESTORE : SW_SHOW);
     SetForegroundWindow(window(form));
+    // What is done next, starting another program for instance, does not keep the user from seeing it.
+    RedrawWindow(window(form), nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
 }
 
 void runModal(const Form& form) {
