@@ -27,8 +27,9 @@ void startInstaller(const std::u16string& program) {
 } // namespace
 
 murmelix::MainFrm& Loader::MainFrm() {
-    if (!main_frm_)
+    if (!main_frm_) {
         main_frm_ = std::make_unique<murmelix::MainFrm>([this] { Main(); });
+    }
     return *main_frm_;
 }
 
@@ -49,8 +50,9 @@ void Loader::Main() {
     LoadMatchups();
     if (!MainFormLoaded) {
         InitLanguageTable();
-        if (platform::commandLine() == u"/Min" && SettingsKeyPath.empty())
+        if (platform::commandLine() == u"/Min" && SettingsKeyPath.empty()) {
             AutoMinimize = on;
+        }
     }
     CheckSpeechEngine();
     MainFrm().Form_Load();
@@ -60,17 +62,20 @@ void Loader::GetWindowsDir() {
     constexpr std::size_t buffer_size = 50;
     std::string buffer;
     WindowsDir.clear();
-    if (platform::windowsDirectory(buffer_size, buffer) == 0)
+    if (platform::windowsDirectory(buffer_size, buffer) == 0) {
         return;
+    }
     buffer.erase(buffer.find_last_not_of(' ') + 1);
     WindowsDir = platform::fromAnsi(buffer.substr(0, buffer.find('\0')));
-    if (!WindowsDir.ends_with(u'\\'))
+    if (!WindowsDir.ends_with(u'\\')) {
         WindowsDir += u'\\';
+    }
 }
 
 void Loader::EnableAgentRequestErrors() {
-    if (attempt([this] { MainFrm().Agent->setRaiseRequestErrors(true); }))
+    if (attempt([this] { MainFrm().Agent->setRaiseRequestErrors(true); })) {
         return;
+    }
     messageBox(
         u"Agent is not installed. Murmelix will now install it after you press the 'Ok' button. Please follow the "
         u"setup.",
@@ -91,8 +96,9 @@ void Loader::CheckSpeechEngine() {
     platform::AgentControl& agent = *MainFrm().Agent;
     bool enabled = false;
     attempt([&] { enabled = agent.AudioOutputEnabled(); });
-    if (enabled)
+    if (enabled) {
         return;
+    }
     SpeechCheckAnswer = messageBox(
         u"Speech Input is not installed or has been disabled. Please go to '" + pageAddress(u"/Murmelix/download/") +
             u"'. If you have the speech engine installed, check the 'Play Spoken Audio' checkbox in the 'Character "

@@ -104,8 +104,9 @@ void MainFrm::connectHandlers() {
     IgnoreCharTxt.setEnabled(false);
     SoundSchemeList.setEnabled(false);
     MainFrame.setUseMnemonic(false); // people have all kinds of names
-    for (ui::Frame* frame : {&MurmelixFrame, &CharFrame, &ReadTextFrame, &EmotReadingFrame})
+    for (ui::Frame* frame : {&MurmelixFrame, &CharFrame, &ReadTextFrame, &EmotReadingFrame}) {
         frame->setEnabled(false);
+    }
     showWhetherReading();
     SignOutFrame.setVisible(false);
     SystemTrayPic.setVisible(false);
@@ -137,8 +138,9 @@ void MainFrm::layOut() {
     const int button = std::max(StartConvButt.neededSize().height, 390);
     const auto widest = [](const ui::Button& of, std::initializer_list<const char16_t*> captions) {
         int width = 0;
-        for (const char16_t* caption : captions)
+        for (const char16_t* caption : captions) {
             width = std::max(width, of.sizeFor(caption).width);
+        }
         return width + 90;
     };
     const int show = widest(ReadOptnsButt, {u"Show &Options ->", u"<- Hide &Options"});
@@ -151,8 +153,9 @@ void MainFrm::layOut() {
     // What the window's border leaves of its room is shared out on both sides.
     const int left = (ScaleWidth() - main_width) / 2;
     MainFrame.Move({left, margin, main_width, height});
-    for (ui::Frame* frame : {&MurmelixFrame, &CharFrame, &ReadTextFrame, &EmotReadingFrame})
+    for (ui::Frame* frame : {&MurmelixFrame, &CharFrame, &ReadTextFrame, &EmotReadingFrame}) {
         frame->Move({left + main_width + options_gap, frame->Top(), frame->Width(), frame->Height()});
+    }
     EmotReadingFrame.Move({EmotReadingFrame.Left(), EmotReadingFrame.Top(), EmotReadingFrame.Width(),
                            margin + height - EmotReadingFrame.Top()});
 
@@ -162,8 +165,9 @@ void MainFrm::layOut() {
     ReadOptnsButt.Move({main_width - indent - show, buttons_top, show, button});
     layOutList();
     layOutSignOut(height + 2 * margin);
-    if (MurmelixFrame.Enabled())
+    if (MurmelixFrame.Enabled()) {
         setWidth(MurmelixFrame.Width() + main_width + options_gap + border_room);
+    }
 }
 
 int MainFrm::layOutOptions() {
@@ -177,8 +181,9 @@ int MainFrm::layOutOptions() {
     for (const ui::Frame* frame : {&MurmelixFrame, &CharFrame, &ReadTextFrame, &EmotReadingFrame}) {
         width = std::max(width, frame->neededSize().width);
         for (const ui::Control* control : frame->Children()) {
-            if (dynamic_cast<const ui::CheckBox*>(control))
+            if (dynamic_cast<const ui::CheckBox*>(control)) {
                 width = std::max(width, control->neededSize().width);
+            }
         }
     }
 
@@ -268,8 +273,9 @@ MonitorHost MainFrm::monitorHost() {
     host.enableReadMoniter = [this](bool enabled) { ReadMoniter.setEnabled(enabled); };
     host.unloadSecondaryWindows = [this] { unloadSecondaryWindows(); };
     host.main = [this] {
-        if (MSNControl) // a sign-in told while the monitor is still being made is met by the start itself
+        if (MSNControl) { // a sign-in told while the monitor is still being made is met by the start itself
             main_();
+        }
     };
     return host;
 }
@@ -288,19 +294,23 @@ void MainFrm::connectCharacters() {
 
 void MainFrm::Form_Load() {
     loaded_ = true;
-    if (!MainFormLoaded)
+    if (!MainFormLoaded) {
         loadFirstTime();
-    if (SettingsKeyPath.empty())
+    }
+    if (SettingsKeyPath.empty()) {
         ShowSignOut();
+    }
     attempt([this] { MSNControl->MSNAPI_OnMyStatusChange(0, MSNControl->MSNAPI().MyStatus()); });
     loadOptions();
     checkCharacterDirectory();
-    if (MainFormLoaded)
+    if (MainFormLoaded) {
         showAgain();
-    else
+    } else {
         showFirstTime();
-    if (ShowTipFrm)
+    }
+    if (ShowTipFrm) {
         showNotice(TipFrm);
+    }
 }
 
 void MainFrm::loadFirstTime() {
@@ -321,8 +331,9 @@ void MainFrm::setMenuPictures() {
     std::size_t element = 0;
     for (const ui::Menu* menu : menus()) {
         for (ui::MenuItem* item : menu->items()) {
-            if (const char16_t* picture = MenuImgs.at(element++))
+            if (const char16_t* picture = MenuImgs.at(element++)) {
                 item->setPicture({picture});
+            }
         }
     }
 }
@@ -389,8 +400,9 @@ void MainFrm::onClose() {
 }
 
 void MainFrm::ShowSignOut(bool show) {
-    if (!show)
+    if (!show) {
         return SignOutFrame.setVisible(false);
+    }
     SettingsKeyPath.clear();
     ShowMinimizeFrm = 0;
     ShowTipFrm = 0;
@@ -430,8 +442,9 @@ void MainFrm::showWhetherReading() {
 void MainFrm::StartReadingConversation() {
     const std::int32_t handle = handleOf(ConversationsList.GetSelectedKey());
     const auto window = MSNControl->GetWindowAt(handle);
-    if (!window)
+    if (!window) {
         return StartConvButt_Click();
+    }
     ReadingWindowHandle = handle;
     attempt([&] {
         ReadingWindowTop = to16Bit(window->Top());
@@ -439,13 +452,16 @@ void MainFrm::StartReadingConversation() {
     });
     MSNControl->AddMoniteredWindowContacts();
     // Loading takes calls, and in the middle of one the reading can be ended or another one begun.
-    if (!IsReadingConversation || ReadingWindowHandle != handle)
+    if (!IsReadingConversation || ReadingWindowHandle != handle) {
         return;
-    if (AutoAttachChar)
+    }
+    if (AutoAttachChar) {
         WindowResizeTimer.setEnabled(true);
+    }
     MSNControl->StartAtEndOf(*window);
-    if (ShowEmotTipFrm)
+    if (ShowEmotTipFrm) {
         showNotice(TipEmotFrm);
+    }
     MSNControl->EnableMoniterTimer(true);
 }
 
@@ -463,33 +479,39 @@ void MainFrm::ReadOptnsButt_Click() {
     if (OptionsShown) {
         setWidth(MainFrame.Width() + border_room);
         ReadOptnsButt.setCaption(u"Show &Options ->");
-        for (ui::Frame* frame : frames)
+        for (ui::Frame* frame : frames) {
             frame->setEnabled(false);
+        }
     } else if (!SignOutFrame.Visible()) {
         setWidth(MurmelixFrame.Width() + MainFrame.Width() + options_gap + border_room);
         ReadOptnsButt.setCaption(u"<- Hide &Options");
-        for (ui::Frame* frame : frames)
+        for (ui::Frame* frame : frames) {
             frame->setEnabled(true);
+        }
     }
     OptionsShown = OptionsShown ? std::int16_t{0} : on;
 }
 
 void MainFrm::WindowResizeTimer_Timer() {
-    if (!IsReadingConversation || platform::neighbourCallPending())
+    if (!IsReadingConversation || platform::neighbourCallPending()) {
         return;
+    }
     attempt([this] {
         const auto window = MSNControl->GetWindowAt(ReadingWindowHandle);
-        if (!window)
+        if (!window) {
             return StartConvButt_Click();
+        }
         const std::int16_t top = to16Bit(window->Top()), left = to16Bit(window->Left());
-        if (top != ReadingWindowTop || left != ReadingWindowLeft)
+        if (top != ReadingWindowTop || left != ReadingWindowLeft) {
             ReArrangeLoadedCharacterPositions();
+        }
     });
 }
 
 void MainFrm::ReadMoniter_Timer() {
-    if (!platform::neighbourCallPending())
+    if (!platform::neighbourCallPending()) {
         MSNControl->ReadMoniter_Timer();
+    }
 }
 
 void MainFrm::AutoMinimizeCheck_Click() {
@@ -542,8 +564,9 @@ void MainFrm::PlayReadEmoticonCheck_Click() {
 }
 
 void MainFrm::SoundSchemeList_Click() {
-    if (SoundSchemeList.ListIndex() < 0)
+    if (SoundSchemeList.ListIndex() < 0) {
         return;
+    }
     WriteRegistryValue(platform::Hive::current_user, SettingsKeyPath, u"CurrentSoundScheme", SoundSchemeList.Text());
     CurrentSoundScheme = SoundSchemeList.Text();
 }
@@ -557,8 +580,9 @@ void MainFrm::fillSoundSchemes() {
     const auto current = std::find(names.begin(), names.end(), CurrentSoundScheme);
     const auto selected = current == names.end() ? 0 : current - names.begin();
     SoundSchemeList.setItems(std::move(names));
-    if (SoundSchemeList.ListCount() > 0)
+    if (SoundSchemeList.ListCount() > 0) {
         SoundSchemeList.setListIndex(static_cast<int>(selected));
+    }
 }
 
 void MainFrm::AddSystemTrayIcon() {
@@ -576,31 +600,35 @@ void MainFrm::DeleteSystemTrayIcon() {
 void MainFrm::SystemTrayPic_MouseMove(int, int, float x, float) {
     constexpr int right_button_down = 516, left_button_double_click = 515;
     const int message = static_cast<int>(x / ui::twipsPerPixel() + 0.5);
-    if (message == right_button_down)
+    if (message == right_button_down) {
         PopupMenu(SystemMenu);
-    else if (message == left_button_double_click)
+    } else if (message == left_button_double_click) {
         SystemMenuRestoreWindow_Click();
+    }
 }
 
 void MainFrm::MurmelixMenuMinimize_Click() {
     Hide();
     MinimizedToTray = on;
-    if (!SettingsKeyPath.empty() && ShowMinimizeFrm)
+    if (!SettingsKeyPath.empty() && ShowMinimizeFrm) {
         showNotice(MinimizeFrm);
+    }
     SystemMenuRestoreWindow.setCaption(u"&Restore Murmelix");
 }
 
 void MainFrm::SystemMenuRestoreWindow_Click() {
-    if (!SystemMenuRestoreWindow.Enabled())
+    if (!SystemMenuRestoreWindow.Enabled()) {
         return;
+    }
     if (MinimizedToTray) {
         Show();
         SystemMenuRestoreWindow.setCaption(u"&Minimize Murmelix");
         MinimizedToTray = 0;
     } else {
         Hide();
-        if (ShowMinimizeFrm)
+        if (ShowMinimizeFrm) {
             showNotice(MinimizeFrm);
+        }
         SystemMenuRestoreWindow.setCaption(u"&Restore Murmelix");
         MinimizedToTray = on;
     }
@@ -609,32 +637,37 @@ void MainFrm::SystemMenuRestoreWindow_Click() {
 void MainFrm::MurmelixMenuExit_Click() {
     if (IsReadingConversation &&
         platform::messageBox(u"There is a conversation currently being monitered for reading. Close Murmelix anyway?",
-                             platform::mb_yes_no | platform::mb_critical, u"Closing Murmelix") != platform::answer_yes)
+                             platform::mb_yes_no | platform::mb_critical,
+                             u"Closing Murmelix") != platform::answer_yes) {
         return;
+    }
     DeleteSystemTrayIcon();
     platform::endProcess();
 }
 
 void MainFrm::HelpMenuAbout_Click() {
     SystemMenuRestoreWindow.setEnabled(false);
-    if (!AboutFRM)
+    if (!AboutFRM) {
         AboutFRM = std::make_unique<murmelix::AboutFRM>(this);
+    }
     AboutFRM->ShowModal();
     SystemMenuRestoreWindow.setEnabled(true);
 }
 
 template <class Window>
 void MainFrm::showNotice(std::unique_ptr<Window>& notice) {
-    if (!notice)
+    if (!notice) {
         notice = std::make_unique<Window>(this);
+    }
     notice->Show();
 }
 
 void MainFrm::unloadSecondaryWindows() {
     for (ui::Form* window :
          std::array<ui::Form*, 4>{AboutFRM.get(), MinimizeFrm.get(), TipFrm.get(), TipEmotFrm.get()}) {
-        if (window)
+        if (window) {
             window->Unload();
+        }
     }
 }
 

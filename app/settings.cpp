@@ -42,15 +42,17 @@ const std::array<Setting, 13> settings{{
 
 std::u16string textValue(const RegistryKey& key, const std::string& name, std::uint32_t size) {
     std::string buffer(size, ' ');
-    if (!key.query(name, buffer))
+    if (!key.query(name, buffer)) {
         return {};
+    }
     return platform::fromAnsi(std::string_view(buffer).substr(0, buffer.find('\0')));
 }
 
 std::u16string binaryValue(const RegistryKey& key, const std::string& name, std::uint32_t size) {
     std::string buffer(size, '\0');
-    if (size < 2 || !key.query(name, buffer))
+    if (size < 2 || !key.query(name, buffer)) {
         return {};
+    }
     const auto byte = [&](std::size_t at) { return static_cast<unsigned char>(buffer[at]); };
     return toText(std::bit_cast<std::int16_t>(static_cast<std::uint16_t>(byte(0) | byte(1) << 8)));
 }
@@ -64,19 +66,22 @@ std::u16string SettingsKeyPathFor(platform::MessengerApi& messenger) {
         signed_in &= known;
     }
     std::u16string path;
-    if (signed_in)
+    if (signed_in) {
         platform::attempt([&] { path = u"Software\\Murmelix\\" + messenger.MySigninName(); });
+    }
     return path;
 }
 
 std::u16string ReadRegistryValue(platform::Hive hive, const std::u16string& subkey, const std::u16string& name) {
     const auto key = RegistryKey::open(hive, platform::toAnsi(subkey));
-    if (!key)
+    if (!key) {
         return {};
+    }
     const std::string ansi_name = platform::toAnsi(name);
     const auto info = key->query(ansi_name);
-    if (!info)
+    if (!info) {
         return {};
+    }
     switch (info->type) {
     case platform::reg_sz:
         return textValue(*key, ansi_name, info->size);
@@ -89,10 +94,12 @@ std::u16string ReadRegistryValue(platform::Hive hive, const std::u16string& subk
 
 void WriteRegistryValue(platform::Hive hive, const std::u16string& subkey, const std::u16string& name,
                         const std::u16string& text) {
-    if (subkey.empty())
+    if (subkey.empty()) {
         return;
-    if (const auto key = RegistryKey::create(hive, platform::toAnsi(subkey)))
+    }
+    if (const auto key = RegistryKey::create(hive, platform::toAnsi(subkey))) {
         key->set(platform::toAnsi(name), platform::reg_sz, platform::toAnsi(text));
+    }
 }
 
 void LoadSettings() {
@@ -102,10 +109,11 @@ void LoadSettings() {
             text = setting.default_text;
             WriteRegistryValue(platform::Hive::current_user, SettingsKeyPath, setting.name, text);
         }
-        if (const auto flag = std::get_if<std::int16_t*>(&setting.memory))
+        if (const auto flag = std::get_if<std::int16_t*>(&setting.memory)) {
             **flag = toInt16(leadingNumber(text));
-        else
+        } else {
             *std::get<std::u16string*>(setting.memory) = std::move(text);
+        }
     }
 }
 

@@ -33,8 +33,9 @@ std::u16string prepareForSpeech(const std::u16string& text) {
 
 void RunCharacterCommand(const std::u16string& key, const std::u16string& command, const std::u16string& text,
                          const std::u16string& animation, const std::u16string& sound, bool keepPose) {
-    if (!LoadedCharacters.contains(key) || !LastRequests.contains(key))
+    if (!LoadedCharacters.contains(key) || !LastRequests.contains(key)) {
         return;
+    }
     const std::shared_ptr<AgentCharacter> character = LoadedCharacters.Item(key);
     Request request = LastRequests.Item(key);
 
@@ -44,8 +45,9 @@ void RunCharacterCommand(const std::u16string& key, const std::u16string& comman
         attempt([&] { request = character->Speak(prepareForSpeech(text), {}); });
     } else if (command == u"wav") {
         stopPlaying(*character);
-        if (!keepPose)
+        if (!keepPose) {
             takeRestPose(*character);
+        }
         attempt([&] { request = character->Speak(u" ", SoundsDir + CurrentSoundScheme + u"\\" + sound + u".wav"); });
     } else if (command == u"listen") {
         stopPlaying(*character);
@@ -59,8 +61,9 @@ void RunCharacterCommand(const std::u16string& key, const std::u16string& comman
     }
 
     // The calls above let events in: one of them may have taken the character away.
-    if (loadedCharacter(key) != character || !LastRequests.contains(key))
+    if (loadedCharacter(key) != character || !LastRequests.contains(key)) {
         return;
+    }
     LoadedCharacters.Remove(key);
     LastRequests.Remove(key);
     LoadedCharacters.Add(character, key);
@@ -69,13 +72,15 @@ void RunCharacterCommand(const std::u16string& key, const std::u16string& comman
 
 std::u16string StripIgnoredChars(const std::u16string& text) {
     std::bitset<0x10000> ignored;
-    for (const char16_t unit : IgnoredChars)
+    for (const char16_t unit : IgnoredChars) {
         ignored.set(unit);
+    }
     std::u16string kept;
     kept.reserve(text.size());
     for (const char16_t unit : text) {
-        if (!ignored[unit])
+        if (!ignored[unit]) {
             kept.push_back(unit);
+        }
     }
     return kept;
 }

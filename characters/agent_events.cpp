@@ -20,8 +20,9 @@ using platform::attempt;
 // Nothing when no contact has the sign-in name.
 std::shared_ptr<platform::MessengerContact> findContact(const std::u16string& signin_name) {
     platform::MessengerApi* const messenger = characterHost.messenger ? characterHost.messenger() : nullptr;
-    if (!messenger)
+    if (!messenger) {
         return nullptr;
+    }
     std::shared_ptr<platform::MessengerContacts> contacts;
     std::int32_t count = 0;
     attempt([&] {
@@ -35,8 +36,9 @@ std::shared_ptr<platform::MessengerContact> findContact(const std::u16string& si
             contact = contacts->Item(i);
             found = contact->SigninName() == signin_name;
         });
-        if (found)
+        if (found) {
             return contact;
+        }
     }
     return nullptr;
 }
@@ -55,15 +57,17 @@ void sayWhoIAm(const std::u16string& key) {
 
 void changeLanguage(const std::u16string& key) {
     const auto character = loadedCharacter(key);
-    if (!character)
+    if (!character) {
         return;
+    }
     attempt([&] {
         LanguageToSwitch = toInt16(character->LanguageID());
         if (characterHost.chooseLanguage) {
             characterHost.chooseLanguage(ui::toTwips(character->Left()), ui::toTwips(character->Top()));
         }
-        if (character->LanguageID() == LanguageToSwitch)
+        if (character->LanguageID() == LanguageToSwitch) {
             return;
+        }
         attempt([&] { character->setLanguageID(LanguageToSwitch); });
         if (character->LanguageID() != LanguageToSwitch) {
             platform::messageBox(
@@ -74,26 +78,31 @@ void changeLanguage(const std::u16string& key) {
 }
 
 void removeForThisRun(const std::u16string& key) {
-    if (characterHost.removeMoniteredContact)
+    if (characterHost.removeMoniteredContact) {
         characterHost.removeMoniteredContact(key);
-    if (!LoadedCharacterKeys.contains(key))
+    }
+    if (!LoadedCharacterKeys.contains(key)) {
         LoadedCharacterKeys.Add(key, key);
-    if (AutoAttachChar)
+    }
+    if (AutoAttachChar) {
         ReArrangeLoadedCharacterPositions();
+    }
 }
 
 [[noreturn]] void endAfter(const std::u16string& text, const std::u16string& title) {
     platform::messageBox(text, platform::mb_ok | platform::mb_critical, title);
-    if (characterHost.deleteSystemTrayIcon)
+    if (characterHost.deleteSystemTrayIcon) {
         characterHost.deleteSystemTrayIcon();
+    }
     platform::endProcess();
 }
 
 } // namespace
 
 void Agent_Command(const std::u16string& name) {
-    if (name.size() < 2 || name.back() != u'%')
+    if (name.size() < 2 || name.back() != u'%') {
         return;
+    }
     const std::u16string key = name.substr(0, name.size() - 2);
     switch (name[name.size() - 2]) {
     case u'Q':
@@ -125,8 +134,9 @@ void Agent_DblClick(const std::u16string& character_id) {
 }
 
 void Agent_IdleStart(const std::u16string& character_id) {
-    if (AutoHideIdleChar)
+    if (AutoHideIdleChar) {
         RunCharacterCommand(character_id, u"hide");
+    }
 }
 
 void Agent_Restart() {

@@ -60,8 +60,9 @@ MatchedCharacter loadFile(const std::u16string& key, const std::u16string& file)
 void offerDownload(const std::u16string& title, const std::u16string& trouble, const std::u16string& advice) {
     const std::u16string page = u"http://" + platform::siteHost() + u"/Murmelix/download/d_characters.html";
     const std::u16string text = trouble + u"\r\n" + advice + page + u"\r\nWould you like to go there now?";
-    if (platform::messageBox(text, platform::mb_yes_no | platform::mb_critical, title) == platform::answer_yes)
+    if (platform::messageBox(text, platform::mb_yes_no | platform::mb_critical, title) == platform::answer_yes) {
         platform::shellExecute(u"Open", page, {}, {});
+    }
 }
 
 // A character from the first free file; null where there is none, the user having been told.
@@ -84,14 +85,16 @@ std::shared_ptr<AgentCharacter> loadFreeCharacter(const std::u16string& key) {
 }
 
 void addMenuCommands(AgentCharacter& character, const std::u16string& key) {
-    for (const auto& command : menu_commands)
+    for (const auto& command : menu_commands) {
         attempt([&] { character.AddCommand(key + command.suffix, command.caption, command.enabled, true); });
+    }
 }
 
 void setUp(AgentCharacter& character) {
     attempt([&] {
-        if (LanguageTable.contains(u"EnglishUS"))
+        if (LanguageTable.contains(u"EnglishUS")) {
             character.setLanguageID(LanguageFromKey(LanguageTable.Item(u"EnglishUS")));
+        }
     });
     attempt([&] { character.setBalloonStyle(BalloonStyleFor(character.BalloonStyle(), AutoHideBalloon != 0)); });
 }
@@ -108,8 +111,9 @@ void bringOnStage(const std::u16string& key) {
         const MatchedCharacter matched = LoadMatchedCharacter(key);
         character = matched.done ? matched.character : loadFreeCharacter(key);
     });
-    if (!character)
+    if (!character) {
         return;
+    }
     std::shared_ptr<platform::AgentRequest> request;
     if (isStillWanted(key)) {
         addMenuCommands(*character, key);
@@ -128,13 +132,15 @@ void bringOnStage(const std::u16string& key) {
 } // namespace
 
 void LoadCharacterForContact(const std::u16string& key) {
-    if (LoadedCharacterKeys.contains(key))
+    if (LoadedCharacterKeys.contains(key)) {
         return;
+    }
     // Entered before the loading, which may fail: no contact is tried twice.
     LoadedCharacterKeys.Add(key, key);
     waiting.push_back(key);
-    if (loading)
+    if (loading) {
         return;
+    }
     struct Loading {
         Loading() { loading = true; }
         ~Loading() {
@@ -145,31 +151,37 @@ void LoadCharacterForContact(const std::u16string& key) {
     while (!waiting.empty()) {
         const std::u16string next = std::move(waiting.front());
         waiting.pop_front();
-        if (isStillWanted(next))
+        if (isStillWanted(next)) {
             bringOnStage(next);
+        }
     }
 }
 
 MatchedCharacter LoadMatchedCharacter(const std::u16string& key) {
-    if (!MatchupExists(key))
+    if (!MatchupExists(key)) {
         return {};
+    }
     const std::u16string name = GetMatchupCharacter(key);
-    if (name.empty())
+    if (name.empty()) {
         return {.character = nullptr, .request = nullptr, .done = true};
-    if (isInUse(name))
+    }
+    if (isInUse(name)) {
         return {};
+    }
     return loadFile(key, name + u".acs");
 }
 
 std::u16string PickFreeCharacter() {
     const std::vector<std::u16string> files =
         characterHost.characterFiles ? characterHost.characterFiles() : std::vector<std::u16string>{};
-    if (files.empty())
+    if (files.empty()) {
         return std::u16string(no_characters);
+    }
     for (const std::u16string& file : files) {
         const std::u16string name = file.substr(0, file.size() - std::min<std::size_t>(file.size(), 4));
-        if (!isInUse(name))
+        if (!isInUse(name)) {
             return name + u".acs";
+        }
     }
     return std::u16string(all_characters_loaded);
 }

@@ -14,8 +14,9 @@ std::shared_ptr<platform::AgentCharacter> loadedCharacter(const std::u16string& 
 std::vector<std::shared_ptr<platform::AgentCharacter>> charactersInLoadingOrder() {
     std::vector<std::shared_ptr<platform::AgentCharacter>> characters;
     for (std::size_t i = 1; i <= LoadedCharacterKeys.Count(); ++i) {
-        if (auto character = loadedCharacter(LoadedCharacterKeys.Item(i)))
+        if (auto character = loadedCharacter(LoadedCharacterKeys.Item(i))) {
             characters.push_back(std::move(character));
+        }
     }
     return characters;
 }

@@ -48,12 +48,14 @@ class EmoticonList {
 
     // Index of the entry that stands at a position of the text, among the first `count`.
     std::optional<std::size_t> entryAt(std::u16string_view text, std::size_t at, std::size_t count) const {
-        if (at + 1 >= text.size() || !isFirstUnit(text[at]) || text[at + 1] >= second_units)
+        if (at + 1 >= text.size() || !isFirstUnit(text[at]) || text[at + 1] >= second_units) {
             return std::nullopt;
+        }
         for (const std::size_t index : buckets_[bucketIndex(text[at], text[at + 1])]) {
             const LetterCase letter_case = index == 0 ? LetterCase::matters : LetterCase::ignored;
-            if (index < count && sameText(text.substr(at, entries_[index].size()), entries_[index], letter_case))
+            if (index < count && sameText(text.substr(at, entries_[index].size()), entries_[index], letter_case)) {
                 return index;
+            }
         }
         return std::nullopt;
     }
@@ -62,8 +64,9 @@ class EmoticonList {
     bool losesToAnother(std::u16string_view text, std::size_t at, std::size_t index, std::size_t count) const {
         for (std::size_t inside = at + 1; inside < at + entries_[index].size(); ++inside) {
             const auto other = entryAt(text, inside, count);
-            if (other && *other < index)
+            if (other && *other < index) {
                 return true;
+            }
         }
         return false;
     }
@@ -95,8 +98,9 @@ std::u16string MarkEmoticons(std::u16string_view text, bool mark, std::u16string
     const std::size_t count = mark ? list.size() : list.sizeWithoutList3();
     std::u16string result;
     result.reserve(text.size() + 8 * separator.size());
-    if (mark)
+    if (mark) {
         result.append(separator);
+    }
     std::size_t copied = 0;
     for (std::size_t at = 0; at < text.size();) {
         const auto index = list.entryAt(text, at, count);
@@ -105,15 +109,17 @@ std::u16string MarkEmoticons(std::u16string_view text, bool mark, std::u16string
             continue;
         }
         result.append(text, copied, at - copied);
-        if (mark)
+        if (mark) {
             result.append(separator).append(u"Emot+").append(list[*index]).append(separator);
-        else
+        } else {
             result.push_back(u' ');
+        }
         copied = at += list[*index].size();
     }
     result.append(text, copied);
-    if (mark)
+    if (mark) {
         result.append(separator);
+    }
     return result;
 }
 
@@ -123,8 +129,9 @@ std::u16string RemoveBracketedText(std::u16string_view text) {
     for (;;) {
         const std::size_t open = text.find(u'(', copied);
         const std::size_t close = text.find(u')', open);
-        if (open == npos || close == npos)
+        if (open == npos || close == npos) {
             break;
+        }
         result.append(text, copied, open - copied);
         copied = close + 1;
     }

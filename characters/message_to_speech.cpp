@@ -134,8 +134,9 @@ void actEmoticon(const std::u16string& key, const std::u16string& name) {
 void letOthersListen(const std::u16string& speaker_key) {
     for (std::size_t i = 1; i <= LoadedCharacterKeys.Count(); ++i) {
         const std::u16string key = LoadedCharacterKeys.Item(i);
-        if (key != speaker_key)
+        if (key != speaker_key) {
             RunCharacterCommand(key, u"listen");
+        }
     }
 }
 
@@ -147,8 +148,9 @@ bool isLetterOrDigit(char16_t unit) {
 bool isCollapsed(char16_t lower_unit) {
     static const auto collapsed = [] {
         std::array<bool, 128> table{};
-        for (const char16_t unit : collapsed_characters)
+        for (const char16_t unit : collapsed_characters) {
             table[unit] = true;
+        }
         return table;
     }();
     return lower_unit < collapsed.size() && collapsed[lower_unit];
@@ -160,8 +162,9 @@ void SpeakMessage(const std::u16string& key, const std::u16string& text) {
     if (const auto character = loadedCharacter(key)) {
         bool visible = true;
         platform::attempt([&] { visible = character->Visible(); });
-        if (!visible)
+        if (!visible) {
             RunCharacterCommand(key, u"show");
+        }
     }
     std::u16string message = text;
     if (AutoCorrectText) {
@@ -173,8 +176,9 @@ void SpeakMessage(const std::u16string& key, const std::u16string& text) {
     message = ReplaceWord(message, u"lol", u"(lol)");
     message = ReplaceWord(message, u"ic", u"I see");
     SpeakMarkedMessage(message, key, true);
-    if (find(message, u"be right back", 0, LetterCase::ignored) != npos)
+    if (find(message, u"be right back", 0, LetterCase::ignored) != npos) {
         RunCharacterCommand(key, u"hide");
+    }
 }
 
 void SpeakMarkedMessage(const std::u16string& text, const std::u16string& key, bool othersListen) {
@@ -187,14 +191,17 @@ void SpeakMarkedMessage(const std::u16string& text, const std::u16string& key, b
         const std::u16string piece(all.substr(at, end - at));
         at = end + piece_separator.size();
         // A character that came meanwhile, in a new reading, does not finish the old one's message.
-        if (loadedCharacter(key) != speaker)
+        if (loadedCharacter(key) != speaker) {
             return;
+        }
         if (piece.starts_with(emoticon_prefix)) {
-            if (PlayReadEmoticon)
+            if (PlayReadEmoticon) {
                 actEmoticon(key, toLower(std::u16string_view(piece).substr(emoticon_prefix.size())));
+            }
         } else if (!piece.empty()) {
-            if (othersListen)
+            if (othersListen) {
                 letOthersListen(key);
+            }
             RunCharacterCommand(key, u"speak", piece);
         }
     }
@@ -224,12 +231,14 @@ std::u16string CollapseRepeats(std::u16string_view text) {
     for (std::size_t at = 0; at < text.size();) {
         const char16_t lower = toLower(text[at]);
         std::size_t end = at + 1;
-        while (end < text.size() && toLower(text[end]) == lower)
+        while (end < text.size() && toLower(text[end]) == lower) {
             ++end;
-        if (end - at >= 3 && isCollapsed(lower))
+        }
+        if (end - at >= 3 && isCollapsed(lower)) {
             result.push_back(lower);
-        else
+        } else {
             result.append(text, at, end - at);
+        }
         at = end;
     }
     return result;

@@ -18,8 +18,9 @@ class Overflow : public std::overflow_error {
 };
 
 std::int16_t checked(long long value) {
-    if (value < std::numeric_limits<std::int16_t>::min() || value > std::numeric_limits<std::int16_t>::max())
+    if (value < std::numeric_limits<std::int16_t>::min() || value > std::numeric_limits<std::int16_t>::max()) {
         throw Overflow();
+    }
     return static_cast<std::int16_t>(value);
 }
 
@@ -91,8 +92,9 @@ void moveToSlot(platform::MessengerWindow& window, platform::AgentCharacter& cha
 
 void PlaceCharacter(platform::AgentCharacter& character, std::optional<std::int16_t> slot) {
     const auto window = characterHost.conversationWindow ? characterHost.conversationWindow() : nullptr;
-    if (!window)
+    if (!window) {
         return;
+    }
     try {
         const auto own_slot = slot.value_or(static_cast<std::int16_t>(LoadedCharacters.Count()));
         platform::attempt([&] { moveToSlot(*window, character, own_slot); });
@@ -102,8 +104,9 @@ void PlaceCharacter(platform::AgentCharacter& character, std::optional<std::int1
 
 void ReArrangeLoadedCharacterPositions() {
     std::int16_t slot = 0;
-    for (const auto& character : charactersInLoadingOrder())
+    for (const auto& character : charactersInLoadingOrder()) {
         PlaceCharacter(*character, slot++);
+    }
 }
 
 void AddAutoHideBalloonFeatureToAllLoadedChars(bool auto_hide) {

@@ -24,11 +24,13 @@ bool isLabel(std::u16string_view label) {
 }
 
 bool isName(std::u16string_view name) {
-    if (name.size() > longest_name)
+    if (name.size() > longest_name) {
         return false;
+    }
     for (std::size_t dot; (dot = name.find(u'.')) != npos; name.remove_prefix(dot + 1)) {
-        if (!isLabel(name.substr(0, dot)))
+        if (!isLabel(name.substr(0, dot))) {
             return false;
+        }
     }
     return isLabel(name);
 }
@@ -47,8 +49,9 @@ bool isHost(std::u16string_view text) {
 
 bool isMailAddress(std::u16string_view text) {
     const std::size_t at = text.find(u'@');
-    if (at == npos || at == 0 || at > 64)
+    if (at == npos || at == 0 || at > 64) {
         return false;
+    }
     const auto local = text.substr(0, at);
     return std::all_of(local.begin(), local.end(),
                        [](char16_t unit) {

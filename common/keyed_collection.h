@@ -34,20 +34,23 @@ class KeyedCollection {
             return entry == entries_.end() ? 0 : static_cast<std::size_t>(entry - entries_.begin()) + 1;
         }
         const auto found = numbers_.find(key);
-        if (found == numbers_.end())
+        if (found == numbers_.end()) {
             return 0;
+        }
         const auto entry = std::ranges::lower_bound(entries_, found->second, {}, &Entry::number);
         return static_cast<std::size_t>(entry - entries_.begin()) + 1;
     }
 
     // At the end; CollectionError when the key is there.
     void Add(T item, std::u16string key) {
-        if (contains(key))
+        if (contains(key)) {
             throw CollectionError("the key is already associated with an element");
+        }
         entries_.push_back({next_number_++, std::move(key), std::move(item)});
         if (entries_.size() > few) {
-            for (std::size_t i = numbers_.empty() ? 0 : entries_.size() - 1; i < entries_.size(); ++i)
+            for (std::size_t i = numbers_.empty() ? 0 : entries_.size() - 1; i < entries_.size(); ++i) {
                 numbers_.emplace(entries_[i].key, entries_[i].number);
+            }
         }
     }
 
@@ -76,19 +79,22 @@ class KeyedCollection {
 
     std::size_t indexOf(std::u16string_view key) const {
         const std::size_t at = position(key);
-        if (at == 0)
+        if (at == 0) {
             throw CollectionError("no element has the key");
+        }
         return at - 1;
     }
     std::size_t checked(std::size_t at) const {
-        if (at < 1 || at > entries_.size())
+        if (at < 1 || at > entries_.size()) {
             throw CollectionError("no element has the position");
+        }
         return at - 1;
     }
     void removeIndex(std::size_t index) {
         numbers_.erase(entries_[index].key);
-        if (entries_.size() - 1 <= few)
+        if (entries_.size() - 1 <= few) {
             numbers_.clear();
+        }
         entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(index));
     }
 

@@ -23,14 +23,18 @@ struct Lead {
 };
 
 Lead leadOf(unsigned char byte) {
-    if (byte < 0x80)
+    if (byte < 0x80) {
         return {1, byte, 0};
-    if (byte >= 0xC2 && byte <= 0xDF)
+    }
+    if (byte >= 0xC2 && byte <= 0xDF) {
         return {2, byte & 0x1Fu, 0x80};
-    if (byte >= 0xE0 && byte <= 0xEF)
+    }
+    if (byte >= 0xE0 && byte <= 0xEF) {
         return {3, byte & 0x0Fu, 0x800};
-    if (byte >= 0xF0 && byte <= 0xF4)
+    }
+    if (byte >= 0xF0 && byte <= 0xF4) {
         return {4, byte & 0x07u, 0x10000};
+    }
     return {0, 0, 0};
 }
 
@@ -66,32 +70,45 @@ void appendUtf8(std::string& bytes, char32_t code) {
 constexpr char16_t lowerByRange(char16_t unit) {
     const auto plus = [unit](int distance) { return static_cast<char16_t>(unit + distance); };
     const auto within = [unit](char16_t first, char16_t last) { return unit >= first && unit <= last; };
-    if (within(u'A', u'Z') || (within(0xC0, 0xDE) && unit != 0xD7))
+    if (within(u'A', u'Z') || (within(0xC0, 0xDE) && unit != 0xD7)) {
         return plus(32);
-    if (unit < 0x100)
+    }
+    if (unit < 0x100) {
         return unit;
-    if (within(0x100, 0x137) && unit != 0x130 && unit != 0x131)
+    }
+    if (within(0x100, 0x137) && unit != 0x130 && unit != 0x131) {
         return static_cast<char16_t>(unit | 1);
-    if (within(0x14A, 0x177))
+    }
+    if (within(0x14A, 0x177)) {
         return static_cast<char16_t>(unit | 1);
-    if ((within(0x139, 0x148) || within(0x179, 0x17E)) && unit % 2 == 1)
+    }
+    if ((within(0x139, 0x148) || within(0x179, 0x17E)) && unit % 2 == 1) {
         return plus(1);
-    if (unit == 0x178)
+    }
+    if (unit == 0x178) {
         return 0xFF;
-    if (within(0x391, 0x3AB) && unit != 0x3A2)
+    }
+    if (within(0x391, 0x3AB) && unit != 0x3A2) {
         return plus(32);
-    if (unit == 0x386)
+    }
+    if (unit == 0x386) {
         return 0x3AC;
-    if (within(0x388, 0x38A))
+    }
+    if (within(0x388, 0x38A)) {
         return plus(37);
-    if (unit == 0x38C)
+    }
+    if (unit == 0x38C) {
         return 0x3CC;
-    if (unit == 0x38E || unit == 0x38F)
+    }
+    if (unit == 0x38E || unit == 0x38F) {
         return plus(63);
-    if (within(0x400, 0x40F))
+    }
+    if (within(0x400, 0x40F)) {
         return plus(80);
-    if (within(0x410, 0x42F))
+    }
+    if (within(0x410, 0x42F)) {
         return plus(32);
+    }
     return unit;
 }
 
@@ -103,12 +120,14 @@ struct CaseTables {
     std::array<char16_t, cased_units> upper{};
 
     constexpr CaseTables() {
-        for (std::size_t unit = 0; unit < cased_units; ++unit)
+        for (std::size_t unit = 0; unit < cased_units; ++unit) {
             lower[unit] = upper[unit] = static_cast<char16_t>(unit);
+        }
         for (std::size_t unit = 0; unit < cased_units; ++unit) {
             lower[unit] = lowerByRange(static_cast<char16_t>(unit));
-            if (lower[unit] != unit)
+            if (lower[unit] != unit) {
                 upper[lower[unit]] = static_cast<char16_t>(unit);
+            }
         }
     }
 };
@@ -123,19 +142,24 @@ std::size_t findLongFolded(std::u16string_view text, std::u16string_view wanted,
     // border[n]: length of the longest proper start of wanted's first n units that is also their end.
     std::vector<std::size_t> border(wanted.size() + 1, 0);
     for (std::size_t at = 1, matched = 0; at < wanted.size(); ++at) {
-        while (matched > 0 && toLower(wanted[at]) != toLower(wanted[matched]))
+        while (matched > 0 && toLower(wanted[at]) != toLower(wanted[matched])) {
             matched = border[matched];
-        if (toLower(wanted[at]) == toLower(wanted[matched]))
+        }
+        if (toLower(wanted[at]) == toLower(wanted[matched])) {
             ++matched;
+        }
         border[at + 1] = matched;
     }
     for (std::size_t at = from, matched = 0; at < text.size(); ++at) {
-        while (matched > 0 && toLower(text[at]) != toLower(wanted[matched]))
+        while (matched > 0 && toLower(text[at]) != toLower(wanted[matched])) {
             matched = border[matched];
-        if (toLower(text[at]) == toLower(wanted[matched]))
+        }
+        if (toLower(text[at]) == toLower(wanted[matched])) {
             ++matched;
-        if (matched == wanted.size())
+        }
+        if (matched == wanted.size()) {
             return at + 1 - wanted.size();
+        }
     }
     return npos;
 }
@@ -151,8 +175,9 @@ std::u16string fromUtf8(std::string_view bytes) {
         std::size_t read = 1;
         while (read < lead.length && at + read < bytes.size()) {
             const auto byte = static_cast<unsigned char>(bytes[at + read]);
-            if ((byte & 0xC0) != 0x80)
+            if ((byte & 0xC0) != 0x80) {
                 break;
+            }
             code = (code << 6) | (byte & 0x3F);
             ++read;
         }
@@ -199,30 +224,38 @@ std::u16string toLower(std::u16string_view text) {
 }
 
 std::size_t find(std::u16string_view text, std::u16string_view wanted, std::size_t from, LetterCase letter_case) {
-    if (letter_case == LetterCase::matters)
+    if (letter_case == LetterCase::matters) {
         return text.find(wanted, from);
-    if (from > text.size() || wanted.size() > text.size() - from)
+    }
+    if (from > text.size() || wanted.size() > text.size() - from) {
         return npos;
-    if (wanted.empty())
+    }
+    if (wanted.empty()) {
         return from;
-    if (wanted.size() > short_text)
+    }
+    if (wanted.size() > short_text) {
         return findLongFolded(text, wanted, from);
+    }
     const char16_t first = toLower(wanted.front());
     for (std::size_t at = from; at <= text.size() - wanted.size(); ++at) {
-        if (toLower(text[at]) != first)
+        if (toLower(text[at]) != first) {
             continue;
+        }
         std::size_t same = 1;
-        while (same < wanted.size() && toLower(text[at + same]) == toLower(wanted[same]))
+        while (same < wanted.size() && toLower(text[at + same]) == toLower(wanted[same])) {
             ++same;
-        if (same == wanted.size())
+        }
+        if (same == wanted.size()) {
             return at;
+        }
     }
     return npos;
 }
 
 bool sameText(std::u16string_view a, std::u16string_view b, LetterCase letter_case) {
-    if (letter_case == LetterCase::matters)
+    if (letter_case == LetterCase::matters) {
         return a == b;
+    }
     return a.size() == b.size() && find(a, b, 0, letter_case) == 0;
 }
 
@@ -243,8 +276,9 @@ std::u16string replaceAll(std::u16string_view text, std::u16string_view wanted, 
 
 std::u16string_view trim(std::u16string_view text) {
     const std::size_t first = text.find_first_not_of(u' ');
-    if (first == npos)
+    if (first == npos) {
         return {};
+    }
     return text.substr(first, text.find_last_not_of(u' ') - first + 1);
 }
 
@@ -268,12 +302,14 @@ double leadingNumber(std::u16string_view text) {
     std::string number;
     for (const char16_t unit : text) {
         const bool blank = unit == u' ' || unit == u'\t' || unit == u'\n';
-        if (blank)
+        if (blank) {
             continue;
+        }
         const bool part = (unit >= u'0' && unit <= u'9') || unit == u'+' || unit == u'-' || unit == u'.' ||
                           unit == u'e' || unit == u'E';
-        if (!part || number.size() > 400)
+        if (!part || number.size() > 400) {
             break;
+        }
         number.push_back(static_cast<char>(unit));
     }
     const double value = std::strtod(number.c_str(), nullptr);

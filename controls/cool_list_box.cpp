@@ -18,8 +18,9 @@ constexpr std::u16string_view line_break = u"\r\n";
 
 std::vector<std::u16string_view> split(std::u16string_view text, std::u16string_view at) {
     std::vector<std::u16string_view> parts;
-    for (std::size_t found; (found = text.find(at)) != npos; text.remove_prefix(found + at.size()))
+    for (std::size_t found; (found = text.find(at)) != npos; text.remove_prefix(found + at.size())) {
         parts.push_back(text.substr(0, found));
+    }
     parts.push_back(text);
     return parts;
 }
@@ -48,26 +49,29 @@ CoolListBox::CoolListBox(ui::Control& parent) : Frame(parent, u"", Border::none)
     };
     P.Click = [this] { P_Click(); };
     P.DblClick = [this] {
-        if (DblClick)
+        if (DblClick) {
             DblClick();
+        }
     };
     P.KeyDown = [this](ui::Key key) { return P_KeyDown(key); };
     P.Wheel = [this](int rows) { Scroll.setValue(Scroll.Value() + rows); };
     P.OLEStartDrag = [this](ui::DataObject& data, ui::DropEffect& allowed) { P_OLEStartDrag(data, allowed); };
     P.OLECompleteDrag = [this](ui::DropEffect effect) { P_OLECompleteDrag(effect); };
     P.OLEDragDrop = [this](ui::DataObject& data, ui::DropEffect& effect, int button, int shift, double x, double y) {
-        if (DragDropAlert)
+        if (DragDropAlert) {
             DragDropAlert(data, effect, static_cast<std::int16_t>(button), static_cast<std::int16_t>(shift),
                           static_cast<float>(x), static_cast<float>(y));
-        else
+        } else {
             effect = ui::drop_none;
+        }
     };
     Scroll.Change = [this] { Redraw(); };
 }
 
 void CoolListBox::announce(std::u16string_view name) const {
-    if (PropertyChanged)
+    if (PropertyChanged) {
         PropertyChanged(name);
+    }
 }
 
 template <class T>
@@ -135,14 +139,16 @@ void CoolListBox::setTextPosY(std::int32_t y) {
 }
 
 void CoolListBox::setSelected(std::int16_t position) {
-    if (position == selected_ || position < 0 || position > GetItemCount())
+    if (position == selected_ || position < 0 || position > GetItemCount()) {
         return;
+    }
     const std::int16_t before = selected_;
     selected_ = position;
     DrawItem(before);
     DrawItem(position);
-    if (OnSelect)
+    if (OnSelect) {
         OnSelect();
+    }
     announce(u"Selected");
 }
 
@@ -193,8 +199,9 @@ void CoolListBox::WriteProperties(PropertyBag& bag) const {
 
 void CoolListBox::AddItem(const std::u16string& Caption, const std::u16string& Text, const std::u16string& aKey,
                           bool sel, const ui::Picture& Icon) {
-    if (items_.contains(aKey) || GetItemCount() == last_position)
+    if (items_.contains(aKey) || GetItemCount() == last_position) {
         return;
+    }
     items_.Add({Caption, Text, aKey, Icon}, aKey);
     const std::int16_t position = GetItemCount();
     updateScroll();
@@ -203,18 +210,21 @@ void CoolListBox::AddItem(const std::u16string& Caption, const std::u16string& T
         makeVisible(selected_);
     }
     // A row below those that are shown changes nothing that is seen: long lists fill quickly.
-    if (repaint_due_ || rowTop(position) < P.surface().Height())
+    if (repaint_due_ || rowTop(position) < P.surface().Height()) {
         Redraw();
+    }
 }
 
 void CoolListBox::RemoveItem(const std::u16string& Key) {
     const auto position = static_cast<std::int16_t>(items_.position(Key));
-    if (position == 0)
+    if (position == 0) {
         return;
+    }
     std::int16_t selection = selected_;
     const bool last = position == GetItemCount();
-    if (position < selected_ || (position == selected_ && last))
+    if (position < selected_ || (position == selected_ && last)) {
         --selection;
+    }
     items_.Remove(static_cast<std::size_t>(position));
     setSelected(selection);
     updateScroll();
@@ -228,15 +238,17 @@ void CoolListBox::ClearList() {
 }
 
 void CoolListBox::EditItemCaption(const std::u16string& Key, const std::u16string& aCaption) {
-    if (!items_.contains(Key))
+    if (!items_.contains(Key)) {
         return;
+    }
     items_.Item(Key).Caption = aCaption;
     DrawItem(static_cast<std::int16_t>(items_.position(Key)));
 }
 
 void CoolListBox::EditItemText(const std::u16string& Key, const std::u16string& newText) {
-    if (!items_.contains(Key))
+    if (!items_.contains(Key)) {
         return;
+    }
     items_.Item(Key).Text = newText;
     DrawItem(static_cast<std::int16_t>(items_.position(Key)));
 }
@@ -247,11 +259,13 @@ std::u16string CoolListBox::GetSelectedKey() const {
 
 void CoolListBox::SelectKey(const std::u16string& New_Seketed_Key, bool MakeVisible) {
     const auto position = static_cast<std::int16_t>(items_.position(New_Seketed_Key));
-    if (position == 0)
+    if (position == 0) {
         return;
+    }
     setSelected(position);
-    if (MakeVisible)
+    if (MakeVisible) {
         makeVisible(selected_);
+    }
 }
 
 void CoolListBox::SetPos(std::int32_t CaptionX, std::int32_t CaptionY, std::int32_t TextX, std::int32_t TextY,
@@ -274,15 +288,17 @@ void CoolListBox::Redraw() {
     } else {
         const int count = GetItemCount();
         const int behind = Scroll.Value() + (surface.Height() + item_height_ - 1) / item_height_;
-        for (int position = Scroll.Value() + 1; position <= std::min(count, behind); ++position)
+        for (int position = Scroll.Value() + 1; position <= std::min(count, behind); ++position) {
             paintRow(static_cast<std::int16_t>(position));
+        }
     }
     surface.Refresh();
 }
 
 void CoolListBox::DrawItem(std::int16_t position) {
-    if (!isRow(position))
+    if (!isRow(position)) {
         return;
+    }
     paintRow(position);
     P.surface().Refresh();
 }
@@ -309,8 +325,9 @@ bool CoolListBox::wholeInView(std::int16_t position) const {
 }
 
 void CoolListBox::makeVisible(std::int16_t position) {
-    if (!wholeInView(position))
+    if (!wholeInView(position)) {
         Scroll.setValue(position - wholeRows());
+    }
 }
 
 void CoolListBox::updateScroll() {
@@ -334,12 +351,14 @@ void CoolListBox::paintRow(std::int16_t position) {
     ui::Surface& surface = P.surface();
     const CItem& item = Item(position);
     const std::int32_t y = rowTop(position);
-    if (y + item_height_ <= 0 || y >= surface.Height())
+    if (y + item_height_ <= 0 || y >= surface.Height()) {
         return;
+    }
     ui::Colour colour = ui::grey_text;
     const bool selected = position == selected_;
-    if (P.Enabled())
+    if (P.Enabled()) {
         colour = selected ? ui::highlight_text : ui::button_text;
+    }
     surface.Fill({0, y, surface.Width(), item_height_}, selected ? ui::highlight : back_color_);
     surface.setFontBold(true);
     surface.setFontUnderline(true);
@@ -347,8 +366,9 @@ void CoolListBox::paintRow(std::int16_t position) {
     surface.setFontBold(false);
     surface.setFontUnderline(false);
     surface.Print(text_pos_x_, below(y, text_pos_y_), item.Text, colour);
-    if (item.Icon)
+    if (item.Icon) {
         surface.PaintPicture(item.Icon, icon_pos_x_, below(y, icon_pos_y_));
+    }
 }
 
 void CoolListBox::drawMessage() {
@@ -391,25 +411,30 @@ void CoolListBox::P_MouseDown(float x, float y) {
 }
 
 void CoolListBox::P_MouseMove(int button, float x, float y) {
-    if (button != ui::left_button || !mouse_down_ || drag_drop_zone_ == 0)
+    if (button != ui::left_button || !mouse_down_ || drag_drop_zone_ == 0) {
         return;
-    if (std::abs(x - mouse_down_->x) < drag_distance && std::abs(y - mouse_down_->y) < drag_distance)
+    }
+    if (std::abs(x - mouse_down_->x) < drag_distance && std::abs(y - mouse_down_->y) < drag_distance) {
         return;
+    }
     // The drag takes the button's release, and one that was called off does not begin again.
     mouse_down_.reset();
     P.OLEDrag();
 }
 
 void CoolListBox::P_Click() {
-    if (isRow(selected_) && !wholeInView(selected_))
+    if (isRow(selected_) && !wholeInView(selected_)) {
         Scroll.setValue(Scroll.Value() + 1);
-    if (Click)
+    }
+    if (Click) {
         Click();
+    }
 }
 
 bool CoolListBox::P_KeyDown(ui::Key key) {
-    if (SuppressKeyboard || (key != ui::Key::up && key != ui::Key::down))
+    if (SuppressKeyboard || (key != ui::Key::up && key != ui::Key::down)) {
         return false;
+    }
     Scroll.setValue(Scroll.Value() + (key == ui::Key::up ? -1 : 1));
     return true;
 }
@@ -417,15 +442,17 @@ bool CoolListBox::P_KeyDown(ui::Key key) {
 void CoolListBox::P_OLEStartDrag(ui::DataObject& data, ui::DropEffect& allowed) const {
     data.Clear();
     allowed = ui::drop_none;
-    if (!isRow(selected_))
+    if (!isRow(selected_)) {
         return;
+    }
     data.SetText(Item(selected_).Text);
     allowed = ui::drop_move;
 }
 
 void CoolListBox::P_OLECompleteDrag(ui::DropEffect effect) const {
-    if (!DragDropCompleted || !isRow(selected_))
+    if (!DragDropCompleted || !isRow(selected_)) {
         return;
+    }
     const CItem item = Item(selected_); // outlives its row, which may be removed now
     DragDropCompleted(effect, item);
 }

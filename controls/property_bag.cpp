@@ -4,10 +4,11 @@ namespace murmelix {
 
 void PropertyBag::WriteProperty(const std::u16string& name, const PropertyValue& value,
                                 const PropertyValue& default_value) {
-    if (value == default_value)
+    if (value == default_value) {
         values_.erase(name);
-    else
+    } else {
         values_.insert_or_assign(name, value);
+    }
 }
 
 bool PropertyBag::ReadProperty(const std::u16string& name, bool default_value) const {

@@ -25,8 +25,9 @@ void InitLanguageTable() {
         {u"Turkish", u"%1055"},
     };
     LanguageTable.Clear();
-    for (const auto& language : languages)
+    for (const auto& language : languages) {
         LanguageTable.Add(language.value, language.name);
+    }
 }
 
 std::int16_t LanguageFromKey(const std::u16string& key) {

@@ -24,8 +24,9 @@ std::u16string characterOf(const std::u16string& item) {
 
 std::u16string shiftCodes(const std::u16string& text, unsigned char distance) {
     std::string codes = platform::toAnsi(text);
-    for (char& code : codes)
+    for (char& code : codes) {
         code = static_cast<char>(static_cast<unsigned char>(code) + distance);
+    }
     return platform::fromAnsi(codes);
 }
 
@@ -36,8 +37,9 @@ void LoadMatchups() {
     Matchups.Clear();
     for (const auto& [name, data] : values) {
         const std::u16string contact = UnscrambleMatchupName(std::u16string(trim(name)));
-        if (!MatchupExists(contact))
+        if (!MatchupExists(contact)) {
             Matchups.Add(data + std::u16string(separator) + contact, contact);
+        }
     }
 }
 
@@ -59,15 +61,17 @@ std::u16string GetMatchupContactAt(std::int16_t position) {
 }
 
 void AddMatchup(const std::u16string& contact, const std::u16string& character) {
-    if (MatchupExists(contact))
+    if (MatchupExists(contact)) {
         Matchups.Remove(contact);
+    }
     Matchups.Add(character + std::u16string(separator) + contact, contact);
     WriteRegistryValue(platform::Hive::current_user, matchupKeyPath(), ScrambleMatchupName(contact), character);
 }
 
 void RemoveMatchup(const std::u16string& contact) {
-    if (MatchupExists(contact))
+    if (MatchupExists(contact)) {
         Matchups.Remove(contact);
+    }
     DeleteRegistryValue(platform::Hive::current_user, matchupKeyPath() + u"\\", ScrambleMatchupName(contact));
 }
 
@@ -82,12 +86,14 @@ std::u16string UnscrambleMatchupName(const std::u16string& text) {
 RegistryValueList ReadRegistryValueList(platform::Hive hive, const std::u16string& subkey) {
     RegistryValueList values;
     const auto key = platform::RegistryKey::open(hive, platform::toAnsi(subkey));
-    if (!key)
+    if (!key) {
         return values;
+    }
     for (std::uint32_t index = 0;; ++index) {
         const auto value = key->enumerate(index, value_buffer, value_buffer);
-        if (!value)
+        if (!value) {
             return values;
+        }
         std::string_view data = value->second;
         data.remove_suffix(data.empty() ? 0 : 1); // the terminating NUL
         values.emplace_back(platform::fromAnsi(value->first), platform::fromAnsi(data));
@@ -95,8 +101,9 @@ RegistryValueList ReadRegistryValueList(platform::Hive hive, const std::u16strin
 }
 
 void DeleteRegistryValue(platform::Hive hive, const std::u16string& subkey, const std::u16string& name) {
-    if (const auto key = platform::RegistryKey::open(hive, platform::toAnsi(subkey)))
+    if (const auto key = platform::RegistryKey::open(hive, platform::toAnsi(subkey))) {
         key->remove(platform::toAnsi(name));
+    }
 }
 
 } // namespace murmelix

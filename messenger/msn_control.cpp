@@ -77,8 +77,9 @@ std::u16string_view middle(std::u16string_view text, std::int32_t from, std::int
 // The whole name anywhere else than at the start keeps its form without emoticons from being looked for.
 bool opensWith(std::u16string_view head, const std::u16string& friendly_name) {
     std::int32_t position = positionOf(friendly_name, head);
-    if (position == 0)
+    if (position == 0) {
         position = positionOf(MarkEmoticons(friendly_name, false), head);
+    }
     return position == 1 || position == 2;
 }
 
@@ -126,8 +127,9 @@ std::u16string MSNControl::GetContactsText(std::int32_t handle) {
     std::u16string text;
     attempt([&] {
         const auto window = GetWindowAt(handle);
-        if (!window)
+        if (!window) {
             return;
+        }
         const auto contacts = window->Contacts();
         const std::int32_t count = contacts->Count();
         for (std::int32_t i = 0; i < count; ++i) {
@@ -145,8 +147,9 @@ std::u16string MSNControl::GetContactsText(std::int32_t handle) {
 void MSNControl::AddMoniteredWindowContacts() {
     const std::int32_t handle = ReadingWindowHandle;
     const auto window = GetWindowAt(handle);
-    if (!window)
+    if (!window) {
         return;
+    }
     std::shared_ptr<platform::MessengerContacts> contacts;
     std::int32_t count = 0;
     attempt([&] {
@@ -156,26 +159,31 @@ void MSNControl::AddMoniteredWindowContacts() {
     for (std::int32_t i = 0; i < count && ReadingWindowHandle == handle; ++i) {
         std::optional<std::u16string> signin_name;
         attempt([&] { signin_name = contacts->Item(i)->SigninName(); });
-        if (signin_name && ReadingWindowHandle == handle)
+        if (signin_name && ReadingWindowHandle == handle) {
             LoadCharacterForContact(*signin_name);
+        }
     }
 }
 
 void MSNControl::RemoveMoniteredContact(const std::u16string& name) {
-    if (LoadedCharacterKeys.contains(name))
+    if (LoadedCharacterKeys.contains(name)) {
         LoadedCharacterKeys.Remove(name);
-    if (LoadedCharacters.contains(name))
+    }
+    if (LoadedCharacters.contains(name)) {
         LoadedCharacters.Remove(name);
-    if (LastRequests.contains(name))
+    }
+    if (LastRequests.contains(name)) {
         LastRequests.Remove(name);
+    }
     attempt([&] { characterHost.agent->Unload(name); });
 }
 
 void MSNControl::RemoveMoniteredWindowContacts() {
     for (std::size_t i = LoadedCharacterKeys.Count(); i >= 1; --i) {
         i = std::min(i, LoadedCharacterKeys.Count()); // events can have removed some meanwhile
-        if (i == 0)
+        if (i == 0) {
             return;
+        }
         const std::u16string name = LoadedCharacterKeys.Item(i);
         RemoveMoniteredContact(name);
     }
@@ -191,8 +199,9 @@ void MSNControl::StartAtEndOf(MessengerWindow& window) {
     LastReadPosition = position_unknown;
     attempt([&] {
         const std::size_t length = window.History().size();
-        if (reading == reading_)
+        if (reading == reading_) {
             LastReadPosition = positionBehind(length);
+        }
     });
 }
 
@@ -201,15 +210,17 @@ std::int32_t MSNControl::positionBehind(std::size_t length) {
 }
 
 void MSNControl::ReadMoniter_Timer() {
-    if (ticking_)
+    if (ticking_) {
         return;
+    }
     const struct Tick {
         explicit Tick(bool& flag) : ticking(flag) { ticking = true; }
         ~Tick() { ticking = false; }
         bool& ticking;
     } tick(ticking_);
-    if (const auto captured = CaptureNewText())
+    if (const auto captured = CaptureNewText()) {
         SpeakMessage(captured->key, captured->text);
+    }
 }
 
 std::optional<MSNControl::CapturedText> MSNControl::CaptureNewText() {
@@ -226,12 +237,15 @@ std::optional<MSNControl::CapturedText> MSNControl::CaptureNewText() {
     const auto window = GetWindowAt(ReadingWindowHandle);
     std::u16string history;
     // Where the history cannot be read, nothing is known to be new or not: the writer stays.
-    if (window && !attempt([&] { history = window->History(); }))
+    if (window && !attempt([&] { history = window->History(); })) {
         return {};
-    if (!goes_on())
+    }
+    if (!goes_on()) {
         return {};
-    if (LastReadPosition == position_unknown)
+    }
+    if (LastReadPosition == position_unknown) {
         LastReadPosition = positionBehind(history.size());
+    }
     const auto length = static_cast<std::int32_t>(history.size());
     if (!window || length <= LastReadPosition) {
         currentUser.clear();
@@ -239,21 +253,26 @@ std::optional<MSNControl::CapturedText> MSNControl::CaptureNewText() {
     }
 
     std::int32_t end = positionOf(line_break, history, LastReadPosition);
-    if (end != 0)
+    if (end != 0) {
         end = positionOf(line_break, history, end + 2);
-    if (end == 0)
+    }
+    if (end == 0) {
         end = length;
+    }
     const std::u16string_view chunk = middle(history, LastReadPosition, end - LastReadPosition + 2);
     LastReadPosition = end + 2;
 
     std::int32_t head_length = positionOf(u"\r", chunk);
-    if (head_length == 0)
+    if (head_length == 0) {
         head_length = 4;
+    }
     const std::u16string writer = FindMessageWriter(std::u16string(middle(chunk, 1, head_length)), *window);
-    if (!goes_on())
+    if (!goes_on()) {
         return {};
-    if (writer.empty())
+    }
+    if (writer.empty()) {
         return CapturedText{currentUser, std::u16string(chunk)};
+    }
     currentUser = writer;
     return CapturedText{writer, std::u16string(middle(chunk, head_length + 2, length))};
 }
@@ -270,8 +289,9 @@ std::u16string MSNControl::FindMessageWriter(const std::u16string& head, Messeng
                 return;
             }
         }
-        if (opensWith(head, messenger_->MyFriendlyName()))
+        if (opensWith(head, messenger_->MyFriendlyName())) {
             writer = messenger_->MySigninName();
+        }
     });
     return writer;
 }
@@ -298,8 +318,9 @@ void MSNControl::MSNAPI_OnSignin(std::int32_t result) {
 void MSNControl::MSNAPI_OnSignout() {
     host_.unloadSecondaryWindows();
     host_.showSignOut(true);
-    if (IsReadingConversation) // nothing is read while nobody is signed in
+    if (IsReadingConversation) { // nothing is read while nobody is signed in
         host_.startConvButtClick();
+    }
 }
 
 void MSNControl::MSNAPI_OnMyStatusChange(std::int32_t, std::int32_t mMyStatus) {
@@ -307,11 +328,13 @@ void MSNControl::MSNAPI_OnMyStatusChange(std::int32_t, std::int32_t mMyStatus) {
         const std::u16string name = displayName(messenger_->MyFriendlyName());
         host_.setUserCaption(name + std::u16string(statusSuffix(mMyStatus)));
         const std::int16_t count = GetUnreadEmailCount();
-        if (count >= 0)
+        if (count >= 0) {
             host_.setUserCaption(host_.userCaption() + unreadSuffix(count));
+        }
     });
-    if (!shown)
+    if (!shown) {
         MSNAPI_OnSignout();
+    }
 }
 
 void MSNControl::MSNAPI_OnMyFriendlyNameChange(std::int32_t, const std::u16string&) {
@@ -331,18 +354,21 @@ void MSNControl::MSNAPI_OnIMWindowCreated(std::shared_ptr<MessengerWindow> pIMWi
         const std::int32_t handle = pIMWindow->Handle();
         const std::u16string key = windowKey(handle);
         const bool known = windows_.contains(key);
-        if (known) // a handle used again, its end having gone unheard
+        if (known) { // a handle used again, its end having gone unheard
             windows_.Item(key) = pIMWindow;
-        else
+        } else {
             windows_.Add(pIMWindow, key);
+        }
 
         const std::u16string participants = GetContactsText(handle);
-        if (!windows_.contains(key)) // closed meanwhile
+        if (!windows_.contains(key)) { // closed meanwhile
             return;
-        if (known)
+        }
+        if (known) {
             host_.editConversationText(rowKey(handle), participants);
-        else
+        } else {
             host_.addConversation(u"Conversation with:", participants, rowKey(handle), !IsReadingConversation);
+        }
         host_.enableStartConvButt(true);
     });
 }
@@ -350,26 +376,31 @@ void MSNControl::MSNAPI_OnIMWindowCreated(std::shared_ptr<MessengerWindow> pIMWi
 void MSNControl::MSNAPI_OnIMWindowDestroyed(std::shared_ptr<MessengerWindow> pIMWindow) {
     attempt([&] {
         const std::int32_t handle = pIMWindow->Handle();
-        if (windows_.contains(windowKey(handle)))
+        if (windows_.contains(windowKey(handle))) {
             windows_.Remove(windowKey(handle));
+        }
         if (handle == ReadingWindowHandle) {
             RemoveMoniteredWindowContacts();
-            if (IsReadingConversation)
+            if (IsReadingConversation) {
                 host_.startConvButtClick();
+            }
         }
         host_.removeConversation(rowKey(handle));
-        if (host_.conversationCount() == 0)
+        if (host_.conversationCount() == 0) {
             host_.enableStartConvButt(false);
+        }
     });
 }
 
 bool MSNControl::isBeingRead(std::int32_t handle) {
-    if (!IsReadingConversation || ReadingWindowHandle == 0)
+    if (!IsReadingConversation || ReadingWindowHandle == 0) {
         return false;
+    }
     const auto window = GetWindowAt(ReadingWindowHandle);
     bool same = false;
-    if (window)
+    if (window) {
         attempt([&] { same = window->Handle() == handle; });
+    }
     return same;
 }
 
@@ -379,8 +410,9 @@ void MSNControl::MSNAPI_OnIMWindowContactAdded(std::shared_ptr<MessengerContact>
         const std::int32_t handle = pIMWindow->Handle();
         host_.editConversationText(rowKey(handle), GetContactsText(handle));
         const std::u16string signin_name = pContact->SigninName();
-        if (isBeingRead(handle))
+        if (isBeingRead(handle)) {
             LoadCharacterForContact(signin_name);
+        }
     });
 }
 
@@ -389,11 +421,13 @@ void MSNControl::MSNAPI_OnIMWindowContactRemoved(std::shared_ptr<MessengerContac
     attempt([&] {
         const std::int32_t handle = pIMWindow->Handle();
         host_.editConversationText(rowKey(handle), GetContactsText(handle));
-        if (!isBeingRead(handle))
+        if (!isBeingRead(handle)) {
             return;
+        }
         RemoveMoniteredContact(pContact->SigninName());
-        if (AutoAttachChar)
+        if (AutoAttachChar) {
             ReArrangeLoadedCharacterPositions();
+        }
     });
 }
 

@@ -17,7 +17,7 @@ MURMELIX_PACKAGES=(
     wine64 xvfb xauth openbox xdotool x11-utils imagemagick fonts-dejavu-core
     espeak-ng sox librsvg2-bin libpng-dev
     googletest libgtest-dev libbenchmark-dev nlohmann-json3-dev
-    clang clang-format libclang-rt-14-dev
+    clang clang-format-15 libclang-rt-14-dev
 )
 
 as_root() {

@@ -20,8 +20,9 @@ struct FilledList {
         fill(rows);
     }
     void fill(std::int64_t rows) {
-        for (std::int64_t row = 1; row <= rows; ++row)
+        for (std::int64_t row = 1; row <= rows; ++row) {
             list.AddItem(u"Conversation with:", u"Ann, Bob", keyOf(row), false, {u"picture", 32});
+        }
     }
     static std::u16string keyOf(std::int64_t row) { return u"%" + toText(100'000 + row); }
 
@@ -35,8 +36,9 @@ void scrollList(benchmark::State& state) {
     const int middle = list.Scroll.Max() / 2;
     list.Scroll.setValue(middle);
     int step = 0;
-    for (auto _ : state)
+    for (auto _ : state) {
         list.Scroll.setValue(middle + (++step & 1));
+    }
 }
 BENCHMARK(scrollList)->Arg(10)->Arg(10'000);
 
@@ -44,8 +46,9 @@ void selectKeyInList(benchmark::State& state) {
     FilledList filled(state.range(0));
     const std::u16string near_end[] = {FilledList::keyOf(state.range(0) - 1), FilledList::keyOf(state.range(0))};
     std::size_t turn = 0;
-    for (auto _ : state)
+    for (auto _ : state) {
         filled.list.SelectKey(near_end[++turn & 1], true);
+    }
 }
 BENCHMARK(selectKeyInList)->Arg(10)->Arg(10'000);
 

@@ -61,14 +61,16 @@ void setStage() {
 std::vector<std::u16string> chatMessages() {
     std::vector<std::u16string> messages;
     const std::filesystem::path folder = MURMELIX_SOURCE_DIR "/../shared/chatlogs";
-    if (!std::filesystem::exists(folder))
+    if (!std::filesystem::exists(folder)) {
         return messages;
+    }
     for (const auto& entry : std::filesystem::directory_iterator(folder)) {
         std::ifstream file(entry.path(), std::ios::binary);
         for (std::string line; std::getline(file, line);) {
             const std::size_t nick_end = line.find("> ");
-            if (line.starts_with("[") && nick_end != std::string::npos)
+            if (line.starts_with("[") && nick_end != std::string::npos) {
                 messages.push_back(fromUtf8(line.substr(nick_end + 2)));
+            }
         }
     }
     return messages;
@@ -82,11 +84,13 @@ void speakChatLogs(benchmark::State& state) {
     }
     setStage();
     std::size_t bytes = 0;
-    for (const std::u16string& message : messages)
+    for (const std::u16string& message : messages) {
         bytes += message.size() * sizeof(char16_t);
+    }
     for (auto _ : state) {
-        for (const std::u16string& message : messages)
+        for (const std::u16string& message : messages) {
             SpeakMessage(u"a@x", message);
+        }
     }
     state.SetBytesProcessed(static_cast<std::int64_t>(bytes * static_cast<std::size_t>(state.iterations())));
 }
@@ -95,10 +99,12 @@ BENCHMARK(speakChatLogs)->Unit(benchmark::kMillisecond);
 void speakMegabyte(benchmark::State& state, const char16_t* part) {
     setStage();
     std::u16string text;
-    while (text.size() < 1 << 19)
+    while (text.size() < 1 << 19) {
         text += part;
-    for (auto _ : state)
+    }
+    for (auto _ : state) {
         SpeakMessage(u"a@x", text);
+    }
     state.SetBytesProcessed(static_cast<std::int64_t>(text.size() * sizeof(char16_t)) * state.iterations());
 }
 BENCHMARK_CAPTURE(speakMegabyte, one_letter, u"a")->Unit(benchmark::kMillisecond);
@@ -111,16 +117,18 @@ BENCHMARK_CAPTURE(speakMegabyte, sunshine_emoticon, u"(#)")->Unit(benchmark::kMi
 
 std::shared_ptr<fakes::Window> longConversation() {
     auto window = std::make_shared<fakes::Window>(1);
-    while (window->history.size() < 1 << 19)
+    while (window->history.size() < 1 << 19) {
         window->say(u"Ann", u"a line of an ordinary conversation, of an ordinary length");
+    }
     return window;
 }
 
 void readHistory(benchmark::State& state) {
     setStage();
     const auto window = longConversation();
-    for (auto _ : state)
+    for (auto _ : state) {
         benchmark::DoNotOptimize(window->History());
+    }
 }
 BENCHMARK(readHistory)->Unit(benchmark::kMicrosecond);
 
@@ -136,8 +144,9 @@ void idleTick(benchmark::State& state) {
     IsReadingConversation = 1;
     ReadingWindowHandle = window->handle;
     monitor.StartAtEndOf(*window);
-    for (auto _ : state)
+    for (auto _ : state) {
         monitor.ReadMoniter_Timer();
+    }
     IsReadingConversation = 0;
 }
 BENCHMARK(idleTick)->Unit(benchmark::kMicrosecond);

@@ -13,8 +13,9 @@ namespace {
 std::vector<Variant> inDeclaredOrder(const DISPPARAMS& parameters) {
     std::vector<Variant> arguments;
     arguments.reserve(parameters.cArgs);
-    for (UINT i = parameters.cArgs; i-- > 0;)
+    for (UINT i = parameters.cArgs; i-- > 0;) {
         arguments.emplace_back(parameters.rgvarg[i]);
+    }
     return arguments;
 }
 
@@ -25,8 +26,9 @@ class Sink final : public Counted<IDispatch> {
     void silence() { handler_ = nullptr; }
 
     HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
-        if (!count)
+        if (!count) {
             return E_POINTER;
+        }
         *count = 0;
         return S_OK;
     }
@@ -84,14 +86,16 @@ Variant Object::call(const char16_t* name, std::initializer_list<Variant> argume
 
 Object Object::object(const char16_t* name, std::initializer_list<Variant> arguments) {
     auto dispatch = invoke(name, DISPATCH_METHOD | DISPATCH_PROPERTYGET, arguments).toObject();
-    if (!dispatch)
+    if (!dispatch) {
         throw Error(E_POINTER);
+    }
     return Object(std::move(dispatch));
 }
 
 Variant Object::invoke(const char16_t* name, WORD flags, std::initializer_list<Variant> arguments) {
-    if (!dispatch_)
+    if (!dispatch_) {
         throw Error(E_POINTER);
+    }
     const Ptr<IDispatch> dispatch = dispatch_;
     auto known = ids_.find(name);
     if (known == ids_.end()) {
@@ -102,8 +106,9 @@ Variant Object::invoke(const char16_t* name, WORD flags, std::initializer_list<V
     }
     std::vector<VARIANT> raw; // borrowed: the arguments own them
     raw.reserve(arguments.size());
-    for (const Variant& argument : arguments)
+    for (const Variant& argument : arguments) {
         raw.push_back(argument.raw());
+    }
     std::reverse(raw.begin(), raw.end());
     DISPID put = DISPID_PROPERTYPUT;
     DISPPARAMS parameters{raw.data(), nullptr, static_cast<UINT>(raw.size()), 0};
@@ -116,14 +121,16 @@ Variant Object::invoke(const char16_t* name, WORD flags, std::initializer_list<V
     UINT wrong = 0;
     const HRESULT outcome = dispatch->Invoke(known->second, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters,
                                              flags & DISPATCH_PROPERTYPUT ? nullptr : result.out(), &exception, &wrong);
-    if (exception.pfnDeferredFillIn)
+    if (exception.pfnDeferredFillIn) {
         exception.pfnDeferredFillIn(&exception);
+    }
     const auto description = Bstr::textOf(exception.bstrDescription);
     SysFreeString(exception.bstrSource);
     SysFreeString(exception.bstrDescription);
     SysFreeString(exception.bstrHelpFile);
-    if (outcome == DISP_E_EXCEPTION)
+    if (outcome == DISP_E_EXCEPTION) {
         throw Error(FAILED(exception.scode) ? exception.scode : DISP_E_EXCEPTION, description);
+    }
     check(outcome);
     return result;
 }
@@ -134,20 +141,24 @@ struct Subscription::Impl {
     DWORD cookie = 0;
 
     ~Impl() {
-        if (sink)
+        if (sink) {
             sink->silence();
-        if (point && cookie)
+        }
+        if (point && cookie) {
             point->Unadvise(cookie);
+        }
     }
 };
 
 Subscription::Subscription(IDispatch* source, const IID& events, EventHandler handler)
     : impl_(std::make_unique<Impl>()) {
-    if (!source)
+    if (!source) {
         throw Error(E_POINTER);
+    }
     const auto container = Ptr<IDispatch>(source).as<IConnectionPointContainer>(IID_IConnectionPointContainer);
-    if (!container)
+    if (!container) {
         throw Error(E_NOINTERFACE);
+    }
     check(container->FindConnectionPoint(events, impl_->point.out()));
     impl_->sink = Ptr<Sink>::adopt(new Sink(events, std::move(handler)));
     check(impl_->point->Advise(impl_->sink.get(), &impl_->cookie));

@@ -17,11 +17,13 @@ class Counted : public Interface {
     Counted& operator=(const Counted&) = delete;
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
-        if (!object)
+        if (!object) {
             return E_POINTER;
+        }
         *object = nullptr;
-        if (!IsEqualIID(iid, IID_IUnknown) && !answers(iid))
+        if (!IsEqualIID(iid, IID_IUnknown) && !answers(iid)) {
             return E_NOINTERFACE;
+        }
         *object = static_cast<Interface*>(this);
         AddRef();
         return S_OK;
@@ -29,8 +31,9 @@ class Counted : public Interface {
     ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
     ULONG STDMETHODCALLTYPE Release() override {
         const ULONG left = --references_;
-        if (left == 0)
+        if (left == 0) {
             delete this;
+        }
         return left;
     }
 

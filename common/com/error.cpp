@@ -21,8 +21,9 @@ Error::Error(HRESULT result, std::u16string description)
     : std::runtime_error(message(result, description)), result_(result), description_(std::move(description)) {}
 
 void check(HRESULT result) {
-    if (FAILED(result))
+    if (FAILED(result)) {
         throw Error(result);
+    }
 }
 
 bool isGone(HRESULT result) {

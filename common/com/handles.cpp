@@ -4,8 +4,9 @@ namespace murmelix::com {
 
 Bstr::Bstr(std::u16string_view text)
     : text_(SysAllocStringLen(reinterpret_cast<const wchar_t*>(text.data()), static_cast<UINT>(text.size()))) {
-    if (!text_)
+    if (!text_) {
         throw Error(E_OUTOFMEMORY);
+    }
 }
 
 BSTR* Bstr::out() {
@@ -45,8 +46,9 @@ Variant::Variant(std::u16string_view text) : Variant() {
 Variant::Variant(IDispatch* object) : Variant() {
     value_.vt = VT_DISPATCH;
     value_.pdispVal = object;
-    if (object)
+    if (object) {
         object->AddRef();
+    }
 }
 
 Variant::Variant(const VARIANT& value) : Variant() {
@@ -105,11 +107,13 @@ std::u16string Variant::toText() const {
 }
 
 Ptr<IDispatch> Variant::toObject() const {
-    if (value_.vt == VT_DISPATCH)
+    if (value_.vt == VT_DISPATCH) {
         return Ptr<IDispatch>(value_.pdispVal);
+    }
     if (value_.vt == VT_UNKNOWN && value_.punkVal) {
-        if (auto object = Ptr<IUnknown>(value_.punkVal).as<IDispatch>(IID_IDispatch))
+        if (auto object = Ptr<IUnknown>(value_.punkVal).as<IDispatch>(IID_IDispatch)) {
             return object;
+        }
     }
     throw Error(DISP_E_TYPEMISMATCH);
 }

@@ -30,8 +30,9 @@ class Ptr {
     Ptr() = default;
     Ptr(std::nullptr_t) {}
     Ptr(T* pointer) : pointer_(pointer) {
-        if (pointer_)
+        if (pointer_) {
             pointer_->AddRef();
+        }
     }
     Ptr(const Ptr& other) : Ptr(other.pointer_) {}
     Ptr(Ptr&& other) noexcept : pointer_(std::exchange(other.pointer_, nullptr)) {}
@@ -48,8 +49,9 @@ class Ptr {
         return owner;
     }
     void reset() {
-        if (T* pointer = std::exchange(pointer_, nullptr))
+        if (T* pointer = std::exchange(pointer_, nullptr)) {
             pointer->Release();
+        }
     }
     T* get() const { return pointer_; }
     T* operator->() const { return pointer_; }
@@ -66,8 +68,9 @@ class Ptr {
     template <class U>
     Ptr<U> as(const IID& iid) const {
         void* found = nullptr;
-        if (!pointer_ || FAILED(pointer_->QueryInterface(iid, &found)))
+        if (!pointer_ || FAILED(pointer_->QueryInterface(iid, &found))) {
             return {};
+        }
         return Ptr<U>::adopt(static_cast<U*>(found));
     }
 
@@ -143,8 +146,9 @@ class Apartment {
   public:
     Apartment() : result_(OleInitialize(nullptr)) {}
     ~Apartment() {
-        if (SUCCEEDED(result_))
+        if (SUCCEEDED(result_)) {
             OleUninitialize();
+        }
     }
     Apartment(const Apartment&) = delete;
     Apartment& operator=(const Apartment&) = delete;

@@ -22,8 +22,9 @@ std::function<void(long)>& aliveChanged() {
 
 void countAlive(long change) {
     const long count = alive_objects += change;
-    if (aliveChanged())
+    if (aliveChanged()) {
         aliveChanged()(count);
+    }
 }
 
 bool sameName(const wchar_t* a, const wchar_t* b) {
@@ -38,12 +39,14 @@ bool allows(Access access, Access wanted) {
 const Member* chosenMember(std::span<const Member> members, DISPID id, WORD flags) {
     const bool put = flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF);
     for (const Member& member : members) {
-        if (member.id != id)
+        if (member.id != id) {
             continue;
+        }
         if (put ? allows(member.access, Access::put)
                 : ((flags & DISPATCH_METHOD) && allows(member.access, Access::method)) ||
-                      allows(member.access, Access::get) || (flags & DISPATCH_METHOD) == 0)
+                      allows(member.access, Access::get) || (flags & DISPATCH_METHOD) == 0) {
             return &member;
+        }
     }
     return nullptr;
 }
@@ -52,30 +55,35 @@ Call unpack(const Member& member, WORD flags, const DISPPARAMS& parameters, UINT
     Call call{member.id, (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0, {}};
     const std::size_t room = member.parameters.size() + (call.put ? 1 : 0);
     const UINT named = parameters.cNamedArgs;
-    if (parameters.cArgs > room || named > parameters.cArgs)
+    if (parameters.cArgs > room || named > parameters.cArgs) {
         throw Error(DISP_E_BADPARAMCOUNT);
+    }
     call.arguments.assign(room, Variant::omitted());
     for (UINT i = 0; i < parameters.cArgs; ++i) {
         std::size_t place = parameters.cArgs - 1 - i;
         if (i < named) {
             const DISPID name = parameters.rgdispidNamedArgs[i];
-            if (name == DISPID_PROPERTYPUT && call.put)
+            if (name == DISPID_PROPERTYPUT && call.put) {
                 place = room - 1;
-            else if (name >= 0 && static_cast<std::size_t>(name) < room)
+            } else if (name >= 0 && static_cast<std::size_t>(name) < room) {
                 place = static_cast<std::size_t>(name);
-            else
+            } else {
                 throw Error(DISP_E_PARAMNOTFOUND);
+            }
         }
-        if (wrong)
+        if (wrong) {
             *wrong = i;
+        }
         call.arguments[place] = Variant(parameters.rgvarg[i]);
     }
     for (std::size_t i = 0; i < member.required; ++i) {
-        if (call.arguments[i].type() == VT_ERROR)
+        if (call.arguments[i].type() == VT_ERROR) {
             throw Error(DISP_E_PARAMNOTOPTIONAL);
+        }
     }
-    if (call.put && call.arguments.back().type() == VT_ERROR)
+    if (call.put && call.arguments.back().type() == VT_ERROR) {
         throw Error(DISP_E_PARAMNOTOPTIONAL);
+    }
     return call;
 }
 
@@ -84,10 +92,12 @@ bool isDispatchError(HRESULT result) {
 }
 
 HRESULT report(const Error& error, EXCEPINFO* exception) {
-    if (isDispatchError(error.result()) && error.result() != DISP_E_EXCEPTION)
+    if (isDispatchError(error.result()) && error.result() != DISP_E_EXCEPTION) {
         return error.result();
-    if (!exception)
+    }
+    if (!exception) {
         return error.result();
+    }
     *exception = {};
     exception->scode = error.result();
     try {
@@ -103,17 +113,20 @@ class Enumerator final : public Counted<IEnumVARIANT> {
     explicit Enumerator(std::vector<Variant> values, std::size_t at = 0) : values_(std::move(values)), at_(at) {}
 
     HRESULT STDMETHODCALLTYPE Next(ULONG wanted, VARIANT* values, ULONG* fetched) override {
-        if (!values)
+        if (!values) {
             return E_POINTER;
+        }
         ULONG given = 0;
         try {
-            for (; given < wanted && at_ < values_.size(); ++given, ++at_)
+            for (; given < wanted && at_ < values_.size(); ++given, ++at_) {
                 values[given] = Variant(values_[at_]).detach();
+            }
         } catch (const Error& error) {
             return error.result();
         }
-        if (fetched)
+        if (fetched) {
             *fetched = given;
+        }
         return given == wanted ? S_OK : S_FALSE;
     }
     HRESULT STDMETHODCALLTYPE Skip(ULONG count) override {
@@ -126,8 +139,9 @@ class Enumerator final : public Counted<IEnumVARIANT> {
         return S_OK;
     }
     HRESULT STDMETHODCALLTYPE Clone(IEnumVARIANT** copy) override {
-        if (!copy)
+        if (!copy) {
             return E_POINTER;
+        }
         *copy = new Enumerator(values_, at_);
         return S_OK;
     }
@@ -144,11 +158,13 @@ class Factory final : public Counted<IClassFactory> {
     explicit Factory(std::function<Ptr<IDispatch>()> create) : create_(std::move(create)) {}
 
     HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID iid, void** object) override {
-        if (!object)
+        if (!object) {
             return E_POINTER;
+        }
         *object = nullptr;
-        if (outer)
+        if (outer) {
             return CLASS_E_NOAGGREGATION;
+        }
         try {
             const auto created = create_();
             return created ? created->QueryInterface(iid, object) : E_FAIL;
@@ -175,8 +191,9 @@ class Key {
     Key(const Key&) = delete;
     Key& operator=(const Key&) = delete;
     ~Key() {
-        if (key_)
+        if (key_) {
             RegCloseKey(key_);
+        }
     }
     LSTATUS create(HKEY root, const std::u16string& path) {
         return RegCreateKeyExW(root, wide(path), 0, nullptr, 0, KEY_READ | KEY_WRITE, nullptr, &key_, nullptr);
@@ -193,12 +210,14 @@ class Key {
 // The default value of a key below the merged classes; empty where there is none.
 std::u16string defaultValue(HKEY root, const std::u16string& path) {
     DWORD bytes = 0;
-    if (RegGetValueW(root, wide(path), nullptr, RRF_RT_REG_SZ, nullptr, nullptr, &bytes) != ERROR_SUCCESS)
+    if (RegGetValueW(root, wide(path), nullptr, RRF_RT_REG_SZ, nullptr, nullptr, &bytes) != ERROR_SUCCESS) {
         return {};
+    }
     std::vector<wchar_t> buffer(bytes / sizeof(wchar_t) + 1);
     bytes = static_cast<DWORD>(buffer.size() * sizeof(wchar_t));
-    if (RegGetValueW(root, wide(path), nullptr, RRF_RT_REG_SZ, nullptr, buffer.data(), &bytes) != ERROR_SUCCESS)
+    if (RegGetValueW(root, wide(path), nullptr, RRF_RT_REG_SZ, nullptr, buffer.data(), &bytes) != ERROR_SUCCESS) {
         return {};
+    }
     return std::u16string(narrow(buffer.data(), std::wcslen(buffer.data())));
 }
 
@@ -226,8 +245,9 @@ bool writeAll(HKEY root, const ServerClass& server, const std::u16string& comman
                 write(root, u"CLSID\\" + clsid + u"\\LocalServer32", command) &&
                 write(root, u"CLSID\\" + clsid + u"\\ProgID", server.prog_ids.back()) &&
                 write(root, u"CLSID\\" + clsid + u"\\VersionIndependentProgID", server.prog_ids.front());
-    for (const std::u16string& prog_id : server.prog_ids)
+    for (const std::u16string& prog_id : server.prog_ids) {
         good = good && write(root, prog_id, server.name) && write(root, prog_id + u"\\CLSID", clsid);
+    }
     return good && write(root, server.prog_ids.front() + u"\\CurVer", server.prog_ids.back());
 }
 
@@ -261,37 +281,42 @@ HRESULT Served::QueryInterface(REFIID iid, void** object) {
 }
 
 HRESULT Served::GetTypeInfoCount(UINT* count) {
-    if (!count)
+    if (!count) {
         return E_POINTER;
+    }
     *count = 0;
     return S_OK;
 }
 
 HRESULT Served::GetTypeInfo(UINT, LCID, ITypeInfo** info) {
-    if (info)
+    if (info) {
         *info = nullptr;
+    }
     return DISP_E_BADINDEX;
 }
 
 HRESULT Served::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) {
-    if (!names || !ids || count == 0)
+    if (!names || !ids || count == 0) {
         return E_INVALIDARG;
+    }
     std::fill(ids, ids + count, DISPID_UNKNOWN);
     const auto all = members();
     const auto found =
         std::find_if(all.begin(), all.end(), [&](const Member& m) { return sameName(m.name, names[0]); });
-    if (found == all.end())
+    if (found == all.end()) {
         return DISP_E_UNKNOWNNAME;
+    }
     ids[0] = found->id;
     HRESULT result = S_OK;
     for (UINT i = 1; i < count; ++i) {
         const auto& parameters = found->parameters;
         const auto named = std::find_if(parameters.begin(), parameters.end(),
                                         [&](const wchar_t* parameter) { return sameName(parameter, names[i]); });
-        if (named == parameters.end())
+        if (named == parameters.end()) {
             result = DISP_E_UNKNOWNNAME;
-        else
+        } else {
             ids[i] = static_cast<DISPID>(named - parameters.begin());
+        }
     }
     return result;
 }
@@ -301,8 +326,9 @@ HRESULT Served::Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* paramete
     const Ptr<IDispatch> alive_during_call(this);
     try {
         const Member* member = chosenMember(members(), id, flags);
-        if (!member)
+        if (!member) {
             return DISP_E_MEMBERNOTFOUND;
+        }
         static const DISPPARAMS none{};
         Variant value = invoke(unpack(*member, flags, parameters ? *parameters : none, wrong_argument));
         if (result) {
@@ -349,8 +375,9 @@ struct EventSource::Impl final : IConnectionPointContainer {
         HRESULT STDMETHODCALLTYPE Advise(IUnknown* sink, DWORD* cookie) override;
         HRESULT STDMETHODCALLTYPE Unadvise(DWORD cookie) override { return source_.forget(cookie); }
         HRESULT STDMETHODCALLTYPE EnumConnections(IEnumConnections** enumerator) override {
-            if (enumerator)
+            if (enumerator) {
                 *enumerator = nullptr;
+            }
             return E_NOTIMPL;
         }
 
@@ -378,8 +405,9 @@ struct EventSource::Impl final : IConnectionPointContainer {
     ULONG STDMETHODCALLTYPE Release() override { return owner.Release(); }
 
     HRESULT STDMETHODCALLTYPE EnumConnectionPoints(IEnumConnectionPoints** points) override {
-        if (points)
+        if (points) {
             *points = nullptr;
+        }
         return E_NOTIMPL;
     }
     HRESULT STDMETHODCALLTYPE FindConnectionPoint(REFIID iid, IConnectionPoint** point) override;
@@ -392,46 +420,54 @@ struct EventSource::Impl final : IConnectionPointContainer {
 };
 
 HRESULT EventSource::Impl::Point::GetConnectionInterface(IID* iid) {
-    if (!iid)
+    if (!iid) {
         return E_POINTER;
+    }
     *iid = source_.events;
     return S_OK;
 }
 
 HRESULT EventSource::Impl::Point::GetConnectionPointContainer(IConnectionPointContainer** container) {
-    if (!container)
+    if (!container) {
         return E_POINTER;
+    }
     *container = &source_;
     AddRef();
     return S_OK;
 }
 
 HRESULT EventSource::Impl::Point::Advise(IUnknown* sink, DWORD* cookie) {
-    if (!sink || !cookie)
+    if (!sink || !cookie) {
         return E_POINTER;
+    }
     *cookie = 0;
     auto dispatch = Ptr<IUnknown>(sink).as<IDispatch>(IID_IDispatch);
-    if (!dispatch)
+    if (!dispatch) {
         dispatch = Ptr<IUnknown>(sink).as<IDispatch>(source_.events);
-    if (!dispatch)
+    }
+    if (!dispatch) {
         return CONNECT_E_CANNOTCONNECT;
+    }
     try {
         source_.connections.push_back({++source_.last_cookie, std::move(dispatch)});
     } catch (...) {
         return E_OUTOFMEMORY;
     }
     *cookie = source_.last_cookie;
-    if (source_.added)
+    if (source_.added) {
         source_.added(source_.last_cookie);
+    }
     return S_OK;
 }
 
 HRESULT EventSource::Impl::FindConnectionPoint(REFIID iid, IConnectionPoint** point) {
-    if (!point)
+    if (!point) {
         return E_POINTER;
+    }
     *point = nullptr;
-    if (!IsEqualIID(iid, events) && !IsEqualIID(iid, IID_IDispatch))
+    if (!IsEqualIID(iid, events) && !IsEqualIID(iid, IID_IDispatch)) {
         return CONNECT_E_NOCONNECTION;
+    }
     *point = &events_point;
     AddRef();
     return S_OK;
@@ -451,22 +487,26 @@ void EventSource::fire(DISPID event, const std::vector<Variant>& arguments, DWOR
     const Ptr<IDispatch> alive(&impl_->owner);
     std::vector<VARIANT> raw; // borrowed: the arguments own them
     raw.reserve(arguments.size());
-    for (auto argument = arguments.rbegin(); argument != arguments.rend(); ++argument)
+    for (auto argument = arguments.rbegin(); argument != arguments.rend(); ++argument) {
         raw.push_back(argument->raw());
+    }
     // A copy: sinks may come and go while one is called.
     const auto connections = impl_->connections;
     bool some_lost = false;
     for (const auto& connection : connections) {
-        if (only != every_sink && connection.cookie != only)
+        if (only != every_sink && connection.cookie != only) {
             continue;
+        }
         DISPPARAMS parameters{raw.data(), nullptr, static_cast<UINT>(raw.size()), 0};
         const HRESULT result = connection.sink->Invoke(event, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD,
                                                        &parameters, nullptr, nullptr, nullptr);
-        if (isGone(result) && impl_->forget(connection.cookie) == S_OK)
+        if (isGone(result) && impl_->forget(connection.cookie) == S_OK) {
             some_lost = true;
+        }
     }
-    if (some_lost && impl_->lost)
+    if (some_lost && impl_->lost) {
         impl_->lost();
+    }
 }
 
 std::size_t EventSource::sinks() const {
@@ -486,13 +526,15 @@ Registration registerServer(const ServerClass& server, const std::u16string& com
     for (HKEY root : registryRoots()) {
         for (const std::u16string& prog_id : server.prog_ids) {
             const std::u16string owner = defaultValue(root, classes_path + prog_id + u"\\CLSID");
-            if (!owner.empty() && !sameText(owner, own, LetterCase::ignored))
+            if (!owner.empty() && !sameText(owner, own, LetterCase::ignored)) {
                 return Registration::owned_by_another;
+            }
         }
     }
     for (HKEY root : registryRoots()) {
-        if (writeAll(root, server, command))
+        if (writeAll(root, server, command)) {
             return Registration::done;
+        }
     }
     return Registration::refused;
 }
@@ -501,8 +543,9 @@ void unregisterServer(const ServerClass& server) {
     const std::u16string own = textOf(server.clsid);
     for (HKEY root : registryRoots()) {
         for (const std::u16string& prog_id : server.prog_ids) {
-            if (sameText(defaultValue(root, classes_path + prog_id + u"\\CLSID"), own, LetterCase::ignored))
+            if (sameText(defaultValue(root, classes_path + prog_id + u"\\CLSID"), own, LetterCase::ignored)) {
                 RegDeleteTreeW(root, wide(classes_path + prog_id));
+            }
         }
         RegDeleteTreeW(root, wide(classes_path + u"CLSID\\" + own));
     }
@@ -514,8 +557,9 @@ ClassObject::ClassObject(const CLSID& clsid, std::function<Ptr<IDispatch>()> cre
 }
 
 ClassObject::~ClassObject() {
-    if (cookie_)
+    if (cookie_) {
         CoRevokeClassObject(cookie_);
+    }
 }
 
 } // namespace murmelix::com

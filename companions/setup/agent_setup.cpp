@@ -17,8 +17,9 @@ const std::u16string server_name = u"AgentServer.exe";
 
 // The program of a server's command line, which may be quoted and followed by switches.
 std::u16string programOf(const std::u16string& command) {
-    if (!command.empty() && command.front() == u'"')
+    if (!command.empty() && command.front() == u'"') {
         return command.substr(1, command.find(u'"', 1) - 1);
+    }
     const std::size_t end = murmelix::find(command, u".exe", 0, LetterCase::ignored);
     return end == murmelix::npos ? command : command.substr(0, end + 4);
 }
@@ -27,14 +28,16 @@ std::u16string programOf(const std::u16string& command) {
 std::u16string registeredAgent() {
     for (const char16_t* prog_id : {u"Agent.Control.2", u"Agent.Control"}) {
         const auto clsid = registryText(HKEY_CLASSES_ROOT, std::u16string(prog_id) + u"\\CLSID", nullptr);
-        if (!clsid)
+        if (!clsid) {
             continue;
+        }
         for (const REGSAM view : {KEY_WOW64_64KEY, KEY_WOW64_32KEY}) {
             for (const char16_t* kind : {u"\\LocalServer32", u"\\InprocServer32"}) {
                 const auto command =
                     registryText(HKEY_CLASSES_ROOT, u"CLSID\\" + *clsid + kind, nullptr, static_cast<REGSAM>(view));
-                if (command && !command->empty())
+                if (command && !command->empty()) {
                     return programOf(*command);
+                }
             }
         }
     }
@@ -53,11 +56,13 @@ struct Places {
 Result callServer(const std::u16string& program, const std::u16string& argument, const std::u16string& done,
                   const std::u16string& failed) {
     const auto status = runAndWait(program, argument, registration_ms);
-    if (!status)
+    if (!status) {
         return {Outcome::failed, failed + u": " + program + u": " + errorText(GetLastError())};
-    if (*status != 0)
+    }
+    if (*status != 0) {
         return {Outcome::failed, failed + u": " + program + u" " + argument + u" ended with status " +
                                      murmelix::toText(static_cast<long long>(*status)) + u"."};
+    }
     return {Outcome::done, done};
 }
 
@@ -130,8 +135,9 @@ Plan removal(const Places& places) {
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, LPWSTR, int) {
     try {
         const CommandLine command_line = readCommandLine();
-        if (!command_line.unknown.empty())
+        if (!command_line.unknown.empty()) {
             return refuse(u"Character server setup", command_line);
+        }
         const Places places;
         return carryOut(command_line.uninstall ? removal(places) : installation(places), command_line);
     } catch (const std::exception&) {

@@ -16,8 +16,9 @@ namespace {
 
 struct HandleCloser {
     void operator()(HANDLE handle) const {
-        if (handle != INVALID_HANDLE_VALUE)
+        if (handle != INVALID_HANDLE_VALUE) {
             CloseHandle(handle);
+        }
     }
 };
 using Handle = std::unique_ptr<void, HandleCloser>;
@@ -29,8 +30,9 @@ using Key = std::unique_ptr<std::remove_pointer_t<HKEY>, KeyCloser>;
 
 Key openKey(HKEY root, const std::u16string& path, REGSAM access) {
     HKEY key = nullptr;
-    if (RegOpenKeyExW(root, wide(path), 0, access, &key) != ERROR_SUCCESS)
+    if (RegOpenKeyExW(root, wide(path), 0, access, &key) != ERROR_SUCCESS) {
         return nullptr;
+    }
     return Key(key);
 }
 
@@ -64,8 +66,9 @@ std::u16string windowsDirectory() {
     std::array<wchar_t, MAX_PATH> path{};
     const UINT length = GetWindowsDirectoryW(path.data(), static_cast<UINT>(path.size()));
     std::u16string directory(narrow(path.data(), std::min<std::size_t>(length, path.size())));
-    while (!directory.empty() && directory.back() == u'\\')
+    while (!directory.empty() && directory.back() == u'\\') {
         directory.pop_back();
+    }
     return directory;
 }
 
@@ -76,11 +79,15 @@ std::u16string fileName(const std::u16string& path) {
 std::optional<std::u16string> registryText(HKEY root, const std::u16string& key, const wchar_t* value, REGSAM view) {
     const Key opened = openKey(root, key, KEY_QUERY_VALUE | view);
     DWORD bytes = 0;
-    if (!opened || RegGetValueW(opened.get(), nullptr, value, RRF_RT_REG_SZ, nullptr, nullptr, &bytes) != ERROR_SUCCESS)
+    if (!opened ||
+        RegGetValueW(opened.get(), nullptr, value, RRF_RT_REG_SZ, nullptr, nullptr, &bytes) != ERROR_SUCCESS) {
         return {};
+    }
     std::vector<wchar_t> characters(bytes / sizeof(wchar_t) + 1);
-    if (RegGetValueW(opened.get(), nullptr, value, RRF_RT_REG_SZ, nullptr, characters.data(), &bytes) != ERROR_SUCCESS)
+    if (RegGetValueW(opened.get(), nullptr, value, RRF_RT_REG_SZ, nullptr, characters.data(), &bytes) !=
+        ERROR_SUCCESS) {
         return {};
+    }
     return text(characters.data());
 }
 
@@ -91,19 +98,24 @@ bool fileExists(const std::u16string& path) {
 
 bool sameContent(const std::u16string& a, const std::u16string& b) {
     const Handle first = openForReading(a), second = openForReading(b);
-    if (first.get() == INVALID_HANDLE_VALUE || second.get() == INVALID_HANDLE_VALUE)
+    if (first.get() == INVALID_HANDLE_VALUE || second.get() == INVALID_HANDLE_VALUE) {
         return false;
+    }
     std::vector<char> from_first(65536), from_second(65536);
     while (true) {
         DWORD read_first = 0, read_second = 0;
         if (!ReadFile(first.get(), from_first.data(), static_cast<DWORD>(from_first.size()), &read_first, nullptr) ||
-            !ReadFile(second.get(), from_second.data(), static_cast<DWORD>(from_second.size()), &read_second, nullptr))
+            !ReadFile(second.get(), from_second.data(), static_cast<DWORD>(from_second.size()), &read_second,
+                      nullptr)) {
             return false;
+        }
         if (read_first != read_second ||
-            !std::equal(from_first.begin(), from_first.begin() + read_first, from_second.begin()))
+            !std::equal(from_first.begin(), from_first.begin() + read_first, from_second.begin())) {
             return false;
-        if (read_first == 0)
+        }
+        if (read_first == 0) {
             return true;
+        }
     }
 }
 
@@ -111,11 +123,13 @@ std::vector<std::u16string> filesIn(const std::u16string& directory, const std::
     std::vector<std::u16string> names;
     WIN32_FIND_DATAW entry{};
     const HANDLE search = FindFirstFileW(wide(directory + u"\\" + pattern), &entry);
-    if (search == INVALID_HANDLE_VALUE)
+    if (search == INVALID_HANDLE_VALUE) {
         return names;
+    }
     do {
-        if (!(entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY))
+        if (!(entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)) {
             names.push_back(text(entry.cFileName));
+        }
     } while (FindNextFileW(search, &entry));
     FindClose(search);
     std::sort(names.begin(), names.end());
@@ -123,32 +137,39 @@ std::vector<std::u16string> filesIn(const std::u16string& directory, const std::
 }
 
 bool makeDirectory(const std::u16string& directory) {
-    if (CreateDirectoryW(wide(directory), nullptr))
+    if (CreateDirectoryW(wide(directory), nullptr)) {
         return true;
+    }
     if (GetLastError() == ERROR_ALREADY_EXISTS) {
-        if (GetFileAttributesW(wide(directory)) & FILE_ATTRIBUTE_DIRECTORY)
+        if (GetFileAttributesW(wide(directory)) & FILE_ATTRIBUTE_DIRECTORY) {
             return true;
+        }
         SetLastError(ERROR_ALREADY_EXISTS);
         return false;
     }
     const std::size_t above = directory.rfind(u'\\');
-    if (GetLastError() != ERROR_PATH_NOT_FOUND || above == std::u16string::npos)
+    if (GetLastError() != ERROR_PATH_NOT_FOUND || above == std::u16string::npos) {
         return false;
+    }
     return makeDirectory(directory.substr(0, above)) && CreateDirectoryW(wide(directory), nullptr);
 }
 
 Result installFile(const std::u16string& from, const std::u16string& to, Existing other_content) {
     if (fileExists(to)) {
-        if (sameContent(from, to))
+        if (sameContent(from, to)) {
             return {Outcome::done, to + u" is there already."};
-        if (other_content == Existing::kept)
+        }
+        if (other_content == Existing::kept) {
             return {Outcome::kept, to + u" is another file of this name and is left as it is."};
+        }
     }
-    if (!makeDirectory(to.substr(0, to.rfind(u'\\'))))
+    if (!makeDirectory(to.substr(0, to.rfind(u'\\')))) {
         return failure(to.substr(0, to.rfind(u'\\')) + u" cannot be made", GetLastError());
+    }
     const std::u16string half_done = to + u".new";
-    if (!CopyFileW(wide(from), wide(half_done), FALSE))
+    if (!CopyFileW(wide(from), wide(half_done), FALSE)) {
         return failure(from + u" cannot be copied to " + half_done, GetLastError());
+    }
     if (!MoveFileExW(wide(half_done), wide(to), MOVEFILE_REPLACE_EXISTING)) {
         const DWORD error = GetLastError();
         DeleteFileW(wide(half_done));
@@ -158,12 +179,15 @@ Result installFile(const std::u16string& from, const std::u16string& to, Existin
 }
 
 Result removeFile(const std::u16string& path, const std::u16string& original) {
-    if (!fileExists(path))
+    if (!fileExists(path)) {
         return {Outcome::done, path + u" is not there."};
-    if (!sameContent(path, original))
+    }
+    if (!sameContent(path, original)) {
         return {Outcome::kept, path + u" is another file of this name and is left as it is."};
-    if (!DeleteFileW(wide(path)))
+    }
+    if (!DeleteFileW(wide(path))) {
         return failure(path + u" cannot be removed", GetLastError());
+    }
     return {Outcome::done, path + u" is removed."};
 }
 
@@ -173,8 +197,9 @@ std::optional<DWORD> runAndWait(const std::u16string& program, const std::u16str
     STARTUPINFOW start{};
     start.cb = sizeof(start);
     PROCESS_INFORMATION process{};
-    if (!CreateProcessW(wide(program), buffer.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &process))
+    if (!CreateProcessW(wide(program), buffer.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &process)) {
         return {};
+    }
     const Handle thread(process.hThread), running(process.hProcess);
     const ULONGLONG deadline = GetTickCount64() + milliseconds;
     while (true) {
@@ -203,8 +228,9 @@ std::u16string errorText(DWORD error) {
     std::array<wchar_t, 512> buffer{};
     DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error, 0,
                                   buffer.data(), static_cast<DWORD>(buffer.size()), nullptr);
-    while (length > 0 && (buffer[length - 1] == L'\n' || buffer[length - 1] == L'\r' || buffer[length - 1] == L' '))
+    while (length > 0 && (buffer[length - 1] == L'\n' || buffer[length - 1] == L'\r' || buffer[length - 1] == L' ')) {
         --length;
+    }
     return (length > 0 ? std::u16string(narrow(buffer.data(), length)) : u"error") + u" (" + murmelix::toText(error) +
            u")";
 }

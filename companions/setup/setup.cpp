@@ -21,8 +21,9 @@ namespace {
 
 void writeLine(const std::u16string& line) {
     const HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);
-    if (!output || output == INVALID_HANDLE_VALUE)
+    if (!output || output == INVALID_HANDLE_VALUE) {
         return; // a program with windows has an output only where its starter gave it one
+    }
     const std::string bytes = murmelix::toUtf8(line) + "\r\n";
     DWORD written = 0;
     WriteFile(output, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
@@ -104,14 +105,16 @@ class Window {
         window_ = CreateWindowExW(0, window_class.lpszClassName, wide(plan_.title), style, CW_USEDEFAULT, CW_USEDEFAULT,
                                   bounds.right - bounds.left, bounds.bottom - bounds.top, nullptr, nullptr,
                                   window_class.hInstance, this);
-        if (!window_)
+        if (!window_) {
             return exit_failed;
+        }
         ShowWindow(window_, SW_SHOWNORMAL);
         PostMessageW(window_, next_step_message, 0, 0);
         MSG message;
         while (GetMessageW(&message, nullptr, 0, 0) > 0) {
-            if (IsDialogMessageW(window_, &message))
+            if (IsDialogMessageW(window_, &message)) {
                 continue;
+            }
             TranslateMessage(&message);
             DispatchMessageW(&message);
         }
@@ -186,12 +189,14 @@ class Window {
             carryOutNext();
             return 0;
         case WM_COMMAND:
-            if ((LOWORD(wparam) == done_button_id || LOWORD(wparam) == IDCANCEL) && finished_)
+            if ((LOWORD(wparam) == done_button_id || LOWORD(wparam) == IDCANCEL) && finished_) {
                 DestroyWindow(window_);
+            }
             return 0;
         case WM_CLOSE:
-            if (finished_) // half a setup helps nobody: it takes a moment only
+            if (finished_) { // half a setup helps nobody: it takes a moment only
                 DestroyWindow(window_);
+            }
             return 0;
         case WM_DESTROY:
             PostQuitMessage(0);
@@ -230,20 +235,22 @@ CommandLine readCommandLine() {
         const auto is = [&](const char16_t* name) {
             return murmelix::sameText(argument, name, murmelix::LetterCase::ignored);
         };
-        if (is(u"/quiet"))
+        if (is(u"/quiet")) {
             result.quiet = true;
-        else if (is(u"/uninstall"))
+        } else if (is(u"/uninstall")) {
             result.uninstall = true;
-        else if (result.unknown.empty())
+        } else if (result.unknown.empty()) {
             result.unknown = argument.empty() ? u"\"\"" : argument;
+        }
     }
     LocalFree(arguments);
     return result;
 }
 
 int carryOut(const Plan& plan, const CommandLine& command_line) {
-    if (!command_line.quiet)
+    if (!command_line.quiet) {
         return Window(plan).run();
+    }
     bool failed = false;
     for (const Step& step : plan.steps) {
         const Result result = carryOutStep(step);
@@ -258,8 +265,9 @@ int refuse(const std::u16string& title, const CommandLine& command_line) {
     const std::u16string text =
         u"\"" + command_line.unknown + u"\" is not understood. The switches are /quiet and /uninstall.";
     writeLine(text);
-    if (!command_line.quiet)
+    if (!command_line.quiet) {
         MessageBoxW(nullptr, wide(text), wide(title), MB_OK | MB_ICONERROR);
+    }
     return exit_usage;
 }
 

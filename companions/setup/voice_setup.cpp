@@ -19,18 +19,21 @@ using namespace setup;
 // Whether the engine makes sound of a word; `error` tells why not.
 bool canSpeak(agent::voice::Engine* engine, std::string& error) {
     error = "not installed";
-    if (!engine)
+    if (!engine) {
         return false;
+    }
     const auto wave = engine->synthesise(u"Hello", {}, std::stop_token(), error);
     return wave && wave->milliseconds() > 0;
 }
 
 Result lookForVoice() {
     std::string windows_error, espeak_error;
-    if (canSpeak(agent::voice::makeSapi().get(), windows_error))
+    if (canSpeak(agent::voice::makeSapi().get(), windows_error)) {
         return {Outcome::done, u"Windows has a voice: the characters speak with it."};
-    if (canSpeak(agent::voice::makeEspeak().get(), espeak_error))
+    }
+    if (canSpeak(agent::voice::makeEspeak().get(), espeak_error)) {
         return {Outcome::done, u"espeak-ng has a voice: the characters speak with it."};
+    }
     return {Outcome::failed, u"there is no voice on this computer. Voices of Windows: " +
                                  murmelix::fromUtf8(windows_error) + u"; espeak-ng: " +
                                  murmelix::fromUtf8(espeak_error) +
@@ -61,8 +64,9 @@ Plan removal() {
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, LPWSTR, int) {
     try {
         const CommandLine command_line = readCommandLine();
-        if (!command_line.unknown.empty())
+        if (!command_line.unknown.empty()) {
             return refuse(u"Voice setup", command_line);
+        }
         const murmelix::com::Apartment apartment;
         return carryOut(command_line.uninstall ? removal() : installation(), command_line);
     } catch (const std::exception&) {

@@ -23,8 +23,9 @@ std::u16string firstArgument() {
     int count = 0;
     LPWSTR* arguments = CommandLineToArgvW(GetCommandLineW(), &count);
     std::u16string argument;
-    if (arguments && count > 1)
+    if (arguments && count > 1) {
         argument = narrow(arguments[1], wcslen(arguments[1]));
+    }
     LocalFree(arguments);
     return argument;
 }
@@ -47,8 +48,9 @@ std::u16string installedVersion() {
     UINT size = 0;
     if (information.empty() ||
         !GetFileVersionInfoW(wide(program), 0, static_cast<DWORD>(information.size()), information.data()) ||
-        !VerQueryValueW(information.data(), L"\\", &found, &size) || size < sizeof(VS_FIXEDFILEINFO))
+        !VerQueryValueW(information.data(), L"\\", &found, &size) || size < sizeof(VS_FIXEDFILEINFO)) {
         return {};
+    }
     const auto* version = static_cast<const VS_FIXEDFILEINFO*>(found);
     return murmelix::toText(HIWORD(version->dwFileVersionMS)) + u"." +
            murmelix::toText(LOWORD(version->dwFileVersionMS)) + u"." +
@@ -70,8 +72,9 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, LPWSTR, int) {
             (version.empty() ? std::u16string(u"Murmelix is installed.") : u"Murmelix " + version + u" is installed.") +
             u"\r\n\r\nNew versions are published at\r\n" + address +
             u"\r\n\r\nWould you like to see whether there is one?";
-        if (MessageBoxW(nullptr, wide(text), L"Murmelix Updates", MB_YESNO | MB_ICONINFORMATION) == IDYES)
+        if (MessageBoxW(nullptr, wide(text), L"Murmelix Updates", MB_YESNO | MB_ICONINFORMATION) == IDYES) {
             ShellExecuteW(nullptr, L"open", wide(address), nullptr, nullptr, SW_SHOWNORMAL);
+        }
         return exit_closed;
     } catch (const std::exception&) {
         return 1;

@@ -16,8 +16,9 @@ bool covers(const Rect& front, const Rect& back) {
 }
 
 void raise(const std::function<void()>& event) {
-    if (event)
+    if (event) {
         event();
+    }
 }
 
 } // namespace
@@ -33,8 +34,9 @@ int toTwips(int pixels) {
 
 Control::Control(Control* parent, Kind kind, const std::u16string& caption, std::uintptr_t)
     : parent_(parent), caption_(caption) {
-    if (!parent)
+    if (!parent) {
         return;
+    }
     handle_ = native::createControl(*this, kind, parent->handle_, caption);
     parent->children_.push_back(this);
     parent->stacking_.push_back(this);
@@ -45,18 +47,21 @@ Control::~Control() {
         std::erase(parent_->children_, this);
         std::erase(parent_->stacking_, this);
         Form& top = form();
-        if (top.focused_ == this)
+        if (top.focused_ == this) {
             top.focused_ = nullptr;
-        if (top.marked_ == this)
+        }
+        if (top.marked_ == this) {
             top.marked_ = nullptr;
+        }
     }
     native::destroy(handle_);
 }
 
 Form& Control::form() {
     Control* top = this;
-    while (top->parent_)
+    while (top->parent_) {
         top = top->parent_;
+    }
     return static_cast<Form&>(*top);
 }
 
@@ -68,17 +73,20 @@ void Control::setCaption(const std::u16string& caption) {
 void Control::setVisible(bool visible) {
     visible_ = visible;
     native::setVisible(handle_, visible);
-    if (parent_)
+    if (parent_) {
         form().keepFocus();
+    }
 }
 
 void Control::setEnabled(bool enabled) {
-    if (enabled == enabled_)
+    if (enabled == enabled_) {
         return;
+    }
     enabled_ = enabled;
     native::setEnabled(handle_, enabled);
-    if (parent_)
+    if (parent_) {
         form().keepFocus();
+    }
 }
 
 void Control::setToolTipText(const std::u16string& tip) {
@@ -100,15 +108,18 @@ void Control::Move(const Rect& twips) {
     bounds_ = twips;
     const Rect before = pixels_;
     place(false);
-    if (pixels_ == before) // the window system is not troubled, but who moves a control may mean to see it drawn
+    if (pixels_ == before) { // the window system is not troubled, but who moves a control may mean to see it drawn
         resized();
+    }
 }
 
 void Control::replace() {
-    if (parent_)
+    if (parent_) {
         place(true);
-    for (Control* child : children_)
+    }
+    for (Control* child : children_) {
         child->replace();
+    }
 }
 
 // Every edge is rounded where it is in the window, so that edges that meet in twips meet in pixels, in whatever they
@@ -130,8 +141,9 @@ void Control::place(bool anew) {
         native::setBounds(handle_, pixels);
         resized();
     }
-    for (Control* child : children_)
+    for (Control* child : children_) {
         child->place(false);
+    }
 }
 
 void Control::ZOrder() {
@@ -140,20 +152,23 @@ void Control::ZOrder() {
         parent_->stacking_.push_back(this);
     }
     native::bringToFront(handle_);
-    if (parent_)
+    if (parent_) {
         form().keepFocus();
+    }
 }
 
 void Control::SetFocus() {
-    if (!reachable())
+    if (!reachable()) {
         return;
+    }
     native::setFocus(handle_);
     onFocus();
 }
 
 bool Control::covered() const {
-    if (!parent_)
+    if (!parent_) {
         return false;
+    }
     const auto& siblings = parent_->stacking_;
     const auto self = std::find(siblings.begin(), siblings.end(), this);
     return std::any_of(self + 1, siblings.end(), [&](const Control* front) {
@@ -163,8 +178,9 @@ bool Control::covered() const {
 
 bool Control::reachable() const {
     for (const Control* control = this; control->parent_; control = control->parent_) {
-        if (!control->visible_ || !control->enabled_ || control->covered())
+        if (!control->visible_ || !control->enabled_ || control->covered()) {
             return false;
+        }
     }
     return true;
 }
@@ -180,8 +196,9 @@ void Control::onClick() {
 
 void Control::onFocus() {
     Form& top = form();
-    if (top.focused_ == this)
+    if (top.focused_ == this) {
         return;
+    }
     top.focused_ = this;
     top.markDefault();
     raise(GotFocus);
@@ -200,8 +217,9 @@ void Label::setCentered() {
 
 void CheckBox::setValue(std::int16_t value) {
     const std::int16_t wanted = value != 0 ? 1 : 0;
-    if (wanted == value_)
+    if (wanted == value_) {
         return;
+    }
     value_ = wanted;
     native::setChecked(handle_, wanted != 0);
     raise(Click);
@@ -210,16 +228,18 @@ void CheckBox::setValue(std::int16_t value) {
 TextBox::TextBox(Control& parent, const std::u16string& text) : Control(&parent, Kind::text_box, text), text_(text) {}
 
 void TextBox::setText(const std::u16string& text) {
-    if (text == text_)
+    if (text == text_) {
         return;
+    }
     text_ = text;
     native::setCaption(handle_, text);
     raise(Change);
 }
 
 void TextBox::onText(const std::u16string& text) {
-    if (text == text_)
+    if (text == text_) {
         return;
+    }
     text_ = text;
     raise(Change);
 }
@@ -237,16 +257,18 @@ void DropDownList::AddItem(const std::u16string& text) {
 
 void DropDownList::setItems(std::vector<std::u16string> items) {
     index_ = -1;
-    if (items == items_)
+    if (items == items_) {
         return native::selectItem(handle_, index_);
+    }
     items_ = std::move(items);
     native::setItems(handle_, items_);
 }
 
 void DropDownList::setListIndex(int index) {
     const int wanted = index >= 0 && index < ListCount() ? index : -1;
-    if (wanted == index_)
+    if (wanted == index_) {
         return;
+    }
     index_ = wanted;
     native::selectItem(handle_, wanted);
     raise(Click);
@@ -259,8 +281,9 @@ void DropDownList::onPick(int index) {
 
 void ScrollBar::setValue(int value) {
     const int wanted = std::clamp(value, 0, max_);
-    if (wanted == value_)
+    if (wanted == value_) {
         return;
+    }
     value_ = wanted;
     native::setScroll(handle_, value_, max_, page_);
     raise(Change);
@@ -272,8 +295,9 @@ void ScrollBar::setRange(int max, int page) {
     page_ = std::max(page, 1);
     value_ = std::min(value_, max_);
     native::setScroll(handle_, value_, max_, page_);
-    if (value_ != old)
+    if (value_ != old) {
         raise(Change);
+    }
 }
 
 void PictureBox::setSunken(bool sunken) {

@@ -10,8 +10,9 @@ PictureBox::~PictureBox() {
 }
 
 void PictureBox::setOLEDropMode(DropMode mode) {
-    if (mode == drop_mode_)
+    if (mode == drop_mode_) {
         return;
+    }
     native::acceptDrops(*this, mode == DropMode::manual);
     drop_mode_ = mode;
 }
@@ -19,26 +20,31 @@ void PictureBox::setOLEDropMode(DropMode mode) {
 void PictureBox::OLEDrag() {
     DataObject data;
     DropEffect allowed = drop_copy;
-    if (OLEStartDrag)
+    if (OLEStartDrag) {
         OLEStartDrag(data, allowed);
+    }
     const DropEffect effect = allowed == drop_none ? drop_none : native::drag(data, allowed);
-    if (OLECompleteDrag)
+    if (OLECompleteDrag) {
         OLECompleteDrag(effect);
+    }
 }
 
 DropEffect PictureBox::dropEffect(DropEffect allowed, int shift) const {
-    if (drop_mode_ == DropMode::none || !reachable())
+    if (drop_mode_ == DropMode::none || !reachable()) {
         return drop_none;
+    }
     const DropEffect wanted = shift & control_key ? drop_copy : drop_move;
     return allowed & wanted ? wanted : allowed & (drop_copy | drop_move);
 }
 
 DropEffect PictureBox::onDrop(DataObject& data, DropEffect allowed, int button, int shift, double x, double y) {
     DropEffect effect = dropEffect(allowed, shift);
-    if (effect == drop_none)
+    if (effect == drop_none) {
         return drop_none;
-    if (OLEDragDrop)
+    }
+    if (OLEDragDrop) {
         OLEDragDrop(data, effect, button, shift, x, y);
+    }
     return effect & allowed;
 }
 

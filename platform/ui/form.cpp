@@ -13,10 +13,12 @@ namespace {
 // The accelerator letter of a caption in upper case, 0 when it has none.
 char16_t mnemonicOf(const std::u16string& caption) {
     for (std::size_t at = 0; at + 1 < caption.size(); ++at) {
-        if (caption[at] != u'&')
+        if (caption[at] != u'&') {
             continue;
-        if (caption[at + 1] != u'&')
+        }
+        if (caption[at + 1] != u'&') {
             return toUpper(caption[at + 1]);
+        }
         ++at;
     }
     return 0;
@@ -69,8 +71,9 @@ void MenuItem::setPicture(const Picture& picture) {
 }
 
 void MenuItem::onClick() {
-    if (enabled_ && Click)
+    if (enabled_ && Click) {
         Click();
+    }
 }
 
 Form::Form(Form* owner, const std::u16string& caption, FormStyle style) : Control(nullptr, Kind::form, caption) {
@@ -88,8 +91,9 @@ void Form::Show() {
     }
     visible_ = true;
     native::show(handle_);
-    if (!focused_)
+    if (!focused_) {
         focusFirst();
+    }
     markDefault();
 }
 
@@ -103,8 +107,9 @@ void Form::ShowModal() {
 }
 
 void Form::Unload() {
-    if (!loaded_)
+    if (!loaded_) {
         return;
+    }
     loaded_ = false;
     Form_Unload();
     Hide();
@@ -158,11 +163,13 @@ std::vector<Control*> Form::reachableOrder() const {
 }
 
 void Form::focusFirst() {
-    if (DefaultButton && DefaultButton->reachable())
+    if (DefaultButton && DefaultButton->reachable()) {
         return DefaultButton->SetFocus();
+    }
     const auto order = reachableOrder();
-    if (!order.empty())
+    if (!order.empty()) {
         order.front()->SetFocus();
+    }
 }
 
 void Form::keepFocus() {
@@ -171,8 +178,9 @@ void Form::keepFocus() {
         const auto lost = std::find(all.begin(), all.end(), focused_);
         const auto can = [](const Control* control) { return control->takesFocus() && control->reachable(); };
         auto next = std::find_if(lost, all.end(), can);
-        if (next == all.end())
+        if (next == all.end()) {
             next = std::find_if(all.begin(), lost, can);
+        }
         if (next != all.end() && can(*next)) {
             (*next)->SetFocus();
         } else {
@@ -187,15 +195,19 @@ void Form::keepFocus() {
 
 void Form::markDefault() {
     Control* button = dynamic_cast<Button*>(focused_) ? focused_ : DefaultButton;
-    if (button && !button->reachable())
+    if (button && !button->reachable()) {
         button = nullptr;
-    if (button == marked_)
+    }
+    if (button == marked_) {
         return;
-    if (marked_)
+    }
+    if (marked_) {
         native::setDefault(marked_->handle(), false);
+    }
     marked_ = button;
-    if (marked_)
+    if (marked_) {
         native::setDefault(marked_->handle(), true);
+    }
 }
 
 // Among the buttons, check boxes and links of one frame.
@@ -204,52 +216,63 @@ bool Form::moveInGroup(bool back) {
         return dynamic_cast<const Button*>(control) || dynamic_cast<const CheckBox*>(control) ||
                dynamic_cast<const LinkLabel*>(control);
     };
-    if (!focused_ || !belongs(focused_))
+    if (!focused_ || !belongs(focused_)) {
         return false;
+    }
     auto group = reachableOrder();
     std::erase_if(group,
                   [&](const Control* control) { return control->Parent() != focused_->Parent() || !belongs(control); });
-    if (back)
+    if (back) {
         std::reverse(group.begin(), group.end());
+    }
     auto next = std::find(group.begin(), group.end(), focused_);
-    if (next == group.end() || ++next == group.end())
+    if (next == group.end() || ++next == group.end()) {
         next = group.begin();
-    if (next != group.end())
+    }
+    if (next != group.end()) {
         (*next)->SetFocus();
+    }
     return true;
 }
 
 bool Form::onKey(Key key, bool shift) {
     if (key == Key::tab) {
         auto order = reachableOrder();
-        if (order.empty())
+        if (order.empty()) {
             return true;
-        if (shift)
+        }
+        if (shift) {
             std::reverse(order.begin(), order.end());
+        }
         auto next = std::find(order.begin(), order.end(), focused_);
-        if (next == order.end() || ++next == order.end())
+        if (next == order.end() || ++next == order.end()) {
             next = order.begin();
+        }
         (*next)->SetFocus();
         return true;
     }
     if (key == Key::enter) {
         Control* pressed =
             dynamic_cast<Button*>(focused_) || dynamic_cast<LinkLabel*>(focused_) ? focused_ : DefaultButton;
-        if (!pressed || !pressed->reachable())
+        if (!pressed || !pressed->reachable()) {
             return false;
+        }
         pressed->onClick();
         return true;
     }
     if (key == Key::escape) {
-        if (!CancelButton)
+        if (!CancelButton) {
             return onEscape();
-        if (!CancelButton->reachable())
+        }
+        if (!CancelButton->reachable()) {
             return false;
+        }
         CancelButton->onClick();
         return true;
     }
-    if (key == Key::up || key == Key::left || key == Key::down || key == Key::right)
+    if (key == Key::up || key == Key::left || key == Key::down || key == Key::right) {
         return moveInGroup(key == Key::up || key == Key::left);
+    }
     return false;
 }
 
@@ -260,8 +283,9 @@ bool Form::onMnemonicKey(char16_t letter) {
     for (std::size_t i = 0; i < order.size(); ++i) {
         const std::size_t at = (first + i) % order.size();
         if (!order[at]->UseMnemonic() || mnemonicOf(order[at]->Caption()) != toUpper(letter) ||
-            !order[at]->reachable() || dynamic_cast<TextBox*>(order[at]))
+            !order[at]->reachable() || dynamic_cast<TextBox*>(order[at])) {
             continue;
+        }
         if (order[at]->takesFocus()) {
             order[at]->onMnemonic();
             return true;

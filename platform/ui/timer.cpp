@@ -9,18 +9,21 @@ Timer::~Timer() {
 }
 
 void Timer::setEnabled(bool enabled) {
-    if (enabled == enabled_)
+    if (enabled == enabled_) {
         return;
+    }
     enabled_ = enabled;
-    if (enabled)
+    if (enabled) {
         handle_ = native::startTimer(*this, interval_);
-    else
+    } else {
         native::stopTimer(handle_);
+    }
 }
 
 void Timer::onTick() {
-    if (ticking_ || !enabled_ || !Tick)
+    if (ticking_ || !enabled_ || !Tick) {
         return;
+    }
     struct Ticking {
         bool& flag;
         explicit Ticking(bool& the_flag) : flag(the_flag) { flag = true; }

@@ -99,21 +99,25 @@ void deliver(const AgentEvents& events, DISPID event, const std::vector<Variant>
         }
         return;
     case on_dbl_click:
-        if (events.DblClick)
+        if (events.DblClick) {
             events.DblClick(arguments.at(0).toText(), arguments.at(1).toInt16(), arguments.at(2).toInt16(),
                             arguments.at(3).toInt16(), arguments.at(4).toInt16());
+        }
         return;
     case on_idle_start:
-        if (events.IdleStart)
+        if (events.IdleStart) {
             events.IdleStart(arguments.at(0).toText());
+        }
         return;
     case on_restart:
-        if (events.Restart)
+        if (events.Restart) {
             events.Restart();
+        }
         return;
     case on_shutdown:
-        if (events.Shutdown)
+        if (events.Shutdown) {
             events.Shutdown();
+        }
         return;
     default:
         return;

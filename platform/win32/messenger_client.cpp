@@ -98,8 +98,9 @@ std::shared_ptr<MessengerContact> contactOf(const Variant& argument) {
 
 template <class Function, class... Arguments>
 void raise(const Function& event, Arguments&&... arguments) {
-    if (event)
+    if (event) {
         event(std::forward<Arguments>(arguments)...);
+    }
 }
 
 // An event with too few arguments throws and is dropped.

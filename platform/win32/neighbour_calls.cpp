@@ -16,11 +16,13 @@ namespace {
 class BusyFilter final : public IMessageFilter {
   public:
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
-        if (!object)
+        if (!object) {
             return E_POINTER;
+        }
         *object = nullptr;
-        if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, IID_IMessageFilter))
+        if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, IID_IMessageFilter)) {
             return E_NOINTERFACE;
+        }
         *object = static_cast<IMessageFilter*>(this);
         return S_OK;
     }
@@ -52,8 +54,9 @@ void waitForBusyNeighbours() {
 com::Object& Connection::object() {
     if (!object_) {
         auto object = com::Object::create(prog_id_.c_str());
-        if (made_)
+        if (made_) {
             made_(object);
+        }
         object_ = std::move(object); // first: the events that subscribing brings at once lead back here
         try {
             subscription_ = com::Subscription(object_.dispatch(), events_, handler_);

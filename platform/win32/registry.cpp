@@ -19,15 +19,17 @@ HKEY keyOf(std::uintptr_t handle) {
 
 std::optional<RegistryKey> RegistryKey::open(Hive hive, const std::string& subkey) {
     HKEY key = nullptr;
-    if (RegOpenKeyA(hiveKey(hive), subkey.c_str(), &key) != ERROR_SUCCESS)
+    if (RegOpenKeyA(hiveKey(hive), subkey.c_str(), &key) != ERROR_SUCCESS) {
         return {};
+    }
     return RegistryKey(reinterpret_cast<std::uintptr_t>(key));
 }
 
 std::optional<RegistryKey> RegistryKey::create(Hive hive, const std::string& subkey) {
     HKEY key = nullptr;
-    if (RegCreateKeyA(hiveKey(hive), subkey.c_str(), &key) != ERROR_SUCCESS)
+    if (RegCreateKeyA(hiveKey(hive), subkey.c_str(), &key) != ERROR_SUCCESS) {
         return {};
+    }
     return RegistryKey(reinterpret_cast<std::uintptr_t>(key));
 }
 
@@ -39,14 +41,16 @@ RegistryKey& RegistryKey::operator=(RegistryKey&& other) noexcept {
 }
 
 RegistryKey::~RegistryKey() {
-    if (handle_)
+    if (handle_) {
         RegCloseKey(keyOf(handle_));
+    }
 }
 
 std::optional<RegistryValueInfo> RegistryKey::query(const std::string& name) const {
     DWORD type = 0, size = 0;
-    if (RegQueryValueExA(keyOf(handle_), name.c_str(), nullptr, &type, nullptr, &size) != ERROR_SUCCESS)
+    if (RegQueryValueExA(keyOf(handle_), name.c_str(), nullptr, &type, nullptr, &size) != ERROR_SUCCESS) {
         return {};
+    }
     return RegistryValueInfo{type, size};
 }
 
@@ -67,8 +71,9 @@ std::optional<std::pair<std::string, std::string>> RegistryKey::enumerate(std::u
     std::string name(name_buffer, ' '), data(data_buffer, ' ');
     auto name_length = static_cast<DWORD>(name_buffer), data_length = static_cast<DWORD>(data_buffer);
     if (RegEnumValueA(keyOf(handle_), index, name.data(), &name_length, nullptr, nullptr,
-                      reinterpret_cast<BYTE*>(data.data()), &data_length) != ERROR_SUCCESS)
+                      reinterpret_cast<BYTE*>(data.data()), &data_length) != ERROR_SUCCESS) {
         return {};
+    }
     name.resize(name_length);
     data.resize(data_length);
     return std::pair(std::move(name), std::move(data));

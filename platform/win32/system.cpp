@@ -28,8 +28,9 @@ std::u16string machineSetting(const wchar_t* name, bool (*is_kind)(std::u16strin
     std::array<wchar_t, 512> text{};
     DWORD bytes = sizeof text;
     if (RegGetValueW(HKEY_LOCAL_MACHINE, L"Software\\Murmelix", name, RRF_RT_REG_SZ, nullptr, text.data(), &bytes) !=
-        ERROR_SUCCESS)
+        ERROR_SUCCESS) {
         return otherwise;
+    }
     const std::u16string value(com::narrow(text.data(), wcslen(text.data())));
     return is_kind(value) ? value : otherwise;
 }
@@ -63,8 +64,9 @@ std::u16string commandLine() {
     const std::u16string whole(reinterpret_cast<const char16_t*>(GetCommandLineW()));
     const bool quoted = whole.starts_with(u'"');
     const std::size_t behind = quoted ? whole.find(u'"', 1) : whole.find_first_of(u" \t");
-    if (behind == npos)
+    if (behind == npos) {
         return {};
+    }
     return std::u16string(trim(std::u16string_view(whole).substr(behind + (quoted ? 1 : 0))));
 }
 
@@ -91,12 +93,14 @@ std::vector<std::u16string> subdirectories(const std::u16string& path) {
     std::vector<std::u16string> names;
     WIN32_FIND_DATAW found{};
     HANDLE search = FindFirstFileW(wide(path + (path.ends_with(u'\\') ? u"*" : u"\\*")), &found);
-    if (search == INVALID_HANDLE_VALUE)
+    if (search == INVALID_HANDLE_VALUE) {
         return names;
+    }
     do {
         const std::u16string name(reinterpret_cast<const char16_t*>(found.cFileName));
-        if ((found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) && name != u"." && name != u"..")
+        if ((found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) && name != u"." && name != u"..") {
             names.push_back(name);
+        }
     } while (FindNextFileW(search, &found));
     FindClose(search);
     return names;
@@ -115,8 +119,9 @@ void endProcess() {
         // Parts of the system enter the apartment, too: only its last user's leaving gives the objects back.
         APTTYPE type{};
         APTTYPEQUALIFIER qualifier{};
-        for (int users = 0; users < 16 && SUCCEEDED(CoGetApartmentType(&type, &qualifier)); ++users)
+        for (int users = 0; users < 16 && SUCCEEDED(CoGetApartmentType(&type, &qualifier)); ++users) {
             CoUninitialize();
+        }
     }
     ExitProcess(0);
 }

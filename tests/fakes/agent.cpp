@@ -68,8 +68,9 @@ std::int32_t Character::LanguageID() {
 void Character::setLanguageID(std::int32_t language) {
     neighbours().enter("setLanguageID");
     record({.key = id, .call = u"LanguageID", .x = language});
-    if (agent().languages.contains(language))
+    if (agent().languages.contains(language)) {
         language_id = language;
+    }
 }
 
 std::int32_t Character::BalloonStyle() {
@@ -92,8 +93,9 @@ void Character::AddCommand(const std::u16string& command, const std::u16string& 
 std::shared_ptr<platform::AgentRequest> Character::Play(const std::u16string& animation) {
     neighbours().enter("Play");
     auto request = record({.key = id, .call = u"Play", .animation = animation});
-    if (agent().missing_animations.contains(animation))
+    if (agent().missing_animations.contains(animation)) {
         fail(0x80042001, "the character lacks the animation");
+    }
     return request;
 }
 
@@ -157,10 +159,12 @@ class Control : public platform::AgentControl {
         enter("Load");
         agent().log.push_back(u"Load " + character_id + u" " + path);
         const auto file = agent().files.find(path);
-        if (file == agent().files.end())
+        if (file == agent().files.end()) {
             fail(0x80070002, "no such character file");
-        if (agent().characters.contains(character_id))
+        }
+        if (agent().characters.contains(character_id)) {
             fail(0x8004210B, "the id is in use");
+        }
         const auto character = agent().add(character_id, file->second.name);
         character->width = file->second.width;
         character->height = file->second.height;
@@ -181,14 +185,16 @@ class Control : public platform::AgentControl {
   private:
     static void enter(std::string_view call) {
         neighbours().enter(call);
-        if (!agent().installed)
+        if (!agent().installed) {
             fail(0x80040154, "Agent is not installed");
+        }
     }
 
     static std::map<std::u16string, std::shared_ptr<fakes::Character>>::iterator loaded(const std::u16string& id) {
         const auto found = agent().characters.find(id);
-        if (found == agent().characters.end())
+        if (found == agent().characters.end()) {
             fail(0x80042106, "no character has the id");
+        }
         return found;
     }
 };

@@ -15,8 +15,9 @@ namespace {
 
 CodePage withUpperHalf(std::size_t first, std::initializer_list<char16_t> units) {
     CodePage page{};
-    for (std::size_t byte = 0; byte < page.size(); ++byte)
+    for (std::size_t byte = 0; byte < page.size(); ++byte) {
         page[byte] = static_cast<char16_t>(byte);
+    }
     std::copy(units.begin(), units.end(), page.begin() + static_cast<std::ptrdiff_t>(first));
     return page;
 }
@@ -43,8 +44,9 @@ const CodePage& windows1251() {
                                  0x040E, 0x045E, 0x0408, 0xA4,   0x0490, 0xA6,   0xA7,   0x0401, 0xA9,   0x0404, 0xAB,
                                  0xAC,   0xAD,   0xAE,   0x0407, 0xB0,   0xB1,   0x0406, 0x0456, 0x0491, 0xB5,   0xB6,
                                  0xB7,   0x0451, 0x2116, 0x0454, 0xBB,   0x0458, 0x0405, 0x0455, 0x0457});
-        for (std::size_t byte = 0xC0; byte < cyrillic.size(); ++byte)
+        for (std::size_t byte = 0xC0; byte < cyrillic.size(); ++byte) {
             cyrillic[byte] = static_cast<char16_t>(0x0410 + (byte - 0xC0));
+        }
         return cyrillic;
     }();
     return page;
@@ -78,8 +80,9 @@ std::string toAnsi(std::u16string_view text) {
 
 std::u16string fromAnsi(std::string_view bytes) {
     std::u16string text;
-    for (const char byte : bytes)
+    for (const char byte : bytes) {
         text.push_back(codePage()[static_cast<unsigned char>(byte)]);
+    }
     return text;
 }
 

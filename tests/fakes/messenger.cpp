@@ -21,8 +21,9 @@ void Neighbours::enter(std::string_view call) {
         during(call);
         inside_ = false;
     }
-    if (gone || calls == fail_at || failing.contains(call))
+    if (gone || calls == fail_at || failing.contains(call)) {
         throw platform::NeighbourError(static_cast<std::int32_t>(0x80010108), "the neighbour is gone");
+    }
 }
 
 std::u16string Contact::FriendlyName() {
@@ -48,8 +49,9 @@ class Contacts : public platform::MessengerContacts {
 
     std::shared_ptr<platform::MessengerContact> Item(std::int32_t index) override {
         neighbours().enter("Item");
-        if (index < 0 || static_cast<std::size_t>(index) >= list_.size())
+        if (index < 0 || static_cast<std::size_t>(index) >= list_.size()) {
             throw platform::NeighbourError(static_cast<std::int32_t>(0x80070057), "no contact has the index");
+        }
         return list_[static_cast<std::size_t>(index)];
     }
 

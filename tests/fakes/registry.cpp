@@ -21,10 +21,12 @@ std::string folded(const std::string& bytes) {
 // Nothing for a path that the system refuses.
 std::optional<std::string> normalPath(const std::string& path) {
     std::string normal = folded(path);
-    if (!normal.empty() && normal.front() == '\\')
+    if (!normal.empty() && normal.front() == '\\') {
         return std::nullopt;
-    while (!normal.empty() && normal.back() == '\\')
+    }
+    while (!normal.empty() && normal.back() == '\\') {
         normal.pop_back();
+    }
     return normal;
 }
 
@@ -38,17 +40,20 @@ auto findValue(Values& values, const std::string& name) {
 
 bool Registry::enter(std::string operation, bool writes) {
     log.push_back(std::move(operation));
-    if (fail_at > 0 && --fail_at == 0)
+    if (fail_at > 0 && --fail_at == 0) {
         return false;
+    }
     return writes ? !unwritable : !unreadable;
 }
 
 Registry::Values* Registry::open(const std::string& path, bool create) {
     const auto normal = normalPath(path);
-    if (!normal)
+    if (!normal) {
         return nullptr;
-    if (create || normal->empty())
+    }
+    if (create || normal->empty()) {
         return &keys_[*normal];
+    }
     const auto found = keys_.find(*normal);
     return found == keys_.end() ? nullptr : &found->second;
 }
@@ -56,10 +61,11 @@ Registry::Values* Registry::open(const std::string& path, bool create) {
 void Registry::put(const std::string& path, const std::string& name, std::uint32_t type, const std::string& data) {
     Values& values = *open(path, true);
     const auto found = findValue(values, name);
-    if (found == values.end())
+    if (found == values.end()) {
         values.push_back({name.c_str(), {type, data}});
-    else
+    } else {
         found->second = {type, data};
+    }
 }
 
 void Registry::putText(const std::string& path, const std::string& name, const std::string& text) {
@@ -68,8 +74,9 @@ void Registry::putText(const std::string& path, const std::string& name, const s
 
 std::optional<RegistryValue> Registry::value(const std::string& path, const std::string& name) const {
     const Values* values = key(path);
-    if (!values)
+    if (!values) {
         return std::nullopt;
+    }
     const auto found = findValue(*values, name);
     return found == values->end() ? std::nullopt : std::optional(found->second);
 }
@@ -81,8 +88,9 @@ std::optional<std::string> Registry::text(const std::string& path, const std::st
 
 const Registry::Values* Registry::key(const std::string& path) const {
     const auto normal = normalPath(path);
-    if (!normal)
+    if (!normal) {
         return nullptr;
+    }
     const auto found = keys_.find(*normal);
     return found == keys_.end() ? nullptr : &found->second;
 }
@@ -128,62 +136,74 @@ RegistryKey& RegistryKey::operator=(RegistryKey&& other) noexcept {
 RegistryKey::~RegistryKey() = default;
 
 std::optional<RegistryValueInfo> RegistryKey::query(const std::string& name) const {
-    if (!fakes::registry().enter("query " + name, false))
+    if (!fakes::registry().enter("query " + name, false)) {
         return std::nullopt;
+    }
     const auto& values = valuesOf(handle_);
     const auto found = fakes::findValue(values, name);
-    if (found == values.end())
+    if (found == values.end()) {
         return std::nullopt;
+    }
     return RegistryValueInfo{found->second.type, static_cast<std::uint32_t>(found->second.data.size())};
 }
 
 bool RegistryKey::query(const std::string& name, std::string& buffer) const {
-    if (!fakes::registry().enter("query " + name, false))
+    if (!fakes::registry().enter("query " + name, false)) {
         return false;
+    }
     const auto& values = valuesOf(handle_);
     const auto found = fakes::findValue(values, name);
-    if (found == values.end() || found->second.data.size() > buffer.size())
+    if (found == values.end() || found->second.data.size() > buffer.size()) {
         return false;
+    }
     std::copy(found->second.data.begin(), found->second.data.end(), buffer.begin());
     return true;
 }
 
 bool RegistryKey::set(const std::string& name, std::uint32_t type, const std::string& data) const {
-    if (!fakes::registry().enter("set " + name + "=" + data, true))
+    if (!fakes::registry().enter("set " + name + "=" + data, true)) {
         return false;
+    }
     // The system stores the terminating NUL of a text that it finds right behind the given length.
     std::string stored = data;
-    if (type == reg_sz && !data.empty() && data.back() != '\0')
+    if (type == reg_sz && !data.empty() && data.back() != '\0') {
         stored.push_back('\0');
+    }
     auto& values = valuesOf(handle_);
     const auto found = fakes::findValue(values, name);
-    if (found == values.end())
+    if (found == values.end()) {
         values.push_back({name.c_str(), {type, stored}});
-    else
+    } else {
         found->second = {type, stored};
+    }
     return true;
 }
 
 std::optional<std::pair<std::string, std::string>> RegistryKey::enumerate(std::uint32_t index, std::size_t name_buffer,
                                                                           std::size_t data_buffer) const {
-    if (!fakes::registry().enter("enumerate " + std::to_string(index), false))
+    if (!fakes::registry().enter("enumerate " + std::to_string(index), false)) {
         return std::nullopt;
+    }
     const auto& values = valuesOf(handle_);
-    if (index >= values.size())
+    if (index >= values.size()) {
         return std::nullopt;
+    }
     const auto& [name, value] = values[index];
-    if (name.size() + 1 > name_buffer || value.data.size() > data_buffer)
+    if (name.size() + 1 > name_buffer || value.data.size() > data_buffer) {
         return std::nullopt;
+    }
     return std::pair(name, value.data);
 }
 
 bool RegistryKey::remove(const std::string& name) const {
-    if (!fakes::registry().enter("delete " + name, true))
+    if (!fakes::registry().enter("delete " + name, true)) {
         return false;
+    }
     auto& values = valuesOf(handle_);
     const auto found = fakes::findValue(values, name);
-    if (found == values.end())
+    if (found == values.end()) {
         return false;
+    }
     values.erase(found);
     return true;
 }

@@ -36,10 +36,12 @@ std::u16string commandLine() {
 std::uint32_t windowsDirectory(std::size_t buffer_size, std::string& buffer) {
     buffer.assign(buffer_size, ' ');
     const std::string& directory = fakes::system().windows_directory;
-    if (directory.empty())
+    if (directory.empty()) {
         return 0;
-    if (directory.size() + 1 > buffer_size)
+    }
+    if (directory.size() + 1 > buffer_size) {
         return static_cast<std::uint32_t>(directory.size() + 1);
+    }
     std::copy_n(directory.c_str(), directory.size() + 1, buffer.begin());
     return static_cast<std::uint32_t>(directory.size());
 }
@@ -78,10 +80,12 @@ std::u16string supportAddress() {
 int messageBox(const std::u16string& text, int style, const std::u16string& title) {
     fakes::MessageBoxes& boxes = fakes::messageBoxes();
     boxes.shown.push_back({text, style, title});
-    if (boxes.while_open)
+    if (boxes.while_open) {
         boxes.while_open();
-    if (boxes.answers.empty())
+    }
+    if (boxes.answers.empty()) {
         return (style & mb_yes_no) ? answer_no : answer_ok;
+    }
     const int answer = boxes.answers.front();
     boxes.answers.pop_front();
     return answer;

@@ -20,8 +20,9 @@ namespace {
 std::string readText(const std::filesystem::path& file) {
     std::ifstream stream(file, std::ios::binary);
     std::string text{std::istreambuf_iterator<char>(stream), {}};
-    if (!stream)
+    if (!stream) {
         throw std::runtime_error("cannot be read");
+    }
     return text;
 }
 
@@ -32,8 +33,9 @@ void writeFile(const std::filesystem::path& file, const std::vector<std::uint8_t
     std::ofstream stream(unfinished, std::ios::binary | std::ios::trunc);
     stream.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
     stream.close();
-    if (!stream)
+    if (!stream) {
         throw std::runtime_error(unfinished.string() + " cannot be written");
+    }
     std::filesystem::rename(unfinished, file);
 }
 

@@ -36,39 +36,46 @@ class Value {
     // An object with no members but these.
     void expectMembers(std::initializer_list<std::string_view> known) const {
         for (const auto& [name, member] : object().items()) {
-            if (std::find(known.begin(), known.end(), name) == known.end())
+            if (std::find(known.begin(), known.end(), name) == known.end()) {
                 refuse("unknown member \"" + name + "\"");
+            }
         }
     }
     bool has(const std::string& name) const { return object().contains(name); }
     Value operator[](const std::string& name) const {
         const auto found = object().find(name);
-        if (found == object().end())
+        if (found == object().end()) {
             refuse("\"" + name + "\" is missing");
+        }
         return {*found, where_ + "." + name};
     }
     void eachMember(const std::function<void(const std::string&, const Value&)>& visit) const {
-        for (const auto& [name, member] : object().items())
+        for (const auto& [name, member] : object().items()) {
             visit(name, Value(member, where_ + "." + name));
+        }
     }
     std::vector<Value> items() const {
-        if (!value_->is_array())
+        if (!value_->is_array()) {
             refuse("must be an array");
+        }
         std::vector<Value> result;
-        for (std::size_t i = 0; i < value_->size(); ++i)
+        for (std::size_t i = 0; i < value_->size(); ++i) {
             result.emplace_back((*value_)[i], where_ + "[" + std::to_string(i) + "]");
+        }
         return result;
     }
     bool isText() const { return value_->is_string(); }
     std::string text() const {
-        if (!value_->is_string())
+        if (!value_->is_string()) {
             refuse("must be a text");
+        }
         return value_->get<std::string>();
     }
     std::u16string text16() const { return murmelix::fromUtf8(text()); }
     bool flag() const {
-        if (!value_->is_boolean())
+        if (!value_->is_boolean()) {
             refuse("must be true or false");
+        }
         return value_->get<bool>();
     }
     template <class Number>
@@ -78,16 +85,18 @@ class Value {
             value_->is_number_integer() &&
             (!value_->is_number_unsigned() || value_->get<std::uint64_t>() <= static_cast<std::uint64_t>(most));
         const std::int64_t number = fits ? value_->get<std::int64_t>() : least - 1;
-        if (!fits || number < least || number > most)
+        if (!fits || number < least || number > most) {
             refuse("must be a whole number from " + std::to_string(least) + " to " + std::to_string(most));
+        }
         return static_cast<Number>(number);
     }
     // "#RRGGBB" as 0xRRGGBB.
     std::uint32_t colour() const {
         const std::string digits = text();
         if (digits.size() != 7 || digits[0] != '#' ||
-            digits.find_first_not_of("0123456789abcdefABCDEF", 1) != std::string::npos)
+            digits.find_first_not_of("0123456789abcdefABCDEF", 1) != std::string::npos) {
             refuse("must be a colour of the form \"#RRGGBB\"");
+        }
         return static_cast<std::uint32_t>(std::stoul(digits.substr(1), nullptr, 16));
     }
     // "{01234567-89ab-cdef-0123-456789abcdef}", its first three numbers little-endian in the file.
@@ -97,26 +106,30 @@ class Value {
         std::string digits;
         bool good = written.size() == form.size();
         for (std::size_t i = 0; good && i < form.size(); ++i) {
-            if (form[i] != '0')
+            if (form[i] != '0') {
                 good = written[i] == form[i];
-            else if (std::string_view("0123456789abcdefABCDEF").find(written[i]) != std::string_view::npos)
+            } else if (std::string_view("0123456789abcdefABCDEF").find(written[i]) != std::string_view::npos) {
                 digits += written[i];
-            else
+            } else {
                 good = false;
+            }
         }
-        if (!good)
+        if (!good) {
             refuse("must be a GUID of the form \"" + std::string(form) + "\"");
+        }
         constexpr std::array<std::size_t, 16> order{3, 2, 1, 0, 5, 4, 7, 6, 8, 9, 10, 11, 12, 13, 14, 15};
         acs::Guid result{};
-        for (std::size_t i = 0; i < result.size(); ++i)
+        for (std::size_t i = 0; i < result.size(); ++i) {
             result[i] = static_cast<std::uint8_t>(std::stoul(digits.substr(order[i] * 2, 2), nullptr, 16));
+        }
         return result;
     }
 
   private:
     const json& object() const {
-        if (!value_->is_object())
+        if (!value_->is_object()) {
             refuse("must be an object");
+        }
         return *value_;
     }
 
@@ -131,27 +144,36 @@ std::uint32_t colourRef(std::uint32_t colour) {
 acs::Voice readVoice(const Value& value) {
     value.expectMembers({"engine", "mode", "speed", "pitch", "language", "gender", "age", "dialect", "style"});
     acs::Voice voice;
-    if (value.has("engine"))
+    if (value.has("engine")) {
         voice.engine = value["engine"].guid();
-    if (value.has("mode"))
+    }
+    if (value.has("mode")) {
         voice.mode = value["mode"].guid();
-    if (value.has("speed"))
+    }
+    if (value.has("speed")) {
         voice.speed = value["speed"].number<std::uint32_t>(1);
-    if (value.has("pitch"))
+    }
+    if (value.has("pitch")) {
         voice.pitch = value["pitch"].number<std::uint16_t>(1);
+    }
     acs::Voice::Choice choice;
     const std::string gender = value["gender"].text();
-    if (gender != "female" && gender != "male")
+    if (gender != "female" && gender != "male") {
         value["gender"].refuse("must be \"female\" or \"male\"");
+    }
     choice.gender = gender == "female" ? 1 : 2;
-    if (value.has("language"))
+    if (value.has("language")) {
         choice.language_id = value["language"].number<std::uint16_t>();
-    if (value.has("age"))
+    }
+    if (value.has("age")) {
         choice.age = value["age"].number<std::uint16_t>();
-    if (value.has("dialect"))
+    }
+    if (value.has("dialect")) {
         choice.dialect = value["dialect"].text16();
-    if (value.has("style"))
+    }
+    if (value.has("style")) {
         choice.style = value["style"].text16();
+    }
     voice.choice = choice;
     return voice;
 }
@@ -160,26 +182,36 @@ acs::Balloon readBalloon(const Value& value) {
     value.expectMembers({"lines", "charactersPerLine", "text", "background", "border", "font", "height", "weight",
                          "italic", "strikeOut"});
     acs::Balloon balloon;
-    if (value.has("lines"))
+    if (value.has("lines")) {
         balloon.lines = value["lines"].number<std::uint8_t>(1);
-    if (value.has("charactersPerLine"))
+    }
+    if (value.has("charactersPerLine")) {
         balloon.characters_a_line = value["charactersPerLine"].number<std::uint8_t>(8);
-    if (value.has("text"))
+    }
+    if (value.has("text")) {
         balloon.text_colour = colourRef(value["text"].colour());
-    if (value.has("background"))
+    }
+    if (value.has("background")) {
         balloon.background_colour = colourRef(value["background"].colour());
-    if (value.has("border"))
+    }
+    if (value.has("border")) {
         balloon.border_colour = colourRef(value["border"].colour());
-    if (value.has("font"))
+    }
+    if (value.has("font")) {
         balloon.font_name = value["font"].text16();
-    if (value.has("height"))
+    }
+    if (value.has("height")) {
         balloon.font_height = value["height"].number<std::int32_t>(-100, 100);
-    if (value.has("weight"))
+    }
+    if (value.has("weight")) {
         balloon.weight = value["weight"].number<std::uint32_t>(100, 1000);
-    if (value.has("italic"))
+    }
+    if (value.has("italic")) {
         balloon.italic = value["italic"].flag();
-    if (value.has("strikeOut"))
+    }
+    if (value.has("strikeOut")) {
         balloon.strike_out = value["strikeOut"].flag();
+    }
     return balloon;
 }
 
@@ -192,8 +224,9 @@ class Pictures {
             const std::string file = entry["file"].text();
             const Picture& whole = load(directory / file, entry);
             Rect part{0, 0, whole.width, whole.height};
-            if (entry.has("crop"))
+            if (entry.has("crop")) {
                 part = readPart(entry["crop"], whole);
+            }
             Picture picture = cut(whole, part);
             const std::optional<Rect> seen = opaquePart(picture);
             if (!seen) {
@@ -216,13 +249,15 @@ class Pictures {
         for (const Picture& picture : pictures_) {
             acs::Image image = palette.image(picture);
             const auto [entry, is_new] = known.try_emplace({image.width, image.pixels}, character.images.size());
-            if (is_new)
+            if (is_new) {
                 character.images.push_back(std::move(image));
+            }
             index_of.push_back(entry->second);
         }
         for (auto& [name, placed] : placed_) {
-            if (placed)
+            if (placed) {
                 placed->index = index_of[placed->index];
+            }
         }
     }
 
@@ -233,16 +268,18 @@ class Pictures {
     // Nothing for a picture without an opaque pixel.
     const std::optional<Placed>& find(const Value& name) const {
         const auto found = placed_.find(name.text());
-        if (found == placed_.end())
+        if (found == placed_.end()) {
             name.refuse("there is no image \"" + name.text() + "\"");
+        }
         return found->second;
     }
 
   private:
     const Picture& load(const std::filesystem::path& file, const Value& entry) {
         const auto known = files_.find(file.string());
-        if (known != files_.end())
+        if (known != files_.end()) {
             return known->second;
+        }
         try {
             return files_.emplace(file.string(), readPicture(file)).first->second;
         } catch (const std::runtime_error& error) {
@@ -252,14 +289,16 @@ class Pictures {
 
     static Rect readPart(const Value& value, const Picture& whole) {
         const std::vector<Value> numbers = value.items();
-        if (numbers.size() != 4)
+        if (numbers.size() != 4) {
             value.refuse("must be [x, y, width, height]");
+        }
         const Rect part{numbers[0].number<int>(0), numbers[1].number<int>(0), numbers[2].number<int>(1),
                         numbers[3].number<int>(1)};
         if (part.x > whole.width || part.width > whole.width - part.x || part.y > whole.height ||
-            part.height > whole.height - part.y)
+            part.height > whole.height - part.y) {
             value.refuse("goes beyond the picture of " + std::to_string(whole.width) + " x " +
                          std::to_string(whole.height));
+        }
         return part;
     }
 
@@ -271,22 +310,25 @@ class Pictures {
 std::vector<std::uint8_t> readSound(const std::filesystem::path& file, const Value& value) {
     std::ifstream stream(file, std::ios::binary);
     std::vector<std::uint8_t> bytes{std::istreambuf_iterator<char>(stream), {}};
-    if (!stream)
+    if (!stream) {
         value.refuse(file.string() + ": cannot be read");
+    }
     const auto reads = [&](std::size_t at, std::string_view tag) {
         return bytes.size() >= at + tag.size() &&
                std::equal(tag.begin(), tag.end(), bytes.begin() + static_cast<std::ptrdiff_t>(at));
     };
-    if (!reads(0, "RIFF") || !reads(8, "WAVE"))
+    if (!reads(0, "RIFF") || !reads(8, "WAVE")) {
         value.refuse(file.string() + ": is not a WAVE file");
+    }
     return bytes;
 }
 
 std::int16_t offset(const Value& of, const std::string& name, std::int16_t moved) {
     const std::int32_t given = of.has(name) ? of[name].number<std::int16_t>() : 0;
     const std::int32_t sum = given + moved;
-    if (sum > std::numeric_limits<std::int16_t>::max())
+    if (sum > std::numeric_limits<std::int16_t>::max()) {
         of[name].refuse("is too far out");
+    }
     return static_cast<std::int16_t>(sum);
 }
 
@@ -294,14 +336,17 @@ acs::Mouth readMouth(const std::string& shape, const Value& value, const Picture
                      const acs::Character& character) {
     constexpr std::array<std::string_view, 7> shapes{"closed", "wide1", "wide2", "wide3", "wide4", "medium", "narrow"};
     const auto found = std::find(shapes.begin(), shapes.end(), shape);
-    if (found == shapes.end())
+    if (found == shapes.end()) {
         value.refuse("the mouths are closed, wide1 to wide4, medium and narrow");
+    }
     value.expectMembers({"image", "x", "y", "replaces"});
     const std::optional<Pictures::Placed>& placed = pictures.find(value["image"]);
-    if (!placed)
+    if (!placed) {
         value["image"].refuse("a mouth must have an opaque pixel");
-    if (placed->index > std::numeric_limits<std::uint16_t>::max())
+    }
+    if (placed->index > std::numeric_limits<std::uint16_t>::max()) {
         value["image"].refuse("a mouth must be among the first 65536 images");
+    }
     acs::Mouth mouth;
     mouth.shape = static_cast<acs::MouthShape>(std::distance(shapes.begin(), found));
     mouth.replaces_top_image = value.has("replaces") && value["replaces"].flag();
@@ -324,25 +369,28 @@ acs::Frame readFrame(const Value& value, std::size_t frame_count, const Pictures
     if (value.has("images")) {
         for (const Value& entry : value["images"].items()) {
             entry.expectMembers({"image", "x", "y"});
-            if (const std::optional<Pictures::Placed>& placed = pictures.find(entry["image"]))
+            if (const std::optional<Pictures::Placed>& placed = pictures.find(entry["image"])) {
                 frame.images.push_back({static_cast<std::uint32_t>(placed->index), offset(entry, "x", placed->x),
                                         offset(entry, "y", placed->y)});
+            }
         }
     }
     if (value.has("sound")) {
         const auto found = sounds.find(value["sound"].text());
-        if (found == sounds.end())
+        if (found == sounds.end()) {
             value["sound"].refuse("there is no sound \"" + value["sound"].text() + "\"");
+        }
         frame.sound = found->second;
     }
     if (value.has("exit")) {
         const Value exit = value["exit"];
-        if (exit.isText() && exit.text() == "end")
+        if (exit.isText() && exit.text() == "end") {
             frame.exit_frame = acs::exit_end;
-        else if (exit.isText())
+        } else if (exit.isText()) {
             exit.refuse("must be \"end\" or the number of a frame");
-        else
+        } else {
             frame.exit_frame = exit.number<std::int16_t>(0, last);
+        }
     }
     if (value.has("branches")) {
         int total = 0;
@@ -352,8 +400,9 @@ acs::Frame readFrame(const Value& value, std::size_t frame_count, const Pictures
                 {entry["to"].number<std::uint16_t>(0, last), entry["percent"].number<std::uint16_t>(1, 100)});
             total += frame.branches.back().probability;
         }
-        if (total > 100)
+        if (total > 100) {
             value["branches"].refuse("more than 100 percent together");
+        }
     }
     if (value.has("mouths")) {
         value["mouths"].eachMember([&](const std::string& shape, const Value& entry) {
@@ -370,24 +419,28 @@ acs::Animation readAnimation(const Value& value, const Pictures& pictures, const
     value.expectMembers({"name", "transition", "return", "frames"});
     acs::Animation animation;
     animation.name = value["name"].text16();
-    if (animation.name.empty())
+    if (animation.name.empty()) {
         value["name"].refuse("is empty");
+    }
     const std::string transition = value["transition"].text();
     if (transition == "returns") {
         animation.transition = acs::Transition::return_animation;
         animation.return_animation = value["return"].text16();
     } else if (transition == "exits" || transition == "none") {
         animation.transition = transition == "exits" ? acs::Transition::exit_branches : acs::Transition::none;
-        if (value.has("return"))
+        if (value.has("return")) {
             value["return"].refuse("only an animation that \"returns\" has one");
+        }
     } else {
         value["transition"].refuse("must be \"returns\", \"exits\" or \"none\"");
     }
     const std::vector<Value> frames = value["frames"].items();
-    if (frames.empty() || frames.size() > static_cast<std::size_t>(std::numeric_limits<std::int16_t>::max()))
+    if (frames.empty() || frames.size() > static_cast<std::size_t>(std::numeric_limits<std::int16_t>::max())) {
         value["frames"].refuse("there must be from 1 to 32767");
-    for (const Value& frame : frames)
+    }
+    for (const Value& frame : frames) {
         animation.frames.push_back(readFrame(frame, frames.size(), pictures, sounds, character));
+    }
     return animation;
 }
 
@@ -397,28 +450,34 @@ void readNames(const Value& value, acs::Character& character) {
         acs::LocalizedName name;
         name.language_id = entry["language"].number<std::uint16_t>();
         name.name = entry["name"].text16();
-        if (name.name.empty())
+        if (name.name.empty()) {
             entry["name"].refuse("is empty");
-        if (entry.has("description"))
+        }
+        if (entry.has("description")) {
             name.description = entry["description"].text16();
-        if (entry.has("extra"))
+        }
+        if (entry.has("extra")) {
             name.extra_data = entry["extra"].text16();
+        }
         character.names.push_back(std::move(name));
     }
-    if (character.names.empty())
+    if (character.names.empty()) {
         value.refuse("the character needs a name");
+    }
 }
 
 void readAnimations(const Value& value, const Pictures& pictures, const Names& sounds, acs::Character& character) {
     for (const Value& entry : value.items()) {
         acs::Animation animation = readAnimation(entry, pictures, sounds, character);
-        if (character.findAnimation(animation.name) != nullptr)
+        if (character.findAnimation(animation.name) != nullptr) {
             entry["name"].refuse("there is an animation of that name already");
+        }
         character.animations.push_back(std::move(animation));
     }
     for (const Value& entry : value.items()) {
-        if (entry.has("return") && character.findAnimation(entry["return"].text16()) == nullptr)
+        if (entry.has("return") && character.findAnimation(entry["return"].text16()) == nullptr) {
             entry["return"].refuse("there is no animation \"" + entry["return"].text() + "\"");
+        }
     }
 }
 
@@ -426,8 +485,9 @@ void readStates(const Value& value, acs::Character& character) {
     value.eachMember([&](const std::string& name, const Value& entry) {
         acs::State state{murmelix::fromUtf8(name), {}};
         for (const Value& animation : entry.items()) {
-            if (character.findAnimation(animation.text16()) == nullptr)
+            if (character.findAnimation(animation.text16()) == nullptr) {
                 animation.refuse("there is no animation \"" + animation.text() + "\"");
+            }
             state.animations.push_back(animation.text16());
         }
         character.states.push_back(std::move(state));
@@ -466,15 +526,17 @@ acs::Character readCharacter(std::string_view manifest, const std::filesystem::p
     Names sounds;
     if (root.has("sounds")) {
         root["sounds"].eachMember([&](const std::string& name, const Value& file) {
-            if (character.sounds.size() >= acs::no_sound)
+            if (character.sounds.size() >= acs::no_sound) {
                 file.refuse("there are too many sounds");
+            }
             sounds[name] = static_cast<std::uint16_t>(character.sounds.size());
             character.sounds.push_back(readSound(directory / file.text(), file));
         });
     }
     readAnimations(root["animations"], pictures, sounds, character);
-    if (root.has("states"))
+    if (root.has("states")) {
         readStates(root["states"], character);
+    }
     return character;
 }
 

@@ -23,8 +23,9 @@ Channels channels(std::uint32_t colour) {
 
 int squaredDistance(const Channels& a, const Channels& b) {
     int sum = 0;
-    for (std::size_t i = 0; i < a.size(); ++i)
+    for (std::size_t i = 0; i < a.size(); ++i) {
         sum += (a[i] - b[i]) * (a[i] - b[i]);
+    }
     return sum;
 }
 
@@ -80,8 +81,9 @@ std::uint32_t packed(const Channels& colour) {
 }
 
 void put32(std::vector<std::uint8_t>& bytes, std::uint32_t value) {
-    for (int shift = 0; shift < 32; shift += 8)
+    for (int shift = 0; shift < 32; shift += 8) {
         bytes.push_back(static_cast<std::uint8_t>(value >> shift));
+    }
 }
 
 struct Span {
@@ -92,12 +94,14 @@ struct Span {
 std::vector<Span> opaqueSpans(const Picture& picture, int y) {
     std::vector<Span> spans;
     for (int x = 0; x < picture.width; ++x) {
-        if (!opaque(picture.at(x, y)))
+        if (!opaque(picture.at(x, y))) {
             continue;
-        if (!spans.empty() && spans.back().right == x)
+        }
+        if (!spans.empty() && spans.back().right == x) {
             spans.back().right = x + 1;
-        else
+        } else {
             spans.push_back({x, x + 1});
+        }
     }
     return spans;
 }
@@ -108,26 +112,30 @@ Palette::Palette(const std::vector<Picture>& pictures, std::uint32_t transparent
     std::unordered_map<std::uint32_t, double> counts;
     for (const Picture& picture : pictures) {
         for (const std::uint32_t pixel : picture.pixels) {
-            if (opaque(pixel))
+            if (opaque(pixel)) {
                 counts[pixel & 0xFFFFFF] += 1;
+            }
         }
     }
     std::vector<Counted> histogram;
     histogram.reserve(counts.size());
-    for (const auto& [colour, count] : counts)
+    for (const auto& [colour, count] : counts) {
         histogram.push_back({channels(colour), count});
+    }
     // The same pictures give the same file, in whatever order the map holds its entries.
     std::sort(histogram.begin(), histogram.end(),
               [](const Counted& a, const Counted& b) { return a.colour < b.colour; });
 
     std::vector<Box> boxes;
-    if (!histogram.empty())
+    if (!histogram.empty()) {
         boxes.emplace_back(histogram);
+    }
     while (boxes.size() < palette_size - 1) {
         const auto worst = std::max_element(boxes.begin(), boxes.end(),
                                             [](const Box& a, const Box& b) { return a.spread < b.spread; });
-        if (worst == boxes.end() || worst->colours.size() < 2 || worst->spread <= 0)
+        if (worst == boxes.end() || worst->colours.size() < 2 || worst->spread <= 0) {
             break;
+        }
         auto [low, high] = worst->halves();
         *worst = low;
         boxes.push_back(high);
@@ -153,8 +161,9 @@ std::vector<agent::acs::Colour> Palette::colours() const {
 }
 
 std::uint8_t Palette::indexOf(std::uint32_t pixel) {
-    if (!opaque(pixel))
+    if (!opaque(pixel)) {
         return 0;
+    }
     const auto [entry, is_new] = nearest_.try_emplace(pixel & 0xFFFFFF, std::uint8_t{0});
     if (is_new) {
         const Channels wanted = channels(pixel & 0xFFFFFF);
@@ -178,8 +187,9 @@ agent::acs::Image Palette::image(const Picture& picture) {
     result.pixels.assign(stride * result.height, 0);
     for (int y = 0; y < picture.height; ++y) {
         std::uint8_t* const row = result.pixels.data() + static_cast<std::size_t>(picture.height - 1 - y) * stride;
-        for (int x = 0; x < picture.width; ++x)
+        for (int x = 0; x < picture.width; ++x) {
             row[x] = indexOf(picture.at(x, y));
+        }
     }
     result.region = opaqueRegion(picture);
     return result;
@@ -193,10 +203,12 @@ std::vector<std::uint8_t> opaqueRegion(const Picture& picture) {
     for (int y = 0; y < picture.height;) {
         const std::vector<Span> spans = opaqueSpans(picture, y);
         int below = y + 1;
-        while (below < picture.height && opaqueSpans(picture, below) == spans)
+        while (below < picture.height && opaqueSpans(picture, below) == spans) {
             ++below;
-        for (const Span& span : spans)
+        }
+        for (const Span& span : spans) {
             rectangles.push_back({span.left, y, span.right, below});
+        }
         y = below;
     }
     const Rect bound = opaquePart(picture).value_or(Rect{});
@@ -207,11 +219,13 @@ std::vector<std::uint8_t> opaqueRegion(const Picture& picture) {
     put(1);  // rectangles
     put(static_cast<int>(rectangles.size()));
     put(static_cast<int>(rectangles.size() * 16));
-    for (const int edge : {bound.x, bound.y, bound.x + bound.width, bound.y + bound.height})
+    for (const int edge : {bound.x, bound.y, bound.x + bound.width, bound.y + bound.height}) {
         put(edge);
+    }
     for (const Rectangle& rectangle : rectangles) {
-        for (const int edge : {rectangle.left, rectangle.top, rectangle.right, rectangle.bottom})
+        for (const int edge : {rectangle.left, rectangle.top, rectangle.right, rectangle.bottom}) {
             put(edge);
+        }
     }
     return bytes;
 }

@@ -46,10 +46,11 @@ class Reading {
         const auto captured = monitor_.CaptureNewText();
         out << "{\"position\":" << monitor_.LastReadPosition << ",\"user\":" << quoted(monitor_.currentUser)
             << ",\"speak\":";
-        if (captured)
+        if (captured) {
             out << "{\"key\":" << quoted(captured->key) << ",\"text\":" << quoted(captured->text) << "}}" << std::endl;
-        else
+        } else {
             out << "null}" << std::endl;
+        }
     }
 
   private:
@@ -64,8 +65,9 @@ void step(Reading& reading, const Json& line, std::ostream& out) {
         throw JsonError("neither \"append\" nor \"ticks\"");
     } else {
         const std::int32_t ticks = line[u"ticks"].count();
-        for (std::int32_t i = 0; i < ticks; ++i)
+        for (std::int32_t i = 0; i < ticks; ++i) {
             reading.tick(out);
+        }
     }
 }
 
@@ -77,14 +79,16 @@ int traceCapture(std::istream& in, std::ostream& out, std::ostream& err) {
     std::size_t number = 0;
     for (std::string line; std::getline(in, line);) {
         ++number;
-        if (line.find_first_not_of(" \t\r") == std::string::npos)
+        if (line.find_first_not_of(" \t\r") == std::string::npos) {
             continue;
+        }
         try {
             const Json json = parseJson(line);
-            if (reading)
+            if (reading) {
                 step(*reading, json, out);
-            else
+            } else {
                 reading = std::make_unique<Reading>(json);
+            }
         } catch (const JsonError& error) {
             err << "trace capture: line " << number << ": " << error.what() << std::endl;
             return 1;

@@ -19,8 +19,9 @@ class Parser {
     Json whole() {
         Json value = any(0);
         skipBlanks();
-        if (at_ != line_.size())
+        if (at_ != line_.size()) {
             fail("something follows the value");
+        }
         return value;
     }
 
@@ -41,8 +42,9 @@ class Parser {
     }
 
     Json any(int depth) {
-        if (depth > deepest)
+        if (depth > deepest) {
             fail("the value is nested too deeply");
+        }
         skipBlanks();
         switch (next()) {
         case '{':
@@ -54,12 +56,15 @@ class Parser {
         default:
             break;
         }
-        if (take("null"))
+        if (take("null")) {
             return Json();
-        if (take("true"))
+        }
+        if (take("true")) {
             return Json(true);
-        if (take("false"))
+        }
+        if (take("false")) {
             return Json(false);
+        }
         return Json(number());
     }
 
@@ -67,22 +72,27 @@ class Parser {
         JsonObject members;
         take("{");
         skipBlanks();
-        if (take("}"))
+        if (take("}")) {
             return members;
+        }
         for (;;) {
             skipBlanks();
-            if (next() != '"')
+            if (next() != '"') {
                 fail("a name in quotes is missing");
+            }
             std::u16string name = string();
             skipBlanks();
-            if (!take(":"))
+            if (!take(":")) {
                 fail("\":\" is missing");
+            }
             members.insert_or_assign(std::move(name), any(depth + 1));
             skipBlanks();
-            if (take("}"))
+            if (take("}")) {
                 return members;
-            if (!take(","))
+            }
+            if (!take(",")) {
                 fail("\",\" or \"}\" is missing");
+            }
         }
     }
 
@@ -90,23 +100,27 @@ class Parser {
         JsonArray items;
         take("[");
         skipBlanks();
-        if (take("]"))
+        if (take("]")) {
             return items;
+        }
         for (;;) {
             items.push_back(any(depth + 1));
             skipBlanks();
-            if (take("]"))
+            if (take("]")) {
                 return items;
-            if (!take(","))
+            }
+            if (!take(",")) {
                 fail("\",\" or \"]\" is missing");
+            }
         }
     }
 
     double number() {
         double value = 0;
         const auto [end, error] = std::from_chars(line_.data() + at_, line_.data() + line_.size(), value);
-        if (error != std::errc{})
+        if (error != std::errc{}) {
             fail("no value");
+        }
         at_ = static_cast<std::size_t>(end - line_.data());
         return value;
     }
@@ -118,10 +132,12 @@ class Parser {
             const std::size_t plain_end = std::min(line_.find_first_of("\"\\", at_), line_.size());
             text += fromUtf8(line_.substr(at_, plain_end - at_));
             at_ = plain_end;
-            if (take("\""))
+            if (take("\"")) {
                 return text;
-            if (!take("\\"))
+            }
+            if (!take("\\")) {
                 fail("the closing quote is missing");
+            }
             text.push_back(escaped());
         }
     }
@@ -149,8 +165,9 @@ class Parser {
             const char* const first = line_.data() + std::min(at_, line_.size());
             const char* const last = line_.data() + std::min(at_ + 4, line_.size());
             const auto [end, error] = std::from_chars(first, last, unit, 16);
-            if (error != std::errc{} || end != first + 4)
+            if (error != std::errc{} || end != first + 4) {
                 fail("four hexadecimal digits are missing");
+            }
             at_ += 4;
             return unit;
         }
@@ -166,8 +183,9 @@ class Parser {
 
 template <class Kind>
 const Kind& as(const Json::Value& value, const char* kind) {
-    if (const auto found = std::get_if<Kind>(&value))
+    if (const auto found = std::get_if<Kind>(&value)) {
         return *found;
+    }
     throw JsonError(std::string(kind) + " was expected");
 }
 
@@ -183,8 +201,9 @@ const std::u16string& Json::text() const {
 
 std::int32_t Json::count() const {
     const double number = as<double>(value_, "a number");
-    if (number < 0 || number > std::numeric_limits<std::int32_t>::max() || number != std::floor(number))
+    if (number < 0 || number > std::numeric_limits<std::int32_t>::max() || number != std::floor(number)) {
         throw JsonError("a whole number from 0 was expected");
+    }
     return static_cast<std::int32_t>(number);
 }
 
@@ -198,8 +217,9 @@ const JsonObject& Json::object() const {
 
 const Json& Json::operator[](std::u16string_view name) const {
     const auto found = object().find(std::u16string(name));
-    if (found == object().end())
+    if (found == object().end()) {
         throw JsonError("\"" + toUtf8(name) + "\" is missing");
+    }
     return found->second;
 }
 
@@ -217,8 +237,9 @@ std::string quoted(std::u16string_view text) {
     result.reserve(text.size() + 2);
     const auto escape = [&](char16_t unit) {
         result += "\\u";
-        for (int shift = 12; shift >= 0; shift -= 4)
+        for (int shift = 12; shift >= 0; shift -= 4) {
             result.push_back(digits[unit >> shift & 0xF]);
+        }
     };
     for (std::size_t at = 0; at < text.size(); ++at) {
         const char16_t unit = text[at];

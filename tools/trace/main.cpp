@@ -34,18 +34,19 @@ int runMessage(int count, char** arguments) {
     trace::MessageOptions options;
     for (int i = 0; i < count; ++i) {
         const std::string argument = arguments[i];
-        if (argument == "--no-correct")
+        if (argument == "--no-correct") {
             options.correct = false;
-        else if (argument == "--no-emoticons")
+        } else if (argument == "--no-emoticons") {
             options.emoticons = false;
-        else if (argument == "--no-ignore")
+        } else if (argument == "--no-ignore") {
             options.ignore = false;
-        else if (argument == "--ignored" && i + 1 < count)
+        } else if (argument == "--ignored" && i + 1 < count) {
             options.ignored = fromUtf8(arguments[++i]);
-        else if (argument == "--ignored")
+        } else if (argument == "--ignored") {
             return fail("--ignored needs the characters");
-        else
+        } else {
             return fail("unknown argument: " + argument);
+        }
     }
     trace::traceMessages(options, std::cin, std::cout);
     return 0;
@@ -63,11 +64,14 @@ int main(int count, char** arguments) {
         }
     }
     const std::string command = count > 1 ? arguments[1] : "";
-    if (command == "message")
+    if (command == "message") {
         return runMessage(count - 2, arguments + 2);
-    if (command == "capture" && count == 2)
+    }
+    if (command == "capture" && count == 2) {
         return trace::traceCapture(std::cin, std::cout, std::cerr);
-    if (command.empty())
+    }
+    if (command.empty()) {
         return fail("which command?");
+    }
     return fail(command == "capture" ? "capture takes no arguments" : "unknown command: " + command);
 }

@@ -20,13 +20,15 @@ constexpr const char16_t* listener_key = u"b@x";
 
 // Nothing unless exactly four hexadecimal digits stand at the position.
 std::optional<char16_t> hexUnit(std::u16string_view text, std::size_t at) {
-    if (text.size() < at + 4)
+    if (text.size() < at + 4) {
         return std::nullopt;
+    }
     const std::string digits = toUtf8(text.substr(at, 4));
     std::uint16_t unit = 0;
     const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), unit, 16);
-    if (error != std::errc{} || end != digits.data() + 4)
+    if (error != std::errc{} || end != digits.data() + 4) {
         return std::nullopt;
+    }
     return unit;
 }
 
@@ -60,12 +62,15 @@ void putOnStage(const std::u16string& key) {
 
 std::string shown(const fakes::AgentCall& call) {
     std::string json = "{\"key\":" + quoted(call.key) + ",\"call\":" + quoted(call.call);
-    if (call.text)
+    if (call.text) {
         json += ",\"text\":" + quoted(*call.text);
-    if (call.url)
+    }
+    if (call.url) {
         json += ",\"url\":" + quoted(*call.url);
-    if (call.animation)
+    }
+    if (call.animation) {
         json += ",\"animation\":" + quoted(*call.animation);
+    }
     return json + "}";
 }
 

@@ -48,8 +48,9 @@ double timed(CoolListBox& list, Action&& action) {
 
 double fill(CoolListBox& list, int rows) {
     return timed(list, [&] {
-        for (int row = 1; row <= rows; ++row)
+        for (int row = 1; row <= rows; ++row) {
             list.AddItem(u"Conversation with:", u"Ann, Bob", toText(row), row == 1, {u"picture_conversation", 32});
+        }
     });
 }
 

@@ -27,10 +27,12 @@ HWND shownWindow(DWORD process, std::wstring_view title) {
             DWORD owner = 0;
             GetWindowThreadProcessId(window, &owner);
             std::array<wchar_t, 256> text{};
-            if (owner == looked_for.process && IsWindowVisible(window))
+            if (owner == looked_for.process && IsWindowVisible(window)) {
                 GetWindowTextW(window, text.data(), static_cast<int>(text.size()));
-            if (text[0] == L'\0' || !std::wstring_view(text.data()).starts_with(looked_for.title))
+            }
+            if (text[0] == L'\0' || !std::wstring_view(text.data()).starts_with(looked_for.title)) {
                 return TRUE;
+            }
             looked_for.found = window;
             return FALSE;
         },
@@ -52,8 +54,9 @@ double passed(LONGLONG since) { // milliseconds
 
 std::wstring commandLine(int count, wchar_t** arguments) {
     std::wstring line;
-    for (int i = 2; i < count; ++i)
+    for (int i = 2; i < count; ++i) {
         line += (i == 2 ? L"\"" : L" \"") + std::wstring(arguments[i]) + L"\"";
+    }
     return line;
 }
 

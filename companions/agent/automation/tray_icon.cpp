@@ -43,8 +43,9 @@ void TrayIcon::add() {
     icon.hIcon =
         static_cast<HICON>(LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(1), IMAGE_ICON,
                                       GetSystemMetrics(SM_CXSMICON), GetSystemMetrics(SM_CYSMICON), LR_SHARED));
-    if (!icon.hIcon)
+    if (!icon.hIcon) {
         icon.hIcon = LoadIconA(nullptr, IDI_APPLICATION);
+    }
     std::wcscpy(icon.szTip, L"AgentServer");
     Shell_NotifyIconW(NIM_ADD, &icon);
 }

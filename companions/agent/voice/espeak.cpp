@@ -46,20 +46,23 @@ std::set<std::string, std::less<>> listedLanguages(std::string_view voices) {
         const std::size_t end = std::min(voices.find('\n', begin), voices.size());
         const std::string_view line = voices.substr(begin, end - begin);
         begin = end + 1;
-        if (std::exchange(heading, false))
+        if (std::exchange(heading, false)) {
             continue;
+        }
         const auto wordAt = [&](std::size_t at) {
             const std::size_t first = std::min(line.find_first_not_of(' ', at), line.size());
             const std::size_t last = std::min(line.find_first_of(" )\r", first), line.size());
             return std::pair(first, last);
         };
         const auto [language, language_end] = wordAt(wordAt(0).second);
-        if (language < language_end)
+        if (language < language_end) {
             languages.emplace(line.substr(language, language_end - language));
+        }
         for (std::size_t at = line.find(" ("); at != line.npos; at = line.find('(', at)) {
             const auto [other, other_end] = wordAt(line.find('(', at) + 1);
-            if (other < other_end)
+            if (other < other_end) {
                 languages.emplace(line.substr(other, other_end - other));
+            }
             at = other_end;
         }
     }
@@ -69,46 +72,53 @@ std::set<std::string, std::less<>> listedLanguages(std::string_view voices) {
 std::string_view espeakLanguage(std::uint16_t language_id) {
     const Language* usual = nullptr;
     for (const Language& language : table) {
-        if (language.id == language_id)
+        if (language.id == language_id) {
             return language.name;
-        if (usual == nullptr && (language.id & primary_language) == (language_id & primary_language))
+        }
+        if (usual == nullptr && (language.id & primary_language) == (language_id & primary_language)) {
             usual = &language;
+        }
     }
     return usual == nullptr ? std::string_view{} : usual->name;
 }
 
 std::vector<std::string> espeakArguments(const Manner& manner) {
     std::string voice(espeakLanguage(manner.language_id));
-    if (manner.delivery == Delivery::whisper)
+    if (manner.delivery == Delivery::whisper) {
         voice += manner.gender == 1 ? "+whisperf" : "+whisper";
-    else if (manner.gender == 1)
+    } else if (manner.gender == 1) {
         voice += "+f2";
-    else if (manner.gender == 2)
+    } else if (manner.gender == 2) {
         voice += "+m3";
+    }
     std::vector<std::string> arguments{"-v", voice, "-b", "1", "-z", "--stdin", "--stdout"};
     if (manner.speed != 0) {
         arguments.insert(arguments.end(), {"-s", std::to_string(std::clamp(manner.speed, slowest, fastest))});
     }
-    if (manner.pitch != 0)
+    if (manner.pitch != 0) {
         arguments.insert(arguments.end(), {"-p", std::to_string(pitchSetting(manner.pitch, manner.gender == 1))});
-    if (manner.emphasis)
+    }
+    if (manner.emphasis) {
         arguments.insert(arguments.end(), {"-a", "160"});
+    }
     return arguments;
 }
 
 std::string espeakText(std::u16string_view text) {
     std::string bytes = murmelix::toUtf8(speakable(text));
     // Two brackets would begin phonemes in the program's own notation.
-    for (std::size_t at = bytes.find("[["); at != bytes.npos; at = bytes.find("[[", at + 1))
+    for (std::size_t at = bytes.find("[["); at != bytes.npos; at = bytes.find("[[", at + 1)) {
         bytes.insert(at + 1, 1, ' ');
+    }
     bytes += '\n';
     return bytes;
 }
 
 Espeak::Espeak(RunProgram run) : run_(std::move(run)) {
     std::string error;
-    if (const auto voices = run_({{"--voices"}, {}}, std::stop_token{}, error))
+    if (const auto voices = run_({{"--voices"}, {}}, std::stop_token{}, error)) {
         languages_ = listedLanguages({reinterpret_cast<const char*>(voices->data()), voices->size()});
+    }
 }
 
 bool Espeak::speaks(std::uint16_t language_id) const {
@@ -122,8 +132,9 @@ std::optional<Wave> Espeak::synthesise(const std::u16string& text, const Manner&
         return std::nullopt;
     }
     const auto file = run_({espeakArguments(manner), espeakText(text)}, stop, error);
-    if (!file)
+    if (!file) {
         return std::nullopt;
+    }
     return readWave(*file, error);
 }
 

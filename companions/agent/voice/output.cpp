@@ -50,8 +50,9 @@ struct Output::Impl {
         const std::uint64_t current = now(), wanted = current + (sink ? lead : 0);
         while (mixed_to < wanted) {
             std::uint64_t end = 0;
-            for (const auto& [playing, sound] : sounds)
+            for (const auto& [playing, sound] : sounds) {
                 end = std::max(end, sound.end());
+            }
             if (end <= mixed_to && !sink) {
                 quiet(wanted - mixed_to);
                 continue;
@@ -63,8 +64,9 @@ struct Output::Impl {
     }
 
     void quiet(std::uint64_t count) {
-        if (recording)
+        if (recording) {
             recording->silence(count);
+        }
         mixed_to += count;
     }
 
@@ -80,32 +82,38 @@ struct Output::Impl {
             silent = silent && first >= last;
         }
         if (recording) {
-            if (silent)
+            if (silent) {
                 recording->silence(block.size());
-            else
+            } else {
                 recording->write(block);
+            }
         }
         mixed_to += block.size();
         // What is late already would only make all that follows late.
-        if (sink && mixed_to > current && !sink->write(block))
+        if (sink && mixed_to > current && !sink->write(block)) {
             sink.reset();
+        }
     }
 
     void tellFinished() {
         // What the clock has passed since the mixing is not mixed yet.
         const std::uint64_t current = std::min(now(), mixed_to);
         std::vector<Playing> ended;
-        for (const auto& [playing, sound] : sounds)
-            if (sound.end() <= current)
+        for (const auto& [playing, sound] : sounds) {
+            if (sound.end() <= current) {
                 ended.push_back(playing);
+            }
+        }
         for (const Playing playing : ended) {
             const auto found = sounds.find(playing); // another's callback may have stopped it
-            if (found == sounds.end())
+            if (found == sounds.end()) {
                 continue;
+            }
             const std::function<void()> finished = std::move(found->second.finished);
             sounds.erase(found);
-            if (finished)
+            if (finished) {
                 finished();
+            }
         }
     }
 };
@@ -117,8 +125,9 @@ Output::Output(std::u16string recording, Clock clock) : Output(std::move(recordi
 Output::Output(std::u16string recording, Clock clock, std::unique_ptr<Sink> sink) : impl_(std::make_unique<Impl>()) {
     impl_->sink = std::move(sink);
     impl_->clock = std::move(clock);
-    if (!recording.empty())
+    if (!recording.empty()) {
         impl_->recording = std::make_unique<Recording>(recording);
+    }
     impl_->created = impl_->clock();
 }
 
@@ -142,8 +151,9 @@ void Output::stop(Playing playing) {
 
 std::uint32_t Output::heard(Playing playing) const {
     const auto found = impl_->sounds.find(playing);
-    if (found == impl_->sounds.end())
+    if (found == impl_->sounds.end()) {
         return 0;
+    }
     const std::uint64_t current = impl_->now();
     const Impl::Sound& sound = found->second;
     const std::uint64_t passed = current > sound.begin ? current - sound.begin : 0;
@@ -161,8 +171,9 @@ void Output::tick() {
 
 void Output::flush() {
     impl_->advance();
-    if (impl_->recording)
+    if (impl_->recording) {
         impl_->recording->flush();
+    }
 }
 
 const std::string& Output::recordingError() const {

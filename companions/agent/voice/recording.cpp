@@ -22,8 +22,9 @@ Recording::Recording(const std::u16string& path) {
         fail("the name of the recording cannot be used");
         return;
     }
-    if (!file_)
+    if (!file_) {
         fail("the recording cannot be written");
+    }
     flush();
 }
 
@@ -36,8 +37,9 @@ std::uint64_t Recording::room() const {
 }
 
 void Recording::fail(const char* reason) {
-    if (error_.empty())
+    if (error_.empty()) {
         error_ = reason;
+    }
 }
 
 void Recording::silence(std::uint64_t samples) {
@@ -45,8 +47,9 @@ void Recording::silence(std::uint64_t samples) {
 }
 
 void Recording::write(std::span<const std::int16_t> samples) {
-    if (samples.empty() || !error_.empty())
+    if (samples.empty() || !error_.empty()) {
         return;
+    }
     static constexpr std::array<std::int16_t, 1024> nothing{};
     if (silent_ > longest_written_silence) {
         written_ += std::min(silent_, room());
@@ -74,15 +77,18 @@ void Recording::put(std::span<const std::int16_t> samples) {
         file_.write(bytes.data(), static_cast<std::streamsize>(block * 2));
     }
     written_ += count;
-    if (count < samples.size())
+    if (count < samples.size()) {
         fail("the recording is as long as a wave file can be");
-    if (!file_)
+    }
+    if (!file_) {
         fail("the recording could not be written on");
+    }
 }
 
 void Recording::flush() {
-    if (!file_.is_open() || !file_)
+    if (!file_.is_open() || !file_) {
         return;
+    }
     if (silent_ > 0) {
         // The last sample is written for the file to be as long as its header says.
         static constexpr std::array<std::int16_t, 1> last{};
@@ -99,8 +105,9 @@ void Recording::flush() {
     file_.write(reinterpret_cast<const char*>(header.data()), static_cast<std::streamsize>(header.size()));
     file_.seekp(static_cast<std::streamoff>(wave_header_size + written_ * 2));
     file_.flush();
-    if (!file_)
+    if (!file_) {
         fail("the recording could not be written on");
+    }
 }
 
 } // namespace agent::voice

@@ -46,8 +46,9 @@ struct Service::Impl {
         std::unique_lock lock(mutex);
         for (;;) {
             changed.wait(lock, [&] { return closing || !waiting.empty(); });
-            if (closing)
+            if (closing) {
                 break;
+            }
             Waiting order = std::move(waiting.front());
             waiting.pop_front();
             under_way = order.number;
@@ -67,8 +68,9 @@ struct Service::Impl {
     void fulfil(const Waiting& order, const std::stop_token& token) {
         std::optional<Speech> speech = speechOf(order, token);
         // Once the service is gone nobody is left to be called.
-        if (!speech || token.stop_requested())
+        if (!speech || token.stop_requested()) {
             return;
+        }
         try {
             order.done(std::move(*speech));
         } catch (...) {
@@ -88,8 +90,9 @@ struct Service::Impl {
     }
 
     Script read(const Waiting& order) {
-        if (last_texts.size() >= most_speakers && !last_texts.contains(order.manner.speaker))
+        if (last_texts.size() >= most_speakers && !last_texts.contains(order.manner.speaker)) {
             last_texts.erase(last_texts.begin());
+        }
         std::u16string& last = last_texts[order.manner.speaker];
         Script script = readTags(chooseAlternative(order.text, random()), order.manner, last);
         last = script.remembered;
@@ -112,10 +115,11 @@ Service::~Service() {
     const bool ended = impl_->changed.wait_for(lock, patience, [&] { return impl_->ended; });
     lock.unlock();
     // A worker that hangs in an engine is left behind with all it uses.
-    if (ended)
+    if (ended) {
         impl_->worker.join();
-    else
+    } else {
         impl_->worker.detach();
+    }
 }
 
 bool Service::available() const {

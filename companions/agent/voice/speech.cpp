@@ -35,28 +35,34 @@ std::size_t samplesIn(std::uint64_t ms) {
 // How long a word takes, in units of text: digits are said as whole words, a sentence's end is a pause.
 std::uint64_t weightOf(std::u16string_view word) {
     std::uint64_t weight = 1;
-    for (const char16_t unit : word)
+    for (const char16_t unit : word) {
         weight += unit >= u'0' && unit <= u'9' ? 4 : isIdeograph(unit) ? 3 : 1;
-    if (!word.empty() && std::u16string_view(u".!?,;:").find(word.back()) != std::u16string_view::npos)
+    }
+    if (!word.empty() && std::u16string_view(u".!?,;:").find(word.back()) != std::u16string_view::npos) {
         weight += 3;
+    }
     return weight;
 }
 
 std::uint32_t readingTime(std::u16string_view spoken, std::uint32_t speed) {
     std::uint64_t weight = 0;
-    for (const auto& [begin, end] : splitWords(spoken))
+    for (const auto& [begin, end] : splitWords(spoken)) {
         weight += weightOf(spoken.substr(begin, end - begin));
+    }
     return static_cast<std::uint32_t>(weight * 60000 / (std::uint64_t{speed == 0 ? reading_speed : speed} * 6));
 }
 
 std::u16string_view cutAtBlank(std::u16string_view text, std::size_t most) {
-    if (text.size() <= most)
+    if (text.size() <= most) {
         return text;
+    }
     std::size_t end = most;
-    while (end > 0 && !isBlank(text[end]))
+    while (end > 0 && !isBlank(text[end])) {
         --end;
-    if (end == 0)
+    }
+    if (end == 0) {
         end = isLow(text[most]) && most > 0 && isHigh(text[most - 1]) ? most - 1 : most;
+    }
     return text.substr(0, end);
 }
 
@@ -70,8 +76,9 @@ class Maker {
 
     std::optional<Speech> make() {
         for (const Piece& piece : script_.pieces) {
-            if (stop_.stop_requested())
+            if (stop_.stop_requested()) {
                 return std::nullopt;
+            }
             switch (piece.kind) {
             case Piece::Kind::words:
                 words(piece);
@@ -84,10 +91,12 @@ class Maker {
                 break;
             }
         }
-        if (stop_.stop_requested())
+        if (stop_.stop_requested()) {
             return std::nullopt;
-        if (speech_.mouth.empty() || speech_.mouth.back().shape != acs::MouthShape::closed)
+        }
+        if (speech_.mouth.empty() || speech_.mouth.back().shape != acs::MouthShape::closed) {
             speech_.mouth.push_back({now(), acs::MouthShape::closed});
+        }
         return std::move(speech_);
     }
 
@@ -106,8 +115,9 @@ class Maker {
             std::u16string_view(script_.shown).substr(piece.begin, piece.end - piece.begin);
         const std::u16string_view heard = cutAtBlank(piece.spoken, units_left_);
         units_left_ -= heard.size();
-        if (heard.size() < piece.spoken.size())
+        if (heard.size() < piece.spoken.size()) {
             units_left_ = 0;
+        }
         const std::u16string text = speakable(heard);
         const std::uint32_t begin = now();
         std::size_t lead = 0, said = 0;
@@ -134,16 +144,19 @@ class Maker {
     }
 
     std::optional<Wave> synthesised(const std::u16string& text, const Manner& manner) {
-        if (engine_ == nullptr || !engine_->speaks(manner.language_id) || pieces_left_ == 0)
+        if (engine_ == nullptr || !engine_->speaks(manner.language_id) || pieces_left_ == 0) {
             return std::nullopt;
+        }
         --pieces_left_;
         const std::optional<Wave> wave = asked(text, manner);
-        if (!wave || wave->rate < 4000 || wave->rate > 96000)
+        if (!wave || wave->rate < 4000 || wave->rate > 96000) {
             return std::nullopt;
+        }
         Wave result = resampled(*wave, mix_rate);
         // Of signs alone an engine makes no sound: they are read in silence.
-        if (audiblePart(result).second == 0)
+        if (audiblePart(result).second == 0) {
             return std::nullopt;
+        }
         return result;
     }
 
@@ -160,10 +173,12 @@ class Maker {
     void sound(Wave wave, const Piece& piece) {
         const std::uint32_t begin = now();
         wave.samples.resize(std::min(wave.samples.size(), room()));
-        for (const MouthMove& move : mouthMoves(wave))
+        for (const MouthMove& move : mouthMoves(wave)) {
             speech_.mouth.push_back({begin + move.at, move.shape});
-        for (const std::int16_t sample : wave.samples)
+        }
+        for (const std::int16_t sample : wave.samples) {
             speech_.sound.samples.push_back(static_cast<std::int16_t>(std::int32_t{sample} * piece.volume / 0xFFFF));
+        }
     }
 
     // The words of `shown`, those before `heard` shared over `samples` from `begin` on, the rest at the end.
@@ -171,9 +186,11 @@ class Maker {
                std::size_t samples, bool moves_mouth) {
         const auto found = splitWords(shown);
         std::uint64_t whole = 0, passed = 0;
-        for (const auto& [first, last] : found)
-            if (first < heard)
+        for (const auto& [first, last] : found) {
+            if (first < heard) {
                 whole += weightOf(shown.substr(first, last - first));
+            }
+        }
         const auto timeOf = [&](std::uint64_t weight) {
             return begin +
                    static_cast<std::uint32_t>(samples * 1000 / mix_rate * weight / std::max<std::uint64_t>(1, whole));
@@ -181,12 +198,14 @@ class Maker {
         for (const auto& [first, last] : found) {
             const std::uint32_t at = first < heard ? timeOf(passed) : now();
             speech_.words.push_back({offset + first, offset + last, at});
-            if (first >= heard)
+            if (first >= heard) {
                 continue;
+            }
             const std::u16string_view word = shown.substr(first, last - first);
             passed += weightOf(word);
-            if (moves_mouth && samples > 0)
+            if (moves_mouth && samples > 0) {
                 mouthOf(word, at, timeOf(passed));
+            }
         }
     }
 
@@ -197,10 +216,12 @@ class Maker {
                                                    MouthShape::wide3,  MouthShape::wide1, MouthShape::wide4};
         const std::uint32_t closes = begin + (end - begin) * 3 / 4;
         std::size_t letter = 0;
-        for (std::uint32_t at = begin; at < closes; at += syllable_ms)
+        for (std::uint32_t at = begin; at < closes; at += syllable_ms) {
             speech_.mouth.push_back({at, shapes[word[letter++ % word.size()] % shapes.size()]});
-        if (closes > begin)
+        }
+        if (closes > begin) {
             speech_.mouth.push_back({closes, MouthShape::closed});
+        }
     }
 
     const Script& script_;
@@ -222,9 +243,11 @@ std::vector<std::pair<std::size_t, std::size_t>> splitWords(std::u16string_view 
             continue;
         }
         std::size_t end = at + 1;
-        if (!isIdeograph(text[at]))
-            while (end < text.size() && !isBlank(text[end]) && !isIdeograph(text[end]))
+        if (!isIdeograph(text[at])) {
+            while (end < text.size() && !isBlank(text[end]) && !isIdeograph(text[end])) {
                 ++end;
+            }
+        }
         words.emplace_back(at, end);
         at = end;
     }
@@ -234,11 +257,12 @@ std::vector<std::pair<std::size_t, std::size_t>> splitWords(std::u16string_view 
 std::u16string speakable(std::u16string_view text) {
     std::u16string result(text);
     for (std::size_t i = 0; i < result.size(); ++i) {
-        if (isHigh(result[i]) && i + 1 < result.size() && isLow(result[i + 1]))
+        if (isHigh(result[i]) && i + 1 < result.size() && isLow(result[i + 1])) {
             ++i;
-        else if (result[i] < u' ' || (result[i] >= 0x7F && result[i] <= 0x9F) || isHigh(result[i]) ||
-                 isLow(result[i]) || result[i] >= 0xFFFE)
+        } else if (result[i] < u' ' || (result[i] >= 0x7F && result[i] <= 0x9F) || isHigh(result[i]) ||
+                   isLow(result[i]) || result[i] >= 0xFFFE) {
             result[i] = u' ';
+        }
     }
     return result;
 }
@@ -246,8 +270,9 @@ std::u16string speakable(std::u16string_view text) {
 std::pair<std::size_t, std::size_t> audiblePart(const Wave& wave) {
     const auto isAudible = [](std::int16_t sample) { return sample >= audible_level || sample <= -audible_level; };
     const auto first = std::find_if(wave.samples.begin(), wave.samples.end(), isAudible);
-    if (first == wave.samples.end())
+    if (first == wave.samples.end()) {
         return {0, 0};
+    }
     const auto last = std::find_if(wave.samples.rbegin(), wave.samples.rend(), isAudible).base();
     return {static_cast<std::size_t>(first - wave.samples.begin()),
             static_cast<std::size_t>(last - wave.samples.begin())};

@@ -60,21 +60,24 @@ class Reader {
     explicit Reader(std::u16string_view text) : text_(text) {}
     std::size_t position() const { return position_; }
     bool take(char16_t unit) {
-        if (position_ >= text_.size() || text_[position_] != unit)
+        if (position_ >= text_.size() || text_[position_] != unit) {
             return false;
+        }
         ++position_;
         return true;
     }
     template <typename Accepts>
     std::u16string_view takeWhile(Accepts accepts) {
         const std::size_t begin = position_;
-        while (position_ < text_.size() && accepts(text_[position_]))
+        while (position_ < text_.size() && accepts(text_[position_])) {
             ++position_;
+        }
         return text_.substr(begin, position_ - begin);
     }
     bool takeQuoted(std::u16string_view& value) {
-        if (!take(u'"'))
+        if (!take(u'"')) {
             return false;
+        }
         value = takeWhile([](char16_t unit) { return unit != u'"'; });
         return take(u'"');
     }
@@ -82,8 +85,9 @@ class Reader {
         const bool negative = take(u'-');
         const std::u16string_view digits = takeWhile(isDigit);
         std::int64_t number = 0;
-        for (const char16_t digit : digits)
+        for (const char16_t digit : digits) {
             number = std::min<std::int64_t>(number * 10 + (digit - u'0'), INT64_C(1) << 40);
+        }
         value = std::clamp(negative ? -number : number, least, most);
         return !digits.empty();
     }
@@ -101,8 +105,9 @@ std::optional<Tag> readTag(std::u16string_view text) {
     const auto form = std::find_if(forms.begin(), forms.end(), [&](const Form& candidate) {
         return murmelix::sameText(candidate.text, name, murmelix::LetterCase::ignored);
     });
-    if (form == forms.end())
+    if (form == forms.end()) {
         return std::nullopt;
+    }
     Tag tag;
     tag.form = &*form;
     bool good = false;
@@ -124,8 +129,9 @@ std::optional<Tag> readTag(std::u16string_view text) {
         good = reader.take(u'=') && reader.takeQuoted(tag.first) && reader.take(u'=') && reader.takeQuoted(tag.second);
         break;
     }
-    if (!good || !reader.take(u'\\'))
+    if (!good || !reader.take(u'\\')) {
         return std::nullopt;
+    }
     tag.length = 1 + name_length + reader.position();
     return tag;
 }
@@ -151,15 +157,17 @@ class Writer {
     }
 
     Script take() {
-        if (std::all_of(script_.remembered.begin(), script_.remembered.end(), isBlank))
+        if (std::all_of(script_.remembered.begin(), script_.remembered.end(), isBlank)) {
             script_.remembered = last_;
+        }
         return std::move(script_);
     }
 
   private:
     void plain(std::u16string_view text, bool repeated) {
-        if (!repeated)
+        if (!repeated) {
             script_.remembered += text;
+        }
         if (manner_.emphasis) {
             const auto word = std::find_if_not(text.begin(), text.end(), isBlank);
             if (word == text.end()) {
@@ -184,8 +192,9 @@ class Writer {
     }
 
     void words(std::u16string_view spoken, std::u16string_view shown, const Manner& manner, bool mapped = false) {
-        if (spoken.empty() && shown.empty())
+        if (spoken.empty() && shown.empty()) {
             return;
+        }
         const bool joins = !mapped && !script_.pieces.empty() && script_.pieces.back().kind == Piece::Kind::words &&
                            !script_.pieces.back().mapped && script_.pieces.back().manner == manner &&
                            script_.pieces.back().volume == volume_;
@@ -202,16 +211,18 @@ class Writer {
     }
 
     void apply(const Tag& tag, std::u16string_view text, bool repeated) {
-        if (!repeated && tag.form->name != Name::lst)
+        if (!repeated && tag.form->name != Name::lst) {
             script_.remembered += text;
+        }
         switch (tag.form->name) {
         case Name::chr:
-            if (murmelix::sameText(tag.first, u"Whisper", murmelix::LetterCase::ignored))
+            if (murmelix::sameText(tag.first, u"Whisper", murmelix::LetterCase::ignored)) {
                 manner_.delivery = Delivery::whisper;
-            else if (murmelix::sameText(tag.first, u"Monotone", murmelix::LetterCase::ignored))
+            } else if (murmelix::sameText(tag.first, u"Monotone", murmelix::LetterCase::ignored)) {
                 manner_.delivery = Delivery::monotone;
-            else
+            } else {
                 manner_.delivery = Delivery::normal;
+            }
             break;
         case Name::ctx: // how addresses are read out is each engine's own matter
             break;
@@ -220,8 +231,9 @@ class Writer {
             break;
         case Name::lst:
             // Once in a text: a text could grow without end by repeating itself.
-            if (!repeated && !std::exchange(last_taken_, true))
+            if (!repeated && !std::exchange(last_taken_, true)) {
                 read(last_, true);
+            }
             break;
         case Name::map: {
             words(tag.first, tag.second, manner_, true);
@@ -265,8 +277,9 @@ std::u16string_view chooseAlternative(std::u16string_view text, std::uint64_t ra
     std::vector<std::u16string_view> choices;
     for (std::size_t begin = 0; begin <= text.size();) {
         const std::size_t end = std::min(text.find(u'|', begin), text.size());
-        if (end > begin)
+        if (end > begin) {
             choices.push_back(text.substr(begin, end - begin));
+        }
         begin = end + 1;
     }
     return choices.empty() ? std::u16string_view{} : choices[static_cast<std::size_t>(random % choices.size())];

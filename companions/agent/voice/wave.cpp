@@ -13,8 +13,9 @@ constexpr std::uint32_t format_pcm = 1, format_extensible = 0xFFFE;
 
 std::uint32_t number(std::span<const std::uint8_t> bytes, std::size_t at, std::size_t size) {
     std::uint32_t value = 0;
-    for (std::size_t i = 0; i < size; ++i)
+    for (std::size_t i = 0; i < size; ++i) {
         value |= static_cast<std::uint32_t>(bytes[at + i]) << (8 * i);
+    }
     return value;
 }
 
@@ -32,21 +33,23 @@ std::optional<Format> readFormat(std::span<const std::uint8_t> chunk, std::strin
         return std::nullopt;
     }
     std::uint32_t kind = number(chunk, 0, 2);
-    if (kind == format_extensible && chunk.size() >= 26)
+    if (kind == format_extensible && chunk.size() >= 26) {
         kind = number(chunk, 24, 2);
+    }
     const Format format{number(chunk, 4, 4), number(chunk, 2, 2), number(chunk, 14, 2)};
-    if (kind != format_pcm)
+    if (kind != format_pcm) {
         error = "the sound is not PCM";
-    else if (format.channels != 1 && format.channels != 2)
+    } else if (format.channels != 1 && format.channels != 2) {
         error = "the sound has neither one channel nor two";
-    else if (format.bits != 8 && format.bits != 16)
+    } else if (format.bits != 8 && format.bits != 16) {
         error = "the sound has neither 8 nor 16 bits a sample";
-    else if (format.rate < least_rate || format.rate > most_rate)
+    } else if (format.rate < least_rate || format.rate > most_rate) {
         error = "the sound's rate is not between 4 and 96 kHz";
-    else if (number(chunk, 12, 2) != format.channels * format.bits / 8)
+    } else if (number(chunk, 12, 2) != format.channels * format.bits / 8) {
         error = "the sound's block size is not that of its samples";
-    else
+    } else {
         return format;
+    }
     return std::nullopt;
 }
 
@@ -84,8 +87,9 @@ std::optional<Wave> readWave(std::span<const std::uint8_t> file, std::string& er
         const std::span<const std::uint8_t> chunk = file.subspan(begin, std::min(declared, file.size() - begin));
         if (isNamed(file, at, "fmt ")) {
             format = readFormat(chunk, error);
-            if (!format)
+            if (!format) {
                 return std::nullopt;
+            }
         } else if (isNamed(file, at, "data")) {
             if (!format) {
                 error = "the sound comes before its format";
@@ -103,12 +107,14 @@ std::vector<std::uint8_t> waveHeader(std::uint32_t rate, std::uint32_t bytes) {
     std::vector<std::uint8_t> header;
     header.reserve(wave_header_size);
     const auto name = [&](std::string_view text) {
-        for (const char letter : text)
+        for (const char letter : text) {
             header.push_back(static_cast<std::uint8_t>(letter));
+        }
     };
     const auto put = [&](std::uint32_t value, std::size_t size) {
-        for (std::size_t i = 0; i < size; ++i)
+        for (std::size_t i = 0; i < size; ++i) {
             header.push_back(static_cast<std::uint8_t>(value >> (8 * i)));
+        }
     };
     name("RIFF");
     put(bytes + wave_header_size - 8, 4);
@@ -139,8 +145,9 @@ std::vector<std::uint8_t> writeWave(const Wave& wave) {
 }
 
 Wave resampled(const Wave& wave, std::uint32_t rate) {
-    if (wave.rate == rate || wave.samples.empty() || wave.rate == 0 || rate == 0)
+    if (wave.rate == rate || wave.samples.empty() || wave.rate == 0 || rate == 0) {
         return {rate, wave.samples};
+    }
     const std::uint64_t from = wave.rate, to = rate, count = wave.samples.size();
     Wave result{rate, {}};
     result.samples.reserve(static_cast<std::size_t>(count * to / from));
@@ -149,8 +156,9 @@ Wave resampled(const Wave& wave, std::uint32_t rate) {
         if (from > to) {
             const std::uint64_t last = std::max(first + 1, std::min(count, (i + 1) * from / to));
             std::int64_t sum = 0;
-            for (std::uint64_t j = first; j < last; ++j)
+            for (std::uint64_t j = first; j < last; ++j) {
                 sum += wave.samples[static_cast<std::size_t>(j)];
+            }
             result.samples.push_back(static_cast<std::int16_t>(sum / static_cast<std::int64_t>(last - first)));
         } else {
             const std::int64_t a = wave.samples[static_cast<std::size_t>(first)];

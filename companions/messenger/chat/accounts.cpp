@@ -31,8 +31,9 @@ std::optional<long> numberOf(View text) {
     const std::string digits = murmelix::toUtf8(text);
     std::int32_t value = 0;
     const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
-    if (digits.empty() || error != std::errc() || end != digits.data() + digits.size())
+    if (digits.empty() || error != std::errc() || end != digits.data() + digits.size()) {
         return std::nullopt;
+    }
     return value;
 }
 
@@ -41,8 +42,9 @@ std::vector<View> fieldsOf(View line, std::size_t count) {
     std::vector<View> fields;
     while (fields.size() + 1 < count) {
         const std::size_t end = line.find(part);
-        if (end == murmelix::npos)
+        if (end == murmelix::npos) {
             return {};
+        }
         fields.push_back(line.substr(0, end));
         line.remove_prefix(end + 1);
     }
@@ -57,23 +59,28 @@ struct Person {
 };
 std::optional<Person> personOf(View signin, View friendly, View status, bool (*can_have)(Status), Status otherwise) {
     Person person{oneLine(unescaped(signin)), oneLine(unescaped(friendly)), otherwise};
-    if (person.signin.empty())
+    if (person.signin.empty()) {
         return std::nullopt;
-    if (person.friendly.empty())
+    }
+    if (person.friendly.empty()) {
         person.friendly = shortName(person.signin);
+    }
     const auto code = numberOf(status);
-    if (code && can_have(static_cast<Status>(*code)))
+    if (code && can_have(static_cast<Status>(*code))) {
         person.status = static_cast<Status>(*code);
+    }
     return person;
 }
 
 std::optional<Account> accountOf(View line) {
     const auto fields = fieldsOf(line, 5);
-    if (fields.empty())
+    if (fields.empty()) {
         return std::nullopt;
+    }
     const auto person = personOf(fields[0], fields[4], fields[1], isChosen, Status::online);
-    if (!person)
+    if (!person) {
         return std::nullopt;
+    }
     Account account{person->signin, person->friendly, person->status};
     account.unread = numberOf(fields[3]).value_or(0);
     account.remembered = true;
@@ -83,12 +90,14 @@ std::optional<Account> accountOf(View line) {
 
 ContactPtr contactOf(View line) {
     const auto fields = fieldsOf(line, 4);
-    if (fields.empty())
+    if (fields.empty()) {
         return nullptr;
+    }
     const auto any = [](Status status) { return isStatus(static_cast<long>(status)); };
     const auto person = personOf(fields[0], fields[3], fields[1], any, Status::offline);
-    if (!person)
+    if (!person) {
         return nullptr;
+    }
     return std::make_shared<Contact>(
         Contact{person->signin, person->friendly, person->status, fields[2] == u"blocked"});
 }
@@ -119,8 +128,9 @@ Account& Accounts::use(View signin) {
 
 void Accounts::remember(View signin, bool automatic) {
     if (automatic) {
-        for (Account& account : all_)
+        for (Account& account : all_) {
             account.automatic = false;
+        }
     }
     if (Account* account = find(signin)) {
         account->remembered = true;
@@ -130,8 +140,9 @@ void Accounts::remember(View signin, bool automatic) {
 
 bool Accounts::forget(View signin) {
     const Account* known = find(signin);
-    if (!known)
+    if (!known) {
         return false;
+    }
     all_.erase(all_.begin() + (known - all_.data()));
     return true;
 }
@@ -153,17 +164,20 @@ void Accounts::read(const std::vector<std::u16string>& lines) {
     bool kept = false; // the account that contacts belong to
     for (const std::u16string& line : lines) {
         if (line.starts_with(part)) {
-            if (!kept || all_.back().contacts.size() == most)
+            if (!kept || all_.back().contacts.size() == most) {
                 continue;
+            }
             auto contact = contactOf(View(line).substr(1));
-            if (contact && contacts.insert(murmelix::toLower(contact->signin)).second)
+            if (contact && contacts.insert(murmelix::toLower(contact->signin)).second) {
                 all_.back().contacts.push_back(std::move(contact));
+            }
             continue;
         }
         auto account = accountOf(line);
         kept = account && all_.size() < most && accounts.insert(murmelix::toLower(account->signin)).second;
-        if (!kept)
+        if (!kept) {
             continue;
+        }
         account->automatic = account->automatic && !automatic();
         contacts = {murmelix::toLower(account->signin)};
         all_.push_back(std::move(*account));
@@ -173,8 +187,9 @@ void Accounts::read(const std::vector<std::u16string>& lines) {
 std::vector<std::u16string> Accounts::lines() const {
     std::vector<std::u16string> lines;
     for (const Account& account : all_) {
-        if (!account.remembered)
+        if (!account.remembered) {
             continue;
+        }
         lines.push_back(field(account.signin) + part + number(static_cast<long>(account.status)) + part +
                         (account.automatic ? u"automatic" : u"-") + part + number(account.unread) + part +
                         field(account.friendly));

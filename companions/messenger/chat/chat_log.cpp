@@ -20,12 +20,14 @@ bool isDigit(char16_t unit) {
 // Cuts "[HH:MM] " from the front.
 std::optional<int> takeTime(View& line) {
     if (line.size() < 8 || line[0] != u'[' || !isDigit(line[1]) || !isDigit(line[2]) || line[3] != u':' ||
-        !isDigit(line[4]) || !isDigit(line[5]) || line[6] != u']' || line[7] != u' ')
+        !isDigit(line[4]) || !isDigit(line[5]) || line[6] != u']' || line[7] != u' ') {
         return std::nullopt;
+    }
     const int hour = (line[1] - u'0') * 10 + (line[2] - u'0');
     const int minute = (line[4] - u'0') * 10 + (line[5] - u'0');
-    if (hour > 23 || minute > 59)
+    if (hour > 23 || minute > 59) {
         return std::nullopt;
+    }
     line.remove_prefix(8);
     return hour * 60 + minute;
 }
@@ -39,8 +41,9 @@ View takeWord(View& line) {
 }
 
 bool takePrefix(View& line, View prefix) {
-    if (!line.starts_with(prefix))
+    if (!line.starts_with(prefix)) {
         return false;
+    }
     line.remove_prefix(prefix.size());
     return true;
 }
@@ -48,47 +51,56 @@ bool takePrefix(View& line, View prefix) {
 std::optional<LogEvent> spoken(View line) {
     if (takePrefix(line, u"<")) {
         const std::size_t end = line.find(u'>');
-        if (end == View::npos || end == 0)
+        if (end == View::npos || end == 0) {
             return std::nullopt;
+        }
         const View nick = line.substr(0, end);
         line.remove_prefix(end + 1);
         return LogEvent{LogEvent::Kind::says, 0, std::u16string(nick), std::u16string(murmelix::trim(line))};
     }
     line.remove_prefix(std::min(line.find_first_not_of(u' '), line.size()));
-    if (!takePrefix(line, u"* "))
+    if (!takePrefix(line, u"* ")) {
         return std::nullopt;
+    }
     const View nick = takeWord(line);
-    if (nick.empty())
+    if (nick.empty()) {
         return std::nullopt;
+    }
     return LogEvent{LogEvent::Kind::acts, 0, std::u16string(nick), std::u16string(murmelix::trim(line))};
 }
 
 std::optional<LogEvent> notice(View line) {
     const View nick = takeWord(line);
-    if (nick.empty())
+    if (nick.empty()) {
         return std::nullopt;
+    }
     const std::u16string name(nick);
     if (takePrefix(line, u"is now known as ")) {
         const View new_name = takeWord(line);
-        if (new_name.empty() || !line.empty())
+        if (new_name.empty() || !line.empty()) {
             return std::nullopt;
+        }
         return LogEvent{LogEvent::Kind::renames, 0, name, std::u16string(new_name)};
     }
-    if (line.starts_with(u'['))
+    if (line.starts_with(u'[')) {
         takeWord(line);
-    if (line.starts_with(u"has joined #"))
+    }
+    if (line.starts_with(u"has joined #")) {
         return LogEvent{LogEvent::Kind::joins, 0, name, {}};
+    }
     if (line.starts_with(u"has left #") || line == u"has quit" || line.starts_with(u"has quit [") ||
-        line.starts_with(u"has quit (") || line.starts_with(u"was kicked off #"))
+        line.starts_with(u"has quit (") || line.starts_with(u"was kicked off #")) {
         return LogEvent{LogEvent::Kind::leaves, 0, name, {}};
+    }
     return std::nullopt;
 }
 
 } // namespace
 
 std::vector<LogEvent> parseChatLog(std::string_view bytes) {
-    if (bytes.starts_with("\xEF\xBB\xBF"))
+    if (bytes.starts_with("\xEF\xBB\xBF")) {
         bytes.remove_prefix(3);
+    }
     const std::u16string text = murmelix::fromUtf8(bytes);
     std::vector<LogEvent> events;
     std::optional<int> now;
@@ -96,8 +108,9 @@ std::vector<LogEvent> parseChatLog(std::string_view bytes) {
     while (!rest.empty()) {
         View line = rest.substr(0, rest.find(u'\n'));
         rest.remove_prefix(std::min(line.size() + 1, rest.size()));
-        if (line.ends_with(u'\r'))
+        if (line.ends_with(u'\r')) {
             line.remove_suffix(1);
+        }
 
         std::optional<LogEvent> event;
         if (takePrefix(line, u"=== ")) {
@@ -107,8 +120,9 @@ std::vector<LogEvent> parseChatLog(std::string_view bytes) {
             if (event) {
                 const int of_day = now.value_or(*time) % minutes_a_day;
                 int passed = *time - of_day;
-                if (passed < -minutes_a_day / 2)
+                if (passed < -minutes_a_day / 2) {
                     passed += minutes_a_day;
+                }
                 now = now.value_or(*time) + std::max(passed, 0);
             }
         }

@@ -28,15 +28,17 @@ std::u16string messageLines(std::u16string_view text) {
     for (std::size_t i = 0; i < text.size(); ++i) {
         const char16_t unit = text[i];
         if (unit == u'\r' || unit == u'\n') {
-            if (unit == u'\r' && i + 1 < text.size() && text[i + 1] == u'\n')
+            if (unit == u'\r' && i + 1 < text.size() && text[i + 1] == u'\n') {
                 ++i;
+            }
             lines += u"\r\n";
         } else {
             lines += unit == u'\0' ? u'\xFFFD' : unit;
         }
     }
-    while (lines.ends_with(u"\r\n"))
+    while (lines.ends_with(u"\r\n")) {
         lines.resize(lines.size() - 2);
+    }
     return lines;
 }
 
@@ -50,8 +52,9 @@ bool Conversation::has(const Contact& contact) const {
 
 void Client::tell(const Change& change) {
     // By index: a listener may add another.
-    for (std::size_t i = 0; i < listeners_.size(); ++i)
+    for (std::size_t i = 0; i < listeners_.size(); ++i) {
         listeners_[i](change);
+    }
 }
 
 void Client::signIn(std::u16string_view signin, std::u16string_view friendly, Status status) {
@@ -62,14 +65,16 @@ void Client::signIn(std::u16string_view signin, std::u16string_view friendly, St
     const Account* known = accounts_.find(name);
     const long unread_before = known ? known->unread : unread_;
     Account& account = accounts_.use(name);
-    if (!shown.empty())
+    if (!shown.empty()) {
         account.friendly = shown;
+    }
     me_ = std::make_shared<Contact>(Contact{account.signin, account.friendly, status});
     unread_ = unread_before;
     std::vector<ContactPtr> added = std::exchange(contacts_, account.contacts);
     for (ContactPtr& contact : added) {
-        if (!find(contact->signin))
+        if (!find(contact->signin)) {
             contacts_.push_back(std::move(contact));
+        }
     }
     stage_ = Stage::in;
     tell({.kind = Change::Kind::signed_in});
@@ -78,8 +83,9 @@ void Client::signIn(std::u16string_view signin, std::u16string_view friendly, St
 
 void Client::setStage(Stage stage) {
     leaveAccount();
-    if (std::exchange(stage_, stage) != stage)
+    if (std::exchange(stage_, stage) != stage) {
         tell({.kind = Change::Kind::signing_in});
+    }
 }
 
 void Client::failSignIn(long result) {
@@ -89,17 +95,20 @@ void Client::failSignIn(long result) {
 }
 
 void Client::signOut() {
-    if (signingIn())
+    if (signingIn()) {
         failSignIn(signin_cancelled);
-    else
+    } else {
         leaveAccount();
+    }
 }
 
 void Client::leaveAccount() {
-    if (!signedIn())
+    if (!signedIn()) {
         return;
-    while (!conversations_.empty())
+    }
+    while (!conversations_.empty()) {
         close(ConversationPtr(conversations_.back()));
+    }
     keepAccount();
     me_.reset();
     contacts_.clear();
@@ -109,31 +118,36 @@ void Client::leaveAccount() {
 }
 
 void Client::keepAccount() {
-    if (!signedIn())
+    if (!signedIn()) {
         return;
+    }
     Account& account = accounts_.use(me_->signin);
     account.friendly = me_->friendly;
-    if (isChosen(me_->status))
+    if (isChosen(me_->status)) {
         account.status = me_->status;
-    else if (me_->status == Status::idle)
+    } else if (me_->status == Status::idle) {
         account.status = Status::online;
+    }
     account.contacts = contacts_;
     account.unread = unread_;
 }
 
 void Client::setMyStatus(Status status) {
-    if (!signedIn() || me_->status == status)
+    if (!signedIn() || me_->status == status) {
         return;
+    }
     me_->status = status;
     tell({.kind = Change::Kind::my_status});
 }
 
 void Client::setMyName(std::u16string_view friendly) {
-    if (!signedIn())
+    if (!signedIn()) {
         return;
+    }
     const std::u16string before = std::exchange(me_->friendly, oneLine(friendly));
-    if (before != me_->friendly)
+    if (before != me_->friendly) {
         tell({.kind = Change::Kind::my_name, .text = before});
+    }
 }
 
 void Client::setUnread(long count) {
@@ -142,8 +156,9 @@ void Client::setUnread(long count) {
 }
 
 ContactPtr Client::find(std::u16string_view signin) const {
-    if (me_ && sameText(me_->signin, signin, LetterCase::ignored))
+    if (me_ && sameText(me_->signin, signin, LetterCase::ignored)) {
         return me_;
+    }
     const auto found = std::find_if(contacts_.begin(), contacts_.end(), [&](const ContactPtr& contact) {
         return sameText(contact->signin, signin, LetterCase::ignored);
     });
@@ -151,8 +166,9 @@ ContactPtr Client::find(std::u16string_view signin) const {
 }
 
 ContactPtr Client::addContact(std::u16string_view signin, std::u16string_view friendly, Status status) {
-    if (ContactPtr known = find(signin))
+    if (ContactPtr known = find(signin)) {
         return known;
+    }
     auto contact = std::make_shared<Contact>(Contact{oneLine(signin), oneLine(friendly), status});
     contacts_.push_back(contact);
     tell({.kind = Change::Kind::contact_added, .contact = contact});
@@ -160,8 +176,9 @@ ContactPtr Client::addContact(std::u16string_view signin, std::u16string_view fr
 }
 
 void Client::removeContact(const ContactPtr& contact) {
-    if (removeFrom(contacts_, ContactPtr(contact)))
+    if (removeFrom(contacts_, ContactPtr(contact))) {
         tell({.kind = Change::Kind::contact_removed, .contact = contact});
+    }
 }
 
 void Client::rename(const ContactPtr& contact, std::u16string_view friendly) {
@@ -170,8 +187,9 @@ void Client::rename(const ContactPtr& contact, std::u16string_view friendly) {
         return;
     }
     const std::u16string before = std::exchange(contact->friendly, oneLine(friendly));
-    if (before != contact->friendly)
+    if (before != contact->friendly) {
         tell({.kind = Change::Kind::contact_renamed, .contact = contact, .text = before});
+    }
 }
 
 void Client::setStatus(const ContactPtr& contact, Status status) {
@@ -185,8 +203,9 @@ void Client::setStatus(const ContactPtr& contact, Status status) {
 
 ConversationPtr Client::openWith(const ContactPtr& contact) {
     for (const ConversationPtr& conversation : conversations_) {
-        if (conversation->participants() == std::vector{contact})
+        if (conversation->participants() == std::vector{contact}) {
             return conversation;
+        }
     }
     return open({contact});
 }
@@ -200,36 +219,41 @@ ConversationPtr Client::open(std::vector<ContactPtr> participants) {
 
 void Client::close(const ConversationPtr& conversation) {
     const ConversationPtr kept = conversation;
-    if (!removeFrom(conversations_, kept))
+    if (!removeFrom(conversations_, kept)) {
         return;
+    }
     kept->closed_ = true;
     tell({.kind = Change::Kind::window_destroyed, .conversation = kept});
 }
 
 void Client::join(const ConversationPtr& conversation, const ContactPtr& contact) {
-    if (conversation->closed() || conversation->has(*contact))
+    if (conversation->closed() || conversation->has(*contact)) {
         return;
+    }
     conversation->participants_.push_back(contact);
     tell({.kind = Change::Kind::window_joined, .contact = contact, .conversation = conversation});
 }
 
 void Client::leave(const ConversationPtr& conversation, const ContactPtr& contact) {
-    if (!conversation->closed() && removeFrom(conversation->participants_, ContactPtr(contact)))
+    if (!conversation->closed() && removeFrom(conversation->participants_, ContactPtr(contact))) {
         tell({.kind = Change::Kind::window_left, .contact = contact, .conversation = conversation});
+    }
 }
 
 bool Client::say(const ConversationPtr& conversation, const ContactPtr& writer, std::u16string_view text) {
     const std::u16string lines = messageLines(text);
-    if (conversation->closed() || lines.empty())
+    if (conversation->closed() || lines.empty()) {
         return false;
+    }
     tell({.kind = Change::Kind::said, .contact = writer, .conversation = conversation, .text = lines});
     append(conversation, u"\r\n" + writer->friendly + u" says:\r\n" + lines);
     return true;
 }
 
 void Client::append(const ConversationPtr& conversation, std::u16string_view text) {
-    if (conversation->closed() || text.empty())
+    if (conversation->closed() || text.empty()) {
         return;
+    }
     conversation->history_ += text;
     tell({.kind = Change::Kind::text_appended, .conversation = conversation, .text = text});
 }

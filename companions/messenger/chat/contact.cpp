@@ -33,8 +33,9 @@ bool cannotBeTyped(char16_t unit) {
 
 std::u16string_view nameOf(Status status) {
     for (const auto& [code, name] : status_names) {
-        if (code == status)
+        if (code == status) {
             return name;
+        }
     }
     return {};
 }
@@ -59,15 +60,19 @@ std::u16string_view shortName(std::u16string_view signin) {
 }
 
 std::u16string_view faultOfSignin(std::u16string_view signin) {
-    if (signin.empty())
+    if (signin.empty()) {
         return u"Please type a sign-in name.";
-    if (signin.size() > longest_signin)
+    }
+    if (signin.size() > longest_signin) {
         return u"That is too long for a sign-in name.";
-    if (std::any_of(signin.begin(), signin.end(), cannotBeTyped))
+    }
+    if (std::any_of(signin.begin(), signin.end(), cannotBeTyped)) {
         return u"A sign-in name has no blanks, and no signs but those that one sees.";
+    }
     const std::size_t at = signin.find(u'@');
-    if (at == murmelix::npos || at == 0 || at + 1 == signin.size() || signin.find(u'@', at + 1) != murmelix::npos)
+    if (at == murmelix::npos || at == 0 || at + 1 == signin.size() || signin.find(u'@', at + 1) != murmelix::npos) {
         return u"A sign-in name looks like name@place.";
+    }
     return {};
 }
 

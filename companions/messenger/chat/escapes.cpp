@@ -25,13 +25,15 @@ std::string asNumber(char16_t unit) {
 }
 
 std::optional<char16_t> hexUnit(std::u16string_view digits) {
-    if (digits.size() != 4)
+    if (digits.size() != 4) {
         return std::nullopt;
+    }
     unsigned value = 0;
     for (const char16_t digit : digits) {
         const std::size_t place = std::u16string_view(u"0123456789abcdef").find(murmelix::toLower(digit));
-        if (place == murmelix::npos)
+        if (place == murmelix::npos) {
             return std::nullopt;
+        }
         value = value * 16 + static_cast<unsigned>(place);
     }
     return static_cast<char16_t>(value);
@@ -44,20 +46,21 @@ std::string escaped(std::u16string_view text) {
     line.reserve(text.size());
     for (std::size_t i = 0; i < text.size(); ++i) {
         const char16_t unit = text[i];
-        if (unit == u'\\')
+        if (unit == u'\\') {
             line += "\\\\";
-        else if (unit == u'\r')
+        } else if (unit == u'\r') {
             line += "\\r";
-        else if (unit == u'\n')
+        } else if (unit == u'\n') {
             line += "\\n";
-        else if (unit == u'\t')
+        } else if (unit == u'\t') {
             line += "\\t";
-        else if (isHigh(unit) && i + 1 < text.size() && isLow(text[i + 1]))
+        } else if (isHigh(unit) && i + 1 < text.size() && isLow(text[i + 1])) {
             line += murmelix::toUtf8(text.substr(i++, 2));
-        else if (unit < u' ' || unit == 0x7F || isHigh(unit) || isLow(unit))
+        } else if (unit < u' ' || unit == 0x7F || isHigh(unit) || isLow(unit)) {
             line += asNumber(unit);
-        else
+        } else {
             line += murmelix::toUtf8(text.substr(i, 1));
+        }
     }
     return line;
 }

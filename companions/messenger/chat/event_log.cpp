@@ -25,8 +25,9 @@ bool EventLog::open(const std::filesystem::path& file) {
 }
 
 void EventLog::write(std::string_view kind, std::u16string_view signin, std::u16string_view text) {
-    if (!file_.is_open())
+    if (!file_.is_open()) {
         return;
+    }
     const long long now = clock_();
     std::array<char, 64> times{};
     std::snprintf(times.data(), times.size(), "%lld\t%.6f\t", now, static_cast<double>(now - start_) / 1e6);
@@ -39,10 +40,11 @@ void EventLog::write(const Change& change, const Client& client) {
     };
     switch (change.kind) {
     case Change::Kind::signed_in:
-        if (client.me())
+        if (client.me()) {
             of("signin", *client.me(), client.me()->friendly);
-        else
+        } else {
             write("signin-failed", {}, hexadecimal(change.number));
+        }
         break;
     case Change::Kind::signing_in:
         write("signing", {}, client.stage() == Stage::connecting ? u"connecting" : u"synchronising");

@@ -39,13 +39,15 @@ Cast castOf(const std::vector<LogEvent>& log) {
     for (const LogEvent& event : log) {
         const auto [known, is_new] = by_nick.try_emplace(event.nick, cast.members.size());
         const std::size_t person = known->second;
-        if (is_new)
+        if (is_new) {
             cast.members.push_back({event.nick, event.kind != Kind::joins});
+        }
         if (event.kind == Kind::renames) {
             by_nick.erase(known);
             const auto [bearer, is_free] = by_nick.try_emplace(event.text, person);
-            if (!is_free)
+            if (!is_free) {
                 cast.displaced[cast.of_event.size()] = std::exchange(bearer->second, person);
+            }
         } else if (isMessage(event) && !event.text.empty()) {
             ++cast.members[person].messages;
         }
@@ -60,8 +62,9 @@ std::vector<std::size_t> mostFrequent(const Cast& cast, std::size_t count) {
     std::erase_if(chosen, [&](std::size_t person) { return cast.members[person].messages == 0; });
     std::stable_sort(chosen.begin(), chosen.end(),
                      [&](std::size_t a, std::size_t b) { return cast.members[a].messages > cast.members[b].messages; });
-    if (chosen.size() > count)
+    if (chosen.size() > count) {
         chosen.resize(count);
+    }
     std::sort(chosen.begin(), chosen.end());
     return chosen;
 }
@@ -76,16 +79,18 @@ std::u16string signinFor(const std::u16string& nick, std::set<std::u16string>& t
         base += plain ? murmelix::toLower(unit) : u'_';
     }
     std::u16string name = base;
-    for (long long number = 2; !taken.insert(name).second; ++number)
+    for (long long number = 2; !taken.insert(name).second; ++number) {
         name = base + murmelix::toText(number);
+    }
     return name + u"@messenger.example";
 }
 
 // Seconds of every event in the log: messages of a minute spread over it, other events with the message before.
 std::vector<double> secondsOf(const std::vector<LogEvent>& log) {
     std::map<int, int> messages_in;
-    for (const LogEvent& event : log)
+    for (const LogEvent& event : log) {
         messages_in[event.minute] += isMessage(event) ? 1 : 0;
+    }
     std::vector<double> seconds;
     seconds.reserve(log.size());
     double now = 0;
@@ -97,8 +102,9 @@ std::vector<double> secondsOf(const std::vector<LogEvent>& log) {
             message = 0;
             now = 60.0 * minute;
         }
-        if (isMessage(event))
+        if (isMessage(event)) {
             now = 60.0 * minute + 60.0 * message++ / messages_in[minute];
+        }
         seconds.push_back(now);
     }
     return seconds;
@@ -119,20 +125,23 @@ class Writer {
 
     void add(const LogEvent& event, std::size_t member, double at) {
         const auto found = index_.find(member);
-        if (found == index_.end())
+        if (found == index_.end()) {
             return;
+        }
         Person& person = now_[found->second];
         const auto step = [&](Step::Kind kind, std::u16string text = {}) {
             script.steps.push_back({at, kind, found->second, std::move(text)});
         };
         switch (event.kind) {
         case Kind::joins:
-            if (!std::exchange(person.present, true))
+            if (!std::exchange(person.present, true)) {
                 step(Step::Kind::joins);
+            }
             break;
         case Kind::leaves:
-            if (std::exchange(person.present, false))
+            if (std::exchange(person.present, false)) {
                 step(Step::Kind::leaves);
+            }
             break;
         case Kind::renames:
             person.friendly = event.text;
@@ -140,10 +149,12 @@ class Writer {
             break;
         case Kind::says:
         case Kind::acts:
-            if (event.text.empty())
+            if (event.text.empty()) {
                 break;
-            if (!std::exchange(person.present, true))
+            }
+            if (!std::exchange(person.present, true)) {
                 step(Step::Kind::joins);
+            }
             step(Step::Kind::says, event.kind == Kind::says ? event.text : u"* " + person.friendly + u" " + event.text);
             ++messages;
             break;
@@ -165,8 +176,9 @@ Script makeScript(const std::vector<LogEvent>& log, const ReplayOptions& options
     const std::vector<double> seconds = secondsOf(log);
     Writer writer(cast, mostFrequent(cast, options.participants));
     for (std::size_t i = 0; i < log.size() && writer.messages < options.messages; ++i) {
-        if (const auto gone = cast.displaced.find(i); gone != cast.displaced.end())
+        if (const auto gone = cast.displaced.find(i); gone != cast.displaced.end()) {
             writer.add({Kind::leaves, log[i].minute, log[i].text, {}}, gone->second, seconds[i]);
+        }
         writer.add(log[i], cast.of_event[i], seconds[i]);
     }
 
@@ -175,15 +187,17 @@ Script makeScript(const std::vector<LogEvent>& log, const ReplayOptions& options
     double latest = 0;
     std::map<std::size_t, double> said_at;
     for (Step& step : writer.script.steps) {
-        if (options.speed > 0)
+        if (options.speed > 0) {
             at += std::min(step.at - before.value_or(step.at), longest_gap) / options.speed;
+        }
         before = step.at;
         step.at = std::max(at, latest);
         const auto said = said_at.find(step.person);
-        if (step.kind == Step::Kind::says)
+        if (step.kind == Step::Kind::says) {
             said_at[step.person] = step.at;
-        else if (said != said_at.end() && options.speed > 0)
+        } else if (said != said_at.end() && options.speed > 0) {
             step.at = std::max(step.at, said->second + shortest_farewell);
+        }
         latest = step.at;
     }
     return std::move(writer.script);
@@ -191,8 +205,9 @@ Script makeScript(const std::vector<LogEvent>& log, const ReplayOptions& options
 
 std::span<const Step> Replay::advance(double seconds) {
     const std::size_t first = next_;
-    while (next_ < steps_.size() && steps_[next_].at <= seconds)
+    while (next_ < steps_.size() && steps_[next_].at <= seconds) {
         ++next_;
+    }
     return std::span<const Step>(steps_).subspan(first, next_ - first);
 }
 

@@ -16,15 +16,17 @@ void SigningIn::begin(std::u16string_view signin, std::u16string_view friendly, 
 }
 
 std::optional<long long> SigningIn::dueAt() const {
-    if (held_ || !client_.signingIn())
+    if (held_ || !client_.signingIn()) {
         return std::nullopt;
+    }
     return stage_began_ + time_ / 2;
 }
 
 void SigningIn::advance(long long now) {
     while (const auto due = dueAt()) {
-        if (*due > now)
+        if (*due > now) {
             return;
+        }
         next(*due);
     }
 }
@@ -39,16 +41,18 @@ bool SigningIn::next(long long now) {
 }
 
 bool SigningIn::finish() {
-    if (!client_.signingIn())
+    if (!client_.signingIn()) {
         return false;
+    }
     const Wanted wanted = wanted_; // a listener may begin another
     client_.signIn(wanted.signin, wanted.friendly, wanted.status);
     return true;
 }
 
 bool SigningIn::fail(long result) {
-    if (!client_.signingIn())
+    if (!client_.signingIn()) {
         return false;
+    }
     client_.failSignIn(result);
     return true;
 }

@@ -12,8 +12,9 @@ namespace {
 
 // A number of digits only, with sign and fraction where they are allowed; an empty result where it is none.
 std::optional<double> number(const std::u16string& text) {
-    if (text.empty() || text.size() > 12 || text.find_first_not_of(u"-.0123456789") != murmelix::npos)
+    if (text.empty() || text.size() > 12 || text.find_first_not_of(u"-.0123456789") != murmelix::npos) {
         return std::nullopt;
+    }
     const double value = murmelix::leadingNumber(text);
     return std::isfinite(value) ? std::optional(value) : std::nullopt;
 }
@@ -31,8 +32,9 @@ Switches parseSwitches(const std::vector<std::u16string>& arguments) {
     const auto count = [](std::size_t& place) {
         return [&place](const std::u16string& value) {
             const auto parsed = number(value);
-            if (!parsed || *parsed < 1 || *parsed > 1e9)
+            if (!parsed || *parsed < 1 || *parsed > 1e9) {
                 return false;
+            }
             place = static_cast<std::size_t>(*parsed);
             return true;
         };
@@ -40,33 +42,38 @@ Switches parseSwitches(const std::vector<std::u16string>& arguments) {
     const auto pixels = [](std::optional<int>& place) {
         return [&place](const std::u16string& value) {
             const auto parsed = number(value);
-            if (!parsed || std::abs(*parsed) > 32000)
+            if (!parsed || std::abs(*parsed) > 32000) {
                 return false;
+            }
             place = static_cast<int>(*parsed);
             return true;
         };
     };
     const auto speed = [&switches](const std::u16string& value) {
         const auto parsed = number(value);
-        if (!parsed || *parsed < 0)
+        if (!parsed || *parsed < 0) {
             return false;
+        }
         switches.replay.speed = *parsed;
         return true;
     };
     const auto connect = [&switches](const std::u16string& value) {
         switches.hold = murmelix::sameText(value, u"hold", murmelix::LetterCase::ignored);
         const auto parsed = number(value);
-        if (switches.hold)
+        if (switches.hold) {
             return true;
-        if (!parsed || *parsed < 0 || *parsed > 60'000)
+        }
+        if (!parsed || *parsed < 0 || *parsed > 60'000) {
             return false;
+        }
         switches.connect = static_cast<long>(*parsed);
         return true;
     };
     const auto idle = [&switches](const std::u16string& value) {
         const auto parsed = number(value);
-        if (!parsed || *parsed < 0 || *parsed > 10'000)
+        if (!parsed || *parsed < 0 || *parsed > 10'000) {
             return false;
+        }
         switches.idle = *parsed;
         return true;
     };
@@ -104,14 +111,15 @@ Switches parseSwitches(const std::vector<std::u16string>& arguments) {
         const std::u16string& argument = arguments[i];
         const bool is_switch = argument.starts_with(u'/') || argument.starts_with(u'-');
         const std::u16string name = is_switch ? murmelix::toLower(std::u16string_view(argument).substr(1)) : u"";
-        if (const auto found = alone.find(name); found != alone.end())
+        if (const auto found = alone.find(name); found != alone.end()) {
             found->second();
-        else if (const auto valued = with_value.find(name); valued == with_value.end())
+        } else if (const auto valued = with_value.find(name); valued == with_value.end()) {
             switches.error = u"Unknown switch: " + argument;
-        else if (i + 1 == arguments.size())
+        } else if (i + 1 == arguments.size()) {
             switches.error = argument + u" needs a value.";
-        else if (!valued->second(arguments[++i]))
+        } else if (!valued->second(arguments[++i])) {
             switches.error = argument + u" cannot be " + arguments[i] + u".";
+        }
     }
     return switches;
 }

@@ -21,8 +21,9 @@ class Key {
   public:
     explicit Key(REGSAM access) { RegOpenKeyExW(HKEY_CURRENT_USER, key_path, 0, access, &key_); }
     ~Key() {
-        if (key_)
+        if (key_) {
             RegCloseKey(key_);
+        }
     }
     Key(const Key&) = delete;
     Key& operator=(const Key&) = delete;
@@ -37,11 +38,13 @@ std::u16string stored(HKEY key, const wchar_t* name, DWORD wanted) {
     DWORD type = 0;
     DWORD bytes = 0;
     if (!key || RegQueryValueExW(key, name, nullptr, &type, nullptr, &bytes) != ERROR_SUCCESS || type != wanted ||
-        bytes > longest_value)
+        bytes > longest_value) {
         return {};
+    }
     std::vector<BYTE> data(bytes);
-    if (RegQueryValueExW(key, name, nullptr, &type, data.data(), &bytes) != ERROR_SUCCESS || type != wanted)
+    if (RegQueryValueExW(key, name, nullptr, &type, data.data(), &bytes) != ERROR_SUCCESS || type != wanted) {
         return {}; // somebody is changing it
+    }
     std::u16string text(bytes / sizeof(char16_t), u'\0');
     std::memcpy(text.data(), data.data(), text.size() * sizeof(char16_t));
     return text;
@@ -51,8 +54,9 @@ std::vector<std::u16string> linesOf(const std::u16string& text) {
     std::vector<std::u16string> lines;
     for (std::size_t from = 0; from < text.size();) {
         const std::size_t end = std::min(text.find(u'\0', from), text.size());
-        if (end > from)
+        if (end > from) {
             lines.push_back(text.substr(from, end - from));
+        }
         from = end + 1;
     }
     return lines;
@@ -79,18 +83,21 @@ void loadAccounts(Accounts& accounts) {
     const Key key(KEY_QUERY_VALUE);
     accounts.read(linesOf(stored(key.get(), L"Accounts", REG_MULTI_SZ)));
     const std::u16string older = firstLine(stored(key.get(), L"SigninName", REG_SZ));
-    if (older.empty() || accounts.find(older))
+    if (older.empty() || accounts.find(older)) {
         return;
+    }
     Account& account = accounts.use(older);
-    if (const std::u16string name = firstLine(stored(key.get(), L"FriendlyName", REG_SZ)); !name.empty())
+    if (const std::u16string name = firstLine(stored(key.get(), L"FriendlyName", REG_SZ)); !name.empty()) {
         account.friendly = oneLine(name);
+    }
     accounts.remember(account.signin, !accounts.automatic());
 }
 
 void storeAccounts(const Accounts& accounts) {
     std::u16string text;
-    for (const std::u16string& line : accounts.lines())
+    for (const std::u16string& line : accounts.lines()) {
         text.append(line).push_back(u'\0');
+    }
     if (!text.empty()) {
         text.push_back(u'\0');
         // What the registry refuses is remembered until the client ends.
@@ -98,10 +105,12 @@ void storeAccounts(const Accounts& accounts) {
                         static_cast<DWORD>(text.size() * sizeof(char16_t)));
     }
     const Key key(KEY_SET_VALUE);
-    if (!key.get())
+    if (!key.get()) {
         return;
-    if (text.empty())
+    }
+    if (text.empty()) {
         RegDeleteValueW(key.get(), L"Accounts");
+    }
     RegDeleteValueW(key.get(), L"SigninName");
     RegDeleteValueW(key.get(), L"FriendlyName");
 }

@@ -30,8 +30,9 @@ AddContactWindow::AddContactWindow(HWND owner, Add add) : owner_(owner), add_(st
     child(L"Static", L"", SS_NOPREFIX, id_fault);
     child(L"Button", L"A&dd", WS_TABSTOP | BS_DEFPUSHBUTTON, IDOK);
     child(L"Button", L"Cancel", WS_TABSTOP, IDCANCEL);
-    for (HWND each = GetWindow(handle(), GW_CHILD); each; each = GetWindow(each, GW_HWNDNEXT))
+    for (HWND each = GetWindow(handle(), GW_CHILD); each; each = GetWindow(each, GW_HWNDNEXT)) {
         SendMessageW(each, WM_SETFONT, reinterpret_cast<WPARAM>(font_.get()), FALSE);
+    }
     arrange();
 }
 
@@ -51,8 +52,9 @@ void AddContactWindow::arrange() {
 }
 
 void AddContactWindow::show() {
-    for (const int id : {id_signin, id_friendly, id_fault})
+    for (const int id : {id_signin, id_friendly, id_fault}) {
         setWindowText(of(id), u"");
+    }
     ShowWindow(handle(), SW_SHOW);
     SetForegroundWindow(handle());
     SetFocus(of(id_signin));
@@ -67,10 +69,12 @@ void AddContactWindow::close() {
 void AddContactWindow::add() {
     const std::u16string signin(murmelix::trim(windowText(of(id_signin))));
     std::u16string_view fault = faultOfSignin(signin);
-    if (fault.empty())
+    if (fault.empty()) {
         fault = add_(signin, std::u16string(murmelix::trim(windowText(of(id_friendly)))));
-    if (fault.empty())
+    }
+    if (fault.empty()) {
         return close();
+    }
     setWindowText(of(id_fault), fault);
     MessageBeep(MB_ICONWARNING);
     SetFocus(of(id_signin));
@@ -79,10 +83,11 @@ void AddContactWindow::add() {
 LRESULT AddContactWindow::message(UINT message, WPARAM wparam, LPARAM lparam) {
     switch (message) {
     case WM_COMMAND:
-        if (LOWORD(wparam) == IDOK)
+        if (LOWORD(wparam) == IDOK) {
             add();
-        else if (LOWORD(wparam) == IDCANCEL)
+        } else if (LOWORD(wparam) == IDCANCEL) {
             close();
+        }
         return 0;
     case WM_SETFOCUS:
         SetFocus(of(id_signin));

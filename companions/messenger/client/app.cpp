@@ -40,8 +40,9 @@ std::filesystem::path pathOf(const std::u16string& text) {
 
 std::optional<std::string> contentsOf(const std::u16string& file) {
     std::ifstream in(pathOf(file), std::ios::binary);
-    if (!in)
+    if (!in) {
         return std::nullopt;
+    }
     return std::string(std::istreambuf_iterator<char>(in), {});
 }
 
@@ -106,10 +107,12 @@ int App::run() {
     MSG message;
     while (GetMessageW(&message, nullptr, 0, 0) > 0) {
         const HWND root = GetAncestor(message.hwnd, GA_ROOT);
-        if (root == main_.handle() && TranslateAcceleratorW(root, main_.accelerators(), &message))
+        if (root == main_.handle() && TranslateAcceleratorW(root, main_.accelerators(), &message)) {
             continue;
-        if (root && IsDialogMessageW(root, &message))
+        }
+        if (root && IsDialogMessageW(root, &message)) {
             continue;
+        }
         TranslateMessage(&message);
         DispatchMessageW(&message);
     }
@@ -118,55 +121,64 @@ int App::run() {
 }
 
 void App::start() {
-    if (!switches_.log.empty() && !log_.open(pathOf(switches_.log)))
+    if (!switches_.log.empty() && !log_.open(pathOf(switches_.log))) {
         complain(nullptr, u"The log cannot be written: " + switches_.log);
+    }
     loadAccounts(client_.accounts());
     main_.accountsChanged();
     main_.propose({});
     ShowWindow(main_.handle(), switches_.embedding ? SW_SHOWNOACTIVATE : SW_SHOW);
-    if (!switches_.signed_out)
+    if (!switches_.signed_out) {
         signInAtStart();
-    if (!switches_.conversation.empty() && !startConversation())
+    }
+    if (!switches_.conversation.empty() && !startConversation()) {
         complain(main_.handle(), u"The chat log cannot be read: " + switches_.conversation);
+    }
     automation_.offer();
     lookWhetherIdle();
 }
 
 void App::signInAtStart() {
     const Account* last = client_.accounts().lastRemembered();
-    if (!switches_.signin.empty())
+    if (!switches_.signin.empty()) {
         client_.signIn(switches_.signin, switches_.friendly);
-    else if (!switches_.conversation.empty()) // to be replayed at once
+    } else if (!switches_.conversation.empty()) { // to be replayed at once
         last ? client_.signIn(last->signin, {}) : client_.signIn(demo_account.signin, demo_account.friendly);
-    else if (client_.accounts().automatic() || (!last && !switches_.embedding))
+    } else if (client_.accounts().automatic() || (!last && !switches_.embedding)) {
         signInAutomatically();
+    }
 }
 
 void App::signInAutomatically() {
-    if (client_.signedIn() || client_.signingIn())
+    if (client_.signedIn() || client_.signingIn()) {
         return;
+    }
     const Accounts& accounts = client_.accounts();
     const Account* account = accounts.automatic() ? accounts.automatic() : accounts.lastRemembered();
-    if (account)
+    if (account) {
         connect(account->signin, {});
-    else
+    } else {
         connect(std::u16string(demo_account.signin), std::u16string(demo_account.friendly));
+    }
 }
 
 void App::signIn(const SignInPage::Request& request) {
     connect(request.signin, request.friendly, request.status);
     to_remember_ = request;
-    if (client_.signedIn()) // already
+    if (client_.signedIn()) { // already
         rememberSignedIn();
+    }
 }
 
 void App::connect(std::u16string signin, std::u16string friendly, std::optional<Status> status) {
     const Account* known = client_.accounts().find(signin);
     if (known) {
-        if (friendly.empty())
+        if (friendly.empty()) {
             friendly = known->friendly;
-        if (!status)
+        }
+        if (!status) {
             status = known->status;
+        }
     } else if (switches_.conversation.empty()) {
         // An account that is new here has somebody to meet.
         client_.accounts().use(signin).contacts = demoContacts();
@@ -179,22 +191,26 @@ void App::connect(std::u16string signin, std::u16string friendly, std::optional<
 
 void App::switchTo(const std::u16string& signin) {
     client_.signOut();
-    if (!signin.empty())
+    if (!signin.empty()) {
         return connect(signin, {});
+    }
     main_.askSignIn();
 }
 
 void App::rememberSignedIn() {
-    if (!to_remember_ || !client_.signedIn())
+    if (!to_remember_ || !client_.signedIn()) {
         return;
+    }
     const SignInPage::Request request = *std::exchange(to_remember_, std::nullopt);
     client_.keepAccount();
     Account* account = client_.accounts().find(request.signin);
-    if (!account)
+    if (!account) {
         return;
+    }
     account->remembered = account->automatic = false;
-    if (request.remember)
+    if (request.remember) {
         client_.accounts().remember(request.signin, request.automatic);
+    }
     accountsChanged();
 }
 
@@ -204,8 +220,9 @@ void App::accountsChanged() {
 }
 
 void App::schedule() {
-    if (const auto due = signing_.dueAt())
+    if (const auto due = signing_.dueAt()) {
         main_.setTick(MainWindow::Clock::sign_in, static_cast<unsigned>(std::max(*due - milliseconds(), 0LL)));
+    }
 }
 
 void App::lookWhetherIdle() {
@@ -218,41 +235,46 @@ void App::lookWhetherIdle() {
     const LONG since = std::min(static_cast<LONG>(now - last.dwTime), static_cast<LONG>(now - first_look));
     const long long untouched = pretended_untouched_.value_or(std::max<LONG>(since, 0));
     if (client_.signedIn()) {
-        if (const auto status = auto_idle_.look(client_.me()->status, untouched))
+        if (const auto status = auto_idle_.look(client_.me()->status, untouched)) {
             client_.setMyStatus(*status);
+        }
     }
     main_.setTick(MainWindow::Clock::idle, idle_look_time);
 }
 
 bool App::doWithWindow(std::u16string_view deed) {
-    if (deed == u"hide")
+    if (deed == u"hide") {
         main_.hide();
-    else if (deed == u"show")
+    } else if (deed == u"show") {
         main_.show();
-    else if (deed == u"minimise")
+    } else if (deed == u"minimise") {
         ShowWindow(main_.handle(), SW_MINIMIZE);
-    else
+    } else {
         return false;
+    }
     return true;
 }
 
 bool App::startConversation() {
     const auto contents = contentsOf(switches_.conversation);
-    if (!contents)
+    if (!contents) {
         return false;
+    }
     Script script = makeScript(parseChatLog(*contents), switches_.replay);
     std::vector<ContactPtr> present;
     for (const Person& person : script.people) {
         people_.push_back(
             client_.addContact(person.signin, person.friendly, person.present ? Status::online : Status::offline));
-        if (person.present)
+        if (person.present) {
             present.push_back(people_.back());
+        }
     }
     replay_ = Replay(std::move(script.steps));
     replay_over_ = false;
     replayed_ = client_.open(std::move(present));
-    if (!switches_.wait)
+    if (!switches_.wait) {
         startReplay(0);
+    }
     return true;
 }
 
@@ -270,15 +292,18 @@ void App::changed(const Change& change) {
         ShowWindow(windows_.back()->handle(), SW_SHOWNOACTIVATE);
     }
     if (change.kind == Change::Kind::signed_in) {
-        if (change.number < 0)
+        if (change.number < 0) {
             to_remember_.reset();
+        }
         rememberSignedIn();
     }
-    if (change.kind == Change::Kind::signed_out && client_.accounts().lastRemembered())
+    if (change.kind == Change::Kind::signed_out && client_.accounts().lastRemembered()) {
         accountsChanged();
+    }
     main_.changed(change);
-    for (const auto& window : windows_)
+    for (const auto& window : windows_) {
         window->changed(change);
+    }
     log_.write(change, client_);
     if (change.kind == Change::Kind::window_destroyed) {
         const auto gone = std::find_if(windows_.begin(), windows_.end(), [&](const auto& window) {
@@ -294,13 +319,15 @@ void App::changed(const Change& change) {
 }
 
 void App::historyRead(const Conversation& conversation) {
-    if (switches_.wait && &conversation == replayed_.get())
+    if (switches_.wait && &conversation == replayed_.get()) {
         startReplay(reading_lead);
+    }
 }
 
 bool App::startReplay(double delay) {
-    if (replay_over_ || replay_start_)
+    if (replay_over_ || replay_start_) {
         return false;
+    }
     replay_start_ = microseconds() + static_cast<long long>(delay * 1e6);
     main_.setTick(MainWindow::Clock::replay, static_cast<unsigned>(delay * 1000));
     return true;
@@ -321,13 +348,15 @@ void App::tick(MainWindow::Clock clock) {
 void App::replayOn() {
     if (replay_start_ && !replay_over_) {
         const double now = static_cast<double>(microseconds() - *replay_start_) / 1e6;
-        for (const Step& step : replay_.advance(now))
+        for (const Step& step : replay_.advance(now)) {
             play(step);
+        }
         replay_over_ = replay_.done() || replayed_->closed();
         if (replay_over_) {
             log_.write("done", {}, {});
-            if (switches_.exit_when_done)
+            if (switches_.exit_when_done) {
                 quit();
+            }
         } else {
             const double left = std::clamp(replay_.nextAt() - now, 0.0, 3600.0);
             main_.setTick(MainWindow::Clock::replay, static_cast<unsigned>(std::ceil(left * 1000)));
@@ -362,16 +391,19 @@ bool App::isUnused() const {
 }
 
 void App::clientsChanged() {
-    if (isUnused() && !ended_)
+    if (isUnused() && !ended_) {
         main_.setTick(MainWindow::Clock::replay, unused_stay);
+    }
 }
 
 void App::quit() {
-    if (std::exchange(ended_, true))
+    if (std::exchange(ended_, true)) {
         return;
+    }
     client_.keepAccount();
-    if (client_.accounts().lastRemembered())
+    if (client_.accounts().lastRemembered()) {
         storeAccounts(client_.accounts());
+    }
     client_.shutDown();
     automation_.deliverEvents();
     automation_.close();

@@ -79,21 +79,24 @@ class Answering : public Served {
         std::u16string signin;
         if (value.type() == VT_DISPATCH) {
             auto object = value.toObject();
-            if (!object)
+            if (!object) {
                 invalid(u"There is no contact.");
+            }
             signin = murmelix::com::Object(std::move(object)).get(u"SigninName").toText();
         } else {
             signin = value.toText();
         }
         auto contact = client().find(signin);
-        if (!contact)
+        if (!contact) {
             invalid(u"No contact has this sign-in name.");
+        }
         return contact;
     }
 
     const ContactPtr& me() {
-        if (!client().me())
+        if (!client().me()) {
             throw Error(HRESULT_FROM_WIN32(ERROR_NOT_LOGGED_ON), u"Nobody is signed in.");
+        }
         return client().me();
     }
 
@@ -161,8 +164,9 @@ class ContactObject final : public Answering {
         case member_service_name:
             return service_name;
         case blocked:
-            if (call.put)
+            if (call.put) {
                 contact_->blocked = call.arguments.back().toBool();
+            }
             return contact_->blocked;
         case is_self:
             return contact_ == client().me();
@@ -206,23 +210,26 @@ class ContactsObject final : public Answering {
         switch (call.member) {
         case item: {
             const long index = call.arguments[0].toInt32();
-            if (index < 0 || static_cast<std::size_t>(index) >= all().size())
+            if (index < 0 || static_cast<std::size_t>(index) >= all().size()) {
                 throw Error(DISP_E_BADINDEX);
+            }
             return automation_.contact(all()[static_cast<std::size_t>(index)]);
         }
         case count:
             return static_cast<long>(all().size());
         case remove: {
-            if (conversation_)
+            if (conversation_) {
                 throw Error(E_ACCESSDENIED, u"Participants leave a conversation by themselves.");
+            }
             const ContactPtr contact = contactOf(call.arguments[0]);
             client().removeContact(contact);
             return {};
         }
         default: {
             std::vector<Variant> values;
-            for (const ContactPtr& contact : all())
+            for (const ContactPtr& contact : all()) {
                 values.emplace_back(automation_.contact(contact));
+            }
             return murmelix::com::enumerate(std::move(values));
         }
         }
@@ -301,14 +308,17 @@ class WindowObject : public Answering {
   private:
     Variant side(const Call& call) {
         RECT place{};
-        if (!GetWindowRect(window(), &place))
+        if (!GetWindowRect(window(), &place)) {
             throw Error(HRESULT_FROM_WIN32(GetLastError()));
+        }
         std::array<long, 4> sides{place.left, place.top, place.right - place.left, place.bottom - place.top};
         long& value = sides[static_cast<std::size_t>(call.member - left)];
         if (call.put) {
             value = call.arguments.back().toInt32();
-            if (!SetWindowPos(window(), nullptr, sides[0], sides[1], sides[2], sides[3], SWP_NOZORDER | SWP_NOACTIVATE))
+            if (!SetWindowPos(window(), nullptr, sides[0], sides[1], sides[2], sides[3],
+                              SWP_NOZORDER | SWP_NOACTIVATE)) {
                 throw Error(HRESULT_FROM_WIN32(GetLastError()));
+            }
         }
         return value;
     }
@@ -341,8 +351,9 @@ class ConversationObject final : public WindowObject {
 
     Variant answer(const Call& call) override {
         // Not one of the results that say that the whole server is gone: it is only the window.
-        if (conversation_->closed() && call.member != hwnd && call.member != is_closed)
+        if (conversation_->closed() && call.member != hwnd && call.member != is_closed) {
             throw Error(HRESULT_FROM_WIN32(ERROR_INVALID_WINDOW_HANDLE), u"The conversation window is closed.");
+        }
         switch (call.member) {
         case window_contacts:
             return automation_.contactsOf(conversation_);
@@ -460,16 +471,18 @@ class Root final : public Answering {
         case add_contact: {
             me();
             const std::u16string email = call.arguments[1].toText();
-            if (email.empty())
+            if (email.empty()) {
                 invalid(u"A contact needs a sign-in name.");
+            }
             client().addContact(email, email.substr(0, email.find(u'@')), Status::offline);
             return {};
         }
         case instant_message: {
             me();
             const ContactPtr contact = contactOf(call.arguments[0]);
-            if (contact == me())
+            if (contact == me()) {
                 invalid(u"A conversation needs somebody else.");
+            }
             return automation_.conversation(client().openWith(contact));
         }
         case signout:
@@ -482,10 +495,11 @@ class Root final : public Answering {
             return u"";
         case signin: {
             const std::u16string name = call.arguments[1].isOmitted() ? u"" : call.arguments[1].toText();
-            if (name.empty())
+            if (name.empty()) {
                 automation_.hooks().ask_sign_in();
-            else
+            } else {
                 automation_.hooks().sign_in(name); // the password is of no use here, and is not kept
+            }
             return {};
         }
         case auto_signin:
@@ -527,12 +541,14 @@ class Root final : public Answering {
     }
 
     Variant status(const Call& call) {
-        if (!call.put)
+        if (!call.put) {
             return client().me() ? static_cast<long>(client().me()->status) : static_cast<long>(client().stage());
+        }
         me();
         const long code = call.arguments.back().toInt32();
-        if (!isStatus(code) || static_cast<Status>(code) == Status::offline)
+        if (!isStatus(code) || static_cast<Status>(code) == Status::offline) {
             invalid(u"This is no status that one can choose.");
+        }
         client().setMyStatus(static_cast<Status>(code));
         return {};
     }
@@ -571,16 +587,19 @@ void Automation::close() {
     class_object_.reset();
     events_.clear();
     std::vector<Ptr<IDispatch>> all;
-    for (const auto& [key, object] : objects_)
+    for (const auto& [key, object] : objects_) {
         all.emplace_back(object);
-    for (const auto& object : all)
+    }
+    for (const auto& object : all) {
         CoDisconnectObject(object.get(), 0);
+    }
 }
 
 template <class T, class... Arguments>
 Ptr<IDispatch> Automation::object(const Key& key, Arguments&&... arguments) {
-    if (const auto found = objects_.find(key); found != objects_.end())
+    if (const auto found = objects_.find(key); found != objects_.end()) {
         return Ptr<IDispatch>(found->second);
+    }
     const auto made = murmelix::com::make<T>(*this, key, std::forward<Arguments>(arguments)...);
     return Ptr<IDispatch>(made.get());
 }
@@ -625,11 +644,13 @@ void Automation::suffer(std::u16string_view member) {
 }
 
 void Automation::enqueue(DISPID event, std::function<std::vector<Variant>()> arguments, DWORD only) {
-    if (!source_ || source_->sinks() == 0)
+    if (!source_ || source_->sinks() == 0) {
         return;
+    }
     events_.push_back([this, event, only, arguments = std::move(arguments)] {
-        if (!source_)
+        if (!source_) {
             return;
+        }
         // Held: the root ends when its last sink lets go of it in the call.
         const Ptr<IDispatch> root(objects_.at({Kind::root, this}));
         source_->fire(event, arguments(), only);
@@ -650,8 +671,9 @@ void Automation::introduce(DWORD listener) noexcept {
 }
 
 void Automation::deliverEvents() {
-    if (std::exchange(delivering_, true))
+    if (std::exchange(delivering_, true)) {
         return;
+    }
     while (!events_.empty()) {
         const auto event = std::move(events_.front());
         events_.pop_front();

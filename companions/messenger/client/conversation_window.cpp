@@ -73,8 +73,9 @@ bool atEnd(HWND edit) {
     SCROLLINFO info{};
     info.cbSize = sizeof info;
     info.fMask = SIF_ALL;
-    if (!GetScrollInfo(edit, SB_VERT, &info) || info.nMax <= 0)
+    if (!GetScrollInfo(edit, SB_VERT, &info) || info.nMax <= 0) {
         return true;
+    }
     return info.nPos + static_cast<int>(info.nPage) >= info.nMax - px(24);
 }
 
@@ -106,10 +107,12 @@ void ConversationWindow::build() {
     people_ = child(L"ListBox", L"",
                     WS_TABSTOP | WS_VSCROLL | LBS_OWNERDRAWFIXED | LBS_HASSTRINGS | LBS_NOINTEGRALHEIGHT, id_people);
     invite_ = child(L"Button", L"&Invite", WS_TABSTOP, id_invite);
-    for (const HWND control : {history_, input_, send_, as_, people_, invite_})
+    for (const HWND control : {history_, input_, send_, as_, people_, invite_}) {
         SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font_.get()), TRUE);
-    for (const HWND edit : {history_, input_})
+    }
+    for (const HWND edit : {history_, input_}) {
         SendMessageW(edit, EM_EXLIMITTEXT, 0, 0x7FFFFFFE);
+    }
     SendMessageW(history_, EM_SETUNDOLIMIT, 0, 0);
     // What other programs put in is never taken for formatted text.
     SendMessageW(input_, EM_SETTEXTMODE, TM_PLAINTEXT, 0);
@@ -154,8 +157,9 @@ void ConversationWindow::paint() {
     fillBand(dc, band);
     fill(dc, rest, color::face);
     for (const HWND control : {history_, input_, people_}) {
-        if (!IsWindowVisible(control))
+        if (!IsWindowVisible(control)) {
             continue;
+        }
         RECT edge = placeIn(handle(), control);
         // The scroll bar of a text stands at the frame.
         const int inset = control == people_ ? 1 : px(padding);
@@ -167,8 +171,9 @@ void ConversationWindow::paint() {
     std::u16string names;
     for (const ContactPtr& contact : conversation_->participants()) {
         names += (names.empty() ? u"" : u", ") + contact->friendly;
-        if (names.size() > 500)
+        if (names.size() > 500) {
             break;
+        }
     }
     RECT line = band;
     line.left += px(margin + 4);
@@ -191,8 +196,9 @@ void ConversationWindow::paint() {
 void ConversationWindow::drawParticipant(const DRAWITEMSTRUCT& item) {
     const auto& all = conversation_->participants();
     fill(item.hDC, item.rcItem, item.itemState & ODS_SELECTED ? color::chosen : color::field);
-    if (item.itemID >= all.size())
+    if (item.itemID >= all.size()) {
         return;
+    }
     const Contact& contact = *all[item.itemID];
     RECT place = item.rcItem;
     const int size = px(26);
@@ -200,8 +206,9 @@ void ConversationWindow::drawParticipant(const DRAWITEMSTRUCT& item) {
     drawAvatar(item.hDC, bold_.get(), avatar, contact);
     place.left = avatar.right + px(8);
     drawText(item.hDC, font_.get(), color::text, contact.friendly, place, DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS);
-    if (item.itemState & ODS_FOCUS)
+    if (item.itemState & ODS_FOCUS) {
         DrawFocusRect(item.hDC, &item.rcItem);
+    }
 }
 
 void ConversationWindow::showPeople() {
@@ -210,16 +217,18 @@ void ConversationWindow::showPeople() {
                                   ? writers_[static_cast<std::size_t>(selected)]
                                   : client_.me();
     writers_.clear();
-    if (client_.me())
+    if (client_.me()) {
         writers_.push_back(client_.me());
+    }
     std::u16string title;
     SendMessageW(people_, WM_SETREDRAW, FALSE, 0);
     SendMessageW(people_, LB_RESETCONTENT, 0, 0);
     for (const ContactPtr& contact : conversation_->participants()) {
         writers_.push_back(contact);
         SendMessageW(people_, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(wide(contact->friendly)));
-        if (title.size() < 200)
+        if (title.size() < 200) {
             title += (title.empty() ? u"" : u", ") + contact->friendly;
+        }
     }
     SendMessageW(people_, WM_SETREDRAW, TRUE, 0);
     SendMessageW(as_, CB_RESETCONTENT, 0, 0);
@@ -239,9 +248,9 @@ std::u16string ConversationWindow::broken(std::u16string_view text) {
     std::u16string lines;
     lines.reserve(text.size());
     for (const char16_t unit : text) {
-        if (unit == u'\r' || unit == u'\n')
+        if (unit == u'\r' || unit == u'\n') {
             line_units_ = 0;
-        else if (++line_units_ > longest_line && (unit & 0xFC00) != 0xDC00) {
+        } else if (++line_units_ > longest_line && (unit & 0xFC00) != 0xDC00) {
             lines += u"\r\n";
             line_units_ = 1;
         }
@@ -251,17 +260,20 @@ std::u16string ConversationWindow::broken(std::u16string_view text) {
 }
 
 void ConversationWindow::queue(Style style, std::u16string_view added) {
-    if (added.empty())
+    if (added.empty()) {
         return;
+    }
     const std::u16string lines = broken(added);
     std::u16string_view text = lines;
-    if (queued_.empty())
+    if (queued_.empty()) {
         SetTimer(handle(), show_timer, show_delay, nullptr);
+    }
     while (!text.empty()) {
         std::size_t length = std::min(text.size(), units_at_once);
         // Line ends and surrogate pairs stay whole.
-        if (length < text.size() && (text[length - 1] == u'\r' || (text[length - 1] & 0xFC00) == 0xD800))
+        if (length < text.size() && (text[length - 1] == u'\r' || (text[length - 1] & 0xFC00) == 0xD800)) {
             --length;
+        }
         queued_.push_back({style, std::u16string(text.substr(0, length))});
         text.remove_prefix(length);
     }
@@ -278,14 +290,17 @@ void ConversationWindow::showQueued() {
         append(queued_.front());
         queued_.pop_front();
     }
-    if (selection.cpMin != selection.cpMax)
+    if (selection.cpMin != selection.cpMax) {
         SendMessageW(history_, EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&selection));
+    }
     SendMessageW(history_, WM_SETREDRAW, TRUE, 0);
-    if (follow)
+    if (follow) {
         SendMessageW(history_, WM_VSCROLL, SB_BOTTOM, 0);
+    }
     RedrawWindow(history_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME);
-    if (!queued_.empty())
+    if (!queued_.empty()) {
         PostMessageW(handle(), show_queued, 0, 0);
+    }
 }
 
 void ConversationWindow::append(const Piece& piece) {
@@ -310,8 +325,9 @@ void ConversationWindow::append(const Piece& piece) {
 void ConversationWindow::changed(const Change& change) {
     switch (change.kind) {
     case Change::Kind::said:
-        if (change.conversation == conversation_)
+        if (change.conversation == conversation_) {
             name_units_ = change.contact->friendly.size() + std::u16string_view(u"\r\n says:").size();
+        }
         break;
     case Change::Kind::text_appended:
         if (change.conversation == conversation_) {
@@ -322,13 +338,15 @@ void ConversationWindow::changed(const Change& change) {
         break;
     case Change::Kind::window_joined:
     case Change::Kind::window_left:
-        if (change.conversation == conversation_)
+        if (change.conversation == conversation_) {
             showPeople();
+        }
         break;
     case Change::Kind::contact_renamed:
     case Change::Kind::contact_status:
-        if (conversation_->has(*change.contact))
+        if (conversation_->has(*change.contact)) {
             showPeople();
+        }
         break;
     case Change::Kind::my_name:
         showPeople();
@@ -340,8 +358,9 @@ void ConversationWindow::changed(const Change& change) {
 
 void ConversationWindow::send() {
     const auto selected = static_cast<std::size_t>(SendMessageW(as_, CB_GETCURSEL, 0, 0));
-    if (selected >= writers_.size())
+    if (selected >= writers_.size()) {
         return;
+    }
     const std::u16string text = windowText(input_);
     SetWindowTextW(input_, L"");
     client_.say(conversation_, writers_[selected], text);
@@ -351,14 +370,16 @@ void ConversationWindow::chooseGuest() {
     guests_.clear();
     const HMENU menu = CreatePopupMenu();
     for (const ContactPtr& contact : client_.contacts()) {
-        if (conversation_->has(*contact) || guests_.size() == most_guests)
+        if (conversation_->has(*contact) || guests_.size() == most_guests) {
             continue;
+        }
         const std::u16string name = murmelix::replaceAll(contact->friendly.substr(0, 60), u"&", u"&&");
         AppendMenuW(menu, MF_STRING, static_cast<UINT_PTR>(id_guest) + guests_.size(), wide(name));
         guests_.push_back(contact);
     }
-    if (guests_.empty())
+    if (guests_.empty()) {
         AppendMenuW(menu, MF_STRING | MF_GRAYED, 0, L"Everybody of your list is here");
+    }
     RECT button{};
     GetWindowRect(invite_, &button);
     TrackPopupMenu(menu, TPM_LEFTALIGN | TPM_BOTTOMALIGN, button.left, button.top, 0, handle(), nullptr);
@@ -367,8 +388,9 @@ void ConversationWindow::chooseGuest() {
 
 void ConversationWindow::removeParticipant() {
     const LRESULT row = SendMessageW(people_, LB_GETCURSEL, 0, 0);
-    if (row >= 0 && static_cast<std::size_t>(row) < conversation_->participants().size())
+    if (row >= 0 && static_cast<std::size_t>(row) < conversation_->participants().size()) {
         client_.leave(conversation_, ContactPtr(conversation_->participants()[static_cast<std::size_t>(row)]));
+    }
 }
 
 void ConversationWindow::participantMenu(POINT at) {
@@ -380,8 +402,9 @@ void ConversationWindow::participantMenu(POINT at) {
                HIWORD(row) == 0) {
         SendMessageW(people_, LB_SETCURSEL, LOWORD(row), 0);
     }
-    if (SendMessageW(people_, LB_GETCURSEL, 0, 0) < 0)
+    if (SendMessageW(people_, LB_GETCURSEL, 0, 0) < 0) {
         return;
+    }
     const HMENU menu = CreatePopupMenu();
     AppendMenuW(menu, MF_STRING, id_leave, L"&Leaves the conversation");
     TrackPopupMenu(menu, TPM_LEFTALIGN, at.x, at.y, 0, handle(), nullptr);
@@ -390,26 +413,30 @@ void ConversationWindow::participantMenu(POINT at) {
 
 LRESULT CALLBACK ConversationWindow::inputProcedure(HWND input, UINT message, WPARAM wparam, LPARAM lparam, UINT_PTR,
                                                     DWORD_PTR self) {
-    if (message == WM_GETDLGCODE)
+    if (message == WM_GETDLGCODE) {
         return DLGC_WANTARROWS | DLGC_WANTCHARS | DLGC_HASSETSEL;
+    }
     if (message == WM_KEYDOWN && wparam == VK_RETURN) {
-        if (GetKeyState(VK_SHIFT) < 0)
+        if (GetKeyState(VK_SHIFT) < 0) {
             SendMessageW(input, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(L"\r\n"));
-        else
+        } else {
             PostMessageW(reinterpret_cast<ConversationWindow*>(self)->handle(), WM_COMMAND,
                          MAKEWPARAM(id_send, BN_CLICKED), 0);
+        }
         return 0;
     }
-    if (message == WM_CHAR && wparam == L'\r')
+    if (message == WM_CHAR && wparam == L'\r') {
         return 0;
+    }
     return DefSubclassProc(input, message, wparam, lparam);
 }
 
 LRESULT ConversationWindow::message(UINT message, WPARAM wparam, LPARAM lparam) {
     switch (message) {
     case WM_SIZE:
-        if (people_)
+        if (people_) {
             arrange();
+        }
         return 0;
     case WM_GETMINMAXINFO:
         reinterpret_cast<MINMAXINFO*>(lparam)->ptMinTrackSize = {px(300), px(280)};
@@ -428,20 +455,22 @@ LRESULT ConversationWindow::message(UINT message, WPARAM wparam, LPARAM lparam) 
     case DM_GETDEFID:
         return MAKELRESULT(GetFocus() == invite_ ? id_invite : id_send, DC_HASDEFID);
     case WM_COMMAND:
-        if (LOWORD(wparam) == id_send && HIWORD(wparam) == BN_CLICKED)
+        if (LOWORD(wparam) == id_send && HIWORD(wparam) == BN_CLICKED) {
             send();
-        else if (LOWORD(wparam) == IDCANCEL)
+        } else if (LOWORD(wparam) == IDCANCEL) {
             PostMessageW(handle(), WM_CLOSE, 0, 0);
-        else if (LOWORD(wparam) == id_invite && HIWORD(wparam) == BN_CLICKED)
+        } else if (LOWORD(wparam) == id_invite && HIWORD(wparam) == BN_CLICKED) {
             chooseGuest();
-        else if (LOWORD(wparam) == id_leave)
+        } else if (LOWORD(wparam) == id_leave) {
             removeParticipant();
-        else if (LOWORD(wparam) >= id_guest && LOWORD(wparam) - id_guest < static_cast<int>(guests_.size()))
+        } else if (LOWORD(wparam) >= id_guest && LOWORD(wparam) - id_guest < static_cast<int>(guests_.size())) {
             client_.join(conversation_, ContactPtr(guests_[static_cast<std::size_t>(LOWORD(wparam) - id_guest)]));
+        }
         return 0;
     case WM_CONTEXTMENU:
-        if (reinterpret_cast<HWND>(wparam) != people_)
+        if (reinterpret_cast<HWND>(wparam) != people_) {
             return defaultMessage(message, wparam, lparam);
+        }
         participantMenu({GET_X_LPARAM(lparam), GET_Y_LPARAM(lparam)});
         return 0;
     case WM_TIMER:

@@ -28,8 +28,9 @@ std::vector<std::u16string> commandLine() {
     int count = 0;
     LPWSTR* const raw = CommandLineToArgvW(GetCommandLineW(), &count);
     std::vector<std::u16string> arguments;
-    for (int i = 1; i < count; ++i)
+    for (int i = 1; i < count; ++i) {
         arguments.emplace_back(murmelix::com::narrow(raw[i], std::wcslen(raw[i])));
+    }
     LocalFree(raw);
     return arguments;
 }
@@ -50,14 +51,16 @@ int registerAutomation() {
 // Exit status: 0, or the Result of the command.
 int send(const std::u16string& command) {
     const HWND running = FindWindowW(main_class, nullptr);
-    if (!running)
+    if (!running) {
         return status_no_client;
+    }
     std::string line = murmelix::toUtf8(command);
     COPYDATASTRUCT data{control_message, static_cast<DWORD>(line.size()), line.data()};
     DWORD_PTR result = 0;
     if (!SendMessageTimeoutW(running, WM_COPYDATA, 0, reinterpret_cast<LPARAM>(&data), SMTO_ABORTIFHUNG, 10000,
-                             &result))
+                             &result)) {
         return status_no_client;
+    }
     return result == static_cast<DWORD_PTR>(Result::done) ? 0 : static_cast<int>(result);
 }
 

@@ -72,9 +72,10 @@ void addMenu(HMENU menu, HMENU below, const wchar_t* text) {
 
 HMENU statusMenu(Status current) {
     const HMENU menu = CreatePopupMenu();
-    for (const Status status : chosen_statuses)
+    for (const Status status : chosen_statuses) {
         add(menu, id_status + static_cast<int>(status), wide(std::u16string(nameOf(status))),
             status == current ? MF_CHECKED : 0);
+    }
     return menu;
 }
 
@@ -115,18 +116,21 @@ HMENU mainMenu() {
 }
 
 std::u16string mailText(long count) {
-    if (count < 0)
+    if (count < 0) {
         return u"No mailbox";
-    if (count == 0)
+    }
+    if (count == 0) {
         return u"No new mail";
+    }
     return murmelix::toText(count) + (count == 1 ? u" new mail" : u" new mails");
 }
 
 std::u16string faultText(long result) {
     constexpr std::u16string_view digits = u"0123456789ABCDEF";
     std::u16string code;
-    for (int shift = 28; shift >= 0; shift -= 4)
+    for (int shift = 28; shift >= 0; shift -= 4) {
         code += digits[(static_cast<unsigned long>(result) >> shift) & 15];
+    }
     return u"You could not be signed in. Please try again. (" + code + u")";
 }
 
@@ -145,15 +149,17 @@ void MainWindow::build() {
     std::array keys{ACCEL{FVIRTKEY, VK_F2, id_rename}, ACCEL{FVIRTKEY | FCONTROL, 'N', id_add},
                     ACCEL{FVIRTKEY | FCONTROL, 'H', id_hide}, ACCEL{FVIRTKEY | FCONTROL, 'Q', id_exit}};
     accelerators_.reset(CreateAcceleratorTableW(keys.data(), static_cast<int>(keys.size())));
-    for (const int id : {id_name, id_my_status, id_mail})
+    for (const int id : {id_name, id_my_status, id_mail}) {
         child(L"Button", L"", WS_TABSTOP | BS_OWNERDRAW, id);
+    }
     child(L"Edit", L"", ES_AUTOHSCROLL, id_rename_field, WS_EX_CLIENTEDGE);
     child(L"ListBox", L"",
           WS_TABSTOP | WS_VSCROLL | LBS_OWNERDRAWFIXED | LBS_HASSTRINGS | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT,
           id_contacts);
     child(L"Static", L"Nobody is in your list yet. Add somebody with Ctrl+N.", SS_NOPREFIX | SS_CENTER, id_empty);
-    for (const int id : {id_name, id_my_status, id_mail, id_rename_field, id_contacts, id_empty})
+    for (const int id : {id_name, id_my_status, id_mail, id_rename_field, id_contacts, id_empty}) {
         SendMessageW(of(id), WM_SETFONT, reinterpret_cast<WPARAM>(font_.get()), FALSE);
+    }
     SendMessageW(of(id_contacts), LB_SETITEMHEIGHT, 0, px(row_height));
     page_.emplace(handle(), font_.get(), client_.accounts(),
                   SignInPage::Hooks{.sign_in = [this](const auto& request) { hooks_.sign_in(request); },
@@ -238,21 +244,24 @@ void MainWindow::drawBandButton(const DRAWITEMSTRUCT& item) {
 
 void MainWindow::showBand() {
     const ContactPtr& me = client_.me();
-    if (!me)
+    if (!me) {
         return;
+    }
     constexpr std::size_t shown = 200; // units of a name: more does not fit
     setWindowText(of(id_name), me->friendly.substr(0, shown));
     const std::u16string_view status = nameOf(me->status);
     setWindowText(of(id_my_status), status.empty() ? u"Unknown" : status);
     setWindowText(of(id_mail), mailText(client_.unread()));
     setWindowText(handle(), me->friendly.substr(0, shown) + u" - Messenger");
-    for (const int id : {id_name, id_my_status, id_mail})
+    for (const int id : {id_name, id_my_status, id_mail}) {
         InvalidateRect(of(id), nullptr, FALSE);
+    }
     const RECT band{0, 0, 32000, px(band_height)};
     InvalidateRect(handle(), &band, FALSE);
-    for (const Status status_of_menu : chosen_statuses)
+    for (const Status status_of_menu : chosen_statuses) {
         CheckMenuItem(GetMenu(handle()), static_cast<UINT>(id_status + static_cast<int>(status_of_menu)),
                       MF_BYCOMMAND | (me->status == status_of_menu ? MF_CHECKED : MF_UNCHECKED));
+    }
     showTrayIcon();
 }
 
@@ -264,11 +273,13 @@ void MainWindow::showContacts() {
     for (const bool here : {true, false}) {
         std::vector<ContactPtr> group;
         for (const ContactPtr& contact : client_.contacts()) {
-            if (isHere(*contact) == here)
+            if (isHere(*contact) == here) {
                 group.push_back(contact);
+            }
         }
-        if (group.empty())
+        if (group.empty()) {
             continue;
+        }
         std::stable_sort(group.begin(), group.end(), [](const ContactPtr& a, const ContactPtr& b) {
             return murmelix::toLower(a->friendly) < murmelix::toLower(b->friendly);
         });
@@ -282,12 +293,14 @@ void MainWindow::showContacts() {
     }
     SendMessageW(list, WM_SETREDRAW, FALSE, 0);
     SendMessageW(list, LB_RESETCONTENT, 0, 0);
-    for (std::size_t i = 0; i < rows_.size(); ++i)
+    for (std::size_t i = 0; i < rows_.size(); ++i) {
         SendMessageW(list, LB_ADDSTRING, 0,
                      reinterpret_cast<LPARAM>(wide(rows_[i] ? rows_[i]->friendly : headings_[i])));
+    }
     const auto chosen = before ? std::find(rows_.begin(), rows_.end(), before) : rows_.end();
-    if (chosen != rows_.end())
+    if (chosen != rows_.end()) {
         SendMessageW(list, LB_SETCURSEL, static_cast<WPARAM>(chosen - rows_.begin()), 0);
+    }
     SendMessageW(list, WM_SETREDRAW, TRUE, 0);
     InvalidateRect(list, nullptr, TRUE);
     const bool in = client_.signedIn();
@@ -296,8 +309,9 @@ void MainWindow::showContacts() {
 }
 
 void MainWindow::drawContact(const DRAWITEMSTRUCT& item) {
-    if (item.itemID >= rows_.size())
+    if (item.itemID >= rows_.size()) {
         return;
+    }
     const ContactPtr& contact = rows_[item.itemID];
     RECT place = item.rcItem;
     fill(item.hDC, place, contact && (item.itemState & ODS_SELECTED) ? color::chosen : color::field);
@@ -319,50 +333,60 @@ void MainWindow::drawContact(const DRAWITEMSTRUCT& item) {
     line.top = line.bottom - px(1);
     line.bottom = place.bottom - px(3);
     drawText(item.hDC, font_.get(), color::soft_text, nameOf(contact->status), line, DT_SINGLELINE | DT_VCENTER);
-    if (item.itemState & ODS_FOCUS)
+    if (item.itemState & ODS_FOCUS) {
         DrawFocusRect(item.hDC, &item.rcItem);
+    }
 }
 
 void MainWindow::showState() {
     const bool in = client_.signedIn();
     const HWND had_focus = GetFocus();
     endRenaming(false);
-    for (const int id : {id_name, id_my_status, id_mail})
+    for (const int id : {id_name, id_my_status, id_mail}) {
         ShowWindow(of(id), in ? SW_SHOW : SW_HIDE);
+    }
     page_->show(in                                        ? SignInPage::State::hidden
                 : client_.stage() == Stage::connecting    ? SignInPage::State::connecting
                 : client_.stage() == Stage::synchronising ? SignInPage::State::synchronising
                                                           : SignInPage::State::form);
-    if (client_.signingIn())
+    if (client_.signingIn()) {
         SetTimer(handle(), turn_timer, turn_time, nullptr);
-    else
+    } else {
         KillTimer(handle(), turn_timer);
-    if (!in)
+    }
+    if (!in) {
         setWindowText(handle(), client_.signingIn() ? u"Signing in - Messenger" : u"Messenger");
-    if (!in && add_contact_)
+    }
+    if (!in && add_contact_) {
         ShowWindow(add_contact_->handle(), SW_HIDE);
+    }
     const HMENU bar = GetMenu(handle());
     const UINT enabled = in ? MF_ENABLED : MF_GRAYED;
-    for (const int id : {id_sign_out, id_rename})
+    for (const int id : {id_sign_out, id_rename}) {
         EnableMenuItem(bar, static_cast<UINT>(id), MF_BYCOMMAND | enabled);
-    for (const int place : {contact_menu, mail_menu})
+    }
+    for (const int place : {contact_menu, mail_menu}) {
         EnableMenuItem(bar, static_cast<UINT>(place), MF_BYPOSITION | enabled);
-    for (const Status status : chosen_statuses)
+    }
+    for (const Status status : chosen_statuses) {
         EnableMenuItem(bar, static_cast<UINT>(id_status + static_cast<int>(status)), MF_BYCOMMAND | enabled);
+    }
     DrawMenuBar(handle());
     showBand();
     showContacts();
     showTrayIcon();
     arrange();
     // The keyboard stays in the window, on something that is still there.
-    if (had_focus && (had_focus == handle() || IsChild(handle(), had_focus)))
+    if (had_focus && (had_focus == handle() || IsChild(handle(), had_focus))) {
         SetFocus(handle());
+    }
     RedrawWindow(handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
 }
 
 void MainWindow::showTrayIcon() {
-    if (!tray_.shown())
+    if (!tray_.shown()) {
         return;
+    }
     const ContactPtr& me = client_.me();
     tray_.show(handle(), tray_message,
                me ? u"Messenger - " + me->friendly.substr(0, 60) + u", " + std::u16string(nameOf(me->status))
@@ -374,8 +398,9 @@ void MainWindow::changed(const Change& change) {
     case Change::Kind::signed_in:
         page_->tellFault(change.number < 0 && change.number != signin_cancelled ? faultText(change.number)
                                                                                 : std::u16string());
-        if (change.number < 0)
+        if (change.number < 0) {
             page_->propose(signing_in_.signin);
+        }
         showState();
         break;
     case Change::Kind::signed_out:
@@ -413,20 +438,23 @@ void MainWindow::accountsChanged() {
 
 void MainWindow::fillAccountMenu() {
     const HMENU menu = GetSubMenu(GetSubMenu(GetMenu(handle()), file_menu), account_menu);
-    while (DeleteMenu(menu, 0, MF_BYPOSITION))
+    while (DeleteMenu(menu, 0, MF_BYPOSITION)) {
         continue;
+    }
     switchable_.clear();
     for (const Account& account : client_.accounts().all()) {
-        if (!account.remembered || switchable_.size() == switch_rows)
+        if (!account.remembered || switchable_.size() == switch_rows) {
             continue;
+        }
         const bool current = client_.me() && client_.me()->signin == account.signin;
         const int id = id_switch + static_cast<int>(switchable_.size());
         switchable_.push_back(account.signin);
         const std::u16string text = murmelix::replaceAll(account.signin.substr(0, 60), u"&", u"&&");
         add(menu, id, wide(text), current ? MF_CHECKED : 0);
     }
-    if (!switchable_.empty())
+    if (!switchable_.empty()) {
         addLine(menu);
+    }
     add(menu, id_other_account, L"A&nother account…");
 }
 
@@ -447,8 +475,9 @@ void MainWindow::hide() {
 
 void MainWindow::askSignIn() {
     show();
-    if (client_.signedIn())
+    if (client_.signedIn()) {
         return;
+    }
     page_->focus();
 }
 
@@ -471,8 +500,9 @@ ContactPtr MainWindow::selected() const {
 
 void MainWindow::openSelected() {
     const ContactPtr contact = selected();
-    if (!contact || !client_.signedIn())
+    if (!contact || !client_.signedIn()) {
         return;
+    }
     const auto conversation = client_.openWith(contact);
     SetForegroundWindow(reinterpret_cast<HWND>(conversation->window()));
 }
@@ -497,11 +527,13 @@ void MainWindow::contactMenu(POINT at) {
         POINT inside = at;
         ScreenToClient(list, &inside);
         const LRESULT row = SendMessageW(list, LB_ITEMFROMPOINT, 0, MAKELPARAM(inside.x, inside.y));
-        if (HIWORD(row) == 0)
+        if (HIWORD(row) == 0) {
             SendMessageW(list, LB_SETCURSEL, LOWORD(row), 0);
+        }
     }
-    if (!selected())
+    if (!selected()) {
         return;
+    }
     const HMENU menu = CreatePopupMenu();
     add(menu, id_open, L"Send an instant &message");
     add(menu, id_remove, L"&Remove from the list");
@@ -530,8 +562,9 @@ void MainWindow::trayMenu() {
 }
 
 void MainWindow::beginRenaming() {
-    if (!client_.signedIn())
+    if (!client_.signedIn()) {
         return;
+    }
     renaming_ = true;
     const HWND field = of(id_rename_field);
     setWindowText(field, client_.me()->friendly);
@@ -547,56 +580,67 @@ void MainWindow::endRenaming(bool take) {
     const HWND field = of(id_rename_field);
     const bool had_keyboard = GetFocus() == field;
     ShowWindow(field, SW_HIDE);
-    if (!was_renaming)
+    if (!was_renaming) {
         return;
+    }
     ShowWindow(of(id_name), client_.signedIn() ? SW_SHOW : SW_HIDE);
-    if (had_keyboard)
+    if (had_keyboard) {
         SetFocus(of(id_contacts));
+    }
     const std::u16string name(murmelix::trim(windowText(field)));
-    if (take && !name.empty())
+    if (take && !name.empty()) {
         client_.setMyName(name);
+    }
 }
 
 void MainWindow::enter() {
     const HWND focus = GetFocus();
-    if (page_->command(IDOK, BN_CLICKED))
+    if (page_->command(IDOK, BN_CLICKED)) {
         return;
-    if (focus == of(id_rename_field))
+    }
+    if (focus == of(id_rename_field)) {
         endRenaming(true);
-    else if (focus == of(id_name) || focus == of(id_my_status) || focus == of(id_mail))
+    } else if (focus == of(id_name) || focus == of(id_my_status) || focus == of(id_mail)) {
         command(GetDlgCtrlID(focus), BN_CLICKED);
-    else
+    } else {
         openSelected();
+    }
 }
 
 void MainWindow::command(int id, int code) {
     const bool is_notice = id == id_rename_field || id == id_friendly || (id == id_signin && code != CBN_SELCHANGE);
     // Not the notices that the fields give when they are filled in.
-    if (!is_notice && (code == BN_CLICKED || code == 1 || id == id_contacts))
+    if (!is_notice && (code == BN_CLICKED || code == 1 || id == id_contacts)) {
         hooks_.user_acts();
-    if (id == IDOK)
+    }
+    if (id == IDOK) {
         return enter();
-    if (page_->command(id, code))
+    }
+    if (page_->command(id, code)) {
         return;
+    }
     switch (id) {
     case IDCANCEL:
         endRenaming(false);
         break;
     case id_contacts:
-        if (code == LBN_DBLCLK)
+        if (code == LBN_DBLCLK) {
             openSelected();
+        }
         break;
     case id_rename_field:
-        if (code == EN_KILLFOCUS && renaming_)
+        if (code == EN_KILLFOCUS && renaming_) {
             endRenaming(true);
+        }
         break;
     case id_name:
     case id_rename:
         beginRenaming();
         break;
     case id_my_status:
-        if (client_.signedIn())
+        if (client_.signedIn()) {
             openMenu(statusMenu(client_.me()->status), id_my_status);
+        }
         break;
     case id_mail:
         openMenu(mailMenu(), id_mail);
@@ -611,14 +655,16 @@ void MainWindow::command(int id, int code) {
         openSelected();
         break;
     case id_add:
-        if (!client_.signedIn())
+        if (!client_.signedIn()) {
             break;
+        }
         if (!add_contact_) {
             add_contact_ = std::make_unique<AddContactWindow>(
                 handle(), [this](const std::u16string& signin, const std::u16string& name) -> std::u16string_view {
-                    if (client_.find(signin))
+                    if (client_.find(signin)) {
                         return client_.find(signin) == client_.me() ? u"That is your own sign-in name."
                                                                     : u"This contact is in your list already.";
+                    }
                     client_.addContact(signin, name.empty() ? shortName(signin) : std::u16string_view(name));
                     return {};
                 });
@@ -626,8 +672,9 @@ void MainWindow::command(int id, int code) {
         add_contact_->show();
         break;
     case id_remove:
-        if (const ContactPtr contact = selected())
+        if (const ContactPtr contact = selected()) {
             client_.removeContact(contact);
+        }
         break;
     case id_sign_out:
         client_.signOut();
@@ -656,16 +703,18 @@ void MainWindow::command(int id, int code) {
             L"About", MB_ICONINFORMATION);
         break;
     default:
-        if (id >= id_switch && static_cast<std::size_t>(id - id_switch) < switchable_.size())
+        if (id >= id_switch && static_cast<std::size_t>(id - id_switch) < switchable_.size()) {
             hooks_.switch_to(std::u16string(switchable_[static_cast<std::size_t>(id - id_switch)]));
-        else if (id > id_status && id < id_switch && isChosen(static_cast<Status>(id - id_status)))
+        } else if (id > id_status && id < id_switch && isChosen(static_cast<Status>(id - id_status))) {
             client_.setMyStatus(static_cast<Status>(id - id_status));
+        }
     }
 }
 
 LRESULT MainWindow::message(UINT message, WPARAM wparam, LPARAM lparam) {
-    if (!built_)
+    if (!built_) {
         return defaultMessage(message, wparam, lparam);
+    }
     if (message == taskbar_made_ && tray_.shown()) {
         tray_.forget();
         hide();
@@ -697,24 +746,27 @@ LRESULT MainWindow::message(UINT message, WPARAM wparam, LPARAM lparam) {
         return TRUE;
     }
     case WM_SETFOCUS:
-        if (client_.signedIn())
+        if (client_.signedIn()) {
             SetFocus(of(rows_.empty() ? id_my_status : id_contacts));
-        else
+        } else {
             page_->focus();
+        }
         return 0;
     case WM_INITMENUPOPUP:
         fillAccountMenu();
         CheckMenuItem(GetMenu(handle()), id_keep_running, MF_BYCOMMAND | (keepsRunning() ? MF_CHECKED : MF_UNCHECKED));
         return 0;
     case WM_CONTEXTMENU:
-        if (reinterpret_cast<HWND>(wparam) == of(id_contacts))
+        if (reinterpret_cast<HWND>(wparam) == of(id_contacts)) {
             contactMenu({GET_X_LPARAM(lparam), GET_Y_LPARAM(lparam)});
+        }
         return 0;
     case tray_message:
-        if (lparam == WM_LBUTTONUP || lparam == WM_LBUTTONDBLCLK)
+        if (lparam == WM_LBUTTONUP || lparam == WM_LBUTTONDBLCLK) {
             show();
-        else if (lparam == WM_RBUTTONUP)
+        } else if (lparam == WM_RBUTTONUP) {
             trayMenu();
+        }
         return 0;
     case DM_GETDEFID:
         return MAKELRESULT(IDOK, DC_HASDEFID);
@@ -723,8 +775,9 @@ LRESULT MainWindow::message(UINT message, WPARAM wparam, LPARAM lparam) {
         return 0;
     case WM_COPYDATA: {
         const auto* data = reinterpret_cast<const COPYDATASTRUCT*>(lparam);
-        if (!data || data->dwData != control_message || (data->cbData && !data->lpData))
+        if (!data || data->dwData != control_message || (data->cbData && !data->lpData)) {
             return 0;
+        }
         return hooks_.command({static_cast<const char*>(data->lpData), data->cbData});
     }
     case deliver_message:
@@ -742,8 +795,9 @@ LRESULT MainWindow::message(UINT message, WPARAM wparam, LPARAM lparam) {
         keepsRunning() ? hide() : hooks_.quit();
         return 0;
     case WM_ENDSESSION:
-        if (wparam)
+        if (wparam) {
             hooks_.quit();
+        }
         return 0;
     default:
         return defaultMessage(message, wparam, lparam);

@@ -68,8 +68,9 @@ SignInPage::SignInPage(HWND parent, HFONT font, const Accounts& accounts, Hooks 
         id_note);
     add(L"Static", L"", SS_NOPREFIX | SS_CENTER, id_progress);
     add(L"Button", L"Cancel", WS_TABSTOP, id_cancel);
-    for (const Status status : chosen_statuses)
+    for (const Status status : chosen_statuses) {
         SendMessageW(of(id_as_status), CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(wide(std::u16string(nameOf(status)))));
+    }
 }
 
 void SignInPage::show(State state) {
@@ -77,35 +78,42 @@ void SignInPage::show(State state) {
     const bool progress = state == State::connecting || state == State::synchronising;
     const HWND had_focus = GetFocus();
     state_ = state;
-    if (progress)
+    if (progress) {
         setWindowText(of(id_progress), state == State::connecting ? u"Connecting …" : u"Fetching your contacts …");
-    for (const int id : form_controls)
+    }
+    for (const int id : form_controls) {
         ShowWindow(of(id), form ? SW_SHOW : SW_HIDE);
-    for (const int id : progress_controls)
+    }
+    for (const int id : progress_controls) {
         ShowWindow(of(id), progress ? SW_SHOW : SW_HIDE);
+    }
     // A hidden control would keep the keyboard to itself.
-    if (had_focus && IsChild(parent_, had_focus) && !IsWindowVisible(had_focus))
+    if (had_focus && IsChild(parent_, had_focus) && !IsWindowVisible(had_focus)) {
         SetFocus(parent_);
+    }
 }
 
 void SignInPage::focus() {
-    if (state_ == State::form)
+    if (state_ == State::form) {
         SetFocus(of(typedName().empty() ? id_signin : id_sign_in));
-    else
+    } else {
         SetFocus(of(id_cancel));
+    }
 }
 
 void SignInPage::propose(std::u16string_view signin) {
-    if (!signin.empty() && murmelix::sameText(typedName(), signin, murmelix::LetterCase::ignored))
+    if (!signin.empty() && murmelix::sameText(typedName(), signin, murmelix::LetterCase::ignored)) {
         return; // what was filled in stays
+    }
     const Account* last = accounts_.all().empty() ? nullptr : &accounts_.all().front();
     const Account* account = signin.empty() ? last : accounts_.find(signin);
-    if (account)
+    if (account) {
         fillIn(*account);
-    else if (signin.empty() && typedName().empty())
+    } else if (signin.empty() && typedName().empty()) {
         fillIn(Account{std::u16string(demo_account.signin), std::u16string(demo_account.friendly)});
-    else
+    } else {
         nameChanged(typedName());
+    }
 }
 
 void SignInPage::fillIn(const Account& account) {
@@ -125,8 +133,9 @@ void SignInPage::accountsChanged() {
     SendMessageW(list, WM_SETREDRAW, FALSE, 0);
     SendMessageW(list, CB_RESETCONTENT, 0, 0);
     for (const Account& account : accounts_.all()) {
-        if (account.remembered)
+        if (account.remembered) {
             SendMessageW(list, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(wide(account.signin)));
+        }
     }
     setWindowText(list, typed);
     SendMessageW(list, WM_SETREDRAW, TRUE, 0);
@@ -144,8 +153,9 @@ std::u16string SignInPage::typedName() const {
 void SignInPage::nameChanged(const std::u16string& name) {
     const Account* known = accounts_.find(murmelix::trim(name));
     EnableWindow(of(id_forget), known && known->remembered);
-    if (SendMessageW(of(id_as_status), CB_GETCURSEL, 0, 0) < 0)
+    if (SendMessageW(of(id_as_status), CB_GETCURSEL, 0, 0) < 0) {
         SendMessageW(of(id_as_status), CB_SETCURSEL, 0, 0);
+    }
 }
 
 void SignInPage::signIn() {
@@ -158,28 +168,32 @@ void SignInPage::signIn() {
         return;
     }
     const LRESULT row = SendMessageW(of(id_as_status), CB_GETCURSEL, 0, 0);
-    if (row >= 0 && static_cast<std::size_t>(row) < chosen_statuses.size())
+    if (row >= 0 && static_cast<std::size_t>(row) < chosen_statuses.size()) {
         request.status = chosen_statuses[static_cast<std::size_t>(row)];
+    }
     request.automatic = checked(of(id_automatic));
     request.remember = checked(of(id_remember)) || request.automatic;
     hooks_.sign_in(request);
 }
 
 bool SignInPage::command(int id, int code) {
-    if (state_ == State::hidden)
+    if (state_ == State::hidden) {
         return false;
+    }
     switch (id) {
     case IDOK:
     case id_sign_in:
-        if (state_ == State::form)
+        if (state_ == State::form) {
             signIn();
-        else
+        } else {
             hooks_.cancel(); // Enter on the only button
+        }
         return true;
     case IDCANCEL:
     case id_cancel:
-        if (state_ != State::form)
+        if (state_ != State::form) {
             hooks_.cancel();
+        }
         return true;
     case id_signin:
         if (code == CBN_EDITCHANGE) {
@@ -188,30 +202,36 @@ bool SignInPage::command(int id, int code) {
             const LRESULT row = SendMessageW(of(id_signin), CB_GETCURSEL, 0, 0);
             const LRESULT length =
                 row < 0 ? -1 : SendMessageW(of(id_signin), CB_GETLBTEXTLEN, static_cast<WPARAM>(row), 0);
-            if (length < 0)
+            if (length < 0) {
                 return true;
+            }
             std::u16string name(static_cast<std::size_t>(length) + 1, u'\0');
             SendMessageW(of(id_signin), CB_GETLBTEXT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(name.data()));
             name.pop_back();
-            if (const Account* account = accounts_.find(name))
+            if (const Account* account = accounts_.find(name)) {
                 fillIn(*account);
+            }
         }
         return true;
     case id_automatic:
         // What signs in by itself has to be remembered.
-        if (checked(of(id_automatic)))
+        if (checked(of(id_automatic))) {
             check(of(id_remember), true);
+        }
         return true;
     case id_remember:
-        if (!checked(of(id_remember)))
+        if (!checked(of(id_remember))) {
             check(of(id_automatic), false);
+        }
         return true;
     case id_forget:
         hooks_.forget(typedName());
-        for (const int field : {id_signin, id_friendly})
+        for (const int field : {id_signin, id_friendly}) {
             setWindowText(of(field), u"");
-        for (const int box : {id_remember, id_automatic})
+        }
+        for (const int box : {id_remember, id_automatic}) {
             check(of(box), false);
+        }
         SendMessageW(of(id_as_status), CB_SETCURSEL, 0, 0);
         SetFocus(of(id_signin));
         nameChanged({});
@@ -265,8 +285,9 @@ void SignInPage::arrange(const RECT& area) {
 }
 
 void SignInPage::paint(HDC dc, const Contact& who) {
-    if (state_ != State::connecting && state_ != State::synchronising)
+    if (state_ != State::connecting && state_ != State::synchronising) {
         return;
+    }
     const int size = px(picture_size);
     const int middle = (area_.left + area_.right) / 2;
     const int top = area_.top + px(36);

@@ -30,14 +30,16 @@ bool TrayIcon::show(HWND owner, UINT message, std::u16string_view tip) {
     const std::size_t length = std::min(tip.size(), std::size(record.szTip) - 1);
     std::copy_n(tip.begin(), length, record.szTip);
     const bool done = Shell_NotifyIconW(shown() ? NIM_MODIFY : NIM_ADD, &record) != FALSE;
-    if (done)
+    if (done) {
         owner_ = owner;
+    }
     return done;
 }
 
 void TrayIcon::hide() {
-    if (!shown())
+    if (!shown()) {
         return;
+    }
     NOTIFYICONDATAW record = recordFor(owner_);
     Shell_NotifyIconW(NIM_DELETE, &record);
     owner_ = nullptr;

@@ -41,8 +41,9 @@ COLORREF avatarColor(const std::u16string& signin) {
                                              RGB(52, 158, 132), RGB(66, 133, 196), RGB(120, 110, 190),
                                              RGB(184, 94, 160), RGB(128, 116, 100)};
     unsigned sum = 7;
-    for (const char16_t unit : signin)
+    for (const char16_t unit : signin) {
         sum = sum * 31 + unit;
+    }
     return colors[sum % colors.size()];
 }
 
@@ -66,8 +67,9 @@ FontOwner systemFont(int height, int weight) {
     SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
     LOGFONTW font = metrics.lfMessageFont;
     font.lfHeight = MulDiv(font.lfHeight, height, 100);
-    if (weight != FW_NORMAL)
+    if (weight != FW_NORMAL) {
         font.lfWeight = weight;
+    }
     font.lfQuality = CLEARTYPE_QUALITY;
     return FontOwner(CreateFontIndirectW(&font));
 }
@@ -125,9 +127,10 @@ COLORREF mixed(COLORREF from, COLORREF to, int part, int whole) {
 
 void fillBand(HDC dc, const RECT& area) {
     const int height = std::max<int>(area.bottom - area.top, 1);
-    for (int row = 0; row < height; ++row)
+    for (int row = 0; row < height; ++row) {
         fill(dc, {area.left, area.top + row, area.right, area.top + row + 1},
              mixed(color::band_top, color::band_bottom, row, height));
+    }
 }
 
 void drawText(HDC dc, HFONT font, COLORREF with, std::u16string_view text, RECT area, UINT format) {
@@ -150,8 +153,9 @@ int textWidth(HDC dc, HFONT font, std::u16string_view text) {
 
 void drawDownArrow(HDC dc, POINT at, COLORREF with) {
     const int half = px(3);
-    for (int row = 0; row <= half; ++row)
+    for (int row = 0; row <= half; ++row) {
         fill(dc, {at.x + row, at.y - half / 2 + row, at.x + 2 * half + 1 - row, at.y - half / 2 + row + 1}, with);
+    }
 }
 
 void drawDisc(HDC dc, int x, int y, int radius, COLORREF with) {
@@ -179,11 +183,13 @@ void drawAvatar(HDC dc, HFONT font, const RECT& area, const Contact& contact) {
     const auto first = std::find_if(contact.friendly.begin(), contact.friendly.end(), [](char16_t unit) {
         return unit > 0x40 && unit != u'[' && unit != u'_' && unit != u'|';
     });
-    if (first != contact.friendly.end())
+    if (first != contact.friendly.end()) {
         drawText(dc, font, RGB(255, 255, 255), std::u16string(1, murmelix::toUpper(*first)), area,
                  DT_CENTER | DT_VCENTER | DT_SINGLELINE);
-    if (contact.status == Status::unknown)
+    }
+    if (contact.status == Status::unknown) {
         return;
+    }
     const int dot = size * 2 / 5;
     disc(dc, area.right - dot + 1, area.bottom - dot + 1, dot, colorOf(contact.status), RGB(255, 255, 255));
 }
@@ -191,9 +197,10 @@ void drawAvatar(HDC dc, HFONT font, const RECT& area, const Contact& contact) {
 HICON clientIcon(int size) {
     static std::map<int, HICON> icons;
     HICON& icon = icons[size];
-    if (!icon)
+    if (!icon) {
         icon = static_cast<HICON>(
             LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(1), IMAGE_ICON, size, size, LR_DEFAULTCOLOR));
+    }
     return icon ? icon : LoadIconW(nullptr, MAKEINTRESOURCEW(32512)); // of a build without the drawings
 }
 
@@ -212,8 +219,9 @@ Painting::~Painting() {
 }
 
 Window::~Window() {
-    if (!handle_)
+    if (!handle_) {
         return;
+    }
     // The derived part is gone already: its messages are nobody's.
     SetWindowLongPtrW(handle_, GWLP_USERDATA, 0);
     DestroyWindow(handle_);
@@ -232,8 +240,9 @@ void Window::create(const wchar_t* class_name, const wchar_t* title, DWORD style
     RegisterClassExW(&description);
     CreateWindowExW(extended, class_name, title, style, place.left, place.top, place.right - place.left,
                     place.bottom - place.top, owner, nullptr, description.hInstance, this);
-    if (!handle_)
+    if (!handle_) {
         throw std::runtime_error("a window could not be made");
+    }
 }
 
 LRESULT Window::defaultMessage(UINT message, WPARAM wparam, LPARAM lparam) {
@@ -245,10 +254,11 @@ LRESULT Window::defaultMessage(UINT message, WPARAM wparam, LPARAM lparam) {
     }
     case WM_ACTIVATE: {
         const HWND focus = GetFocus();
-        if (LOWORD(wparam) == WA_INACTIVE)
+        if (LOWORD(wparam) == WA_INACTIVE) {
             had_focus_ = IsChild(handle_, focus) ? focus : nullptr;
-        else if (HIWORD(wparam) == 0) // not while it is an icon
+        } else if (HIWORD(wparam) == 0) { // not while it is an icon
             SetFocus(IsChild(handle_, had_focus_) && IsWindowVisible(had_focus_) ? had_focus_ : handle_);
+        }
         return 0;
     }
     default:
@@ -264,8 +274,9 @@ LRESULT CALLBACK Window::procedure(HWND window, UINT message, WPARAM wparam, LPA
             SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(self));
         }
         auto* const self = reinterpret_cast<Window*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-        if (!self)
+        if (!self) {
             return DefWindowProcW(window, message, wparam, lparam);
+        }
         if (message == WM_NCDESTROY) {
             SetWindowLongPtrW(window, GWLP_USERDATA, 0);
             self->handle_ = nullptr;

@@ -58,8 +58,9 @@ class Locked {
     Locked(const Locked&) = delete;
     Locked& operator=(const Locked&) = delete;
     ~Locked() {
-        if (bytes_)
+        if (bytes_) {
             GlobalUnlock(memory_);
+        }
     }
     void* bytes() const { return bytes_; }
     std::size_t size() const { return bytes_ ? GlobalSize(memory_) : 0; }
@@ -74,8 +75,9 @@ template <class Unit>
 HGLOBAL inMemory(const std::basic_string<Unit>& text) {
     const std::size_t size = (text.size() + 1) * sizeof(Unit);
     HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, size);
-    if (!memory)
+    if (!memory) {
         throw std::bad_alloc();
+    }
     std::memcpy(Locked(memory).bytes(), text.c_str(), size);
     return memory;
 }
@@ -94,11 +96,13 @@ class TextData final : public com::Counted<IDataObject> {
     explicit TextData(std::u16string text) : text_(std::move(text)) {}
 
     HRESULT STDMETHODCALLTYPE GetData(FORMATETC* format, STGMEDIUM* medium) override {
-        if (!format || !medium)
+        if (!format || !medium) {
             return E_INVALIDARG;
+        }
         *medium = {};
-        if (const HRESULT offered = QueryGetData(format); offered != S_OK)
+        if (const HRESULT offered = QueryGetData(format); offered != S_OK) {
             return offered;
+        }
         return guarded([&] {
             medium->hGlobal = format->cfFormat == CF_TEXT ? inMemory(platform::toAnsi(text_)) : inMemory(text_);
             medium->tymed = TYMED_HGLOBAL;
@@ -107,25 +111,30 @@ class TextData final : public com::Counted<IDataObject> {
     }
     HRESULT STDMETHODCALLTYPE GetDataHere(FORMATETC*, STGMEDIUM*) override { return DV_E_TYMED; }
     HRESULT STDMETHODCALLTYPE QueryGetData(FORMATETC* format) override {
-        if (!format)
+        if (!format) {
             return E_INVALIDARG;
-        if (format->cfFormat != CF_UNICODETEXT && format->cfFormat != CF_TEXT)
+        }
+        if (format->cfFormat != CF_UNICODETEXT && format->cfFormat != CF_TEXT) {
             return DV_E_FORMATETC;
-        if (format->dwAspect != DVASPECT_CONTENT)
+        }
+        if (format->dwAspect != DVASPECT_CONTENT) {
             return DV_E_DVASPECT;
+        }
         return format->tymed & TYMED_HGLOBAL ? S_OK : DV_E_TYMED;
     }
     HRESULT STDMETHODCALLTYPE GetCanonicalFormatEtc(FORMATETC* asked, FORMATETC* same) override {
-        if (!asked || !same)
+        if (!asked || !same) {
             return E_INVALIDARG;
+        }
         *same = *asked;
         same->ptd = nullptr;
         return DATA_S_SAMEFORMATETC;
     }
     HRESULT STDMETHODCALLTYPE SetData(FORMATETC*, STGMEDIUM*, BOOL) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE EnumFormatEtc(DWORD direction, IEnumFORMATETC** all) override {
-        if (!all)
+        if (!all) {
             return E_INVALIDARG;
+        }
         *all = nullptr;
         return direction == DATADIR_GET ? SHCreateStdEnumFmtEtc(std::size(formats), formats, all) : E_NOTIMPL;
     }
@@ -145,8 +154,9 @@ class TextData final : public com::Counted<IDataObject> {
 class DropSource final : public com::Counted<IDropSource> {
   public:
     HRESULT STDMETHODCALLTYPE QueryContinueDrag(BOOL escape, DWORD keys) override {
-        if (escape || keys & (MK_RBUTTON | MK_MBUTTON))
+        if (escape || keys & (MK_RBUTTON | MK_MBUTTON)) {
             return DRAGDROP_S_CANCEL;
+        }
         return keys & MK_LBUTTON ? S_OK : DRAGDROP_S_DROP;
     }
     HRESULT STDMETHODCALLTYPE GiveFeedback(DWORD) override { return DRAGDROP_S_USEDEFAULTCURSORS; }
@@ -172,12 +182,14 @@ class DropTarget final : public com::Counted<IDropTarget> {
         return DragOver(keys, place, effect);
     }
     HRESULT STDMETHODCALLTYPE DragOver(DWORD keys, POINTL, DWORD* effect) override {
-        if (!effect)
+        if (!effect) {
             return E_INVALIDARG;
+        }
         buttons_ = win32::buttonsOf(keys);
         const auto allowed = static_cast<DropEffect>(std::exchange(*effect, DROPEFFECT_NONE));
-        if (!box_ || !has_text_)
+        if (!box_ || !has_text_) {
             return S_OK;
+        }
         return guarded([&] {
             *effect = static_cast<DWORD>(box_->dropEffect(allowed, shiftOf(keys)));
             return S_OK;
@@ -189,11 +201,13 @@ class DropTarget final : public com::Counted<IDropTarget> {
     }
     HRESULT STDMETHODCALLTYPE Drop(IDataObject* data, DWORD keys, POINTL place, DWORD* effect) override {
         const com::Ptr<DropTarget> alive_during_call(this);
-        if (!data || !effect)
+        if (!data || !effect) {
             return E_INVALIDARG;
+        }
         const auto allowed = static_cast<DropEffect>(std::exchange(*effect, DROPEFFECT_NONE));
-        if (!box_ || !std::exchange(has_text_, false))
+        if (!box_ || !std::exchange(has_text_, false)) {
             return S_OK;
+        }
         return guarded([&] {
             DataObject text = win32::received(*data);
             POINT inside{place.x, place.y};
@@ -222,8 +236,9 @@ template <class Unit>
 std::optional<std::basic_string<Unit>> textAs(CLIPFORMAT format, IDataObject& data) {
     FORMATETC wanted = memoryOf(format);
     Medium medium;
-    if (FAILED(data.GetData(&wanted, medium.out())) || !medium.memory())
+    if (FAILED(data.GetData(&wanted, medium.out())) || !medium.memory()) {
         return std::nullopt;
+    }
     return textIn<Unit>(medium.memory());
 }
 
@@ -235,10 +250,11 @@ com::Ptr<IDataObject> win32::offered(const DataObject& data) {
 
 DataObject win32::received(IDataObject& data) {
     DataObject text;
-    if (const auto unicode = textAs<char16_t>(CF_UNICODETEXT, data))
+    if (const auto unicode = textAs<char16_t>(CF_UNICODETEXT, data)) {
         text.SetText(*unicode);
-    else if (const auto ansi = textAs<char>(CF_TEXT, data))
+    } else if (const auto ansi = textAs<char>(CF_TEXT, data)) {
         text.SetText(platform::fromAnsi(*ansi));
+    }
     return text;
 }
 

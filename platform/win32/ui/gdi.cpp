@@ -62,8 +62,9 @@ int scaled(int pixels_at_96) {
 
 int systemMetric(int index) {
     static const auto for_dpi = newer<int(WINAPI*)(int, UINT)>("GetSystemMetricsForDpi");
-    if (for_dpi)
+    if (for_dpi) {
         return for_dpi(index, static_cast<UINT>(screenDpi()));
+    }
     return MulDiv(GetSystemMetrics(index), screenDpi(), systemDpi());
 }
 
@@ -82,8 +83,9 @@ LOGFONTW messageFont(double points) {
     SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
     LOGFONTW font = metrics.lfMessageFont;
     font.lfHeight = MulDiv(font.lfHeight, screenDpi(), systemDpi());
-    if (points > 0)
+    if (points > 0) {
         font.lfHeight = -static_cast<LONG>(std::lround(points * screenDpi() / 72));
+    }
     return font;
 }
 
@@ -107,8 +109,9 @@ unsigned fontsNumber() {
 }
 
 Icon loadPicture(const Picture& picture, int pixels) {
-    if (!picture)
+    if (!picture) {
         return {};
+    }
     const int size = pixels > 0 ? pixels : scaled(picture.size);
     return Icon(static_cast<HICON>(
         LoadImageW(GetModuleHandleW(nullptr), com::wide(picture.name), IMAGE_ICON, size, size, LR_DEFAULTCOLOR)));
@@ -117,8 +120,9 @@ Icon loadPicture(const Picture& picture, int pixels) {
 Bitmap menuPicture(const Picture& picture) {
     const int width = systemMetric(SM_CXMENUCHECK), height = systemMetric(SM_CYMENUCHECK);
     const Icon icon = loadPicture(picture, std::min(width, height));
-    if (!icon)
+    if (!icon) {
         return {};
+    }
     // The icon in black on white; what is dark enough of it becomes a dot.
     const int size = std::min(width, height);
     const MemoryDc dc(CreateCompatibleDC(nullptr));
@@ -127,8 +131,9 @@ Bitmap menuPicture(const Picture& picture) {
     void* bits = nullptr;
     const Bitmap drawn(CreateDIBSection(dc.get(), &colours, DIB_RGB_COLORS, &bits, nullptr, 0));
     Bitmap dots(CreateBitmap(width, height, 1, 1, nullptr));
-    if (!drawn || !dots)
+    if (!drawn || !dots) {
         return {};
+    }
     {
         const Selected selected(dc.get(), drawn.get());
         PatBlt(dc.get(), 0, 0, width, height, WHITENESS);

@@ -20,8 +20,9 @@ class Owned {
         return *this;
     }
     ~Owned() {
-        if (handle_)
+        if (handle_) {
             destroy(handle_);
+        }
     }
     Handle get() const { return handle_; }
     explicit operator bool() const { return handle_ != nullptr; }

@@ -116,35 +116,41 @@ std::u16string textOf(HWND hwnd) {
 }
 
 void onCommand(HWND control, UINT code) {
-    if (code == BN_DOUBLECLICKED && (controlAs<Button>(control) || controlAs<CheckBox>(control)))
+    if (code == BN_DOUBLECLICKED && (controlAs<Button>(control) || controlAs<CheckBox>(control))) {
         code = BN_CLICKED; // the second click of two quick ones counts as well
+    }
     if (auto* button = controlAs<Button>(control)) {
-        if (code == BN_CLICKED)
+        if (code == BN_CLICKED) {
             button->onClick();
-        else if (code == BN_SETFOCUS)
+        } else if (code == BN_SETFOCUS) {
             button->onFocus();
+        }
     } else if (auto* check = controlAs<CheckBox>(control)) {
-        if (code == BN_CLICKED)
+        if (code == BN_CLICKED) {
             check->onClick();
-        else if (code == BN_SETFOCUS)
+        } else if (code == BN_SETFOCUS) {
             check->onFocus();
+        }
     } else if (auto* text = controlAs<TextBox>(control)) {
-        if (code == EN_CHANGE && !dataOf(control)->being_set)
+        if (code == EN_CHANGE && !dataOf(control)->being_set) {
             text->onText(textOf(control));
-        else if (code == EN_SETFOCUS)
+        } else if (code == EN_SETFOCUS) {
             text->onFocus();
+        }
     } else if (auto* list = controlAs<DropDownList>(control)) {
-        if (code == CBN_SELCHANGE)
+        if (code == CBN_SELCHANGE) {
             list->onPick(static_cast<int>(SendMessageW(control, CB_GETCURSEL, 0, 0)));
-        else if (code == CBN_SETFOCUS)
+        } else if (code == CBN_SETFOCUS) {
             list->onFocus();
+        }
     }
 }
 
 void onScroll(HWND bar, UINT code) {
     auto* control = controlAs<ScrollBar>(bar);
-    if (!control)
+    if (!control) {
         return;
+    }
     SCROLLINFO info{};
     info.cbSize = sizeof info;
     info.fMask = SIF_TRACKPOS;
@@ -190,8 +196,9 @@ void paintFrame(HDC dc, const RECT& area, const Control& frame) {
         const win32::Pen pen(CreatePen(PS_SOLID, 1, GetSysColor(COLOR_BTNSHADOW)));
         const win32::Selected line(dc, pen.get());
         const win32::Selected inside(dc, GetStockObject(NULL_BRUSH));
-        if (!caption.empty())
+        if (!caption.empty()) {
             ExcludeClipRect(dc, text.left - gap, text.top, text.right + gap, text.bottom);
+        }
         RoundRect(dc, 0, text.bottom / 2, area.right, area.bottom, win32::scaled(6), win32::scaled(6));
         SelectClipRgn(dc, nullptr);
     }
@@ -200,13 +207,15 @@ void paintFrame(HDC dc, const RECT& area, const Control& frame) {
 }
 
 COLORREF linkColour(bool enabled) {
-    if (!enabled)
+    if (!enabled) {
         return GetSysColor(COLOR_GRAYTEXT);
+    }
     HIGHCONTRASTW contrast{};
     contrast.cbSize = sizeof contrast;
     if (SystemParametersInfoW(SPI_GETHIGHCONTRAST, sizeof contrast, &contrast, 0) &&
-        (contrast.dwFlags & HCF_HIGHCONTRASTON))
+        (contrast.dwFlags & HCF_HIGHCONTRASTON)) {
         return GetSysColor(COLOR_HOTLIGHT);
+    }
     return RGB(0, 92, 184); // the system's own is pale in some themes
 }
 
@@ -223,13 +232,15 @@ void paintLink(HWND hwnd, HDC dc, const RECT& area, const Control& link) {
 }
 
 void paintPictureBox(HDC dc, const RECT& area, const RECT& part, PictureBox& box) {
-    if (box.surface().impl().drawn_on)
+    if (box.surface().impl().drawn_on) {
         return box.surface().impl().copyTo(dc, part);
+    }
     const auto icon = win32::loadPicture(box.picture());
     const int size = win32::scaled(box.picture().size);
-    if (icon)
+    if (icon) {
         DrawIconEx(dc, (area.right - size) / 2, (area.bottom - size) / 2, icon.get(), size, size, 0, nullptr,
                    DI_NORMAL);
+    }
 }
 
 class Painting {
@@ -251,12 +262,13 @@ void paint(HWND hwnd, const ControlData& data) {
     const Painting painting(hwnd);
     RECT area{};
     GetClientRect(hwnd, &area);
-    if (data.kind == Kind::frame)
+    if (data.kind == Kind::frame) {
         paintFrame(painting.dc(), area, *data.control);
-    else if (data.kind == Kind::link)
+    } else if (data.kind == Kind::link) {
         paintLink(hwnd, painting.dc(), area, *data.control);
-    else if (auto* box = dynamic_cast<PictureBox*>(data.control))
+    } else if (auto* box = dynamic_cast<PictureBox*>(data.control)) {
         paintPictureBox(painting.dc(), area, painting.part(), *box);
+    }
 }
 
 // A click is a button that goes down and up again in one place; tells whether the message was part of one.
@@ -273,12 +285,14 @@ bool onClickOf(HWND hwnd, ControlData& data, UINT message, LPARAM lparam) {
     case WM_RBUTTONUP:
     case WM_MBUTTONUP: {
         const bool pressed = std::exchange(data.pressed, false);
-        if (GetCapture() == hwnd)
+        if (GetCapture() == hwnd) {
             ReleaseCapture();
+        }
         RECT area{};
         GetClientRect(hwnd, &area);
-        if (pressed && PtInRect(&area, {GET_X_LPARAM(lparam), GET_Y_LPARAM(lparam)}))
+        if (pressed && PtInRect(&area, {GET_X_LPARAM(lparam), GET_Y_LPARAM(lparam)})) {
             data.control->onClick();
+        }
         return true;
     }
     default:
@@ -309,40 +323,48 @@ bool onInput(HWND hwnd, PictureBox& box, UINT message, WPARAM wparam, LPARAM lpa
     case WM_RBUTTONDOWN:
     case WM_MBUTTONDOWN:
     case WM_LBUTTONDBLCLK:
-        if (box.takesFocus())
+        if (box.takesFocus()) {
             ::SetFocus(hwnd);
+        }
         if (message == WM_LBUTTONDBLCLK) {
-            if (box.DblClick)
+            if (box.DblClick) {
                 box.DblClick();
+            }
             return true;
         }
         SetCapture(hwnd); // so that the button is let go here
-        if (box.MouseDown)
+        if (box.MouseDown) {
             box.MouseDown(buttonOf(message), shiftState(), x, y);
+        }
         return true;
     case WM_LBUTTONUP:
     case WM_RBUTTONUP:
     case WM_MBUTTONUP: {
         const bool pressed_here = GetCapture() == hwnd;
-        if (held == 0)
+        if (held == 0) {
             ReleaseCapture();
-        if (box.MouseUp)
+        }
+        if (box.MouseUp) {
             box.MouseUp(buttonOf(message), shiftState(), x, y);
+        }
         RECT area{};
         GetClientRect(hwnd, &area);
-        if (message == WM_LBUTTONUP && pressed_here && PtInRect(&area, {GET_X_LPARAM(lparam), GET_Y_LPARAM(lparam)}))
+        if (message == WM_LBUTTONUP && pressed_here && PtInRect(&area, {GET_X_LPARAM(lparam), GET_Y_LPARAM(lparam)})) {
             box.onClick();
+        }
         return true;
     }
     case WM_MOUSEMOVE:
-        if (box.MouseMove)
+        if (box.MouseMove) {
             box.MouseMove(held, shiftState(), x, y);
+        }
         return true;
     case WM_KEYDOWN:
         return box.KeyDown && box.KeyDown(keyOf(wparam));
     case WM_MOUSEWHEEL:
-        if (box.Wheel)
+        if (box.Wheel) {
             box.Wheel(-GET_WHEEL_DELTA_WPARAM(wparam) * 3 / WHEEL_DELTA);
+        }
         return true;
     default:
         return false;
@@ -352,8 +374,9 @@ bool onInput(HWND hwnd, PictureBox& box, UINT message, WPARAM wparam, LPARAM lpa
 LRESULT onShared(HWND hwnd, UINT message, WPARAM wparam, LPARAM lparam) {
     switch (message) {
     case WM_COMMAND:
-        if (lparam != 0)
+        if (lparam != 0) {
             guarded([&] { onCommand(reinterpret_cast<HWND>(lparam), HIWORD(wparam)); });
+        }
         return 0;
     case WM_VSCROLL:
         guarded([&] { onScroll(reinterpret_cast<HWND>(lparam), LOWORD(wparam)); });
@@ -372,36 +395,43 @@ LRESULT onShared(HWND hwnd, UINT message, WPARAM wparam, LPARAM lparam) {
 
 LRESULT CALLBACK childProcedure(HWND hwnd, UINT message, WPARAM wparam, LPARAM lparam) {
     ControlData* data = dataOf(hwnd);
-    if (!data)
+    if (!data) {
         return DefWindowProcW(hwnd, message, wparam, lparam);
+    }
     switch (message) {
     case WM_PAINT:
         guarded([&] { paint(hwnd, *data); });
         return 0;
     case WM_ERASEBKGND:
-        if (data->kind == Kind::picture_box && static_cast<PictureBox*>(data->control)->surface().impl().drawn_on)
+        if (data->kind == Kind::picture_box && static_cast<PictureBox*>(data->control)->surface().impl().drawn_on) {
             return 1;
+        }
         break;
     case WM_SETTEXT:
     case WM_ENABLE:
-        if (data->kind == Kind::frame || data->kind == Kind::link)
+        if (data->kind == Kind::frame || data->kind == Kind::link) {
             InvalidateRect(hwnd, nullptr, TRUE);
+        }
         break;
     case WM_SETFOCUS:
     case WM_KILLFOCUS:
-        if (message == WM_SETFOCUS)
+        if (message == WM_SETFOCUS) {
             guarded([&] { data->control->onFocus(); });
-        if (data->kind == Kind::link)
+        }
+        if (data->kind == Kind::link) {
             InvalidateRect(hwnd, nullptr, TRUE);
+        }
         return 0;
     case WM_SETCURSOR:
-        if (data->kind != Kind::link)
+        if (data->kind != Kind::link) {
             break;
+        }
         SetCursor(LoadCursorA(nullptr, IDC_HAND));
         return TRUE;
     case WM_SIZE:
-        if (data->kind == Kind::frame)
+        if (data->kind == Kind::frame) {
             InvalidateRect(hwnd, nullptr, TRUE);
+        }
         break;
     default:
         break;
@@ -409,19 +439,22 @@ LRESULT CALLBACK childProcedure(HWND hwnd, UINT message, WPARAM wparam, LPARAM l
     if (data->kind == Kind::link) {
         bool used = message == WM_KEYDOWN && wparam == VK_SPACE;
         guarded([&] {
-            if (used)
+            if (used) {
                 data->control->onClick();
-            else if (message != WM_RBUTTONDOWN && message != WM_MBUTTONDOWN)
+            } else if (message != WM_RBUTTONDOWN && message != WM_MBUTTONDOWN) {
                 used = onClickOf(hwnd, *data, message, lparam);
+            }
         });
-        if (used)
+        if (used) {
             return 0;
+        }
     }
     if (auto* box = dynamic_cast<PictureBox*>(data->control)) {
         bool used = false;
         guarded([&] { used = onInput(hwnd, *box, message, wparam, lparam); });
-        if (used)
+        if (used) {
             return 0;
+        }
     }
     return onShared(hwnd, message, wparam, lparam);
 }
@@ -443,8 +476,9 @@ RECT workArea(HWND hwnd) {
 void keepOnScreen(HWND hwnd) {
     GUITHREADINFO thread{};
     thread.cbSize = sizeof thread;
-    if (GetGUIThreadInfo(GetCurrentThreadId(), &thread) && (thread.flags & GUI_INMOVESIZE))
+    if (GetGUIThreadInfo(GetCurrentThreadId(), &thread) && (thread.flags & GUI_INMOVESIZE)) {
         return;
+    }
     RECT own{};
     GetWindowRect(hwnd, &own);
     const RECT screen = workArea(hwnd);
@@ -460,18 +494,22 @@ void restyle() {
     for (const auto& [hwnd, data] : windows()) {
         const win32::Font& font = data.heading ? win32::fonts().heading : win32::fonts().standard;
         SendMessageW(hwnd, WM_SETFONT, reinterpret_cast<WPARAM>(font.get()), FALSE);
-        if (data.form)
+        if (data.form) {
             forms.push_back(hwnd);
+        }
     }
     for (HWND form : forms) {
         ControlData* data = dataOf(form);
-        if (!data)
+        if (!data) {
             continue;
-        if (data->form->tips)
+        }
+        if (data->form->tips) {
             styleTips(data->form->tips);
+        }
         native::setIcon(handle(form), Picture(data->form->icon));
-        for (const MenuItem* item : data->form->commands)
+        for (const MenuItem* item : data->form->commands) {
             native::setMenuItemPicture(handle(form), *item, item->picture());
+        }
         guarded([&] { static_cast<Form&>(*data->control).onSettingsChange(); });
         RedrawWindow(form, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);
     }
@@ -480,34 +518,39 @@ void restyle() {
 // What the system tells all windows is heard by the one that owns the others; tells whether it was that.
 bool onSystemChange(HWND hwnd, UINT message, WPARAM wparam, LPARAM lparam) {
     static const UINT taskbar_created = RegisterWindowMessageW(L"TaskbarCreated");
-    if (GetWindow(hwnd, GW_OWNER))
+    if (GetWindow(hwnd, GW_OWNER)) {
         return message == WM_DPICHANGED; // all windows have the resolution of the first one's screen
+    }
     if (message == WM_DPICHANGED) {
         const auto* place = reinterpret_cast<const RECT*>(lparam);
         win32::setScreenDpi(LOWORD(wparam));
-        if (place)
+        if (place) {
             SetWindowPos(hwnd, nullptr, place->left, place->top, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+        }
         restyle();
         keepOnScreen(hwnd);
         return true;
     }
     if (message == WM_SYSCOLORCHANGE || message == WM_THEMECHANGED ||
-        (message == WM_SETTINGCHANGE && win32::systemFontChanged()))
+        (message == WM_SETTINGCHANGE && win32::systemFontChanged())) {
         restyle();
-    else if (message == taskbar_created)
+    } else if (message == taskbar_created) {
         win32::restoreTrayIcon();
+    }
     return false;
 }
 
 LRESULT CALLBACK formProcedure(HWND hwnd, UINT message, WPARAM wparam, LPARAM lparam) {
     ControlData* data = dataOf(hwnd);
-    if (!data)
+    if (!data) {
         return DefWindowProcW(hwnd, message, wparam, lparam);
+    }
     auto& form = static_cast<Form&>(*data->control);
     bool done = false;
     guarded([&] { done = onSystemChange(hwnd, message, wparam, lparam) || onClickOf(hwnd, *data, message, lparam); });
-    if (done)
+    if (done) {
         return 0;
+    }
     switch (message) {
     case WM_GETMINMAXINFO: {
         // The width is given, even where it is more than the screen has.
@@ -522,8 +565,9 @@ LRESULT CALLBACK formProcedure(HWND hwnd, UINT message, WPARAM wparam, LPARAM lp
         if (lparam == 0 && HIWORD(wparam) == 0 && LOWORD(wparam) >= first_command) {
             auto& commands = data->form->commands;
             const std::size_t index = LOWORD(wparam) - first_command;
-            if (index < commands.size())
+            if (index < commands.size()) {
                 guarded([&] { commands[index]->onClick(); });
+            }
             return 0;
         }
         break;
@@ -595,16 +639,18 @@ HWND rootOf(HWND hwnd) {
 // The toolkit's part of a keyboard message: tells whether it is done with.
 bool translate(const MSG& message) {
     auto* form = controlAs<Form>(rootOf(message.hwnd));
-    if (!form)
+    if (!form) {
         return false;
+    }
     bool used = false;
     if (message.message == WM_SYSCHAR) {
         guarded([&] { used = form->onMnemonicKey(static_cast<char16_t>(message.wParam)); });
     } else if (message.message == WM_KEYDOWN && (shiftState() & 6) == 0) {
         const Key key = keyOf(message.wParam);
         const bool list_open = controlAs<DropDownList>(message.hwnd) && native::droppedDown(handle(message.hwnd));
-        if (key == Key::tab || (!list_open && key != Key::other))
+        if (key == Key::tab || (!list_open && key != Key::other)) {
             guarded([&] { used = form->onKey(key, GetKeyState(VK_SHIFT) < 0); });
+        }
     }
     return used;
 }
@@ -616,8 +662,9 @@ std::map<UINT_PTR, Timer*>& timers() {
 
 void CALLBACK timerProcedure(HWND, UINT, UINT_PTR id, DWORD) {
     const auto timer = timers().find(id);
-    if (timer != timers().end())
+    if (timer != timers().end()) {
         guarded([&] { timer->second->onTick(); });
+    }
 }
 
 UINT menuState(bool enabled) {
@@ -636,15 +683,17 @@ double twipsPerPixel() {
 
 void runMessageLoop() {
     MSG message{};
-    while (GetMessageW(&message, nullptr, 0, 0) > 0)
+    while (GetMessageW(&message, nullptr, 0, 0) > 0) {
         win32::dispatch(message);
+    }
 }
 
 namespace win32 {
 
 void dispatch(const MSG& message) {
-    if (translate(message))
+    if (translate(message)) {
         return;
+    }
     TranslateMessage(&message);
     DispatchMessageW(&message);
 }
@@ -656,8 +705,9 @@ int buttonsOf(DWORD held) {
 
 HWND mainWindow() {
     for (const auto& [hwnd, data] : windows()) {
-        if (data.kind == Kind::form && !GetWindow(hwnd, GW_OWNER))
+        if (data.kind == Kind::form && !GetWindow(hwnd, GW_OWNER)) {
             return hwnd;
+        }
     }
     return nullptr;
 }
@@ -676,12 +726,14 @@ Handle createControl(Control& control, Kind kind, Handle parent, const std::u16s
     const DWORD style = WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | made_of.style;
     HWND hwnd = CreateWindowExW(made_of.extended_style, made_of.window_class, wide(caption), style, 0, 0, 0, 0,
                                 window(parent), nullptr, GetModuleHandleW(nullptr), nullptr);
-    if (!hwnd)
+    if (!hwnd) {
         throw com::Error(HRESULT_FROM_WIN32(GetLastError()));
+    }
     windows().emplace(hwnd, ControlData{&control, kind, nullptr});
     SendMessageW(hwnd, WM_SETFONT, reinterpret_cast<WPARAM>(win32::fonts().standard.get()), FALSE);
-    if (kind == Kind::drop_down_list)
+    if (kind == Kind::drop_down_list) {
         SendMessageW(hwnd, CB_SETMINVISIBLE, 12, 0);
+    }
     // The first created is the last in the window system's order, as it is in the Tab key's.
     SetWindowPos(hwnd, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     return handle(hwnd);
@@ -693,8 +745,9 @@ Handle createForm(Form& form, Handle owner, const std::u16string& caption, FormS
     HWND hwnd = CreateWindowExW(WS_EX_CONTROLPARENT | (style == FormStyle::dialog ? WS_EX_DLGMODALFRAME : 0),
                                 form_class, wide(caption), WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN | buttons,
                                 CW_USEDEFAULT, 0, 0, 0, window(owner), nullptr, GetModuleHandleW(nullptr), nullptr);
-    if (!hwnd)
+    if (!hwnd) {
         throw com::Error(HRESULT_FROM_WIN32(GetLastError()));
+    }
     static const int dpi_of_first = win32::dpiOf(hwnd);
     static const bool told = dpi_of_first > 0 && (win32::setScreenDpi(dpi_of_first), true);
     static_cast<void>(told);
@@ -706,8 +759,9 @@ Handle createForm(Form& form, Handle owner, const std::u16string& caption, FormS
 
 void destroy(Handle control) {
     HWND hwnd = window(control);
-    if (!hwnd)
+    if (!hwnd) {
         return;
+    }
     const auto last_words = windows().extract(hwnd); // outlives the window
     DestroyWindow(hwnd);
 }
@@ -721,12 +775,14 @@ void setCaption(Handle control, const std::u16string& caption) {
 
 void setVisible(Handle control, bool visible) {
     HWND hwnd = window(control);
-    if (ControlData* data = dataOf(hwnd); data && data->form && data->form->disabled_owner && !visible)
+    if (ControlData* data = dataOf(hwnd); data && data->form && data->form->disabled_owner && !visible) {
         EnableWindow(std::exchange(data->form->disabled_owner, nullptr), TRUE);
+    }
     // Where it is left to others, the next window in front can be any program's.
     if (HWND owner = GetWindow(hwnd, GW_OWNER);
-        !visible && owner && IsWindowVisible(owner) && IsWindowEnabled(owner) && GetActiveWindow() == hwnd)
+        !visible && owner && IsWindowVisible(owner) && IsWindowEnabled(owner) && GetActiveWindow() == hwnd) {
         SetForegroundWindow(owner);
+    }
     ShowWindow(hwnd, visible ? SW_SHOW : SW_HIDE);
 }
 
@@ -775,8 +831,9 @@ void bringToFront(Handle control) {
 void setFocus(Handle control) {
     // A window in the background stays there: it gives the focus to its control when it is activated.
     HWND hwnd = window(control);
-    if (GetFocus() != hwnd && GetActiveWindow() == rootOf(hwnd))
+    if (GetFocus() != hwnd && GetActiveWindow() == rootOf(hwnd)) {
         ::SetFocus(hwnd);
+    }
 }
 
 void setDefault(Handle button, bool is_default) {
@@ -851,12 +908,14 @@ void addItem(Handle list, const std::u16string& text) {
 void setItems(Handle list, const std::vector<std::u16string>& items) {
     COMBOBOXINFO parts{};
     parts.cbSize = sizeof parts;
-    if (!GetComboBoxInfo(window(list), &parts))
+    if (!GetComboBoxInfo(window(list), &parts)) {
         return;
+    }
     SendMessageW(window(list), CB_RESETCONTENT, 0, 0);
     // Straight to its list: by the box, which considers each of them for showing, thousands take half a second.
-    for (const std::u16string& item : items)
+    for (const std::u16string& item : items) {
         SendMessageW(parts.hwndList, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(wide(item)));
+    }
     InvalidateRect(window(list), nullptr, TRUE);
 }
 
@@ -897,8 +956,9 @@ void setOuterWidth(Handle form, int pixels) {
     const RECT screen = workArea(window(form));
     // What grows beyond the right edge of the screen moves to the left as far as there is room.
     int left = now.left;
-    if (now.right <= screen.right && left + pixels > screen.right)
+    if (now.right <= screen.right && left + pixels > screen.right) {
         left = std::max<int>(screen.right - pixels, screen.left);
+    }
     SetWindowPos(window(form), nullptr, left, now.top, pixels, now.bottom - now.top, SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
@@ -912,8 +972,9 @@ void setInnerSize(Handle form, int width, int height) {
     for (int attempt = 0; attempt < 3; ++attempt) {
         SetWindowPos(hwnd, nullptr, 0, 0, wanted.cx, wanted.cy, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
         GetClientRect(hwnd, &inner);
-        if (inner.right == width && inner.bottom == height)
+        if (inner.right == width && inner.bottom == height) {
             return;
+        }
         wanted = {wanted.cx + width - inner.right, wanted.cy + height - inner.bottom};
     }
 }
@@ -923,8 +984,9 @@ void center(Handle form) {
     const bool by_owner = owner && IsWindowVisible(owner) && !IsIconic(owner);
     const RECT screen = workArea(by_owner ? owner : hwnd);
     RECT around = screen, own{};
-    if (by_owner)
+    if (by_owner) {
         GetWindowRect(owner, &around);
+    }
     GetWindowRect(hwnd, &own);
     const auto between = [](LONG from, LONG to, LONG size, LONG least, LONG most) {
         return std::max(std::min((from + to - size) / 2, most - size), least);
@@ -952,8 +1014,9 @@ void setIcon(Handle form, const Picture& picture) {
 }
 
 void show(Handle form) {
-    if (!MonitorFromWindow(window(form), MONITOR_DEFAULTTONULL)) // its screen is gone
+    if (!MonitorFromWindow(window(form), MONITOR_DEFAULTTONULL)) { // its screen is gone
         center(form);
+    }
     ShowWindow(window(form), IsIconic(window(form)) ? SW_RESTORE : SW_SHOW);
     SetForegroundWindow(window(form));
     // What is done next, starting another program for instance, does not keep the user from seeing it.
@@ -967,15 +1030,17 @@ void runModal(const Form& form) {
         EnableWindow(owner, FALSE);
     }
     MSG message{};
-    while (form.Visible() && GetMessageW(&message, nullptr, 0, 0) > 0)
+    while (form.Visible() && GetMessageW(&message, nullptr, 0, 0) > 0) {
         win32::dispatch(message);
+    }
 }
 
 void addMenu(Handle form, const Menu& menu) {
     HWND hwnd = window(form);
     FormData& data = formData(hwnd);
-    if (!data.bar)
+    if (!data.bar) {
         data.bar = CreateMenu();
+    }
     AppendMenuW(data.bar, MF_POPUP, reinterpret_cast<UINT_PTR>(CreatePopupMenu()), wide(menu.Caption()));
     SetMenu(hwnd, data.bar);
 }
@@ -1039,11 +1104,13 @@ std::vector<std::u16string> files(const std::u16string& directory, const std::u1
     const bool parted = directory.empty() || directory.ends_with(u'\\');
     WIN32_FIND_DATAW found{};
     HANDLE search = FindFirstFileW(wide(directory + (parted ? u"" : u"\\") + pattern), &found);
-    if (search == INVALID_HANDLE_VALUE)
+    if (search == INVALID_HANDLE_VALUE) {
         return names;
+    }
     do {
-        if (!(found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY))
+        if (!(found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)) {
             names.emplace_back(reinterpret_cast<const char16_t*>(found.cFileName));
+        }
     } while (FindNextFileW(search, &found));
     FindClose(search);
     std::sort(names.begin(), names.end(), [](const std::u16string& a, const std::u16string& b) {

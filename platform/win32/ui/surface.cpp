@@ -23,8 +23,9 @@ SIZE measure(HDC dc, HFONT font, std::u16string_view text) {
 HICON iconOf(const Picture& picture, int pixels) {
     static std::map<std::pair<std::u16string, int>, win32::Icon> loaded;
     const auto [icon, is_new] = loaded.try_emplace({picture.name, pixels});
-    if (is_new)
+    if (is_new) {
         icon->second = win32::loadPicture(picture, pixels);
+    }
     return icon->second.get();
 }
 
@@ -32,8 +33,9 @@ HICON iconOf(const Picture& picture, int pixels) {
 
 HFONT Surface::Impl::font() {
     if (fonts_number != win32::fontsNumber()) {
-        for (auto& made : fonts)
+        for (auto& made : fonts) {
             made = {};
+        }
         fonts_number = win32::fontsNumber();
     }
     auto& chosen = fonts[(bold ? 1 : 0) + (underline ? 2 : 0)];
@@ -50,8 +52,9 @@ void Surface::Impl::resize(HWND shown_by) {
     window = shown_by;
     RECT inner{};
     GetClientRect(window, &inner);
-    if (bitmap && inner.right == width && inner.bottom == height)
+    if (bitmap && inner.right == width && inner.bottom == height) {
         return;
+    }
     width = inner.right;
     height = inner.bottom;
     win32::Bitmap fresh(
@@ -78,8 +81,9 @@ int Surface::Height() const {
 
 void Surface::setFontSize(double points) {
     impl_->points = points;
-    for (auto& made : impl_->fonts)
+    for (auto& made : impl_->fonts) {
         made = {};
+    }
 }
 
 void Surface::setFontBold(bool bold) {
@@ -121,13 +125,15 @@ void Surface::Print(int x, int y, std::u16string_view text, Colour colour) {
 
 void Surface::PaintPicture(const Picture& picture, int x, int y) {
     const int size = win32::scaled(picture.size);
-    if (HICON icon = iconOf(picture, size))
+    if (HICON icon = iconOf(picture, size)) {
         DrawIconEx(impl_->dc.get(), x, y, icon, size, size, 0, nullptr, DI_NORMAL);
+    }
 }
 
 void Surface::Refresh() {
-    if (impl_->window)
+    if (impl_->window) {
         InvalidateRect(impl_->window, nullptr, FALSE);
+    }
 }
 
 void native::attach(Surface& surface, Handle picture_box) {

@@ -36,8 +36,9 @@ void shellNotifyIcon(TrayMessage message, const TrayIconRecord& record) {
     data.uID = record.id;
     data.uFlags = record.flags;
     data.uCallbackMessage = record.callback_message;
-    if (message == TrayMessage::add)
+    if (message == TrayMessage::add) {
         shown().icon = win32::loadPicture(record.icon, GetSystemMetrics(SM_CXSMICON));
+    }
     data.hIcon = shown().icon ? shown().icon.get() : LoadIconA(nullptr, IDI_APPLICATION);
     std::copy(record.tip.begin(), record.tip.end(), data.szTip);
     shown().there = message == TrayMessage::add;
@@ -45,8 +46,9 @@ void shellNotifyIcon(TrayMessage message, const TrayIconRecord& record) {
 }
 
 void win32::restoreTrayIcon() {
-    if (shown().there)
+    if (shown().there) {
         Shell_NotifyIconA(NIM_ADD, &shown().record);
+    }
 }
 
 } // namespace murmelix::ui

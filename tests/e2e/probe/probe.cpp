@@ -31,18 +31,19 @@ namespace {
 std::string escaped(std::string_view text) {
     std::string result;
     for (const char c : text) {
-        if (c == '\t')
+        if (c == '\t') {
             result += "\\t";
-        else if (c == '\r')
+        } else if (c == '\r') {
             result += "\\r";
-        else if (c == '\n')
+        } else if (c == '\n') {
             result += "\\n";
-        else if (c == '\0')
+        } else if (c == '\0') {
             result += "\\0";
-        else if (c == '\\')
+        } else if (c == '\\') {
             result += "\\\\";
-        else
+        } else {
             result += c;
+        }
     }
     return result;
 }
@@ -72,8 +73,9 @@ LRESULT asked(HWND window, UINT message, WPARAM wparam = 0, LPARAM lparam = 0) {
     DWORD_PTR answer = 0;
     if (!silent.contains(thread) &&
         !SendMessageTimeoutW(window, message, wparam, lparam, SMTO_ABORTIFHUNG, 1000, &answer) &&
-        GetLastError() == ERROR_TIMEOUT)
+        GetLastError() == ERROR_TIMEOUT) {
         silent.insert(thread);
+    }
     return static_cast<LRESULT>(answer);
 }
 
@@ -86,8 +88,9 @@ std::string textOf(HWND window) {
 }
 
 LRESULT stateOf(HWND window, std::string_view kind) {
-    if (kind == "Button")
+    if (kind == "Button") {
         return asked(window, BM_GETCHECK);
+    }
     return kind == "ComboBox" ? asked(window, CB_GETCURSEL) : 0;
 }
 
@@ -101,8 +104,9 @@ void describe(HWND window, int depth) {
                 IsWindowVisible(window) ? 1 : 0, IsWindowEnabled(window) ? 1 : 0, escaped(textOf(window)).c_str(),
                 static_cast<unsigned long long>(reinterpret_cast<ULONG_PTR>(window)), place.left, place.top,
                 place.right, place.bottom, static_cast<long long>(stateOf(window, kind)));
-    for (HWND child = GetWindow(window, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT))
+    for (HWND child = GetWindow(window, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
         describe(child, depth + 1);
+    }
 }
 
 void describeAll() {
@@ -135,8 +139,9 @@ std::string hexadecimal(const std::vector<BYTE>& data) {
 
 std::vector<BYTE> fromHexadecimal(std::string_view text) {
     std::vector<BYTE> data;
-    for (std::size_t i = 0; i + 1 < text.size(); i += 2)
+    for (std::size_t i = 0; i + 1 < text.size(); i += 2) {
         data.push_back(static_cast<BYTE>(std::stoul(std::string(text.substr(i, 2)), nullptr, 16)));
+    }
     return data;
 }
 
@@ -149,16 +154,18 @@ class Key {
   public:
     Key(std::string_view path, bool create) {
         const std::u16string name = utf16(path);
-        if (create)
+        if (create) {
             RegCreateKeyW(HKEY_CURRENT_USER, murmelix::com::wide(name), &key_);
-        else
+        } else {
             RegOpenKeyW(HKEY_CURRENT_USER, murmelix::com::wide(name), &key_);
+        }
     }
     Key(const Key&) = delete;
     Key& operator=(const Key&) = delete;
     ~Key() {
-        if (key_)
+        if (key_) {
             RegCloseKey(key_);
+        }
     }
     HKEY get() const { return key_; }
 
@@ -172,13 +179,15 @@ void tellValues(std::string_view path) {
     std::vector<BYTE> data(1 << 20);
     for (DWORD i = 0;; ++i) {
         DWORD length = name.size(), size = static_cast<DWORD>(data.size()), type = 0;
-        if (!key.get() || RegEnumValueW(key.get(), i, name.data(), &length, nullptr, &type, data.data(), &size) != 0)
+        if (!key.get() || RegEnumValueW(key.get(), i, name.data(), &length, nullptr, &type, data.data(), &size) != 0) {
             return;
+        }
         std::string text;
-        if (type == REG_SZ)
+        if (type == REG_SZ) {
             text = escaped(utf8(reinterpret_cast<const wchar_t*>(data.data()), size / sizeof(wchar_t)));
-        else
+        } else {
             text = hexadecimal({data.begin(), data.begin() + size});
+        }
         std::printf("%s\t%lu\t%s\n", escaped(utf8(name.data(), length)).c_str(), type, text.c_str());
     }
 }
@@ -186,8 +195,9 @@ void tellValues(std::string_view path) {
 void tellSubkeys(std::string_view path) {
     const Key key(path, false);
     std::array<wchar_t, 256> name{};
-    for (DWORD i = 0; key.get() && RegEnumKeyW(key.get(), i, name.data(), name.size()) == 0; ++i)
+    for (DWORD i = 0; key.get() && RegEnumKeyW(key.get(), i, name.data(), name.size()) == 0; ++i) {
         std::printf("%s\n", escaped(utf8(name.data(), wcslen(name.data()))).c_str());
+    }
 }
 
 void put(std::string_view rest) {
@@ -211,16 +221,18 @@ void put(std::string_view rest) {
         result =
             RegSetValueExW(key.get(), murmelix::com::wide(name), 0, type, data.data(), static_cast<DWORD>(data.size()));
     }
-    if (result != ERROR_SUCCESS)
+    if (result != ERROR_SUCCESS) {
         std::printf("error %ld\n", result);
+    }
 }
 
 // False at the end of the input.
 bool readLine(std::string& line) {
     line.clear();
     int c = std::getchar();
-    for (; c != EOF && c != '\n'; c = std::getchar())
+    for (; c != EOF && c != '\n'; c = std::getchar()) {
         line += static_cast<char>(c);
+    }
     return c != EOF;
 }
 
@@ -229,8 +241,9 @@ void command(std::string_view text) {
                         const_cast<char*>(text.data())};
     DWORD_PTR result = 0;
     constexpr UINT patience = 20000; // ms
-    if (const HWND client = FindWindowW(L"MessengerClientMain", nullptr))
+    if (const HWND client = FindWindowW(L"MessengerClientMain", nullptr)) {
         SendMessageTimeoutW(client, WM_COPYDATA, 0, reinterpret_cast<LPARAM>(&data), SMTO_NORMAL, patience, &result);
+    }
     std::printf("%llu\n", static_cast<unsigned long long>(result));
 }
 
@@ -241,20 +254,21 @@ void serve() {
         const std::string_view word = std::string_view(line).substr(0, end);
         const std::string_view rest =
             end == std::string::npos ? std::string_view() : std::string_view(line).substr(end + 1);
-        if (word == "windows")
+        if (word == "windows") {
             describeAll();
-        else if (word == "focus")
+        } else if (word == "focus") {
             tellFocus();
-        else if (word == "values")
+        } else if (word == "values") {
             tellValues(rest);
-        else if (word == "subkeys")
+        } else if (word == "subkeys") {
             tellSubkeys(rest);
-        else if (word == "client")
+        } else if (word == "client") {
             command(rest);
-        else if (word == "put")
+        } else if (word == "put") {
             put(rest);
-        else
+        } else {
             std::printf("unknown command\n");
+        }
         std::printf(".\n");
         std::fflush(stdout);
     }
@@ -263,9 +277,10 @@ void serve() {
 } // namespace
 
 int main(int count, char** arguments) {
-    if (count > 1 && std::string_view(arguments[1]) == "/serve")
+    if (count > 1 && std::string_view(arguments[1]) == "/serve") {
         serve();
-    else
+    } else {
         describeAll();
+    }
     return 0;
 }

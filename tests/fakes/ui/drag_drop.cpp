@@ -12,8 +12,9 @@ DragDrop& dragDrop() {
 }
 
 void dragMouse(ui::PictureBox& box, double x, double y, double to_x, double to_y) {
-    if (!box.reachable())
+    if (!box.reachable()) {
         return;
+    }
     box.MouseDown(ui::left_button, 0, x, y);
     box.MouseMove(ui::left_button, 0, to_x, to_y);
     box.MouseUp(ui::left_button, 0, to_x, to_y);

@@ -14,48 +14,58 @@ Screen& screen() {
 }
 
 bool click(ui::Control& control) {
-    if (!control.reachable())
+    if (!control.reachable()) {
         return false;
-    if (control.takesFocus())
+    }
+    if (control.takesFocus()) {
         control.SetFocus();
+    }
     control.onClick();
     return true;
 }
 
 bool type(ui::TextBox& box, const std::u16string& text) {
-    if (!box.reachable())
+    if (!box.reachable()) {
         return false;
+    }
     box.SetFocus();
     box.onText(text);
     return true;
 }
 
 bool pick(ui::DropDownList& list, int index) {
-    if (!list.reachable())
+    if (!list.reachable()) {
         return false;
+    }
     list.SetFocus();
     list.onPick(index);
     return true;
 }
 
 bool choose(ui::MenuItem& item) {
-    if (!item.Enabled() || item.separator())
+    if (!item.Enabled() || item.separator()) {
         return false;
+    }
     item.onClick();
     return true;
 }
 
 void press(ui::PictureBox& box, double x, double y, int button) {
-    if (!box.reachable())
+    if (!box.reachable()) {
         return;
-    if (box.takesFocus())
+    }
+    if (box.takesFocus()) {
         box.SetFocus();
-    if (box.MouseDown)
+    }
+    if (box.MouseDown) {
         box.MouseDown(button, 0, x, y);
-    if (box.MouseUp)
+    }
+    if (box.MouseUp) {
         box.MouseUp(button, 0, x, y);
-    if (button == ui::left_button)
+    }
+    if (button == ui::left_button) {
         box.onClick();
+    }
 }
 
 void tick(ui::Timer& timer) {
@@ -102,15 +112,17 @@ void destroy(Handle control) {
 }
 
 void setVisible(Handle control, bool visible) {
-    if (!visible)
+    if (!visible) {
         fakes::screen().hidden.push_back(control);
+    }
 }
 
 // A caption's letters in as many lines as they take, and nothing around it.
 Size captionSize(Handle, const std::u16string& caption, int width) {
     const int length = static_cast<int>(caption.size()) * fakes::character_width;
-    if (width <= 0 || length <= width)
+    if (width <= 0 || length <= width) {
         return {length, fakes::line_height};
+    }
     return {width, (length + width - 1) / width * fakes::line_height};
 }
 
@@ -131,8 +143,9 @@ Rect innerBounds(Handle form) {
 }
 
 void runModal(const Form& form) {
-    if (fakes::screen().while_modal)
+    if (fakes::screen().while_modal) {
         fakes::screen().while_modal(form);
+    }
 }
 
 void popupMenu(Handle, const Menu& menu) {

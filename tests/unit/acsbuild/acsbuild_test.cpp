@@ -101,8 +101,9 @@ std::uint32_t colourAt(const acs::Character& character, const acs::Image& image,
     const std::size_t at =
         static_cast<std::size_t>(image.height - 1 - y) * image.stride() + static_cast<std::size_t>(x);
     const std::uint8_t index = image.pixels.at(at);
-    if (index == character.transparent_index)
+    if (index == character.transparent_index) {
         return clear;
+    }
     const acs::Colour colour = character.palette.at(index);
     return 0xFF000000U | static_cast<std::uint32_t>(colour.red) << 16 | static_cast<std::uint32_t>(colour.green) << 8 |
            colour.blue;
@@ -244,8 +245,9 @@ TEST_F(Acsbuild, APictureWithoutAnOpaquePixelIsLeftOut) {
 
 TEST(AcsbuildPalette, UpTo255ColoursAreExact) {
     Picture drawn{255, 1, {}};
-    for (std::uint32_t i = 0; i < 255; ++i)
+    for (std::uint32_t i = 0; i < 255; ++i) {
         drawn.pixels.push_back(0xFF000000U | i * 0x010203U);
+    }
     acsbuild::Palette palette({drawn}, 0xFF00FF);
     const std::vector<acs::Colour> colours = palette.colours();
     for (const std::uint32_t pixel : drawn.pixels) {
@@ -259,8 +261,9 @@ TEST(AcsbuildPalette, UpTo255ColoursAreExact) {
 TEST(AcsbuildPalette, AGradientStaysNearItsColours) {
     Picture drawn{256, 16, {}};
     for (std::uint32_t y = 0; y < 16; ++y) {
-        for (std::uint32_t x = 0; x < 256; ++x)
+        for (std::uint32_t x = 0; x < 256; ++x) {
             drawn.pixels.push_back(0xFF000000U | x << 16 | (y * 16) << 8 | (255 - x));
+        }
     }
     acsbuild::Palette palette({drawn}, 0xFF00FF);
     const std::vector<acs::Colour> colours = palette.colours();
@@ -294,8 +297,9 @@ TEST(AcsbuildRegion, EqualRowsShareTheirRectangles) {
                                          clear, red,   red,   red,   red});
     const std::vector<std::uint8_t> bytes = acsbuild::opaqueRegion(drawn);
     std::vector<int> numbers;
-    for (std::size_t i = 0; i + 4 <= bytes.size(); i += 4)
+    for (std::size_t i = 0; i + 4 <= bytes.size(); i += 4) {
         numbers.push_back(bytes[i] | bytes[i + 1] << 8 | bytes[i + 2] << 16 | bytes[i + 3] << 24);
+    }
     EXPECT_EQ(numbers, (std::vector<int>{32, 1, 3, 48, 1, 0, 5, 4, /**/ 1, 0, 2, 2, /**/ 3, 0, 4, 2, /**/ 1, 3, 5, 4}));
 }
 
@@ -422,12 +426,14 @@ TEST_F(Acsbuild, SaysWhatIsWrongAndWhere) {
 std::pair<int, std::string> runProgram(const std::string& arguments) {
     const std::string command = std::string("'" ACSBUILD "' ") + arguments + " 2>&1 >/dev/null";
     FILE* const pipe = popen(command.c_str(), "r");
-    if (pipe == nullptr)
+    if (pipe == nullptr) {
         return {-1, "cannot start " ACSBUILD};
+    }
     std::string printed;
     std::array<char, 256> buffer{};
-    while (fgets(buffer.data(), static_cast<int>(buffer.size()), pipe) != nullptr)
+    while (fgets(buffer.data(), static_cast<int>(buffer.size()), pipe) != nullptr) {
         printed += buffer.data();
+    }
     const int status = pclose(pipe);
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, printed};
 }

@@ -33,8 +33,9 @@ std::vector<std::uint8_t> bytesOf(const fs::path& file) {
 
 std::uint32_t number(const std::vector<std::uint8_t>& bytes, std::size_t at, std::size_t size) {
     std::uint32_t value = 0;
-    for (std::size_t i = 0; i < size; ++i)
+    for (std::size_t i = 0; i < size; ++i) {
         value |= static_cast<std::uint32_t>(bytes.at(at + i)) << (8 * i);
+    }
     return value;
 }
 
@@ -92,8 +93,9 @@ TEST_P(Characters, HaveAnAnimationForEveryState) {
         const acs::State* const state = character_.findState(name);
         ASSERT_NE(state, nullptr) << murmelix::toUtf8(name);
         EXPECT_FALSE(state->animations.empty()) << murmelix::toUtf8(name);
-        for (const std::u16string& animation : state->animations)
+        for (const std::u16string& animation : state->animations) {
             EXPECT_NE(character_.findAnimation(animation), nullptr) << murmelix::toUtf8(animation);
+        }
     }
 }
 
@@ -102,8 +104,9 @@ TEST_P(Characters, PointAndGoTheWayOfTheState) {
         {u"GESTURINGUP", u"GestureUp"},       {u"GESTURINGDOWN", u"GestureDown"}, {u"GESTURINGLEFT", u"GestureLeft"},
         {u"GESTURINGRIGHT", u"GestureRight"}, {u"MOVINGUP", u"MoveUp"},           {u"MOVINGDOWN", u"MoveDown"},
         {u"MOVINGLEFT", u"MoveLeft"},         {u"MOVINGRIGHT", u"MoveRight"}};
-    for (const auto& [state, animation] : pairs)
+    for (const auto& [state, animation] : pairs) {
         EXPECT_EQ(character_.findState(state)->animations, std::vector<std::u16string>{animation});
+    }
     // The hand that points left reaches further left than the figure at rest does; so to the right.
     const auto extent = [&](const char16_t* name) {
         const acs::FrameImage& shown = character_.findAnimation(name)->frames.back().images.at(0);
@@ -145,11 +148,12 @@ TEST_P(Characters, SpeakWithSevenMouths) {
     int different = 0;
     const acs::Mouth& closed = rest.mouths.at(0);
     for (int y = 0; y < closed.height; ++y) {
-        for (int x = 0; x < closed.width; ++x)
+        for (int x = 0; x < closed.width; ++x) {
             different += pixel(character_.images[closed.image], x, y) !=
                                  pixel(whole, closed.x + x - rest.images[0].x, closed.y + y - rest.images[0].y)
                              ? 1
                              : 0;
+        }
     }
     EXPECT_EQ(different, 0);
 }
@@ -161,8 +165,9 @@ std::vector<std::size_t> played(const acs::Animation& animation, std::size_t fro
     for (std::size_t at = from; at < animation.frames.size() && frames.size() <= 2 * animation.frames.size();) {
         frames.push_back(at);
         const acs::Frame& frame = animation.frames[at];
-        if (asked && frame.exit_frame == acs::exit_end)
+        if (asked && frame.exit_frame == acs::exit_end) {
             break;
+        }
         at = asked && frame.exit_frame >= 0 ? static_cast<std::size_t>(frame.exit_frame) : at + 1;
     }
     return frames;
@@ -172,13 +177,15 @@ TEST_P(Characters, EndEveryAnimation) {
     for (const acs::Animation& animation : character_.animations) {
         const std::string name = murmelix::toUtf8(animation.name);
         EXPECT_LE(played(animation, 0, false).size(), animation.frames.size()) << name;
-        for (std::size_t from = 0; from < animation.frames.size(); ++from)
+        for (std::size_t from = 0; from < animation.frames.size(); ++from) {
             EXPECT_LE(played(animation, from, true).size(), animation.frames.size()) << name << " asked at " << from;
+        }
         for (const acs::Frame& frame : animation.frames) {
             EXPECT_GT(frame.duration, 0) << name;
             int back = 0;
-            for (const acs::Branch& branch : frame.branches)
+            for (const acs::Branch& branch : frame.branches) {
                 back += branch.probability;
+            }
             EXPECT_LT(back, 100) << name << " may go round for ever";
         }
     }
@@ -194,8 +201,9 @@ TEST_P(Characters, ComeBackToTheRestPose) {
                frame.images[0].x == rest->frames[0].images[0].x && frame.images[0].y == rest->frames[0].images[0].y;
     };
     for (const acs::Animation& animation : character_.animations) {
-        if (animation.name == u"Hide")
+        if (animation.name == u"Hide") {
             continue;
+        }
         const std::string name = murmelix::toUtf8(animation.name);
         if (animation.transition == acs::Transition::return_animation) {
             const acs::Animation* const back = character_.findAnimation(animation.return_animation);
@@ -204,9 +212,10 @@ TEST_P(Characters, ComeBackToTheRestPose) {
             EXPECT_TRUE(atRest(back->frames.back())) << name;
         } else {
             EXPECT_TRUE(atRest(animation.frames.back())) << name;
-            for (std::size_t from = 0; from < animation.frames.size(); ++from)
+            for (std::size_t from = 0; from < animation.frames.size(); ++from) {
                 EXPECT_TRUE(atRest(animation.frames[played(animation, from, true).back()]))
                     << name << " asked at " << from;
+            }
         }
     }
 }
@@ -217,8 +226,9 @@ TEST_P(Characters, AreNoStiffPictures) {
         std::set<std::uint32_t> images;
         int duration = 0;
         for (const acs::Frame& frame : character_.findAnimation(name)->frames) {
-            for (const acs::FrameImage& shown : frame.images)
+            for (const acs::FrameImage& shown : frame.images) {
                 images.insert(shown.image);
+            }
             duration += frame.duration;
         }
         EXPECT_GE(images.size(), 4U) << murmelix::toUtf8(name);
@@ -276,13 +286,15 @@ TEST_P(Sounds, AreWhatTheirNamePromisesInFormAndLevel) {
     ASSERT_EQ(number(bytes, 40, 4), bytes.size() - 44);
 
     std::vector<int> samples;
-    for (std::size_t at = 44; at + 2 <= bytes.size(); at += 2)
+    for (std::size_t at = 44; at + 2 <= bytes.size(); at += 2) {
         samples.push_back(static_cast<std::int16_t>(number(bytes, at, 2)));
+    }
     EXPECT_GE(samples.size(), 22050U * 3 / 10);
     EXPECT_LE(samples.size(), 22050U * 5 / 2);
     int peak = 0;
-    for (const int sample : samples)
+    for (const int sample : samples) {
         peak = std::max(peak, std::abs(sample));
+    }
     EXPECT_GT(peak, 10000);
     EXPECT_LT(peak, 28000) << "clipped, or nearly";
 
@@ -290,8 +302,9 @@ TEST_P(Sounds, AreWhatTheirNamePromisesInFormAndLevel) {
     double loudest = 0;
     for (std::size_t from = 0; from + 6615 <= samples.size(); from += 105) {
         double energy = 0;
-        for (std::size_t i = from; i < from + 6615; ++i)
+        for (std::size_t i = from; i < from + 6615; ++i) {
             energy += static_cast<double>(samples[i]) * samples[i];
+        }
         loudest = std::max(loudest, std::sqrt(energy / 6615));
     }
     EXPECT_GT(loudest, 2000);
@@ -305,8 +318,9 @@ TEST_P(Sounds, AreWhatTheirNamePromisesInFormAndLevel) {
 
 TEST(SoundScheme, HoldsNothingElse) {
     std::size_t files = 0;
-    for (const auto& entry : fs::directory_iterator(assets / "sounds" / "default"))
+    for (const auto& entry : fs::directory_iterator(assets / "sounds" / "default")) {
         files += entry.path().extension() == ".wav" ? 1 : 100;
+    }
     EXPECT_EQ(files, 44U);
 }
 
@@ -316,8 +330,9 @@ struct IconImage {
 
 std::vector<IconImage> imagesOf(const std::vector<std::uint8_t>& icon) {
     std::vector<IconImage> images;
-    if (icon.size() < 6 || number(icon, 0, 4) != 0x00010000U)
+    if (icon.size() < 6 || number(icon, 0, 4) != 0x00010000U) {
         return images;
+    }
     const std::uint32_t count = number(icon, 4, 2);
     for (std::size_t i = 0; i < count && 6 + 16 * (i + 1) <= icon.size(); ++i) {
         const std::size_t entry = 6 + 16 * i;
@@ -362,8 +377,9 @@ TEST(Icons, MenuPicturesTakeTheMenusColours) {
             std::set<std::uint32_t> rows;
             const std::uint32_t mask = images[i].at + 48 + 4 * images[i].size;
             ASSERT_LE(mask + 4 * images[i].size, bytes.size());
-            for (std::uint32_t y = 0; y < images[i].size; ++y)
+            for (std::uint32_t y = 0; y < images[i].size; ++y) {
                 rows.insert(number(bytes, mask + 4 * y, 4));
+            }
             EXPECT_GT(rows.size(), 1U) << name << " shows nothing at " << images[i].size;
         }
     }

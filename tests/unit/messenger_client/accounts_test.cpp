@@ -24,8 +24,9 @@ using Lines = std::vector<std::u16string>;
 
 std::vector<std::string> signinsOf(const Accounts& accounts) {
     std::vector<std::string> names;
-    for (const Account& account : accounts.all())
+    for (const Account& account : accounts.all()) {
         names.push_back(murmelix::toUtf8(account.signin));
+    }
     return names;
 }
 
@@ -146,8 +147,9 @@ TEST(RememberedAccounts, NamesOfAnyKindSurvive) {
         accounts.use(u"a@x").friendly = name;
         accounts.remember(u"a@x", true);
         EXPECT_EQ(readFrom(accounts.lines()).all().at(0).friendly, name);
-        for (const std::u16string& line : accounts.lines())
+        for (const std::u16string& line : accounts.lines()) {
             EXPECT_EQ(line.find_first_of(std::u16string_view(u"\0\r\n", 3)), murmelix::npos);
+        }
     }
 }
 
@@ -158,10 +160,12 @@ TEST(RememberedAccounts, NameWithLineEndsAndNulsStaysOnOneLine) {
 
 TEST(RememberedAccounts, AreNotMoreThanAThousand) {
     Lines lines;
-    for (int i = 0; i < 1500; ++i)
+    for (int i = 0; i < 1500; ++i) {
         lines.push_back(u"account" + murmelix::toText(i) + u"@x\t2\t-\t0\tA");
-    for (int i = 0; i < 1500; ++i)
+    }
+    for (int i = 0; i < 1500; ++i) {
         lines.push_back(u"\tcontact" + murmelix::toText(i) + u"@x\t2\t-\tC");
+    }
     EXPECT_EQ(readFrom(lines).all().size(), 1000U);
     lines.erase(lines.begin() + 1, lines.begin() + 1500);
     const Accounts one = readFrom(lines);
@@ -176,8 +180,9 @@ TEST(RememberedAccounts, AnyLinesAtAllAreHarmless) {
     for (int round = 0; round < 300; ++round) {
         Lines lines(random() % 20);
         for (std::u16string& line : lines) {
-            for (auto i = random() % 30; i > 0; --i)
+            for (auto i = random() % 30; i > 0; --i) {
                 line += alphabet[random() % alphabet.size()];
+            }
         }
         const Accounts accounts = readFrom(lines);
         const Lines written = accounts.lines();
@@ -189,8 +194,9 @@ TEST(SigninNames, ThatOneCanType) {
     EXPECT_EQ(faultOfSignin(u"ann@place.example"), u"");
     EXPECT_EQ(faultOfSignin(u"\u4F60@x"), u"");
     EXPECT_NE(faultOfSignin(u""), u"");
-    for (const char16_t* name : {u"ann", u"@x", u"ann@", u"a@b@c", u"a b@x", u"a\t@x", u"a\\b@x", u"a\xD800@x"})
+    for (const char16_t* name : {u"ann", u"@x", u"ann@", u"a@b@c", u"a b@x", u"a\t@x", u"a\\b@x", u"a\xD800@x"}) {
         EXPECT_NE(faultOfSignin(name), u"") << murmelix::toUtf8(name);
+    }
     EXPECT_EQ(faultOfSignin(std::u16string(318, u'a') + u"@x"), u"");
     EXPECT_NE(faultOfSignin(std::u16string(319, u'a') + u"@x"), u"");
 }
@@ -204,16 +210,21 @@ struct Signing : testing::Test {
 
     void SetUp() override {
         client.listen([this](const Change& change) {
-            if (change.kind == Change::Kind::signing_in)
+            if (change.kind == Change::Kind::signing_in) {
                 seen.push_back(client.stage() == Stage::connecting ? "connecting" : "synchronising");
-            if (change.kind == Change::Kind::signed_in)
+            }
+            if (change.kind == Change::Kind::signed_in) {
                 seen.push_back("in " + std::to_string(change.number));
-            if (change.kind == Change::Kind::signed_out)
+            }
+            if (change.kind == Change::Kind::signed_out) {
                 seen.push_back("out");
-            if (change.kind == Change::Kind::window_destroyed)
+            }
+            if (change.kind == Change::Kind::window_destroyed) {
                 seen.push_back("closed");
-            if (change.kind == Change::Kind::my_status)
+            }
+            if (change.kind == Change::Kind::my_status) {
                 seen.push_back("status " + std::to_string(static_cast<long>(client.me()->status)));
+            }
         });
         signing.setTime(1000);
     }
@@ -377,8 +388,9 @@ TEST_F(EachAccount, TakesContactsThatWereAddedBeforeTheSignIn) {
 }
 
 TEST_F(EachAccount, CanBeSignedInByItsOwnTexts) {
-    for (int i = 0; i < 50; ++i)
+    for (int i = 0; i < 50; ++i) {
         client.signIn(u"account" + murmelix::toText(i) + u"@x", u"");
+    }
     const Account& first = client.accounts().all().back();
     client.signIn(first.signin, first.friendly);
     EXPECT_EQ(client.me()->signin, u"account0@x");
@@ -415,8 +427,10 @@ TEST(BecomingIdle, WhenNothingWasTouchedForLongEnough) {
 
 TEST(BecomingIdle, OnlyFromOnline) {
     AutoIdle idle(60'000);
-    for (const Status status : {Status::busy, Status::away, Status::be_right_back, Status::invisible, Status::offline})
+    for (const Status status :
+         {Status::busy, Status::away, Status::be_right_back, Status::invisible, Status::offline}) {
         EXPECT_EQ(idle.look(status, 1'000'000), std::nullopt);
+    }
 }
 
 TEST(BecomingIdle, AnIdlenessByCommandStays) {

@@ -114,8 +114,9 @@ TEST(ChatLog, CutAtEveryLength) {
         const auto part = parseChatLog(std::string_view(bytes).substr(0, length));
         ASSERT_LE(part.size(), whole.size());
         // Only the last line can be another one than in the whole.
-        for (std::size_t i = 0; i + 1 < part.size(); ++i)
+        for (std::size_t i = 0; i + 1 < part.size(); ++i) {
             ASSERT_EQ(part[i].text, whole[i].text) << "cut at " << length;
+        }
     }
 }
 

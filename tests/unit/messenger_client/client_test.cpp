@@ -48,12 +48,15 @@ struct Signed : testing::Test {
             {Change::Kind::text_appended, "text"},      {Change::Kind::said, "said"},
             {Change::Kind::shutting_down, "shutdown"}};
         std::string line = names.at(change.kind);
-        if (change.contact)
+        if (change.contact) {
             line += " " + murmelix::toUtf8(change.contact->signin);
-        if (change.number)
+        }
+        if (change.number) {
             line += " " + std::to_string(change.number);
-        if (!change.text.empty())
+        }
+        if (!change.text.empty()) {
             line += " " + escaped(change.text);
+        }
         seen.push_back(line);
     }
 };
@@ -88,8 +91,9 @@ TEST_F(History, NeverEndsInALineEnd) {
 }
 
 TEST_F(History, MessagesWithoutALineAreNotSaid) {
-    for (const auto* text : {u"", u"\r\n", u"\n\r\n\r"})
+    for (const auto* text : {u"", u"\r\n", u"\n\r\n\r"}) {
         EXPECT_FALSE(client.say(talk, ann, text));
+    }
     EXPECT_EQ(talk->history(), notice);
     EXPECT_THAT(seen, IsEmpty());
 }
@@ -207,8 +211,9 @@ TEST_F(ControlCommands, ActOnTheClient) {
     for (const char* line :
          {"say ann@x hi\\nthere", "say me \\u0041\\\\", "append \\r\\nraw", "join cy@x Cy D", "part bob@x",
           "rename cy@x Cyrus  X", "rename me Mine", "status cy@x 34", "status me 10", "add di@x Di", "remove di@x",
-          "unread -1", "open ann@x", "close", "use 1", "close", "signout"})
+          "unread -1", "open ann@x", "close", "use 1", "close", "signout"}) {
         EXPECT_EQ(control.execute(line), Result::done) << line;
+    }
     EXPECT_THAT(seen,
                 ElementsAre("said ann@x hi\\r\\nthere", "text \\r\\nAnn says:\\r\\nhi\\r\\nthere", "said me@x A\\\\",
                             "text \\r\\nMe says:\\r\\nA\\\\", "text \\r\\nraw", "added cy@x", "joined cy@x",
@@ -249,8 +254,9 @@ TEST_F(ControlCommands, SignInsOnTheWay) {
     EXPECT_EQ(control.execute("connect ann@x Ann B"), Result::done);
     EXPECT_EQ(called, "connect ann@x Ann B");
     EXPECT_EQ(control.execute("connect"), Result::bad_arguments);
-    for (const char* line : {"signing next", "signing finish", "signing cancel", "signing fail 80004005"})
+    for (const char* line : {"signing next", "signing finish", "signing cancel", "signing fail 80004005"}) {
         EXPECT_EQ(control.execute(line), Result::refused) << line << ": nothing is under way";
+    }
     EXPECT_EQ(control.execute("signing fail 1"), Result::bad_arguments);
     EXPECT_EQ(control.execute("signing fail"), Result::bad_arguments);
     EXPECT_EQ(control.execute("signing up"), Result::bad_arguments);
@@ -285,8 +291,9 @@ TEST_F(ControlCommands, Accounts) {
     EXPECT_EQ(control.execute("accounts has me@x"), Result::refused) << "used, but not remembered";
     EXPECT_EQ(control.execute("accounts forget bob@x"), Result::done);
     EXPECT_EQ(control.execute("accounts forget bob@x"), Result::refused);
-    for (const char* line : {"accounts", "accounts has", "accounts love ann@x"})
+    for (const char* line : {"accounts", "accounts has", "accounts love ann@x"}) {
         EXPECT_EQ(control.execute(line), Result::bad_arguments) << line;
+    }
 }
 
 TEST_F(ControlCommands, WindowAndInput) {
@@ -297,8 +304,9 @@ TEST_F(ControlCommands, WindowAndInput) {
     EXPECT_EQ(called, "untouched 90000");
     EXPECT_EQ(control.execute("untouched real"), Result::done);
     EXPECT_EQ(called, "untouched really");
-    for (const char* line : {"untouched", "untouched -1", "untouched long"})
+    for (const char* line : {"untouched", "untouched -1", "untouched long"}) {
         EXPECT_EQ(control.execute(line), Result::bad_arguments) << line;
+    }
 }
 
 TEST_F(ControlCommands, OpenAddsWhoIsNew) {
@@ -461,10 +469,12 @@ TEST(EventLog, AFileThatCannotBeWrittenIsSaid) {
 
 TEST(Statuses, CodesAndNames) {
     EXPECT_EQ(nameOf(Status::away), u"Away");
-    for (const long code : {1, 2, 6, 10, 14, 18, 34, 50, 66})
+    for (const long code : {1, 2, 6, 10, 14, 18, 34, 50, 66}) {
         EXPECT_TRUE(isStatus(code)) << code;
-    for (const long code : {0, 3, 100, 0x100, -1})
+    }
+    for (const long code : {0, 3, 100, 0x100, -1}) {
         EXPECT_FALSE(isStatus(code)) << code;
+    }
 }
 
 } // namespace

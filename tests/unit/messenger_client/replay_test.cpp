@@ -32,16 +32,18 @@ std::vector<std::string> told(const Script& script) {
                                                          {Step::Kind::renamed, "renamed"},
                                                          {Step::Kind::says, "says"}};
     std::vector<std::string> lines;
-    for (const Step& step : script.steps)
+    for (const Step& step : script.steps) {
         lines.push_back(murmelix::toUtf8(script.people[step.person].signin) + " " + kinds.at(step.kind) +
                         (step.text.empty() ? "" : " " + murmelix::toUtf8(step.text)));
+    }
     return lines;
 }
 
 std::vector<double> times(const Script& script) {
     std::vector<double> all;
-    for (const Step& step : script.steps)
+    for (const Step& step : script.steps) {
         all.push_back(step.at);
+    }
     return all;
 }
 
@@ -103,8 +105,9 @@ TEST(Replay, SigninNamesAreUnlikeWhateverTheNick) {
     const Script script = scriptOf("[00:00] <A b> 1\n[00:00] <|x|> 1\n[00:00] <_x_> 1\n[00:00] <X> 1\n[00:00] <x> 1\n",
                                    {.participants = 9});
     std::vector<std::u16string> names;
-    for (const Person& person : script.people)
+    for (const Person& person : script.people) {
         names.push_back(person.signin);
+    }
     EXPECT_THAT(names, ElementsAre(u"a_b@messenger.example", u"_x_@messenger.example", u"_x_2@messenger.example",
                                    u"x@messenger.example", u"x2@messenger.example"));
 }
@@ -164,8 +167,9 @@ class RealLogs : public testing::TestWithParam<const char*> {};
 
 TEST_P(RealLogs, AreReplayedWhole) {
     const auto file = std::filesystem::path(MURMELIX_SOURCE_DIR) / "../shared/chatlogs" / GetParam();
-    if (!std::filesystem::exists(file))
+    if (!std::filesystem::exists(file)) {
         GTEST_SKIP() << "../shared/chatlogs is missing: " << GetParam() << " is not replayed";
+    }
     std::ifstream in(file, std::ios::binary);
     const std::string bytes(std::istreambuf_iterator<char>(in), {});
     const auto log = parseChatLog(bytes);
@@ -173,9 +177,10 @@ TEST_P(RealLogs, AreReplayedWhole) {
     // Counted from the lines themselves: every line that looks like a message is one.
     std::istringstream lines(bytes);
     std::size_t messages = 0;
-    for (std::string line; std::getline(lines, line);)
+    for (std::string line; std::getline(lines, line);) {
         messages +=
             line.size() > 9 && line[0] == '[' && (line.compare(8, 1, "<") == 0 || line.compare(7, 3, "  *") == 0);
+    }
     EXPECT_EQ(std::count_if(
                   log.begin(), log.end(),
                   [](const LogEvent& e) { return e.kind == LogEvent::Kind::says || e.kind == LogEvent::Kind::acts; }),
@@ -183,11 +188,13 @@ TEST_P(RealLogs, AreReplayedWhole) {
 
     const Script all = makeScript(log, {.participants = 100000});
     std::size_t said = 0;
-    for (const Step& step : all.steps)
+    for (const Step& step : all.steps) {
         said += step.kind == Step::Kind::says;
+    }
     std::size_t of_people = 0;
-    for (const Person& person : all.people)
+    for (const Person& person : all.people) {
         of_people += person.messages;
+    }
     EXPECT_EQ(said, of_people);
     EXPECT_GE(said + 100, messages);
     EXPECT_TRUE(
@@ -196,8 +203,9 @@ TEST_P(RealLogs, AreReplayedWhole) {
     const Script three = makeScript(log, {.participants = 3, .messages = 20, .speed = 10});
     ASSERT_THAT(three.people, SizeIs(3));
     std::vector<bool> present;
-    for (const Person& person : three.people)
+    for (const Person& person : three.people) {
         present.push_back(person.present);
+    }
     std::size_t twenty = 0;
     for (const Step& step : three.steps) {
         switch (step.kind) {
@@ -227,14 +235,16 @@ INSTANTIATE_TEST_SUITE_P(Days, RealLogs,
 
 TEST(RealLogs, MostFrequentWritersOfADay) {
     const auto file = std::filesystem::path(MURMELIX_SOURCE_DIR) / "../shared/chatlogs/ubuntu-2008-04-27.txt";
-    if (!std::filesystem::exists(file))
+    if (!std::filesystem::exists(file)) {
         GTEST_SKIP() << "../shared/chatlogs is missing";
+    }
     std::ifstream in(file, std::ios::binary);
     const std::string bytes(std::istreambuf_iterator<char>(in), {});
     const Script script = makeScript(parseChatLog(bytes), {});
     std::vector<std::u16string> names;
-    for (const Person& person : script.people)
+    for (const Person& person : script.people) {
         names.push_back(person.friendly);
+    }
     EXPECT_THAT(names, testing::UnorderedElementsAre(u"maco", u"Pelo", u"mouseclone"));
 }
 

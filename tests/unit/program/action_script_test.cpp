@@ -72,8 +72,9 @@ TEST_F(ActionScript, UnknownWordLeavesTheLastRequest) {
     RunCharacterCommand(u"a@x", u"show");
     const auto request = LastRequests.Item(u"a@x");
     calls().clear();
-    for (const char16_t* command : {u"dance", u"", u"Speak", u"SHOW", u"play "})
+    for (const char16_t* command : {u"dance", u"", u"Speak", u"SHOW", u"play "}) {
         RunCharacterCommand(u"a@x", command, u"text", u"sad");
+    }
     EXPECT_THAT(calls(), IsEmpty());
     EXPECT_EQ(LastRequests.Item(u"a@x"), request);
     EXPECT_EQ(LoadedCharacters.Item(u"a@x"), character_);
@@ -93,8 +94,9 @@ TEST_F(ActionScript, MissingAnimationLeavesTheCharacterUsable) {
 
 TEST_F(ActionScript, CharacterThatFailsAtEverythingStaysInTheCollections) {
     fakes::neighbours().gone = true;
-    for (const char16_t* command : {u"speak", u"wav", u"listen", u"hide", u"show", u"play"})
+    for (const char16_t* command : {u"speak", u"wav", u"listen", u"hide", u"show", u"play"}) {
         RunCharacterCommand(u"a@x", command, u"text", u"sad", u"laugh");
+    }
     EXPECT_EQ(LoadedCharacters.Item(u"a@x"), character_);
     EXPECT_EQ(LastRequests.Item(u"a@x"), nullptr);
 }
@@ -136,8 +138,9 @@ TEST_F(ActionScript, CharacterUnloadedInTheMiddleIsNotPutBack) {
 
 TEST_F(ActionScript, EventInTheMiddleOfACommandCanUseTheSameCharacter) {
     fakes::neighbours().during = [](std::string_view call) {
-        if (call == "Stop")
+        if (call == "Stop") {
             RunCharacterCommand(u"a@x", u"hide");
+        }
     };
     RunCharacterCommand(u"a@x", u"speak", u"text");
     EXPECT_EQ(calls(), joined(std::vector{hideCall(u"a@x")}, speakCalls(u"a@x", u"Text")));

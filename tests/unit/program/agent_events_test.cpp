@@ -33,8 +33,9 @@ class AgentEvents : public ProgramTest {
 };
 
 TEST_F(AgentEvents, OtherCommandsAreIgnored) {
-    for (const char16_t* name : {u"", u"%", u"a@xQ", u"Open", u"a@xR% ", u"a@x1%", u"a@x2%", u"a@x3%", u"a@xq%"})
+    for (const char16_t* name : {u"", u"%", u"a@xQ", u"Open", u"a@xR% ", u"a@x1%", u"a@x2%", u"a@x3%", u"a@xq%"}) {
         Agent_Command(name);
+    }
     EXPECT_THAT(calls(), IsEmpty());
     EXPECT_THAT(removed_, IsEmpty());
 }
@@ -132,8 +133,9 @@ TEST_F(AgentEvents, LanguageWithoutAVoiceIsTold) {
     characterHost.chooseLanguage = [](std::int32_t, std::int32_t) { LanguageToSwitch = 1037; };
     for (const bool call_fails : {false, true}) {
         fakes::messageBoxes().shown.clear();
-        if (call_fails)
+        if (call_fails) {
             fakes::neighbours().failing = {"setLanguageID"};
+        }
         Agent_Command(u"a@xL%");
         EXPECT_EQ(character_->language_id, 1033);
         EXPECT_THAT(fakes::messageBoxes().shown,

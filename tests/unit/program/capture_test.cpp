@@ -204,8 +204,9 @@ TEST_F(Capture, TickInsideOfATickDoesNothing) {
     window_->say(u"Ann", u"one");
     window_->say(u"Bob", u"two");
     fakes::neighbours().during = [&](std::string_view) { monitor_.ReadMoniter_Timer(); };
-    for (int i = 0; i < 4; ++i)
+    for (int i = 0; i < 4; ++i) {
         monitor_.ReadMoniter_Timer();
+    }
     EXPECT_THAT(spoken(), ElementsAre(u"ann@x: One\r\n", u"bob@x: Two"));
 }
 
@@ -216,8 +217,9 @@ class Interrupted : public Capture {
     bool tickWith(int call_number, const std::function<void()>& event) {
         int number = 0;
         fakes::neighbours().during = [&](std::string_view) {
-            if (++number == call_number)
+            if (++number == call_number) {
                 event();
+            }
         };
         monitor_.ReadMoniter_Timer();
         fakes::neighbours().during = nullptr;
@@ -256,12 +258,14 @@ TEST_F(Interrupted, AnotherReadingIsNeitherSpokenWithTheOldTextNorLeftAtItsPosit
             stopReading();
             startReading(*other);
         });
-        if (!happened)
+        if (!happened) {
             return;
+        }
         const auto so_far = spoken();
         EXPECT_LE(so_far.size(), 1u) << call;
-        for (const std::u16string& speech : so_far)
+        for (const std::u16string& speech : so_far) {
             EXPECT_EQ(speech, u"ann@x: Hello") << call; // under way already
+        }
         EXPECT_EQ(monitor_.LastReadPosition, static_cast<std::int32_t>(other->history.size()) + 2) << call;
         EXPECT_EQ(monitor_.currentUser, u"") << call;
         other->say(u"Cy", u"greetings");
@@ -280,8 +284,9 @@ TEST_F(Interrupted, SameWindowReadAgainSpeaksNothingTwice) {
             stopReading();
             startReading(*window_);
         });
-        if (!happened)
+        if (!happened) {
             return;
+        }
         EXPECT_LE(spoken().size(), 1u) << call;
         window_->say(u"Bob", u"next");
         monitor_.ReadMoniter_Timer();
@@ -316,18 +321,22 @@ TEST_F(Interrupted, MessagesThatArriveInTheMiddleOfATickAreReadLater) {
             written = true;
             window_->say(u"Bob", toText(call));
         });
-        if (written)
+        if (written) {
             expected.push_back(u"bob@x: " + toText(call));
+        }
         for (std::u16string speech : spoken()) {
-            while (speech.ends_with(u"\r\n"))
+            while (speech.ends_with(u"\r\n")) {
                 speech.resize(speech.size() - 2);
+            }
             said.push_back(speech);
         }
     }
-    for (int i = 0; i < 20; ++i)
+    for (int i = 0; i < 20; ++i) {
         monitor_.ReadMoniter_Timer();
-    for (std::u16string speech : spoken())
+    }
+    for (std::u16string speech : spoken()) {
         said.push_back(speech);
+    }
     EXPECT_EQ(said, expected);
 }
 
@@ -358,8 +367,9 @@ TEST_F(Capture, NoCallThatFailsLosesOrRepeatsAMessage) {
         ticks(3);
         ticks(2);
         std::u16string all;
-        for (const std::u16string& text : handed_on)
+        for (const std::u16string& text : handed_on) {
             all += text + u"|";
+        }
         for (const char16_t* word : {u"one", u"two", u"three"}) {
             const std::size_t found = all.find(word);
             EXPECT_NE(found, npos) << failing << ": " << toUtf8(word);
@@ -384,13 +394,15 @@ TEST_F(Capture, WholeRunSurvivesEveryCallThatFails) {
         calls().clear();
         window->say(u"Ann", u"hello :) brb");
         window->say(u"Bob", u"fine");
-        for (int i = 0; i < 4; ++i)
+        for (int i = 0; i < 4; ++i) {
             monitor_.ReadMoniter_Timer();
+        }
         window->contacts.push_back(contact(u"Cy"));
         fakes::messenger().events.OnIMWindowContactAdded(window->contacts[2], window);
         window->say(u"Cy", u"late");
-        for (int i = 0; i < 3; ++i)
+        for (int i = 0; i < 3; ++i) {
             monitor_.ReadMoniter_Timer();
+        }
         for (const char16_t* piece : {u"Hello ", u"Fine", u"Late"}) {
             const auto times = std::count_if(calls().begin(), calls().end(), [&](const AgentCall& call) {
                 return call.call == u"Speak" && call.text && call.text->find(piece) != npos;
@@ -400,8 +412,9 @@ TEST_F(Capture, WholeRunSurvivesEveryCallThatFails) {
         fakes::messenger().events.OnIMWindowContactRemoved(window->contacts[0], window);
         fakes::messenger().events.OnMyStatusChange(0, 2);
         fakes::messenger().events.OnIMWindowDestroyed(window);
-        if (IsReadingConversation) // its end went unheard
+        if (IsReadingConversation) { // its end went unheard
             stopReading();
+        }
         EXPECT_EQ(LoadedCharacters.Count(), 0u) << failing;
         EXPECT_EQ(LoadedCharacterKeys.Count(), 0u) << failing;
         if (fakes::neighbours().calls < failing) {

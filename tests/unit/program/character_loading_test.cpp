@@ -213,8 +213,9 @@ TEST_F(CharacterLoading, ContactDroppedMeanwhileLeavesNoCharacter) {
     install(u"Max");
     for (const char* moment : {"Load", "Character", "AddCommand", "Window.Left", "MoveTo", "Show"}) {
         fakes::neighbours().during = [&](std::string_view call) {
-            if (call == moment && LoadedCharacterKeys.contains(u"a@x"))
+            if (call == moment && LoadedCharacterKeys.contains(u"a@x")) {
                 LoadedCharacterKeys.Remove(u"a@x");
+            }
         };
         LoadCharacterForContact(u"a@x");
         EXPECT_EQ(LoadedCharacters.Count(), 0u) << moment;

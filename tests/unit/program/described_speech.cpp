@@ -9,25 +9,29 @@ namespace {
 constexpr std::size_t none = std::u16string::npos;
 
 std::u16string lower(std::u16string text) {
-    for (char16_t& unit : text)
+    for (char16_t& unit : text) {
         unit = toLower(unit);
+    }
     return text;
 }
 
 bool standsAt(const std::u16string& text, std::size_t at, const std::u16string& wanted, bool with_case) {
-    if (text.size() < at + wanted.size())
+    if (text.size() < at + wanted.size()) {
         return false;
+    }
     for (std::size_t i = 0; i < wanted.size(); ++i) {
-        if (with_case ? text[at + i] != wanted[i] : toLower(text[at + i]) != toLower(wanted[i]))
+        if (with_case ? text[at + i] != wanted[i] : toLower(text[at + i]) != toLower(wanted[i])) {
             return false;
+        }
     }
     return true;
 }
 
 std::size_t positionOf(const std::u16string& text, const std::u16string& wanted, std::size_t from, bool with_case) {
     for (std::size_t at = from; at + wanted.size() <= text.size(); ++at) {
-        if (standsAt(text, at, wanted, with_case))
+        if (standsAt(text, at, wanted, with_case)) {
             return at;
+        }
     }
     return none;
 }
@@ -47,8 +51,9 @@ std::vector<std::u16string> split(const std::u16string& text, const std::u16stri
     std::size_t at = 0;
     for (;;) {
         const std::size_t end = positionOf(text, separator, at, false);
-        if (end == none)
+        if (end == none) {
             break;
+        }
         pieces.push_back(text.substr(at, end - at));
         at = end + separator.size();
     }
@@ -62,8 +67,9 @@ bool keepsWordApart(char16_t unit) {
 
 std::u16string prepared(std::u16string text) {
     if (AutoIgnoreChars != 0) {
-        for (const char16_t unit : IgnoredChars)
+        for (const char16_t unit : IgnoredChars) {
             text = replaceEvery(text, std::u16string(1, unit), u"", true);
+        }
     }
     bool first = true;
     for (char16_t& unit : text) {
@@ -81,14 +87,17 @@ std::u16string plainReplaceWord(std::u16string text, const std::u16string& word,
     while (at != none) {
         const bool before = at == 0 || keepsWordApart(text[at - 1]);
         const bool after = at + word.size() == text.size() || keepsWordApart(text[at + word.size()]);
-        if (before && after)
+        if (before && after) {
             text.replace(at, word.size(), replacement);
+        }
         at = positionOf(text, word, at + (before && after ? replacement.size() : word.size()), false);
     }
-    while (!text.empty() && text.front() == u' ')
+    while (!text.empty() && text.front() == u' ') {
         text.erase(0, 1);
-    while (!text.empty() && text.back() == u' ')
+    }
+    while (!text.empty() && text.back() == u' ') {
         text.pop_back();
+    }
     return text;
 }
 
@@ -98,11 +107,13 @@ std::u16string plainCollapseRepeats(std::u16string text) {
     for (const std::u16string& c : list) {
         for (;;) {
             const std::size_t at = positionOf(text, c + c + c, 0, false);
-            if (at == none)
+            if (at == none) {
                 break;
+            }
             std::size_t length = 3;
-            while (at + length < text.size() && toLower(text[at + length]) == toLower(c[0]))
+            while (at + length < text.size() && toLower(text[at + length]) == toLower(c[0])) {
                 ++length;
+            }
             const std::u16string run(length, c[0]);
             text.replace(positionOf(text, run, 0, false), length, c);
         }
@@ -116,8 +127,9 @@ std::u16string plainMarkEmoticons(std::u16string text, bool mark, const std::u16
     const std::u16string list_2 =
         u":-),:),:-D,:d,;-),;),:-O,:o,:-P,:p,(h),:-@,:@,:-S,:s,:$,:-$,:-(,:(,:'(,:-|,:|,(a),(6)";
     const std::u16string list_3 = u"(lol),(birthday),(boo),(run),(whistle),(haa),(ohh),(slap),(sniff),(sigh)";
-    if (mark)
+    if (mark) {
         text = separator + text + separator;
+    }
     const auto entries = split(list_1 + u"," + list_2 + (mark ? u"," + list_3 : u""), u",");
     for (std::size_t i = 0; i < entries.size(); ++i) {
         const std::u16string replacement = mark ? separator + u"Emot+" + entries[i] + separator : u" ";
@@ -205,10 +217,11 @@ std::vector<AgentCall> callsOf(const std::u16string& key, const std::u16string& 
     for (const std::u16string& command : split(commands, u"; ")) {
         const std::size_t blank = command.find(u' ');
         const std::u16string word = command.substr(0, blank), what = command.substr(blank + 1);
-        if (word == u"play")
+        if (word == u"play") {
             all.push_back(playCall(key, what));
-        else
+        } else {
             all = joined(all, word == u"wav" ? soundCalls(key, what) : speakCalls(key, prepared(what)));
+        }
     }
     return all;
 }
@@ -228,20 +241,23 @@ std::vector<AgentCall> plainSpeakMessage(const std::u16string& key, const std::u
     std::vector<AgentCall> all;
     for (const std::u16string& piece : split(plainMarkEmoticons(text, true, u" .0%// "), u" .0%// ")) {
         if (piece.substr(0, 5) == u"Emot+") {
-            if (PlayReadEmoticon == 0)
+            if (PlayReadEmoticon == 0) {
                 continue;
+            }
             const std::u16string name = lower(piece.substr(5));
             const auto& rows = emoticonCommands();
             const auto row = std::find_if(rows.begin(), rows.end(), [&](const auto& r) { return r.first == name; });
             all = joined(all, row == rows.end() ? speakCalls(key, prepared(name)) : callsOf(key, row->second));
         } else if (!piece.empty()) {
-            for (const std::u16string& other : others)
+            for (const std::u16string& other : others) {
                 all = joined(all, listenCalls(other));
+            }
             all = joined(all, speakCalls(key, prepared(piece)));
         }
     }
-    if (positionOf(text, u"be right back", 0, false) != none)
+    if (positionOf(text, u"be right back", 0, false) != none) {
         all.push_back(hideCall(key));
+    }
     return all;
 }
 

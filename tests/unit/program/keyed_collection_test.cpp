@@ -9,8 +9,9 @@ namespace {
 
 KeyedCollection<int> numbered(int count) {
     KeyedCollection<int> all;
-    for (int i = 1; i <= count; ++i)
+    for (int i = 1; i <= count; ++i) {
         all.Add(i, u"k" + toText(i));
+    }
     return all;
 }
 
@@ -41,8 +42,9 @@ TEST(KeyedCollection, FindsKeysHoweverManyComeAndGo) {
         all.Add(1, u"k1");
         EXPECT_EQ(all.position(u"k1"), static_cast<std::size_t>(count));
         expectConsistent(all);
-        while (all.Count() > 0)
+        while (all.Count() > 0) {
             all.Remove((all.Count() + 1) / 2);
+        }
         EXPECT_FALSE(all.contains(u"k1"));
     }
 }

@@ -18,8 +18,9 @@ class MatchupStore : public ProgramTest {
 
     static std::vector<std::u16string> contacts() {
         std::vector<std::u16string> names;
-        for (std::size_t i = 1; i <= Matchups.Count(); ++i)
+        for (std::size_t i = 1; i <= Matchups.Count(); ++i) {
             names.push_back(GetMatchupContactAt(static_cast<std::int16_t>(i)));
+        }
         return names;
     }
 };
@@ -32,8 +33,9 @@ TEST_F(MatchupStore, ScramblingAddsTenToEveryCode) {
 
 TEST_F(MatchupStore, ScramblingAndBackGivesEveryCodeBack) {
     std::string codes;
-    for (int code = 0; code < 256; ++code)
+    for (int code = 0; code < 256; ++code) {
         codes.push_back(static_cast<char>(code));
+    }
     for (const auto* page : {&fakes::windows1252(), &fakes::windows1251()}) {
         fakes::useCodePage(*page);
         const std::u16string all = platform::fromAnsi(codes);
@@ -143,8 +145,9 @@ TEST_F(MatchupStore, OneCharacterOfTheDataIsDroppedWhateverItIs) {
 }
 
 TEST_F(MatchupStore, DamagedValuesOfEveryTypeAreRead) {
-    for (std::uint32_t type = 0; type < 12; ++type)
+    for (std::uint32_t type = 0; type < 12; ++type) {
         fakes::registry().put(matchup_key, std::string(1, static_cast<char>('a' + type)), type, "\xFF\x01\x80");
+    }
     LoadMatchups();
     EXPECT_EQ(Matchups.Count(), 12u);
 }

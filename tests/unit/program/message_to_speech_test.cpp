@@ -187,10 +187,12 @@ TEST(CollapseRepeats, MakesRunsOfThreeAndMoreSingle) {
 }
 
 TEST(CollapseRepeats, KnowsItsFortyCharacters) {
-    for (const char16_t c : u"abcdefghijklmnopqrstuvwxyz!?/\\*&^%$#@:\";"s)
+    for (const char16_t c : u"abcdefghijklmnopqrstuvwxyz!?/\\*&^%$#@:\";"s) {
         EXPECT_EQ(CollapseRepeats(std::u16string(5, c)), std::u16string(1, c));
-    for (const char16_t c : u"0123456789.,-+=()[]{}<>|~_' \r\n\u00E9"s)
+    }
+    for (const char16_t c : u"0123456789.,-+=()[]{}<>|~_' \r\n\u00E9"s) {
         EXPECT_EQ(CollapseRepeats(std::u16string(5, c)), std::u16string(5, c));
+    }
 }
 
 TEST(MarkEmoticons, SpellsTheMarkAsTheListDoes) {
@@ -232,8 +234,9 @@ class DescribedSpeech : public ProgramTest {
         ASSERT_EQ(CollapseRepeats(text), plainCollapseRepeats(text));
         ASSERT_EQ(MarkEmoticons(text, true, piece_separator), plainMarkEmoticons(text, true, piece_separator));
         ASSERT_EQ(MarkEmoticons(text, false), plainMarkEmoticons(text, false, u""));
-        for (const char16_t* word : {u"brb", u"lol", u"ic", u"-", u"aa"})
+        for (const char16_t* word : {u"brb", u"lol", u"ic", u"-", u"aa"}) {
             ASSERT_EQ(ReplaceWord(text, word, u"X y"), plainReplaceWord(text, word, u"X y"));
+        }
         calls().clear();
         LoadedCharacters.Item(u"a@x");
         fakes::agent().characters[u"a@x"]->visible = true;
@@ -244,12 +247,14 @@ class DescribedSpeech : public ProgramTest {
 
 TEST_F(DescribedSpeech, IsKeptOnTheChatLogs) {
     const std::filesystem::path folder = MURMELIX_SOURCE_DIR "/../shared/chatlogs";
-    if (!std::filesystem::exists(folder))
+    if (!std::filesystem::exists(folder)) {
         GTEST_SKIP() << "The chat logs are missing: " << folder;
+    }
     std::size_t lines = 0;
     for (const auto& entry : std::filesystem::directory_iterator(folder)) {
-        if (!entry.path().filename().string().starts_with("ubuntu"))
+        if (!entry.path().filename().string().starts_with("ubuntu")) {
             continue;
+        }
         std::ifstream file(entry.path(), std::ios::binary);
         for (std::string line; std::getline(file, line); ++lines) {
             const std::size_t message = line.find("> ");
@@ -330,8 +335,9 @@ TEST_F(DescribedSpeech, IsKeptOnRandomText) {
     fragments.push_back(std::u16string(1, char16_t{0xD83D}));
     fragments.push_back(std::u16string(3, char16_t{0xDE00}));
     std::vector<std::u16string> emoticons;
-    for (const auto& row : emoticonCommands())
+    for (const auto& row : emoticonCommands()) {
         emoticons.push_back(row.first);
+    }
 
     std::mt19937 random(20260101);
     const auto below = [&](std::size_t limit) {
@@ -344,11 +350,13 @@ TEST_F(DescribedSpeech, IsKeptOnRandomText) {
             std::u16string part =
                 below(3) == 0 ? emoticons[below(emoticons.size())] : fragments[below(fragments.size())];
             if (below(3) == 0) {
-                for (char16_t& unit : part)
+                for (char16_t& unit : part) {
                     unit = toUpper(unit);
+                }
             }
-            if (below(8) == 0)
+            if (below(8) == 0) {
                 part.erase(below(part.size() + 1));
+            }
             text += part;
         }
         AutoCorrectText = below(4) != 0;
@@ -378,8 +386,9 @@ TEST_F(Speech, LineOfAMegabyteIsReadWhatever) {
     for (const std::u16string& part :
          {u"a"s, u"aaab"s, u":-"s, u"(lol)"s, u"brb "s, u" .0%// "s, u":(l)"s, std::u16string(1, char16_t{0xD800})}) {
         std::u16string text;
-        while (text.size() < units)
+        while (text.size() < units) {
             text += part;
+        }
         EXPECT_THAT(said(text), testing::Not(IsEmpty()));
         character_->visible = true;
     }

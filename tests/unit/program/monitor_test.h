@@ -18,8 +18,9 @@ class MonitorTest : public ProgramTest {
         characterHost.characterFiles = [] {
             return std::vector<std::u16string>{u"Max.acs", u"Nelly.acs", u"Otto.acs"};
         };
-        for (const char16_t* name : {u"Max", u"Nelly", u"Otto"})
+        for (const char16_t* name : {u"Max", u"Nelly", u"Otto"}) {
             fakes::agent().files[std::u16string(u"C:\\WINDOWS\\msagent\\chars\\") + name + u".acs"] = {name};
+        }
         characterHost.conversationWindow = [this] { return monitor_.GetWindowAt(ReadingWindowHandle); };
         characterHost.messenger = [this] { return &monitor_.MSNAPI(); };
         characterHost.removeMoniteredContact = [this](const std::u16string& key) {
@@ -33,8 +34,9 @@ class MonitorTest : public ProgramTest {
 
     std::shared_ptr<fakes::Window> open(std::int32_t handle, const std::vector<std::u16string>& friendly_names) {
         auto window = std::make_shared<fakes::Window>(handle);
-        for (const std::u16string& name : friendly_names)
+        for (const std::u16string& name : friendly_names) {
             window->contacts.push_back(contact(name));
+        }
         fakes::messenger().events.OnIMWindowCreated(window);
         return window;
     }
@@ -59,8 +61,9 @@ class MonitorTest : public ProgramTest {
     std::vector<std::u16string> spoken() {
         std::vector<std::u16string> all;
         for (const AgentCall& call : calls()) {
-            if (call.call == u"Speak")
+            if (call.call == u"Speak") {
                 all.push_back(call.key + u": " + *call.text);
+            }
         }
         calls().clear();
         return all;
@@ -68,8 +71,9 @@ class MonitorTest : public ProgramTest {
 
     static std::vector<std::u16string> stage() {
         std::vector<std::u16string> keys;
-        for (const auto& [key, character] : fakes::agent().characters)
+        for (const auto& [key, character] : fakes::agent().characters) {
             keys.push_back(key);
+        }
         return keys;
     }
 
@@ -92,12 +96,14 @@ class MonitorTest : public ProgramTest {
             rows_.push_back({key, caption, text, selected});
         };
         host.editConversationText = [this](const std::u16string& key, const std::u16string& text) {
-            if (const auto row = rowOf(key); row != rows_.end())
+            if (const auto row = rowOf(key); row != rows_.end()) {
                 row->text = text;
+            }
         };
         host.removeConversation = [this](const std::u16string& key) {
-            if (const auto row = rowOf(key); row != rows_.end())
+            if (const auto row = rowOf(key); row != rows_.end()) {
                 rows_.erase(row);
+            }
         };
         host.conversationCount = [this] { return static_cast<std::int32_t>(rows_.size()); };
         host.startConvButtClick = [this] {

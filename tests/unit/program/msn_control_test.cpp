@@ -245,8 +245,9 @@ TEST_F(MsnControl, AllAreRemovedThoughUnloadingFailsOrRemovesOthers) {
     fakes::agent().characters.clear();
     monitor_.AddMoniteredWindowContacts();
     fakes::neighbours().during = [&](std::string_view call) {
-        if (call == "Unload")
+        if (call == "Unload") {
             monitor_.RemoveMoniteredContact(u"ann@x");
+        }
     };
     monitor_.RemoveMoniteredWindowContacts();
     EXPECT_EQ(LoadedCharacterKeys.Count(), 0u);
@@ -255,8 +256,9 @@ TEST_F(MsnControl, AllAreRemovedThoughUnloadingFailsOrRemovesOthers) {
 TEST_F(MsnControl, StoppingWhileCharactersAreLoadedLoadsNoFurtherOnes) {
     const auto window = open(1, {u"Ann", u"Bob", u"Cy"});
     fakes::neighbours().during = [&](std::string_view call) {
-        if (call == "Show")
+        if (call == "Show") {
             stopReading();
+        }
     };
     startReading(*window);
     EXPECT_THAT(stage(), IsEmpty());
@@ -267,8 +269,9 @@ TEST_F(MsnControl, WindowClosedWhileItIsBeingListedLeavesNoRow) {
     const auto window = std::make_shared<fakes::Window>(1);
     window->contacts.push_back(contact(u"Ann"));
     fakes::neighbours().during = [&](std::string_view call) {
-        if (call == "FriendlyName")
+        if (call == "FriendlyName") {
             fakes::messenger().events.OnIMWindowDestroyed(window);
+        }
     };
     fakes::messenger().events.OnIMWindowCreated(window);
     EXPECT_THAT(rows_, IsEmpty());

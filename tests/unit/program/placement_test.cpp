@@ -20,8 +20,9 @@ class Placement : public ProgramTest {
     std::optional<std::pair<int, int>> place(std::int16_t slot) {
         calls().clear();
         PlaceCharacter(*character_, slot);
-        if (calls().empty())
+        if (calls().empty()) {
             return std::nullopt;
+        }
         EXPECT_EQ(calls().size(), 1u);
         EXPECT_EQ(calls()[0].call, u"MoveTo");
         return std::pair(calls()[0].x, calls()[0].y);

@@ -20,8 +20,9 @@
 namespace murmelix::fakes {
 inline void PrintTo(const AgentCall& call, std::ostream* out) {
     *out << toUtf8(call.key) << '.' << toUtf8(call.call) << '(';
-    for (const auto& part : {call.text, call.url, call.animation})
+    for (const auto& part : {call.text, call.url, call.animation}) {
         *out << (part ? toUtf8(*part) : "-") << ',';
+    }
     *out << call.x << ',' << call.y << ')';
 }
 inline void PrintTo(const MessageBox& box, std::ostream* out) {

@@ -97,8 +97,9 @@ TEST_F(Settings, SignedOutWritesNothingAndShowsDefaults) {
         EXPECT_EQ(AutoAttachChar, 1);
         EXPECT_EQ(IgnoredChars, u"^#$/\\()");
     }
-    for (const std::string& operation : fakes::registry().log)
+    for (const std::string& operation : fakes::registry().log) {
         EXPECT_TRUE(operation.starts_with("open ") || operation.starts_with("query ")) << operation;
+    }
 }
 
 TEST_F(Settings, SignedOutReadsTheRootOfTheHive) {

@@ -99,8 +99,9 @@ TEST_F(Trace, CaptureRefusesWhatItCannotUnderstand) {
         EXPECT_EQ(out_, "") << line;
         EXPECT_THAT(err_, testing::StartsWith("trace capture: line 2: ")) << line;
     }
-    for (const char* line : {"{\"ticks\":1}", "{\"me\":{}}", "3"})
+    for (const char* line : {"{\"ticks\":1}", "{\"me\":{}}", "3"}) {
         EXPECT_EQ(capture(line), 1) << line;
+    }
     EXPECT_EQ(capture(std::string(100000, '[')), 1);
 }
 

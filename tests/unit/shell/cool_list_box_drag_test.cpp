@@ -38,13 +38,15 @@ class CoolListBoxDrag : public CoolListBoxTest {
 };
 
 TEST_F(CoolListBoxDrag, FiveUnitsInEitherDirectionStartADrag) {
-    for (const auto& [x, y] : {std::pair{5.0, 0.0}, {-5.0, 0.0}, {0.0, 5.0}, {0.0, -5.0}, {4.0, 6.0}, {30.0, 40.0}})
+    for (const auto& [x, y] : {std::pair{5.0, 0.0}, {-5.0, 0.0}, {0.0, 5.0}, {0.0, -5.0}, {4.0, 6.0}, {30.0, 40.0}}) {
         EXPECT_EQ(dragsAfter(x, y), 1u) << x << "," << y;
+    }
 }
 
 TEST_F(CoolListBoxDrag, LessThanFiveUnitsInBothDirectionsAreNoDrag) {
-    for (const auto& [x, y] : {std::pair{4.0, 4.0}, {-4.0, 4.0}, {4.5, 0.0}, {0.0, 0.0}})
+    for (const auto& [x, y] : {std::pair{4.0, 4.0}, {-4.0, 4.0}, {4.5, 0.0}, {0.0, 0.0}}) {
         EXPECT_EQ(dragsAfter(x, y), 0u) << x << "," << y;
+    }
 }
 
 TEST_F(CoolListBoxDrag, NothingIsDraggedWhereTheZoneIsZero) {
@@ -57,8 +59,9 @@ TEST_F(CoolListBoxDrag, NothingIsDraggedWhereTheZoneIsZero) {
 TEST_F(CoolListBoxDrag, OnlyTheLeftButtonAloneDrags) {
     list.P.MouseDown(ui::right_button, 0, 10, 30);
     EXPECT_EQ(list.Selected(), 2) << "but any button selects";
-    for (const int held : {0, 2, 3, 4, 5})
+    for (const int held : {0, 2, 3, 4, 5}) {
         list.P.MouseMove(held, 0, 50, 30);
+    }
     EXPECT_EQ(drags().size(), 0u);
     list.P.MouseMove(ui::left_button, 0, 50, 30);
     EXPECT_EQ(drags().size(), 1u);
@@ -82,8 +85,9 @@ TEST_F(CoolListBoxDrag, DragThatWasCalledOffDoesNotBeginAgain) {
 
 TEST_F(CoolListBoxDrag, MoveIsMeasuredFromThePressNotFromStepToStep) {
     list.P.MouseDown(ui::left_button, 0, 10, 30);
-    for (const double x : {12.0, 14.0})
+    for (const double x : {12.0, 14.0}) {
         list.P.MouseMove(ui::left_button, 0, x, 30);
+    }
     EXPECT_EQ(drags().size(), 0u);
     list.P.MouseMove(ui::left_button, 0, 15, 30);
     EXPECT_EQ(drags().size(), 1u);

@@ -38,8 +38,9 @@ class CoolListBoxTest : public testing::Test {
     std::vector<std::u16string> printed() {
         std::vector<std::u16string> texts;
         for (const fakes::Drawing& drawing : drawings()) {
-            if (drawing.kind == fakes::Drawing::Kind::text)
+            if (drawing.kind == fakes::Drawing::Kind::text) {
                 texts.push_back(drawing.text);
+            }
         }
         return texts;
     }

@@ -88,8 +88,9 @@ TEST_F(CoolListBoxProperties, AllAreWrittenUnderTheirNamesAndReadAgain) {
     written.WriteProperties(bag);
     for (const char16_t* name :
          {u"EnabledIt", u"Appearance", u"BackColor", u"DragDropZone", u"NoItemCaption", u"ItemHeight", u"IconPosX",
-          u"IconPosY", u"CaptionPosX", u"CaptionPosY", u"TextPosX", u"TextPosY", u"Selected"})
+          u"IconPosY", u"CaptionPosX", u"CaptionPosY", u"TextPosX", u"TextPosY", u"Selected"}) {
         EXPECT_TRUE(bag.contains(name)) << toUtf8(name);
+    }
     EXPECT_EQ(bag.Count(), 13u);
 
     CoolListBox fresh(form);
@@ -140,18 +141,24 @@ TEST_F(CoolListBoxProperties, ValuesOfTheWrongTypeReadAsTheDefaults) {
 }
 
 TEST_F(CoolListBoxProperties, NumbersOutOfRangeReadAsTheDefaults) {
-    for (const std::int64_t height : std::initializer_list<std::int64_t>{0, -1, 32768, INT64_MAX, INT64_MIN})
+    for (const std::int64_t height : std::initializer_list<std::int64_t>{0, -1, 32768, INT64_MAX, INT64_MIN}) {
         EXPECT_EQ(read(u"ItemHeight", number(height), &CoolListBox::ItemHeight), 15) << height;
-    for (const std::int64_t appearance : {-1, 2, 65537})
+    }
+    for (const std::int64_t appearance : {-1, 2, 65537}) {
         EXPECT_EQ(read(u"Appearance", number(appearance), &CoolListBox::Appearance), 1) << appearance;
-    for (const std::int64_t colour : std::initializer_list<std::int64_t>{-1, 0x100000000})
+    }
+    for (const std::int64_t colour : std::initializer_list<std::int64_t>{-1, 0x100000000}) {
         EXPECT_EQ(read(u"BackColor", number(colour), &CoolListBox::BackColor), 0x80000005u) << colour;
-    for (const std::int64_t zone : {32768, -32769})
+    }
+    for (const std::int64_t zone : {32768, -32769}) {
         EXPECT_EQ(read(u"DragDropZone", number(zone), &CoolListBox::DragDropZone), 0) << zone;
-    for (const std::int64_t x : {std::int64_t{0x80000000}, -std::int64_t{0x80000001}})
+    }
+    for (const std::int64_t x : {std::int64_t{0x80000000}, -std::int64_t{0x80000001}}) {
         EXPECT_EQ(read(u"TextPosX", number(x), &CoolListBox::TextPosX), 1) << x;
-    for (const std::int64_t position : {-1, 32768})
+    }
+    for (const std::int64_t position : {-1, 32768}) {
         EXPECT_EQ(read(u"Selected", number(position), &CoolListBox::Selected), 0) << position;
+    }
 }
 
 TEST_F(CoolListBoxProperties, NumbersAtTheEndsOfTheirRangesAreRead) {

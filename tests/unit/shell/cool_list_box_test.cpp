@@ -159,8 +159,9 @@ TEST_F(CoolListBoxTest, RowsAddedBelowTheViewAreNotDrawn) {
 }
 
 TEST_F(CoolListBoxTest, ListTakesNoMoreRowsThanThereArePositions) {
-    for (int i = 1; i <= 32767; ++i)
+    for (int i = 1; i <= 32767; ++i) {
         list.AddItem(u"c", u"t", toText(i), false);
+    }
     EXPECT_EQ(list.GetItemCount(), 32767);
     list.AddItem(u"c", u"t", u"one more", true);
     EXPECT_EQ(list.GetItemCount(), 32767);
@@ -254,8 +255,9 @@ TEST_F(CoolListBoxTest, RemovingRowsOfAScrolledListScrollsBack) {
 
 TEST_F(CoolListBoxTest, SelectingBeyondTheRowsIsIgnored) {
     fill(2);
-    for (const std::int16_t position : std::initializer_list<std::int16_t>{3, 32767, -1, -32768})
+    for (const std::int16_t position : std::initializer_list<std::int16_t>{3, 32767, -1, -32768}) {
         list.setSelected(position);
+    }
     EXPECT_EQ(list.Selected(), 0);
     EXPECT_EQ(events, "");
 }
@@ -574,15 +576,17 @@ TEST_F(CoolListBoxTest, ItemsArePassedByPosition) {
     EXPECT_EQ(list.Item(1).Text, u"t");
     EXPECT_EQ(list.Item(1).Key, u"k");
     EXPECT_EQ(list.Item(1).Icon, (ui::Picture{u"picture", 32}));
-    for (const std::int16_t position : std::initializer_list<std::int16_t>{0, 2, -1})
+    for (const std::int16_t position : std::initializer_list<std::int16_t>{0, 2, -1}) {
         EXPECT_THROW(list.Item(position), CollectionError) << position;
+    }
 }
 
 TEST_F(CoolListBoxTest, DrawItemDrawsARowOfTheListAlone) {
     fill(3);
     const std::size_t before = drawings().size();
-    for (const std::int16_t position : std::initializer_list<std::int16_t>{0, 4, -1})
+    for (const std::int16_t position : std::initializer_list<std::int16_t>{0, 4, -1}) {
         list.DrawItem(position);
+    }
     EXPECT_EQ(drawings().size(), before);
     list.DrawItem(3);
     ASSERT_EQ(drawings().size(), before + 3);
@@ -620,8 +624,9 @@ TEST_F(CoolListBoxTest, DoubleClickIsRaised) {
 TEST_F(CoolListBoxTest, LongListDrawsNoMoreThanAShortOne) {
     fill(5);
     const std::size_t few = drawings().size();
-    for (int i = 0; i < 3000; ++i)
+    for (int i = 0; i < 3000; ++i) {
         list.AddItem(u"c", u"t", u"n" + std::u16string(1, static_cast<char16_t>(0x4000 + i)), false);
+    }
     list.Scroll.setValue(2000);
     EXPECT_EQ(drawings().size(), few);
 }

@@ -57,14 +57,16 @@ TEST_F(HostileTest, EverySettingMayHoldAnyText) {
                                          "\\\\server\\share",
                                          "%s%n"};
     for (const std::string& text : texts) {
-        for (const std::string& name : all_settings)
+        for (const std::string& name : all_settings) {
             store(name, text);
+        }
         MainFrm& window = startAgain();
         for (const ui::CheckBox* box :
              {&window.UpdatesCheck, &window.AutoMinimizeCheck, &window.HideIdleCheck, &window.AutoHideBalloonCheck,
               &window.PlayReadEmoticonCheck, &window.AutoAttachCheck, &window.AutoCorrectTextCheck,
-              &window.IgnoreCharsCheck})
+              &window.IgnoreCharsCheck}) {
             EXPECT_TRUE(box->Value() == 0 || box->Value() == 1);
+        }
         // No folder has such a name: the first one. An empty value is as good as none.
         EXPECT_EQ(window.SoundSchemeList.Text(), text[0] == '\0' ? u"default" : u"bells");
         readOnce(window);
@@ -75,8 +77,9 @@ TEST_F(HostileTest, EverySettingMayBeOfAnyType) {
     for (const std::uint32_t type : {0U, 2U, 3U, 4U, 7U, 11U, 0xFFFFU}) {
         for (const std::string& data :
              {std::string(), std::string(1, '\1'), std::string("\1\0\0\0", 4), std::string(1 << 20, '\xfe')}) {
-            for (const std::string& name : all_settings)
+            for (const std::string& name : all_settings) {
                 fakes::registry().put(account_key, name, type, data);
+            }
             readOnce(startAgain());
         }
     }
@@ -105,8 +108,9 @@ TEST_F(HostileTest, SoundDirectoryMayBeMissingOrEmpty) {
 TEST_F(HostileTest, SoundDirectoryMayHoldFiveThousandSchemes) {
     auto& names = fakes::system().subdirectories[u"C:\\Murmelix\\sounds\\"];
     names.clear();
-    for (int i = 0; i < 5000; ++i)
+    for (int i = 0; i < 5000; ++i) {
         names.push_back(u"scheme " + toText(i));
+    }
     store("CurrentSoundScheme", "scheme 4321");
     MainFrm& window = startAgain();
     EXPECT_EQ(window.SoundSchemeList.ListCount(), 5000);
@@ -124,8 +128,9 @@ TEST_F(HostileTest, NamesOfAnyKindAreShown) {
         return form().MainFrame.Caption();
     };
     std::u16string emoticons;
-    for (int i = 0; i < 2500; ++i)
+    for (int i = 0; i < 2500; ++i) {
         emoticons += u":)(Y)";
+    }
     EXPECT_EQ(shown(emoticons), u" - Online (0 Unread)") << "nothing is left of it but the status";
     EXPECT_EQ(shown(std::u16string(10000, u'W')), std::u16string(10000, u'W') + u" - Online (0 Unread)");
     EXPECT_EQ(shown(u"((Bob) (]["), u"((Bob) (][ - Online (0 Unread)");
@@ -179,8 +184,9 @@ TEST_F(HostileTest, SignInAndOutTwentyTimesInARowWhileMessagesArrive) {
         EXPECT_FALSE(form().SignOutFrame.Visible());
         EXPECT_TRUE(form().ConversationsList.EnabledIt());
         EXPECT_EQ(SettingsKeyPath, u"Software\\Murmelix\\" + fakes::messenger().signin_name);
-        if (round == 1)
+        if (round == 1) {
             windows = fakes::screen().bounds.size();
+        }
         if (round >= 1) {
             EXPECT_EQ(fakes::screen().bounds.size(), windows) << "no window is made twice";
         }
@@ -197,14 +203,16 @@ TEST_F(HostileTest, TicksDoNotPileUpWhileACallHangs) {
     const int before = window->history_reads;
     int inside = 0;
     fakes::neighbours().during = [&](std::string_view call) {
-        if (call != "History")
+        if (call != "History") {
             return;
+        }
         fakes::screen().neighbour_call_pending = true; // five seconds of ticks
         for (int i = 0; i < 500; ++i) {
             ++inside;
             fakes::tick(form().ReadMoniter);
-            if (i % 100 == 0)
+            if (i % 100 == 0) {
                 fakes::tick(form().WindowResizeTimer);
+            }
         }
         fakes::screen().neighbour_call_pending = false;
     };
@@ -221,39 +229,46 @@ TEST_F(HostileTest, ButtonsCanBeUsedInTheMiddleOfACallThatHangs) {
     const auto window = openConversation(7);
     form().StartConvButt_Click();
     fakes::neighbours().during = [&](std::string_view call) {
-        if (call == "History" && IsReadingConversation)
+        if (call == "History" && IsReadingConversation) {
             form().StartConvButt_Click();
+        }
     };
     window->say(u"Ann", u"hello");
     fakes::state().agent.calls.clear();
     fakes::tick(form().ReadMoniter);
     EXPECT_EQ(IsReadingConversation, 0);
-    for (const fakes::AgentCall& call : fakes::state().agent.calls)
+    for (const fakes::AgentCall& call : fakes::state().agent.calls) {
         EXPECT_NE(call.call, u"Speak") << "what was stopped is not read";
+    }
 }
 
 TEST(Addresses, HostsAreTold) {
-    for (const std::u16string host : {u"www.example.org", u"localhost", u"127.0.0.1", u"127.0.0.1:8080", u"a-b.c:1"})
+    for (const std::u16string host : {u"www.example.org", u"localhost", u"127.0.0.1", u"127.0.0.1:8080", u"a-b.c:1"}) {
         EXPECT_TRUE(isHost(host)) << toUtf8(host);
+    }
     for (const std::u16string nonsense :
          {u"",         u".",   u"a..b",   u"-a",  u"a-",  u"a b",  u"a/b",  u"http://a",   u"a:",  u"a:0",  u"a:65536",
-          u"a:123456", u"a:b", u"user@a", u"a?b", u"a#b", u"a\"b", u"a\\b", u"\u00e4.org", u":80", u"a:1:2"})
+          u"a:123456", u"a:b", u"user@a", u"a?b", u"a#b", u"a\"b", u"a\\b", u"\u00e4.org", u":80", u"a:1:2"}) {
         EXPECT_FALSE(isHost(nonsense)) << toUtf8(nonsense);
+    }
     EXPECT_TRUE(isHost(std::u16string(63, u'a') + u".org"));
     EXPECT_FALSE(isHost(std::u16string(64, u'a') + u".org"));
     std::u16string long_name;
-    while (long_name.size() < 254)
+    while (long_name.size() < 254) {
         long_name += u"ab.";
+    }
     EXPECT_FALSE(isHost(long_name + u"c"));
     EXPECT_FALSE(isHost(std::u16string(u"a\0b", 3)));
 }
 
 TEST(Addresses, MailAddressesAreTold) {
-    for (const std::u16string address : {u"support@example.org", u"a.b+c_d-e@x"})
+    for (const std::u16string address : {u"support@example.org", u"a.b+c_d-e@x"}) {
         EXPECT_TRUE(isMailAddress(address)) << toUtf8(address);
+    }
     for (const std::u16string nonsense : {u"", u"@", u"a@", u"@a", u"a", u"a@b@c", u"a b@c", u"a@b c", u"a?cc=x@b",
-                                          u"a@b?subject=x", u"a@b:25", u"<a@b>"})
+                                          u"a@b?subject=x", u"a@b:25", u"<a@b>"}) {
         EXPECT_FALSE(isMailAddress(nonsense)) << toUtf8(nonsense);
+    }
     EXPECT_FALSE(isMailAddress(std::u16string(65, u'a') + u"@b"));
 }
 

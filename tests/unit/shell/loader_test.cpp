@@ -52,8 +52,9 @@ TEST_F(LoaderTest, SignedOutStartWritesNothing) {
         EXPECT_EQ(SettingsKeyPath, u"") << status;
         EXPECT_TRUE(another.MainFrm().SignOutFrame.Visible()) << status;
     }
-    for (const std::string& line : fakes::registry().log)
+    for (const std::string& line : fakes::registry().log) {
         EXPECT_FALSE(line.starts_with("set ") || line.starts_with("create ")) << line;
+    }
 }
 
 TEST_F(LoaderTest, WindowsDirectoryIsCutAtTheNulAndEndsInABackslash) {

@@ -128,8 +128,9 @@ TEST_F(MainFrmTest, ChecksEnableWhatBelongsToThem) {
 }
 
 TEST_F(MainFrmTest, StoredZerosLeaveWhatBelongsToThemDisabled) {
-    for (const char* name : {"AutoIgnoreChars", "PlayReadEmoticon"})
+    for (const char* name : {"AutoIgnoreChars", "PlayReadEmoticon"}) {
         store(name, "0");
+    }
     MainFormLoaded = 0;
     Loader another;
     another.Main();
@@ -147,8 +148,9 @@ TEST_F(MainFrmTest, LoadingWritesBackWhatDiffersFromTheControlsInOrder) {
     another.Main();
     std::vector<std::string> written;
     for (const std::string& line : fakes::registry().log) {
-        if (line.starts_with("set "))
+        if (line.starts_with("set ")) {
             written.push_back(line);
+        }
     }
     EXPECT_THAT(written, ElementsAre("set AutoHideIdleChar=1", "set AutoHideBalloon=1", "set PlayReadEmoticon=1",
                                      "set AutoAttachChar=1", "set AutoCorrectText=1", "set AutoIgnoreChars=1",
@@ -265,8 +267,9 @@ TEST_F(MainFrmTest, StartWithARowWhoseWindowHasClosedUndoesItself) {
 TEST_F(MainFrmTest, StopWhileTheCharactersAreLoadedLeavesNothingRunning) {
     openConversation(1234);
     fakes::neighbours().during = [&](std::string_view call) {
-        if (call == "Show" && IsReadingConversation)
+        if (call == "Show" && IsReadingConversation) {
             form().StartConvButt_Click();
+        }
     };
     form().StartConvButt_Click();
     EXPECT_EQ(IsReadingConversation, 0);
@@ -398,8 +401,9 @@ TEST_F(MainFrmTest, OptionsChangeTheWidthByTheFramesWidths) {
     EXPECT_EQ(form().Width(), options + main + 135 + 270);
     EXPECT_EQ(form().ReadOptnsButt.Caption(), u"<- Hide &Options");
     for (const ui::Frame* frame :
-         {&form().MurmelixFrame, &form().CharFrame, &form().ReadTextFrame, &form().EmotReadingFrame})
+         {&form().MurmelixFrame, &form().CharFrame, &form().ReadTextFrame, &form().EmotReadingFrame}) {
         EXPECT_TRUE(frame->Enabled());
+    }
     EXPECT_TRUE(fakes::click(form().ReadOptnsButt));
     EXPECT_EQ(form().Width(), main + 270);
     EXPECT_EQ(form().ReadOptnsButt.Caption(), u"Show &Options ->");

@@ -144,8 +144,9 @@ TEST_F(NoticesTest, SignOutUnloadsTheWindowsInTheirOrder) {
         fakes::screen().hidden.clear();
         fakes::messenger().events.OnSignout();
         for (const std::uintptr_t hidden : fakes::screen().hidden) {
-            if (std::find(wanted.begin(), wanted.end(), hidden) != wanted.end())
+            if (std::find(wanted.begin(), wanted.end(), hidden) != wanted.end()) {
                 unloaded.push_back(hidden);
+            }
         }
         EXPECT_EQ(unloaded, wanted);
     };

@@ -182,8 +182,9 @@ TEST(Toolkit, FocusGoesIntoAPanelThatCoversIt) {
     panel.setVisible(false);
     panel.Move({0, 0, 1000, 1000});
     inside.Move({10, 10, 100, 100});
-    for (Control* control : std::initializer_list<Control*>{&window.Text, &window.Other, &window.Group})
+    for (Control* control : std::initializer_list<Control*>{&window.Text, &window.Other, &window.Group}) {
         control->Move({100, 300, 500, 100});
+    }
     EXPECT_EQ(window.focused(), &window.First);
     panel.setVisible(true);
     EXPECT_EQ(window.focused(), &inside);

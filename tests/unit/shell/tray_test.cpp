@@ -46,8 +46,9 @@ TEST_F(TrayTest, RightClickShowsTheMenuWithStopOnlyWhileReading) {
 TEST_F(TrayTest, OnlyTheTwoMessagesDoAnything) {
     ASSERT_TRUE(start());
     for (int message = 0x200; message <= 0x20E; ++message) {
-        if (message != 515 && message != 516)
+        if (message != 515 && message != 516) {
             iconMessage(message);
+        }
     }
     EXPECT_TRUE(form().Visible());
     EXPECT_THAT(fakes::screen().popups, testing::IsEmpty());
@@ -169,8 +170,9 @@ TEST_F(TrayTest, MenusAreTheGivenOnes) {
     std::vector<std::u16string> captions;
     for (const ui::Menu* menu : form().menus()) {
         captions.push_back(u"[" + menu->Caption() + u"]");
-        for (const ui::MenuItem* item : menu->items())
+        for (const ui::MenuItem* item : menu->items()) {
             captions.push_back(item->Caption());
+        }
     }
     EXPECT_THAT(captions, ElementsAre(u"[&Murmelix]", u"&Minimize to System Tray", u"-", u"&Get More Characters",
                                       u"Get More &Languages && Voices", u"-", u"E&xit Murmelix", u"[&Help]",
@@ -182,8 +184,9 @@ TEST_F(TrayTest, MenusAreTheGivenOnes) {
 TEST_F(TrayTest, EveryItemButSeparatorsHasAPicture) {
     ASSERT_TRUE(start());
     for (const ui::Menu* menu : form().menus()) {
-        for (const ui::MenuItem* item : menu->items())
+        for (const ui::MenuItem* item : menu->items()) {
             EXPECT_EQ(static_cast<bool>(item->picture()), !item->separator());
+        }
     }
 }
 
@@ -191,8 +194,9 @@ TEST_F(TrayTest, ItemsOpenTheirPages) {
     ASSERT_TRUE(start());
     fakes::system().shell_calls.clear();
     for (ui::MenuItem* item : {&form().MurmelixMenuGetMoreChars, &form().MurmelixMenuGetMoreLangVoice,
-                               &form().HelpMenuTips, &form().HelpMenuHelp, &form().HelpMenuTellAFriend})
+                               &form().HelpMenuTips, &form().HelpMenuHelp, &form().HelpMenuTellAFriend}) {
         fakes::choose(*item);
+    }
     const auto page = [](const std::u16string& path) {
         return ShellCall{u"Open", u"http://www.example.org/Murmelix/" + path, u"0", u"0"};
     };

@@ -25,8 +25,9 @@ TEST(Espeak, ListsLanguagesWithTheirOtherNames) {
 }
 
 TEST(Espeak, DamagedListsHoldNothing) {
-    for (const std::string_view text : {"", "\n", "\n\n\n", "x", "\n5", "\n (", "\n((((", "\n ( ( ("})
+    for (const std::string_view text : {"", "\n", "\n\n\n", "x", "\n5", "\n (", "\n((((", "\n ( ( ("}) {
         listedLanguages(text);
+    }
     EXPECT_THAT(listedLanguages("heading\n5"), ElementsAre());
     EXPECT_THAT(listedLanguages(""), ElementsAre());
 }
@@ -38,8 +39,9 @@ TEST(Espeak, KnowsTheLanguages) {
         {1040, "it"},    {1041, "ja"},  {1042, "ko"},  {1044, "nb"}, {1045, "pl"}, {2070, "pt"}, {1046, "pt-br"},
         {1048, "ro"},    {1049, "ru"},  {2052, "cmn"}, {1051, "sk"}, {1060, "sl"}, {3082, "es"}, {1053, "sv"},
         {1054, "th"},    {1028, "cmn"}, {1055, "tr"}};
-    for (const auto& [id, name] : expected)
+    for (const auto& [id, name] : expected) {
         EXPECT_EQ(espeakLanguage(id), name) << id;
+    }
     EXPECT_EQ(espeakLanguage(0x0C07), "de"); // Austria
     EXPECT_EQ(espeakLanguage(0), "");
     EXPECT_EQ(espeakLanguage(0xFFFF), "");
@@ -76,10 +78,12 @@ class EspeakRun : public testing::Test {
     std::optional<std::vector<std::uint8_t>> answer;
     Espeak engine{[this](const ProgramRun& run, const std::stop_token&, std::string& error) {
         runs.push_back(run);
-        if (run.arguments == std::vector<std::string>{"--voices"})
+        if (run.arguments == std::vector<std::string>{"--voices"}) {
             return std::optional(std::vector<std::uint8_t>(voices.begin(), voices.end()));
-        if (!answer)
+        }
+        if (!answer) {
             error = "broken";
+        }
         return answer;
     }};
 };

@@ -15,9 +15,10 @@ namespace agent::voice::fakes {
 inline Wave tone(std::uint32_t ms, double hertz = 200, double loudness = 8000, std::uint32_t silence = 0,
                  std::uint32_t rate = 22050) {
     Wave wave{rate, std::vector<std::int16_t>(std::size_t{rate} * silence / 1000)};
-    for (std::size_t i = 0; i < std::size_t{rate} * ms / 1000; ++i)
+    for (std::size_t i = 0; i < std::size_t{rate} * ms / 1000; ++i) {
         wave.samples.push_back(static_cast<std::int16_t>(
             loudness * std::sin(2 * std::numbers::pi * hertz * static_cast<double>(i) / rate)));
+    }
     wave.samples.resize(wave.samples.size() + std::size_t{rate} * silence / 1000);
     return wave;
 }

@@ -10,24 +10,29 @@ using fakes::tone;
 
 MouthShape shapeAt(const std::vector<MouthMove>& moves, std::uint32_t ms) {
     auto shape = MouthShape::closed;
-    for (const MouthMove& move : moves)
-        if (move.at <= ms)
+    for (const MouthMove& move : moves) {
+        if (move.at <= ms) {
             shape = move.shape;
+        }
+    }
     return shape;
 }
 
 Wave joined(std::initializer_list<Wave> waves) {
     Wave result;
-    for (const Wave& wave : waves)
+    for (const Wave& wave : waves) {
         result.samples.insert(result.samples.end(), wave.samples.begin(), wave.samples.end());
+    }
     return result;
 }
 
 TEST(LipSync, SilenceKeepsTheMouthClosed) {
     for (const Wave& wave :
-         {Wave{}, Wave{0, {1000, 2000}}, Wave{22050, std::vector<std::int16_t>(22050)}, tone(500, 200, 100)})
-        for (const MouthMove& move : mouthMoves(wave))
+         {Wave{}, Wave{0, {1000, 2000}}, Wave{22050, std::vector<std::int16_t>(22050)}, tone(500, 200, 100)}) {
+        for (const MouthMove& move : mouthMoves(wave)) {
             EXPECT_EQ(move.shape, MouthShape::closed);
+        }
+    }
 }
 
 TEST(LipSync, OpensInSoundAndClosesInPauses) {

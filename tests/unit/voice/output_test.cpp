@@ -159,8 +159,9 @@ TEST_F(OutputTest, AClockThatGoesOnDuringATickLosesNoSample) {
         for (std::size_t length = 300; length < 340; ++length) { // 15 samples pass at each look at the clock
             bool finished = false;
             output.play(level(1000, length), [&] { finished = true; });
-            for (int i = 0; i < 1000 && !finished; ++i)
+            for (int i = 0; i < 1000 && !finished; ++i) {
                 output.tick();
+            }
             ASSERT_TRUE(finished);
             played += static_cast<std::ptrdiff_t>(length);
         }
@@ -183,8 +184,9 @@ TEST_F(OutputTest, HowOftenItTicksChangesNothing) {
             }
         }
         const Wave wave = recorded();
-        if (first.empty())
+        if (first.empty()) {
             first = wave.samples;
+        }
         EXPECT_EQ(wave.samples, first) << step;
         EXPECT_EQ(wave.samples.size(), 44100U);
     }
@@ -274,8 +276,9 @@ class FakeSink : public Sink {
   public:
     explicit FakeSink(Heard& heard) : heard_(heard) {}
     bool write(std::span<const std::int16_t> samples) override {
-        if (heard_.there)
+        if (heard_.there) {
             heard_.samples.insert(heard_.samples.end(), samples.begin(), samples.end());
+        }
         return heard_.there;
     }
 

@@ -46,14 +46,16 @@ class GatedEngine : public Engine {
                                    std::string&) override {
         ++control_->calls;
         const std::stop_callback stopped(stop, [&] {
-            if (control_->listens)
+            if (control_->listens) {
                 control_->answer.open();
+            }
         });
         control_->entered.open();
         control_->answer.pass();
         control_->left.open();
-        if (stop.stop_requested())
+        if (stop.stop_requested()) {
             return std::nullopt;
+        }
         return fakes::tone(100);
     }
 
@@ -88,11 +90,13 @@ using Names = std::vector<std::u16string>;
 TEST(Service, OrdersComeBackInTheirOrder) {
     Inbox inbox;
     Service service(nullptr);
-    for (char16_t letter = u'a'; letter <= u'z'; ++letter)
+    for (char16_t letter = u'a'; letter <= u'z'; ++letter) {
         service.order(std::u16string(1, letter), {}, inbox.taker());
+    }
     Names expected;
-    for (char16_t letter = u'a'; letter <= u'z'; ++letter)
+    for (char16_t letter = u'a'; letter <= u'z'; ++letter) {
         expected.emplace_back(1, letter);
+    }
     EXPECT_EQ(inbox.waitFor(26), expected);
 }
 
@@ -109,8 +113,9 @@ TEST(Service, TellsWhatItSpeaks) {
 TEST(Service, OneOfTheAlternativesIsSaid) {
     Inbox inbox;
     Service service(nullptr);
-    for (int i = 0; i < 200; ++i)
+    for (int i = 0; i < 200; ++i) {
         service.order(u"heads|tails", {}, inbox.taker());
+    }
     const Names names = inbox.waitFor(200);
     const auto heads = std::count(names.begin(), names.end(), u"heads");
     EXPECT_EQ(heads + std::count(names.begin(), names.end(), u"tails"), 200);
@@ -240,15 +245,17 @@ TEST(Service, ManyThreadsMayOrderAtOnce) {
     Inbox inbox;
     Service service(nullptr);
     std::vector<std::future<void>> threads;
-    for (int i = 0; i < 4; ++i)
+    for (int i = 0; i < 4; ++i) {
         threads.push_back(std::async(std::launch::async, [&] {
             for (int j = 0; j < 50; ++j) {
                 service.cancel(service.order(u"cancelled", {}, [](Speech) {}));
                 service.order(u"kept", {}, inbox.taker(u"kept"));
             }
         }));
-    for (std::future<void>& thread : threads)
+    }
+    for (std::future<void>& thread : threads) {
         thread.get();
+    }
     EXPECT_EQ(inbox.waitFor(200).size(), 200U);
 }
 

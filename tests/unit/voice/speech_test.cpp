@@ -23,15 +23,17 @@ Made make(std::u16string_view text, bool engine = true, const Manner& manner = {
     ToneEngine tones(made.calls);
     std::optional<Speech> speech = makeSpeech(readTags(text, manner, {}), engine ? &tones : nullptr, {});
     EXPECT_TRUE(speech.has_value());
-    if (speech)
+    if (speech) {
         made.speech = std::move(*speech);
+    }
     return made;
 }
 
 std::vector<std::u16string> wordsOf(const Speech& speech) {
     std::vector<std::u16string> words;
-    for (const Word& word : speech.words)
+    for (const Word& word : speech.words) {
         words.push_back(speech.shown.substr(word.begin, word.end - word.begin));
+    }
     return words;
 }
 
@@ -76,8 +78,9 @@ TEST(Speech, SilenceAroundASoundIsCutShort) {
 TEST(Speech, AllOfTheShownTextIsInWords) {
     for (const bool engine : {true, false}) {
         std::u16string text;
-        for (int i = 0; i < 3000; ++i)
+        for (int i = 0; i < 3000; ++i) {
             text += u"word ";
+        }
         const Speech speech = make(text, engine).speech;
         EXPECT_EQ(speech.shown, text);
         EXPECT_EQ(speech.words.size(), 3000U);
@@ -98,8 +101,9 @@ TEST(Speech, AMegabyteOfTagsIsBounded) {
     for (const std::u16string_view unit :
          {u"\\Pau=2550\\", u"\\Emp\\a ", u"\\Spd=100\\a\\Rst\\b", u"\\Mrk=1\\", u"\\Map=\"\"=\"a\"\\"}) {
         std::u16string text;
-        while (text.size() < (1U << 20))
+        while (text.size() < (1U << 20)) {
             text += unit;
+        }
         const Made made = make(text);
         EXPECT_LE(made.speech.sound.milliseconds(), 5U * 60 * 1000);
         EXPECT_LE(made.calls.size(), 64U);

@@ -61,8 +61,9 @@ TEST(Tags, LstRepeatsTheLastText) {
 
 TEST(Tags, LstDoesNotMakeTextsGrow) {
     std::u16string last = u"ab";
-    for (int i = 0; i < 100; ++i)
+    for (int i = 0; i < 100; ++i) {
         last = read(u"\\Lst\\\\Lst\\x\\Lst\\", last).remembered;
+    }
     EXPECT_EQ(last, u"x");
     EXPECT_EQ(read(u"\\Lst\\\\Lst\\x", u"a\\Lst\\b").shown, u"abx");
 }
@@ -186,13 +187,15 @@ TEST(Tags, AMegabyteOfAnythingIsReadInProportion) {
     for (const std::u16string_view unit : {u"\\", u"\\Map=\"", u"\\Map=\"\"=\"", u"\\Mrk=1", u"\\Mrk=1\\", u"\\Lst\\",
                                            u"|", u"\\Chr=", u"\\Emp\\ a", u"\"", u"\\Map=\"a\"=\"b\"\\", u"\\Rst\\x"}) {
         std::u16string text;
-        while (text.size() < (1U << 20))
+        while (text.size() < (1U << 20)) {
             text += unit;
+        }
         const Script script = read(text, text);
         std::size_t end = 0;
         for (const Piece& piece : script.pieces) {
-            if (piece.kind != Piece::Kind::words)
+            if (piece.kind != Piece::Kind::words) {
                 continue;
+            }
             EXPECT_EQ(piece.begin, end);
             end = piece.end;
         }

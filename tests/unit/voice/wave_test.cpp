@@ -12,8 +12,9 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 
 void put(std::vector<std::uint8_t>& file, std::uint32_t value, int size) {
-    for (int i = 0; i < size; ++i)
+    for (int i = 0; i < size; ++i) {
         file.push_back(static_cast<std::uint8_t>(value >> (8 * i)));
+    }
 }
 
 void put(std::vector<std::uint8_t>& file, std::string_view text) {
@@ -102,8 +103,9 @@ TEST(WaveFile, ALengthUnknownWhileWritingIsTheRestOfTheFile) {
 
 TEST(WaveFile, CutAtEveryLength) {
     const std::vector<std::uint8_t> file = fileOf({}, {0x01, 0x00, 0x02, 0x00, 0x03, 0x00});
-    for (std::size_t size = 0; size < 44; ++size)
+    for (std::size_t size = 0; size < 44; ++size) {
         refusal(std::vector<std::uint8_t>(file.begin(), file.begin() + static_cast<std::ptrdiff_t>(size)));
+    }
     for (std::size_t size = 44; size <= file.size(); ++size) {
         const std::vector<std::uint8_t> cut(file.begin(), file.begin() + static_cast<std::ptrdiff_t>(size));
         EXPECT_EQ(samplesOf(cut).size(), (size - 44) / 2);
@@ -164,8 +166,9 @@ TEST(Wave, ResamplingKeepsLengthAndPitch) {
         EXPECT_EQ(wave.rate, 22050U);
         EXPECT_NEAR(static_cast<double>(wave.samples.size()), 22050, 3) << rate;
         int crossings = 0;
-        for (std::size_t i = 1; i < wave.samples.size(); ++i)
+        for (std::size_t i = 1; i < wave.samples.size(); ++i) {
             crossings += (wave.samples[i - 1] < 0) != (wave.samples[i] < 0);
+        }
         EXPECT_NEAR(crossings, 880, 4) << rate;
     }
 }

@@ -43,8 +43,9 @@ HRESULT failureOf(const std::function<void()>& call, std::u16string* description
         call();
         return S_OK;
     } catch (const Error& error) {
-        if (description)
+        if (description) {
             *description = error.description();
+        }
         return error.result();
     }
 }
@@ -116,14 +117,18 @@ TEST_F(Members, HaveTheirPublishedIds) {
 
     const Object contacts = window.object(u"Contacts");
     const Object contact = messenger.object(u"GetContact", {Variant(u"ann@x"), Variant(u"")});
-    for (const auto& [name, id] : of_messenger)
+    for (const auto& [name, id] : of_messenger) {
         EXPECT_EQ(idOf(messenger, name), id) << id;
-    for (const auto& [name, id] : of_window)
+    }
+    for (const auto& [name, id] : of_window) {
         EXPECT_EQ(idOf(window, name), id) << id;
-    for (const auto& [name, id] : of_contact)
+    }
+    for (const auto& [name, id] : of_contact) {
         EXPECT_EQ(idOf(contact, name), id) << id;
-    for (const auto& [name, id] : of_contacts)
+    }
+    for (const auto& [name, id] : of_contacts) {
         EXPECT_EQ(idOf(contacts, name), id) << id;
+    }
     EXPECT_EQ(idOf(messenger, L"mystatus"), 1305) << "letter case does not matter";
     EXPECT_EQ(idOf(messenger, L"History"), DISPID_UNKNOWN);
 }
@@ -178,8 +183,9 @@ TEST_F(Members, ContactsAreCountedListedAndRemoved) {
     bob.put(u"Blocked", Variant(true));
     EXPECT_TRUE(bob.get(u"Blocked").toBool());
     EXPECT_TRUE(messenger.object(u"GetContact", {Variant(u"ME@x")}).get(u"IsSelf").toBool());
-    for (const std::int32_t index : {-1, 2, 1000})
+    for (const std::int32_t index : {-1, 2, 1000}) {
         EXPECT_EQ(failureOf([&] { contacts.get(u"Item", {Variant(index)}); }), DISP_E_BADINDEX);
+    }
     EXPECT_EQ(failureOf([&] { contacts.get(u"Item", {Variant(u"first")}); }), DISP_E_TYPEMISMATCH);
     EXPECT_EQ(failureOf([&] { contacts.get(u"Item"); }), DISP_E_PARAMNOTOPTIONAL);
 
@@ -188,8 +194,9 @@ TEST_F(Members, ContactsAreCountedListedAndRemoved) {
     const auto values = Ptr<IUnknown>(each.raw().punkVal).as<IEnumVARIANT>(IID_IEnumVARIANT);
     ASSERT_TRUE(values);
     Variant value;
-    while (values->Next(1, value.out(), nullptr) == S_OK)
+    while (values->Next(1, value.out(), nullptr) == S_OK) {
         names.push_back(murmelix::toUtf8(Object(value.toObject()).get(u"SigninName").toText()));
+    }
     EXPECT_THAT(names, ElementsAre("ann@x", "bob@x"));
 
     contacts.call(u"Remove", {Variant(bob.dispatch())});
@@ -201,8 +208,9 @@ TEST_F(Members, ContactsAreCountedListedAndRemoved) {
 TEST_F(Members, SigninSignoutAndAutoSignin) {
     messenger.call(u"Signout");
     EXPECT_EQ(messenger.get(u"MyStatus").toInt32(), 1);
-    for (const char16_t* name : {u"MySigninName", u"MyFriendlyName", u"MyContacts"})
+    for (const char16_t* name : {u"MySigninName", u"MyFriendlyName", u"MyContacts"}) {
         EXPECT_EQ(failureOf([&] { messenger.get(name); }), HRESULT_FROM_WIN32(ERROR_NOT_LOGGED_ON));
+    }
     EXPECT_EQ(failureOf([&] { messenger.call(u"InstantMessage", {Variant(u"ann@x")}); }),
               HRESULT_FROM_WIN32(ERROR_NOT_LOGGED_ON));
     EXPECT_TRUE(window.get(u"IsClosed").toBool());
@@ -300,8 +308,9 @@ TEST_F(Events, ArriveWithTheirIdsAndArgumentsInOrder) {
     Heard heard(messenger);
     for (const char* line : {"open bob@x", "join ann@x", "rename bob@x Bobby", "part bob@x", "status ann@x 50",
                              "status me 10", "rename me Mimi", "unread 3", "add cy@x Cy", "remove cy@x", "close",
-                             "signout", "signin me@x Mia", "signin-fail 80004005"})
+                             "signout", "signin me@x Mia", "signin-fail 80004005"}) {
         EXPECT_EQ(client.command(line), 1) << line;
+    }
     ASSERT_TRUE(pumpUntil([&] { return heard.has("1024 -2147467259"); }));
     // The first: a new listener is told of the window that is open already.
     EXPECT_THAT(heard.lines, ElementsAre("1041 window", "1041 window", "1043 ann@x window", "1028 0 bob@x Bob :)",
@@ -316,10 +325,12 @@ TEST_F(Events, TheWindowOfAnEventCanBeAskedInsideTheEvent) {
     std::int32_t handle = 0;
     const murmelix::com::Subscription subscription(
         messenger.dispatch(), iid_messenger_events, [&](DISPID event, std::vector<Variant>& arguments) {
-            if (event == 1041)
+            if (event == 1041) {
                 history = Object(arguments.at(0).toObject()).get(u"History").toText();
-            if (event == 1042)
+            }
+            if (event == 1042) {
                 handle = Object(arguments.at(0).toObject()).get(u"HWND").toInt32();
+            }
         });
     client.command("open bob@x");
     ASSERT_TRUE(pumpUntil([&] { return !history.empty(); }));
@@ -402,8 +413,9 @@ TEST_F(Conversations, AMillionUnitsOfHistoryStayUsable) {
     EXPECT_EQ(client.command("fill 1000000"), 1);
     std::vector<double> reads;
     std::u16string history;
-    for (int i = 0; i < 9; ++i)
+    for (int i = 0; i < 9; ++i) {
         reads.push_back(milliseconds([&] { history = window.get(u"History").toText(); }));
+    }
     std::sort(reads.begin(), reads.end());
     std::printf("reading 1 000 000 units of History: median %.1f ms\n", reads[4]);
     EXPECT_EQ(history.size(), std::u16string(notice).size() + 1'000'000);

@@ -30,8 +30,9 @@ RunningClient::RunningClient(const std::u16string& switches)
 
 RunningClient::~RunningClient() {
     // A killed one would leave its class behind, which Wine then hands to the next test.
-    if (mainWindow())
+    if (mainWindow()) {
         command("exit");
+    }
     EXPECT_TRUE(process_.exitStatus());
     pumpUntil([this] { return !mainWindow(); });
 }

@@ -18,8 +18,9 @@ int listen(const char* event) {
                                                    [](DISPID, std::vector<murmelix::com::Variant>&) {});
     SetEvent(OpenEventA(EVENT_MODIFY_STATE, FALSE, event));
     MSG message;
-    while (GetMessageW(&message, nullptr, 0, 0) > 0)
+    while (GetMessageW(&message, nullptr, 0, 0) > 0) {
         DispatchMessageW(&message);
+    }
     return 0;
 }
 
@@ -29,8 +30,9 @@ int listen(const char* event) {
 
 int main(int argc, char** argv) {
     using namespace messenger_client;
-    if (argc == 3 && std::strcmp(argv[1], "--listen") == 0)
+    if (argc == 3 && std::strcmp(argv[1], "--listen") == 0) {
         return listen(argv[2]);
+    }
     testing::InitGoogleTest(&argc, argv);
     return murmelix::test::runTestsWithServer(clientProgram(), u"{D601BCB9-C510-44C2-9600-C1F67E1FBBC0}",
                                               L"MessengerClientMain");

@@ -68,10 +68,12 @@ std::vector<std::string> storedAccounts() {
     auto bytes = static_cast<DWORD>(text.size() * sizeof(wchar_t));
     std::vector<std::string> lines;
     if (RegGetValueW(HKEY_CURRENT_USER, key_path, L"Accounts", RRF_RT_REG_MULTI_SZ, nullptr, text.data(), &bytes) !=
-        ERROR_SUCCESS)
+        ERROR_SUCCESS) {
         return lines;
-    for (const wchar_t* line = text.data(); *line; line += std::wcslen(line) + 1)
+    }
+    for (const wchar_t* line = text.data(); *line; line += std::wcslen(line) + 1) {
         lines.push_back(murmelix::toUtf8(narrow(line, std::wcslen(line))));
+    }
     return lines;
 }
 
@@ -132,8 +134,9 @@ struct Desk : testing::Test {
         info.cbSize = sizeof info;
         GetGUIThreadInfo(GetWindowThreadProcessId(window, nullptr), &info);
         HWND at = info.hwndFocus;
-        while (at && GetParent(at) && GetParent(at) != window)
+        while (at && GetParent(at) && GetParent(at) != window) {
             at = GetParent(at); // the edit of a drop-down
+        }
         return at && GetParent(at) == window ? GetDlgCtrlID(at) : 0;
     }
     HWND focused() const {
@@ -148,8 +151,9 @@ struct Desk : testing::Test {
     }
     void altKey(char16_t letter) const { PostMessageW(focused(), WM_SYSCHAR, letter, 0x20000001); }
     void type(std::u16string_view letters) const {
-        for (const char16_t letter : letters)
+        for (const char16_t letter : letters) {
             PostMessageW(focused(), WM_CHAR, letter, 1);
+        }
     }
     bool focusComesTo(int id) const {
         return pumpUntil([&] { return focus() == id; });
@@ -169,10 +173,12 @@ using OwnAccount = Desk;
 
 TEST_F(SignInWindow, ShowsWhatItNeeds) {
     start(u"/signedout");
-    for (const int id : {id_signin, id_friendly, id_status, id_remember, id_automatic, id_sign_in, id_forget})
+    for (const int id : {id_signin, id_friendly, id_status, id_remember, id_automatic, id_sign_in, id_forget}) {
         EXPECT_TRUE(visible(id)) << id;
-    for (const int id : {id_cancel, id_progress, id_contacts, id_name, id_my_status, id_mail, id_rename_field})
+    }
+    for (const int id : {id_cancel, id_progress, id_contacts, id_name, id_my_status, id_mail, id_rename_field}) {
         EXPECT_FALSE(visible(id)) << id;
+    }
     EXPECT_EQ(text(id_sign_in), u"&Sign in");
     EXPECT_EQ(SendMessageW(of(id_status), CB_GETCOUNT, 0, 0), 7);
     EXPECT_FALSE(IsWindowEnabled(of(id_forget))) << "nobody is remembered";
@@ -480,8 +486,9 @@ TEST_F(Remembering, NonsenseInTheRegistryIsHarmless) {
 
 TEST_F(Remembering, FiveHundredAccounts) {
     std::u16string all;
-    for (int i = 0; i < 500; ++i)
+    for (int i = 0; i < 500; ++i) {
         all += account(u"account" + murmelix::toText(i) + u"@x", u"Number " + murmelix::toText(i));
+    }
     storeText(L"Accounts", REG_MULTI_SZ, all + u'\0');
     start(u"");
     EXPECT_EQ(SendMessageW(of(id_signin), CB_GETCOUNT, 0, 0), 500);
@@ -534,8 +541,9 @@ TEST_F(SignInByAutomation, ANameSignsInAndThePasswordGoesNowhere) {
     EXPECT_EQ(status(), 1);
     EXPECT_TRUE(pumpUntil([&] { return heard.has("1024 -2147023673"); })) << "signing out gives it up";
     leave();
-    for (const std::string& line : storedAccounts())
+    for (const std::string& line : storedAccounts()) {
         EXPECT_EQ(line.find("secret"), std::string::npos);
+    }
 }
 
 TEST_F(SignInByAutomation, NamesOfAnyKindAreHarmless) {
@@ -737,8 +745,9 @@ TEST_F(OwnAccount, SignsInAndOutTwentyTimesWhileMessagesArrive) {
 
 TEST_F(OwnAccount, HasSeveralConversationsWithSeveralPeople) {
     start(u"/signin kim@x");
-    for (const char* line : {"open ann@x Ann", "open bob@x Bob", "open cy@x Cy"})
+    for (const char* line : {"open ann@x Ann", "open bob@x Bob", "open cy@x Cy"}) {
         EXPECT_EQ(client->command(line), 1);
+    }
     Heard heard(messenger);
     ASSERT_TRUE(pumpUntil([&] { return heard.windows.size() == 3; }));
     // The guests of the menu are those of the list who are not there yet: Ann and Bob.

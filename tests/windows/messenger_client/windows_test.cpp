@@ -163,8 +163,9 @@ TEST_F(Windows, TheirPartsStayInsideAtEverySize) {
         GetClientRect(window, &area);
         std::vector<RECT> places;
         for (HWND child = GetWindow(window, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
-            if (!IsWindowVisible(child))
+            if (!IsWindowVisible(child)) {
                 continue;
+            }
             RECT place{};
             GetWindowRect(child, &place);
             MapWindowPoints(nullptr, window, reinterpret_cast<POINT*>(&place), 2);
@@ -237,8 +238,9 @@ std::vector<std::string> kindsIn(const std::u16string& log) {
     for (std::string line; std::getline(lines, line);) {
         std::istringstream fields(line);
         std::string field;
-        for (int i = 0; i < 3; ++i)
+        for (int i = 0; i < 3; ++i) {
             std::getline(fields, field, '\t');
+        }
         kinds.push_back(field);
     }
     return kinds;

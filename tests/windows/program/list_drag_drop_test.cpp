@@ -84,13 +84,15 @@ class ListDragDrop : public testing::Test {
             events += "alert:" + toUtf8(data.Text()) + "," + std::to_string(effect) + "," + std::to_string(button) +
                       "," + std::to_string(shift) + " ";
             dropped_at = {static_cast<int>(x), static_cast<int>(y)};
-            if (answer)
+            if (answer) {
                 effect = *answer;
+            }
         };
         from.P.MouseMove = [this, move = from.P.MouseMove](int button, int shift, double x, double y) {
             move(button, shift, x, y);
-            if (button == ui::left_button)
+            if (button == ui::left_button) {
                 pulled_to = x;
+            }
         };
         serveAll();
     }
@@ -274,8 +276,9 @@ std::string bytesOf(IDataObject& data, CLIPFORMAT format) {
     FORMATETC wanted = asked(format);
     STGMEDIUM medium{};
     EXPECT_EQ(data.GetData(&wanted, &medium), S_OK);
-    if (!medium.hGlobal)
+    if (!medium.hGlobal) {
         return {};
+    }
     const std::string bytes(static_cast<const char*>(GlobalLock(medium.hGlobal)), GlobalSize(medium.hGlobal));
     GlobalUnlock(medium.hGlobal);
     ReleaseStgMedium(&medium);
@@ -338,8 +341,9 @@ class Foreign final : public com::Counted<IDataObject> {
     HRESULT answer = S_OK;
 
     HRESULT STDMETHODCALLTYPE GetData(FORMATETC* wanted, STGMEDIUM* medium) override {
-        if (wanted->cfFormat != format)
+        if (wanted->cfFormat != format) {
             return DV_E_FORMATETC;
+        }
         medium->tymed = medium_type;
         if (medium_type == TYMED_HGLOBAL && answer == S_OK) {
             medium->hGlobal = GlobalAlloc(GMEM_MOVEABLE, bytes.size());

@@ -24,8 +24,9 @@ void watch() {
 
 int main(int argc, char** argv) {
     std::thread(watch).detach();
-    if (argc > 3 && std::strcmp(argv[1], murmelix::test::neighbour_switch) == 0)
+    if (argc > 3 && std::strcmp(argv[1], murmelix::test::neighbour_switch) == 0) {
         return murmelix::test::serveListWindow(std::atoi(argv[2]), std::atoi(argv[3]));
+    }
     testing::InitGoogleTest(&argc, argv);
     const murmelix::com::Apartment apartment;
     return RUN_ALL_TESTS();

@@ -43,8 +43,9 @@ class ListPixels : public testing::Test {
     }
 
     void fill(int rows) {
-        for (int row = 1; row <= rows; ++row)
+        for (int row = 1; row <= rows; ++row) {
             list.AddItem(u"Caption " + toText(row), u"Text " + toText(row), toText(row), false);
+        }
     }
     Image seen() { return insideOf(windowOf(list.P)); }
     COLORREF pixel(int x, int y) { return seen().at(x, y); }
@@ -52,8 +53,9 @@ class ListPixels : public testing::Test {
         const Image image = seen();
         int found = 0;
         for (int y = area.top; y < area.bottom; ++y) {
-            for (int x = area.left; x < area.right; ++x)
+            for (int x = area.left; x < area.right; ++x) {
                 found += image.at(x, y) == colour ? 1 : 0;
+            }
         }
         return found;
     }
@@ -66,10 +68,12 @@ class ListPixels : public testing::Test {
         Area around;
         for (int y = within.top; y < within.bottom; ++y) {
             for (int x = within.left; x < within.right; ++x) {
-                if (image.at(x, y) == background)
+                if (image.at(x, y) == background) {
                     continue;
-                if (around.empty())
+                }
+                if (around.empty()) {
                     around = {x, y, x, y};
+                }
                 around = {std::min(around.left, x), around.top, std::max(around.right, x + 1), y + 1};
             }
         }
@@ -99,10 +103,12 @@ TEST_F(ListPixels, SelectedRowHasTheHighlightAcrossItsWholeRectangle) {
     list.AddItem(u"Caption", u"Text", u"1", true);
     list.AddItem(u"Caption", u"Text", u"2", false);
     const int right = list.P.surface().Width() - 1;
-    for (const auto& [x, y] : {std::pair{0, 0}, {right, 0}, {0, 29}, {right, 29}})
+    for (const auto& [x, y] : {std::pair{0, 0}, {right, 0}, {0, 29}, {right, 29}}) {
         EXPECT_EQ(pixel(x, y), highlight) << x << "," << y;
-    for (const auto& [x, y] : {std::pair{0, 30}, {right, 30}, {0, 59}, {0, 61}})
+    }
+    for (const auto& [x, y] : {std::pair{0, 30}, {right, 30}, {0, 59}, {0, 61}}) {
         EXPECT_EQ(pixel(x, y), white) << x << "," << y;
+    }
 }
 
 TEST_F(ListPixels, SelectionMovesItsHighlight) {
@@ -214,8 +220,9 @@ TEST_F(ListPixels, MatchupMessageStandsInThreeLinesTheMiddleOneBlank) {
     EXPECT_FALSE(lineInk(0).empty());
     EXPECT_TRUE(lineInk(1).empty());
     EXPECT_FALSE(lineInk(2).empty());
-    for (const int number : {0, 2})
+    for (const int number : {0, 2}) {
         EXPECT_NEAR(lineInk(number).left, width - lineInk(number).right, 6) << number;
+    }
     EXPECT_LT(lineInk(0).bottom, middle);
     EXPECT_GT(lineInk(2).top, middle);
     show(*form, "list-empty");
@@ -253,8 +260,9 @@ TEST_F(ListPixels, ScrollBarIsThereWhereRowsDoNotFitAlone) {
     EXPECT_EQ(list.P.surface().Width(), width - (bar.right - bar.left));
     list.setSelected(1);
     EXPECT_EQ(pixel(list.P.surface().Width() - 1, 0), highlight) << "rows end where the bar begins";
-    for (int row = fitting + 2; row > fitting; --row)
+    for (int row = fitting + 2; row > fitting; --row) {
         list.RemoveItem(toText(row));
+    }
     EXPECT_FALSE(IsWindowVisible(windowOf(list.Scroll)));
     EXPECT_EQ(pixel(width - 1, 0), highlight);
 }
@@ -342,9 +350,10 @@ TEST_F(ListPixels, ListsOfAllStatesStandInPictures) {
         shown->Move({left, 150, 3000, 3900});
         shown->setItemHeight(40);
         shown->SetPos(44, 4, 44, 20, 4, 4);
-        for (int row = 1; row <= (shown == &scrolled ? 30 : 3); ++row)
+        for (int row = 1; row <= (shown == &scrolled ? 30 : 3); ++row) {
             shown->AddItem(u"Conversation with:", row == 2 ? u"Di, Ed, Flo, Gus, Hal, Ivy, Jim, Kay,..." : u"Ann, Bob",
                            toText(row), row == 1, {u"picture_conversation", 32});
+        }
     }
     disabled.setEnabledIt(false);
     scrolled.SelectKey(u"17", true);

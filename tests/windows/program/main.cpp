@@ -6,8 +6,9 @@
 #include "tests/windows/program/neighbour_server.h"
 
 int main(int argc, char** argv) {
-    if (argc > 2 && std::strcmp(argv[1], "--neighbour") == 0)
+    if (argc > 2 && std::strcmp(argv[1], "--neighbour") == 0) {
         return murmelix::test::serveNeighbour(std::atoi(argv[2]));
+    }
     testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
 }

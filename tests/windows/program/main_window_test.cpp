@@ -31,8 +31,10 @@ class MainWindow : public testing::Test {
         wchar_t temporary[MAX_PATH] = L"";
         GetTempPathW(MAX_PATH, temporary);
         WindowsDir = std::u16string(com::narrow(temporary, wcslen(temporary)));
-        for (const char16_t* folder : {u"msagent", u"msagent\\chars", u"sounds", u"sounds\\bells", u"sounds\\default"})
+        for (const char16_t* folder :
+             {u"msagent", u"msagent\\chars", u"sounds", u"sounds\\bells", u"sounds\\default"}) {
             CreateDirectoryW(com::wide(WindowsDir + folder), nullptr);
+        }
         SoundsDir = WindowsDir + u"sounds\\";
         SettingsKeyPath.clear();
         MainFormLoaded = IsReadingConversation = 0;
@@ -98,8 +100,9 @@ class MainWindow : public testing::Test {
         emoticons = std::make_unique<TipEmotFrm>(&form);
         about = std::make_unique<AboutFRM>(&form);
         for (ui::Form* window :
-             std::initializer_list<ui::Form*>{minimize.get(), tip.get(), emoticons.get(), about.get()})
+             std::initializer_list<ui::Form*>{minimize.get(), tip.get(), emoticons.get(), about.get()}) {
             window->Show();
+        }
     }
 
     const com::Apartment apartment;
@@ -147,8 +150,9 @@ TEST_F(MainWindow, LongNamesAreCutAndNothingMoves) {
     GetWindowRect(windowOf(form), &before);
     const std::u16string zalgo = u"Z\u0336\u035e\u0301a\u0336\u0301l\u0358g\u0321o\u0489";
     std::u16string combining;
-    for (int i = 0; i < 300; ++i)
+    for (int i = 0; i < 300; ++i) {
         combining += zalgo;
+    }
     const std::vector<std::pair<std::string, std::u16string>> names{
         {"long", std::u16string(10000, u'W')},
         {"right-to-left", u"\u05e9\u05dc\u05d5\u05dd \u0645\u0631\u062d\u0628\u0627"},
@@ -201,8 +205,9 @@ TEST_F(MainWindow, FitsTheScreenWhereItCan) {
 // Every control with a tip, and those in them.
 void collectTips(const ui::Control& parent, std::vector<const ui::Control*>& all) {
     for (const ui::Control* child : parent.Children()) {
-        if (!child->ToolTipText().empty())
+        if (!child->ToolTipText().empty()) {
             all.push_back(child);
+        }
         collectTips(*child, all);
     }
 }
@@ -210,8 +215,9 @@ void collectTips(const ui::Control& parent, std::vector<const ui::Control*>& all
 HWND tipsOf(const ui::Form& owner) {
     HWND found = nullptr;
     while ((found = FindWindowExW(nullptr, found, TOOLTIPS_CLASSW, nullptr)) != nullptr) {
-        if (GetWindow(found, GW_OWNER) == windowOf(owner))
+        if (GetWindow(found, GW_OWNER) == windowOf(owner)) {
             return found;
+        }
     }
     return nullptr;
 }
@@ -294,10 +300,12 @@ int menu_ticks = 0;
 
 void CALLBACK pictureOfMenu(HWND window, UINT, UINT_PTR timer, DWORD) {
     const HWND popup = FindWindowW(MAKEINTRESOURCEW(32768), nullptr);
-    if (!popup || !IsWindowVisible(popup))
+    if (!popup || !IsWindowVisible(popup)) {
         return;
-    if (++menu_ticks < 2) // it is drawn until the second time
+    }
+    if (++menu_ticks < 2) { // it is drawn until the second time
         return;
+    }
     KillTimer(window, timer);
     screenshot(menu_picture.c_str());
     menu_picture.clear();
@@ -315,8 +323,9 @@ TEST_F(MainWindow, MenusOpen) {
         EXPECT_TRUE(serveUntil([] { return menu_picture.empty(); })) << name;
         KillTimer(windowOf(form), 1);
     };
-    for (int i = 0; i < 2; ++i) // the first menu of a process is not drawn in time for its picture
+    for (int i = 0; i < 2; ++i) { // the first menu of a process is not drawn in time for its picture
         opens("menu-help", [] { typeKey('H', VK_MENU); });
+    }
     opens("menu-murmelix", [] { typeKey('M', VK_MENU); });
     // As the shell tells a right click on the icon.
     opens("menu-tray", [&] { SendMessageW(windowOf(form.SystemTrayPic), 512, 1, WM_RBUTTONDOWN); });
@@ -371,8 +380,9 @@ TEST_F(MainWindow, AboutWindowClosesOnEscapeOnItsBoxAndOnAnyClick) {
         HWND target = hit ? hit : windowOf(*about);
         POINT screen = middle;
         ClientToScreen(windowOf(*about), &screen);
-        if (SendMessageW(target, WM_NCHITTEST, 0, MAKELPARAM(screen.x, screen.y)) == HTTRANSPARENT)
+        if (SendMessageW(target, WM_NCHITTEST, 0, MAKELPARAM(screen.x, screen.y)) == HTTRANSPARENT) {
             target = windowOf(*about);
+        }
         MapWindowPoints(windowOf(*about), target, &middle, 1);
         press(target, middle.x, middle.y);
     };
@@ -416,8 +426,9 @@ TEST_F(MainWindow, IgnoredCharactersOfAnyKindAreKeptAsTheyAre) {
 
 TEST_F(MainWindow, ListOfFiveThousandSoundSchemesCanBeUsed) {
     std::vector<std::u16string> names;
-    for (int i = 0; i < 5000; ++i)
+    for (int i = 0; i < 5000; ++i) {
         names.push_back(u"scheme " + toText(i));
+    }
     form.SoundSchemeList.setItems(names);
     form.SoundSchemeList.setListIndex(4321);
     signIn();
@@ -443,16 +454,18 @@ TEST_F(MainWindow, ListOfFiveThousandSoundSchemesCanBeUsed) {
 // 24 for the manifest.
 std::string resource(const wchar_t* name, int type) {
     const HRSRC found = FindResourceW(nullptr, name, MAKEINTRESOURCEW(type));
-    if (!found)
+    if (!found) {
         return {};
+    }
     return {static_cast<const char*>(LockResource(LoadResource(nullptr, found))), SizeofResource(nullptr, found)};
 }
 
 TEST_F(MainWindow, IconIsThereInEverySize) {
     const std::string group = resource(L"murmelix", 14);
     std::vector<int> sizes;
-    for (std::size_t at = 6; at + 14 <= group.size(); at += 14)
+    for (std::size_t at = 6; at + 14 <= group.size(); at += 14) {
         sizes.push_back(group[at] == 0 ? 256 : static_cast<unsigned char>(group[at]));
+    }
     EXPECT_THAT(sizes, testing::ElementsAre(16, 20, 24, 32, 40, 48, 64, 80, 96, 128, 256));
     for (const int dpi : {96, 144, 192}) {
         sendDpi(dpi);
@@ -471,8 +484,9 @@ TEST_F(MainWindow, IconIsThereInEverySize) {
 
 TEST_F(MainWindow, ManifestAndVersionAreBuiltIn) {
     const std::string manifest = resource(MAKEINTRESOURCEW(1), 24);
-    for (const char* part : {"Microsoft.Windows.Common-Controls", "PerMonitorV2", "asInvoker"})
+    for (const char* part : {"Microsoft.Windows.Common-Controls", "PerMonitorV2", "asInvoker"}) {
         EXPECT_NE(manifest.find(part), std::string::npos) << part;
+    }
     const std::string version = resource(MAKEINTRESOURCEW(1), 16);
     for (const std::u16string part : {u"ProductName", u"Murmelix", u"FileVersion", u"LegalCopyright"}) {
         const std::string bytes(reinterpret_cast<const char*>(part.data()), 2 * part.size());

@@ -53,10 +53,12 @@ class ContactList final : public com::Served {
         return all;
     }
     Variant invoke(const Call& call) override {
-        if (call.member == 1792)
+        if (call.member == 1792) {
             return Variant(std::int32_t{1});
-        if (call.arguments.at(0).toInt32() != 0)
+        }
+        if (call.arguments.at(0).toInt32() != 0) {
             throw com::Error(E_INVALIDARG);
+        }
         return Variant(com::make<Contact>());
     }
 };
@@ -71,10 +73,12 @@ class Window final : public com::Served {
         return all;
     }
     Variant invoke(const Call& call) override {
-        if (call.member == 2057)
+        if (call.member == 2057) {
             return Variant(com::make<ContactList>());
-        if (call.member == 2058)
+        }
+        if (call.member == 2058) {
             return Variant(std::u16string(500000, u'x') + u'\0' + u"\r\nAnn says:\r\nhi");
+        }
         return Variant(static_cast<std::int32_t>(call.member));
     }
 };
@@ -115,10 +119,12 @@ class Messenger final : public com::Served {
         return IsEqualIID(iid, IID_IConnectionPointContainer) ? source_.container() : nullptr;
     }
     void signin(const std::u16string& name) {
-        if (name == ask_for_death)
+        if (name == ask_for_death) {
             die();
-        if (name != ask_for_events)
+        }
+        if (name != ask_for_events) {
             throw com::Error(E_ACCESSDENIED);
+        }
         const Variant window(com::make<Window>()), contact(com::make<Contact>());
         source_.fire(1024, {Variant(std::int32_t{-5})});
         source_.fire(1025, {});
@@ -158,8 +164,9 @@ class Balloon final : public com::Served {
         return all;
     }
     Variant invoke(const Call& call) override {
-        if (call.put)
+        if (call.put) {
             style() = call.arguments.back().toInt32();
+        }
         return Variant(style());
     }
     static std::int32_t& style() {
@@ -186,14 +193,16 @@ class Character final : public com::Served {
         case 3:
             return Variant(std::int16_t{-300});
         case 13:
-            if (call.arguments.at(0).toText() != u"Wave")
+            if (call.arguments.at(0).toText() != u"Wave") {
                 throw com::Error(E_INVALIDARG, u"no such animation");
+            }
             return Variant(com::make<Request>());
         case 14:
             throw com::Error(DISP_E_TYPEMISMATCH);
         case 15:
-            if (call.arguments.at(0).isOmitted() == call.arguments.at(1).isOmitted())
+            if (call.arguments.at(0).isOmitted() == call.arguments.at(1).isOmitted()) {
                 throw com::Error(E_INVALIDARG);
+            }
             return Variant(com::make<Request>());
         case 23:
             return Variant(com::make<Balloon>());
@@ -211,10 +220,12 @@ class Characters final : public com::Served {
         return all;
     }
     Variant invoke(const Call& call) override {
-        if (call.member == 2)
+        if (call.member == 2) {
             die();
-        if (call.arguments.at(0).toText() != u"ann@test")
+        }
+        if (call.arguments.at(0).toText() != u"ann@test") {
             throw com::Error(E_INVALIDARG, u"no such character");
+        }
         return call.member == 1 ? Variant(com::make<Request>()) : Variant(com::make<Character>());
     }
 };
@@ -240,8 +251,9 @@ class Agent final : public com::Served {
             connected_ = connected_ || call.put;
             return Variant(connected_);
         }
-        if (!connected_)
+        if (!connected_) {
             throw com::Error(E_UNEXPECTED, u"not connected");
+        }
         switch (call.member) {
         case 3:
             return Variant(com::make<Characters>());
@@ -278,8 +290,9 @@ NeighbourRegistration::NeighbourRegistration() {
 }
 
 NeighbourRegistration::~NeighbourRegistration() {
-    for (int number = 0; number < static_cast<int>(prog_ids.size()); ++number)
+    for (int number = 0; number < static_cast<int>(prog_ids.size()); ++number) {
         com::unregisterServer(serverClass(number));
+    }
 }
 
 int serveNeighbour(int number) {
@@ -289,8 +302,9 @@ int serveNeighbour(int number) {
     });
     SetTimer(nullptr, 0, 60000, [](HWND, UINT, UINT_PTR, DWORD) { PostQuitMessage(0); });
     MSG message{};
-    while (GetMessageW(&message, nullptr, 0, 0) > 0)
+    while (GetMessageW(&message, nullptr, 0, 0) > 0) {
         DispatchMessageW(&message);
+    }
     return 0;
 }
 

@@ -46,8 +46,9 @@ TEST_F(RegistryTest, WithAndWithoutAClosingNulReadsTheSame) {
 TEST_F(RegistryTest, BinaryDataIsItsBytes) {
     const auto key = RegistryKey::create(Hive::current_user, path);
     std::string all;
-    for (int i = 0; i < 256; ++i)
+    for (int i = 0; i < 256; ++i) {
         all += static_cast<char>(i);
+    }
     EXPECT_TRUE(key->set("binary", reg_binary, all));
     EXPECT_EQ(key->query("binary")->size, 256u);
     std::string back(256, ' ');
@@ -103,10 +104,11 @@ class MachineSetting {
     MachineSetting(const MachineSetting&) = delete;
     MachineSetting& operator=(const MachineSetting&) = delete;
     ~MachineSetting() {
-        if (there_)
+        if (there_) {
             set(REG_SZ, before_, static_cast<DWORD>((wcslen(before_) + 1) * sizeof(wchar_t)));
-        else
+        } else {
             remove();
+        }
     }
     void set(DWORD type, const void* data, DWORD size) const {
         RegSetKeyValueW(HKEY_LOCAL_MACHINE, path, name_, type, data, size);

@@ -69,8 +69,9 @@ TEST(Windows, CheckBoxTogglesByMouseAndAccelerator) {
 
 TEST(Windows, TypedTextIsHeardLetterByLetter) {
     Window window;
-    for (const wchar_t letter : std::wstring(L"h\u00e9"))
+    for (const wchar_t letter : std::wstring(L"h\u00e9")) {
         PostMessageW(windowOf(window.Text), WM_CHAR, letter, 1);
+    }
     serveAll();
     EXPECT_EQ(window.Text.Text(), u"h\u00e9");
     EXPECT_EQ(window.events, "text:h text:h\xC3\xA9 ");
@@ -136,8 +137,9 @@ bool menu_was_open = false;
 void CALLBACK closeMenu(HWND window, UINT, UINT_PTR timer, DWORD) {
     GUITHREADINFO thread{};
     thread.cbSize = sizeof thread;
-    if (!GetGUIThreadInfo(GetCurrentThreadId(), &thread) || !(thread.flags & GUI_INMENUMODE))
+    if (!GetGUIThreadInfo(GetCurrentThreadId(), &thread) || !(thread.flags & GUI_INMENUMODE)) {
         return;
+    }
     menu_was_open = true;
     KillTimer(window, timer);
     EndMenu();
@@ -339,8 +341,9 @@ TEST(Windows, TimerTicksUntilItIsStopped) {
     int ticks = 0;
     ui::Timer timer(10);
     timer.Tick = [&] {
-        if (++ticks == 3)
+        if (++ticks == 3) {
             timer.setEnabled(false);
+        }
     };
     timer.setEnabled(true);
     EXPECT_TRUE(serveUntil([&] { return !timer.Enabled(); }));

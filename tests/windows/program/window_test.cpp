@@ -19,20 +19,22 @@ bool serveUntil(const std::function<bool()>& holds) {
     const ULONGLONG end = GetTickCount64() + 10000;
     while (!holds()) {
         MSG message{};
-        if (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
+        if (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
             ui::win32::dispatch(message);
-        else if (GetTickCount64() > end)
+        } else if (GetTickCount64() > end) {
             return false;
-        else
+        } else {
             MsgWaitForMultipleObjects(0, nullptr, FALSE, 50, QS_ALLINPUT);
+        }
     }
     return true;
 }
 
 void serveAll() {
     MSG message{};
-    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
         ui::win32::dispatch(message);
+    }
 }
 
 void press(HWND window, int x, int y) {
@@ -58,12 +60,14 @@ void typeKey(WORD code, WORD modifier) {
         input.ki.dwFlags = flags;
         inputs.push_back(input);
     };
-    if (modifier != 0)
+    if (modifier != 0) {
         add(modifier, 0);
+    }
     add(code, 0);
     add(code, KEYEVENTF_KEYUP);
-    if (modifier != 0)
+    if (modifier != 0) {
         add(modifier, KEYEVENTF_KEYUP);
+    }
     SendInput(static_cast<UINT>(inputs.size()), inputs.data(), sizeof(INPUT));
     serveAll();
 }
@@ -86,8 +90,9 @@ std::vector<std::uint32_t> copy(HDC from, int width, int height) {
     GdiFlush();
     const auto* values = static_cast<const std::uint32_t*>(bits);
     std::vector<std::uint32_t> pixels(values, values + width * height);
-    for (std::uint32_t& pixel : pixels)
+    for (std::uint32_t& pixel : pixels) {
         pixel &= 0x00FFFFFFU;
+    }
     return pixels;
 }
 
@@ -111,8 +116,9 @@ Image insideOf(HWND window) {
     RECT inside{};
     GetClientRect(window, &inside);
     Image image{inside.right, inside.bottom, {}};
-    for (const std::uint32_t pixel : copy(WindowDc(window, false).get(), inside.right, inside.bottom))
+    for (const std::uint32_t pixel : copy(WindowDc(window, false).get(), inside.right, inside.bottom)) {
         image.pixels.push_back(RGB(pixel >> 16 & 0xFF, pixel >> 8 & 0xFF, pixel & 0xFF));
+    }
     return image;
 }
 
@@ -135,8 +141,9 @@ class LayoutCheck {
     void inside(const ui::Control& parent) {
         std::vector<const ui::Control*> seen;
         for (const ui::Control* child : parent.Children()) {
-            if (IsWindowVisible(windowOf(*child)) && !coveredOrBeside(*child))
+            if (IsWindowVisible(windowOf(*child)) && !coveredOrBeside(*child)) {
                 seen.push_back(child);
+            }
         }
         for (std::size_t i = 0; i < seen.size(); ++i) {
             const RECT own = place(*seen[i]);
@@ -145,8 +152,9 @@ class LayoutCheck {
             for (std::size_t k = i + 1; k < seen.size(); ++k) {
                 const RECT other = place(*seen[k]);
                 RECT common{};
-                if (IntersectRect(&common, &own, &other))
+                if (IntersectRect(&common, &own, &other)) {
                     mistakes.push_back(name(*seen[i]) + " and " + name(*seen[k]) + " lie upon one another");
+                }
             }
             inside(*seen[i]);
         }
@@ -154,8 +162,9 @@ class LayoutCheck {
 
   private:
     static std::string name(const ui::Control& control) {
-        if (!control.Caption().empty())
+        if (!control.Caption().empty()) {
             return "\"" + toUtf8(control.Caption().substr(0, 60)) + "\"";
+        }
         const RECT at = place(control);
         return "the control at " + std::to_string(at.left) + "," + std::to_string(at.top);
     }
@@ -174,15 +183,17 @@ class LayoutCheck {
         const RECT own = place(control);
         RECT inner{}, common{};
         GetClientRect(GetParent(windowOf(control)), &inner);
-        if (!IntersectRect(&common, &own, &inner))
+        if (!IntersectRect(&common, &own, &inner)) {
             return true;
+        }
         for (HWND front = GetWindow(windowOf(control), GW_HWNDPREV); front; front = GetWindow(front, GW_HWNDPREV)) {
             RECT area{};
             GetWindowRect(front, &area);
             MapWindowPoints(nullptr, GetParent(front), reinterpret_cast<POINT*>(&area), 2);
             IntersectRect(&common, &own, &area);
-            if (IsWindowVisible(front) && EqualRect(&common, &own))
+            if (IsWindowVisible(front) && EqualRect(&common, &own)) {
                 return true;
+            }
         }
         return false;
     }
@@ -190,10 +201,12 @@ class LayoutCheck {
     void staysInside(const ui::Control& parent, const ui::Control& child, const RECT& own) {
         RECT inner{};
         GetClientRect(windowOf(parent), &inner);
-        if (dynamic_cast<const ui::Frame*>(&parent) && !parent.Caption().empty())
+        if (dynamic_cast<const ui::Frame*>(&parent) && !parent.Caption().empty()) {
             inner.top = measure(parent, u"X", 0).cy;
-        if (own.left < inner.left || own.top < inner.top || own.right > inner.right || own.bottom > inner.bottom)
+        }
+        if (own.left < inner.left || own.top < inner.top || own.right > inner.right || own.bottom > inner.bottom) {
             mistakes.push_back(name(child) + " stands out of " + name(parent));
+        }
     }
 
     static SIZE measure(const ui::Control& control, const std::u16string& text, int width) {
@@ -227,10 +240,11 @@ class LayoutCheck {
         } else if (dynamic_cast<const ui::TextBox*>(&control) || dynamic_cast<const ui::DropDownList*>(&control)) {
             needed = measure(control, u"Xg", 0);
         }
-        if (needed.cx > inner.right || needed.cy > inner.bottom)
+        if (needed.cx > inner.right || needed.cy > inner.bottom) {
             mistakes.push_back(name(control) + " needs " + std::to_string(needed.cx) + " x " +
                                std::to_string(needed.cy) + " and has " + std::to_string(inner.right) + " x " +
                                std::to_string(inner.bottom));
+        }
     }
 };
 

@@ -50,8 +50,9 @@ class Resources : public testing::TestWithParam<Companion> {
     }
     std::string resource(const wchar_t* kind, int number) {
         const HRSRC found = FindResourceW(module_.get(), MAKEINTRESOURCEW(number), kind);
-        if (!found)
+        if (!found) {
             return {};
+        }
         const HGLOBAL loaded = LoadResource(module_.get(), found);
         return std::string(static_cast<const char*>(LockResource(loaded)), SizeofResource(module_.get(), found));
     }
@@ -59,12 +60,14 @@ class Resources : public testing::TestWithParam<Companion> {
         DWORD ignored = 0;
         std::vector<char> information(GetFileVersionInfoSizeW(wide(path_), &ignored));
         if (information.empty() ||
-            !GetFileVersionInfoW(wide(path_), 0, static_cast<DWORD>(information.size()), information.data()))
+            !GetFileVersionInfoW(wide(path_), 0, static_cast<DWORD>(information.size()), information.data())) {
             return {};
+        }
         void* text = nullptr;
         UINT length = 0;
-        if (!VerQueryValueA(information.data(), ("\\StringFileInfo\\040904B0\\" + name).c_str(), &text, &length))
+        if (!VerQueryValueA(information.data(), ("\\StringFileInfo\\040904B0\\" + name).c_str(), &text, &length)) {
             return {};
+        }
         return static_cast<const char*>(text);
     }
 
@@ -99,8 +102,9 @@ TEST_P(Resources, IconHasTheSizesOfEveryScreen) {
     std::memcpy(&count, group.data() + 4, sizeof count);
     ASSERT_EQ(group.size(), 6U + 14U * count);
     std::vector<int> sizes;
-    for (std::size_t i = 0; i < count; ++i)
+    for (std::size_t i = 0; i < count; ++i) {
         sizes.push_back(static_cast<unsigned char>(group[6 + 14 * i])); // 0 means 256
+    }
     EXPECT_THAT(sizes, IsSupersetOf({16, 20, 24, 32, 48, 0}));
 }
 

@@ -42,8 +42,9 @@ Picture desktop(const RECT& area) {
     const auto* pixels = static_cast<const std::uint32_t*>(bits);
     picture.pixels.assign(pixels,
                           pixels + static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.height));
-    for (std::uint32_t& pixel : picture.pixels)
+    for (std::uint32_t& pixel : picture.pixels) {
         pixel &= 0x00FFFFFFU;
+    }
     SelectObject(memory, before);
     DeleteObject(bitmap);
     DeleteDC(memory);

@@ -28,8 +28,9 @@ std::optional<std::u16string> registeredServer(const std::u16string& clsid) {
     DWORD bytes = sizeof text;
     const std::u16string key = u"CLSID\\" + clsid + u"\\LocalServer32";
     if (RegGetValueW(HKEY_CLASSES_ROOT, wide(key), nullptr, RRF_RT_REG_SZ, nullptr, text.data(), &bytes) !=
-        ERROR_SUCCESS)
+        ERROR_SUCCESS) {
         return std::nullopt;
+    }
     return std::u16string(com::narrow(text.data(), std::wcslen(text.data())));
 }
 
@@ -66,15 +67,17 @@ void watch(const wchar_t* window_class) {
 bool pumpUntil(const std::function<bool()>& condition) {
     const ULONGLONG end = GetTickCount64() + patience;
     while (!condition()) {
-        if (GetTickCount64() > end)
+        if (GetTickCount64() > end) {
             return false;
+        }
         MSG message;
         while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
             TranslateMessage(&message);
             DispatchMessageW(&message);
         }
-        if (!condition())
+        if (!condition()) {
             MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_ALLINPUT);
+        }
     }
     return true;
 }
@@ -92,17 +95,20 @@ Process::Process(const std::u16string& command_line) {
 }
 
 Process::~Process() {
-    if (!process_)
+    if (!process_) {
         return;
-    if (running())
+    }
+    if (running()) {
         kill();
+    }
     WaitForSingleObject(process_, patience);
     CloseHandle(process_);
 }
 
 std::optional<DWORD> Process::exitStatus() const {
-    if (!process_ || !pumpUntil([this] { return !running(); }))
+    if (!process_ || !pumpUntil([this] { return !running(); })) {
         return std::nullopt;
+    }
     DWORD status = 0;
     GetExitCodeProcess(process_, &status);
     return status;

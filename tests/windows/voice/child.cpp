@@ -13,16 +13,18 @@ int main(int count, char** arguments) {
     _setmode(0, _O_BINARY);
     _setmode(1, _O_BINARY);
     if (std::strcmp(what, "echo") == 0) {
-        for (int letter = std::getchar(); letter != EOF; letter = std::getchar())
+        for (int letter = std::getchar(); letter != EOF; letter = std::getchar()) {
             std::putchar(letter);
+        }
         return 0;
     }
     if (std::strcmp(what, "fail") == 0) {
         std::fputs("half", stdout);
         return 7;
     }
-    if (std::strcmp(what, "crash") == 0)
+    if (std::strcmp(what, "crash") == 0) {
         TerminateProcess(GetCurrentProcess(), 0xC0000005);
+    }
     if (std::strcmp(what, "flood") == 0) {
         static char block[65536];
         while (std::fwrite(block, 1, sizeof block, stdout) == sizeof block) {
@@ -30,16 +32,18 @@ int main(int count, char** arguments) {
         return 0;
     }
     // Its existence shows that the program still runs.
-    if (count > 2)
+    if (count > 2) {
         CreateEventA(nullptr, TRUE, FALSE, arguments[2]);
+    }
     if (std::strcmp(what, "hang") == 0) {
         std::fputs("up", stdout);
         std::fflush(stdout);
         Sleep(INFINITE);
     }
     if (std::strcmp(what, "chatter") == 0) {
-        for (int i = 0; i < 1000; ++i)
+        for (int i = 0; i < 1000; ++i) {
             std::fprintf(stderr, "%01000d", i);
+        }
         std::fputs("said", stdout);
         return 3;
     }

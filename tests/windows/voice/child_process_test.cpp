@@ -47,8 +47,9 @@ TEST(ChildProcess, InputGoesInAndOutputComesOut) {
 
 TEST(ChildProcess, MuchGoesBothWaysAtOnce) {
     std::string input;
-    for (int i = 0; input.size() < (4U << 20); ++i)
+    for (int i = 0; input.size() < (4U << 20); ++i) {
         input += std::to_string(i);
+    }
     EXPECT_EQ(run(child(L"echo"), input).output(), input);
 }
 
@@ -71,8 +72,9 @@ TEST(ChildProcess, AMissingProgramIsTold) {
 
 bool runs(const wchar_t* event_name) {
     const HANDLE event = OpenEventW(SYNCHRONIZE, FALSE, event_name);
-    if (event != nullptr)
+    if (event != nullptr) {
         CloseHandle(event);
+    }
     return event != nullptr;
 }
 
@@ -83,13 +85,15 @@ TEST(ChildProcess, OneThatHangsIsNotLeftBehind) {
     auto ran = std::async(std::launch::async,
                           [&] { return run(child(L"hang") + L" " + name, {}, seconds(60), stop.get_token()); });
     const auto deadline = std::chrono::steady_clock::now() + seconds(30);
-    while (!runs(name) && std::chrono::steady_clock::now() < deadline)
+    while (!runs(name) && std::chrono::steady_clock::now() < deadline) {
         std::this_thread::yield();
+    }
     EXPECT_TRUE(runs(name));
     stop.request_stop();
     EXPECT_EQ(ran.get().error, "stopped");
-    while (runs(name) && std::chrono::steady_clock::now() < deadline)
+    while (runs(name) && std::chrono::steady_clock::now() < deadline) {
         std::this_thread::yield();
+    }
     EXPECT_FALSE(runs(name));
 }
 
@@ -121,8 +125,9 @@ TEST(ChildProcess, AStopEndsTheWait) {
 
 // A program of the system below Wine; nothing to start elsewhere.
 TEST(ChildProcess, BelowWineTheOutputIsBehindTheInput) {
-    if (GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") == nullptr)
+    if (GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") == nullptr) {
         GTEST_SKIP() << "this is not Wine";
+    }
     const auto below = [](const std::wstring& script, const std::string& input) {
         Ran ran;
         ran.result = runChild(L"\"\\\\?\\unix\\bin\\sh\" -c \"" + script + L"\"", System::below_wine, input, seconds(5),
@@ -130,8 +135,9 @@ TEST(ChildProcess, BelowWineTheOutputIsBehindTheInput) {
         return ran;
     };
     std::string input;
-    for (int i = 0; input.size() < 300'000; ++i)
+    for (int i = 0; input.size() < 300'000; ++i) {
         input += std::to_string(i);
+    }
     const Ran copied = below(L"t=$(cat); printf %s $t >&0; sleep 0.2; printf end >&0; echo 0", input);
     EXPECT_EQ(copied.output(), input + "end");
     const Ran failed = below(L"echo 42", "text");
@@ -143,10 +149,12 @@ TEST(ChildProcess, BelowWineTheOutputIsBehindTheInput) {
 
 TEST(ChildProcess, ManyRunSideBySide) {
     std::vector<std::future<Ran>> runs;
-    for (int i = 0; i < 8; ++i)
+    for (int i = 0; i < 8; ++i) {
         runs.push_back(std::async(std::launch::async, [i] { return run(child(L"echo"), std::to_string(i)); }));
-    for (std::size_t i = 0; i < runs.size(); ++i)
+    }
+    for (std::size_t i = 0; i < runs.size(); ++i) {
         EXPECT_EQ(runs[i].get().output(), std::to_string(i));
+    }
 }
 
 } // namespace

@@ -20,8 +20,9 @@ class EspeakTest : public testing::Test {
     std::uint32_t audible(const std::u16string& text, const Manner& manner = {}) {
         const std::optional<Wave> wave = say(text, manner);
         EXPECT_TRUE(wave) << error;
-        if (!wave)
+        if (!wave) {
             return 0;
+        }
         const auto [first, last] = audiblePart(*wave);
         return static_cast<std::uint32_t>((last - first) * 1000 / wave->rate);
     }
@@ -37,8 +38,9 @@ TEST_F(EspeakTest, SaysHelloWorld) {
 }
 
 TEST_F(EspeakTest, SpeaksItsLanguagesAndNoOthers) {
-    for (const int language : {1033, 2057, 1031, 1036, 3082, 1040, 1049, 1041, 2052, 1028, 1025, 1037})
+    for (const int language : {1033, 2057, 1031, 1036, 3082, 1040, 1049, 1041, 2052, 1028, 1025, 1037}) {
         EXPECT_TRUE(engine->speaks(static_cast<std::uint16_t>(language))) << language;
+    }
     EXPECT_FALSE(engine->speaks(0));
     EXPECT_FALSE(engine->speaks(0xFFFF));
 }
@@ -64,8 +66,9 @@ TEST_F(EspeakTest, VoicesDiffer) {
     man.gender = 2;
     whisper.delivery = Delivery::whisper;
     const auto usual = say(u"hello")->samples;
-    for (const Manner& manner : {woman, man, whisper})
+    for (const Manner& manner : {woman, man, whisper}) {
         EXPECT_NE(say(u"hello", manner)->samples, usual);
+    }
 }
 
 TEST_F(EspeakTest, HostileTextIsOnlyText) {
@@ -88,8 +91,9 @@ TEST_F(EspeakTest, TextOfSignsAloneIsNoFailure) {
 
 TEST_F(EspeakTest, WhatSoundsForHoursIsRefused) {
     std::u16string text;
-    while (text.size() < 100'000)
+    while (text.size() < 100'000) {
         text += u"a ";
+    }
     EXPECT_FALSE(say(text));
     EXPECT_EQ(error, "the program writes too much");
     EXPECT_GT(audible(u"still there"), 100U);
@@ -108,8 +112,9 @@ Speech spoken(const std::u16string& text) {
     EXPECT_TRUE(service.available());
     service.order(text, {}, [&](Speech speech) { said.set_value(std::move(speech)); });
     std::future<Speech> answer = said.get_future();
-    if (answer.wait_for(std::chrono::seconds(60)) == std::future_status::ready)
+    if (answer.wait_for(std::chrono::seconds(60)) == std::future_status::ready) {
         return answer.get();
+    }
     ADD_FAILURE() << "nothing was said";
     return {};
 }
@@ -126,8 +131,9 @@ TEST(EspeakService, SpeaksWithWordsAndMouth) {
 
 TEST(EspeakService, AHundredKilobytesAreShownWholeAndHeardInPart) {
     std::u16string text;
-    while (text.size() < 100'000)
+    while (text.size() < 100'000) {
         text += u"\"a -b 'c\n";
+    }
     const Speech speech = spoken(text);
     EXPECT_EQ(speech.shown, text);
     EXPECT_EQ(speech.words.back().end, text.size() - 1);

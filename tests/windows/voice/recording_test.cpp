@@ -38,8 +38,9 @@ class RecordingTest : public testing::Test {
 
 TEST_F(RecordingTest, WhatSoundsIsRecorded) {
     std::vector<std::int16_t> samples;
-    for (std::size_t i = 0; i < 4410; ++i)
+    for (std::size_t i = 0; i < 4410; ++i) {
         samples.push_back(static_cast<std::int16_t>(i % 2 == 0 ? 1000 + i : 1));
+    }
     bool finished = false;
     Output output(path.u16string());
     EXPECT_EQ(output.hasDevice(), waveOutGetNumDevs() != 0);

@@ -23,8 +23,9 @@ class Winsock {
         good_ = WSAStartup(MAKEWORD(2, 2), &data) == 0;
     }
     ~Winsock() {
-        if (good_)
+        if (good_) {
             WSACleanup();
+        }
     }
     Winsock(const Winsock&) = delete;
     Winsock& operator=(const Winsock&) = delete;
@@ -45,8 +46,9 @@ class Socket {
     }
     ~Socket() { close(); }
     void close() {
-        if (socket_ != INVALID_SOCKET)
+        if (socket_ != INVALID_SOCKET) {
             closesocket(std::exchange(socket_, INVALID_SOCKET));
+        }
     }
     SOCKET get() const { return socket_; }
     HANDLE handle() const { return reinterpret_cast<HANDLE>(socket_); }
@@ -63,8 +65,9 @@ class Handle {
     Handle(const Handle&) = delete;
     Handle& operator=(const Handle&) = delete;
     ~Handle() {
-        if (handle_ != nullptr)
+        if (handle_ != nullptr) {
             CloseHandle(handle_);
+        }
     }
     HANDLE get() const { return handle_; }
     explicit operator bool() const { return handle_ != nullptr; }
@@ -78,14 +81,16 @@ HANDLE temporaryFile() {
     std::array<wchar_t, MAX_PATH + 1> folder{};
     std::array<wchar_t, MAX_PATH + 1> path{};
     const DWORD length = GetTempPathW(static_cast<DWORD>(folder.size()), folder.data());
-    if (length == 0 || length >= folder.size() || GetTempFileNameW(folder.data(), L"say", 0, path.data()) == 0)
+    if (length == 0 || length >= folder.size() || GetTempFileNameW(folder.data(), L"say", 0, path.data()) == 0) {
         return nullptr;
+    }
     SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
     const HANDLE file = CreateFileW(path.data(), GENERIC_READ | GENERIC_WRITE | DELETE,
                                     FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, &inherited, CREATE_ALWAYS,
                                     FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr);
-    if (file == INVALID_HANDLE_VALUE)
+    if (file == INVALID_HANDLE_VALUE) {
         DeleteFileW(path.data());
+    }
     return file;
 }
 
@@ -143,8 +148,9 @@ struct SocketPair {
             bind(listener.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
             listen(listener.get(), 1) != 0 ||
             getsockname(listener.get(), reinterpret_cast<sockaddr*>(&address), &size) != 0 ||
-            connect(theirs.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
+            connect(theirs.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
             return false;
+        }
         ours = Socket(accept(listener.get(), reinterpret_cast<sockaddr*>(&caller), &caller_size));
         u_long at_once = 1;
         // Another program may have called in between: its port gives it away.
@@ -170,8 +176,9 @@ class InheritedHandles {
                                                    sizeof handles_, nullptr, nullptr) != 0;
     }
     ~InheritedHandles() {
-        if (made_)
+        if (made_) {
             DeleteProcThreadAttributeList(list_);
+        }
     }
     InheritedHandles(const InheritedHandles&) = delete;
     InheritedHandles& operator=(const InheritedHandles&) = delete;
@@ -194,25 +201,31 @@ class Child {
           most_output_(most_output), stop_(stop), error_(error) {}
 
     std::optional<ChildResult> run(std::wstring& command_line, std::string_view input) {
-        if (stop_.stop_requested())
+        if (stop_.stop_requested()) {
             return failed("stopped");
-        if (!input_ || !output_ || !fill(input_, input) || (below_wine_ && (!winsock_ || !sockets_.open())))
+        }
+        if (!input_ || !output_ || !fill(input_, input) || (below_wine_ && (!winsock_ || !sockets_.open()))) {
             return failed("no connection to a program can be made");
+        }
         HANDLE started = nullptr;
-        if (!start(command_line, started))
+        if (!start(command_line, started)) {
             return failed("the program cannot be started");
+        }
         const Handle process(started);
         sockets_.theirs.close();
         if (!wait(process)) {
-            if (process)
+            if (process) {
                 TerminateProcess(process.get(), 1);
+            }
             return std::nullopt;
         }
         ChildResult result;
-        if (!exitCode(process, result.exit_code))
+        if (!exitCode(process, result.exit_code)) {
             return failed("the program ended without telling how");
-        if (!readFrom(below_wine_ ? input_ : output_, below_wine_ ? input.size() : 0, result.output))
+        }
+        if (!readFrom(below_wine_ ? input_ : output_, below_wine_ ? input.size() : 0, result.output)) {
             return failed("what the program wrote cannot be read");
+        }
         return result;
     }
 
@@ -238,8 +251,9 @@ class Child {
         if (start_info.lpAttributeList == nullptr ||
             CreateProcessW(nullptr, command_line.data(), nullptr, nullptr, TRUE,
                            EXTENDED_STARTUPINFO_PRESENT | DETACHED_PROCESS, nullptr, nullptr, &start_info.StartupInfo,
-                           &information) == 0)
+                           &information) == 0) {
             return false;
+        }
         const Handle thread(information.hThread);
         process = information.hProcess;
         return true;
@@ -249,16 +263,17 @@ class Child {
     bool wait(const Handle& process) {
         for (;;) {
             const bool ended = below_wine_ ? !listen() : WaitForSingleObject(process.get(), poll_ms) != WAIT_TIMEOUT;
-            if (sizeOf(below_wine_ ? input_ : output_) > most_output_)
+            if (sizeOf(below_wine_ ? input_ : output_) > most_output_) {
                 error_ = "the program writes too much";
-            else if (ended)
+            } else if (ended) {
                 return true;
-            else if (stop_.stop_requested())
+            } else if (stop_.stop_requested()) {
                 error_ = "stopped";
-            else if (std::chrono::steady_clock::now() >= deadline_)
+            } else if (std::chrono::steady_clock::now() >= deadline_) {
                 error_ = "the program takes too long";
-            else
+            } else {
                 continue;
+            }
             return false;
         }
     }
@@ -268,14 +283,17 @@ class Child {
         fd_set readable{};
         FD_SET(sockets_.ours.get(), &readable);
         timeval moment{0, static_cast<long>(poll_ms) * 1000};
-        if (select(0, &readable, nullptr, nullptr, &moment) <= 0)
+        if (select(0, &readable, nullptr, nullptr, &moment) <= 0) {
             return true;
+        }
         std::array<char, 4096> block{};
         const int got = recv(sockets_.ours.get(), block.data(), static_cast<int>(block.size()), 0);
-        if (got <= 0)
+        if (got <= 0) {
             return got < 0 && WSAGetLastError() == WSAEWOULDBLOCK;
-        if (told_.size() < block.size())
+        }
+        if (told_.size() < block.size()) {
             told_.append(block.data(), static_cast<std::size_t>(got));
+        }
         return true;
     }
 

@@ -40,8 +40,9 @@ std::wstring findProgram() {
         const std::wstring parent = environment(folder);
         const std::wstring path = parent + L"\\eSpeak NG\\espeak-ng.exe";
         const DWORD attributes = GetFileAttributesW(path.c_str());
-        if (!parent.empty() && attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0)
+        if (!parent.empty() && attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0) {
             return path;
+        }
     }
     std::array<wchar_t, 1024> found{};
     const std::wstring path = environment(L"PATH");
@@ -51,8 +52,9 @@ std::wstring findProgram() {
 }
 
 std::wstring withArguments(std::wstring command, const std::vector<std::string>& arguments) {
-    for (const std::string& argument : arguments)
+    for (const std::string& argument : arguments) {
         command += L" " + std::wstring(argument.begin(), argument.end());
+    }
     return command;
 }
 
@@ -62,8 +64,9 @@ RunProgram runnerOf(std::wstring command, System system) {
                                                   std::string& error) -> std::optional<std::vector<std::uint8_t>> {
         std::optional<ChildResult> result =
             runChild(withArguments(command, run.arguments), system, run.input, time_limit, most_output, stop, error);
-        if (!result)
+        if (!result) {
             return std::nullopt;
+        }
         if (result->exit_code != 0) {
             error = "espeak-ng failed with the exit code " + std::to_string(result->exit_code);
             return std::nullopt;
@@ -76,12 +79,14 @@ RunProgram runnerOf(std::wstring command, System system) {
 
 std::unique_ptr<Engine> makeEspeak() {
     std::unique_ptr<Espeak> engine;
-    if (const std::wstring path = findProgram(); !path.empty())
+    if (const std::wstring path = findProgram(); !path.empty()) {
         engine = std::make_unique<Espeak>(runnerOf(L"\"" + path + L"\"", System::windows));
-    else if (runsUnderWine())
+    } else if (runsUnderWine()) {
         engine = std::make_unique<Espeak>(runnerOf(std::wstring(shell_command), System::below_wine));
-    if (engine && !engine->hasVoice())
+    }
+    if (engine && !engine->hasVoice()) {
         engine.reset();
+    }
     return engine;
 }
 

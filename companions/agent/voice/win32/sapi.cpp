@@ -60,8 +60,9 @@ std::vector<std::uint16_t> languagesOf(std::wstring_view text) {
     while (!text.empty()) {
         const std::size_t end = std::min(text.find(L';'), text.size());
         const std::wstring one(text.substr(0, end));
-        if (const unsigned long id = std::wcstoul(one.c_str(), nullptr, 16); id > 0 && id <= 0xFFFF)
+        if (const unsigned long id = std::wcstoul(one.c_str(), nullptr, 16); id > 0 && id <= 0xFFFF) {
             languages.push_back(static_cast<std::uint16_t>(id));
+        }
         text.remove_prefix(std::min(end + 1, text.size()));
     }
     return languages;
@@ -74,10 +75,12 @@ InstalledVoice describe(ISpObjectToken& token) {
     voice.id = id.view();
     Ptr<ISpDataKey> attributes;
     if (SUCCEEDED(token.OpenKey(L"Attributes", attributes.out()))) {
-        if (SUCCEEDED(attributes->GetStringValue(L"Language", languages.out())))
+        if (SUCCEEDED(attributes->GetStringValue(L"Language", languages.out()))) {
             voice.languages = languagesOf(languages.view());
-        if (SUCCEEDED(attributes->GetStringValue(L"Gender", gender.out())))
+        }
+        if (SUCCEEDED(attributes->GetStringValue(L"Gender", gender.out()))) {
             voice.gender = gender.view() == L"Female" ? 1 : gender.view() == L"Male" ? 2 : 0;
+        }
     }
     return voice;
 }
@@ -91,8 +94,9 @@ std::vector<InstalledVoice> installedVoices() {
     Ptr<ISpObjectToken> token;
     while (tokens && tokens->Next(1, token.out(), nullptr) == S_OK && token) {
         InstalledVoice voice = describe(*token.get());
-        if (!voice.languages.empty())
+        if (!voice.languages.empty()) {
             voices.push_back(std::move(voice));
+        }
     }
     return voices;
 }
@@ -126,10 +130,12 @@ std::u16string markedUp(const std::u16string& text, const Manner& manner) {
             result += unit;
         }
     }
-    if (manner.emphasis)
+    if (manner.emphasis) {
         result = u"<emph>" + result + u"</emph>";
-    if (manner.pitch != 0)
+    }
+    if (manner.pitch != 0) {
         result = u"<pitch absmiddle=\"" + murmelix::toText(pitchOf(manner)) + u"\">" + result + u"</pitch>";
+    }
     return result;
 }
 
@@ -170,13 +176,15 @@ class Sapi : public Engine {
         for (const InstalledVoice& voice : voices_) {
             int score = 0;
             for (const std::uint16_t language : voice.languages) {
-                if (language == language_id)
+                if (language == language_id) {
                     score = std::max(score, 4);
-                else if ((language & primary_language) == (language_id & primary_language))
+                } else if ((language & primary_language) == (language_id & primary_language)) {
                     score = std::max(score, 2);
+                }
             }
-            if (score > 0 && gender != 0 && voice.gender == gender)
+            if (score > 0 && gender != 0 && voice.gender == gender) {
                 ++score;
+            }
             if (score > best_score) {
                 best = &voice;
                 best_score = score;
@@ -209,8 +217,9 @@ class Sapi : public Engine {
         format.wBitsPerSample = 16;
         check(stream->SetBaseStream(memory.get(), wave_format_id, &format));
         check(voice->SetOutput(stream.get(), FALSE));
-        if (manner.speed != 0)
+        if (manner.speed != 0) {
             check(voice->SetRate(rateOf(manner.speed)));
+        }
 
         check(voice->Speak(wide(markedUp(text, manner)), SPF_ASYNC | SPF_IS_XML, nullptr));
         const auto deadline = std::chrono::steady_clock::now() + time_limit;
@@ -233,8 +242,9 @@ std::unique_ptr<Engine> makeSapi() {
     try {
         const Apartment apartment;
         std::vector<InstalledVoice> voices = installedVoices();
-        if (!voices.empty())
+        if (!voices.empty()) {
             return std::make_unique<Sapi>(std::move(voices));
+        }
     } catch (const std::exception&) {
         // No SAPI, or one that cannot list its voices: another engine speaks.
     }

@@ -26,16 +26,20 @@ class WaveOut : public Sink {
         format.nAvgBytesPerSec = mix_rate * 2;
         format.nBlockAlign = 2;
         format.wBitsPerSample = 16;
-        if (waveOutOpen(&device_, WAVE_MAPPER, &format, 0, 0, CALLBACK_NULL) != MMSYSERR_NOERROR)
+        if (waveOutOpen(&device_, WAVE_MAPPER, &format, 0, 0, CALLBACK_NULL) != MMSYSERR_NOERROR) {
             device_ = nullptr;
+        }
     }
     ~WaveOut() override {
-        if (device_ == nullptr)
+        if (device_ == nullptr) {
             return;
+        }
         waveOutReset(device_);
-        for (Block& block : blocks_)
-            if ((block.header.dwFlags & WHDR_PREPARED) != 0)
+        for (Block& block : blocks_) {
+            if ((block.header.dwFlags & WHDR_PREPARED) != 0) {
                 waveOutUnprepareHeader(device_, &block.header, sizeof block.header);
+            }
+        }
         waveOutClose(device_);
     }
     WaveOut(const WaveOut&) = delete;
@@ -48,11 +52,13 @@ class WaveOut : public Sink {
                 return (candidate.header.dwFlags & WHDR_INQUEUE) == 0;
             });
             // The device plays a little slower than the clock, or not at all: what does not fit is left out.
-            if (block == blocks_.end())
+            if (block == blocks_.end()) {
                 return ++refused_ < most_refused;
+            }
             const std::size_t count = std::min(samples.size(), block->samples.size());
-            if (!queue(*block, samples.first(count)))
+            if (!queue(*block, samples.first(count))) {
                 return false;
+            }
             samples = samples.subspan(count);
         }
         refused_ = 0;
@@ -68,8 +74,9 @@ class WaveOut : public Sink {
     static constexpr int most_refused = 500;
 
     bool queue(Block& block, std::span<const std::int16_t> samples) {
-        if ((block.header.dwFlags & WHDR_PREPARED) != 0)
+        if ((block.header.dwFlags & WHDR_PREPARED) != 0) {
             waveOutUnprepareHeader(device_, &block.header, sizeof block.header);
+        }
         std::copy(samples.begin(), samples.end(), block.samples.begin());
         block.header = {};
         block.header.lpData = reinterpret_cast<LPSTR>(block.samples.data());
@@ -86,11 +93,13 @@ class WaveOut : public Sink {
 } // namespace
 
 std::unique_ptr<Sink> makeSink() {
-    if (waveOutGetNumDevs() == 0)
+    if (waveOutGetNumDevs() == 0) {
         return nullptr;
+    }
     auto device = std::make_unique<WaveOut>();
-    if (!device->good())
+    if (!device->good()) {
         return nullptr;
+    }
     return device;
 }
 
