@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/ui/form.h"
+#include "ui/form.h"
 
 namespace murmelix {
 

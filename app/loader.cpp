@@ -3,10 +3,10 @@
 #include "app/pages.h"
 #include "app/settings.h"
 #include "app/shell_state.h"
+#include "common/ansi.h"
 #include "common/text.h"
 #include "languages/language_table.h"
 #include "matchups/matchup_store.h"
-#include "platform/ansi.h"
 #include "platform/message_box.h"
 #include "platform/system.h"
 
@@ -66,7 +66,7 @@ void Loader::GetWindowsDir() {
         return;
     }
     buffer.erase(buffer.find_last_not_of(' ') + 1);
-    WindowsDir = platform::fromAnsi(buffer.substr(0, buffer.find('\0')));
+    WindowsDir = fromAnsi(buffer.substr(0, buffer.find('\0')));
     if (!WindowsDir.ends_with(u'\\')) {
         WindowsDir += u'\\';
     }

@@ -2,7 +2,7 @@
 
 #include "app/loader.h"
 #include "common/com/handles.h"
-#include "platform/ui/screen.h"
+#include "ui/screen.h"
 
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
     const murmelix::com::Apartment apartment;

@@ -11,11 +11,11 @@
 #include "characters/agent_events.h"
 #include "characters/character_state.h"
 #include "characters/placement.h"
+#include "common/ansi.h"
 #include "common/text.h"
-#include "platform/ansi.h"
 #include "platform/message_box.h"
 #include "platform/system.h"
-#include "platform/ui/screen.h"
+#include "ui/screen.h"
 
 namespace murmelix {
 
@@ -588,7 +588,7 @@ void MainFrm::fillSoundSchemes() {
 void MainFrm::AddSystemTrayIcon() {
     constexpr std::uint32_t message_icon_and_tip = 7, mouse_move = 512;
     tray_icon_ = {88, &SystemTrayPic, 1, message_icon_and_tip, mouse_move, SystemTrayPic.picture(), {}};
-    const std::string tip = platform::toAnsi(u"Double click here to restore Murmelix's window");
+    const std::string tip = toAnsi(u"Double click here to restore Murmelix's window");
     std::copy_n(tip.begin(), std::min(tip.size(), tray_icon_.tip.size() - 1), tray_icon_.tip.begin());
     ui::shellNotifyIcon(ui::TrayMessage::add, tray_icon_);
 }

@@ -12,10 +12,10 @@
 #include "controls/cool_list_box.h"
 #include "messenger/msn_control.h"
 #include "platform/agent_control.h"
-#include "platform/ui/file_list.h"
-#include "platform/ui/form.h"
-#include "platform/ui/timer.h"
-#include "platform/ui/tray.h"
+#include "ui/file_list.h"
+#include "ui/form.h"
+#include "ui/timer.h"
+#include "ui/tray.h"
 
 namespace murmelix {
 

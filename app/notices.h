@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/ui/form.h"
+#include "ui/form.h"
 
 namespace murmelix {
 

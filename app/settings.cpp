@@ -5,8 +5,8 @@
 #include <variant>
 
 #include "app/shell_state.h"
+#include "common/ansi.h"
 #include "common/text.h"
-#include "platform/ansi.h"
 
 namespace murmelix {
 
@@ -45,7 +45,7 @@ std::u16string textValue(const RegistryKey& key, const std::string& name, std::u
     if (!key.query(name, buffer)) {
         return {};
     }
-    return platform::fromAnsi(std::string_view(buffer).substr(0, buffer.find('\0')));
+    return fromAnsi(std::string_view(buffer).substr(0, buffer.find('\0')));
 }
 
 std::u16string binaryValue(const RegistryKey& key, const std::string& name, std::uint32_t size) {
@@ -73,11 +73,11 @@ std::u16string SettingsKeyPathFor(platform::MessengerApi& messenger) {
 }
 
 std::u16string ReadRegistryValue(platform::Hive hive, const std::u16string& subkey, const std::u16string& name) {
-    const auto key = RegistryKey::open(hive, platform::toAnsi(subkey));
+    const auto key = RegistryKey::open(hive, toAnsi(subkey));
     if (!key) {
         return {};
     }
-    const std::string ansi_name = platform::toAnsi(name);
+    const std::string ansi_name = toAnsi(name);
     const auto info = key->query(ansi_name);
     if (!info) {
         return {};
@@ -97,8 +97,8 @@ void WriteRegistryValue(platform::Hive hive, const std::u16string& subkey, const
     if (subkey.empty()) {
         return;
     }
-    if (const auto key = RegistryKey::create(hive, platform::toAnsi(subkey))) {
-        key->set(platform::toAnsi(name), platform::reg_sz, platform::toAnsi(text));
+    if (const auto key = RegistryKey::create(hive, toAnsi(subkey))) {
+        key->set(toAnsi(name), platform::reg_sz, toAnsi(text));
     }
 }
 

@@ -9,7 +9,7 @@
 #include "languages/language_table.h"
 #include "platform/message_box.h"
 #include "platform/system.h"
-#include "platform/ui/screen.h"
+#include "ui/screen.h"
 
 namespace murmelix {
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "platform/ui/types.h"
+#include "ui/types.h"
 
 namespace murmelix {
 

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "common/text.h"
-#include "platform/ui/screen.h"
+#include "ui/screen.h"
 
 namespace murmelix {
 

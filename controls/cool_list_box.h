@@ -14,7 +14,7 @@
 #include "common/keyed_collection.h"
 #include "controls/c_item.h"
 #include "controls/property_bag.h"
-#include "platform/ui/control.h"
+#include "ui/control.h"
 
 namespace murmelix {
 

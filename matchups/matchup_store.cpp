@@ -2,8 +2,8 @@
 
 #include "app/settings.h"
 #include "app/shell_state.h"
+#include "common/ansi.h"
 #include "common/text.h"
-#include "platform/ansi.h"
 
 namespace murmelix {
 
@@ -23,11 +23,11 @@ std::u16string characterOf(const std::u16string& item) {
 }
 
 std::u16string shiftCodes(const std::u16string& text, unsigned char distance) {
-    std::string codes = platform::toAnsi(text);
+    std::string codes = toAnsi(text);
     for (char& code : codes) {
         code = static_cast<char>(static_cast<unsigned char>(code) + distance);
     }
-    return platform::fromAnsi(codes);
+    return fromAnsi(codes);
 }
 
 } // namespace
@@ -85,7 +85,7 @@ std::u16string UnscrambleMatchupName(const std::u16string& text) {
 
 RegistryValueList ReadRegistryValueList(platform::Hive hive, const std::u16string& subkey) {
     RegistryValueList values;
-    const auto key = platform::RegistryKey::open(hive, platform::toAnsi(subkey));
+    const auto key = platform::RegistryKey::open(hive, toAnsi(subkey));
     if (!key) {
         return values;
     }
@@ -96,13 +96,13 @@ RegistryValueList ReadRegistryValueList(platform::Hive hive, const std::u16strin
         }
         std::string_view data = value->second;
         data.remove_suffix(data.empty() ? 0 : 1); // the terminating NUL
-        values.emplace_back(platform::fromAnsi(value->first), platform::fromAnsi(data));
+        values.emplace_back(fromAnsi(value->first), fromAnsi(data));
     }
 }
 
 void DeleteRegistryValue(platform::Hive hive, const std::u16string& subkey, const std::u16string& name) {
-    if (const auto key = platform::RegistryKey::open(hive, platform::toAnsi(subkey))) {
-        key->remove(platform::toAnsi(name));
+    if (const auto key = platform::RegistryKey::open(hive, toAnsi(subkey))) {
+        key->remove(toAnsi(name));
     }
 }
 

@@ -5,8 +5,8 @@
 
 #include "common/text.h"
 #include "controls/cool_list_box.h"
-#include "platform/ui/form.h"
 #include "tests/fakes/ui/windows.h"
+#include "ui/form.h"
 
 namespace {
 

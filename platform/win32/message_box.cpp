@@ -3,7 +3,7 @@
 #include <windows.h>
 
 #include "common/com/handles.h"
-#include "platform/win32/ui/windows.h"
+#include "ui/win32/windows.h"
 
 namespace murmelix::platform {
 

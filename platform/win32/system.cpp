@@ -8,10 +8,10 @@
 #include <shellapi.h>
 
 #include "common/address.h"
+#include "common/ansi.h"
 #include "common/com/handles.h"
 #include "common/text.h"
-#include "platform/ansi.h"
-#include "platform/win32/ui/windows.h"
+#include "ui/win32/windows.h"
 
 namespace murmelix::platform {
 

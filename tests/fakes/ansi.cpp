@@ -5,7 +5,7 @@
 #include <initializer_list>
 #include <string>
 
-#include "platform/ansi.h"
+#include "common/ansi.h"
 
 namespace murmelix {
 
@@ -58,8 +58,6 @@ void useCodePage(const CodePage& code_page) {
 
 } // namespace fakes
 
-namespace platform {
-
 namespace {
 
 const fakes::CodePage& codePage() {
@@ -85,7 +83,5 @@ std::u16string fromAnsi(std::string_view bytes) {
     }
     return text;
 }
-
-} // namespace platform
 
 } // namespace murmelix

@@ -141,6 +141,10 @@ class Api : public platform::MessengerApi {
 
 } // namespace fakes
 
+bool platform::neighbourCallPending() {
+    return fakes::neighbours().call_pending;
+}
+
 std::unique_ptr<platform::MessengerApi> platform::createMessengerApi(MessengerEvents events) {
     fakes::messenger().events = std::move(events);
     return std::make_unique<fakes::Api>();

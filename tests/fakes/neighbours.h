@@ -13,6 +13,7 @@ struct Neighbours {
     int calls = 0;   // so far, to both
     int fail_at = 0; // the call with this number (from 1) fails; 0: none
     bool gone = false;
+    bool call_pending = false;                  // a call is under way elsewhere
     std::set<std::string, std::less<>> failing; // calls that always fail, by name: "History", "Speak"…
 
     // Runs inside every call, before it answers; not inside a call that it makes itself.

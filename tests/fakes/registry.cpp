@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <memory>
 
+#include "common/ansi.h"
 #include "common/text.h"
-#include "platform/ansi.h"
 #include "platform/registry.h"
 #include "tests/fakes/fakes.h"
 
@@ -15,7 +15,7 @@ namespace fakes {
 namespace {
 
 std::string folded(const std::string& bytes) {
-    return platform::toAnsi(toLower(std::u16string_view(platform::fromAnsi(bytes.c_str()))));
+    return toAnsi(toLower(std::u16string_view(fromAnsi(bytes.c_str()))));
 }
 
 // Nothing for a path that the system refuses.

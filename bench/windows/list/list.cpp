@@ -9,7 +9,7 @@
 
 #include "common/text.h"
 #include "controls/cool_list_box.h"
-#include "platform/ui/form.h"
+#include "ui/form.h"
 
 namespace {
 

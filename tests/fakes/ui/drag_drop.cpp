@@ -1,6 +1,6 @@
 #include "tests/fakes/ui/drag_drop.h"
 
-#include "platform/ui/native.h"
+#include "ui/native.h"
 
 namespace murmelix {
 

@@ -4,7 +4,7 @@
 #include <functional>
 #include <vector>
 
-#include "platform/ui/control.h"
+#include "ui/control.h"
 
 namespace murmelix::fakes {
 

@@ -1,7 +1,7 @@
-#include "platform/ui/surface.h"
+#include "ui/surface.h"
 
-#include "platform/ui/native.h"
 #include "tests/fakes/ui/windows.h"
+#include "ui/native.h"
 
 namespace murmelix {
 

@@ -1,8 +1,7 @@
 #include "tests/fakes/ui/windows.h"
 
-#include "platform/neighbour.h"
-#include "platform/ui/native.h"
-#include "platform/ui/screen.h"
+#include "ui/native.h"
+#include "ui/screen.h"
 
 namespace murmelix {
 
@@ -73,10 +72,6 @@ void tick(ui::Timer& timer) {
 }
 
 } // namespace fakes
-
-bool platform::neighbourCallPending() {
-    return fakes::screen().neighbour_call_pending;
-}
 
 namespace ui {
 

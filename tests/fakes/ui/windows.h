@@ -7,10 +7,10 @@
 #include <utility>
 #include <vector>
 
-#include "platform/ui/control.h"
-#include "platform/ui/form.h"
-#include "platform/ui/timer.h"
-#include "platform/ui/tray.h"
+#include "ui/control.h"
+#include "ui/form.h"
+#include "ui/timer.h"
+#include "ui/tray.h"
 
 namespace murmelix::fakes {
 
@@ -23,7 +23,6 @@ struct TrayCall {
 
 struct Screen {
     double twips_per_pixel = 15;
-    bool neighbour_call_pending = false;
     std::map<std::u16string, std::vector<std::u16string>> files; // by directory, sorted
     std::vector<TrayCall> tray_calls;
     std::vector<const ui::Menu*> popups;

@@ -1,8 +1,8 @@
 #include "characters/agent_events.h"
 
 #include "characters/character_loading.h"
-#include "platform/ui/screen.h"
 #include "tests/unit/program/program_test.h"
+#include "ui/screen.h"
 
 namespace murmelix::test {
 

@@ -1,6 +1,6 @@
 #include "tests/unit/program/program_test.h"
 
-#include "platform/ansi.h"
+#include "common/ansi.h"
 
 namespace murmelix::test {
 
@@ -13,7 +13,7 @@ class MatchupStore : public ProgramTest {
     MatchupStore() { SettingsKeyPath = u"Software\\Murmelix\\me@x"; }
 
     static void store(const std::u16string& contact, const std::string& character) {
-        fakes::registry().putText(matchup_key, platform::toAnsi(ScrambleMatchupName(contact)), character);
+        fakes::registry().putText(matchup_key, toAnsi(ScrambleMatchupName(contact)), character);
     }
 
     static std::vector<std::u16string> contacts() {
@@ -38,7 +38,7 @@ TEST_F(MatchupStore, ScramblingAndBackGivesEveryCodeBack) {
     }
     for (const auto* page : {&fakes::windows1252(), &fakes::windows1251()}) {
         fakes::useCodePage(*page);
-        const std::u16string all = platform::fromAnsi(codes);
+        const std::u16string all = fromAnsi(codes);
         EXPECT_EQ(UnscrambleMatchupName(ScrambleMatchupName(all)), all);
     }
 }

@@ -1,6 +1,6 @@
 #include "tests/unit/program/program_test.h"
 
-#include "platform/ansi.h"
+#include "common/ansi.h"
 #include "platform/registry.h"
 
 namespace murmelix::test {

@@ -8,9 +8,9 @@
 
 #include "common/text.h"
 #include "controls/cool_list_box.h"
-#include "platform/ui/form.h"
 #include "tests/fakes/ui/drag_drop.h"
 #include "tests/fakes/ui/windows.h"
+#include "ui/form.h"
 
 namespace murmelix {
 

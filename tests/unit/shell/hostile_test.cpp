@@ -206,7 +206,7 @@ TEST_F(HostileTest, TicksDoNotPileUpWhileACallHangs) {
         if (call != "History") {
             return;
         }
-        fakes::screen().neighbour_call_pending = true; // five seconds of ticks
+        fakes::neighbours().call_pending = true; // five seconds of ticks
         for (int i = 0; i < 500; ++i) {
             ++inside;
             fakes::tick(form().ReadMoniter);
@@ -214,7 +214,7 @@ TEST_F(HostileTest, TicksDoNotPileUpWhileACallHangs) {
                 fakes::tick(form().WindowResizeTimer);
             }
         }
-        fakes::screen().neighbour_call_pending = false;
+        fakes::neighbours().call_pending = false;
     };
     fakes::tick(form().ReadMoniter);
     EXPECT_EQ(inside, 500);

@@ -315,11 +315,11 @@ TEST_F(MainFrmTest, NewMessageIsSpokenByItsWriter) {
 TEST_F(MainFrmTest, TickDuringACallToANeighbourIsSkipped) {
     const auto window = startReading();
     const int reads = window->history_reads;
-    fakes::screen().neighbour_call_pending = true;
+    fakes::neighbours().call_pending = true;
     fakes::tick(form().ReadMoniter);
     fakes::tick(form().WindowResizeTimer);
     EXPECT_EQ(window->history_reads, reads);
-    fakes::screen().neighbour_call_pending = false;
+    fakes::neighbours().call_pending = false;
     fakes::tick(form().ReadMoniter);
     EXPECT_EQ(window->history_reads, reads + 1);
 }

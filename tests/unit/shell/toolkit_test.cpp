@@ -1,10 +1,10 @@
 // What the window toolkit decides by itself.
 #include <gmock/gmock.h>
 
-#include "platform/ui/form.h"
-#include "platform/ui/screen.h"
-#include "platform/ui/timer.h"
 #include "tests/fakes/ui/windows.h"
+#include "ui/form.h"
+#include "ui/screen.h"
+#include "ui/timer.h"
 
 namespace murmelix::ui {
 namespace {

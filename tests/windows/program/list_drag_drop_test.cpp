@@ -16,11 +16,11 @@
 #include "common/com/server.h"
 #include "common/text.h"
 #include "controls/cool_list_box.h"
-#include "platform/ui/form.h"
-#include "platform/win32/ui/drag_drop.h"
 #include "tests/windows/program/list_neighbour.h"
 #include "tests/windows/program/window_test.h"
 #include "tests/windows/support/process.h"
+#include "ui/form.h"
+#include "ui/win32/drag_drop.h"
 
 namespace murmelix {
 namespace {

@@ -5,9 +5,9 @@
 #include "common/com/handles.h"
 #include "common/text.h"
 #include "controls/cool_list_box.h"
-#include "platform/ui/form.h"
-#include "platform/ui/screen.h"
 #include "tests/windows/program/window_test.h"
+#include "ui/form.h"
+#include "ui/screen.h"
 
 namespace murmelix::test {
 

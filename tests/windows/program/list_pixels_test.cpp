@@ -9,9 +9,9 @@
 
 #include "common/text.h"
 #include "controls/cool_list_box.h"
-#include "platform/ui/form.h"
-#include "platform/win32/ui/gdi.h"
 #include "tests/windows/program/window_test.h"
+#include "ui/form.h"
+#include "ui/win32/gdi.h"
 
 namespace murmelix {
 namespace {

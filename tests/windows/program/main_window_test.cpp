@@ -13,10 +13,10 @@
 #include "app/shell_state.h"
 #include "common/com/handles.h"
 #include "common/text.h"
-#include "platform/ui/screen.h"
-#include "platform/win32/ui/gdi.h"
 #include "tests/windows/program/window_test.h"
 #include "tests/windows/support/picture.h"
+#include "ui/screen.h"
+#include "ui/win32/gdi.h"
 
 namespace murmelix {
 namespace {

@@ -3,7 +3,7 @@
 #include <windows.h>
 
 #include "app/settings.h"
-#include "platform/ansi.h"
+#include "common/ansi.h"
 #include "platform/registry.h"
 #include "platform/system.h"
 

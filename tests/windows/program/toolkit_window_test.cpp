@@ -6,10 +6,10 @@
 #include <gmock/gmock.h>
 
 #include "common/text.h"
-#include "platform/ui/form.h"
-#include "platform/ui/screen.h"
-#include "platform/ui/timer.h"
 #include "tests/windows/program/window_test.h"
+#include "ui/form.h"
+#include "ui/screen.h"
+#include "ui/timer.h"
 
 namespace murmelix {
 namespace {

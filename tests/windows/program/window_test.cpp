@@ -4,10 +4,10 @@
 
 #include "common/com/handles.h"
 #include "common/text.h"
-#include "platform/ui/form.h"
-#include "platform/win32/ui/surface.h"
-#include "platform/win32/ui/windows.h"
 #include "tests/windows/support/picture.h"
+#include "ui/form.h"
+#include "ui/win32/surface.h"
+#include "ui/win32/windows.h"
 
 namespace murmelix::test {
 

@@ -8,7 +8,7 @@
 
 #include <windows.h>
 
-#include "platform/ui/control.h"
+#include "ui/control.h"
 
 namespace murmelix::test {
 

@@ -1,10 +1,10 @@
-#include "platform/ui/control.h"
+#include "ui/control.h"
 
 #include <algorithm>
 
-#include "platform/ui/form.h"
-#include "platform/ui/native.h"
-#include "platform/ui/screen.h"
+#include "ui/form.h"
+#include "ui/native.h"
+#include "ui/screen.h"
 
 namespace murmelix::ui {
 

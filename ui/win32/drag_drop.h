@@ -6,7 +6,7 @@
 #include <oleidl.h>
 
 #include "common/com/handles.h"
-#include "platform/ui/control.h"
+#include "ui/control.h"
 
 namespace murmelix::ui::win32 {
 

@@ -5,7 +5,7 @@
 
 #include <windows.h>
 
-#include "platform/ui/types.h"
+#include "ui/types.h"
 
 namespace murmelix::ui::win32 {
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/ui/control.h"
+#include "ui/control.h"
 
 namespace murmelix::ui {
 

@@ -1,4 +1,4 @@
-#include "platform/ui/native.h"
+#include "ui/native.h"
 
 #include <algorithm>
 #include <map>
@@ -10,10 +10,10 @@
 #include <commctrl.h>
 
 #include "common/com/handles.h"
-#include "platform/ui/screen.h"
-#include "platform/ui/timer.h"
-#include "platform/win32/ui/surface.h"
-#include "platform/win32/ui/windows.h"
+#include "ui/screen.h"
+#include "ui/timer.h"
+#include "ui/win32/surface.h"
+#include "ui/win32/windows.h"
 
 namespace murmelix::ui {
 

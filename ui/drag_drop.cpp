@@ -1,7 +1,7 @@
-#include "platform/ui/drag_drop.h"
+#include "ui/drag_drop.h"
 
-#include "platform/ui/control.h"
-#include "platform/ui/native.h"
+#include "ui/control.h"
+#include "ui/native.h"
 
 namespace murmelix::ui {
 

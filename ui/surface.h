@@ -4,7 +4,7 @@
 #include <memory>
 #include <string_view>
 
-#include "platform/ui/types.h"
+#include "ui/types.h"
 
 namespace murmelix::ui {
 

@@ -1,4 +1,4 @@
-#include "platform/win32/ui/surface.h"
+#include "ui/win32/surface.h"
 
 #include <algorithm>
 #include <map>
@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "common/com/handles.h"
-#include "platform/ui/native.h"
+#include "ui/native.h"
 
 namespace murmelix::ui {
 

@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "platform/ui/drag_drop.h"
-#include "platform/ui/surface.h"
-#include "platform/ui/types.h"
+#include "ui/drag_drop.h"
+#include "ui/surface.h"
+#include "ui/types.h"
 
 namespace murmelix::ui {
 

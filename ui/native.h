@@ -1,4 +1,4 @@
-// What the toolkit needs of the window system, control by control: platform/win32/ui on Windows, nothing but memory in
+// What the toolkit needs of the window system, control by control: ui/win32 on Windows, nothing but memory in
 // the tests. Rectangles are pixels.
 #pragma once
 
@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/ui/form.h"
+#include "ui/form.h"
 
 namespace murmelix::ui {
 class Timer;

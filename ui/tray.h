@@ -4,7 +4,7 @@
 #include <array>
 #include <cstdint>
 
-#include "platform/ui/control.h"
+#include "ui/control.h"
 
 namespace murmelix::ui {
 

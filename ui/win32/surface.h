@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/ui/surface.h"
-#include "platform/win32/ui/gdi.h"
+#include "ui/surface.h"
+#include "ui/win32/gdi.h"
 
 namespace murmelix::ui {
 

@@ -1,6 +1,6 @@
-#include "platform/ui/timer.h"
+#include "ui/timer.h"
 
-#include "platform/ui/native.h"
+#include "ui/native.h"
 
 namespace murmelix::ui {
 

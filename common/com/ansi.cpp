@@ -1,10 +1,10 @@
-#include "platform/ansi.h"
+#include "common/ansi.h"
 
 #include <windows.h>
 
 #include "common/com/handles.h"
 
-namespace murmelix::platform {
+namespace murmelix {
 
 std::string toAnsi(std::u16string_view text) {
     if (text.empty()) {
@@ -29,4 +29,4 @@ std::u16string fromAnsi(std::string_view bytes) {
     return text;
 }
 
-} // namespace murmelix::platform
+} // namespace murmelix

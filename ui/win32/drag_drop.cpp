@@ -1,4 +1,4 @@
-#include "platform/win32/ui/drag_drop.h"
+#include "ui/win32/drag_drop.h"
 
 #include <algorithm>
 #include <cstring>
@@ -8,11 +8,11 @@
 
 #include <shlobj.h>
 
+#include "common/ansi.h"
 #include "common/com/counted.h"
 #include "common/com/server.h"
-#include "platform/ansi.h"
-#include "platform/ui/native.h"
-#include "platform/win32/ui/windows.h"
+#include "ui/native.h"
+#include "ui/win32/windows.h"
 
 namespace murmelix::ui {
 
@@ -104,7 +104,7 @@ class TextData final : public com::Counted<IDataObject> {
             return offered;
         }
         return guarded([&] {
-            medium->hGlobal = format->cfFormat == CF_TEXT ? inMemory(platform::toAnsi(text_)) : inMemory(text_);
+            medium->hGlobal = format->cfFormat == CF_TEXT ? inMemory(toAnsi(text_)) : inMemory(text_);
             medium->tymed = TYMED_HGLOBAL;
             return S_OK;
         });
@@ -253,7 +253,7 @@ DataObject win32::received(IDataObject& data) {
     if (const auto unicode = textAs<char16_t>(CF_UNICODETEXT, data)) {
         text.SetText(*unicode);
     } else if (const auto ansi = textAs<char>(CF_TEXT, data)) {
-        text.SetText(platform::fromAnsi(*ansi));
+        text.SetText(fromAnsi(*ansi));
     }
     return text;
 }

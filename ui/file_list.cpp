@@ -1,6 +1,6 @@
-#include "platform/ui/file_list.h"
+#include "ui/file_list.h"
 
-#include "platform/ui/native.h"
+#include "ui/native.h"
 
 namespace murmelix::ui {
 

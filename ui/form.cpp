@@ -1,10 +1,10 @@
-#include "platform/ui/form.h"
+#include "ui/form.h"
 
 #include <algorithm>
 
 #include "common/text.h"
-#include "platform/ui/native.h"
-#include "platform/ui/screen.h"
+#include "ui/native.h"
+#include "ui/screen.h"
 
 namespace murmelix::ui {
 

@@ -1,4 +1,4 @@
-#include "platform/ui/tray.h"
+#include "ui/tray.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -7,8 +7,8 @@
 
 #include <shellapi.h>
 
-#include "platform/win32/ui/gdi.h"
-#include "platform/win32/ui/windows.h"
+#include "ui/win32/gdi.h"
+#include "ui/win32/windows.h"
 
 namespace murmelix::ui {
 

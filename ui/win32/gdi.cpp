@@ -1,4 +1,4 @@
-#include "platform/win32/ui/gdi.h"
+#include "ui/win32/gdi.h"
 
 #include <algorithm>
 #include <cmath>
