@@ -7,12 +7,14 @@
 #include "tests/fakes/neighbours.h"
 #include "tests/fakes/registry.h"
 #include "tests/fakes/system.h"
+#include "tests/fakes/user_store.h"
 
 namespace murmelix::fakes {
 
 struct State {
     Registry registry;
     System system;
+    UserStores user_stores;
     MessageBoxes message_boxes;
     Neighbours neighbours;
     Messenger messenger;

@@ -212,6 +212,7 @@ class Options:
     output: Path = ROOT / "build" / "run"
     headless: bool = True
     stage_speed: float = 0  # how much faster the characters act; 0: headless like the conversation, else naturally
+    orders: bool = False  # the Messenger client takes orders
 
     def speed_of_stage(self):
         return self.stage_speed or (max(self.speed, 1) if self.headless else 1)
@@ -240,6 +241,8 @@ class Reading:
                      "/speed", f"{options.speed:g}", "/wait", "/log", windows_path(self.log.path)]
         if options.messages:
             arguments += ["/messages", options.messages]
+        if options.orders:
+            arguments.append("/orders")
         if self.desk.screen.is_own:
             arguments += ["/left", 420, "/top", 330, "/width", 600, "/height", 420]  # with room for the characters
         self.desk.start("MessengerClient.exe", self.desk.program_directory / "MessengerClient.exe", *arguments)

@@ -16,7 +16,6 @@ namespace {
 
 using View = std::u16string_view;
 
-constexpr std::size_t most = 1000; // accounts, and contacts of one
 constexpr char16_t part = u'\t';
 
 std::u16string field(View text) {
@@ -121,6 +120,11 @@ Account& Accounts::use(View signin) {
         std::rotate(all_.begin(), place, place + 1);
     } else {
         const std::u16string name = oneLine(signin);
+        if (all_.size() >= most_accounts) {
+            const auto not_kept =
+                std::find_if(all_.rbegin(), all_.rend(), [](const Account& a) { return !a.remembered; });
+            all_.erase(not_kept == all_.rend() ? all_.end() - 1 : not_kept.base() - 1);
+        }
         all_.insert(all_.begin(), Account{name, std::u16string(shortName(name))});
     }
     return all_.front();
@@ -164,7 +168,7 @@ void Accounts::read(const std::vector<std::u16string>& lines) {
     bool kept = false; // the account that contacts belong to
     for (const std::u16string& line : lines) {
         if (line.starts_with(part)) {
-            if (!kept || all_.back().contacts.size() == most) {
+            if (!kept || all_.back().contacts.size() == most_contacts) {
                 continue;
             }
             auto contact = contactOf(View(line).substr(1));
@@ -174,7 +178,7 @@ void Accounts::read(const std::vector<std::u16string>& lines) {
             continue;
         }
         auto account = accountOf(line);
-        kept = account && all_.size() < most && accounts.insert(murmelix::toLower(account->signin)).second;
+        kept = account && all_.size() < most_accounts && accounts.insert(murmelix::toLower(account->signin)).second;
         if (!kept) {
             continue;
         }
@@ -186,16 +190,29 @@ void Accounts::read(const std::vector<std::u16string>& lines) {
 
 std::vector<std::u16string> Accounts::lines() const {
     std::vector<std::u16string> lines;
+    std::size_t room = longest_store;
+    const auto add = [&](std::u16string line) {
+        if (line.size() >= room) {
+            return false;
+        }
+        room -= line.size() + 1;
+        lines.push_back(std::move(line));
+        return true;
+    };
     for (const Account& account : all_) {
         if (!account.remembered) {
             continue;
         }
-        lines.push_back(field(account.signin) + part + number(static_cast<long>(account.status)) + part +
-                        (account.automatic ? u"automatic" : u"-") + part + number(account.unread) + part +
-                        field(account.friendly));
+        if (!add(field(account.signin) + part + number(static_cast<long>(account.status)) + part +
+                 (account.automatic ? u"automatic" : u"-") + part + number(account.unread) + part +
+                 field(account.friendly))) {
+            return lines;
+        }
         for (const ContactPtr& contact : account.contacts) {
-            lines.push_back(part + field(contact->signin) + part + number(static_cast<long>(contact->status)) + part +
-                            (contact->blocked ? u"blocked" : u"-") + part + field(contact->friendly));
+            if (!add(part + field(contact->signin) + part + number(static_cast<long>(contact->status)) + part +
+                     (contact->blocked ? u"blocked" : u"-") + part + field(contact->friendly))) {
+                return lines;
+            }
         }
     }
     return lines;

@@ -13,6 +13,11 @@
 
 namespace messenger_client {
 
+// Ten times what anybody has. Of more, the ones not used for longest are forgotten, those not remembered first.
+inline constexpr std::size_t most_accounts = 1000;
+// UTF-16 units of what is stored, line ends counted: what is more is left out, the accounts used last being kept.
+inline constexpr std::size_t longest_store = 8 * 1024 * 1024;
+
 struct Account {
     std::u16string signin;
     std::u16string friendly;
@@ -41,9 +46,9 @@ class Accounts {
     const Account* lastRemembered() const;
 
     // Replaces all accounts by those of the lines. Left out are lines without their fields or a sign-in name, a sign-in
-    // name that was there already, and what exceeds 1000 accounts, or 1000 contacts of one.
+    // name that was there already, and what exceeds most_accounts, or most_contacts of one.
     void read(const std::vector<std::u16string>& lines);
-    // The remembered ones.
+    // The remembered ones, in longest_store.
     std::vector<std::u16string> lines() const;
 
   private:

@@ -1,7 +1,6 @@
 #include "companions/messenger/chat/chat_log.h"
 
 #include <algorithm>
-#include <optional>
 
 #include "common/text.h"
 
@@ -97,13 +96,24 @@ std::optional<LogEvent> notice(View line) {
 
 } // namespace
 
+long long LogClock::pass(int of_day) {
+    if (!now_) {
+        now_ = of_day;
+    }
+    long long passed = of_day - *now_ % minutes_a_day;
+    if (passed < -minutes_a_day / 2) {
+        passed += minutes_a_day;
+    }
+    return *now_ += std::max(passed, 0LL);
+}
+
 std::vector<LogEvent> parseChatLog(std::string_view bytes) {
     if (bytes.starts_with("\xEF\xBB\xBF")) {
         bytes.remove_prefix(3);
     }
     const std::u16string text = murmelix::fromUtf8(bytes);
     std::vector<LogEvent> events;
-    std::optional<int> now;
+    LogClock clock;
     View rest = text;
     while (!rest.empty()) {
         View line = rest.substr(0, rest.find(u'\n'));
@@ -118,23 +128,18 @@ std::vector<LogEvent> parseChatLog(std::string_view bytes) {
         } else if (const auto time = takeTime(line)) {
             event = spoken(line);
             if (event) {
-                const int of_day = now.value_or(*time) % minutes_a_day;
-                int passed = *time - of_day;
-                if (passed < -minutes_a_day / 2) {
-                    passed += minutes_a_day;
-                }
-                now = now.value_or(*time) + std::max(passed, 0);
+                clock.pass(*time);
             }
         }
         if (event) {
-            event->minute = now.value_or(-1);
+            event->minute = clock.now().value_or(-1);
             events.push_back(std::move(*event));
         }
     }
     // What came before the first time happened at that time.
     const auto timed = std::find_if(events.begin(), events.end(), [](const LogEvent& e) { return e.minute >= 0; });
     std::for_each(events.begin(), timed,
-                  [first = timed == events.end() ? 0 : timed->minute](LogEvent& e) { e.minute = first; });
+                  [first = timed == events.end() ? 0LL : timed->minute](LogEvent& e) { e.minute = first; });
     return events;
 }
 

@@ -7,6 +7,7 @@
 // Lines end in LF or CR LF. Damaged bytes become U+FFFD; lines of any other form are skipped.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,11 +18,23 @@ struct LogEvent {
     enum class Kind { says, acts, joins, leaves, renames };
 
     Kind kind;
-    // Minutes since the midnight before the first line. It never falls: past midnight it counts on, and a clock that
-    // was set back stands still. Lines without a time happen at the time of the line before.
-    int minute;
+    // Minutes since the midnight before the first line (see LogClock). Lines without a time happen at the time of the
+    // line before.
+    long long minute;
     std::u16string nick;
     std::u16string text; // what is said or done; the new name of a rename; else empty
+};
+
+// Makes the times of day of a log's lines into minutes since the midnight before the first. They never fall: past
+// midnight they count on, and a clock that was set back stands still.
+class LogClock {
+  public:
+    // `of_day` in minutes, less than a day's.
+    long long pass(int of_day);
+    std::optional<long long> now() const { return now_; }
+
+  private:
+    std::optional<long long> now_;
 };
 
 std::vector<LogEvent> parseChatLog(std::string_view bytes);

@@ -70,10 +70,11 @@ void Client::signIn(std::u16string_view signin, std::u16string_view friendly, St
     }
     me_ = std::make_shared<Contact>(Contact{account.signin, account.friendly, status});
     unread_ = unread_before;
-    std::vector<ContactPtr> added = std::exchange(contacts_, account.contacts);
-    for (ContactPtr& contact : added) {
-        if (!find(contact->signin)) {
-            contacts_.push_back(std::move(contact));
+    const std::vector<ContactPtr> added = std::exchange(contacts_, {});
+    by_signin_.clear();
+    for (const auto& contacts : {account.contacts, added}) {
+        for (const ContactPtr& contact : contacts) {
+            keep(contact);
         }
     }
     stage_ = Stage::in;
@@ -112,6 +113,7 @@ void Client::leaveAccount() {
     keepAccount();
     me_.reset();
     contacts_.clear();
+    by_signin_.clear();
     unread_ = 0;
     stage_ = Stage::out;
     tell({.kind = Change::Kind::signed_out});
@@ -159,10 +161,17 @@ ContactPtr Client::find(std::u16string_view signin) const {
     if (me_ && sameText(me_->signin, signin, LetterCase::ignored)) {
         return me_;
     }
-    const auto found = std::find_if(contacts_.begin(), contacts_.end(), [&](const ContactPtr& contact) {
-        return sameText(contact->signin, signin, LetterCase::ignored);
-    });
-    return found == contacts_.end() ? nullptr : *found;
+    const auto found = by_signin_.find(murmelix::toLower(signin));
+    return found == by_signin_.end() ? nullptr : found->second;
+}
+
+bool Client::keep(const ContactPtr& contact) {
+    if (contacts_.size() >= most_contacts || find(contact->signin)) {
+        return false;
+    }
+    by_signin_.emplace(murmelix::toLower(contact->signin), contact);
+    contacts_.push_back(contact);
+    return true;
 }
 
 ContactPtr Client::addContact(std::u16string_view signin, std::u16string_view friendly, Status status) {
@@ -170,14 +179,18 @@ ContactPtr Client::addContact(std::u16string_view signin, std::u16string_view fr
         return known;
     }
     auto contact = std::make_shared<Contact>(Contact{oneLine(signin), oneLine(friendly), status});
-    contacts_.push_back(contact);
+    if (!keep(contact)) {
+        return find(contact->signin); // known by its name on one line, or one too many
+    }
     tell({.kind = Change::Kind::contact_added, .contact = contact});
     return contact;
 }
 
 void Client::removeContact(const ContactPtr& contact) {
-    if (removeFrom(contacts_, ContactPtr(contact))) {
-        tell({.kind = Change::Kind::contact_removed, .contact = contact});
+    const ContactPtr kept = contact;
+    if (removeFrom(contacts_, kept)) {
+        by_signin_.erase(murmelix::toLower(kept->signin));
+        tell({.kind = Change::Kind::contact_removed, .contact = kept});
     }
 }
 
@@ -242,20 +255,25 @@ void Client::leave(const ConversationPtr& conversation, const ContactPtr& contac
 
 bool Client::say(const ConversationPtr& conversation, const ContactPtr& writer, std::u16string_view text) {
     const std::u16string lines = messageLines(text);
-    if (conversation->closed() || lines.empty()) {
+    const std::u16string added = u"\r\n" + writer->friendly + u" says:\r\n" + lines;
+    if (conversation->closed() || lines.empty() || !conversation->hasRoomFor(added)) {
         return false;
     }
     tell({.kind = Change::Kind::said, .contact = writer, .conversation = conversation, .text = lines});
-    append(conversation, u"\r\n" + writer->friendly + u" says:\r\n" + lines);
+    append(conversation, added);
     return true;
 }
 
-void Client::append(const ConversationPtr& conversation, std::u16string_view text) {
-    if (conversation->closed() || text.empty()) {
-        return;
+bool Client::append(const ConversationPtr& conversation, std::u16string_view text) {
+    if (conversation->closed() || !conversation->hasRoomFor(text)) {
+        return false;
+    }
+    if (text.empty()) {
+        return true;
     }
     conversation->history_ += text;
     tell({.kind = Change::Kind::text_appended, .conversation = conversation, .text = text});
+    return true;
 }
 
 void Client::shutDown() {

@@ -7,12 +7,16 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "companions/messenger/chat/accounts.h"
 #include "companions/messenger/chat/contact.h"
 
 namespace messenger_client {
+
+// UTF-16 units of a history: hours of replay at full speed. What would make it longer is not said.
+inline constexpr std::size_t longest_history = 64 * 1024 * 1024;
 
 // A conversation and the text that its window shows. The text begins with a line of the client's own; every message is
 // appended as CR LF, "NAME says:", CR LF and its lines, parted by CR LF. The text never ends in CR LF.
@@ -27,6 +31,8 @@ class Conversation {
     // The handle of the window that shows it; it stays when that is closed.
     std::intptr_t window() const { return window_; }
     void setWindow(std::intptr_t window) { window_ = window; }
+
+    bool hasRoomFor(std::u16string_view text) const { return text.size() <= longest_history - history_.size(); }
 
   private:
     friend class Client;
@@ -101,7 +107,7 @@ class Client {
     const std::vector<ContactPtr>& contacts() const { return contacts_; }
     // The contact, or the own account, of a sign-in name (letter case ignored); null where there is none.
     ContactPtr find(std::u16string_view signin) const;
-    // The contact of that name, added where it is new.
+    // The contact of that name, added where it is new; null where there are most_contacts already.
     ContactPtr addContact(std::u16string_view signin, std::u16string_view friendly, Status status = Status::online);
     // Leaves the contact in its conversations.
     void removeContact(const ContactPtr& contact);
@@ -116,10 +122,10 @@ class Client {
     void close(const ConversationPtr& conversation);
     void join(const ConversationPtr& conversation, const ContactPtr& contact);
     void leave(const ConversationPtr& conversation, const ContactPtr& contact);
-    // False, and nothing is said, where the text has no line.
+    // False, and nothing is said, where the text has no line or the history no room.
     bool say(const ConversationPtr& conversation, const ContactPtr& writer, std::u16string_view text);
-    // Raw text at the end of the history.
-    void append(const ConversationPtr& conversation, std::u16string_view text);
+    // Raw text at the end of the history; false where it has no room, or the conversation is closed.
+    bool append(const ConversationPtr& conversation, std::u16string_view text);
 
     // Puts what there is to know of the account that is signed in into the accounts.
     void keepAccount();
@@ -129,6 +135,8 @@ class Client {
   private:
     void tell(const Change& change);
     void leaveAccount();
+    // False where it is known already, or one too many.
+    bool keep(const ContactPtr& contact);
 
     std::vector<Listener> listeners_;
     Accounts accounts_;
@@ -136,6 +144,7 @@ class Client {
     ContactPtr me_;
     long unread_ = 0;
     std::vector<ContactPtr> contacts_;
+    std::unordered_map<std::u16string, ContactPtr> by_signin_; // the same, by sign-in name in lower case
     std::vector<ConversationPtr> conversations_;
 };
 

@@ -13,6 +13,8 @@ namespace {
 // As long as a mail address can be.
 constexpr std::size_t longest_signin = 320;
 
+constexpr std::u16string_view own_place = u"@messenger.example";
+
 constexpr std::array<std::pair<Status, std::u16string_view>, 9> status_names{{
     {Status::offline, u"Offline"},
     {Status::online, u"Online"},
@@ -49,6 +51,10 @@ bool isChosen(Status status) {
 }
 
 std::u16string oneLine(std::u16string_view text) {
+    if (text.size() > longest_name) {
+        const bool parts_pair = text[longest_name] >= 0xDC00 && text[longest_name] < 0xE000;
+        text = text.substr(0, longest_name - (parts_pair ? 1 : 0));
+    }
     std::u16string line(text);
     std::replace_if(
         line.begin(), line.end(), [](char16_t unit) { return unit == u'\r' || unit == u'\n' || unit == u'\0'; }, u' ');
@@ -57,6 +63,14 @@ std::u16string oneLine(std::u16string_view text) {
 
 std::u16string_view shortName(std::u16string_view signin) {
     return signin.substr(0, signin.find(u'@'));
+}
+
+std::u16string completedSignin(std::u16string_view typed) {
+    std::u16string signin(typed);
+    if (!signin.empty() && signin.find(u'@') == murmelix::npos) {
+        signin += own_place;
+    }
+    return signin;
 }
 
 std::u16string_view faultOfSignin(std::u16string_view signin) {

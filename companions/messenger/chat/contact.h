@@ -39,11 +39,19 @@ struct Contact {
 };
 using ContactPtr = std::shared_ptr<Contact>;
 
-// A name on one line: line ends and NULs as blanks.
+// UTF-16 units of a name: far more than any window shows, and few enough that names of megabytes cost nobody anything.
+inline constexpr std::size_t longest_name = 16'384;
+// Contacts of one account: ten times what anybody was seen with. More are refused, so that a program that adds them
+// without end fills neither the memory nor the store.
+inline constexpr std::size_t most_contacts = 10'000;
+
+// A name on one line: line ends and NULs as blanks, and no more than longest_name of it.
 std::u16string oneLine(std::u16string_view text);
 // The name of somebody who has told none: the sign-in name before its "@".
 std::u16string_view shortName(std::u16string_view signin);
 
+// A sign-in name as one types it, with the client's own place where it has none.
+std::u16string completedSignin(std::u16string_view typed);
 // What keeps a text from being a sign-in name that one can type, for people; empty where nothing does.
 std::u16string_view faultOfSignin(std::u16string_view signin);
 

@@ -80,6 +80,12 @@ ContactPtr Control::who(View signin) const {
 }
 
 Result Control::execute(std::string_view line) {
+    if (!takes_orders_) {
+        return Result::no_orders;
+    }
+    if (line.size() > longest_order) {
+        return Result::bad_arguments;
+    }
     const std::u16string text = murmelix::fromUtf8(line);
     View rest = text;
     const View command = takeWord(rest);
@@ -120,10 +126,7 @@ Result Control::run(View command, View rest) {
     }
     if (command == u"append") {
         const auto conversation = current();
-        if (conversation) {
-            client_.append(conversation, unescaped(rest));
-        }
-        return done(conversation != nullptr);
+        return done(conversation && client_.append(conversation, unescaped(rest)));
     }
 
     if (command == u"window") {
@@ -159,13 +162,10 @@ Result Control::run(View command, View rest) {
             client_.setUnread(*amount);
         } else if (command == u"fill") {
             const auto conversation = current();
-            if (*amount < 0 || *amount > 64 * 1024 * 1024) {
+            if (*amount < 0 || *amount > static_cast<long>(longest_history)) {
                 return Result::bad_arguments;
             }
-            if (!conversation) {
-                return Result::refused;
-            }
-            client_.append(conversation, filler(static_cast<std::size_t>(*amount)));
+            return done(conversation && client_.append(conversation, filler(static_cast<std::size_t>(*amount))));
         } else {
             const auto& all = client_.conversations();
             if (*amount < 1 || static_cast<std::size_t>(*amount) > all.size()) {
@@ -209,8 +209,7 @@ Result Control::run(View command, View rest) {
         if (first.empty()) {
             return Result::bad_arguments;
         }
-        client_.addContact(first, text);
-        return Result::done;
+        return done(client_.addContact(first, text) != nullptr);
     }
     if (command == u"join") {
         const auto conversation = current();
@@ -235,6 +234,9 @@ Result Control::run(View command, View rest) {
         }
         if (!contact) {
             contact = client_.addContact(first, text);
+        }
+        if (!contact) {
+            return Result::refused;
         }
         used_ = client_.open({std::move(contact)});
         return Result::done;

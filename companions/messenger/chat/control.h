@@ -1,7 +1,8 @@
 // Control of a running client by another program, for tests and demonstrations: one command a line of UTF-8, sent as
-// WM_COPYDATA (dwData control_message) to the main window, class "MessengerClientMain". The answer is a Result.
-// Words are parted by single blanks; the last argument runs to the end of the line, with the escapes of escapes.h.
-// SIGNIN is a sign-in name; "me" means the own account.
+// WM_COPYDATA (dwData control_message) to the main window, class "MessengerClientMain". The answer is a Result. A
+// client that was not started with /orders (see switches.h) takes none: anybody on the desktop can send them, and they
+// make it hang, vanish and speak for its user. Words are parted by single blanks; the last argument runs to the end of
+// the line, with the escapes of escapes.h. SIGNIN is a sign-in name; "me" means the own account.
 //
 // Conversations (commands act on the current one):
 //   open SIGNIN [NAME]       a new one with that contact, added to the list where it is new; it is the current one
@@ -59,7 +60,10 @@ namespace messenger_client {
 
 inline constexpr unsigned long control_message = 0x4D534731;
 
-enum class Result : int { done = 1, unknown_command = 2, bad_arguments = 3, refused = 4, failed = 5 };
+enum class Result : int { done = 1, unknown_command = 2, bad_arguments = 3, refused = 4, failed = 5, no_orders = 6 };
+
+// Bytes of a command: a message of a million units, every one of them escaped, is far below it.
+inline constexpr std::size_t longest_order = 16 * 1024 * 1024;
 
 // What is done to automation calls.
 struct Fault {
@@ -97,6 +101,8 @@ class Control {
     Control(Client& client, SigningIn& signing, Faults& faults, std::function<long long()> clock, Hooks hooks)
         : client_(client), signing_(signing), faults_(faults), clock_(std::move(clock)), hooks_(std::move(hooks)) {}
 
+    // From now on execute carries orders out.
+    void takeOrders() { takes_orders_ = true; }
     Result execute(std::string_view line);
 
   private:
@@ -113,6 +119,7 @@ class Control {
     std::function<long long()> clock_;
     Hooks hooks_;
     ConversationPtr used_;
+    bool takes_orders_ = false;
 };
 
 } // namespace messenger_client

@@ -69,8 +69,17 @@ std::vector<std::size_t> mostFrequent(const Cast& cast, std::size_t count) {
     return chosen;
 }
 
-// A sign-in name made of a nick: letters, digits, dots and dashes of it, unlike all names before it.
-std::u16string signinFor(const std::u16string& nick, std::set<std::u16string>& taken) {
+// Sign-in names made of nicks: letters, digits, dots and dashes of them, each unlike all before it.
+class SigninNames {
+  public:
+    std::u16string of(const std::u16string& nick);
+
+  private:
+    std::set<std::u16string> taken_;
+    std::map<std::u16string, long long> next_; // number for another one of a base; all below it are taken
+};
+
+std::u16string SigninNames::of(const std::u16string& nick) {
     constexpr std::size_t longest = 64;
     std::u16string base;
     for (const char16_t unit : nick.substr(0, longest)) {
@@ -78,32 +87,35 @@ std::u16string signinFor(const std::u16string& nick, std::set<std::u16string>& t
                            (unit >= u'0' && unit <= u'9') || unit == u'.' || unit == u'-';
         base += plain ? murmelix::toLower(unit) : u'_';
     }
-    std::u16string name = base;
-    for (long long number = 2; !taken.insert(name).second; ++number) {
-        name = base + murmelix::toText(number);
-    }
+    long long& number = next_.try_emplace(base, 1).first->second;
+    std::u16string name;
+    do {
+        name = number == 1 ? base : base + murmelix::toText(number);
+        ++number;
+    } while (!taken_.insert(name).second);
     return name + u"@messenger.example";
 }
 
 // Seconds of every event in the log: messages of a minute spread over it, other events with the message before.
 std::vector<double> secondsOf(const std::vector<LogEvent>& log) {
-    std::map<int, int> messages_in;
+    std::map<long long, long long> messages_in;
     for (const LogEvent& event : log) {
         messages_in[event.minute] += isMessage(event) ? 1 : 0;
     }
     std::vector<double> seconds;
     seconds.reserve(log.size());
     double now = 0;
-    int minute = -1;
-    int message = 0;
+    long long minute = -1;
+    long long message = 0;
     for (const LogEvent& event : log) {
         if (event.minute != minute) {
             minute = event.minute;
             message = 0;
-            now = 60.0 * minute;
+            now = 60.0 * static_cast<double>(minute);
         }
         if (isMessage(event)) {
-            now = 60.0 * minute + 60.0 * message++ / messages_in[minute];
+            now = 60.0 * (static_cast<double>(minute) +
+                          static_cast<double>(message++) / static_cast<double>(messages_in[minute]));
         }
         seconds.push_back(now);
     }
@@ -114,11 +126,11 @@ std::vector<double> secondsOf(const std::vector<LogEvent>& log) {
 class Writer {
   public:
     Writer(const Cast& cast, const std::vector<std::size_t>& chosen) {
-        std::set<std::u16string> taken;
+        SigninNames names;
         for (const std::size_t member : chosen) {
             const Cast::Member& known = cast.members[member];
             index_[member] = script.people.size();
-            script.people.push_back({signinFor(known.nick, taken), known.nick, known.present, known.messages});
+            script.people.push_back({names.of(known.nick), known.nick, known.present, known.messages});
         }
         now_.assign(script.people.begin(), script.people.end());
     }

@@ -1,5 +1,6 @@
 #include "companions/messenger/chat/switches.h"
 
+#include <charconv>
 #include <cmath>
 #include <functional>
 #include <map>
@@ -15,8 +16,14 @@ std::optional<double> number(const std::u16string& text) {
     if (text.empty() || text.size() > 12 || text.find_first_not_of(u"-.0123456789") != murmelix::npos) {
         return std::nullopt;
     }
-    const double value = murmelix::leadingNumber(text);
-    return std::isfinite(value) ? std::optional(value) : std::nullopt;
+    const std::string digits = murmelix::toUtf8(text);
+    double value = 0;
+    const auto [end, fault] =
+        std::from_chars(digits.data(), digits.data() + digits.size(), value, std::chars_format::fixed);
+    if (fault != std::errc() || end != digits.data() + digits.size()) {
+        return std::nullopt;
+    }
+    return value;
 }
 
 } // namespace
@@ -103,6 +110,7 @@ Switches parseSwitches(const std::vector<std::u16string>& arguments) {
         {u"exit-when-done", [&] { switches.exit_when_done = true; }},
         {u"signedout", [&] { switches.signed_out = true; }},
         {u"embedding", [&] { switches.embedding = true; }},
+        {u"orders", [&] { switches.orders = true; }},
         {u"regserver", [&] { switches.task = Switches::Task::register_server; }},
         {u"unregserver", [&] { switches.task = Switches::Task::unregister_server; }},
     };

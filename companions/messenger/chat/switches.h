@@ -13,7 +13,8 @@
 //   /connect MS            a sign-in takes so long (900); 0: none; hold: until the command "signing finish" (control.h)
 //   /idle MINUTES          online becomes idle when nothing was touched for so long (10); 0: never
 //   /left /top /width /height N   place of the conversation window on the screen, in pixels
-//   /send COMMAND          hand a control command (see control.h) to the running client; its result is the exit status
+//   /orders                take control commands (see control.h) from any program of this desktop: for tests alone
+//   /send COMMAND          hand a control command to the running client; its result is the exit status
 //   /regserver /unregserver       write or remove the registration of Messenger.UIAutomation
 //   -Embedding             started by COM
 // A switch may begin with "/" or "-"; letter case does not matter.
@@ -44,6 +45,7 @@ struct Switches {
     bool hold = false;
     double idle = 10; // minutes
     std::optional<int> left, top, width, height;
+    bool orders = false;
     std::u16string command;
     std::u16string error; // what is wrong with the command line; empty where it is good
 };

@@ -1,17 +1,9 @@
-// Accounts on this computer: those that are remembered, in the registry, and one for a first look.
+// What is remembered on this computer.
 #pragma once
 
 #include "companions/messenger/chat/accounts.h"
 
 namespace messenger_client {
-
-// Where nobody is remembered.
-struct DemoAccount {
-    std::u16string_view signin, friendly;
-};
-inline constexpr DemoAccount demo_account{u"you@messenger.example", u"You"};
-// Who is met by an account that is new on this computer.
-std::vector<ContactPtr> demoContacts();
 
 // HKEY_CURRENT_USER\Software\MessengerClient, value Accounts (REG_MULTI_SZ, lines as in accounts.h). Older versions
 // kept one account, that signed in automatically, in SigninName and FriendlyName: it is taken over, and they are

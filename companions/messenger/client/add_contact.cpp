@@ -67,7 +67,7 @@ void AddContactWindow::close() {
 }
 
 void AddContactWindow::add() {
-    const std::u16string signin(murmelix::trim(windowText(of(id_signin))));
+    const std::u16string signin = completedSignin(murmelix::trim(windowText(of(id_signin))));
     std::u16string_view fault = faultOfSignin(signin);
     if (fault.empty()) {
         fault = add_(signin, std::u16string(murmelix::trim(windowText(of(id_friendly)))));

@@ -1,49 +1,37 @@
 #include "companions/messenger/client/app.h"
 
 #include <algorithm>
-#include <cmath>
 #include <fstream>
 #include <iterator>
 #include <utility>
 
 #include "common/text.h"
 #include "companions/messenger/client/account.h"
+#include "platform/clock.h"
 
 namespace messenger_client {
 
 namespace {
 
-// From the first reading of the history to the first message, in seconds: the reader has taken the text that it will
-// not read aloud, and set its windows up.
-constexpr double reading_lead = 0.5;
-// How long a client started by COM stays when nobody calls it any more, in milliseconds.
-constexpr unsigned unused_stay = 2000;
-// From one look for idleness to the next, in milliseconds.
-constexpr unsigned idle_look_time = 5000;
-
-long long microseconds() {
-    LARGE_INTEGER now{};
-    LARGE_INTEGER frequency{};
-    QueryPerformanceCounter(&now);
-    QueryPerformanceFrequency(&frequency);
-    const long long seconds = now.QuadPart / frequency.QuadPart;
-    return seconds * 1000000 + (now.QuadPart % frequency.QuadPart) * 1000000 / frequency.QuadPart;
-}
-
-long long milliseconds() {
-    return microseconds() / 1000;
-}
+// Bytes of a chat log: years of a busy room. A longer one is refused, as it would not fit into the memory with all that
+// is made of it.
+constexpr std::size_t longest_log = 64 * 1024 * 1024;
 
 std::filesystem::path pathOf(const std::u16string& text) {
     return std::filesystem::path(murmelix::com::wide(text));
 }
 
+// Nothing where it cannot be read, or is too long.
 std::optional<std::string> contentsOf(const std::u16string& file) {
     std::ifstream in(pathOf(file), std::ios::binary);
-    if (!in) {
-        return std::nullopt;
+    std::string contents;
+    while (in && contents.size() <= longest_log) {
+        const std::size_t length = contents.size();
+        contents.resize(length + 1024 * 1024);
+        in.read(contents.data() + length, static_cast<std::streamsize>(contents.size() - length));
+        contents.resize(length + static_cast<std::size_t>(in.gcount()));
     }
-    return std::string(std::istreambuf_iterator<char>(in), {});
+    return in.eof() ? std::optional(std::move(contents)) : std::nullopt;
 }
 
 void complain(HWND owner, const std::u16string& text) {
@@ -53,51 +41,78 @@ void complain(HWND owner, const std::u16string& text) {
 } // namespace
 
 App::App(Switches switches)
-    : switches_(std::move(switches)), signing_(client_), auto_idle_(static_cast<long long>(switches_.idle * 60'000)),
-      log_(microseconds), main_(client_, {.sign_in = [this](const SignInPage::Request& request) { signIn(request); },
-                                          .forget =
-                                              [this](const std::u16string& signin) {
-                                                  client_.accounts().forget(signin);
-                                                  accountsChanged();
-                                              },
-                                          .switch_to = [this](const std::u16string& signin) { switchTo(signin); },
-                                          .command =
-                                              [this](std::string_view line) {
-                                                  const Result result = control_.execute(line);
-                                                  schedule();
-                                                  return static_cast<LRESULT>(result);
-                                              },
-                                          .deliver =
-                                              [this] {
-                                                  closed_.clear();
-                                                  automation_.deliverEvents();
-                                              },
-                                          .tick = [this](MainWindow::Clock clock) { tick(clock); },
-                                          .user_acts = [this] { user_acted_ = true; },
-                                          .quit = [this] { quit(); }}),
+    : switches_(std::move(switches)), log_(murmelix::platform::microseconds),
+      session_(
+          client_, switches_,
+          {.microseconds = murmelix::platform::microseconds,
+           .untouched =
+               [this] {
+                   return last_input_.since(murmelix::platform::milliseconds(), murmelix::platform::lastInput());
+               },
+           .set_timer = [this](Session::Clock clock, unsigned milliseconds) { main_.setTick(clock, milliseconds); },
+           .store = storeAccounts,
+           .accounts_changed = [this] { main_.accountsChanged(); },
+           .signing_in = [this](const std::u16string& signin,
+                                const std::u16string& friendly) { main_.setSigningIn(signin, friendly); },
+           .ask_other_account =
+               [this] {
+                   main_.proposeNobody();
+                   main_.askSignIn();
+               },
+           .replayed =
+               [this] {
+                   log_.write("done", {}, {});
+                   if (switches_.exit_when_done) {
+                       quit();
+                   }
+               },
+           .unused =
+               [this] {
+                   if (isUnused()) {
+                       quit();
+                   }
+               }}),
+      main_(client_, {.sign_in = [this](const SignInRequest& request) { session_.signIn(request); },
+                      .forget =
+                          [this](const std::u16string& signin) {
+                              client_.accounts().forget(signin);
+                              session_.accountsChanged();
+                          },
+                      .switch_to = [this](const std::u16string& signin) { session_.switchTo(signin); },
+                      .command =
+                          [this](std::string_view line) {
+                              const Result result = control_.execute(line);
+                              session_.schedule();
+                              return static_cast<LRESULT>(result);
+                          },
+                      .deliver =
+                          [this] {
+                              closed_.clear();
+                              automation_.deliverEvents();
+                          },
+                      .tick = [this](Session::Clock clock) { session_.tick(clock); },
+                      .user_acts = [this] { user_acted_ = true; },
+                      .quit = [this] { quit(); }}),
       automation_(client_, faults_,
                   {.main_window = [this] { return main_.handle(); },
                    .show_main_window = [this] { main_.show(); },
                    .ask_sign_in = [this] { main_.askSignIn(); },
-                   .sign_in = [this](const std::u16string& signin) { connect(signin, {}); },
-                   .auto_sign_in = [this] { signInAutomatically(); },
+                   .sign_in = [this](const std::u16string& signin) { session_.connect(signin, {}); },
+                   .auto_sign_in = [this] { session_.signInAutomatically(); },
                    .deliver_later = [this] { main_.postDeliver(); },
-                   .read = [this](const Conversation& conversation) { historyRead(conversation); }}),
-      control_(client_, signing_, faults_, milliseconds,
-               {.start_replay = [this] { return startReplay(0); },
+                   .read = [this](const Conversation& conversation) { session_.historyRead(conversation); }}),
+      control_(client_, session_.signing(), faults_, [] { return murmelix::platform::microseconds() / 1000; },
+               {.start_replay = [this] { return session_.startReplay(); },
                 .connect = [this](const std::u16string& signin,
-                                  const std::u16string& friendly) { connect(signin, friendly); },
-                .accounts_changed = [this] { accountsChanged(); },
-                .untouched =
-                    [this](std::optional<long long> untouched) {
-                        pretended_untouched_ = untouched;
-                        lookWhetherIdle();
-                    },
+                                  const std::u16string& friendly) { session_.connect(signin, friendly); },
+                .accounts_changed = [this] { session_.accountsChanged(); },
+                .untouched = [this](std::optional<long long> untouched) { session_.pretendUntouched(untouched); },
                 .window = [this](std::u16string_view deed) { return doWithWindow(deed); },
                 .shut_down = [this] { main_.postQuit(); },
                 .exit = [this] { automation_.vanish(); }}) {
-    signing_.setTime(switches_.connect);
-    signing_.hold(switches_.hold);
+    if (switches_.orders) {
+        control_.takeOrders();
+    }
     client_.listen([this](const Change& change) { changed(change); });
 }
 
@@ -128,118 +143,11 @@ void App::start() {
     main_.accountsChanged();
     main_.propose({});
     ShowWindow(main_.handle(), switches_.embedding ? SW_SHOWNOACTIVATE : SW_SHOW);
-    if (!switches_.signed_out) {
-        signInAtStart();
-    }
+    session_.start();
     if (!switches_.conversation.empty() && !startConversation()) {
         complain(main_.handle(), u"The chat log cannot be read: " + switches_.conversation);
     }
     automation_.offer();
-    lookWhetherIdle();
-}
-
-void App::signInAtStart() {
-    const Account* last = client_.accounts().lastRemembered();
-    if (!switches_.signin.empty()) {
-        client_.signIn(switches_.signin, switches_.friendly);
-    } else if (!switches_.conversation.empty()) { // to be replayed at once
-        last ? client_.signIn(last->signin, {}) : client_.signIn(demo_account.signin, demo_account.friendly);
-    } else if (client_.accounts().automatic() || (!last && !switches_.embedding)) {
-        signInAutomatically();
-    }
-}
-
-void App::signInAutomatically() {
-    if (client_.signedIn() || client_.signingIn()) {
-        return;
-    }
-    const Accounts& accounts = client_.accounts();
-    const Account* account = accounts.automatic() ? accounts.automatic() : accounts.lastRemembered();
-    if (account) {
-        connect(account->signin, {});
-    } else {
-        connect(std::u16string(demo_account.signin), std::u16string(demo_account.friendly));
-    }
-}
-
-void App::signIn(const SignInPage::Request& request) {
-    connect(request.signin, request.friendly, request.status);
-    to_remember_ = request;
-    if (client_.signedIn()) { // already
-        rememberSignedIn();
-    }
-}
-
-void App::connect(std::u16string signin, std::u16string friendly, std::optional<Status> status) {
-    const Account* known = client_.accounts().find(signin);
-    if (known) {
-        if (friendly.empty()) {
-            friendly = known->friendly;
-        }
-        if (!status) {
-            status = known->status;
-        }
-    } else if (switches_.conversation.empty()) {
-        // An account that is new here has somebody to meet.
-        client_.accounts().use(signin).contacts = demoContacts();
-    }
-    to_remember_.reset();
-    main_.setSigningIn(signin, friendly);
-    signing_.begin(signin, friendly, status.value_or(Status::online), milliseconds());
-    schedule();
-}
-
-void App::switchTo(const std::u16string& signin) {
-    client_.signOut();
-    if (!signin.empty()) {
-        return connect(signin, {});
-    }
-    main_.askSignIn();
-}
-
-void App::rememberSignedIn() {
-    if (!to_remember_ || !client_.signedIn()) {
-        return;
-    }
-    const SignInPage::Request request = *std::exchange(to_remember_, std::nullopt);
-    client_.keepAccount();
-    Account* account = client_.accounts().find(request.signin);
-    if (!account) {
-        return;
-    }
-    account->remembered = account->automatic = false;
-    if (request.remember) {
-        client_.accounts().remember(request.signin, request.automatic);
-    }
-    accountsChanged();
-}
-
-void App::accountsChanged() {
-    storeAccounts(client_.accounts());
-    main_.accountsChanged();
-}
-
-void App::schedule() {
-    if (const auto due = signing_.dueAt()) {
-        main_.setTick(MainWindow::Clock::sign_in, static_cast<unsigned>(std::max(*due - milliseconds(), 0LL)));
-    }
-}
-
-void App::lookWhetherIdle() {
-    // Where nothing has been touched yet there is no last input: the first look counts as one. And an input can be a
-    // moment ahead of the tick count, which moves in steps.
-    static const DWORD first_look = GetTickCount();
-    const DWORD now = GetTickCount();
-    LASTINPUTINFO last{sizeof(LASTINPUTINFO), 0};
-    GetLastInputInfo(&last);
-    const LONG since = std::min(static_cast<LONG>(now - last.dwTime), static_cast<LONG>(now - first_look));
-    const long long untouched = pretended_untouched_.value_or(std::max<LONG>(since, 0));
-    if (client_.signedIn()) {
-        if (const auto status = auto_idle_.look(client_.me()->status, untouched)) {
-            client_.setMyStatus(*status);
-        }
-    }
-    main_.setTick(MainWindow::Clock::idle, idle_look_time);
 }
 
 bool App::doWithWindow(std::u16string_view deed) {
@@ -260,21 +168,7 @@ bool App::startConversation() {
     if (!contents) {
         return false;
     }
-    Script script = makeScript(parseChatLog(*contents), switches_.replay);
-    std::vector<ContactPtr> present;
-    for (const Person& person : script.people) {
-        people_.push_back(
-            client_.addContact(person.signin, person.friendly, person.present ? Status::online : Status::offline));
-        if (person.present) {
-            present.push_back(people_.back());
-        }
-    }
-    replay_ = Replay(std::move(script.steps));
-    replay_over_ = false;
-    replayed_ = client_.open(std::move(present));
-    if (!switches_.wait) {
-        startReplay(0);
-    }
+    session_.openReplay(*contents);
     return true;
 }
 
@@ -290,15 +184,6 @@ void App::changed(const Change& change) {
     if (change.kind == Change::Kind::window_created) {
         windows_.push_back(std::make_unique<ConversationWindow>(client_, change.conversation, placeOfNext()));
         ShowWindow(windows_.back()->handle(), SW_SHOWNOACTIVATE);
-    }
-    if (change.kind == Change::Kind::signed_in) {
-        if (change.number < 0) {
-            to_remember_.reset();
-        }
-        rememberSignedIn();
-    }
-    if (change.kind == Change::Kind::signed_out && client_.accounts().lastRemembered()) {
-        accountsChanged();
     }
     main_.changed(change);
     for (const auto& window : windows_) {
@@ -318,81 +203,13 @@ void App::changed(const Change& change) {
     }
 }
 
-void App::historyRead(const Conversation& conversation) {
-    if (switches_.wait && &conversation == replayed_.get()) {
-        startReplay(reading_lead);
-    }
-}
-
-bool App::startReplay(double delay) {
-    if (replay_over_ || replay_start_) {
-        return false;
-    }
-    replay_start_ = microseconds() + static_cast<long long>(delay * 1e6);
-    main_.setTick(MainWindow::Clock::replay, static_cast<unsigned>(delay * 1000));
-    return true;
-}
-
-void App::tick(MainWindow::Clock clock) {
-    switch (clock) {
-    case MainWindow::Clock::sign_in:
-        signing_.advance(milliseconds());
-        return schedule();
-    case MainWindow::Clock::idle:
-        return lookWhetherIdle();
-    case MainWindow::Clock::replay:
-        return replayOn();
-    }
-}
-
-void App::replayOn() {
-    if (replay_start_ && !replay_over_) {
-        const double now = static_cast<double>(microseconds() - *replay_start_) / 1e6;
-        for (const Step& step : replay_.advance(now)) {
-            play(step);
-        }
-        replay_over_ = replay_.done() || replayed_->closed();
-        if (replay_over_) {
-            log_.write("done", {}, {});
-            if (switches_.exit_when_done) {
-                quit();
-            }
-        } else {
-            const double left = std::clamp(replay_.nextAt() - now, 0.0, 3600.0);
-            main_.setTick(MainWindow::Clock::replay, static_cast<unsigned>(std::ceil(left * 1000)));
-        }
-    } else if (isUnused()) {
-        quit();
-    }
-}
-
-void App::play(const Step& step) {
-    const ContactPtr& who = people_[step.person];
-    switch (step.kind) {
-    case Step::Kind::joins:
-        client_.setStatus(who, Status::online);
-        client_.join(replayed_, who);
-        break;
-    case Step::Kind::leaves:
-        client_.leave(replayed_, who);
-        client_.setStatus(who, Status::offline);
-        break;
-    case Step::Kind::renamed:
-        client_.rename(who, step.text);
-        break;
-    case Step::Kind::says:
-        client_.say(replayed_, who, step.text);
-        break;
-    }
-}
-
 bool App::isUnused() const {
     return switches_.embedding && !user_acted_ && automation_.unused() && client_.conversations().empty();
 }
 
 void App::clientsChanged() {
     if (isUnused() && !ended_) {
-        main_.setTick(MainWindow::Clock::replay, unused_stay);
+        session_.endWhenUnused();
     }
 }
 
@@ -400,10 +217,7 @@ void App::quit() {
     if (std::exchange(ended_, true)) {
         return;
     }
-    client_.keepAccount();
-    if (client_.accounts().lastRemembered()) {
-        storeAccounts(client_.accounts());
-    }
+    session_.keep();
     client_.shutDown();
     automation_.deliverEvents();
     automation_.close();

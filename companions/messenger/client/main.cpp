@@ -48,7 +48,7 @@ int registerAutomation() {
     return registerServer(automationServer(), command) == murmelix::com::Registration::done ? 0 : status_not_registered;
 }
 
-// Exit status: 0, or the Result of the command.
+// Exit status: 0, or the Result of the command; status_no_client where nobody answered it.
 int send(const std::u16string& command) {
     const HWND running = FindWindowW(main_class, nullptr);
     if (!running) {
@@ -58,7 +58,8 @@ int send(const std::u16string& command) {
     COPYDATASTRUCT data{control_message, static_cast<DWORD>(line.size()), line.data()};
     DWORD_PTR result = 0;
     if (!SendMessageTimeoutW(running, WM_COPYDATA, 0, reinterpret_cast<LPARAM>(&data), SMTO_ABORTIFHUNG, 10000,
-                             &result)) {
+                             &result) ||
+        result == 0) {
         return status_no_client;
     }
     return result == static_cast<DWORD_PTR>(Result::done) ? 0 : static_cast<int>(result);

@@ -665,8 +665,9 @@ void MainWindow::command(int id, int code) {
                         return client_.find(signin) == client_.me() ? u"That is your own sign-in name."
                                                                     : u"This contact is in your list already.";
                     }
-                    client_.addContact(signin, name.empty() ? shortName(signin) : std::u16string_view(name));
-                    return {};
+                    return client_.addContact(signin, name.empty() ? shortName(signin) : std::u16string_view(name))
+                               ? u""
+                               : u"Your list is full.";
                 });
         }
         add_contact_->show();

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "companions/messenger/chat/session.h"
 #include "companions/messenger/client/add_contact.h"
 #include "companions/messenger/client/sign_in_page.h"
 #include "companions/messenger/client/tray_icon.h"
@@ -18,8 +19,7 @@ inline constexpr wchar_t main_class[] = L"MessengerClientMain";
 
 class MainWindow final : public Window {
   public:
-    // Timers that run off once.
-    enum class Clock : UINT_PTR { replay = 1, sign_in, idle };
+    using Clock = Session::Clock;
 
     struct Hooks {
         std::function<void(const SignInPage::Request&)> sign_in;
@@ -39,6 +39,8 @@ class MainWindow final : public Window {
     void accountsChanged();
     // What the sign-in place proposes; nothing: the account used last.
     void propose(std::u16string_view signin) { page_->propose(signin); }
+    // Empties what it proposes, for somebody else.
+    void proposeNobody() { page_->proposeNobody(); }
     // Shows where one signs in, whatever has become of the window.
     void askSignIn();
     void show();

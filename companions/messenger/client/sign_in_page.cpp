@@ -6,7 +6,6 @@
 
 #include "common/com/handles.h"
 #include "common/text.h"
-#include "companions/messenger/client/account.h"
 
 namespace messenger_client {
 
@@ -108,23 +107,27 @@ void SignInPage::propose(std::u16string_view signin) {
     const Account* last = accounts_.all().empty() ? nullptr : &accounts_.all().front();
     const Account* account = signin.empty() ? last : accounts_.find(signin);
     if (account) {
-        fillIn(*account);
+        fillIn(form_.propose(*account));
     } else if (signin.empty() && typedName().empty()) {
-        fillIn(Account{std::u16string(demo_account.signin), std::u16string(demo_account.friendly)});
+        fillIn(form_.proposeLast());
     } else {
         nameChanged(typedName());
     }
 }
 
-void SignInPage::fillIn(const Account& account) {
-    setWindowText(of(id_signin), account.signin);
-    setWindowText(of(id_friendly), account.friendly);
-    const auto status = std::find(chosen_statuses.begin(), chosen_statuses.end(), account.status);
+void SignInPage::proposeNobody() {
+    fillIn(form_.proposeNobody());
+}
+
+void SignInPage::fillIn(const Request& fields) {
+    setWindowText(of(id_signin), fields.signin);
+    setWindowText(of(id_friendly), fields.friendly);
+    const auto status = std::find(chosen_statuses.begin(), chosen_statuses.end(), fields.status);
     const auto row = status == chosen_statuses.end() ? 0 : status - chosen_statuses.begin();
     SendMessageW(of(id_as_status), CB_SETCURSEL, static_cast<WPARAM>(row), 0);
-    check(of(id_remember), account.remembered);
-    check(of(id_automatic), account.automatic);
-    nameChanged(account.signin);
+    check(of(id_remember), fields.remember);
+    check(of(id_automatic), fields.automatic);
+    nameChanged(fields.signin);
 }
 
 void SignInPage::accountsChanged() {
@@ -159,7 +162,8 @@ void SignInPage::nameChanged(const std::u16string& name) {
 }
 
 void SignInPage::signIn() {
-    Request request{typedName(), std::u16string(murmelix::trim(windowText(of(id_friendly))))};
+    Request request = form_.completed({windowText(of(id_signin)), windowText(of(id_friendly)), Status::online,
+                                       checked(of(id_remember)), checked(of(id_automatic))});
     const std::u16string_view fault = faultOfSignin(request.signin);
     tellFault(fault);
     if (!fault.empty()) {
@@ -171,8 +175,6 @@ void SignInPage::signIn() {
     if (row >= 0 && static_cast<std::size_t>(row) < chosen_statuses.size()) {
         request.status = chosen_statuses[static_cast<std::size_t>(row)];
     }
-    request.automatic = checked(of(id_automatic));
-    request.remember = checked(of(id_remember)) || request.automatic;
     hooks_.sign_in(request);
 }
 
@@ -198,6 +200,9 @@ bool SignInPage::command(int id, int code) {
     case id_signin:
         if (code == CBN_EDITCHANGE) {
             nameChanged(windowText(of(id_signin)));
+            if (const auto friendly = form_.friendlyFor(typedName(), windowText(of(id_friendly)))) {
+                setWindowText(of(id_friendly), *friendly);
+            }
         } else if (code == CBN_SELCHANGE) {
             const LRESULT row = SendMessageW(of(id_signin), CB_GETCURSEL, 0, 0);
             const LRESULT length =
@@ -209,7 +214,7 @@ bool SignInPage::command(int id, int code) {
             SendMessageW(of(id_signin), CB_GETLBTEXT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(name.data()));
             name.pop_back();
             if (const Account* account = accounts_.find(name)) {
-                fillIn(*account);
+                fillIn(form_.propose(*account));
             }
         }
         return true;

@@ -5,7 +5,7 @@
 #include <functional>
 #include <string>
 
-#include "companions/messenger/chat/accounts.h"
+#include "companions/messenger/chat/sign_in_form.h"
 #include "companions/messenger/client/window.h"
 
 namespace messenger_client {
@@ -28,12 +28,7 @@ enum : int {
 
 class SignInPage {
   public:
-    struct Request {
-        std::u16string signin, friendly;
-        Status status = Status::online;
-        bool remember = false;
-        bool automatic = false;
-    };
+    using Request = SignInRequest;
     struct Hooks {
         std::function<void(const Request&)> sign_in;
         std::function<void(const std::u16string& signin)> forget;
@@ -47,6 +42,8 @@ class SignInPage {
     void show(State state);
     // Fills the form in, where it is not of that account already; an empty sign-in name proposes the account used last.
     void propose(std::u16string_view signin);
+    // Empties the form, for somebody else.
+    void proposeNobody();
     void accountsChanged();
     // `fault` for people; empty: none.
     void tellFault(std::u16string_view fault);
@@ -62,7 +59,7 @@ class SignInPage {
     COLORREF colorOfStatic(HWND control) const;
 
   private:
-    void fillIn(const Account& account);
+    void fillIn(const Request& fields);
     void signIn();
     void nameChanged(const std::u16string& name);
     std::u16string typedName() const;
@@ -70,6 +67,7 @@ class SignInPage {
 
     HWND parent_;
     const Accounts& accounts_;
+    SignInForm form_{accounts_};
     Hooks hooks_;
     State state_ = State::hidden;
     RECT area_{};

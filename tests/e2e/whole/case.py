@@ -177,6 +177,7 @@ class WholeProgramTest(unittest.TestCase):
     def open_program(self, conversation, **options):
         """Neighbours and program started; the conversation is listed."""
         options.setdefault("speed", 10)
+        options.setdefault("orders", True)
         self.reading = Reading(self.desk, Options(conversation, output=self.output, headless=True, **options))
         self.reading.start_neighbours()
         self.reading.start_program()

@@ -193,7 +193,7 @@ class ShellTest(WholeProgramTest):
         """Starts the client with no contacts but those that the test adds, or as `arguments` say."""
         if not arguments:
             arguments = ("/signin", YOU, "/friendly", "You")
-        self.desk.start("MessengerClient.exe", self.desk.program_directory / "MessengerClient.exe", "/log",
+        self.desk.start("MessengerClient.exe", self.desk.program_directory / "MessengerClient.exe", "/orders", "/log",
                         windows_path(self.client_log.path), "/left", 700, "/top", 60, "/width", 420, "/height", 300,
                         *arguments)
         self.eventually("the client's window", lambda: self.messenger(), 60)

@@ -163,15 +163,34 @@ TEST(RememberedAccounts, AreNotMoreThanAThousand) {
     for (int i = 0; i < 1500; ++i) {
         lines.push_back(u"account" + murmelix::toText(i) + u"@x\t2\t-\t0\tA");
     }
-    for (int i = 0; i < 1500; ++i) {
-        lines.push_back(u"\tcontact" + murmelix::toText(i) + u"@x\t2\t-\tC");
+    for (std::size_t i = 0; i < most_contacts + 500; ++i) {
+        lines.push_back(u"\tcontact" + murmelix::toText(static_cast<long long>(i)) + u"@x\t2\t-\tC");
     }
     EXPECT_EQ(readFrom(lines).all().size(), 1000U);
     lines.erase(lines.begin() + 1, lines.begin() + 1500);
     const Accounts one = readFrom(lines);
     ASSERT_EQ(one.all().size(), 1U);
-    EXPECT_EQ(one.all()[0].contacts.size(), 1000U);
+    EXPECT_EQ(one.all()[0].contacts.size(), most_contacts);
     EXPECT_EQ(readFrom(one.lines()).lines(), one.lines());
+}
+
+TEST(RememberedAccounts, OfTooManyTheUnrememberedGoFirst) {
+    Accounts accounts;
+    accounts.use(u"kept@x");
+    accounts.remember(u"kept@x", false);
+    for (std::size_t i = 0; i < 3 * most_accounts; ++i) {
+        accounts.use(u"account" + murmelix::toText(static_cast<long long>(i)) + u"@x");
+    }
+    EXPECT_EQ(accounts.all().size(), most_accounts);
+    EXPECT_TRUE(accounts.find(u"kept@x"));
+    EXPECT_FALSE(accounts.find(u"account0@x"));
+    EXPECT_EQ(accounts.all().front().signin, u"account2999@x");
+    for (const Account& account : std::vector(accounts.all())) {
+        accounts.remember(account.signin, false);
+    }
+    accounts.use(u"new@x");
+    EXPECT_EQ(accounts.all().size(), most_accounts);
+    EXPECT_FALSE(accounts.find(u"kept@x")) << "the one not used for longest";
 }
 
 TEST(RememberedAccounts, AnyLinesAtAllAreHarmless) {
@@ -449,6 +468,40 @@ TEST(BecomingIdle, AStatusChosenMeanwhileStays) {
 TEST(BecomingIdle, NeverWhereItIsSwitchedOff) {
     AutoIdle idle(0);
     EXPECT_EQ(idle.look(Status::online, 1'000'000'000), std::nullopt);
+}
+
+TEST(BecomingIdle, LastsForMonths) {
+    constexpr long long look = 5000, day = 24LL * 60 * 60 * 1000;
+    constexpr long long start = 40 * day; // the 32 bits begin anew in the middle of it
+    LastInput input;
+    AutoIdle idle(60'000);
+    const auto touched = static_cast<std::uint32_t>(start - 100 * look);
+    EXPECT_EQ(input.since(start, touched), 0) << "the first look counts as one";
+    Status status = Status::online;
+    long long wrong = 0;
+    for (long long now = start + look; now < start + 120 * day; now += look) {
+        const long long since = input.since(now, touched);
+        wrong += since != now - start;
+        if (const auto next = idle.look(status, since)) {
+            status = *next;
+        }
+        wrong += now >= start + 60'000 && status != Status::idle;
+    }
+    EXPECT_EQ(wrong, 0);
+    const long long end = start + 120 * day;
+    EXPECT_EQ(input.since(end, static_cast<std::uint32_t>(end - 300)), 300);
+    EXPECT_EQ(idle.look(status, 300), Status::online);
+}
+
+TEST(BecomingIdle, AnInputAheadOfTheClockHasJustBeen) {
+    LastInput input;
+    EXPECT_EQ(input.since(1000, 900), 0);
+    EXPECT_EQ(input.since(6000, 6016), 0);
+    EXPECT_EQ(input.since(6100, 6016), 100);
+    EXPECT_EQ(input.since(11'000, 8000), 3000);
+    constexpr long long wrap = 0x1'0000'0000;
+    EXPECT_EQ(input.since(wrap + 10, static_cast<std::uint32_t>(wrap - 20)), 30);
+    EXPECT_EQ(input.since(wrap + 20, 30), 0) << "ahead, and already begun anew";
 }
 
 } // namespace

@@ -74,6 +74,17 @@ TEST(ChatLog, TimePassesMidnight) {
     EXPECT_EQ(log[3].minute, 48 * 60);
 }
 
+TEST(ChatLog, TimePassesMidnightForThousandsOfYears) {
+    LogClock clock;
+    long long now = clock.pass(13 * 60);
+    constexpr long long days = 2'000'000; // more minutes than 31 bits can count
+    for (long long day = 1; day <= days; ++day) {
+        clock.pass(59);
+        now = clock.pass(13 * 60);
+    }
+    EXPECT_EQ(now, days * 24 * 60 + 13 * 60);
+}
+
 TEST(ChatLog, AClockSetBackStandsStill) {
     const auto log = parseChatLog("[12:10] <a> 1\n[12:05] <a> 2\n[12:11] <a> 3\n");
     ASSERT_THAT(log, SizeIs(3));

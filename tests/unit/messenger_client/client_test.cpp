@@ -165,6 +165,49 @@ TEST_F(Signed, ContactsAreFoundWithoutLetterCase) {
     EXPECT_EQ(ann->friendly, u"Ann");
 }
 
+TEST_F(Signed, ContactsThatAreRemovedAreNotFoundAndCanComeBack) {
+    client.removeContact(client.contacts().front());
+    EXPECT_EQ(client.find(u"ann@x"), nullptr);
+    const ContactPtr again = client.addContact(u"ANN@x", u"Ann");
+    EXPECT_NE(again, ann);
+    EXPECT_EQ(client.find(u"ann@x"), again);
+    client.signOut();
+    EXPECT_EQ(client.find(u"ann@x"), nullptr);
+}
+
+TEST_F(Signed, TheListTakesTenThousandAndNoMore) {
+    for (std::size_t i = client.contacts().size(); i < most_contacts; ++i) {
+        ASSERT_TRUE(client.addContact(u"c" + murmelix::toText(static_cast<long long>(i)) + u"@x", u"C"));
+    }
+    seen.clear();
+    EXPECT_EQ(client.addContact(u"one@x", u"Too many"), nullptr);
+    EXPECT_EQ(client.addContact(u"c2@x", u"C"), client.contacts()[2]) << "who is known is found";
+    EXPECT_EQ(client.contacts().size(), most_contacts);
+    EXPECT_THAT(seen, IsEmpty());
+}
+
+TEST_F(Signed, NamesOfMegabytesAreCut) {
+    client.rename(ann, std::u16string(3'000'000, u'n'));
+    EXPECT_EQ(ann->friendly.size(), longest_name);
+    std::u16string pairs(longest_name - 1, u'n');
+    pairs += u"\xD83D\xDE00";
+    client.rename(ann, pairs);
+    EXPECT_EQ(ann->friendly, std::u16string(longest_name - 1, u'n')) << "no half of a pair";
+    const ContactPtr big = client.addContact(std::u16string(1'000'000, u's'), u"Big");
+    EXPECT_EQ(client.addContact(std::u16string(1'000'000, u's'), u"Big"), big);
+    EXPECT_EQ(client.contacts().size(), 3U);
+}
+
+TEST_F(History, EndsWhereItsLimitIs) {
+    ASSERT_TRUE(client.append(talk, std::u16string(longest_history - talk->history().size() - 20, u'x')));
+    seen.clear();
+    EXPECT_TRUE(client.say(talk, ann, u"12")) << "just fits";
+    EXPECT_FALSE(client.say(talk, ann, u"1"));
+    EXPECT_FALSE(client.append(talk, u"1234567890"));
+    EXPECT_EQ(seen.size(), 2U);
+    EXPECT_TRUE(talk->history().ends_with(u"Ann says:\r\n12"));
+}
+
 TEST_F(Signed, OneConversationForOneContact) {
     const auto alone = client.openWith(ann);
     EXPECT_NE(alone, talk);
@@ -176,6 +219,11 @@ TEST_F(Signed, OneConversationForOneContact) {
 }
 
 struct Controlled : Signed {
+    void SetUp() override {
+        Signed::SetUp();
+        control.takeOrders();
+    }
+
     Faults faults;
     int replays = 0;
     int shut = 0;
@@ -206,6 +254,25 @@ struct Controlled : Signed {
 };
 
 using ControlCommands = Controlled;
+
+TEST_F(ControlCommands, AreNotTakenWhereNobodyAllowedThem) {
+    Control closed(client, signing, faults, [] { return 0LL; }, {});
+    for (const char* line : {"say ann@x hi", "hang 8000", "vanish", "exit", "fill 10", "shutdown", "", "dance"}) {
+        EXPECT_EQ(closed.execute(line), Result::no_orders) << line;
+    }
+    EXPECT_THAT(seen, IsEmpty());
+    EXPECT_TRUE(faults.empty());
+}
+
+TEST_F(ControlCommands, AreNotLongerThanTheirLimit) {
+    std::string line = "append ";
+    line.resize(longest_order, 'x');
+    EXPECT_EQ(control.execute(line), Result::done);
+    seen.clear();
+    line += 'x';
+    EXPECT_EQ(control.execute(line), Result::bad_arguments);
+    EXPECT_THAT(seen, IsEmpty());
+}
 
 TEST_F(ControlCommands, ActOnTheClient) {
     for (const char* line :
@@ -384,6 +451,8 @@ TEST(Switches, AllOfThem) {
     EXPECT_FALSE(s.signed_out);
     EXPECT_EQ(s.left, -5);
     EXPECT_EQ(s.height, 500);
+    EXPECT_FALSE(s.orders);
+    EXPECT_TRUE(parseSwitches({u"/Orders"}).orders);
 }
 
 TEST(Switches, Tasks) {
@@ -405,6 +474,14 @@ TEST(Switches, HowLongASignInTakes) {
     EXPECT_EQ(parseSwitches({}).idle, 10);
     EXPECT_EQ(parseSwitches({u"/idle", u"0.5"}).idle, 0.5);
     EXPECT_EQ(parseSwitches({u"/idle", u"-2"}).error, u"/idle cannot be -2.");
+}
+
+TEST(Switches, NumbersAreNumbersToTheirEnd) {
+    for (const char16_t* text :
+         {u"-", u".", u"1.2.3", u"1-2", u"", u"--5", u"0x10", u"1e3", u"nan", u"99999999999999"}) {
+        EXPECT_NE(parseSwitches({u"/speed", text}).error, u"") << murmelix::toUtf8(text);
+    }
+    EXPECT_EQ(parseSwitches({u"/speed", u".5"}).replay.speed, 0.5);
 }
 
 TEST(Switches, WhatIsWrongIsSaid) {

@@ -129,6 +129,31 @@ TEST(Replay, MessagesOfAMinuteAreSpreadOverIt) {
                             DoubleNear(45, 1e-9)));
 }
 
+TEST(Replay, MinutesAreNotBoundToThirtyTwoBits) {
+    constexpr long long late = 5'000'000'000;
+    const Script script = makeScript({{LogEvent::Kind::says, late, u"a", u"1"},
+                                      {LogEvent::Kind::says, late, u"a", u"2"},
+                                      {LogEvent::Kind::says, late + 1, u"a", u"3"}},
+                                     {.speed = 4});
+    EXPECT_THAT(times(script), ElementsAre(0, DoubleNear(5, 1e-3), DoubleNear(10, 1e-3)));
+}
+
+TEST(Replay, AHundredThousandNicksThatLookAlikeGetTheirNamesAtOnce) {
+    std::vector<LogEvent> log;
+    constexpr std::size_t people = 100'000;
+    for (std::size_t i = 0; i < people; ++i) {
+        std::u16string nick;
+        for (std::size_t rest = i; nick.size() < 6; rest /= 10) {
+            nick += static_cast<char16_t>(0x4E00 + rest % 10);
+        }
+        log.push_back({LogEvent::Kind::says, 0, nick, u"x"});
+    }
+    const Script script = makeScript(log, {.participants = people});
+    ASSERT_THAT(script.people, SizeIs(people));
+    EXPECT_EQ(script.people.front().signin, u"______@messenger.example");
+    EXPECT_EQ(script.people.back().signin, u"______100000@messenger.example");
+}
+
 TEST(Replay, LongGapsAreCutToTwentySecondsAtSpeedOne) {
     const auto log = "[10:00] <a> 1\n[10:05] <a> 2\n[23:59] <a> 3\n[00:00] <a> 4\n";
     EXPECT_THAT(times(scriptOf(log)), ElementsAre(0, DoubleNear(20, 1e-9), DoubleNear(40, 1e-9), DoubleNear(60, 1e-9)));

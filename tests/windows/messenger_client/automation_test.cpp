@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "common/text.h"
+#include "companions/messenger/chat/control.h"
 #include "tests/windows/messenger_client/client_process.h"
 
 namespace messenger_client {
@@ -438,6 +439,30 @@ TEST(Activation, ARunningClientIsFoundNotStartedAgain) {
     Object messenger = client.automation();
     EXPECT_EQ(messenger.get(u"MySigninName").toText(), u"me@x");
     EXPECT_EQ(Process(clientProgram()).exitStatus(), 23U) << "one client at a time";
+}
+
+TEST(Orders, AreRefusedByAClientThatWasNotStartedToTakeThem) {
+    const auto window = [] { return FindWindowW(L"MessengerClientMain", nullptr); };
+    ASSERT_TRUE(pumpUntil([&] { return !window(); }));
+    const Process client(clientProgram() + u" /connect 0 /idle 0 /signin me@x");
+    const auto order = [&](std::string line) {
+        COPYDATASTRUCT data{control_message, static_cast<DWORD>(line.size()), line.data()};
+        DWORD_PTR result = 0;
+        SendMessageTimeoutW(window(), WM_COPYDATA, 0, reinterpret_cast<LPARAM>(&data), SMTO_NORMAL, 30'000, &result);
+        return static_cast<Result>(result);
+    };
+    ASSERT_TRUE(pumpUntil([&] { return window() && order("?") == Result::no_orders; }));
+    for (const char* line : {"vanish MySigninName", "signout", "rename me Somebody", "exit"}) {
+        EXPECT_EQ(order(line), Result::no_orders) << line;
+    }
+    EXPECT_EQ(Process(clientProgram() + u" /send signout").exitStatus(), static_cast<DWORD>(Result::no_orders));
+    {
+        Object messenger = Object::create(u"Messenger.UIAutomation");
+        EXPECT_EQ(messenger.get(u"MySigninName").toText(), u"me@x");
+        EXPECT_EQ(messenger.get(u"MyFriendlyName").toText(), u"me");
+    }
+    PostMessageW(window(), WM_CLOSE, 0, 0);
+    EXPECT_EQ(client.exitStatus(), 0U);
 }
 
 TEST(Registering, NeverReplacesAnothersRegistration) {

@@ -22,7 +22,7 @@ std::u16string clientProgram() {
 }
 
 RunningClient::RunningClient(const std::u16string& switches)
-    : process_(clientProgram() + u" /connect 0 /idle 0 " + switches) {
+    : process_(clientProgram() + u" /orders /connect 0 /idle 0 " + switches) {
     // Its automation is offered when it answers an (unknown) command: it runs its message loop then.
     EXPECT_TRUE(pumpUntil([this] { return mainWindow() && command("?") == static_cast<int>(Result::unknown_command); }))
         << "the client did not start";

@@ -28,8 +28,8 @@ using murmelix::test::windowsPath;
 // "Z:\…\MessengerClient.exe", quoted.
 std::u16string clientProgram();
 
-// A running client whose main window is there and whose automation answers. Sign-ins are done at once and nobody
-// becomes idle, where the switches do not say otherwise.
+// A running client whose main window is there and whose automation answers. It takes orders, sign-ins are done at once
+// and nobody becomes idle, where the switches do not say otherwise.
 class RunningClient {
   public:
     explicit RunningClient(const std::u16string& switches = {});

@@ -1,0 +1,17 @@
+// Times of the system.
+#pragma once
+
+#include <cstdint>
+
+namespace murmelix::platform {
+
+// The performance counter, which is the same in every process.
+long long microseconds();
+
+// Milliseconds since the system was started.
+long long milliseconds();
+
+// When keyboard or mouse were last touched, in the low 32 bits of milliseconds(); anything before the first touch.
+std::uint32_t lastInput();
+
+} // namespace murmelix::platform
