@@ -255,6 +255,19 @@ TEST_F(SignInWindow, ANameIsTypedAndEnterSignsIn) {
     EXPECT_TRUE(storedAccounts().empty()) << "nobody asked to be remembered";
 }
 
+TEST_F(SignInWindow, AnyNameWillDoAndGetsAPlace) {
+    start(u"/signedout");
+    altKey(u'n');
+    ASSERT_TRUE(focusComesTo(id_signin));
+    type(u"kim");
+    ASSERT_TRUE(pumpUntil([&] { return text(id_signin) == u"kim"; })) << murmelix::toUtf8(text(id_signin));
+    EXPECT_EQ(text(id_friendly), u"") << "the name that the form proposed is another's";
+    click(id_sign_in);
+    ASSERT_TRUE(becomes(2));
+    EXPECT_EQ(messenger.get(u"MySigninName").toText(), u"kim@messenger.example");
+    EXPECT_EQ(messenger.get(u"MyFriendlyName").toText(), u"kim");
+}
+
 TEST_F(SignInWindow, TheChosenStatusIsTheOneToSignInWith) {
     start(u"/signedout");
     SendMessageW(of(id_status), CB_SETCURSEL, 3, 0);
@@ -687,19 +700,20 @@ TEST_F(OwnAccount, AContactIsAddedByTheKeyboard) {
     const auto setText = [](HWND field, const wchar_t* value) {
         SendMessageW(field, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(value));
     };
-    setText(name, L"nobody");
+    setText(name, L"no body");
     SendMessageW(GetDlgItem(dialog, IDOK), BM_CLICK, 0, 0);
     EXPECT_NE(textOf(GetDlgItem(dialog, 102)), u"");
     screenshotWhenStill(dialog, "messenger_add_contact");
     setText(name, L"kim@x");
     PostMessageW(name, WM_KEYDOWN, VK_RETURN, 1);
     EXPECT_TRUE(pumpUntil([&] { return textOf(GetDlgItem(dialog, 102)) == u"That is your own sign-in name."; }));
-    setText(name, L" zoe@x ");
+    setText(name, L" zoe ");
     setText(friendly, L"Zoe");
     PostMessageW(friendly, WM_KEYDOWN, VK_RETURN, 1);
-    ASSERT_TRUE(pumpUntil([&] { return heard.has("1026 0 zoe@x"); }));
+    ASSERT_TRUE(pumpUntil([&] { return heard.has("1026 0 zoe@messenger.example"); }));
     EXPECT_TRUE(pumpUntil([&] { return !IsWindowVisible(dialog); }));
-    EXPECT_EQ(messenger.object(u"GetContact", {Variant(u"zoe@x"), Variant(u"")}).get(u"FriendlyName").toText(), u"Zoe");
+    Object zoe = messenger.object(u"GetContact", {Variant(u"zoe@messenger.example"), Variant(u"")});
+    EXPECT_EQ(zoe.get(u"FriendlyName").toText(), u"Zoe");
     choose(menu_add);
     ASSERT_TRUE(pumpUntil([&] { return IsWindowVisible(dialog) != FALSE; }));
     EXPECT_EQ(textOf(name), u"");
