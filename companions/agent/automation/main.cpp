@@ -107,7 +107,7 @@ int registration(murmelix::com::Registration result) {
 } // namespace
 
 // Exit status: 0; 1 for a wrong command line or a server that could not start; from /regserver 2 where another server
-// is registered, 3 where the registry refuses.
+// is registered; from /regserver and /unregserver 3 where the registry refuses.
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, LPWSTR, int) {
     try {
         const auto line = parsed(arguments());
@@ -118,8 +118,7 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, LPWSTR, int) {
         case CommandLine::Deed::register_server:
             return registration(murmelix::com::registerServer(serverClass(), quoted(ownPath())));
         case CommandLine::Deed::unregister_server:
-            murmelix::com::unregisterServer(serverClass());
-            return 0;
+            return registration(murmelix::com::unregisterServer(serverClass()));
         default:
             return serve(line->options);
         }

@@ -14,11 +14,11 @@
 namespace agent::automation {
 namespace {
 
-using murmelix::com::Access;
-using murmelix::com::Call;
 using murmelix::com::Error;
 using murmelix::com::make;
-using murmelix::com::Member;
+using murmelix::com::numbered::Access;
+using murmelix::com::numbered::Call;
+using murmelix::com::numbered::Member;
 using stage::Actor;
 using stage::Kind;
 using stage::Request;
@@ -89,7 +89,7 @@ class Balloon final : public CharacterPart {
         : CharacterPart(std::move(client), std::move(loaded)) {}
 
   protected:
-    std::span<const Member> members() const override {
+    std::span<const Member> numbered() const override {
         static const std::array<Member, 15> table{{{L"Enabled", 1, Access::get},
                                                    {L"NumberOfLines", 2, Access::get},
                                                    {L"CharsPerLine", 3, Access::get},
@@ -187,7 +187,7 @@ class Command final : public CharacterPart {
         : CharacterPart(std::move(client), std::move(loaded)), name_(std::move(name)) {}
 
   protected:
-    std::span<const Member> members() const override {
+    std::span<const Member> numbered() const override {
         static const std::array<Member, 6> table{{{L"Voice", 1, Access::get_put},
                                                   {L"Caption", 2, Access::get_put},
                                                   {L"Confidence", 3, Access::get_put},
@@ -245,7 +245,7 @@ class Commands final : public CharacterPart {
     }
 
   protected:
-    std::span<const Member> members() const override {
+    std::span<const Member> numbered() const override {
         static const std::array<Member, 16> table{
             {{L"Item", 0, Access::get, {L"Name"}, 1},
              {L"Count", 2, Access::get},
@@ -370,7 +370,7 @@ class AnimationNames final : public CharacterPart {
         : CharacterPart(std::move(client), std::move(loaded)) {}
 
   protected:
-    std::span<const Member> members() const override {
+    std::span<const Member> numbered() const override {
         static const std::array<Member, 1> table{{{L"Enum", DISPID_NEWENUM, Access::get}}};
         return table;
     }
@@ -389,7 +389,7 @@ class Character final : public CharacterPart {
         : CharacterPart(std::move(client), std::move(loaded)) {}
 
   protected:
-    std::span<const Member> members() const override {
+    std::span<const Member> numbered() const override {
         static const std::array<Member, 46> table{{
             {L"Visible", 2, Access::get},
             {L"Left", 3, Access::get_put},
@@ -725,7 +725,7 @@ class Characters final : public ClientObject {
     }
 
   protected:
-    std::span<const Member> members() const override {
+    std::span<const Member> numbered() const override {
         static const std::array<Member, 6> table{{{L"Item", 0, Access::get, {L"CharacterID"}, 1},
                                                   {L"Load", 1, Access::method, {L"CharacterID", L"LoadKey"}, 1},
                                                   {L"Unload", 2, Access::method, {L"CharacterID"}, 1},
@@ -768,7 +768,7 @@ class AudioOutput final : public ClientObject {
     explicit AudioOutput(std::shared_ptr<Client> client) : ClientObject(std::move(client)) {}
 
   protected:
-    std::span<const Member> members() const override {
+    std::span<const Member> numbered() const override {
         static const std::array<Member, 3> table{
             {{L"Enabled", 1, Access::get}, {L"SoundEffects", 2, Access::get}, {L"Status", 3, Access::get}}};
         return table;
@@ -806,7 +806,7 @@ class Unavailable final : public ClientObject {
     }
 
   protected:
-    std::span<const Member> members() const override { return members_; }
+    std::span<const Member> numbered() const override { return members_; }
     Variant invoke(const Call& call) override {
         if (call.put) {
             refuse(u"No speech recognition is installed.");
@@ -825,7 +825,7 @@ class Sheet final : public ClientObject {
     explicit Sheet(std::shared_ptr<Client> client) : ClientObject(std::move(client)) {}
 
   protected:
-    std::span<const Member> members() const override {
+    std::span<const Member> numbered() const override {
         static const std::array<Member, 6> table{{{L"Left", 1, Access::get},
                                                   {L"Top", 2, Access::get},
                                                   {L"Height", 3, Access::get},
@@ -868,7 +868,7 @@ class UserInput final : public ClientObject {
         : ClientObject(std::move(client)), character_(std::move(character)), command_(std::move(command)) {}
 
   protected:
-    std::span<const Member> members() const override {
+    std::span<const Member> numbered() const override {
         static const std::array<Member, 11> table{{{L"Count", 1, Access::get},
                                                    {L"Name", 2, Access::get},
                                                    {L"CharacterID", 3, Access::get},
@@ -912,22 +912,24 @@ class Control final : public ClientObject {
                 events_.fire(event, arguments);
             }
         };
+        client()->hang_up = [this] { events_.close(); };
         // A client whose sink is gone is gone itself.
-        events_.onLost([weak = std::weak_ptr<Client>(client())] {
-            if (const auto lost = weak.lock()) {
-                lost->server().messages().post([weak] {
-                    if (const auto gone = weak.lock()) {
-                        gone->cutOff();
-                    }
-                });
-            }
+        events_.onLost([&server = client()->server(), weak = std::weak_ptr<Client>(client())] {
+            server.messages().post([weak] {
+                if (const auto gone = weak.lock()) {
+                    gone->cutOff();
+                }
+            });
         });
     }
 
   protected:
-    ~Control() override { client()->fire = nullptr; }
+    ~Control() override {
+        client()->fire = nullptr;
+        client()->hang_up = nullptr;
+    }
 
-    std::span<const Member> members() const override {
+    std::span<const Member> numbered() const override {
         static const std::array<Member, 9> table{{{L"Characters", 3, Access::get, {L"CharacterID"}},
                                                   {L"AudioOutput", 4, Access::get},
                                                   {L"SpeechInput", 5, Access::get},
@@ -1002,7 +1004,7 @@ RequestObject::~RequestObject() {
     client()->forget(request_->number);
 }
 
-std::span<const Member> RequestObject::members() const {
+std::span<const Member> RequestObject::numbered() const {
     static const std::array<Member, 4> table{{{L"ID", 0, Access::get},
                                               {L"Status", 1, Access::get},
                                               {L"Description", 2, Access::get},

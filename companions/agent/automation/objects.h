@@ -3,12 +3,13 @@
 
 #include <memory>
 
+#include "common/com/numbered.h"
 #include "companions/agent/automation/server.h"
 
 namespace agent::automation {
 
 // Base of the objects of a client.
-class ClientObject : public murmelix::com::Served {
+class ClientObject : public murmelix::com::numbered::Served {
   public:
     const std::shared_ptr<Client>& client() const { return client_; }
 
@@ -30,8 +31,8 @@ class RequestObject final : public ClientObject {
 
   protected:
     ~RequestObject() override;
-    std::span<const murmelix::com::Member> members() const override;
-    Variant invoke(const murmelix::com::Call& call) override;
+    std::span<const murmelix::com::numbered::Member> numbered() const override;
+    Variant invoke(const murmelix::com::numbered::Call& call) override;
     void* interfaceFor(REFIID iid) override;
 
   private:

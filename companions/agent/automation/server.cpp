@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cwctype>
 #include <random>
 #include <utility>
@@ -175,6 +176,9 @@ void Client::cutOff() {
     unloadAll();
     // Held while they are cut off: cutting one off may end others.
     std::vector<Ptr<IDispatch>> objects(objects_.begin(), objects_.end());
+    if (hang_up) {
+        hang_up();
+    }
     for (const auto& object : objects) {
         CoDisconnectObject(object.get(), 0);
     }
@@ -260,14 +264,14 @@ Server::~Server() {
         }
     }
     watches_.clear();
+    murmelix::com::waitForSinksToEnd(murmelix::com::last_sinks_time);
 }
 
 void Server::shutDown() {
-    if (std::exchange(ending_, true)) {
-        return;
+    if (!ending_since_) {
+        ending_since_ = GetTickCount64();
+        tellAll(12);
     }
-    tellAll(12);
-    messages_.post([] { stage::MessageWindow::quit(); });
 }
 
 void Server::run() {
@@ -313,7 +317,12 @@ void Server::tick() {
         flushed_at_ = now;
         output_.flush();
     }
-    if (murmelix::com::Served::alive() > 0) {
+    if (ending_since_) {
+        const std::chrono::milliseconds waited(now - *ending_since_);
+        if (murmelix::com::allEventsDelivered() || waited >= murmelix::com::last_events_time) {
+            stage::MessageWindow::quit();
+        }
+    } else if (murmelix::com::Served::alive() > 0) {
         empty_since_ = now;
     } else if (!options_.stay && now - empty_since_ >= (had_client_ ? grace : first_client)) {
         stage::MessageWindow::quit();
@@ -331,50 +340,31 @@ Server::Owner Server::ownerOf(stage::ActorId actor) const {
     return {};
 }
 
-void Server::tell(const std::weak_ptr<Client>& client, DISPID event, std::vector<Variant> arguments) {
-    events_.push_back({client, event, std::move(arguments), nullptr});
-    if (events_.size() == 1) {
-        messages_.post([this] { deliver(); });
+void Server::tell(const Client& client, DISPID event, const std::vector<Variant>& arguments) {
+    if (!client.fire) {
+        return;
+    }
+    try {
+        client.fire(event, arguments);
+    } catch (const std::exception&) {
+        // An event that cannot be told for want of memory is lost; the next may get through.
+        return;
     }
 }
 
 void Server::tellAll(DISPID event) {
-    for (const auto& client : clients_) {
-        tell(client, event, {});
-    }
-}
-
-// Calling a client runs the message loop: what is told meanwhile is delivered by the loop that is under way already.
-void Server::deliver() {
-    if (std::exchange(delivering_, true)) {
-        return;
-    }
-    while (!events_.empty()) {
-        Event event = std::move(events_.front());
-        events_.pop_front();
-        const auto client = event.client.lock();
-        if (!client || !client->fire) {
-            continue;
-        }
-        try {
-            if (event.request) {
-                event.arguments.emplace_back(client->object(event.request));
-            }
-            const auto fire = client->fire; // a copy: the control may go while it is called
-            fire(event.id, event.arguments);
-        } catch (...) {
-            // An event that cannot be told for want of memory is lost; the next may get through.
-            continue;
+    for (const auto& weak : clients_) {
+        if (const auto client = weak.lock()) {
+            tell(*client, event, {});
         }
     }
-    delivering_ = false;
 }
 
 void Server::tellOfCharacter(stage::ActorId actor, DISPID event, std::vector<Variant> more) {
     const Owner owner = ownerOf(actor);
     if (owner.client) {
         more.insert(more.begin(), Variant(owner.loaded->id));
-        tell(owner.client, event, std::move(more));
+        tell(*owner.client, event, more);
     }
 }
 
@@ -384,12 +374,8 @@ void Server::tellOfPointer(stage::ActorId actor, DISPID event, const stage::Poin
 }
 
 void Server::tellOfRequest(stage::Actor& actor, DISPID event, const stage::RequestRef& request) {
-    const Owner owner = ownerOf(actor.id());
-    if (owner.client) {
-        events_.push_back({owner.client, event, {}, request});
-        if (events_.size() == 1) {
-            messages_.post([this] { deliver(); });
-        }
+    if (const Owner owner = ownerOf(actor.id()); owner.client && owner.client->fire) {
+        tell(*owner.client, event, {Variant(owner.client->object(request))});
     }
 }
 
@@ -409,7 +395,7 @@ void Server::requestCompleted(stage::Actor& actor, const stage::RequestRef& requ
 
 void Server::bookmark(stage::Actor& actor, std::int32_t id) {
     if (const Owner owner = ownerOf(actor.id()); owner.client) {
-        tell(owner.client, 16, {Variant(id)});
+        tell(*owner.client, 16, {Variant(id)});
     }
 }
 
@@ -515,7 +501,7 @@ void Server::runMenu(stage::ActorId actor, int x, int y) {
         still->hideByUser();
     } else if (static_cast<UINT_PTR>(chosen) >= first_id) {
         const std::u16string& name = names[static_cast<std::size_t>(chosen) - first_id];
-        tell(owner.client, 17, {Variant(makeUserInput(owner.client, owner.loaded->id, name))});
+        tell(*owner.client, 17, {Variant(makeUserInput(owner.client, owner.loaded->id, name))});
     }
 }
 

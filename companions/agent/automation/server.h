@@ -1,7 +1,6 @@
 // The character server: the stage, the voices and the clients of one process.
 #pragma once
 
-#include <deque>
 #include <functional>
 #include <map>
 #include <memory>
@@ -62,6 +61,7 @@ class Client : public std::enable_shared_from_this<Client> {
     bool raise_request_errors = true;
     bool connected = true;
     std::function<void(DISPID, const std::vector<Variant>&)> fire; // empty once the control is gone
+    std::function<void()> hang_up;                                 // no event leaves any more; empty likewise
 
     // Ids compare without letter case.
     Loaded& load(const std::u16string& id, const std::u16string& file);
@@ -115,7 +115,7 @@ class Server final : public stage::Audience {
     void enableSound(bool enabled);
     SettingsWindow& settingsWindow() { return *settings_window_; }
 
-    // Tells the clients, and ends the message loop.
+    // Tells the clients, and ends the message loop when they have heard it, or do not answer.
     void shutDown();
 
     // Shows a character's menu at a place on the screen, later, so that the call returns at once.
@@ -135,8 +135,8 @@ class Server final : public stage::Audience {
     void balloonShown(stage::Actor& actor) override;
     void balloonHidden(stage::Actor& actor) override;
 
-    // Tells a client of an event, after what goes on now.
-    void tell(const std::weak_ptr<Client>& client, DISPID event, std::vector<Variant> arguments);
+    // Tells a client of an event; it hears of it later.
+    static void tell(const Client& client, DISPID event, const std::vector<Variant>& arguments);
     void tellAll(DISPID event);
 
   private:
@@ -144,16 +144,9 @@ class Server final : public stage::Audience {
         std::shared_ptr<Client> client;
         std::shared_ptr<Loaded> loaded;
     };
-    struct Event {
-        std::weak_ptr<Client> client;
-        DISPID id;
-        std::vector<Variant> arguments;
-        stage::RequestRef request; // the argument of the request events
-    };
     struct Watch;
 
     void tick();
-    void deliver();
     Owner ownerOf(stage::ActorId actor) const;
     void tellOfCharacter(stage::ActorId actor, DISPID event, std::vector<Variant> more = {});
     void tellOfPointer(stage::ActorId actor, DISPID event, const stage::PointerEvent& pointer);
@@ -173,10 +166,8 @@ class Server final : public stage::Audience {
     std::unique_ptr<TrayIcon> tray_icon_; // of a server that stays
     std::vector<std::weak_ptr<Client>> clients_;
     std::vector<std::unique_ptr<Watch>> watches_;
-    std::deque<Event> events_;
-    bool delivering_ = false;
     bool menu_open_ = false;
-    bool ending_ = false;
+    std::optional<ULONGLONG> ending_since_;
     bool sound_enabled_ = true;
     stage::ActorId active_ = 0;
     ULONGLONG empty_since_;

@@ -220,7 +220,9 @@ void App::quit() {
     session_.keep();
     client_.shutDown();
     automation_.deliverEvents();
+    murmelix::com::waitForEvents(murmelix::com::last_events_time);
     automation_.close();
+    murmelix::com::waitForSinksToEnd(murmelix::com::last_sinks_time);
     PostQuitMessage(0);
 }
 

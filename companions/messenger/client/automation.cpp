@@ -6,18 +6,19 @@
 #include <shlobj.h>
 
 #include "common/com/client.h"
+#include "common/com/numbered.h"
 #include "common/text.h"
 
 namespace messenger_client {
 
-using murmelix::com::Access;
-using murmelix::com::Call;
 using murmelix::com::Error;
 using murmelix::com::EventSource;
-using murmelix::com::Member;
 using murmelix::com::Ptr;
-using murmelix::com::Served;
 using murmelix::com::Variant;
+using murmelix::com::numbered::Access;
+using murmelix::com::numbered::Call;
+using murmelix::com::numbered::Member;
+using murmelix::com::numbered::Served;
 
 namespace {
 
@@ -104,7 +105,7 @@ class Answering : public Served {
 
   private:
     Variant invoke(const Call& call) final {
-        for (const Member& member : members()) {
+        for (const Member& member : numbered()) {
             if (member.id == call.member) {
                 automation_.suffer(murmelix::com::narrow(member.name, std::wcslen(member.name)));
                 break;
@@ -137,7 +138,7 @@ class ContactObject final : public Answering {
         member_service_id
     };
 
-    std::span<const Member> members() const override {
+    std::span<const Member> numbered() const override {
         static const std::vector<Member> table{
             {L"FriendlyName", friendly_name, Access::get},
             {L"Status", status, Access::get},
@@ -194,7 +195,7 @@ class ContactsObject final : public Answering {
   private:
     enum Id : DISPID { item = DISPID_VALUE, count = 1792, remove = 1793, new_enum = DISPID_NEWENUM };
 
-    std::span<const Member> members() const override {
+    std::span<const Member> numbered() const override {
         static const std::vector<Member> table{
             {L"Item", item, Access::get, {L"index"}, 1},
             {L"Count", count, Access::get},
@@ -273,7 +274,7 @@ class WindowObject : public Answering {
         };
     }
 
-    std::span<const Member> members() const override {
+    std::span<const Member> numbered() const override {
         static const std::vector<Member> table = windowMembers();
         return table;
     }
@@ -330,7 +331,7 @@ class ConversationObject final : public WindowObject {
         : WindowObject(automation, key), conversation_(std::move(conversation)) {}
 
   private:
-    std::span<const Member> members() const override {
+    std::span<const Member> numbered() const override {
         static const std::vector<Member> table = [] {
             std::vector<Member> all = windowMembers();
             all.push_back({L"Contacts", window_contacts, Access::get});
@@ -419,7 +420,7 @@ class Root final : public Answering {
         return IsEqualIID(iid, IID_IConnectionPointContainer) ? source_.container() : nullptr;
     }
 
-    std::span<const Member> members() const override {
+    std::span<const Member> numbered() const override {
         static const std::vector<Member> table{
             {L"ReceiveFileDirectory", receive_file_directory, Access::get},
             {L"StartVoice", start_voice, Access::method, {L"contact"}, 0},
@@ -590,6 +591,9 @@ void Automation::close() {
     for (const auto& [key, object] : objects_) {
         all.emplace_back(object);
     }
+    if (source_) {
+        source_->close();
+    }
     for (const auto& object : all) {
         CoDisconnectObject(object.get(), 0);
     }
@@ -671,9 +675,6 @@ void Automation::introduce(DWORD listener) noexcept {
 }
 
 void Automation::deliverEvents() {
-    if (std::exchange(delivering_, true)) {
-        return;
-    }
     while (!events_.empty()) {
         const auto event = std::move(events_.front());
         events_.pop_front();
@@ -684,7 +685,6 @@ void Automation::deliverEvents() {
             continue;
         }
     }
-    delivering_ = false;
 }
 
 void Automation::changed(const Change& change) {

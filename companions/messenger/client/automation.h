@@ -43,7 +43,7 @@ class Automation {
 
     // Offers the class to other processes. Error where COM refuses.
     void offer();
-    // Fires the events that are waiting, in order. Sinks may call back meanwhile.
+    // Fires the events that are waiting, in order.
     void deliverEvents();
     bool eventsWaiting() const { return !events_.empty(); }
     // True while no other program holds any object.
@@ -85,7 +85,6 @@ class Automation {
     std::unique_ptr<murmelix::com::ClassObject> class_object_;
     std::deque<std::function<void()>> events_;
     VARIANT_BOOL enable_default_ = VARIANT_TRUE; // what a sink may clear; the client has no own action to leave out
-    bool delivering_ = false;
 };
 
 } // namespace messenger_client

@@ -101,8 +101,8 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, LPWSTR, int) {
         case Switches::Task::register_server:
             return registerAutomation();
         case Switches::Task::unregister_server:
-            unregisterServer(automationServer());
-            return 0;
+            return unregisterServer(automationServer()) == murmelix::com::Registration::done ? 0
+                                                                                             : status_not_registered;
         case Switches::Task::send:
             return send(switches.command);
         case Switches::Task::run:

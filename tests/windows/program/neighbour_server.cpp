@@ -1,10 +1,12 @@
 #include "tests/windows/program/neighbour_server.h"
 
 #include <array>
+#include <chrono>
 #include <string>
 
 #include <windows.h>
 
+#include "common/com/numbered.h"
 #include "common/com/server.h"
 #include "common/text.h"
 
@@ -12,11 +14,11 @@ namespace murmelix::test {
 
 namespace {
 
-using com::Access;
-using com::Call;
-using com::Member;
 using com::Ptr;
 using com::Variant;
+using com::numbered::Access;
+using com::numbered::Call;
+using com::numbered::Member;
 
 constexpr CLSID classId(int number) {
     return {0x4C1B6E11, 0x52F0, 0x4D07, {0x9A, 0x3E, 0x21, 0x6F, 0x0B, 0xC4, 0xD8, static_cast<BYTE>(number)}};
@@ -32,13 +34,15 @@ com::ServerClass serverClass(int number) {
 constexpr IID messenger_events{0xC9A6A6B6, 0x9BC1, 0x43A5, {0xB0, 0x6B, 0xE5, 0x88, 0x74, 0xEE, 0xBC, 0x96}};
 constexpr IID agent_events{0xF5BE8BD4, 0x7DE6, 0x11D0, {0x91, 0xFE, 0x00, 0xC0, 0x4F, 0xD7, 0x01, 0xA5}};
 
+constexpr std::chrono::seconds patience{30};
+
 [[noreturn]] void die() {
     TerminateProcess(GetCurrentProcess(), 1);
     std::abort();
 }
 
-class Contact final : public com::Served {
-    std::span<const Member> members() const override {
+class Contact final : public com::numbered::Served {
+    std::span<const Member> numbered() const override {
         static const std::vector<Member> all{{L"FriendlyName", 1536, Access::get}, {L"SigninName", 1538, Access::get}};
         return all;
     }
@@ -47,8 +51,8 @@ class Contact final : public com::Served {
     }
 };
 
-class ContactList final : public com::Served {
-    std::span<const Member> members() const override {
+class ContactList final : public com::numbered::Served {
+    std::span<const Member> numbered() const override {
         static const std::vector<Member> all{{L"Item", 0, Access::get, {L"Index"}, 1}, {L"Count", 1792, Access::get}};
         return all;
     }
@@ -64,8 +68,8 @@ class ContactList final : public com::Served {
 };
 
 // Answers the conversation's members itself, as a window does whose other interface cannot cross processes.
-class Window final : public com::Served {
-    std::span<const Member> members() const override {
+class Window final : public com::numbered::Served {
+    std::span<const Member> numbered() const override {
         static const std::vector<Member> all{{L"HWND", 2048, Access::get},   {L"Left", 2049, Access::get},
                                              {L"Top", 2050, Access::get},    {L"Width", 2051, Access::get},
                                              {L"Height", 2052, Access::get}, {L"Contacts", 2057, Access::get},
@@ -83,12 +87,12 @@ class Window final : public com::Served {
     }
 };
 
-class Messenger final : public com::Served {
+class Messenger final : public com::numbered::Served {
   public:
     Messenger() = default;
 
   private:
-    std::span<const Member> members() const override {
+    std::span<const Member> numbered() const override {
         static const std::vector<Member> all{
             {L"MyFriendlyName", 1282, Access::get},
             {L"UnreadEmailCount", 1284, Access::get, {L"Folder"}, 1},
@@ -139,27 +143,28 @@ class Messenger final : public com::Served {
         source_.fire(1042, {window});
         source_.fire(9999, {});
         source_.fire(1032, {});
+        com::waitForEvents(patience); // so that they arrive in the middle of the call
     }
 
     com::EventSource source_{*this, messenger_events};
 };
 
 // An object with one property, or whatever a member of the Agent hands out.
-class Request final : public com::Served {
-    std::span<const Member> members() const override { return {}; }
+class Request final : public com::numbered::Served {
+    std::span<const Member> numbered() const override { return {}; }
     Variant invoke(const Call&) override { return {}; }
 };
 
-class AudioOutput final : public com::Served {
-    std::span<const Member> members() const override {
+class AudioOutput final : public com::numbered::Served {
+    std::span<const Member> numbered() const override {
         static const std::vector<Member> all{{L"Enabled", 1, Access::get}};
         return all;
     }
     Variant invoke(const Call&) override { return Variant(true); }
 };
 
-class Balloon final : public com::Served {
-    std::span<const Member> members() const override {
+class Balloon final : public com::numbered::Served {
+    std::span<const Member> numbered() const override {
         static const std::vector<Member> all{{L"Style", 16, Access::get_put}};
         return all;
     }
@@ -175,8 +180,8 @@ class Balloon final : public com::Served {
     }
 };
 
-class Character final : public com::Served {
-    std::span<const Member> members() const override {
+class Character final : public com::numbered::Served {
+    std::span<const Member> numbered() const override {
         static const std::vector<Member> all{{L"Visible", 2, Access::get},
                                              {L"Left", 3, Access::get},
                                              {L"Play", 13, Access::method, {L"Animation"}, 1},
@@ -212,8 +217,8 @@ class Character final : public com::Served {
     }
 };
 
-class Characters final : public com::Served {
-    std::span<const Member> members() const override {
+class Characters final : public com::numbered::Served {
+    std::span<const Member> numbered() const override {
         static const std::vector<Member> all{{L"Load", 1, Access::method, {L"CharacterID", L"LoadKey"}, 1},
                                              {L"Unload", 2, Access::method, {L"CharacterID"}, 1},
                                              {L"Character", 3, Access::method, {L"CharacterID"}, 1}};
@@ -230,16 +235,16 @@ class Characters final : public com::Served {
     }
 };
 
-class UserInput final : public com::Served {
-    std::span<const Member> members() const override {
+class UserInput final : public com::numbered::Served {
+    std::span<const Member> numbered() const override {
         static const std::vector<Member> all{{L"Name", 1, Access::get}};
         return all;
     }
     Variant invoke(const Call&) override { return Variant(u"ann@testQ%"); }
 };
 
-class Agent final : public com::Served {
-    std::span<const Member> members() const override {
+class Agent final : public com::numbered::Served {
+    std::span<const Member> numbered() const override {
         static const std::vector<Member> all{{L"Characters", 3, Access::get},
                                              {L"AudioOutput", 4, Access::get},
                                              {L"Connected", 9, Access::get_put},
@@ -266,6 +271,7 @@ class Agent final : public com::Served {
             source_.fire(19, {Variant(u"ann@test")});
             source_.fire(21, {});
             source_.fire(12, {});
+            com::waitForEvents(patience);
             return {};
         }
     }
