@@ -1,6 +1,10 @@
 #pragma once
 
 #include "ui/form.h"
+#include "ui/label.h"
+#include "ui/line.h"
+#include "ui/link_label.h"
+#include "ui/picture_box.h"
 
 namespace murmelix {
 

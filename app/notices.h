@@ -5,7 +5,13 @@
 #include <string>
 #include <vector>
 
+#include "ui/button.h"
+#include "ui/check_box.h"
 #include "ui/form.h"
+#include "ui/label.h"
+#include "ui/line.h"
+#include "ui/link_label.h"
+#include "ui/picture_box.h"
 
 namespace murmelix {
 

@@ -14,7 +14,9 @@
 #include "common/keyed_collection.h"
 #include "controls/c_item.h"
 #include "controls/property_bag.h"
-#include "ui/control.h"
+#include "ui/frame.h"
+#include "ui/picture_box.h"
+#include "ui/scroll_bar.h"
 
 namespace murmelix {
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "common/text.h"
 #include "ui/form.h"
 #include "ui/native.h"
 #include "ui/screen.h"
@@ -15,12 +16,6 @@ bool covers(const Rect& front, const Rect& back) {
            front.top + front.height >= back.top + back.height;
 }
 
-void raise(const std::function<void()>& event) {
-    if (event) {
-        event();
-    }
-}
-
 } // namespace
 
 int toPixels(int twips) {
@@ -32,15 +27,26 @@ int toTwips(int pixels) {
     return static_cast<int>(pixels * twipsPerPixel());
 }
 
-Control::Control(Control* parent, Kind kind, const std::u16string& caption, std::uintptr_t)
-    : parent_(parent), caption_(caption) {
-    if (!parent) {
-        return;
+char16_t mnemonicOf(const std::u16string& caption) {
+    for (std::size_t at = 0; at + 1 < caption.size(); ++at) {
+        if (caption[at] != u'&') {
+            continue;
+        }
+        if (caption[at + 1] != u'&') {
+            return toUpper(caption[at + 1]);
+        }
+        ++at;
     }
-    handle_ = native::createControl(*this, kind, parent->handle_, caption);
-    parent->children_.push_back(this);
-    parent->stacking_.push_back(this);
+    return 0;
 }
+
+Control::Control(Control& parent, Make make, const std::u16string& caption) : parent_(&parent), caption_(caption) {
+    handle_ = make(*this, parent.handle_, caption);
+    parent.children_.push_back(this);
+    parent.stacking_.push_back(this);
+}
+
+Control::Control(const std::u16string& caption) : caption_(caption) {}
 
 Control::~Control() {
     if (parent_) {
@@ -63,6 +69,10 @@ Form& Control::form() {
         top = top->parent_;
     }
     return static_cast<Form&>(*top);
+}
+
+const Form& Control::form() const {
+    return const_cast<Control*>(this)->form();
 }
 
 void Control::setCaption(const std::u16string& caption) {
@@ -97,6 +107,28 @@ void Control::setToolTipText(const std::u16string& tip) {
 void Control::setUseMnemonic(bool use) {
     use_mnemonic_ = use;
     native::setUseMnemonic(handle_, use);
+}
+
+Colour Control::BackColor() const {
+    const Control* of = this;
+    while (of->back_color_ == inherited_colour && of->parent_) {
+        of = of->parent_;
+    }
+    return of->back_color_ == inherited_colour ? button_face : of->back_color_;
+}
+
+void Control::setBackColor(Colour colour) {
+    if (colour != back_color_) {
+        back_color_ = colour;
+        native::invalidate(handle_);
+    }
+}
+
+void Control::setForeColor(Colour colour) {
+    if (colour != fore_color_) {
+        fore_color_ = colour;
+        native::invalidate(handle_);
+    }
 }
 
 Size Control::sizeFor(const std::u16string& caption, int width) const {
@@ -165,6 +197,14 @@ void Control::SetFocus() {
     onFocus();
 }
 
+bool Control::Focused() const {
+    return form().focused() == this;
+}
+
+char16_t Control::mnemonic() const {
+    return use_mnemonic_ ? mnemonicOf(caption_) : char16_t{0};
+}
+
 bool Control::covered() const {
     if (!parent_) {
         return false;
@@ -204,114 +244,8 @@ void Control::onFocus() {
     raise(GotFocus);
 }
 
-Frame::Frame(Control& parent, const std::u16string& caption, Border border)
-    : Control(&parent, border == Border::line ? Kind::frame : Kind::panel, caption) {}
-
-void Label::setHeading() {
-    native::setHeading(handle_);
-}
-
-void Label::setCentered() {
-    native::setCentered(handle_);
-}
-
-void CheckBox::setValue(std::int16_t value) {
-    const std::int16_t wanted = value != 0 ? 1 : 0;
-    if (wanted == value_) {
-        return;
-    }
-    value_ = wanted;
-    native::setChecked(handle_, wanted != 0);
-    raise(Click);
-}
-
-TextBox::TextBox(Control& parent, const std::u16string& text) : Control(&parent, Kind::text_box, text), text_(text) {}
-
-void TextBox::setText(const std::u16string& text) {
-    if (text == text_) {
-        return;
-    }
-    text_ = text;
-    native::setCaption(handle_, text);
-    raise(Change);
-}
-
-void TextBox::onText(const std::u16string& text) {
-    if (text == text_) {
-        return;
-    }
-    text_ = text;
-    raise(Change);
-}
-
-void DropDownList::Clear() {
-    items_.clear();
-    index_ = -1;
-    native::clearItems(handle_);
-}
-
-void DropDownList::AddItem(const std::u16string& text) {
-    items_.push_back(text);
-    native::addItem(handle_, text);
-}
-
-void DropDownList::setItems(std::vector<std::u16string> items) {
-    index_ = -1;
-    if (items == items_) {
-        return native::selectItem(handle_, index_);
-    }
-    items_ = std::move(items);
-    native::setItems(handle_, items_);
-}
-
-void DropDownList::setListIndex(int index) {
-    const int wanted = index >= 0 && index < ListCount() ? index : -1;
-    if (wanted == index_) {
-        return;
-    }
-    index_ = wanted;
-    native::selectItem(handle_, wanted);
-    raise(Click);
-}
-
-void DropDownList::onPick(int index) {
-    index_ = index >= 0 && index < ListCount() ? index : -1;
-    raise(Click);
-}
-
-void ScrollBar::setValue(int value) {
-    const int wanted = std::clamp(value, 0, max_);
-    if (wanted == value_) {
-        return;
-    }
-    value_ = wanted;
-    native::setScroll(handle_, value_, max_, page_);
-    raise(Change);
-}
-
-void ScrollBar::setRange(int max, int page) {
-    const int old = value_;
-    max_ = std::max(max, 0);
-    page_ = std::max(page, 1);
-    value_ = std::min(value_, max_);
-    native::setScroll(handle_, value_, max_, page_);
-    if (value_ != old) {
-        raise(Change);
-    }
-}
-
-void PictureBox::setSunken(bool sunken) {
-    native::setSunken(handle_, sunken);
-}
-
-void PictureBox::setPicture(const Picture& picture) {
-    picture_ = picture;
-    native::setPicture(handle_, picture);
-}
-
-void PictureBox::resized() {
-    native::attach(surface_, handle_);
-    raise(Resize);
+void Control::onFocusLost() {
+    raise(LostFocus);
 }
 
 } // namespace murmelix::ui

@@ -1,7 +1,5 @@
 #include "ui/file_list.h"
 
-#include "ui/native.h"
-
 namespace murmelix::ui {
 
 void FileList::setPath(const std::u16string& path) {

@@ -26,4 +26,9 @@ class FileList {
     int index_ = -1;
 };
 
+// Carried out by win32/file_list.cpp.
+namespace native {
+std::vector<std::u16string> files(const std::u16string& directory, const std::u16string& pattern);
+}
+
 } // namespace murmelix::ui

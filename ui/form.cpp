@@ -3,26 +3,13 @@
 #include <algorithm>
 
 #include "common/text.h"
+#include "ui/button.h"
 #include "ui/native.h"
 #include "ui/screen.h"
 
 namespace murmelix::ui {
 
 namespace {
-
-// The accelerator letter of a caption in upper case, 0 when it has none.
-char16_t mnemonicOf(const std::u16string& caption) {
-    for (std::size_t at = 0; at + 1 < caption.size(); ++at) {
-        if (caption[at] != u'&') {
-            continue;
-        }
-        if (caption[at + 1] != u'&') {
-            return toUpper(caption[at + 1]);
-        }
-        ++at;
-    }
-    return 0;
-}
 
 void collect(const std::vector<Control*>& children, std::vector<Control*>& all) {
     for (Control* child : children) {
@@ -33,68 +20,43 @@ void collect(const std::vector<Control*>& children, std::vector<Control*>& all) 
 
 } // namespace
 
-Menu::Menu(Form& form, const std::u16string& caption)
-    : form_(form), caption_(caption), position_(static_cast<int>(form.menus_.size())) {
-    form.menus_.push_back(this);
-    native::addMenu(form.handle(), *this);
-}
-
-void Menu::setCaption(const std::u16string& caption) {
-    caption_ = caption;
-    native::changeMenu(form_.handle(), *this);
-}
-
-void Menu::setEnabled(bool enabled) {
-    enabled_ = enabled;
-    native::changeMenu(form_.handle(), *this);
-}
-
-MenuItem::MenuItem(Menu& menu, const std::u16string& caption)
-    : menu_(menu), caption_(caption), position_(static_cast<int>(menu.items_.size())) {
-    menu.items_.push_back(this);
-    native::addMenuItem(menu.form().handle(), menu, *this);
-}
-
-void MenuItem::setCaption(const std::u16string& caption) {
-    caption_ = caption;
-    native::changeMenuItem(menu_.form().handle(), *this);
-}
-
-void MenuItem::setEnabled(bool enabled) {
-    enabled_ = enabled;
-    native::changeMenuItem(menu_.form().handle(), *this);
-}
-
-void MenuItem::setPicture(const Picture& picture) {
-    picture_ = picture;
-    native::setMenuItemPicture(menu_.form().handle(), *this, picture);
-}
-
-void MenuItem::onClick() {
-    if (enabled_ && Click) {
-        Click();
-    }
-}
-
-Form::Form(Form* owner, const std::u16string& caption, FormStyle style) : Control(nullptr, Kind::form, caption) {
+Form::Form(Form* owner, const std::u16string& caption, FormStyle style, const char16_t* class_name)
+    : Control(caption), style_(style) {
     visible_ = false;
-    handle_ = native::createForm(*this, owner ? owner->handle() : 0, caption, style);
+    handle_ = native::createForm(*this, owner ? owner->handle() : 0, caption, style, class_name);
 }
 
 Form::~Form() = default;
 
-void Form::Show() {
+void Form::load() {
     if (!loaded_) {
         loaded_ = true;
         Form_Load();
-        Center();
+        if (style_ != FormStyle::sizable) {
+            Center();
+        }
     }
-    visible_ = true;
-    native::show(handle_);
+}
+
+void Form::shown() {
     if (!focused_) {
         focusFirst();
     }
     markDefault();
+}
+
+void Form::Show() {
+    load();
+    visible_ = true;
+    native::show(handle_, true);
+    shown();
+}
+
+void Form::ShowInactive() {
+    load();
+    visible_ = true;
+    native::show(handle_, false);
+    shown();
 }
 
 void Form::Hide() {
@@ -137,9 +99,38 @@ void Form::Center() {
     native::center(handle_);
 }
 
+Rect Form::Place() const {
+    return native::place(handle_);
+}
+
+void Form::setPlace(const Rect& pixels) {
+    native::setPlace(handle_, pixels);
+}
+
+Form::State Form::WindowState() const {
+    return native::windowState(handle_);
+}
+
+void Form::setWindowState(State state) {
+    native::setWindowState(handle_, state);
+}
+
+void Form::Activate() {
+    native::activate(handle_);
+}
+
 void Form::onSettingsChange() {
     replace();
-    layOut();
+    onSize();
+}
+
+// Laying out can change the size, of which the window system tells at once.
+void Form::onSize() {
+    if (!laying_out_) {
+        laying_out_ = true;
+        layOut();
+        laying_out_ = false;
+    }
 }
 
 void Form::setIcon(const Picture& picture) {
@@ -147,7 +138,15 @@ void Form::setIcon(const Picture& picture) {
 }
 
 void Form::PopupMenu(Menu& menu) {
-    native::popupMenu(handle_, menu);
+    native::popupMenu(menu);
+}
+
+void Form::PopupMenu(Menu& menu, const Control& below) {
+    native::popupMenuBelow(menu, below.handle());
+}
+
+void Form::addAccelerator(const Shortcut& shortcut, std::function<void()> action) {
+    accelerators_.emplace_back(shortcut, std::move(action));
 }
 
 std::vector<Control*> Form::tabOrder() const {
@@ -194,7 +193,7 @@ void Form::keepFocus() {
 }
 
 void Form::markDefault() {
-    Control* button = dynamic_cast<Button*>(focused_) ? focused_ : DefaultButton;
+    Control* button = focused_ && focused_->canBeDefault() ? focused_ : DefaultButton;
     if (button && !button->reachable()) {
         button = nullptr;
     }
@@ -202,26 +201,23 @@ void Form::markDefault() {
         return;
     }
     if (marked_) {
-        native::setDefault(marked_->handle(), false);
+        marked_->showDefault(false);
     }
     marked_ = button;
     if (marked_) {
-        native::setDefault(marked_->handle(), true);
+        marked_->showDefault(true);
     }
 }
 
 // Among the buttons, check boxes and links of one frame.
 bool Form::moveInGroup(bool back) {
-    const auto belongs = [](const Control* control) {
-        return dynamic_cast<const Button*>(control) || dynamic_cast<const CheckBox*>(control) ||
-               dynamic_cast<const LinkLabel*>(control);
-    };
-    if (!focused_ || !belongs(focused_)) {
+    if (!focused_ || !focused_->movesByArrows()) {
         return false;
     }
     auto group = reachableOrder();
-    std::erase_if(group,
-                  [&](const Control* control) { return control->Parent() != focused_->Parent() || !belongs(control); });
+    std::erase_if(group, [&](const Control* control) {
+        return control->Parent() != focused_->Parent() || !control->movesByArrows();
+    });
     if (back) {
         std::reverse(group.begin(), group.end());
     }
@@ -235,7 +231,43 @@ bool Form::moveInGroup(bool back) {
     return true;
 }
 
-bool Form::onKey(Key key, bool shift) {
+bool Form::onAccelerator(const Shortcut& key) {
+    for (const auto& [shortcut, action] : accelerators_) {
+        if (shortcut == key) {
+            const auto does = action; // which may add others
+            does();
+            return true;
+        }
+    }
+    for (Menu* menu : menus_) {
+        for (MenuItem* item : menu->items()) {
+            if (item->shortcut() == key) {
+                raise(menu->Popup); // what it is about may be looked at only when the menu is shown
+                if (item->reachable()) {
+                    item->onClick();
+                }
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+bool Form::onKey(const Shortcut& pressed) {
+    if (focused_ && focused_->KeyPress) {
+        const auto listener = focused_->KeyPress; // which may end with its control
+        if (listener(pressed)) {
+            return true;
+        }
+    }
+    if (onAccelerator(pressed)) {
+        return true;
+    }
+    if (pressed.shift & (control_key | alt_key)) {
+        return false;
+    }
+    const Key key = pressed.key;
+    const bool shift = pressed.shift & shift_key;
     if (key == Key::tab) {
         auto order = reachableOrder();
         if (order.empty()) {
@@ -252,12 +284,11 @@ bool Form::onKey(Key key, bool shift) {
         return true;
     }
     if (key == Key::enter) {
-        Control* pressed =
-            dynamic_cast<Button*>(focused_) || dynamic_cast<LinkLabel*>(focused_) ? focused_ : DefaultButton;
-        if (!pressed || !pressed->reachable()) {
+        Control* button = focused_ && focused_->clickedByEnter() ? focused_ : DefaultButton;
+        if (!button || !button->reachable()) {
             return false;
         }
-        pressed->onClick();
+        button->onClick();
         return true;
     }
     if (key == Key::escape) {
@@ -277,13 +308,19 @@ bool Form::onKey(Key key, bool shift) {
 }
 
 bool Form::onMnemonicKey(char16_t letter) {
+    // A letter of the menu bar is the menu's, whatever else it stands for.
+    const auto opens = [&](const Menu* menu) {
+        return menu->inBar() && menu->Enabled() && mnemonicOf(menu->Caption()) == toUpper(letter);
+    };
+    if (std::any_of(menus_.begin(), menus_.end(), opens)) {
+        return false;
+    }
     const auto order = tabOrder();
     const auto start = std::find(order.begin(), order.end(), focused_);
     const std::size_t first = start == order.end() ? 0 : static_cast<std::size_t>(start - order.begin()) + 1;
     for (std::size_t i = 0; i < order.size(); ++i) {
         const std::size_t at = (first + i) % order.size();
-        if (!order[at]->UseMnemonic() || mnemonicOf(order[at]->Caption()) != toUpper(letter) ||
-            !order[at]->reachable() || dynamic_cast<TextBox*>(order[at])) {
+        if (letter == 0 || order[at]->mnemonic() != toUpper(letter) || !order[at]->reachable()) {
             continue;
         }
         if (order[at]->takesFocus()) {

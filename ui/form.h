@@ -1,81 +1,31 @@
-// Windows with their menus.
+// Windows.
 #pragma once
 
+#include <cstdint>
 #include <functional>
-#include <memory>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "ui/control.h"
+#include "ui/menu.h"
 
 namespace murmelix::ui {
 
-class Form;
-class MenuItem;
-
-// One menu of a form's menu bar.
-class Menu {
-  public:
-    Menu(Form& form, const std::u16string& caption);
-    Menu(const Menu&) = delete;
-    Menu& operator=(const Menu&) = delete;
-
-    const std::u16string& Caption() const { return caption_; }
-    void setCaption(const std::u16string& caption);
-    bool Enabled() const { return enabled_; }
-    void setEnabled(bool enabled);
-
-    Form& form() const { return form_; }
-    int position() const { return position_; } // from 0, in the menu bar
-    const std::vector<MenuItem*>& items() const { return items_; }
-
-  private:
-    friend class MenuItem;
-    Form& form_;
-    std::u16string caption_;
-    bool enabled_ = true;
-    int position_;
-    std::vector<MenuItem*> items_;
-};
-
-// An item; with the caption "-" a separator.
-class MenuItem {
-  public:
-    MenuItem(Menu& menu, const std::u16string& caption);
-    MenuItem(const MenuItem&) = delete;
-    MenuItem& operator=(const MenuItem&) = delete;
-
-    const std::u16string& Caption() const { return caption_; }
-    void setCaption(const std::u16string& caption);
-    bool Enabled() const { return enabled_; }
-    void setEnabled(bool enabled);
-    bool separator() const { return caption_ == u"-"; }
-    // As the checked and the unchecked bitmap of the item.
-    void setPicture(const Picture& picture);
-    const Picture& picture() const { return picture_; }
-
-    Menu& menu() const { return menu_; }
-    int position() const { return position_; } // from 0, in its menu
-    std::function<void()> Click;
-    void onClick();
-
-  private:
-    Menu& menu_;
-    std::u16string caption_;
-    bool enabled_ = true;
-    int position_;
-    Picture picture_;
-};
-
-enum class FormStyle { window, dialog };
+// A window that can be minimised; one that can be resized and maximised as well; a dialogue box.
+enum class FormStyle { window, sizable, dialog };
 
 class Form : public Control {
   public:
-    Form(Form* owner, const std::u16string& caption, FormStyle style);
+    // `class_name`: by which other programs find the window; the toolkit's own where there is none.
+    Form(Form* owner, const std::u16string& caption, FormStyle style, const char16_t* class_name = nullptr);
     ~Form() override;
 
     // Loads it first where it is not loaded.
     void Show();
+    // The same, but whoever is at work stays so.
+    void ShowInactive();
     void Hide();
     // Returns when it is hidden or unloaded; its owner takes no input meanwhile.
     void ShowModal();
@@ -88,29 +38,55 @@ class Form : public Control {
     virtual void onClose() { Unload(); }
     // Escape, without a cancel button; tells whether the key was of use.
     virtual bool onEscape() { return false; }
+    // The session of the user ends.
+    virtual void onSessionEnd() {}
+    // It was activated; tells whether it has given the focus to one of its controls.
+    virtual bool onActivate() { return false; }
     // Gives the controls their places: at first by the form itself, then again whenever what they were measured with
-    // has changed.
+    // has changed, or the form's size.
     virtual void layOut() {}
     void onSettingsChange();
+    void onSize();
+    bool sizable() const { return style_ == FormStyle::sizable; }
 
     // Width of the whole window, with its border; twips.
     void setWidth(int twips);
     int ScaleWidth() const; // of the inside
     int ScaleHeight() const;
     void setScale(int width, int height);
+    // The least size of the inside that the user can give it; twips.
+    void setLeastScale(int width, int height) { least_scale_ = {width, height}; }
+    const Size& leastScale() const { return least_scale_; }
     // In the middle of its owner where that is shown, else of the screen.
     void Center();
+    // Where it is: the whole window on the screen, in pixels.
+    Rect Place() const;
+    void setPlace(const Rect& pixels);
     void setIcon(const Picture& picture);
+    enum class State { normal, minimized, maximized };
+    State WindowState() const;
+    void setWindowState(State state);
+    // To the front, with the keyboard.
+    void Activate();
 
-    // At the mouse.
+    // At the mouse, or where it was asked for by the keyboard.
     void PopupMenu(Menu& menu);
+    // Below a control.
+    void PopupMenu(Menu& menu, const Control& below);
     const std::vector<Menu*>& menus() const { return menus_; }
+    // A key that does something wherever the focus is. Those of menu items are heard by themselves.
+    void addAccelerator(const Shortcut& shortcut, std::function<void()> action);
 
     Button* DefaultButton = nullptr; // Enter
     Button* CancelButton = nullptr;  // Escape
+    // The user pressed a key or a mouse button in it, or chose from its menus.
+    std::function<void()> UserActs;
+    // Another program sent data; the result is the answer to it.
+    std::function<std::intptr_t(std::uintptr_t kind, std::string_view data)> DataReceived;
 
     // The keyboard. Each tells whether the key was of use.
-    bool onKey(Key key, bool shift);
+    bool onKey(const Shortcut& key);
+    bool onKey(Key key, bool shift) { return onKey({key, shift ? shift_key : 0}); }
     bool onMnemonicKey(char16_t letter);
     Control* focused() const { return focused_; }
 
@@ -120,18 +96,44 @@ class Form : public Control {
   private:
     friend class Control;
     friend class Menu;
+    friend class MenuItem;
     std::vector<Control*> tabOrder() const;
     std::vector<Control*> reachableOrder() const;
+    void load();
+    void shown();
     void focusFirst();
     // What cannot be reached any more loses the focus to what comes after it.
     void keepFocus();
     // The button that Enter presses is drawn so.
     void markDefault();
     bool moveInGroup(bool back);
+    bool onAccelerator(const Shortcut& key);
 
+    FormStyle style_;
+    Size least_scale_;
+    bool laying_out_ = false;
     Control* focused_ = nullptr;
     Control* marked_ = nullptr; // the button that is drawn as the default one
     std::vector<Menu*> menus_;
+    std::vector<std::pair<Shortcut, std::function<void()>>> accelerators_;
 };
+
+// Carried out by win32/form.cpp. Rectangles are pixels.
+namespace native {
+Handle createForm(Form& form, Handle owner, const std::u16string& caption, FormStyle style, const char16_t* class_name);
+void setOuterWidth(Handle form, int pixels); // stays on the screen where it can
+void setInnerSize(Handle form, int width, int height);
+void center(Handle form); // on its owner, else on the screen
+Rect innerBounds(Handle form);
+Rect place(Handle form);
+void setPlace(Handle form, const Rect& place);
+void setIcon(Handle form, const Picture& picture);
+void show(Handle form, bool active);
+Form::State windowState(Handle form);
+void setWindowState(Handle form, Form::State state);
+void activate(Handle form);
+// Serves this window and not its owner until it is hidden.
+void runModal(const Form& form);
+} // namespace native
 
 } // namespace murmelix::ui

@@ -1,6 +1,8 @@
 // The screen, and the loop that all windows live on.
 #pragma once
 
+#include <functional>
+
 namespace murmelix::ui {
 
 // The same horizontally and vertically: 15 at 96 dots an inch, 7.5 at 192.
@@ -8,7 +10,15 @@ double twipsPerPixel();
 int toPixels(int twips);
 int toTwips(int pixels);
 
-// Serves the windows of this thread until the process ends.
-void runMessageLoop();
+// Serves the windows of this thread until the process ends, or until quitMessageLoop, whose status is the result.
+int runMessageLoop();
+void quitMessageLoop(int status = 0);
+
+// Has something done by the loop of the thread that has windows, soon and in order; from any thread. Nothing posted is
+// lost, however full the system's queue is.
+void post(std::function<void()> action);
+
+// The sound of something that was refused.
+void beep();
 
 } // namespace murmelix::ui

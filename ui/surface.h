@@ -1,6 +1,7 @@
-// What a picture box shows: a picture kept in memory, drawn on in pixels, copied to the screen by Refresh.
+// A picture in memory, drawn on in pixels: what a picture box shows when it is refreshed, a row of a list, a button.
 #pragma once
 
+#include <initializer_list>
 #include <memory>
 #include <string_view>
 
@@ -20,6 +21,8 @@ class Surface {
 
     // Points; 0 is the size of the system's font.
     void setFontSize(double points);
+    // Of the system's font, in percent.
+    void setFontScale(int percent);
     void setFontBold(bool bold);
     void setFontUnderline(bool underline);
     int TextWidth(std::u16string_view text) const;
@@ -29,6 +32,17 @@ class Surface {
     void Fill(const Rect& pixels, Colour colour);
     void Print(int x, int y, std::u16string_view text, Colour colour);
     void PaintPicture(const Picture& picture, int x, int y);
+    // One line in the middle of the height; what does not fit ends with an ellipsis.
+    enum class Align { left, center };
+    void PrintIn(const Rect& pixels, std::u16string_view text, Colour colour, Align align = Align::left);
+    // From one colour at the top to the other at the bottom.
+    void Gradient(const Rect& pixels, Colour top, Colour bottom);
+    void Ellipse(const Rect& pixels, Colour inside, Colour edge);
+    // A line of one pixel around, inside the edge.
+    void FrameRect(const Rect& pixels, Colour colour);
+    void Polyline(std::initializer_list<Point> points, Colour colour, int thickness);
+    // The mark of the keyboard's focus.
+    void FocusRect(const Rect& pixels);
     // Shows what was drawn since the last time.
     void Refresh();
 

@@ -1,7 +1,5 @@
 #include "ui/timer.h"
 
-#include "ui/native.h"
-
 namespace murmelix::ui {
 
 Timer::~Timer() {
@@ -17,6 +15,14 @@ void Timer::setEnabled(bool enabled) {
         handle_ = native::startTimer(*this, interval_);
     } else {
         native::stopTimer(handle_);
+    }
+}
+
+void Timer::setInterval(int milliseconds) {
+    interval_ = milliseconds;
+    if (enabled_) {
+        setEnabled(false);
+        setEnabled(true);
     }
 }
 

@@ -14,6 +14,7 @@ class Timer {
     Timer& operator=(const Timer&) = delete;
 
     int Interval() const { return interval_; }
+    void setInterval(int milliseconds); // counts from now
     bool Enabled() const { return enabled_; }
     void setEnabled(bool enabled);
     std::function<void()> Tick;
@@ -25,5 +26,11 @@ class Timer {
     bool ticking_ = false;
     std::uintptr_t handle_ = 0;
 };
+
+// Carried out by win32/timer.cpp.
+namespace native {
+std::uintptr_t startTimer(Timer& timer, int milliseconds);
+void stopTimer(std::uintptr_t timer);
+} // namespace native
 
 } // namespace murmelix::ui

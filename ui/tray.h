@@ -4,7 +4,7 @@
 #include <array>
 #include <cstdint>
 
-#include "ui/control.h"
+#include "ui/picture_box.h"
 
 namespace murmelix::ui {
 

@@ -12,6 +12,11 @@ struct Rect {
     bool operator==(const Rect&) const = default;
 };
 
+struct Point {
+    int x = 0, y = 0;
+    bool operator==(const Point&) const = default;
+};
+
 struct Size {
     int width = 0, height = 0;
     bool operator==(const Size&) const = default;
@@ -19,12 +24,17 @@ struct Size {
 
 // 0x00BBGGRR, or 0x80000000 + the number of a system colour.
 using Colour = std::uint32_t;
+constexpr Colour rgb(unsigned red, unsigned green, unsigned blue) {
+    return red | green << 8 | blue << 16;
+}
 inline constexpr Colour window_background = 0x80000005;
 inline constexpr Colour highlight = 0x8000000D;
 inline constexpr Colour highlight_text = 0x8000000E;
 inline constexpr Colour button_face = 0x8000000F;
 inline constexpr Colour grey_text = 0x80000011;
 inline constexpr Colour button_text = 0x80000012;
+inline constexpr Colour window_text = 0x80000008;
+inline constexpr Colour inherited_colour = 0xFFFFFFFF; // that of what it is in
 
 // A picture of the program's resources; `size` is its width and height in pixels at 96 dots an inch. Without a name it
 // is no picture.
@@ -35,10 +45,54 @@ struct Picture {
     bool operator==(const Picture&) const = default;
 };
 
-enum class Key { tab, enter, escape, up, down, left, right, other };
+enum class Key {
+    tab,
+    enter,
+    escape,
+    up,
+    down,
+    left,
+    right,
+    space,
+    insert,
+    del,
+    home,
+    end,
+    page_up,
+    page_down,
+    f1,
+    f2,
+    f3,
+    f4,
+    f5,
+    f6,
+    f7,
+    f8,
+    f9,
+    f10,
+    f11,
+    f12,
+    letter, // or digit
+    other
+};
 
 // Those held are added up.
 enum MouseButton : int { left_button = 1, right_button = 2, middle_button = 4 };
 enum ShiftKey : int { shift_key = 1, control_key = 2, alt_key = 4 };
+
+// A key with those held beside it: `{Key::f2}`, `{u'N', control_key}`.
+struct Shortcut {
+    constexpr Shortcut() = default;
+    constexpr Shortcut(Key of_key, int held = 0) : key(of_key), shift(held) {}
+    constexpr Shortcut(char16_t upper_case, int held) : key(Key::letter), letter(upper_case), shift(held) {}
+    explicit operator bool() const { return key != Key::other; }
+    bool operator==(const Shortcut&) const = default;
+
+    Key key = Key::other;
+    char16_t letter = 0; // upper case, or a digit; of Key::letter alone
+    int shift = 0;       // ShiftKeys
+};
+// As menus show it: "Ctrl+N".
+std::u16string nameOf(const Shortcut& shortcut);
 
 } // namespace murmelix::ui

@@ -11,7 +11,7 @@
 #include "common/ansi.h"
 #include "common/com/counted.h"
 #include "common/com/server.h"
-#include "ui/native.h"
+#include "ui/picture_box.h"
 #include "ui/win32/windows.h"
 
 namespace murmelix::ui {

@@ -6,7 +6,7 @@
 #include <oleidl.h>
 
 #include "common/com/handles.h"
-#include "ui/control.h"
+#include "ui/picture_box.h"
 
 namespace murmelix::ui::win32 {
 

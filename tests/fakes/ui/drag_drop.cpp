@@ -1,6 +1,6 @@
 #include "tests/fakes/ui/drag_drop.h"
 
-#include "ui/native.h"
+#include "ui/picture_box.h"
 
 namespace murmelix {
 

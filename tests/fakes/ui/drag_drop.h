@@ -4,7 +4,7 @@
 #include <functional>
 #include <vector>
 
-#include "ui/control.h"
+#include "ui/picture_box.h"
 
 namespace murmelix::fakes {
 

@@ -1,7 +1,7 @@
 #include "ui/surface.h"
 
 #include "tests/fakes/ui/windows.h"
-#include "ui/native.h"
+#include "ui/picture_box.h"
 
 namespace murmelix {
 
@@ -9,6 +9,7 @@ struct ui::Surface::Impl {
     int width = 0, height = 0, refreshes = 0;
     bool bold = false, underline = false;
     double points = 0;
+    int percent = 100;
     ui::Colour background = 0;
     std::vector<fakes::Drawing> drawings;
 };
@@ -25,6 +26,22 @@ int refreshes(ui::Surface& surface) {
 
 ui::Colour background(ui::Surface& surface) {
     return surface.impl().background;
+}
+
+std::vector<Drawing> drawn(const ui::ListBox& list, int index, int width, int height, const ui::ListBox::Looks& looks) {
+    ui::Surface surface;
+    surface.impl().width = width;
+    surface.impl().height = height;
+    list.onDraw(surface, index, looks);
+    return surface.impl().drawings;
+}
+
+std::vector<Drawing> drawn(const ui::Button& button, int width, int height, const ui::Button::Looks& looks) {
+    ui::Surface surface;
+    surface.impl().width = width;
+    surface.impl().height = height;
+    button.draw()(surface, looks);
+    return surface.impl().drawings;
 }
 
 } // namespace fakes
@@ -46,6 +63,10 @@ int Surface::Height() const {
 
 void Surface::setFontSize(double points) {
     impl_->points = points;
+}
+
+void Surface::setFontScale(int percent) {
+    impl_->percent = percent;
 }
 
 void Surface::setFontBold(bool bold) {
@@ -85,6 +106,32 @@ void Surface::Print(int x, int y, std::u16string_view text, Colour colour) {
 
 void Surface::PaintPicture(const Picture& picture, int x, int y) {
     impl_->drawings.push_back({Drawing::Kind::picture, {x, y, 0, 0}, 0, picture.name});
+}
+
+void Surface::PrintIn(const Rect& pixels, std::u16string_view text, Colour colour, Align) {
+    impl_->drawings.push_back(
+        {Drawing::Kind::text, pixels, colour, std::u16string(text), impl_->bold, impl_->underline, impl_->points});
+}
+
+void Surface::Gradient(const Rect& pixels, Colour top, Colour) {
+    impl_->drawings.push_back({Drawing::Kind::gradient, pixels, top});
+}
+
+void Surface::Ellipse(const Rect& pixels, Colour inside, Colour) {
+    impl_->drawings.push_back({Drawing::Kind::ellipse, pixels, inside});
+}
+
+void Surface::FrameRect(const Rect& pixels, Colour colour) {
+    impl_->drawings.push_back({Drawing::Kind::frame, pixels, colour});
+}
+
+void Surface::Polyline(std::initializer_list<Point> points, Colour colour, int) {
+    const Point first = points.size() > 0 ? *points.begin() : Point{};
+    impl_->drawings.push_back({Drawing::Kind::line, {first.x, first.y, 0, 0}, colour});
+}
+
+void Surface::FocusRect(const Rect& pixels) {
+    impl_->drawings.push_back({Drawing::Kind::focus, pixels});
 }
 
 void Surface::Refresh() {

@@ -1,5 +1,8 @@
 #include "tests/fakes/ui/windows.h"
 
+#include <algorithm>
+
+#include "ui/message_box.h"
 #include "ui/native.h"
 #include "ui/screen.h"
 
@@ -12,56 +15,137 @@ Screen& screen() {
     return the_screen;
 }
 
-bool click(ui::Control& control) {
+namespace {
+
+// As a user gets at it: the focus goes there first.
+bool reach(ui::Control& control) {
     if (!control.reachable()) {
         return false;
     }
     if (control.takesFocus()) {
         control.SetFocus();
     }
+    ui::raise(control.form().UserActs);
+    return true;
+}
+
+std::u16string plain(std::u16string_view caption) {
+    std::u16string text;
+    for (std::size_t i = 0; i < caption.size(); ++i) {
+        if (caption[i] == u'&' && i + 1 < caption.size()) {
+            ++i;
+        }
+        text += caption[i];
+    }
+    return text;
+}
+
+} // namespace
+
+bool click(ui::Control& control) {
+    if (!reach(control)) {
+        return false;
+    }
     control.onClick();
     return true;
 }
 
 bool type(ui::TextBox& box, const std::u16string& text) {
-    if (!box.reachable()) {
+    if (!reach(box)) {
         return false;
     }
-    box.SetFocus();
     box.onText(text);
     return true;
 }
 
-bool pick(ui::DropDownList& list, int index) {
-    if (!list.reachable()) {
+bool type(ui::ComboBox& box, const std::u16string& text) {
+    if (!reach(box)) {
         return false;
     }
-    list.SetFocus();
+    box.onText(text);
+    return true;
+}
+
+bool type(ui::RichTextBox& box, const std::u16string& text) {
+    if (!reach(box)) {
+        return false;
+    }
+    screen().texts[box.handle()] = text;
+    return true;
+}
+
+bool pick(ui::DropDownList& list, int index) {
+    if (!reach(list)) {
+        return false;
+    }
     list.onPick(index);
     return true;
 }
 
-bool choose(ui::MenuItem& item) {
-    if (!item.Enabled() || item.separator()) {
+bool pick(ui::ComboBox& box, int index) {
+    if (!reach(box)) {
         return false;
     }
+    box.onPick(index);
+    return true;
+}
+
+bool pick(ui::ListBox& list, int index) {
+    if (!reach(list)) {
+        return false;
+    }
+    list.onPick(index);
+    return true;
+}
+
+bool doubleClick(ui::ListBox& list, int index) {
+    if (!pick(list, index)) {
+        return false;
+    }
+    ui::raise(list.DblClick);
+    return true;
+}
+
+bool askForMenu(ui::Control& control) {
+    if (!reach(control)) {
+        return false;
+    }
+    ui::raise(control.ContextMenu);
+    return true;
+}
+
+bool choose(ui::MenuItem& item) {
+    ui::raise(item.menu().Popup);
+    if (!item.reachable()) {
+        return false;
+    }
+    ui::raise(item.menu().form().UserActs);
     item.onClick();
     return true;
 }
 
+ui::MenuItem* find(ui::Menu& menu, std::u16string_view caption) {
+    ui::raise(menu.Popup);
+    const auto found = std::find_if(menu.items().begin(), menu.items().end(),
+                                    [&](const ui::MenuItem* item) { return plain(item->Caption()) == caption; });
+    return found == menu.items().end() ? nullptr : *found;
+}
+
+bool key(ui::Form& form, const ui::Shortcut& key) {
+    ui::raise(form.UserActs);
+    return form.onKey(key);
+}
+
+bool accelerator(ui::Form& form, char16_t letter) {
+    return form.onMnemonicKey(letter);
+}
+
 void press(ui::PictureBox& box, double x, double y, int button) {
-    if (!box.reachable()) {
+    if (!reach(box)) {
         return;
     }
-    if (box.takesFocus()) {
-        box.SetFocus();
-    }
-    if (box.MouseDown) {
-        box.MouseDown(button, 0, x, y);
-    }
-    if (box.MouseUp) {
-        box.MouseUp(button, 0, x, y);
-    }
+    ui::raise(box.MouseDown, button, 0, x, y);
+    ui::raise(box.MouseUp, button, 0, x, y);
     if (button == ui::left_button) {
         box.onClick();
     }
@@ -69,6 +153,26 @@ void press(ui::PictureBox& box, double x, double y, int button) {
 
 void tick(ui::Timer& timer) {
     timer.onTick();
+}
+
+void close(ui::Form& form) {
+    form.onClose();
+}
+
+void resize(ui::Form& form, int width, int height) {
+    ui::Rect& bounds = screen().bounds[form.handle()];
+    bounds.width = ui::toPixels(std::max(width, form.leastScale().width));
+    bounds.height = ui::toPixels(std::max(height, form.leastScale().height));
+    form.onSize();
+}
+
+void runPosted() {
+    constexpr int most = 10000; // beyond it something posts itself for ever
+    for (int i = 0; i < most && !screen().posted.empty(); ++i) {
+        const auto action = screen().posted.front();
+        screen().posted.erase(screen().posted.begin());
+        action();
+    }
 }
 
 } // namespace fakes
@@ -79,36 +183,63 @@ double twipsPerPixel() {
     return fakes::screen().twips_per_pixel;
 }
 
+int runMessageLoop() {
+    fakes::runPosted();
+    return fakes::screen().quit.value_or(0);
+}
+
+void quitMessageLoop(int status) {
+    fakes::screen().quit = status;
+}
+
+void post(std::function<void()> action) {
+    fakes::screen().posted.push_back(std::move(action));
+}
+
+void beep() {
+    ++fakes::screen().beeps;
+}
+
+int messageBox(const Form*, const std::u16string& text, int style, const std::u16string& title) {
+    constexpr int ok = 1;
+    auto& screen = fakes::screen();
+    screen.message_boxes.push_back({text, style, title});
+    return screen.answer ? screen.answer(screen.message_boxes.back()) : ok;
+}
+
 void shellNotifyIcon(TrayMessage message, const TrayIconRecord& record) {
     fakes::screen().tray_calls.push_back({message, record});
 }
 
 namespace native {
 
-namespace {
-
-Handle nextHandle() {
+Handle newHandle(Control& control) {
     static Handle last = 0;
-    return ++last;
-}
-
-} // namespace
-
-Handle createControl(Control&, Kind, Handle, const std::u16string&) {
-    return nextHandle();
-}
-
-Handle createForm(Form&, Handle, const std::u16string&, FormStyle) {
-    return nextHandle();
+    fakes::screen().controls[++last] = &control;
+    return last;
 }
 
 void destroy(Handle control) {
     fakes::screen().bounds.erase(control);
+    fakes::screen().controls.erase(control);
+    fakes::screen().texts.erase(control);
+    fakes::screen().runs.erase(control);
+    if (fakes::screen().focus == control) {
+        fakes::screen().focus = 0;
+    }
 }
 
 void setVisible(Handle control, bool visible) {
     if (!visible) {
         fakes::screen().hidden.push_back(control);
+    }
+}
+
+void setFocus(Handle control) {
+    const Handle before = std::exchange(fakes::screen().focus, control);
+    const auto lost = fakes::screen().controls.find(before);
+    if (before != control && lost != fakes::screen().controls.end()) {
+        lost->second->onFocusLost();
     }
 }
 
@@ -125,66 +256,16 @@ void setBounds(Handle control, const Rect& pixels) {
     fakes::screen().bounds[control] = pixels;
 }
 
-void setOuterWidth(Handle form, int pixels) {
-    fakes::screen().bounds[form].width = pixels - fakes::border_pixels;
-}
-
-void setInnerSize(Handle form, int width, int height) {
-    fakes::screen().bounds[form] = {0, 0, width, height};
-}
-
-Rect innerBounds(Handle form) {
-    return fakes::screen().bounds[form];
-}
-
-void runModal(const Form& form) {
-    if (fakes::screen().while_modal) {
-        fakes::screen().while_modal(form);
-    }
-}
-
-void popupMenu(Handle, const Menu& menu) {
-    fakes::screen().popups.push_back(&menu);
-}
-
-Handle startTimer(Timer&, int) {
-    return nextHandle();
-}
-
-std::vector<std::u16string> files(const std::u16string& directory, const std::u16string&) {
-    return fakes::screen().files[directory];
+void setCaption(Handle control, const std::u16string& caption) {
+    fakes::screen().texts[control] = caption;
 }
 
 // All else is kept by the controls themselves.
-void setCaption(Handle, const std::u16string&) {}
 void setEnabled(Handle, bool) {}
 void setUseMnemonic(Handle, bool) {}
 void setToolTip(Handle, const std::u16string&) {}
 void bringToFront(Handle) {}
-void setFocus(Handle) {}
-void setDefault(Handle, bool) {}
-void center(Handle) {}
-void setHeading(Handle) {}
-void setCentered(Handle) {}
-void setChecked(Handle, bool) {}
-void clearItems(Handle) {}
-void addItem(Handle, const std::u16string&) {}
-void setItems(Handle, const std::vector<std::u16string>&) {}
-void selectItem(Handle, int) {}
-bool droppedDown(Handle) {
-    return false;
-}
-void setScroll(Handle, int, int, int) {}
-void setSunken(Handle, bool) {}
-void setPicture(Handle, const Picture&) {}
-void setIcon(Handle, const Picture&) {}
-void show(Handle) {}
-void addMenu(Handle, const Menu&) {}
-void addMenuItem(Handle, const Menu&, MenuItem&) {}
-void changeMenu(Handle, const Menu&) {}
-void changeMenuItem(Handle, const MenuItem&) {}
-void setMenuItemPicture(Handle, const MenuItem&, const Picture&) {}
-void stopTimer(Handle) {}
+void invalidate(Handle) {}
 
 } // namespace native
 } // namespace ui

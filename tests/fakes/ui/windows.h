@@ -3,14 +3,31 @@
 
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "ui/control.h"
+#include "ui/button.h"
+#include "ui/check_box.h"
+#include "ui/combo_box.h"
+#include "ui/drop_down_list.h"
 #include "ui/form.h"
+#include "ui/frame.h"
+#include "ui/label.h"
+#include "ui/line.h"
+#include "ui/link_label.h"
+#include "ui/list_box.h"
+#include "ui/picture_box.h"
+#include "ui/progress_bar.h"
+#include "ui/rich_text_box.h"
+#include "ui/scroll_bar.h"
+#include "ui/tab_pages.h"
+#include "ui/text_area.h"
+#include "ui/text_box.h"
 #include "ui/timer.h"
 #include "ui/tray.h"
+#include "ui/tray_icon.h"
 
 namespace murmelix::fakes {
 
@@ -21,6 +38,17 @@ struct TrayCall {
     ui::TrayIconRecord record;
 };
 
+struct Shown { // by a message box
+    std::u16string text;
+    int style;
+    std::u16string title;
+};
+
+struct Run { // of a rich-text box
+    std::u16string text;
+    ui::RichTextBox::Looks looks;
+};
+
 struct Screen {
     double twips_per_pixel = 15;
     std::map<std::u16string, std::vector<std::u16string>> files; // by directory, sorted
@@ -29,14 +57,27 @@ struct Screen {
     std::function<void(const ui::Form&)> while_modal; // what happens while a modal form is open
     std::map<std::uintptr_t, ui::Rect> bounds;        // by handle; pixels
     std::vector<std::uintptr_t> hidden;               // handles, in the order in which they were hidden
+    std::map<std::uintptr_t, ui::Control*> controls;  // by handle
+    std::uintptr_t focus = 0;                         // the handle of what has the keyboard
+    std::map<std::uintptr_t, std::u16string> texts;   // of rich-text boxes
+    std::map<std::uintptr_t, std::vector<Run>> runs;  // of rich-text boxes, in order
+    std::map<std::uintptr_t, ui::Form::State> states; // of forms that are not normal
+    std::vector<std::uintptr_t> activated;            // forms, in order
+    std::vector<Shown> message_boxes;
+    std::function<int(const Shown&)> answer; // to a message box; without it the OK button
+    std::vector<std::function<void()>> posted;
+    bool tray = true; // there is a notification area
+    std::vector<const ui::TrayIcon*> tray_icons;
+    int beeps = 0;
+    std::optional<int> quit; // the message loop, with this status
 };
 
 Screen& screen();
 
 // What a surface was drawn on, since it was cleared last.
 struct Drawing {
-    enum class Kind { fill, text, picture } kind;
-    ui::Rect area{}; // a text's and picture's place; width and height of fills alone
+    enum class Kind { fill, text, picture, gradient, ellipse, frame, line, focus } kind;
+    ui::Rect area{}; // a text's and picture's place; width and height not of pictures and printed texts
     ui::Colour colour = 0;
     std::u16string text{};
     bool bold = false, underline = false;
@@ -55,8 +96,27 @@ ui::Colour background(ui::Surface& surface); // it was cleared with
 bool click(ui::Control& control);
 bool type(ui::TextBox& box, const std::u16string& text); // instead of what is there
 bool pick(ui::DropDownList& list, int index);
-bool choose(ui::MenuItem& item);
+bool type(ui::ComboBox& box, const std::u16string& text);
+bool type(ui::RichTextBox& box, const std::u16string& text);
+bool pick(ui::ComboBox& box, int index);
+bool pick(ui::ListBox& list, int index);
+bool doubleClick(ui::ListBox& list, int index);
+bool askForMenu(ui::Control& control); // by the right mouse button
+bool choose(ui::MenuItem& item);       // its menu is opened for it
+// That reads so, "&" and shortcut left out; null where the menu has none. Fills the menu in as opening it does.
+ui::MenuItem* find(ui::Menu& menu, std::u16string_view caption);
+bool key(ui::Form& form, const ui::Shortcut& key); // tells whether it was of use
+bool accelerator(ui::Form& form, char16_t letter);
 void press(ui::PictureBox& box, double x, double y, int button = ui::left_button); // and lets go
 void tick(ui::Timer& timer);
+void close(ui::Form& form); // by its close box
+// The user gives a form that can be resized another size inside; twips.
+void resize(ui::Form& form, int width, int height);
+// What was posted is done, and what that posts.
+void runPosted();
+// A row or a button as it draws itself on a surface of so many pixels.
+std::vector<Drawing> drawn(const ui::ListBox& list, int index, int width, int height,
+                           const ui::ListBox::Looks& looks = {});
+std::vector<Drawing> drawn(const ui::Button& button, int width, int height, const ui::Button::Looks& looks = {});
 
 } // namespace murmelix::fakes

@@ -7,8 +7,15 @@
 
 #include "common/text.h"
 #include "tests/windows/program/window_test.h"
+#include "ui/button.h"
+#include "ui/check_box.h"
+#include "ui/drop_down_list.h"
 #include "ui/form.h"
+#include "ui/frame.h"
+#include "ui/link_label.h"
+#include "ui/picture_box.h"
 #include "ui/screen.h"
+#include "ui/text_box.h"
 #include "ui/timer.h"
 
 namespace murmelix {

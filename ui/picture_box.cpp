@@ -1,9 +1,10 @@
-#include "ui/drag_drop.h"
+#include "ui/picture_box.h"
 
-#include "ui/control.h"
 #include "ui/native.h"
 
 namespace murmelix::ui {
+
+PictureBox::PictureBox(Control& parent) : Control(parent, native::createPictureBox, u"") {}
 
 PictureBox::~PictureBox() {
     setOLEDropMode(DropMode::none);
@@ -46,6 +47,20 @@ DropEffect PictureBox::onDrop(DataObject& data, DropEffect allowed, int button, 
         OLEDragDrop(data, effect, button, shift, x, y);
     }
     return effect & allowed;
+}
+
+void PictureBox::setSunken(bool sunken) {
+    native::setSunken(handle_, sunken);
+}
+
+void PictureBox::setPicture(const Picture& picture) {
+    picture_ = picture;
+    native::invalidate(handle_);
+}
+
+void PictureBox::resized() {
+    native::attach(surface_, handle_);
+    raise(Resize);
 }
 
 } // namespace murmelix::ui

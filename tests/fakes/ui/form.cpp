@@ -1,0 +1,72 @@
+#include "ui/form.h"
+
+#include "tests/fakes/ui/handles.h"
+#include "tests/fakes/ui/windows.h"
+
+namespace murmelix::ui::native {
+
+Handle createForm(Form& form, Handle, const std::u16string&, FormStyle, const char16_t*) {
+    return newHandle(form);
+}
+
+void setOuterWidth(Handle form, int pixels) {
+    fakes::screen().bounds[form].width = pixels - fakes::border_pixels;
+}
+
+void setInnerSize(Handle form, int width, int height) {
+    Rect& bounds = fakes::screen().bounds[form];
+    bounds.width = width;
+    bounds.height = height;
+}
+
+Rect innerBounds(Handle form) {
+    const Rect& bounds = fakes::screen().bounds[form];
+    return {0, 0, bounds.width, bounds.height};
+}
+
+Rect place(Handle form) {
+    Rect outer = fakes::screen().bounds[form];
+    outer.width += fakes::border_pixels;
+    return outer;
+}
+
+void setPlace(Handle form, const Rect& place) {
+    Rect inner = place;
+    inner.width -= fakes::border_pixels;
+    fakes::screen().bounds[form] = inner;
+    const auto found = fakes::screen().controls.find(form);
+    if (found != fakes::screen().controls.end() && static_cast<Form&>(*found->second).sizable()) {
+        static_cast<Form&>(*found->second).onSize();
+    }
+}
+
+Form::State windowState(Handle form) {
+    const auto found = fakes::screen().states.find(form);
+    return found == fakes::screen().states.end() ? Form::State::normal : found->second;
+}
+
+void setWindowState(Handle form, Form::State state) {
+    fakes::screen().states[form] = state;
+}
+
+void show(Handle form, bool active) {
+    if (active) {
+        fakes::screen().states.erase(form);
+        fakes::screen().activated.push_back(form);
+    }
+}
+
+void activate(Handle form) {
+    fakes::screen().activated.push_back(form);
+}
+
+void runModal(const Form& form) {
+    if (fakes::screen().while_modal) {
+        fakes::screen().while_modal(form);
+    }
+}
+
+void center(Handle) {}
+void setIcon(Handle, const Picture&) {}
+
+} // namespace murmelix::ui::native

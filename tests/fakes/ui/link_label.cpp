@@ -1,0 +1,11 @@
+#include "ui/link_label.h"
+
+#include "tests/fakes/ui/handles.h"
+
+namespace murmelix::ui::native {
+
+Handle createLinkLabel(Control& control, Handle, const std::u16string&) {
+    return newHandle(control);
+}
+
+} // namespace murmelix::ui::native

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "ui/control.h"
+
+namespace murmelix::ui {
+
+class DropDownList : public Control {
+  public:
+    explicit DropDownList(Control& parent);
+    bool takesFocus() const override { return true; }
+    Size neededSize(int = 0) const override { return sizeFor(u"X"); }
+    void Clear();
+    void AddItem(const std::u16string& text);
+    // As many in one go, instead of what is there.
+    void setItems(std::vector<std::u16string> items);
+    int ListCount() const { return static_cast<int>(items_.size()); }
+    const std::u16string& List(int index) const { return items_.at(static_cast<std::size_t>(index)); }
+    int ListIndex() const { return index_; } // from 0; -1 when nothing is selected
+    // Setting another entry than the current one raises Click; a position that is not there selects nothing.
+    void setListIndex(int index);
+    std::u16string Text() const { return index_ < 0 ? std::u16string() : List(index_); }
+    // The user picked an entry.
+    void onPick(int index);
+
+  private:
+    std::vector<std::u16string> items_;
+    int index_ = -1;
+};
+
+// Carried out by win32/drop_down_list.cpp.
+namespace native {
+Handle createDropDownList(Control& list, Handle parent, const std::u16string& caption);
+void clearItems(Handle list);
+void addItem(Handle list, const std::u16string& text);
+void setItems(Handle list, const std::vector<std::u16string>& items);
+void selectItem(Handle list, int index);
+} // namespace native
+
+} // namespace murmelix::ui

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "ui/control.h"
+
+namespace murmelix::ui {
+
+// Holds other controls; with a border and a caption, or without (a panel).
+class Frame : public Control {
+  public:
+    enum class Border { line, none };
+    Frame(Control& parent, const std::u16string& caption, Border border = Border::line);
+};
+
+// Carried out by win32/frame.cpp.
+namespace native {
+Handle createFrame(Control& frame, Handle parent, const std::u16string& caption);
+Handle createPanel(Control& frame, Handle parent, const std::u16string& caption);
+} // namespace native
+
+} // namespace murmelix::ui

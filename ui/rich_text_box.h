@@ -1,0 +1,47 @@
+#pragma once
+
+#include <string_view>
+
+#include "ui/control.h"
+
+namespace murmelix::ui {
+
+// Text of several lines: edited as plain text, or shown in runs of different looks and not edited. Lines part at
+// u"\r\n".
+class RichTextBox : public Control {
+  public:
+    enum class Use { edit, show };
+    RichTextBox(Control& parent, Use use);
+    bool takesFocus() const override { return true; }
+    char16_t mnemonic() const override { return 0; }
+    Size neededSize(int = 0) const override { return {0, 3 * sizeFor(u"X").height}; }
+
+    // What the user edits. Asked of the window system, for other programs put text in as well.
+    std::u16string Text() const;
+    void setText(const std::u16string& text);
+
+    struct Looks {
+        Colour colour = window_text;
+        bool bold = false;
+        // Of the lines that begin in this run; twips.
+        int indent = 0, space_before = 0;
+    };
+    // At the end of what is shown; what the user sees and has selected stays where it is, unless the end was in sight,
+    // which is followed. A run that begins with a line end gives its looks to the line after it.
+    void Append(std::u16string_view text, const Looks& looks);
+    // Several runs between them are drawn once.
+    void BeginUpdate();
+    void EndUpdate();
+};
+
+// Carried out by win32/rich_text_box.cpp.
+namespace native {
+Handle createRichEdit(Control& box, Handle parent, const std::u16string& text);
+Handle createRichView(Control& box, Handle parent, const std::u16string& text);
+std::u16string richText(Handle box);
+void appendRich(Handle box, std::u16string_view text, const RichTextBox::Looks& looks);
+void beginUpdate(Handle box);
+void endUpdate(Handle box);
+} // namespace native
+
+} // namespace murmelix::ui

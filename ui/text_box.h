@@ -1,0 +1,32 @@
+#pragma once
+
+#include "ui/control.h"
+
+namespace murmelix::ui {
+
+// A line of text that can be edited.
+class TextBox : public Control {
+  public:
+    TextBox(Control& parent, const std::u16string& text);
+    bool takesFocus() const override { return true; }
+    char16_t mnemonic() const override { return 0; }
+    Size neededSize(int = 0) const override { return sizeFor(u"X"); }
+    const std::u16string& Text() const { return text_; }
+    // Setting another text than the current one raises Change.
+    void setText(const std::u16string& text);
+    void SelectAll();
+    std::function<void()> Change;
+    // The user changed the text.
+    void onText(const std::u16string& text);
+
+  private:
+    std::u16string text_;
+};
+
+// Carried out by win32/text_box.cpp.
+namespace native {
+Handle createTextBox(Control& box, Handle parent, const std::u16string& text);
+void selectAll(Handle box);
+} // namespace native
+
+} // namespace murmelix::ui

@@ -1,0 +1,15 @@
+// What forms tell of menus.
+#pragma once
+
+#include "ui/win32/window.h"
+
+namespace murmelix::ui::win32 {
+
+// A WM_CONTEXTMENU of a control.
+void askForMenu(ControlWindow& window, LPARAM place);
+// A WM_COMMAND of a menu; tells whether it is one of the toolkit's.
+bool chooseCommand(UINT id);
+void menuOpens(HMENU popup);
+void renewPictures(const Form& form);
+
+} // namespace murmelix::ui::win32

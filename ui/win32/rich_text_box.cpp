@@ -1,0 +1,179 @@
+#include "ui/rich_text_box.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "ui/win32/window.h"
+
+#include <richedit.h>
+
+#include "common/com/handles.h"
+#include "ui/screen.h"
+
+namespace murmelix::ui {
+
+using com::wide;
+using namespace win32;
+
+namespace {
+
+// By its whole path: a library of this name beside the program, or in the current directory, is not the system's.
+void loadRichEdit() {
+    static const HMODULE library = [] {
+        wchar_t path[MAX_PATH + 16];
+        const UINT length = GetSystemDirectoryW(path, MAX_PATH);
+        if (length == 0 || length >= MAX_PATH) {
+            return HMODULE{};
+        }
+        lstrcpyW(path + length, L"\\riched20.dll");
+        return LoadLibraryW(path);
+    }();
+    if (!library) {
+        throw com::Error(HRESULT_FROM_WIN32(ERROR_MOD_NOT_FOUND), u"The Windows component riched20.dll is missing.");
+    }
+}
+
+// NUL cannot be in a window's text; it is shown as the sign for it.
+std::u16string shown(std::u16string_view text) {
+    std::u16string visible(text);
+    std::replace(visible.begin(), visible.end(), u'\0', u'\x2400');
+    return visible;
+}
+
+class RichWindow : public ControlWindow {
+  public:
+    RichWindow(Control& box, DWORD style, HWND parent, const std::u16string& text)
+        : ControlWindow(
+              box, {(loadRichEdit(), L"RichEdit20W"), style | WS_TABSTOP | WS_VSCROLL | ES_MULTILINE | ES_AUTOVSCROLL},
+              parent, text) {
+        SendMessageW(hwnd(), EM_EXLIMITTEXT, 0, 0x7FFFFFFE);
+    }
+
+    Size room() const override { return {scaled(12), scaled(7)}; }
+
+    void onCommand(UINT code) override {
+        if (code == EN_SETFOCUS) {
+            control().onFocus();
+        } else if (code == EN_KILLFOCUS) {
+            control().onFocusLost();
+        }
+    }
+};
+
+class RichEdit final : public RichWindow {
+  public:
+    RichEdit(Control& box, HWND parent, const std::u16string& text) : RichWindow(box, 0, parent, text) {
+        // What other programs put in is never taken for formatted text.
+        SendMessageW(hwnd(), EM_SETTEXTMODE, TM_PLAINTEXT, 0);
+    }
+
+    bool keeps(const Shortcut& key) const override { return key.key != Key::tab && key.key != Key::escape; }
+};
+
+class RichView final : public RichWindow {
+  public:
+    RichView(Control& box, HWND parent, const std::u16string& text)
+        : RichWindow(box, ES_READONLY | ES_NOHIDESEL, parent, text) {
+        SendMessageW(hwnd(), EM_SETUNDOLIMIT, 0, 0);
+    }
+
+    bool keeps(const Shortcut& key) const override {
+        return key.key != Key::tab && key.key != Key::enter && key.key != Key::escape;
+    }
+
+    void beginUpdate() {
+        if (updates_++ == 0) {
+            follows_ = atEnd();
+            SendMessageW(hwnd(), EM_EXGETSEL, 0, reinterpret_cast<LPARAM>(&selection_));
+            SendMessageW(hwnd(), EM_GETSCROLLPOS, 0, reinterpret_cast<LPARAM>(&scrolled_));
+            SendMessageW(hwnd(), WM_SETREDRAW, FALSE, 0);
+        }
+    }
+
+    void endUpdate() {
+        if (--updates_ > 0) {
+            return;
+        }
+        if (selection_.cpMin != selection_.cpMax) {
+            SendMessageW(hwnd(), EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&selection_));
+        }
+        if (!follows_) {
+            SendMessageW(hwnd(), EM_SETSCROLLPOS, 0, reinterpret_cast<LPARAM>(&scrolled_));
+        }
+        SendMessageW(hwnd(), WM_SETREDRAW, TRUE, 0);
+        if (follows_) {
+            SendMessageW(hwnd(), WM_VSCROLL, SB_BOTTOM, 0);
+        }
+        RedrawWindow(hwnd(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME);
+    }
+
+    void append(std::u16string_view text, const RichTextBox::Looks& looks) {
+        CHARRANGE end{0x7FFFFFFE, 0x7FFFFFFE};
+        SendMessageW(hwnd(), EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&end));
+        CHARFORMAT2W format{};
+        format.cbSize = sizeof format;
+        format.dwMask = CFM_COLOR | CFM_BOLD;
+        format.dwEffects = looks.bold ? CFE_BOLD : 0;
+        format.crTextColor = toColorRef(looks.colour);
+        const auto insert = [&](std::u16string_view part) {
+            SendMessageW(hwnd(), EM_SETCHARFORMAT, SCF_SELECTION, reinterpret_cast<LPARAM>(&format));
+            SendMessageW(hwnd(), EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(wide(shown(part))));
+        };
+        // The line end first: the lines after it take over its indentation.
+        if (text.starts_with(u"\r\n")) {
+            insert(u"\r\n");
+            text.remove_prefix(2);
+            PARAFORMAT2 paragraph{};
+            paragraph.cbSize = sizeof paragraph;
+            paragraph.dwMask = PFM_STARTINDENT | PFM_SPACEBEFORE;
+            paragraph.dxStartIndent = looks.indent;
+            paragraph.dySpaceBefore = looks.space_before;
+            SendMessageW(hwnd(), EM_SETPARAFORMAT, 0, reinterpret_cast<LPARAM>(&paragraph));
+        }
+        insert(text);
+    }
+
+  private:
+    bool atEnd() const {
+        SCROLLINFO info{};
+        info.cbSize = sizeof info;
+        info.fMask = SIF_ALL;
+        if (!GetScrollInfo(hwnd(), SB_VERT, &info) || info.nMax <= 0) {
+            return true;
+        }
+        return info.nPos + static_cast<int>(info.nPage) >= info.nMax - scaled(24);
+    }
+
+    int updates_ = 0;
+    bool follows_ = true;
+    CHARRANGE selection_{};
+    POINT scrolled_{};
+};
+
+} // namespace
+
+native::Handle native::createRichEdit(Control& box, Handle parent, const std::u16string& text) {
+    return make<RichEdit>(box, parent, text);
+}
+
+native::Handle native::createRichView(Control& box, Handle parent, const std::u16string& text) {
+    return make<RichView>(box, parent, text);
+}
+
+std::u16string native::richText(Handle box) {
+    return textOf(windowOf(box));
+}
+
+void native::appendRich(Handle box, std::u16string_view text, const RichTextBox::Looks& looks) {
+    at<RichView>(box).append(text, looks);
+}
+
+void native::beginUpdate(Handle box) {
+    at<RichView>(box).beginUpdate();
+}
+
+void native::endUpdate(Handle box) {
+    at<RichView>(box).endUpdate();
+}
+
+} // namespace murmelix::ui
