@@ -209,6 +209,22 @@ void Session::endWhenUnused() {
     hooks_.set_timer(Clock::replay, unused_stay);
 }
 
+void Session::soon(std::function<void()> work) {
+    work_.push_back(std::move(work));
+    hooks_.set_timer(Clock::soon, 0);
+}
+
+void Session::work() {
+    while (!work_.empty()) {
+        const auto next = std::move(work_.front());
+        work_.pop_front();
+        if (!work_.empty()) {
+            hooks_.set_timer(Clock::soon, 0); // for the rest, where this throws
+        }
+        next();
+    }
+}
+
 void Session::tick(Clock clock) {
     switch (clock) {
     case Clock::sign_in:
@@ -216,6 +232,8 @@ void Session::tick(Clock clock) {
         return schedule();
     case Clock::idle:
         return lookWhetherIdle();
+    case Clock::soon:
+        return work();
     case Clock::replay:
         return replayOn();
     }

@@ -2,6 +2,7 @@
 // who shall be remembered, becomes idle, and replays a chat log. Clock, timers and store are the caller's.
 #pragma once
 
+#include <deque>
 #include <functional>
 #include <optional>
 #include <string>
@@ -23,7 +24,7 @@ std::vector<ContactPtr> demoContacts();
 class Session {
   public:
     // Timers that run off once.
-    enum class Clock { replay = 1, sign_in, idle };
+    enum class Clock { replay = 1, sign_in, idle, soon };
 
     struct Hooks {
         std::function<long long()> microseconds; // since any moment
@@ -72,6 +73,8 @@ class Session {
     bool replaying() const { return replay_start_ && !replay_over_; }
 
     void endWhenUnused();
+    // Done from the message loop, in order; work may add more. Work that throws loses only itself.
+    void soon(std::function<void()> work);
     void tick(Clock clock);
 
   private:
@@ -79,6 +82,7 @@ class Session {
     void signInAtStart();
     void rememberSignedIn();
     void lookWhetherIdle();
+    void work();
     void replayOn();
     void play(const Step& step);
     long long milliseconds() const { return hooks_.microseconds() / 1000; }
@@ -96,6 +100,7 @@ class Session {
     Replay replay_;
     std::optional<long long> replay_start_; // microseconds
     bool replay_over_ = true;
+    std::deque<std::function<void()>> work_;
 };
 
 } // namespace messenger_client

@@ -2,12 +2,13 @@
 
 #include <algorithm>
 #include <fstream>
-#include <iterator>
+#include <thread>
 #include <utility>
 
 #include "common/text.h"
 #include "companions/messenger/client/account.h"
 #include "platform/clock.h"
+#include "platform/process.h"
 
 namespace messenger_client {
 
@@ -85,22 +86,20 @@ App::App(Switches switches)
                               session_.schedule();
                               return static_cast<LRESULT>(result);
                           },
-                      .deliver =
-                          [this] {
-                              closed_.clear();
-                              automation_.deliverEvents();
-                          },
                       .tick = [this](Session::Clock clock) { session_.tick(clock); },
                       .user_acts = [this] { user_acted_ = true; },
                       .quit = [this] { quit(); }}),
       automation_(client_, faults_,
-                  {.main_window = [this] { return main_.handle(); },
+                  {.main_window = [this] { return reinterpret_cast<std::intptr_t>(main_.handle()); },
                    .show_main_window = [this] { main_.show(); },
                    .ask_sign_in = [this] { main_.askSignIn(); },
                    .sign_in = [this](const std::u16string& signin) { session_.connect(signin, {}); },
                    .auto_sign_in = [this] { session_.signInAutomatically(); },
-                   .deliver_later = [this] { main_.postDeliver(); },
-                   .read = [this](const Conversation& conversation) { session_.historyRead(conversation); }}),
+                   .soon = [this](std::function<void()> work) { session_.soon(std::move(work)); },
+                   .read = [this](const Conversation& conversation) { session_.historyRead(conversation); },
+                   .received_files = [] { return murmelix::platform::documentsDirectory() + u"\\Received Files"; },
+                   .hang = [](std::chrono::milliseconds time) { std::this_thread::sleep_for(time); },
+                   .end = [](unsigned status) { murmelix::platform::cutOff(status); }}),
       control_(client_, session_.signing(), faults_, [] { return murmelix::platform::microseconds() / 1000; },
                {.start_replay = [this] { return session_.startReplay(); },
                 .connect = [this](const std::u16string& signin,
@@ -108,7 +107,7 @@ App::App(Switches switches)
                 .accounts_changed = [this] { session_.accountsChanged(); },
                 .untouched = [this](std::optional<long long> untouched) { session_.pretendUntouched(untouched); },
                 .window = [this](std::u16string_view deed) { return doWithWindow(deed); },
-                .shut_down = [this] { main_.postQuit(); },
+                .shut_down = [this] { session_.soon([this] { quit(); }); },
                 .exit = [this] { automation_.vanish(); }}) {
     if (switches_.orders) {
         control_.takeOrders();
@@ -198,7 +197,7 @@ void App::changed(const Change& change) {
             ShowWindow((*gone)->handle(), SW_HIDE);
             closed_.push_back(std::move(*gone));
             windows_.erase(gone);
-            main_.postDeliver();
+            session_.soon([this] { closed_.clear(); });
         }
     }
 }
@@ -219,10 +218,7 @@ void App::quit() {
     }
     session_.keep();
     client_.shutDown();
-    automation_.deliverEvents();
-    murmelix::com::waitForEvents(murmelix::com::last_events_time);
     automation_.close();
-    murmelix::com::waitForSinksToEnd(murmelix::com::last_sinks_time);
     PostQuitMessage(0);
 }
 

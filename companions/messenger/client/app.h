@@ -4,12 +4,12 @@
 #include <memory>
 #include <vector>
 
+#include "companions/messenger/automation/automation.h"
 #include "companions/messenger/chat/client.h"
 #include "companions/messenger/chat/control.h"
 #include "companions/messenger/chat/event_log.h"
 #include "companions/messenger/chat/session.h"
 #include "companions/messenger/chat/switches.h"
-#include "companions/messenger/client/automation.h"
 #include "companions/messenger/client/conversation_window.h"
 #include "companions/messenger/client/main_window.h"
 

@@ -1,75 +1,56 @@
 // MessengerClient.exe: see chat/switches.h for its command line.
-#include <array>
 #include <string>
-#include <vector>
 
 #include <windows.h>
 
 #include <commctrl.h>
-#include <shellapi.h>
 
 #include "common/com/handles.h"
 #include "common/text.h"
 #include "companions/messenger/chat/switches.h"
 #include "companions/messenger/client/app.h"
+#include "platform/process.h"
+#include "platform/window.h"
 
 namespace messenger_client {
 
 namespace {
 
+using murmelix::com::Registration;
 using murmelix::com::wide;
+namespace platform = murmelix::platform;
 
+const char16_t* const main_class_name = reinterpret_cast<const char16_t*>(main_class);
 constexpr int status_bad_switches = 20;
 constexpr int status_no_client = 21;
 constexpr int status_not_registered = 22;
 constexpr int status_failed = 23;
+// How long a client may take for an order, in milliseconds.
+constexpr unsigned patience = 10'000;
 
-std::vector<std::u16string> commandLine() {
-    int count = 0;
-    LPWSTR* const raw = CommandLineToArgvW(GetCommandLineW(), &count);
-    std::vector<std::u16string> arguments;
-    for (int i = 1; i < count; ++i) {
-        arguments.emplace_back(murmelix::com::narrow(raw[i], std::wcslen(raw[i])));
-    }
-    LocalFree(raw);
-    return arguments;
-}
-
-std::u16string ownPath() {
-    std::vector<wchar_t> path(32768);
-    const DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
-    return std::u16string(murmelix::com::narrow(path.data(), length));
+int statusOf(Registration registration) {
+    return registration == Registration::done ? 0 : status_not_registered;
 }
 
 int registerAutomation() {
-    std::u16string command = u"\"";
-    command += ownPath();
-    command += u'"';
-    return registerServer(automationServer(), command) == murmelix::com::Registration::done ? 0 : status_not_registered;
+    return statusOf(registerServer(automationServer(), u"\"" + platform::programPath() + u"\""));
 }
 
 // Exit status: 0, or the Result of the command; status_no_client where nobody answered it.
 int send(const std::u16string& command) {
-    const HWND running = FindWindowW(main_class, nullptr);
-    if (!running) {
+    const std::intptr_t running = platform::windowOfClass(main_class_name);
+    const auto answer =
+        running ? platform::sendBytes(running, control_message, murmelix::toUtf8(command), patience) : std::nullopt;
+    if (!answer || *answer == 0) {
         return status_no_client;
     }
-    std::string line = murmelix::toUtf8(command);
-    COPYDATASTRUCT data{control_message, static_cast<DWORD>(line.size()), line.data()};
-    DWORD_PTR result = 0;
-    if (!SendMessageTimeoutW(running, WM_COPYDATA, 0, reinterpret_cast<LPARAM>(&data), SMTO_ABORTIFHUNG, 10000,
-                             &result) ||
-        result == 0) {
-        return status_no_client;
-    }
-    return result == static_cast<DWORD_PTR>(Result::done) ? 0 : static_cast<int>(result);
+    return *answer == static_cast<std::intptr_t>(Result::done) ? 0 : static_cast<int>(*answer);
 }
 
 int runClient(const Switches& switches) {
-    if (const HWND running = FindWindowW(main_class, nullptr)) {
+    if (const std::intptr_t running = platform::windowOfClass(main_class_name)) {
         if (!switches.embedding) {
-            ShowWindow(running, IsIconic(running) ? SW_RESTORE : SW_SHOW);
-            SetForegroundWindow(running);
+            platform::bringWindowUp(running);
         }
         return status_failed;
     }
@@ -77,7 +58,7 @@ int runClient(const Switches& switches) {
     murmelix::com::check(apartment.result());
     const INITCOMMONCONTROLSEX controls{sizeof controls, ICC_STANDARD_CLASSES | ICC_WIN95_CLASSES};
     InitCommonControlsEx(&controls);
-    if (!LoadLibraryW(L"riched20.dll")) {
+    if (!LoadLibraryExW(L"riched20.dll", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32)) {
         MessageBoxW(nullptr, L"The Windows component riched20.dll is missing.", L"Messenger", MB_ICONERROR);
         return status_failed;
     }
@@ -92,7 +73,7 @@ int runClient(const Switches& switches) {
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, LPWSTR, int) {
     using namespace messenger_client;
     try {
-        const Switches switches = parseSwitches(commandLine());
+        const Switches switches = parseSwitches(platform::arguments());
         if (!switches.error.empty()) {
             MessageBoxW(nullptr, wide(switches.error), L"Messenger", MB_ICONERROR);
             return status_bad_switches;
@@ -101,8 +82,7 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, LPWSTR, int) {
         case Switches::Task::register_server:
             return registerAutomation();
         case Switches::Task::unregister_server:
-            return unregisterServer(automationServer()) == murmelix::com::Registration::done ? 0
-                                                                                             : status_not_registered;
+            return statusOf(unregisterServer(automationServer()));
         case Switches::Task::send:
             return send(switches.command);
         case Switches::Task::run:

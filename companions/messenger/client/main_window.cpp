@@ -40,7 +40,6 @@ enum : int {
     id_status = 1000, // plus the status code
     id_switch = 2000, // plus the row of the menu's accounts
 };
-constexpr UINT deliver_message = WM_APP + 1;
 constexpr UINT tray_message = WM_APP + 2;
 constexpr UINT_PTR turn_timer = 100;
 constexpr UINT turn_time = 80; // milliseconds
@@ -481,16 +480,12 @@ void MainWindow::askSignIn() {
     page_->focus();
 }
 
-void MainWindow::postDeliver() {
-    PostMessageW(handle(), deliver_message, 0, 0);
-}
-
-void MainWindow::postQuit() {
-    PostMessageW(handle(), WM_COMMAND, id_exit, 0);
-}
-
 void MainWindow::setTick(Clock clock, unsigned milliseconds) {
-    SetTimer(handle(), static_cast<UINT_PTR>(clock), milliseconds, nullptr);
+    const auto id = static_cast<UINT_PTR>(clock);
+    if (!SetTimer(handle(), id, milliseconds, nullptr)) {
+        // The system has no timer left: too early is better than never.
+        PostMessageW(handle(), WM_TIMER, id, 0);
+    }
 }
 
 ContactPtr MainWindow::selected() const {
@@ -781,9 +776,6 @@ LRESULT MainWindow::message(UINT message, WPARAM wparam, LPARAM lparam) {
         }
         return hooks_.command({static_cast<const char*>(data->lpData), data->cbData});
     }
-    case deliver_message:
-        hooks_.deliver();
-        return 0;
     case WM_TIMER:
         if (wparam == turn_timer) {
             page_->turn();

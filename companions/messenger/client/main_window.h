@@ -26,7 +26,6 @@ class MainWindow final : public Window {
         std::function<void(const std::u16string& signin)> forget;
         std::function<void(const std::u16string& signin)> switch_to; // an account; empty: asks for one
         std::function<LRESULT(std::string_view)> command;            // a control command; its Result
-        std::function<void()> deliver;                               // asked for by postDeliver
         std::function<void(Clock)> tick;                             // the timer set by setTick has run off
         std::function<void()> user_acts;                             // the user did something here
         std::function<void()> quit;
@@ -46,9 +45,6 @@ class MainWindow final : public Window {
     void show();
     // Into the notification area; where there is none, only as small as it gets.
     void hide();
-    void postDeliver();
-    // Ends the client from the message loop.
-    void postQuit();
     // `milliseconds` from now; again for another time.
     void setTick(Clock clock, unsigned milliseconds);
     HACCEL accelerators() const { return accelerators_.get(); }

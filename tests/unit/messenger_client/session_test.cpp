@@ -264,6 +264,33 @@ TEST_F(Replaying, ATimerWithoutAReplayIsThatOfAnUnusedClient) {
     EXPECT_THAT(told, ElementsAre("unused"));
 }
 
+using WorkForLater = Sessions;
+
+TEST_F(WorkForLater, IsDoneInOrderAndMayAddMore) {
+    begin();
+    session->soon([this] {
+        told.push_back("one");
+        session->soon([this] { told.push_back("three"); });
+    });
+    session->soon([this] { told.push_back("two"); });
+    EXPECT_THAT(told, IsEmpty());
+    pass(0);
+    EXPECT_THAT(told, ElementsAre("one", "two", "three"));
+}
+
+TEST_F(WorkForLater, ThatThrowsLosesOnlyItself) {
+    begin();
+    session->soon([] { throw std::bad_alloc(); });
+    session->soon([this] { told.push_back("two"); });
+    EXPECT_THROW(pass(0), std::bad_alloc);
+    pass(0);
+    session->soon([] { throw std::bad_alloc(); });
+    EXPECT_THROW(pass(0), std::bad_alloc);
+    session->soon([this] { told.push_back("three"); });
+    pass(0);
+    EXPECT_THAT(told, ElementsAre("two", "three"));
+}
+
 struct Stored : testing::Test {
     void SetUp() override { murmelix::fakes::reset(); }
     std::map<std::u16string, murmelix::fakes::UserStores::Value>& values() {

@@ -3,12 +3,15 @@
 #include <array>
 #include <chrono>
 #include <cstdio>
+#include <cwchar>
 #include <filesystem>
 #include <fstream>
+#include <limits>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "common/com/counted.h"
 #include "common/text.h"
 #include "companions/messenger/chat/control.h"
 #include "tests/windows/messenger_client/client_process.h"
@@ -206,6 +209,77 @@ TEST_F(Members, ContactsAreCountedListedAndRemoved) {
     EXPECT_EQ(contacts.get(u"Count").toInt32(), 2);
 }
 
+// A contact of a program's own, which does something when it is asked for its SigninName.
+class OwnContact final : public murmelix::com::Counted<IDispatch> {
+  public:
+    OwnContact(std::u16string name, std::function<void()> asked) : name_(std::move(name)), asked_(std::move(asked)) {}
+
+    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) override {
+        *ids = 7;
+        return std::wcscmp(*names, L"SigninName") == 0 ? S_OK : DISP_E_UNKNOWNNAME;
+    }
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* result, EXCEPINFO*,
+                                     UINT*) override {
+        asked_();
+        *result = Variant(name_).detach();
+        return S_OK;
+    }
+
+  private:
+    bool answers(REFIID iid) const override { return IsEqualIID(iid, IID_IDispatch); }
+
+    std::u16string name_;
+    std::function<void()> asked_;
+};
+
+Variant ownContact(std::u16string name, std::function<void()> asked) {
+    return Variant(Ptr<OwnContact>::adopt(new OwnContact(std::move(name), std::move(asked))));
+}
+
+TEST_F(Members, AnArgumentIsAskedForItsNameBeforeAnythingIsLookedUp) {
+    Object contacts = messenger.object(u"MyContacts");
+    contacts.call(u"Remove", {ownContact(u"bob@x", [&] { client.command("add eve@x Eve"); })});
+    EXPECT_EQ(contacts.get(u"Count").toInt32(), 2);
+    EXPECT_EQ(
+        failureOf([&] { contacts.call(u"Remove", {ownContact(u"eve@x", [&] { client.command("remove eve@x"); })}); }),
+        E_INVALIDARG)
+        << "she is gone by then";
+    EXPECT_EQ(failureOf([&] { window.call(u"AddContact", {ownContact(u"ann@x", [&] { window.call(u"Close"); })}); }),
+              HRESULT_FROM_WIN32(ERROR_INVALID_WINDOW_HANDLE));
+    EXPECT_EQ(failureOf([&] {
+                  messenger.call(u"InstantMessage", {ownContact(u"ann@x", [&] { messenger.call(u"Signout"); })});
+              }),
+              HRESULT_FROM_WIN32(ERROR_NOT_LOGGED_ON));
+    EXPECT_EQ(messenger.get(u"MyStatus").toInt32(), 1);
+    EXPECT_EQ(failureOf([&] { messenger.call(u"GetContact", {Variant(static_cast<IDispatch*>(nullptr))}); }),
+              E_INVALIDARG);
+}
+
+TEST_F(Members, ArgumentsOfAnySizeAreHarmless) {
+    for (const std::int32_t extreme :
+         {std::numeric_limits<std::int32_t>::min(), -40'000, 40'000, std::numeric_limits<std::int32_t>::max()}) {
+        for (const char16_t* side : {u"Left", u"Top", u"Width", u"Height"}) {
+            EXPECT_EQ(failureOf([&] { window.put(side, Variant(extreme)); }), E_INVALIDARG) << extreme;
+        }
+    }
+    window.put(u"Width", Variant(std::int32_t{32'767}));
+    window.put(u"Height", Variant(std::int32_t{-5}));
+    Object contacts = messenger.object(u"MyContacts");
+    const std::u16string name(500'000, u'n');
+    messenger.call(u"AddContact", {Variant(std::int32_t{0}), Variant(name)});
+    messenger.call(u"AddContact", {Variant(std::int32_t{0}), Variant(name)});
+    EXPECT_EQ(contacts.get(u"Count").toInt32(), 3);
+    EXPECT_EQ(contacts.object(u"Item", {Variant(std::int32_t{2})}).get(u"SigninName").toText(), name.substr(0, 16'384));
+    EXPECT_NE(failureOf([&] {
+                  messenger.call(u"GetContact", {Variant(std::u16string(20'000'000, u'n')), Variant(u"")});
+              }),
+              S_OK);
+    messenger.call(u"Signin", {Variant(std::int32_t{0}), Variant(name), Variant(name)});
+    EXPECT_EQ(messenger.get(u"MySigninName").toText(), name.substr(0, 16'384));
+}
+
 TEST_F(Members, SigninSignoutAndAutoSignin) {
     messenger.call(u"Signout");
     EXPECT_EQ(messenger.get(u"MyStatus").toInt32(), 1);
@@ -340,17 +414,83 @@ TEST_F(Events, TheWindowOfAnEventCanBeAskedInsideTheEvent) {
     EXPECT_TRUE(pumpUntil([&] { return handle != 0; }));
 }
 
-TEST_F(Events, AllListenersHearAndAKilledOneIsForgotten) {
-    constexpr char ready_name[] = "messenger_client_listener";
-    const HANDLE ready = CreateEventA(nullptr, TRUE, FALSE, ready_name);
+// Something that happens in another process.
+class Happening {
+  public:
+    explicit Happening(const char* name) : event_(CreateEventA(nullptr, TRUE, FALSE, name)) {}
+    ~Happening() { CloseHandle(event_); }
+    Happening(const Happening&) = delete;
+    Happening& operator=(const Happening&) = delete;
+    bool happens() const {
+        return pumpUntil([this] { return WaitForSingleObject(event_, 0) == WAIT_OBJECT_0; });
+    }
+
+  private:
+    HANDLE event_;
+};
+
+// This program, as another automation client; see main.cpp.
+std::u16string thisProgram(const std::u16string& arguments) {
     std::vector<wchar_t> self(1024);
     GetModuleFileNameW(nullptr, self.data(), static_cast<DWORD>(self.size()));
     std::u16string line = u"\"";
     line += murmelix::com::narrow(self.data(), std::wcslen(self.data()));
-    line += u"\" --listen messenger_client_listener";
-    Process other(line);
-    ASSERT_TRUE(pumpUntil([&] { return WaitForSingleObject(ready, 0) == WAIT_OBJECT_0; }));
-    CloseHandle(ready);
+    return line + u"\" " + arguments;
+}
+
+TEST_F(Events, AListenerThatHangsMakesNobodyWait) {
+    const Happening ready("messenger_client_ready"), stuck("messenger_client_stuck");
+    Process hanging(thisProgram(u"--hang messenger_client_ready messenger_client_stuck"));
+    ASSERT_TRUE(ready.happens());
+    Heard heard(messenger);
+    client.command("status me 10");
+    ASSERT_TRUE(pumpUntil([&] { return heard.has("1031 0 10"); }));
+    ASSERT_TRUE(stuck.happens());
+
+    EXPECT_EQ(messenger.get(u"MyStatus").toInt32(), 10);
+    const std::size_t before = heard.lines.size();
+    for (std::size_t i = 1; i <= 2000; ++i) { // more than may wait for one listener
+        ASSERT_EQ(client.command(i % 2 ? "status ann@x 34" : "status ann@x 10"), 1);
+        if (i % 100 == 0) {
+            ASSERT_TRUE(pumpUntil([&] { return heard.lines.size() == before + i; })) << heard.lines.size();
+        }
+    }
+    EXPECT_EQ(client.command("say ann@x hi"), 1);
+    EXPECT_TRUE(window.get(u"History").toText().ends_with(u"hi"));
+    client.command("rename me Mimi");
+    EXPECT_TRUE(pumpUntil([&] { return heard.has("1029 0 Mia"); }));
+    EXPECT_TRUE(hanging.running());
+    // Nor does who ends.
+    EXPECT_EQ(client.command("shutdown"), 1);
+    EXPECT_TRUE(pumpUntil([&] { return heard.has("1032"); }));
+    EXPECT_EQ(client.process().exitStatus(), 0U);
+    EXPECT_TRUE(hanging.running());
+}
+
+TEST_F(Events, AHandlerMayUseTheAutomation) {
+    std::vector<std::string> told;
+    const murmelix::com::Subscription subscription(
+        messenger.dispatch(), iid_messenger_events, [&](DISPID event, std::vector<Variant>& arguments) {
+            if (event != 1031) {
+                return;
+            }
+            Object another = client.automation(); // while the client waits for nobody
+            told.push_back(murmelix::toUtf8(another.get(u"MySigninName").toText()));
+            if (arguments.at(1).toInt32() == 10) {
+                another.put(u"MyStatus", Variant(std::int32_t{34}));
+                another.call(u"AddContact", {Variant(std::int32_t{0}), Variant(u"eve@x")});
+            }
+        });
+    client.command("status me 10");
+    EXPECT_TRUE(pumpUntil([&] { return told.size() == 2; }));
+    EXPECT_THAT(told, ElementsAre("me@x", "me@x"));
+    EXPECT_EQ(messenger.get(u"MyStatus").toInt32(), 34);
+}
+
+TEST_F(Events, AllListenersHearAndAKilledOneIsForgotten) {
+    const Happening ready("messenger_client_listener");
+    Process other(thisProgram(u"--listen messenger_client_listener"));
+    ASSERT_TRUE(ready.happens());
 
     Object second = client.automation();
     Heard first_heard(messenger);
