@@ -1,0 +1,345 @@
+// The toolkit's real controls that other windows than the program's are made of.
+#include <array>
+#include <thread>
+
+#include <gmock/gmock.h>
+
+#include "common/text.h"
+#include "tests/windows/program/window_test.h"
+#include "ui/button.h"
+#include "ui/check_box.h"
+#include "ui/combo_box.h"
+#include "ui/form.h"
+#include "ui/label.h"
+#include "ui/layout.h"
+#include "ui/list_box.h"
+#include "ui/progress_bar.h"
+#include "ui/rich_text_box.h"
+#include "ui/screen.h"
+#include "ui/tab_pages.h"
+#include "ui/text_area.h"
+#include "ui/text_box.h"
+#include "ui/win32/windows.h"
+
+#include <commctrl.h>
+#include <richedit.h>
+
+namespace murmelix {
+namespace {
+
+using namespace test;
+
+// A list above, what is tested below it.
+class Sizable : public ui::Form {
+  public:
+    Sizable() : Form(nullptr, u"Controls", ui::FormStyle::sizable, u"MurmelixTestWindow") {
+        setLeastScale(3000, 1500);
+        List.setItemHeight(600);
+        List.DrawItem = [this](ui::Surface& surface, int index, const ui::ListBox::Looks& looks) {
+            surface.Fill({0, 0, surface.Width(), surface.Height()}, looks.selected ? chosen : plain);
+            surface.PrintIn({4, 0, surface.Width() - 4, surface.Height()}, List.List(index), ui::window_text);
+        };
+        setScale(6000, 6000);
+    }
+    void layOut() override {
+        ui::fill(*this, ui::rows({ui::item(List).growing(), ui::item(View).growing(), ui::item(Input)}).gap(60));
+    }
+
+    static constexpr ui::Colour plain = ui::rgb(10, 200, 30), chosen = ui::rgb(200, 20, 220);
+    ui::ListBox List{*this};
+    ui::RichTextBox View{*this, ui::RichTextBox::Use::show};
+    ui::RichTextBox Input{*this, ui::RichTextBox::Use::edit};
+};
+
+std::u16string textOf(HWND window) {
+    std::array<wchar_t, 4096> text{};
+    const int length = GetWindowTextW(window, text.data(), static_cast<int>(text.size()));
+    return std::u16string(text.begin(), text.begin() + length);
+}
+
+TEST(Controls, FormIsFoundByItsClassAndLaidOutAnewWhereItIsResized) {
+    Sizable form;
+    form.Show();
+    serveAll();
+    EXPECT_EQ(FindWindowW(L"MurmelixTestWindow", L"Controls"), windowOf(form));
+    const int before = form.List.Width();
+    ui::Rect place = form.Place();
+    place.width += 200;
+    form.setPlace(place);
+    serveAll();
+    EXPECT_EQ(form.Place(), place);
+    EXPECT_EQ(form.List.Width(), before + ui::toTwips(200));
+    place.width = 1;
+    place.height = 1;
+    form.setPlace(place);
+    serveAll();
+    EXPECT_EQ(form.ScaleWidth(), 3000);
+    EXPECT_EQ(form.ScaleHeight(), 1500);
+}
+
+TEST(Controls, ListShowsTheRowsThatItsOwnerDraws) {
+    Sizable form;
+    form.List.setItems({u"one", u"two", u"three"});
+    form.List.setListIndex(1);
+    form.Show();
+    show(form, "toolkit-controls");
+    const Image image = insideOf(windowOf(form.List));
+    const int row = ui::toPixels(600), right = image.width / 2;
+    EXPECT_EQ(image.at(right, row / 2), Sizable::plain);
+    EXPECT_EQ(image.at(right, row + row / 2), Sizable::chosen);
+    EXPECT_EQ(image.at(right, 2 * row + row / 2), Sizable::plain);
+}
+
+TEST(Controls, ListHearsMouseAndKeyboard) {
+    Sizable form;
+    form.List.setItems({u"one", u"two", u"three"});
+    std::vector<int> picked;
+    int doubled = 0;
+    form.List.Click = [&] { picked.push_back(form.List.ListIndex()); };
+    form.List.DblClick = [&] { ++doubled; };
+    form.Show();
+    serveAll();
+    HWND list = windowOf(form.List);
+    const int row = ui::toPixels(600);
+    press(list, 20, row + row / 2);
+    key(list, VK_DOWN);
+    press(list, 20, 10);
+    PostMessageW(list, WM_LBUTTONDBLCLK, MK_LBUTTON, MAKELPARAM(20, 10));
+    PostMessageW(list, WM_LBUTTONUP, 0, MAKELPARAM(20, 10));
+    serveAll();
+    EXPECT_THAT(picked, testing::ElementsAre(1, 2, 0));
+    EXPECT_EQ(doubled, 1);
+}
+
+TEST(Controls, ListFollowsRowsThatComeAndGo) {
+    Sizable form;
+    form.List.setItems({u"one", u"two"});
+    form.List.setListIndex(1);
+    form.List.InsertItem(0, u"zero");
+    form.List.setItem(1, u"uno");
+    HWND list = windowOf(form.List);
+    EXPECT_EQ(SendMessageW(list, LB_GETCOUNT, 0, 0), 3);
+    EXPECT_EQ(SendMessageW(list, LB_GETCURSEL, 0, 0), 2);
+    std::array<wchar_t, 32> text{};
+    SendMessageW(list, LB_GETTEXT, 1, reinterpret_cast<LPARAM>(text.data()));
+    EXPECT_STREQ(text.data(), L"uno");
+    form.List.setItem(2, u"dos");
+    EXPECT_EQ(SendMessageW(list, LB_GETCURSEL, 0, 0), 2);
+    form.List.RemoveItem(2);
+    EXPECT_EQ(SendMessageW(list, LB_GETCURSEL, 0, 0), LB_ERR);
+}
+
+TEST(Controls, MenuIsAskedForByMouseAndKeyboardAboutTheRowThere) {
+    Sizable form;
+    form.List.setItems({u"one", u"two", u"three"});
+    std::vector<int> asked;
+    form.List.ContextMenu = [&] { asked.push_back(form.List.ListIndex()); };
+    form.Show();
+    serveAll();
+    HWND list = windowOf(form.List);
+    POINT at{20, ui::toPixels(600) + 5};
+    ClientToScreen(list, &at);
+    SendMessageW(list, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(list), MAKELPARAM(at.x, at.y));
+    SendMessageW(list, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(list), MAKELPARAM(-1, -1));
+    EXPECT_THAT(asked, testing::ElementsAre(1, 1));
+}
+
+TEST(Controls, ViewShowsRunsAndFollowsItsEndUnlessTheUserLooksBack) {
+    Sizable form;
+    form.Show();
+    serveAll();
+    HWND view = windowOf(form.View);
+    const auto first_line = [&] { return SendMessageW(view, EM_GETFIRSTVISIBLELINE, 0, 0); };
+    const ui::RichTextBox::Looks name{ui::rgb(90, 90, 90), true, 0, 90}, message{ui::window_text, false, 150, 0};
+    form.View.BeginUpdate();
+    for (int i = 0; i < 60; ++i) {
+        form.View.Append(u"\r\nAnn says:", name);
+        form.View.Append(u"\r\nline " + toText(i), message);
+    }
+    form.View.EndUpdate();
+    serveAll();
+    EXPECT_GT(first_line(), 90);
+    SendMessageW(view, WM_VSCROLL, SB_TOP, 0);
+    serveAll();
+    ASSERT_EQ(first_line(), 0);
+    form.View.Append(u"\r\nBob says:", name);
+    serveAll();
+    EXPECT_EQ(first_line(), 0) << "the user is reading there";
+    SendMessageW(view, WM_VSCROLL, SB_BOTTOM, 0);
+    serveAll();
+    const auto before = first_line();
+    form.View.Append(u"\r\nmore\r\nand more\r\nand more", message);
+    serveAll();
+    EXPECT_GT(first_line(), before);
+    // The selection of the user stays.
+    CHARRANGE range{3, 9};
+    SendMessageW(view, EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&range));
+    form.View.Append(u"\r\nagain", message);
+    CHARRANGE after{};
+    SendMessageW(view, EM_EXGETSEL, 0, reinterpret_cast<LPARAM>(&after));
+    EXPECT_EQ(after.cpMin, 3);
+    EXPECT_EQ(after.cpMax, 9);
+    CHARFORMAT2W format{};
+    format.cbSize = sizeof format;
+    SendMessageW(view, EM_GETCHARFORMAT, SCF_SELECTION, reinterpret_cast<LPARAM>(&format));
+    EXPECT_TRUE(format.dwEffects & CFE_BOLD);
+    EXPECT_EQ(format.crTextColor, RGB(90, 90, 90));
+}
+
+TEST(Controls, NulInAViewIsSeenAsItsSign) {
+    Sizable form;
+    form.View.Append(std::u16string_view(u"a\0b", 3), {});
+    EXPECT_EQ(textOf(windowOf(form.View)), u"a\u2400b");
+}
+
+TEST(Controls, InputKeepsEnterUnlessSomebodyWantsIt) {
+    Sizable form;
+    form.Show();
+    form.Input.SetFocus();
+    std::vector<ui::Shortcut> heard;
+    form.Input.KeyPress = [&](const ui::Shortcut& key) {
+        heard.push_back(key);
+        return key == ui::Shortcut{ui::Key::enter} && form.Input.Text() == u"send";
+    };
+    HWND input = windowOf(form.Input);
+    form.Input.setText(u"");
+    key(input, VK_RETURN);
+    EXPECT_EQ(form.Input.Text(), u"\r\n");
+    // Another program's text is the input's as well.
+    SetWindowTextW(input, L"send");
+    key(input, VK_RETURN);
+    EXPECT_EQ(form.Input.Text(), u"send");
+    EXPECT_EQ(heard.size(), 2u);
+}
+
+class Tabbed : public ui::Form {
+  public:
+    Tabbed() : Form(nullptr, u"Tabs", ui::FormStyle::dialog) { layOut(); }
+    void layOut() override {
+        setScale(4500, 3000);
+        Pages.Move({120, 120, 4260, 2760});
+        Text.Move({150, 150, 3000, 270});
+        Check.Move({150, 600, 3000, 270});
+    }
+    ui::TabPages Pages{*this};
+    ui::TabPage One{Pages, u"One"};
+    ui::TabPage Two{Pages, u"Two"};
+    ui::Label Text{One, u"The first page"};
+    ui::CheckBox Check{Two, u"&Check"};
+};
+
+TEST(Controls, PagesAreTurnedByMouseAndKeyboard) {
+    Tabbed form;
+    form.Show();
+    show(form, "toolkit-tabs");
+    HWND tabs = windowOf(form.Pages);
+    EXPECT_TRUE(IsWindowVisible(windowOf(form.Text)));
+    EXPECT_FALSE(IsWindowVisible(windowOf(form.Check)));
+    RECT second{};
+    SendMessageW(tabs, TCM_GETITEMRECT, 1, reinterpret_cast<LPARAM>(&second));
+    press(tabs, second.left + 5, second.top + 5);
+    EXPECT_EQ(form.Pages.Selected(), 1);
+    EXPECT_TRUE(IsWindowVisible(windowOf(form.Check)));
+    PostMessageW(tabs, WM_SYSCHAR, 'c', 1);
+    serveAll();
+    EXPECT_EQ(form.Check.Value(), 1);
+    form.Pages.SetFocus();
+    key(tabs, VK_LEFT);
+    EXPECT_EQ(form.Pages.Selected(), 0);
+    press(windowOf(form.Check), 5, 5); // hidden: not where the user can get at it
+    key(tabs, VK_RIGHT);
+    EXPECT_EQ(form.Pages.Selected(), 1);
+    press(windowOf(form.Check), 5, 5);
+    EXPECT_EQ(form.Check.Value(), 1);
+    EXPECT_THAT(layoutMistakes(form), testing::IsEmpty());
+}
+
+TEST(Controls, ComboBoxHearsWhatIsTypedAndPicked) {
+    ui::Form form(nullptr, u"Combo", ui::FormStyle::dialog);
+    ui::ComboBox box(form);
+    box.Move({100, 100, 2000, 330});
+    box.setItems({u"ann", u"bob"});
+    std::string told;
+    box.Change = [&] { told += "change:" + toUtf8(box.Text()) + " "; };
+    box.Picked = [&] { told += "picked "; };
+    form.Show();
+    box.SetFocus();
+    box.setText(u"a");
+    COMBOBOXINFO parts{};
+    parts.cbSize = sizeof parts;
+    ASSERT_TRUE(GetComboBoxInfo(windowOf(box), &parts));
+    SendMessageW(parts.hwndItem, EM_SETSEL, 1, 1);
+    PostMessageW(parts.hwndItem, WM_CHAR, L'x', 1);
+    serveAll();
+    EXPECT_EQ(told, "change:a change:ax ");
+    key(parts.hwndItem, VK_DOWN);
+    EXPECT_EQ(told, "change:a change:ax change:ann picked ");
+    box.setItems({u"carl"});
+    EXPECT_EQ(textOf(windowOf(box)), u"ann");
+}
+
+TEST(Controls, AreaShowsItsLinesAndTakesNone) {
+    ui::Form form(nullptr, u"Area", ui::FormStyle::dialog);
+    ui::TextArea area(form);
+    area.Move({100, 100, 2000, 900});
+    form.Show();
+    area.AddLine(u"one");
+    area.AddLine(u"two");
+    PostMessageW(windowOf(area), WM_CHAR, L'x', 1);
+    serveAll();
+    EXPECT_EQ(textOf(windowOf(area)), u"one\r\ntwo\r\n");
+}
+
+TEST(Controls, OwnerDrawnButtonLooksAsDrawnAndIsPressed) {
+    ui::Form form(nullptr, u"Button", ui::FormStyle::dialog);
+    form.setScale(3000, 1500);
+    ui::Button button(form, u"&Name");
+    button.Move({100, 100, 2000, 600});
+    button.setDraw([](ui::Surface& surface, const ui::Button::Looks&) {
+        surface.Gradient({0, 0, surface.Width(), surface.Height()}, ui::rgb(0, 0, 200), ui::rgb(0, 200, 0));
+        surface.Ellipse({4, 4, 12, 12}, ui::rgb(250, 0, 0), ui::rgb(250, 0, 0));
+    });
+    int pressed = 0;
+    button.Click = [&] { ++pressed; };
+    form.Show();
+    show(form, "toolkit-owner-drawn");
+    const Image image = insideOf(windowOf(button));
+    EXPECT_EQ(image.at(image.width - 3, 0), RGB(0, 0, 200));
+    EXPECT_GT(GetGValue(image.at(image.width - 3, image.height - 1)), 150);
+    EXPECT_EQ(image.at(10, 10), RGB(250, 0, 0));
+    press(windowOf(button), 10, 10);
+    EXPECT_EQ(pressed, 1);
+}
+
+TEST(Controls, WhatAnotherThreadPostsIsDoneHereInOrderHoweverFullTheQueueIs) {
+    ui::Form form(nullptr, u"", ui::FormStyle::dialog);
+    // As many as the system keeps for a thread, and more: each is lost for whoever does not look.
+    for (int i = 0; i < 20000 && PostMessageW(windowOf(form), WM_NULL, 0, 0); ++i) {
+    }
+    std::vector<int> done;
+    const auto here = std::this_thread::get_id();
+    std::thread other([&] {
+        for (int i = 0; i < 100; ++i) {
+            ui::post([&, i] {
+                if (std::this_thread::get_id() == here) {
+                    done.push_back(i);
+                }
+            });
+        }
+    });
+    other.join();
+    EXPECT_TRUE(serveUntil([&] { return done.size() == 100; }));
+    EXPECT_TRUE(std::is_sorted(done.begin(), done.end()));
+}
+
+TEST(Controls, RichEditLibraryIsTheSystemsOwn) {
+    Sizable form;
+    wchar_t path[MAX_PATH] = L"", system[MAX_PATH] = L"";
+    ASSERT_TRUE(GetModuleHandleW(L"riched20.dll"));
+    GetModuleFileNameW(GetModuleHandleW(L"riched20.dll"), path, MAX_PATH);
+    GetSystemDirectoryW(system, MAX_PATH);
+    EXPECT_EQ(_wcsnicmp(path, system, wcslen(system)), 0);
+}
+
+} // namespace
+} // namespace murmelix
