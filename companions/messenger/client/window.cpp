@@ -26,16 +26,6 @@ class Selected {
     HGDIOBJ before_;
 };
 
-int screenDpi() {
-    static const int dpi = [] {
-        const HDC screen = GetDC(nullptr);
-        const int value = GetDeviceCaps(screen, LOGPIXELSY);
-        ReleaseDC(nullptr, screen);
-        return std::max(value, 96);
-    }();
-    return dpi;
-}
-
 COLORREF avatarColor(const std::u16string& signin) {
     constexpr std::array<COLORREF, 8> colors{RGB(214, 99, 88),  RGB(222, 145, 58), RGB(120, 160, 60),
                                              RGB(52, 158, 132), RGB(66, 133, 196), RGB(120, 110, 190),
@@ -56,10 +46,6 @@ void disc(HDC dc, int left, int top, int size, COLORREF inside, COLORREF edge) {
 }
 
 } // namespace
-
-int px(int length) {
-    return MulDiv(length, screenDpi(), 96);
-}
 
 FontOwner systemFont(int height, int weight) {
     NONCLIENTMETRICSW metrics{};

@@ -9,11 +9,9 @@
 #include <windows.h>
 
 #include "companions/messenger/chat/client.h"
+#include "companions/messenger/client/looks.h"
 
 namespace messenger_client {
-
-// Pixels for a length at 96 dots per inch.
-int px(int length);
 
 struct DeleteObjectOf {
     void operator()(void* object) const { DeleteObject(object); }
