@@ -5,6 +5,7 @@
 #include "app/pages.h"
 #include "app/version_text.h"
 #include "platform/system.h"
+#include "ui/layout.h"
 
 namespace murmelix {
 
@@ -39,29 +40,18 @@ bool AboutFRM::onEscape() {
 }
 
 void AboutFRM::layOut() {
-    constexpr int margin = 240, gap = 120, picture = 15 * picture_size, left = margin + picture + margin, widest = 6000;
-    const int line = Label6.neededSize().height;
+    constexpr int margin = 240, gap = 120, widest = 6000;
     const int names = std::max(Label6.neededSize().width, Label7.neededSize().width) + gap;
-    const int page = std::min(Label3.neededSize().width, widest), mail = std::min(Label9.neededSize().width, widest);
-    const int width = std::max({names + page, mail, 3300});
-
-    int y = margin;
-    AboutPic.Move({margin, y, picture, picture});
-    const int heading = Label5.neededSize().height;
-    Label5.Move({left, y, width, heading});
-    y += heading + gap;
-    Line1.Move({left, y, width, 30});
-    y += 30 + gap;
-    Label6.Move({left, y, names, line});
-    VersionText.Move({left + names, y, width - names, line});
-    y += line + gap;
-    Label7.Move({left, y, names, line});
-    Label3.Move({left + names, y, page, line});
-    y += line + gap;
-    Line2.Move({left, y, width, 30});
-    y += 30 + gap;
-    Label9.Move({left, y, mail, line});
-    setScale(left + width + margin, std::max(y + line, margin + picture) + margin);
+    ui::fit(*this, ui::columns({ui::item(AboutPic).atStart(),
+                                ui::rows({ui::item(Label5), ui::item(Line1),
+                                          ui::columns({ui::item(Label6).least(names), ui::item(VersionText).growing()}),
+                                          ui::columns({ui::item(Label7).least(names), ui::item(Label3).widest(widest)}),
+                                          ui::item(Line2), ui::item(Label9).widest(widest).atStart()})
+                                    .gap(gap)
+                                    .least(3300)
+                                    .growing()})
+                       .gap(margin)
+                       .pad(margin));
 }
 
 void AboutFRM::Label3_Click() {

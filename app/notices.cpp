@@ -6,6 +6,7 @@
 #include "app/pages.h"
 #include "app/settings.h"
 #include "app/shell_state.h"
+#include "ui/layout.h"
 
 namespace murmelix {
 
@@ -43,26 +44,21 @@ void NoticeFrm::setTexts(std::vector<ui::Control*> texts) {
 }
 
 void NoticeFrm::layOut() {
-    constexpr int margin = 210, gap = 150, picture = 480, left = margin + picture + 210;
-    const ui::Size box = NeverShowMessAgainCheck.neededSize(), ok = OkButt.neededSize();
-    const int button = std::max(ok.width, 1200), button_height = std::max(ok.height, 375);
-    const int width = std::max(4650, box.width + gap + button - left + margin);
-
-    int y = margin;
-    NoticeIcon.Move({margin, y, picture, picture});
+    constexpr int margin = 210, gap = 150, text_width = 4650;
+    std::vector<ui::Layout> texts;
     for (ui::Control* text : texts_) {
         const bool link = dynamic_cast<ui::LinkLabel*>(text) != nullptr;
-        const ui::Size size = text->sizeFor(text->Caption(), link ? 0 : width);
-        text->Move({left, y, link ? size.width : width, size.height});
-        y += size.height + gap;
+        texts.push_back(link ? ui::item(*text).atStart() : ui::item(*text).wrapped());
     }
-    y = std::max(y, margin + picture + gap) + 30;
-    parting_.Move({margin, y, left + width - margin, 30});
-    y += gap;
-    const int box_height = std::max(box.height, 255);
-    NeverShowMessAgainCheck.Move({margin, y + (button_height - box_height) / 2, box.width, box_height});
-    OkButt.Move({left + width - button, y, button, button_height});
-    setScale(left + width + margin, y + button_height + gap);
+    const ui::Layout above = ui::columns({ui::item(NoticeIcon).atStart(),
+                                          ui::rows(std::move(texts)).gap(gap).wrapped().growing().least(text_width)})
+                                 .gap(margin);
+    const ui::Layout below = ui::columns({ui::item(NeverShowMessAgainCheck).least(0, 255).centered(), ui::stretch(),
+                                          ui::item(OkButt).least(1200, 375)})
+                                 .gap(gap);
+    const int icon_and_texts = NoticeIcon.neededSize().width + margin + text_width;
+    ui::fit(*this, ui::rows({above, ui::item(parting_), below}).gap(gap).pad(margin, margin, margin, gap),
+            std::max(icon_and_texts, below.needed().width) + 2 * margin);
 }
 
 MinimizeFrm::MinimizeFrm(ui::Form* owner)
