@@ -49,15 +49,20 @@ const murmelix::com::ServerClass& automationServer() {
 }
 
 Automation::Automation(Client& client, Faults& faults, Hooks hooks)
-    : client_(client), faults_(faults), hooks_(std::move(hooks)) {
-    client_.listen([this](const Change& change) { changed(change); });
-}
+    : client_(client), faults_(faults), hooks_(std::move(hooks)) {}
 
 Automation::~Automation() {
     close();
 }
 
 void Automation::offer() {
+    client_.listen([this](const Change& change) {
+        try {
+            changed(change);
+        } catch (const std::exception&) {
+            return; // an event that cannot be packed is lost alone; the other listeners hear of the change
+        }
+    });
     class_object_ = std::make_unique<murmelix::com::ClassObject>(clsid_automation, [this] {
         return object<MessengerObject>({Kind::root, this});
     });

@@ -43,7 +43,8 @@ class Automation {
     Automation(const Automation&) = delete;
     Automation& operator=(const Automation&) = delete;
 
-    // Offers the class to other processes. Error where COM refuses.
+    // Offers the class to other processes, and tells them of the client's changes from now on, after all who listen to
+    // them already. Error where COM refuses. Once.
     void offer();
     // True while no other program holds any object.
     bool unused() const { return objects_.empty(); }

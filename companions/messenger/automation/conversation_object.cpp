@@ -36,7 +36,7 @@ void ConversationObject::entering(const Member& member) {
     }
 }
 
-std::u16string ConversationObject::history() {
+std::u16string_view ConversationObject::history() {
     automation().hooks().read(*conversation_);
     return conversation_->history();
 }

@@ -21,7 +21,7 @@ class ConversationObject final : public WindowObject {
     bool isClosed() override { return conversation_->closed(); }
 
     murmelix::com::Ptr<IDispatch> contacts() { return automation().contactsOf(conversation_); }
-    std::u16string history();
+    std::u16string_view history();
     void addContact(Whose whose) { client().join(conversation_, find(whose)); }
 
     ConversationPtr conversation_;

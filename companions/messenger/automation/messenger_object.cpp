@@ -97,7 +97,11 @@ Ptr<IDispatch> MessengerObject::instantMessage(Whose whose) {
     if (contact == me()) {
         invalid(u"A conversation needs somebody else.");
     }
-    return automation().conversation(client().openWith(contact));
+    const ConversationPtr conversation = client().openWith(contact);
+    if (!conversation) {
+        throw Error(E_ACCESSDENIED, u"There are too many conversations.");
+    }
+    return automation().conversation(conversation);
 }
 
 std::u16string MessengerObject::myPhoneNumber(Any) {

@@ -224,9 +224,17 @@ ConversationPtr Client::openWith(const ContactPtr& contact) {
 }
 
 ConversationPtr Client::open(std::vector<ContactPtr> participants) {
+    if (conversations_.size() >= most_conversations) {
+        return nullptr;
+    }
     auto conversation = std::make_shared<Conversation>(std::move(participants));
     conversations_.push_back(conversation);
-    tell({.kind = Change::Kind::window_created, .conversation = conversation});
+    try {
+        tell({.kind = Change::Kind::window_created, .conversation = conversation});
+    } catch (...) {
+        close(conversation);
+        throw;
+    }
     return conversation;
 }
 

@@ -18,6 +18,9 @@ namespace messenger_client {
 // UTF-16 units of a history: hours of replay at full speed. What would make it longer is not said.
 inline constexpr std::size_t longest_history = 64 * 1024 * 1024;
 
+// Conversations that are open: each has a window of six controls, of which a session of Windows has ten thousand.
+inline constexpr std::size_t most_conversations = 200;
+
 // A conversation and the text that its window shows. The text begins with a line of the client's own; every message is
 // appended as CR LF, "NAME says:", CR LF and its lines, parted by CR LF. The text never ends in CR LF.
 class Conversation {
@@ -116,8 +119,10 @@ class Client {
     void setStatus(const ContactPtr& contact, Status status);
 
     const std::vector<ConversationPtr>& conversations() const { return conversations_; }
-    // The conversation with exactly this contact, or a new one.
+    // The conversation with exactly this contact, or a new one. Null where there are most_conversations already; so is
+    // open.
     ConversationPtr openWith(const ContactPtr& contact);
+    // One that a listener cannot show, and throws of, is closed again.
     ConversationPtr open(std::vector<ContactPtr> participants);
     void close(const ConversationPtr& conversation);
     void join(const ConversationPtr& conversation, const ContactPtr& contact);

@@ -238,8 +238,11 @@ Result Control::run(View command, View rest) {
         if (!contact) {
             return Result::refused;
         }
-        used_ = client_.open({std::move(contact)});
-        return Result::done;
+        const ConversationPtr opened = client_.open({std::move(contact)});
+        if (opened) {
+            used_ = opened;
+        }
+        return done(opened != nullptr);
     }
     const bool of_somebody =
         command == u"say" || command == u"part" || command == u"rename" || command == u"status" || command == u"remove";

@@ -215,9 +215,9 @@ Script makeScript(const std::vector<LogEvent>& log, const ReplayOptions& options
     return std::move(writer.script);
 }
 
-std::span<const Step> Replay::advance(double seconds) {
+std::span<const Step> Replay::advance(double seconds, std::size_t most) {
     const std::size_t first = next_;
-    while (next_ < steps_.size() && steps_[next_].at <= seconds) {
+    while (next_ < steps_.size() && next_ - first < most && steps_[next_].at <= seconds) {
         ++next_;
     }
     return std::span<const Step>(steps_).subspan(first, next_ - first);

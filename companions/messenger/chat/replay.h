@@ -55,8 +55,8 @@ class Replay {
   public:
     Replay() = default;
     explicit Replay(std::vector<Step> steps) : steps_(std::move(steps)) {}
-    // The steps that have come due, each once.
-    std::span<const Step> advance(double seconds);
+    // The steps that have come due, each once, no more than `most` of them.
+    std::span<const Step> advance(double seconds, std::size_t most = std::numeric_limits<std::size_t>::max());
     bool done() const { return next_ == steps_.size(); }
     // Time of the next step; only while not done.
     double nextAt() const { return steps_[next_].at; }

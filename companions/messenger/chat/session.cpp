@@ -17,6 +17,8 @@ constexpr double reading_lead = 0.5;
 constexpr unsigned unused_stay = 2000;
 // From one look for idleness to the next, in milliseconds.
 constexpr unsigned idle_look_time = 5000;
+// So many steps of a replay are played before the rest of the program has its turn.
+constexpr std::size_t steps_at_once = 500;
 // The longest time that a timer is set for, in seconds; it is set anew then.
 constexpr double longest_timer = 3600;
 
@@ -182,9 +184,12 @@ void Session::openReplay(std::string_view log) {
             present.push_back(people_.back());
         }
     }
+    replayed_ = client_.open(std::move(present));
+    if (!replayed_) {
+        return;
+    }
     replay_ = Replay(std::move(script.steps));
     replay_over_ = false;
-    replayed_ = client_.open(std::move(present));
     if (!switches_.wait) {
         startReplay();
     }
@@ -244,8 +249,12 @@ void Session::replayOn() {
         return hooks_.unused();
     }
     const double now = static_cast<double>(hooks_.microseconds() - *replay_start_) / 1e6;
-    for (const Step& step : replay_.advance(now)) {
-        play(step);
+    for (const Step& step : replay_.advance(now, steps_at_once)) {
+        try {
+            play(step);
+        } catch (const std::exception&) {
+            continue; // a step without memory for it is lost alone
+        }
     }
     replay_over_ = replay_.done() || replayed_->closed();
     if (replay_over_) {

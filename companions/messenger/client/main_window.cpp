@@ -499,6 +499,10 @@ void MainWindow::openSelected() {
         return;
     }
     const auto conversation = client_.openWith(contact);
+    if (!conversation) {
+        MessageBeep(MB_ICONWARNING);
+        return;
+    }
     SetForegroundWindow(reinterpret_cast<HWND>(conversation->window()));
 }
 

@@ -208,6 +208,28 @@ TEST_F(History, EndsWhereItsLimitIs) {
     EXPECT_TRUE(talk->history().ends_with(u"Ann says:\r\n12"));
 }
 
+TEST_F(Signed, ConversationsAreNotEndlesslyMany) {
+    while (client.conversations().size() < most_conversations) {
+        ASSERT_TRUE(client.open({ann}));
+    }
+    EXPECT_EQ(client.open({ann}), nullptr);
+    EXPECT_EQ(client.openWith(bob), nullptr);
+    EXPECT_TRUE(client.openWith(ann)) << "is open already";
+    client.close(talk);
+    EXPECT_TRUE(client.openWith(bob));
+}
+
+TEST_F(Signed, AConversationThatCannotBeShownIsNotThere) {
+    client.listen([](const Change& change) {
+        if (change.kind == Change::Kind::window_created) {
+            throw std::runtime_error("no window");
+        }
+    });
+    EXPECT_THROW(client.open({bob}), std::runtime_error);
+    EXPECT_THAT(client.conversations(), ElementsAre(talk));
+    EXPECT_EQ(seen.back(), "destroyed");
+}
+
 TEST_F(Signed, OneConversationForOneContact) {
     const auto alone = client.openWith(ann);
     EXPECT_NE(alone, talk);
@@ -374,6 +396,14 @@ TEST_F(ControlCommands, WindowAndInput) {
     for (const char* line : {"untouched", "untouched -1", "untouched long"}) {
         EXPECT_EQ(control.execute(line), Result::bad_arguments) << line;
     }
+}
+
+TEST_F(ControlCommands, OpenIsRefusedWhereThereAreTooMany) {
+    while (client.conversations().size() < most_conversations) {
+        ASSERT_EQ(control.execute("open ann@x"), Result::done);
+    }
+    EXPECT_EQ(control.execute("open ann@x"), Result::refused);
+    EXPECT_EQ(control.execute("say ann@x hi"), Result::done) << "in the last one";
 }
 
 TEST_F(ControlCommands, OpenAddsWhoIsNew) {

@@ -238,6 +238,45 @@ TEST_F(Replaying, EndsWithItsConversation) {
     EXPECT_THAT(told, ElementsAre("replayed"));
 }
 
+TEST_F(Replaying, LetsTheRestOfTheProgramHaveItsTurn) {
+    std::string log;
+    for (int i = 0; i < 1800; ++i) {
+        log += "[10:00] <ann> x\n";
+    }
+    switches.signin = u"me@x";
+    switches.replay.speed = 0;
+    begin();
+    session->start();
+    std::size_t said = 0;
+    client.listen([&](const Change& change) { said += change.kind == Change::Kind::said; });
+    session->openReplay(log);
+    std::size_t most = 0;
+    while (session->replaying()) {
+        const std::size_t before = said;
+        session->tick(Session::Clock::replay);
+        most = std::max(most, said - before);
+        EXPECT_TRUE(!session->replaying() || timers[Session::Clock::replay] == now) << "at once";
+    }
+    EXPECT_EQ(said, 1800U);
+    EXPECT_EQ(most, 500U);
+}
+
+TEST_F(Replaying, AStepThatFailsIsLostAlone) {
+    switches.signin = u"me@x";
+    switches.replay.speed = 0;
+    begin();
+    session->start();
+    client.listen([](const Change& change) {
+        if (change.kind == Change::Kind::said && change.text == u"two") {
+            throw std::bad_alloc();
+        }
+    });
+    session->openReplay(log_text);
+    pass(1000);
+    EXPECT_TRUE(client.conversations().front()->history().ends_with(u"one\r\ncy says:\r\nthree"));
+    EXPECT_THAT(told, ElementsAre("replayed"));
+}
+
 TEST_F(Replaying, HasNoMoreWritersThanTheListHasRoomFor) {
     std::string log;
     for (std::size_t i = 0; i < most_contacts + 100; ++i) {
