@@ -323,6 +323,7 @@ TEST_F(WorkForLater, ThatThrowsLosesOnlyItself) {
     session->soon([this] { told.push_back("two"); });
     EXPECT_THROW(pass(0), std::bad_alloc);
     pass(0);
+    EXPECT_THAT(told, ElementsAre("two"));
     session->soon([] { throw std::bad_alloc(); });
     EXPECT_THROW(pass(0), std::bad_alloc);
     session->soon([this] { told.push_back("three"); });
