@@ -43,13 +43,19 @@ function(murmelix_library name)
   target_link_libraries(${name} PUBLIC murmelix_options ${ARG_LINK})
 endfunction()
 
-# murmelix_program(NAME [GUI] SOURCES… LINK…): an executable; GUI links it for the Windows subsystem, entry wWinMain.
+# murmelix_program(NAME [GUI] SOURCES… LINK…): an executable; GUI links it for the Windows subsystem, entry ui/program.h.
 function(murmelix_program name)
   cmake_parse_arguments(ARG "GUI" "" "SOURCES;LINK" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE murmelix_options ${ARG_LINK})
   if(WIN32 AND ARG_GUI)
-    target_link_options(${name} PRIVATE -mwindows -municode)
+    # The entry lies in the library ui, which is searched before the system's start-up code asks for it.
+    if(CMAKE_SIZEOF_VOID_P EQUAL 8)
+      set(entry wWinMain)
+    else()
+      set(entry _wWinMain@16)
+    endif()
+    target_link_options(${name} PRIVATE -mwindows -municode -Wl,-u,${entry})
   elseif(WIN32)
     target_link_options(${name} PRIVATE -mconsole)
   endif()

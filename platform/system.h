@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -34,6 +35,8 @@ struct ProgramVersion {
     int major, minor, revision;
 };
 ProgramVersion programVersion();
+// That a program's file says it has; nothing where it has none.
+std::optional<ProgramVersion> versionOf(const std::u16string& path);
 
 // Ends the process at once; no window's unload processing runs. (The fake throws ProcessEnded.)
 [[noreturn]] void endProcess();

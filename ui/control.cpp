@@ -178,6 +178,10 @@ void Control::place(bool anew) {
     }
 }
 
+void Control::Refresh() {
+    native::drawNow(handle_);
+}
+
 void Control::ZOrder() {
     if (parent_) {
         std::erase(parent_->stacking_, this);

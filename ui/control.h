@@ -56,6 +56,8 @@ class Control {
     Size sizeFor(const std::u16string& caption, int width = 0) const;
     // Twips that it takes as it is; what has no caption to measure tells the least that is of use.
     virtual Size neededSize(int width = 0) const { return sizeFor(caption_, width); }
+    // Draws it now, with what is in it: before something that takes long, which keeps the loop from drawing.
+    void Refresh();
     // In front of its siblings.
     void ZOrder();
     void SetFocus();

@@ -30,21 +30,43 @@ struct Plan {
     std::u16string success; // the last line, where nothing failed
 };
 
+// Goes through a plan, and says what has happened: each line to the standard output, too, where there is one.
+class Progress {
+  public:
+    explicit Progress(const Plan& plan) : plan_(plan) {}
+
+    const Plan& plan() const { return plan_; }
+    std::size_t done() const { return next_; } // steps
+    bool over() const { return next_ == plan_.steps.size(); }
+    bool failed() const { return failed_; }
+    // What the next step does.
+    const std::u16string& what() const { return plan_.steps[next_].what; }
+    // Carries the next step out; the line that tells of it.
+    std::u16string carryOutNext();
+    // The last line.
+    std::u16string conclusion() const;
+    int exitStatus() const;
+
+  private:
+    const Plan& plan_;
+    std::size_t next_ = 0;
+    bool failed_ = false;
+};
+
 struct CommandLine {
     bool quiet = false;     // "/quiet": no window; the lines go to the standard output
     bool uninstall = false; // "/uninstall"
     std::u16string unknown; // the first argument that is neither
 };
-CommandLine readCommandLine();
+CommandLine readCommandLine(const std::vector<std::u16string>& arguments);
 
 inline constexpr int exit_ready = 0;
 inline constexpr int exit_failed = 1;
 inline constexpr int exit_usage = 2;
 
-// Carries the plan out and returns the exit status. With a window it returns when the user has closed it.
-int carryOut(const Plan& plan, const CommandLine& command_line);
-
-// Says that the command line is not understood, in the way that it asks for, and returns the exit status.
-int refuse(const std::u16string& title, const CommandLine& command_line);
+// Carries out one of two plans, as the arguments say, and returns the exit status; with a window when the user has
+// closed it. `name`: of the program, where the arguments are not understood.
+int run(const std::vector<std::u16string>& arguments, const std::u16string& name, const std::function<Plan()>& install,
+        const std::function<Plan()>& remove);
 
 } // namespace setup

@@ -110,6 +110,21 @@ ProgramVersion programVersion() {
     return {MURMELIX_VERSION};
 }
 
+std::optional<ProgramVersion> versionOf(const std::u16string& path) {
+    DWORD ignored = 0;
+    std::vector<char> information(GetFileVersionInfoSizeW(wide(path), &ignored));
+    void* found = nullptr;
+    UINT size = 0;
+    if (information.empty() ||
+        !GetFileVersionInfoW(wide(path), 0, static_cast<DWORD>(information.size()), information.data()) ||
+        !VerQueryValueW(information.data(), L"\\", &found, &size) || size < sizeof(VS_FIXEDFILEINFO)) {
+        return {};
+    }
+    const auto* version = static_cast<const VS_FIXEDFILEINFO*>(found);
+    return ProgramVersion{HIWORD(version->dwFileVersionMS), LOWORD(version->dwFileVersionMS),
+                          HIWORD(version->dwFileVersionLS)};
+}
+
 void endProcess() {
     // The neighbours are told that their objects are no longer needed. One that hangs keeps nobody here.
     HANDLE last_resort = CreateThread(nullptr, 0, endAnyway, nullptr, 0, nullptr);

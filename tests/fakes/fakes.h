@@ -3,6 +3,7 @@
 
 #include "tests/fakes/agent.h"
 #include "tests/fakes/ansi.h"
+#include "tests/fakes/files.h"
 #include "tests/fakes/messenger.h"
 #include "tests/fakes/neighbours.h"
 #include "tests/fakes/registry.h"
@@ -14,6 +15,7 @@ namespace murmelix::fakes {
 struct State {
     Registry registry;
     System system;
+    Files files;
     UserStores user_stores;
     MessageBoxes message_boxes;
     Neighbours neighbours;

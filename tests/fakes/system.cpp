@@ -64,6 +64,11 @@ ProgramVersion programVersion() {
     return fakes::system().version;
 }
 
+std::optional<ProgramVersion> versionOf(const std::u16string& path) {
+    const auto found = fakes::system().versions.find(path);
+    return found == fakes::system().versions.end() ? std::nullopt : std::optional(found->second);
+}
+
 void endProcess() {
     fakes::system().ended = true;
     throw fakes::ProcessEnded{};

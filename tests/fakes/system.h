@@ -29,6 +29,7 @@ struct System {
     std::set<std::u16string> directories{u"C:\\WINDOWS\\msagent\\chars\\"};
     std::map<std::u16string, std::vector<std::u16string>> subdirectories;
     platform::ProgramVersion version{1, 2, 3};
+    std::map<std::u16string, platform::ProgramVersion> versions; // of program files, by path
     std::u16string site_host = u"www.example.org";
     std::u16string support_address = u"support@example.org";
 

@@ -249,6 +249,10 @@ void invalidate(Handle control) {
     InvalidateRect(windowOf(control), nullptr, TRUE);
 }
 
+void drawNow(Handle control) {
+    RedrawWindow(windowOf(control), nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+}
+
 Size captionSize(Handle control, const std::u16string& caption, int width) {
     constexpr std::size_t longest = 4096; // beyond any screen
     const ControlWindow& window = at(control);

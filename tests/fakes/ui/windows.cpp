@@ -260,6 +260,10 @@ void setCaption(Handle control, const std::u16string& caption) {
     fakes::screen().texts[control] = caption;
 }
 
+void drawNow(Handle control) {
+    fakes::screen().drawn_now.push_back(control);
+}
+
 // All else is kept by the controls themselves.
 void setEnabled(Handle, bool) {}
 void setUseMnemonic(Handle, bool) {}

@@ -1,0 +1,31 @@
+// Files of this machine by their paths, which have no "\" at their end.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace murmelix::platform {
+
+// Why the system did not do it, for people; nothing where it did.
+using Refusal = std::optional<std::u16string>;
+
+// Where Windows is.
+std::u16string windowsDirectory();
+
+// A file, not a directory.
+bool fileExists(const std::u16string& path);
+// False also where one of them cannot be read.
+bool sameContent(const std::u16string& a, const std::u16string& b);
+// Names of the files in a directory that end so, in whatever case, sorted.
+std::vector<std::u16string> filesIn(const std::u16string& directory, const std::u16string& ending);
+
+// With those above it; one that is there already is no refusal.
+Refusal makeDirectory(const std::u16string& path);
+// What is at `to` is replaced. A copy that was refused can have left a part of the file there.
+Refusal copyFile(const std::u16string& from, const std::u16string& to);
+// Within a volume: whoever opens `to` meets either the whole old file or the whole new one.
+Refusal moveFile(const std::u16string& from, const std::u16string& to);
+Refusal deleteFile(const std::u16string& path);
+
+} // namespace murmelix::platform
