@@ -10,6 +10,9 @@
 
 namespace agent::acs {
 
+// Width and height of a character and of an image, in pixels: five times those of the largest character seen.
+inline constexpr std::uint16_t largest_side = 1024;
+
 using Guid = std::array<std::uint8_t, 16>;
 
 struct Voice {

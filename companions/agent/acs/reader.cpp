@@ -16,6 +16,7 @@ constexpr std::uint32_t compound_signature = 0xE011CFD0; // the storage of versi
 constexpr std::size_t palette_size = 256;
 constexpr std::uintmax_t largest_file = std::uintmax_t{256} << 20;
 constexpr std::size_t most_kept_pixels = std::size_t{2} << 20;
+constexpr std::size_t most_kept_images = 1024; // each is looked for among the others
 
 // Why a file is refused, as a sentence; thrown within this file only.
 struct Refusal {
@@ -31,30 +32,37 @@ std::string inQuotes(std::u16string_view name) {
     return '"' + murmelix::toUtf8(name.substr(0, 64)) + '"';
 }
 
-// What the parts of a character take in memory, against the bound.
+// A number of bytes that may be taken, and the sentence that refuses more.
 class Budget {
   public:
+    Budget(std::uint64_t bytes, const char* sentence) : left_(bytes), sentence_(sentence) {}
     void take(std::uint64_t bytes) {
         if (bytes > left_) {
-            refuse("The character takes more than 128 MB of memory.");
+            refuse(sentence_);
         }
         left_ -= bytes;
     }
 
   private:
-    std::uint64_t left_ = largest_character;
+    std::uint64_t left_;
+    const char* sentence_;
 };
 
-// Reads one part of the file from its start; `what` names the part at the beginning of a sentence.
+// Reads one part of the file from its start; `what` names the part at the beginning of a sentence. `readings`, where
+// there is one, is charged with every byte.
 class Cursor {
   public:
-    Cursor(std::span<const std::uint8_t> bytes, std::string what) : bytes_(bytes), what_(std::move(what)) {}
+    Cursor(std::span<const std::uint8_t> bytes, std::string what, Budget* readings = nullptr)
+        : bytes_(bytes), what_(std::move(what)), readings_(readings) {}
 
     const std::string& what() const { return what_; }
 
     std::span<const std::uint8_t> bytes(std::uint64_t count) {
         if (count > bytes_.size()) {
             refuse(what_ + " is cut short.");
+        }
+        if (readings_ != nullptr) {
+            readings_->take(count);
         }
         const auto taken = bytes_.first(static_cast<std::size_t>(count));
         bytes_ = bytes_.subspan(taken.size());
@@ -105,6 +113,7 @@ class Cursor {
   private:
     std::span<const std::uint8_t> bytes_;
     std::string what_;
+    Budget* readings_;
 };
 
 struct RawImage {
@@ -154,7 +163,9 @@ Image decoded(const RawImage& raw) {
 
 class Reader {
   public:
-    explicit Reader(std::span<const std::uint8_t> file) : file_(file) {}
+    explicit Reader(std::span<const std::uint8_t> file)
+        : file_(file), readings_(std::uint64_t{file.size()} * most_readings,
+                                 "The character's parts share their bytes more than 16 times over.") {}
 
     void read() {
         if (file_.size() >= 4 && Cursor(file_, "").u32() == compound_signature) {
@@ -191,14 +202,14 @@ class Reader {
         }
         return result;
     }
-    Cursor at(const Extent& where, std::string what) const {
-        return Cursor(file_.subspan(where.offset, where.size), std::move(what));
+    Cursor at(const Extent& where, std::string what) {
+        return Cursor(file_.subspan(where.offset, where.size), std::move(what), &readings_);
     }
-    Cursor part(Cursor& in, const std::string& what) const { return at(extent(in, what), what); }
+    Cursor part(Cursor& in, const std::string& what) { return at(extent(in, what), what); }
 
     std::u16string string(Cursor& in) {
         std::u16string text = in.string();
-        budget_.take(sizeof text + 2 * text.size());
+        texts_.take(sizeof text + 2 * text.size());
         return text;
     }
     std::vector<std::uint8_t> block(Cursor& in) {
@@ -219,7 +230,7 @@ class Reader {
         character.width = in.u16();
         character.height = in.u16();
         if (character.width == 0 || character.height == 0 ||
-            std::size_t{character.width} * character.height > largest_raster) {
+            std::max(character.width, character.height) > largest_side) {
             refuse("The character is of impossible size: " + std::to_string(character.width) + " by " +
                    std::to_string(character.height) + " pixels.");
         }
@@ -323,11 +334,12 @@ class Reader {
         for (std::size_t i = 0; i < images.size(); ++i) {
             const std::string what = "Image " + std::to_string(i);
             const RawImage raw = rawImage(at(images[i], what));
-            if (raw.size() > largest_raster) {
+            if (std::max(raw.width, raw.height) > largest_side) {
                 refuse(what + " is of impossible size: " + std::to_string(raw.width) + " by " +
                        std::to_string(raw.height) + " pixels.");
             }
             budget_.take(sizeof(Image) + raw.size() + raw.region_size);
+            pixels_.push_back(raw.size());
             checkPacked(what + ": the pixels' data ", raw.compressed, raw.pixels, raw.size());
             checkPacked(what + ": the region's data ", raw.region_compressed, raw.region, raw.region_size);
         }
@@ -365,8 +377,13 @@ class Reader {
         animation.return_animation = string(in);
         animation.frames.resize(in.fitting(in.u16(), 10, "frames"));
         budget_.take(animation.frames.size() * sizeof(Frame));
+        std::size_t branches = 0;
         for (Frame& frame : animation.frames) {
             readFrame(in, frame, animation.frames.size());
+            branches += frame.branches.size();
+        }
+        if (branches > most_branches) {
+            refuse(in.what() + " has " + std::to_string(branches) + " branches, more than 65535.");
         }
     }
 
@@ -397,6 +414,21 @@ class Reader {
         for (Mouth& mouth : frame.mouths) {
             readMouth(in, mouth);
         }
+        checkDrawing(in, frame);
+    }
+
+    void checkDrawing(const Cursor& in, const Frame& frame) const {
+        std::uint64_t pixels = 0;
+        for (const Mouth& mouth : frame.mouths) {
+            pixels = std::max<std::uint64_t>(pixels, pixels_[mouth.image]);
+        }
+        for (const FrameImage& image : frame.images) {
+            pixels += pixels_[image.image];
+        }
+        if (frame.images.size() >= most_frame_images || pixels > most_frame_pixels) {
+            refuse(in.what() + " has a frame of " + std::to_string(frame.images.size()) + " images and " +
+                   std::to_string(pixels) + " pixels, too much to draw.");
+        }
     }
 
     void readMouth(Cursor& in, Mouth& mouth) {
@@ -425,7 +457,10 @@ class Reader {
     }
 
     std::span<const std::uint8_t> file_;
-    Budget budget_;
+    Budget readings_;
+    Budget budget_{largest_character, "The character takes more than 128 MB of memory."};
+    Budget texts_{largest_texts, "The names and texts of the character take more than 4 MB of memory."};
+    std::vector<std::size_t> pixels_; // of each image, with the padding of its rows
 };
 
 // Runs `action`, turning a refusal into the sentence.
@@ -487,10 +522,10 @@ std::shared_ptr<const Image> CharacterFile::image(std::size_t index) const {
     }
     auto image = std::make_shared<const Image>(decoded(rawImage(Cursor(bytesOf(bytes_, images_[index]), ""))));
     recent_.emplace(recent_.begin(), index, image);
-    std::size_t kept = 0;
-    const auto too_many = std::ranges::find_if(recent_, [&kept](const auto& entry) {
+    std::size_t kept = 0, count = 0;
+    const auto too_many = std::ranges::find_if(recent_, [&](const auto& entry) {
         kept += sizeof(Image) + entry.second->pixels.size() + entry.second->region.size();
-        return kept > most_kept_pixels;
+        return kept > most_kept_pixels || ++count > most_kept_images;
     });
     recent_.erase(too_many, recent_.end());
     return image;

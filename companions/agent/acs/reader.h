@@ -17,10 +17,23 @@
 
 namespace agent::acs {
 
-// The largest raster and character area, and the most memory that the parts of one character may take together when all
-// are decompressed; well above any drawn character (37 MB), and a bound for a file made to exhaust memory.
-inline constexpr std::size_t largest_raster = std::size_t{16} << 20;
+// What a file may ask for at most, so that none is made to exhaust memory or time. The largest characters seen have
+// 200 by 187 pixels, 984 images, 2,170 frames in all, 11 images and 3 branches in one frame, and take 37 MB. (For the
+// pixels see also largest_side.)
+
+// Memory of all parts of one character together when all are decompressed.
 inline constexpr std::size_t largest_character = std::size_t{128} << 20;
+// Memory of its names and texts: they are looked through for every animation that is played.
+inline constexpr std::size_t largest_texts = std::size_t{4} << 20;
+// How often a byte of the file is read, on average: parts may share their bytes, but the work stays in proportion to
+// the file's size.
+inline constexpr std::size_t most_readings = 16;
+// What is drawn for one frame, a frame being drawn within 10 ms: its images (the mouth one of them), and their pixels
+// with the padding of their rows, which is a hundred layers of a usual character.
+inline constexpr std::size_t most_frame_images = 256;
+inline constexpr std::size_t most_frame_pixels = std::size_t{4} << 20;
+// The branches of one animation, all of which are followed to learn whether it ends.
+inline constexpr std::size_t most_branches = 65'535;
 
 // Where the bytes of an image or a sound stand in the file.
 struct Extent {
@@ -44,8 +57,8 @@ class CharacterFile {
     std::size_t imageCount() const { return images_.size(); }
     std::size_t soundCount() const { return sounds_.size(); }
 
-    // `index` is below the count. Images lately asked for are kept (up to 2 MB), so that a playing animation does not
-    // decompress each one anew; a caller may hold one for as long as it likes.
+    // `index` is below the count. Images lately asked for are kept (up to 2 MB and 1,024 of them), so that a playing
+    // animation does not decompress each one anew; a caller may hold one for as long as it likes.
     std::shared_ptr<const Image> image(std::size_t index) const;
     std::span<const std::uint8_t> sound(std::size_t index) const;
 

@@ -1,6 +1,7 @@
 #include "companions/agent/stage/animation_player.h"
 
 #include <algorithm>
+#include <numeric>
 #include <utility>
 #include <vector>
 
@@ -11,12 +12,59 @@ constexpr Time longest_exit = 5000;   // ms from the stop to the cut
 constexpr Time least_duration = 10;   // ms a frame of no duration is held in an endless run of them
 constexpr Time longest_backlog = 500; // ms that a late clock is made up for
 
+// Calls `to` with each frame that may follow this one, the number of frames standing for the end.
+template <class To>
+void eachFollowing(const std::vector<acs::Frame>& frames, std::size_t from, To to) {
+    unsigned taken = 0; // percent
+    for (const acs::Branch& branch : frames[from].branches) {
+        if (branch.probability > 0 && taken < 100) {
+            to(std::min<std::size_t>(branch.target, frames.size()));
+        }
+        taken += branch.probability;
+    }
+    if (taken < 100) {
+        to(from + 1);
+    }
+}
+
+// Of each frame whether the animation, left alone, may come to its end from there: found backwards from the end, in
+// time proportional to the frames and their branches.
+std::vector<bool> endingFrames(const acs::Animation& animation) {
+    const auto& frames = animation.frames;
+    // The frames that come before each, one after another; `first` tells where those of a frame begin.
+    std::vector<std::size_t> first(frames.size() + 2);
+    for (std::size_t from = 0; from < frames.size(); ++from) {
+        eachFollowing(frames, from, [&](std::size_t to) { ++first[to + 1]; });
+    }
+    std::partial_sum(first.begin(), first.end(), first.begin());
+    std::vector<std::size_t> before(first.back()), next(first);
+    for (std::size_t from = 0; from < frames.size(); ++from) {
+        eachFollowing(frames, from, [&](std::size_t to) { before[next[to]++] = from; });
+    }
+    std::vector<bool> ending(frames.size() + 1);
+    std::vector<std::size_t> open{frames.size()};
+    while (!open.empty()) {
+        const std::size_t to = open.back();
+        open.pop_back();
+        for (std::size_t i = first[to]; i < first[to + 1]; ++i) {
+            if (!ending[before[i]]) {
+                ending[before[i]] = true;
+                open.push_back(before[i]);
+            }
+        }
+    }
+    return ending;
+}
+
 } // namespace
 
 AnimationPlayer::AnimationPlayer(Random random) : random_(std::move(random)) {}
 
 void AnimationPlayer::start(std::shared_ptr<const acs::Animation> animation, Time now) {
-    animation_ = std::move(animation);
+    if (animation != animation_) {
+        ending_.clear();
+        animation_ = std::move(animation);
+    }
     stopping_ = false;
     without_duration_ = 0;
     playing_ = animation_ && !animation_->frames.empty();
@@ -85,39 +133,14 @@ bool AnimationPlayer::step(Time now) {
     return true;
 }
 
-bool AnimationPlayer::endless() const {
+bool AnimationPlayer::endless() {
     if (!playing_) {
         return false;
     }
-    const auto& frames = animation_->frames;
-    std::vector<bool> seen(frames.size());
-    std::vector<std::size_t> open{frame_};
-    seen[frame_] = true;
-    while (!open.empty()) {
-        const std::size_t from = open.back();
-        open.pop_back();
-        unsigned taken = 0;
-        const auto reach = [&](std::size_t to) {
-            if (to >= frames.size()) {
-                return true;
-            }
-            if (!seen[to]) {
-                seen[to] = true;
-                open.push_back(to);
-            }
-            return false;
-        };
-        for (const acs::Branch& branch : frames[from].branches) {
-            if (branch.probability > 0 && taken < 100 && reach(branch.target)) {
-                return false;
-            }
-            taken += branch.probability;
-        }
-        if (taken < 100 && reach(from + 1)) {
-            return false;
-        }
+    if (ending_.empty()) {
+        ending_ = endingFrames(*animation_);
     }
-    return true;
+    return !ending_[frame_];
 }
 
 } // namespace agent::stage

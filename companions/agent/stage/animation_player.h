@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <vector>
 
 #include "companions/agent/acs/character_file.h"
 
@@ -29,8 +30,9 @@ class AnimationPlayer {
 
     bool playing() const { return playing_; }
     bool stopping() const { return stopping_; }
-    // Whether the animation, left alone, can never come to its end from the frame that shows.
-    bool endless() const;
+    // Whether the animation, left alone, can never come to its end from the frame that shows. Found out for the whole
+    // animation when it is first asked.
+    bool endless();
     // The frame that shows; of the last animation when nothing plays; null before the first.
     const acs::Frame* frame() const;
     const acs::Animation* animation() const { return animation_.get(); }
@@ -41,6 +43,7 @@ class AnimationPlayer {
 
     Random random_;
     std::shared_ptr<const acs::Animation> animation_;
+    std::vector<bool> ending_; // of each frame whether the end can be reached; empty until that is asked
     std::size_t frame_ = 0;
     Time due_ = 0;
     Time cut_at_ = 0;

@@ -185,6 +185,8 @@ void Actor::drop() {
 }
 
 void Actor::resize(int width, int height) {
+    width = std::clamp(width, 1, largest_side);
+    height = std::clamp(height, 1, largest_side);
     if (width == width_ && height == height_) {
         return;
     }
@@ -641,20 +643,25 @@ void Actor::order(const RequestRef& request) {
     if (utterances_.contains(request.get())) {
         return;
     }
-    utterances_[request.get()].order = stage_.effects_.orderSpeech(
-        *this, request->text, request->url,
-        [&stage = stage_, id = id_, key = request.get()](std::optional<voice::Speech> speech) {
-            Actor* actor = stage.find(id);
-            if (!actor) {
-                return;
-            }
-            const auto found = actor->utterances_.find(key);
-            if (found == actor->utterances_.end()) {
-                return;
-            }
-            found->second.failed = !speech;
-            found->second.speech = std::move(speech);
-        });
+    Utterance& utterance = utterances_[request.get()];
+    try {
+        utterance.order = stage_.effects_.orderSpeech(
+            *this, request->text, request->url,
+            [&stage = stage_, id = id_, key = request.get()](std::optional<voice::Speech> speech) {
+                Actor* actor = stage.find(id);
+                if (!actor) {
+                    return;
+                }
+                const auto found = actor->utterances_.find(key);
+                if (found == actor->utterances_.end()) {
+                    return;
+                }
+                found->second.failed = !speech;
+                found->second.speech = std::move(speech);
+            });
+    } catch (const std::exception&) {
+        utterance.failed = true;
+    }
 }
 
 void Actor::beginSpeaking() {
@@ -664,7 +671,15 @@ void Actor::beginSpeaking() {
         if (auto animation = posed ? nullptr : fromState(u"SPEAKING")) {
             playNow(std::move(animation), Role::request);
         }
-        utterance.sound = stage_.effects_.startSound(utterance.speech->sound);
+        // What cannot be heard is shown all the same, for as long as it would sound: nobody waits for it in vain.
+        utterance.length = utterance.speech->sound.milliseconds();
+        try {
+            utterance.sound = stage_.effects_.startSound(std::move(utterance.speech->sound));
+        } catch (const std::exception&) {
+            utterance.sound = 0;
+        }
+    } else {
+        utterance.length = static_cast<Time>(utterance.speech->words.size() + 1) * thought_word;
     }
     closeBalloonNow();
     const std::u16string& shown = utterance.speech->shown;
@@ -681,12 +696,14 @@ void Actor::beginSpeaking() {
 
 bool Actor::speaking() {
     Utterance& utterance = utterances_[current_.get()];
+    if (!utterance.speech) {
+        return false; // there was no memory for it
+    }
     const voice::Speech& speech = *utterance.speech;
     std::optional<std::uint32_t> heard;
-    if (utterance.quiet) {
-        const Time length = static_cast<Time>(speech.words.size() + 1) * thought_word;
+    if (utterance.sound == 0) {
         const Time gone = stage_.now_ - begun_at_;
-        if (gone < length) {
+        if (gone < utterance.length) {
             heard = static_cast<std::uint32_t>(gone);
         }
     } else {

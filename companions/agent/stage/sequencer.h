@@ -22,6 +22,10 @@ namespace agent::stage {
 class Actor;
 class Stage;
 
+// Width and height that a character can be given, in pixels: those that a character file may have. What is drawn in a
+// frame stays within its 10 ms.
+inline constexpr int largest_side = acs::largest_side;
+
 // What the stage needs of a character file. Names compare without letter case.
 class Repertoire {
   public:
@@ -52,7 +56,8 @@ class Effects {
     virtual SpeechOrder orderSpeech(Actor& actor, const std::u16string& text, const std::u16string& url,
                                     std::function<void(std::optional<voice::Speech>)> done) = 0;
     virtual void cancelSpeech(SpeechOrder order) = 0;
-    virtual Sound startSound(const voice::Wave& wave) = 0;
+    // 0 where it cannot be started.
+    virtual Sound startSound(voice::Wave wave) = 0;
     virtual void stopSound(Sound sound) = 0;
     // How far it has been heard, in ms; nothing when it is over.
     virtual std::optional<std::uint32_t> heard(Sound sound) = 0;
@@ -128,6 +133,7 @@ class Actor {
 
     // At once, past the queue.
     void place(int left, int top, MoveCause cause);
+    // To the nearest size that a character can have.
     void resize(int width, int height);
     // By the user's hand: told once, when it lets go.
     void drag(int left, int top);
@@ -143,8 +149,9 @@ class Actor {
         std::optional<voice::Speech> speech;
         bool failed = false;
         Sound sound = 0;
+        Time length = 0;                                  // ms on the clock, of what makes no sound
         std::size_t words = 0, mouths = 0, bookmarks = 0; // of the speech, passed already
-        bool quiet = false;                               // a thought: on the clock, without sound or voice
+        bool quiet = false;                               // a thought: without sound or voice
     };
     struct Journey {
         int from_x, from_y, to_x, to_y;

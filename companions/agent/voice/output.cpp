@@ -26,10 +26,10 @@ std::uint64_t steadyMicroseconds() {
 // device that is missing or falls behind changes nothing of it.
 struct Output::Impl {
     struct Sound {
-        std::vector<std::int16_t> samples;
-        std::uint64_t begin = 0; // on the time line
+        std::shared_ptr<const Wave> wave; // at the mixing rate
+        std::uint64_t begin = 0;          // on the time line
         std::function<void()> finished;
-        std::uint64_t end() const { return begin + samples.size(); }
+        std::uint64_t end() const { return begin + wave->samples.size(); }
     };
 
     Clock clock;
@@ -39,6 +39,7 @@ struct Output::Impl {
     std::map<Playing, Sound> sounds;
     Playing next = 1;
     std::uint64_t mixed_to = 0; // samples
+    std::uint64_t fed_to = 0;   // samples that the device was given up to there
     std::string no_error;
 
     std::uint64_t now() const {
@@ -53,7 +54,7 @@ struct Output::Impl {
             for (const auto& [playing, sound] : sounds) {
                 end = std::max(end, sound.end());
             }
-            if (end <= mixed_to && !sink) {
+            if (end <= mixed_to) {
                 quiet(wanted - mixed_to);
                 continue;
             }
@@ -77,7 +78,7 @@ struct Output::Impl {
             const std::uint64_t last = std::min(sound.end(), mixed_to + block.size());
             for (std::uint64_t at = first; at < last; ++at) {
                 std::int16_t& sample = block[static_cast<std::size_t>(at - mixed_to)];
-                sample = mixed(sample, sound.samples[static_cast<std::size_t>(at - sound.begin)]);
+                sample = mixed(sample, sound.wave->samples[static_cast<std::size_t>(at - sound.begin)]);
             }
             silent = silent && first >= last;
         }
@@ -90,9 +91,25 @@ struct Output::Impl {
         }
         mixed_to += block.size();
         // What is late already would only make all that follows late.
-        if (sink && mixed_to > current && !sink->write(block)) {
+        if (sink && !silent && mixed_to > current && !feed(block, current)) {
             sink.reset();
         }
+    }
+
+    // Gives the device the block that ends at `mixed_to`, each sample at its time: a device that was given nothing for
+    // a while plays at once what it gets.
+    bool feed(std::span<const std::int16_t> block, std::uint64_t current) {
+        static constexpr std::array<std::int16_t, 1024> nothing{};
+        const std::uint64_t begin = mixed_to - block.size();
+        for (fed_to = std::max(fed_to, current); fed_to < begin;) {
+            const auto count = static_cast<std::size_t>(std::min<std::uint64_t>(begin - fed_to, nothing.size()));
+            if (!sink->write(std::span(nothing).first(count))) {
+                return false;
+            }
+            fed_to += count;
+        }
+        fed_to = mixed_to;
+        return sink->write(block);
     }
 
     void tellFinished() {
@@ -136,11 +153,20 @@ Output::~Output() {
     impl_->advance();
 }
 
-Output::Playing Output::play(const Wave& wave, std::function<void()> finished) {
+Output::Playing Output::play(Wave wave, std::function<void()> finished) {
+    return play(std::make_shared<const Wave>(std::move(wave)), std::move(finished));
+}
+
+Output::Playing Output::play(std::shared_ptr<const Wave> wave, std::function<void()> finished) {
     impl_->advance();
+    if (impl_->sounds.size() >= most_sounds) {
+        return 0;
+    }
+    if (wave->rate != mix_rate) {
+        wave = std::make_shared<const Wave>(resampled(*wave, mix_rate));
+    }
     const Playing playing = impl_->next++;
-    impl_->sounds.emplace(playing,
-                          Impl::Sound{resampled(wave, mix_rate).samples, impl_->mixed_to, std::move(finished)});
+    impl_->sounds.emplace(playing, Impl::Sound{std::move(wave), impl_->mixed_to, std::move(finished)});
     return playing;
 }
 
@@ -149,15 +175,16 @@ void Output::stop(Playing playing) {
     impl_->sounds.erase(playing);
 }
 
-std::uint32_t Output::heard(Playing playing) const {
+std::optional<std::uint32_t> Output::heard(Playing playing) const {
     const auto found = impl_->sounds.find(playing);
     if (found == impl_->sounds.end()) {
-        return 0;
+        return std::nullopt;
     }
     const std::uint64_t current = impl_->now();
     const Impl::Sound& sound = found->second;
     const std::uint64_t passed = current > sound.begin ? current - sound.begin : 0;
-    return static_cast<std::uint32_t>(std::min<std::uint64_t>(passed, sound.samples.size()) * 1000 / mix_rate);
+    return static_cast<std::uint32_t>(
+        millisecondsOf(std::min<std::uint64_t>(passed, sound.wave->samples.size()), mix_rate));
 }
 
 bool Output::hasDevice() const {

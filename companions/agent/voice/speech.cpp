@@ -138,8 +138,8 @@ class Maker {
         }
         const bool with_sound = speech_.mouth.size() != mouth_before_;
         const std::size_t heard_shown = piece.mapped ? shown.size() : heard.size();
-        place(shown, heard_shown, piece.begin, begin + Wave{mix_rate, std::vector<std::int16_t>(lead)}.milliseconds(),
-              said, !with_sound);
+        place(shown, heard_shown, piece.begin, begin + static_cast<std::uint32_t>(millisecondsOf(lead, mix_rate)), said,
+              !with_sound);
         mouth_before_ = speech_.mouth.size();
     }
 
@@ -148,11 +148,11 @@ class Maker {
             return std::nullopt;
         }
         --pieces_left_;
-        const std::optional<Wave> wave = asked(text, manner);
+        std::optional<Wave> wave = asked(text, manner);
         if (!wave || wave->rate < 4000 || wave->rate > 96000) {
             return std::nullopt;
         }
-        Wave result = resampled(*wave, mix_rate);
+        Wave result = resampled(std::move(*wave), mix_rate);
         // Of signs alone an engine makes no sound: they are read in silence.
         if (audiblePart(result).second == 0) {
             return std::nullopt;
@@ -192,8 +192,8 @@ class Maker {
             }
         }
         const auto timeOf = [&](std::uint64_t weight) {
-            return begin +
-                   static_cast<std::uint32_t>(samples * 1000 / mix_rate * weight / std::max<std::uint64_t>(1, whole));
+            return begin + static_cast<std::uint32_t>(millisecondsOf(samples, mix_rate) * weight /
+                                                      std::max<std::uint64_t>(1, whole));
         };
         for (const auto& [first, last] : found) {
             const std::uint32_t at = first < heard ? timeOf(passed) : now();

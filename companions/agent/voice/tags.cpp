@@ -241,6 +241,10 @@ class Writer {
             break;
         }
         case Name::mrk:
+            if (bookmarks_ == most_bookmarks) {
+                break;
+            }
+            ++bookmarks_;
             script_.pieces.emplace_back().kind = Piece::Kind::bookmark;
             script_.pieces.back().bookmark = static_cast<std::int32_t>(tag.number);
             break;
@@ -268,6 +272,7 @@ class Writer {
     std::uint16_t volume_ = 0xFFFF;
     std::u16string_view last_;
     bool last_taken_ = false;
+    std::size_t bookmarks_ = 0;
     Script script_;
 };
 

@@ -12,6 +12,10 @@
 
 namespace agent::voice {
 
+// Further bookmarks of one text are left out. Each one is told to the client by a call of its own; of 4,000 units that
+// are heard a thousand leave one for every word.
+inline constexpr std::size_t most_bookmarks = 1000;
+
 struct Piece {
     enum class Kind : std::uint8_t { words, pause, bookmark };
     Kind kind = Kind::words;

@@ -21,9 +21,13 @@ struct Wave {
     std::uint32_t milliseconds() const;
 };
 
+// What of one sound is read at most, 115 MB of samples at the highest rate: longer than anything said in one breath.
+inline constexpr std::uint32_t longest_sound_ms = 10 * 60 * 1000;
+
 // A RIFF/WAVE file (PCM, 8 or 16 bits, one or two channels, 4 to 96 kHz) as a Wave; nothing, with the reason in
-// `error`, for anything else.
-std::optional<Wave> readWave(std::span<const std::uint8_t> file, std::string& error);
+// `error`, for anything else. What comes after `most_ms` is left out.
+std::optional<Wave> readWave(std::span<const std::uint8_t> file, std::string& error,
+                             std::uint32_t most_ms = longest_sound_ms);
 std::vector<std::uint8_t> writeWave(const Wave& wave);
 
 struct MouthMove {
@@ -111,8 +115,8 @@ class Service {
 
 class Sink;
 
-// The one way sound leaves the server, mixed: to the sound device if there is one, else on the clock, unheard; and to a
-// recording if one was asked for. All calls on the user-interface thread.
+// The one way sound leaves the server, mixed: to the sound device if there is one and while something sounds, else on
+// the clock, unheard; and to a recording if one was asked for. All calls on the user-interface thread.
 class Output {
   public:
     // Microseconds since any fixed moment, never going back.
@@ -127,12 +131,18 @@ class Output {
     Output(const Output&) = delete;
     Output& operator=(const Output&) = delete;
 
+    // More sounds at once are a mistake or a mischief: nobody tells them apart, and all of them are mixed.
+    static constexpr std::size_t most_sounds = 64;
+
     using Playing = std::uint64_t;
-    // Starts at once. `finished` is called from `tick` when it has been heard to its end (not after stop).
-    Playing play(const Wave& wave, std::function<void()> finished);
+    // Starts at once; 0 where so many sound already. `finished` is called from `tick` when it has been heard to its
+    // end (not after stop).
+    Playing play(Wave wave, std::function<void()> finished);
+    // The same for a sound that is heard again and again: at the mixing rate it is not copied.
+    Playing play(std::shared_ptr<const Wave> wave, std::function<void()> finished);
     void stop(Playing playing);
-    // How far it has been heard, in ms; 0 once it is stopped or its end was told.
-    std::uint32_t heard(Playing playing) const;
+    // How far it has been heard, in ms; nothing once it is stopped or its end was told.
+    std::optional<std::uint32_t> heard(Playing playing) const;
     bool hasDevice() const;
     // To be called about every 10 ms by the owner's timer.
     void tick();

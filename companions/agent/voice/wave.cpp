@@ -8,6 +8,7 @@ namespace agent::voice {
 
 namespace {
 
+constexpr int most_chunks = 1000; // looked through for the sound; files have a handful
 constexpr std::uint32_t least_rate = 4000, most_rate = 96000;
 constexpr std::uint32_t format_pcm = 1, format_extensible = 0xFFFE;
 
@@ -53,8 +54,10 @@ std::optional<Format> readFormat(std::span<const std::uint8_t> chunk, std::strin
     return std::nullopt;
 }
 
-Wave readSamples(std::span<const std::uint8_t> data, const Format& format) {
+Wave readSamples(std::span<const std::uint8_t> data, const Format& format, std::uint32_t most_ms) {
     const std::size_t width = format.bits / 8, block = width * format.channels;
+    const std::uint64_t most = std::uint64_t{most_ms} * format.rate / 1000 * block;
+    data = data.first(static_cast<std::size_t>(std::min<std::uint64_t>(data.size(), most)));
     Wave wave{format.rate, {}};
     wave.samples.reserve(data.size() / block);
     for (std::size_t at = 0; at + block <= data.size(); at += block) {
@@ -71,17 +74,17 @@ Wave readSamples(std::span<const std::uint8_t> data, const Format& format) {
 } // namespace
 
 std::uint32_t Wave::milliseconds() const {
-    return rate == 0 ? 0 : static_cast<std::uint32_t>(static_cast<std::uint64_t>(samples.size()) * 1000 / rate);
+    return static_cast<std::uint32_t>(millisecondsOf(samples.size(), rate));
 }
 
-std::optional<Wave> readWave(std::span<const std::uint8_t> file, std::string& error) {
+std::optional<Wave> readWave(std::span<const std::uint8_t> file, std::string& error, std::uint32_t most_ms) {
     if (file.size() < 12 || !isNamed(file, 0, "RIFF") || !isNamed(file, 8, "WAVE")) {
         error = "this is not a wave file";
         return std::nullopt;
     }
     std::optional<Format> format;
     std::size_t at = 12;
-    while (file.size() - at >= 8) {
+    for (int chunks = 0; chunks < most_chunks && file.size() - at >= 8; ++chunks) {
         const std::size_t declared = number(file, at + 4, 4), begin = at + 8;
         // A sound that was cut off, or written to a pipe with its length unknown, is heard as far as it goes.
         const std::span<const std::uint8_t> chunk = file.subspan(begin, std::min(declared, file.size() - begin));
@@ -95,7 +98,7 @@ std::optional<Wave> readWave(std::span<const std::uint8_t> file, std::string& er
                 error = "the sound comes before its format";
                 return std::nullopt;
             }
-            return readSamples(chunk, *format);
+            return readSamples(chunk, *format, most_ms);
         }
         at = begin + std::min(chunk.size() + (chunk.size() & 1U), file.size() - begin);
     }
@@ -144,9 +147,10 @@ std::vector<std::uint8_t> writeWave(const Wave& wave) {
     return file;
 }
 
-Wave resampled(const Wave& wave, std::uint32_t rate) {
+Wave resampled(Wave wave, std::uint32_t rate) {
     if (wave.rate == rate || wave.samples.empty() || wave.rate == 0 || rate == 0) {
-        return {rate, wave.samples};
+        wave.rate = rate;
+        return wave;
     }
     const std::uint64_t from = wave.rate, to = rate, count = wave.samples.size();
     Wave result{rate, {}};

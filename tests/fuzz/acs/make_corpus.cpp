@@ -1,5 +1,6 @@
 // make_corpus FOLDER: writes the character files that fuzzing starts from.
 #include "companions/agent/acs/writer.h"
+#include "companions/agent/voice/wave.h"
 #include "tests/unit/acs/sample_character.h"
 #include "tests/unit/acs/tiny_file.h"
 
@@ -21,6 +22,19 @@ int main(int argument_count, char** arguments) {
     };
     agent::acs::Character character = sampleCharacter();
     bool saved = save("tiny.acs", tinyFile()) && save("everything.acs", agent::acs::write(character));
+    // Loops with and without a way out, frames of no duration, and sounds.
+    agent::acs::Character playing = character;
+    playing.sounds = {agent::voice::writeWave({22050, std::vector<std::int16_t>(200, 4000)}),
+                      agent::voice::writeWave({8000, {0, 900, -900, 30'000}})};
+    playing.states = {{u"SHOWING", {u"GREET"}}, {u"SPEAKING", {u"RestPose"}}, {u"IDLINGLEVEL1", {u"Round"}}};
+    playing.animations.push_back(playing.animations[1]);
+    playing.animations.back().name = u"Round";
+    for (agent::acs::Frame& frame : playing.animations.back().frames) {
+        frame.duration = 0;
+        frame.sound = 0;
+        frame.branches = {{0, 60}, {1, 40}};
+    }
+    saved = saved && save("playing.acs", agent::acs::write(playing));
     character.voice.reset();
     character.balloon.reset();
     character.tray_icon.reset();

@@ -347,21 +347,127 @@ TEST(AcsRefusals, ImpossibleSizes) {
               "Image 0 is of impossible size: 65535 by 65535 pixels.");
 }
 
-TEST(AcsRefusals, OneBigImageListedOftenTakesNoMemory) {
-    Bytes image{1, 0, 16, 0, 16, 1}; // 4096 by 4096
-    const Bytes stream = compress(Bytes(std::size_t{4096} * 4096, 0));
+TEST(AcsRefusals, SidesLongerThanAnyCharacterHas) {
+    static_assert(largest_side == 1024);
+    const Bytes longest{0x00, 0x04, 1, 0}, longer{0x01, 0x04, 1, 0}, higher{1, 0, 0x01, 0x04};
+    EXPECT_EQ(accepted(patched(tinyFile(), tiny::information + 28, longest)).width, 1024);
+    EXPECT_EQ(refusal(patched(tinyFile(), tiny::information + 28, longer)),
+              "The character is of impossible size: 1025 by 1 pixels.");
+    EXPECT_EQ(refusal(patched(tinyFile(), tiny::information + 28, higher)),
+              "The character is of impossible size: 1 by 1025 pixels.");
+    EXPECT_EQ(refusal(patched(tinyFile(), tiny::image + 1, longer)),
+              "Image 0 is of impossible size: 1025 by 1 pixels.");
+}
+
+// An image of one colour.
+Bytes bigImage(std::size_t width, std::size_t height) {
+    Bytes image{1};
+    append16(image, width);
+    append16(image, height);
+    image.push_back(1);
+    const Bytes stream = compress(Bytes((width + 3) / 4 * 4 * height, 0));
     append32(image, stream.size());
     image.insert(image.end(), stream.begin(), stream.end());
     image.insert(image.end(), 8, 0);
+    return image;
+}
+
+// With so many entries that all stand for the part at `offset`.
+Bytes imageDirectory(std::size_t count, std::size_t offset, std::size_t size) {
     Bytes directory;
-    append32(directory, 9);
-    for (int i = 0; i < 9; ++i) {
-        append32(directory, tinyFile().size());
-        append32(directory, image.size());
+    append32(directory, count);
+    for (std::size_t i = 0; i < count; ++i) {
+        append32(directory, offset);
+        append32(directory, size);
         append32(directory, 0);
     }
+    return directory;
+}
+
+// The tiny file whose frame lists its image, of this size, so many times.
+Bytes frameOf(std::size_t images, std::size_t width, std::size_t height) {
+    Bytes animation = part(tinyFile(), tiny::animation, 17);
+    append16(animation, images);
+    for (std::size_t i = 0; i < images; ++i) {
+        animation.insert(animation.end(), 8, 0);
+    }
+    const Bytes rest = part(tinyFile(), tiny::frame_sound, 8);
+    animation.insert(animation.end(), rest.begin(), rest.end());
+    return withPart(animation_locator, animation, withPart(image_locator, bigImage(width, height)));
+}
+
+TEST(AcsRefusals, OneImageListedInOneFrameOverAndOver) {
+    EXPECT_EQ(refusal(frameOf(65'535, 1024, 1024)),
+              "The animation \"Hi\" has a frame of 65535 images and 68718428160 pixels, too much to draw.");
+    EXPECT_EQ(accepted(frameOf(4, 1024, 1024)).animations[0].frames[0].images.size(), 4U);
+    EXPECT_EQ(refusal(frameOf(5, 1024, 1024)),
+              "The animation \"Hi\" has a frame of 5 images and 5242880 pixels, too much to draw.");
+    EXPECT_EQ(accepted(frameOf(255, 4, 1)).animations[0].frames[0].images.size(), 255U);
+    EXPECT_EQ(refusal(frameOf(256, 4, 1)),
+              "The animation \"Hi\" has a frame of 256 images and 1024 pixels, too much to draw.");
+}
+
+TEST(AcsRefusals, AMouthIsDrawnToo) {
+    Character character = accepted(frameOf(4, 1024, 1024));
+    Mouth mouth;
+    character.animations[0].frames[0].mouths = {mouth, mouth};
+    EXPECT_THROW(write(character), std::invalid_argument);
+    character.animations[0].frames[0].images.pop_back();
+    EXPECT_NO_THROW(write(character));
+}
+
+TEST(AcsRefusals, ANameSharedByEveryEntryIsReadOnceForEachAndNotMore) {
+    // Two thousand animations whose directory entries all point to one body with a name of 100,000 letters.
+    Bytes animation;
+    append32(animation, 100'000);
+    animation.insert(animation.end(), 200'002, 'n');
+    animation.insert(animation.end(), {2, 0, 0, 0, 0, 0, 0});
+    Bytes directory;
+    append32(directory, 2000);
+    for (int i = 0; i < 2000; ++i) {
+        append32(directory, 0);
+        append32(directory, tinyFile().size());
+        append32(directory, animation.size());
+    }
+    EXPECT_EQ(refusal(withPart(animations_locator, directory, withPart(animation_locator, animation))),
+              "The character's parts share their bytes more than 16 times over.");
+}
+
+TEST(AcsReader, PartsMayShareTheirBytes) {
+    const Bytes image = part(tinyFile(), tiny::image, 22);
+    const Bytes file = withPart(images_locator, imageDirectory(9, tiny::image, image.size()));
+    EXPECT_EQ(accepted(file).images.size(), 9U);
+}
+
+TEST(AcsRefusals, TextsThatFillTheMemory) {
+    Bytes names;
+    append16(names, 3);
+    for (int i = 0; i < 3; ++i) {
+        append16(names, 0x0409);
+        append32(names, 800'000);
+        names.insert(names.end(), 1'600'002, 'n');
+        names.insert(names.end(), 8, 0);
+    }
+    EXPECT_EQ(refusal(withPart(names_locator, names)),
+              "The names and texts of the character take more than 4 MB of memory.");
+}
+
+TEST(AcsRefusals, MoreBranchesThanCanBeFollowed) {
+    Character character = accepted(tinyFile());
+    Frame frame;
+    frame.branches.resize(255, {1, 1});
+    character.animations[0].frames.assign(257, frame);
+    EXPECT_EQ(accepted(write(character)).animations[0].frames.size(), 257U);
+    character.animations[0].frames.push_back(frame);
+    EXPECT_THROW(write(character), std::invalid_argument);
+}
+
+TEST(AcsRefusals, OneBigImageListedOftenTakesNoMemory) {
+    const Bytes image = bigImage(1024, 1024);
     Bytes file = withPart(image_locator, image);
-    EXPECT_EQ(refusal(withPart(images_locator, directory, file)), "The character takes more than 128 MB of memory.");
+    file.insert(file.end(), std::size_t{1} << 20, 0); // the readings are not what it is refused for
+    EXPECT_EQ(refusal(withPart(images_locator, imageDirectory(129, tinyFile().size(), image.size()), file)),
+              "The character takes more than 128 MB of memory.");
 }
 
 TEST(AcsRefusals, OneLongAnimationListedOftenTakesNoMemory) {
@@ -378,6 +484,7 @@ TEST(AcsRefusals, OneLongAnimationListedOftenTakesNoMemory) {
         append32(directory, animation.size());
     }
     Bytes file = withPart(animation_locator, animation);
+    file.insert(file.end(), std::size_t{2} << 20, 0); // the readings are not what it is refused for
     EXPECT_EQ(refusal(withPart(animations_locator, directory, file)),
               "The character takes more than 128 MB of memory.");
 }
@@ -413,6 +520,19 @@ TEST(AcsFile, GivesTheSameImagesAndSoundsAsReadingTheWhole) {
     rest.images = whole.images;
     rest.sounds = whole.sounds;
     EXPECT_EQ(rest, whole);
+}
+
+TEST(AcsFile, KeepsNoMoreImagesThanAreQuicklyLookedThrough) {
+    Character character = sampleCharacter();
+    character.images.resize(1100, character.images[1]);
+    const CharacterFile file = opened(write(character));
+    const std::weak_ptr<const Image> first = file.image(10);
+    for (std::size_t i = 20; i < 20 + 1023; ++i) {
+        file.image(i);
+    }
+    EXPECT_FALSE(first.expired());
+    file.image(1099);
+    EXPECT_TRUE(first.expired());
 }
 
 TEST(AcsFile, KeepsImagesLatelyAskedFor) {

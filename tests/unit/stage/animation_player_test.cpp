@@ -159,8 +159,10 @@ TEST(AnimationPlayer, KnowsALoopWithoutAWayOut) {
     show.animation->frames[1].branches = {{0, 60}, {1, 40}};
     show.player.start(show.animation, 0);
     EXPECT_TRUE(show.player.endless());
-    show.animation->frames[1].branches[1].probability = 39; // one in a hundred goes on
-    EXPECT_FALSE(show.player.endless());
+    Show other(3);
+    other.animation->frames[1].branches = {{0, 60}, {1, 39}}; // one in a hundred goes on
+    other.player.start(other.animation, 0);
+    EXPECT_FALSE(other.player.endless());
 }
 
 TEST(AnimationPlayer, WithoutFramesItIsOverAtOnce) {
@@ -168,6 +170,34 @@ TEST(AnimationPlayer, WithoutFramesItIsOverAtOnce) {
     show.player.start(show.animation, 0);
     EXPECT_FALSE(show.player.playing());
     EXPECT_EQ(show.player.frame(), nullptr);
+}
+
+TEST(AnimationPlayer, FindsOutOnceForAllFramesWhetherTheyEnd) {
+    Show show(4);
+    auto& frames = show.animation->frames;
+    frames[0].branches = {{2, 100}}; // 0 and 2 go round; 1 and 3 come to the end
+    frames[2].branches = {{0, 60}, {0, 40}, {3, 100}};
+    frames[1].branches = {{0, 0}, {0, 50}, {3, 1}};
+    show.player.start(show.animation, 0);
+    EXPECT_TRUE(show.player.endless());
+    frames[0].branches.clear(); // not looked at again
+    EXPECT_TRUE(show.player.endless());
+    EXPECT_TRUE(show.player.step(100));
+    EXPECT_EQ(show.shown(), 1);
+    EXPECT_FALSE(show.player.endless());
+    show.rolls = {99};
+    EXPECT_TRUE(show.player.step(200));
+    EXPECT_EQ(show.shown(), 2);
+    EXPECT_TRUE(show.player.endless());
+}
+
+TEST(AnimationPlayer, FindsOutAnewForAnotherAnimation) {
+    Show show(1);
+    show.animation->frames[0].branches = {{0, 100}};
+    show.player.start(show.animation, 0);
+    EXPECT_TRUE(show.player.endless());
+    show.player.start(Show(1).animation, 0);
+    EXPECT_FALSE(show.player.endless());
 }
 
 } // namespace

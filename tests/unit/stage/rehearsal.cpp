@@ -1,6 +1,7 @@
 #include "tests/unit/stage/rehearsal.h"
 
 #include <algorithm>
+#include <new>
 #include <utility>
 
 #include "common/text.h"
@@ -145,7 +146,7 @@ void Rehearsal::deliver() {
         }
         voice::Speech speech;
         speech.shown = order.text;
-        speech.sound.samples.resize(speech_length);
+        speech.sound.samples.resize(std::size_t{speech.sound.rate} * speech_length / 1000);
         const std::size_t half = order.text.size() / 2;
         speech.words = {voice::Word{0, half, 0}, voice::Word{half, order.text.size(), speech_length / 2}};
         speech.mouth = {{0, acs::MouthShape::wide1}, {speech_length / 2, acs::MouthShape::closed}};
@@ -193,6 +194,9 @@ void Rehearsal::frameSound(Actor& actor, std::uint16_t sound) {
 
 SpeechOrder Rehearsal::orderSpeech(Actor&, const std::u16string& text, const std::u16string&,
                                    std::function<void(std::optional<voice::Speech>)> done) {
+    if (order_throws) {
+        throw std::bad_alloc();
+    }
     ++orders;
     orders_[++last_order_] = {text, std::move(done)};
     return last_order_;
@@ -202,7 +206,13 @@ void Rehearsal::cancelSpeech(SpeechOrder order) {
         ++cancelled;
     }
 }
-Sound Rehearsal::startSound(const voice::Wave&) {
+Sound Rehearsal::startSound(voice::Wave) {
+    if (device_throws) {
+        throw std::bad_alloc();
+    }
+    if (sound_fails) {
+        return 0;
+    }
     sounds_[++last_sound_] = now;
     return last_sound_;
 }

@@ -43,6 +43,8 @@ class Rehearsal final : public Effects, public Audience {
     std::uint32_t speech_length = 1000; // ms
     bool speech_fails = false;
     bool speech_late = false; // ordered speech comes with deliver() only
+    bool sound_fails = false, device_throws = false;
+    bool order_throws = false;
     int orders = 0, cancelled = 0;
 
     // Named in the log by this name.
@@ -67,7 +69,7 @@ class Rehearsal final : public Effects, public Audience {
     SpeechOrder orderSpeech(Actor& actor, const std::u16string& text, const std::u16string& url,
                             std::function<void(std::optional<voice::Speech>)> done) override;
     void cancelSpeech(SpeechOrder order) override;
-    Sound startSound(const voice::Wave& wave) override;
+    Sound startSound(voice::Wave wave) override;
     void stopSound(Sound sound) override;
     std::optional<std::uint32_t> heard(Sound sound) override;
     void openBalloon(Actor& actor, BalloonKind kind, const std::u16string& text) override;

@@ -413,6 +413,41 @@ TEST(Speak, OfASoundFileThatCannotBePlayedFailsAndTheQueueGoesOn) {
     EXPECT_EQ(wave->status, Status::complete);
 }
 
+TEST(Speak, ASoundThatCannotBeStartedIsShownInItsTimeAndHoldsNobodyUp) {
+    for (const bool throws : {false, true}) {
+        Rehearsal r;
+        Actor& a = r.onStage("a");
+        Actor& b = r.onStage("b");
+        r.sound_fails = true;
+        r.device_throws = throws;
+        const auto unheard = r.speak(a, u"one two");
+        r.pass(900);
+        EXPECT_FALSE(unheard->over()) << "as long as it would sound";
+        r.sound_fails = r.device_throws = false;
+        const auto next = r.speak(b, u"three four");
+        r.pass(200);
+        EXPECT_EQ(unheard->status, Status::complete);
+        r.pass(1500);
+        EXPECT_EQ(next->status, Status::complete);
+        EXPECT_THAT(r.taken("a "),
+                    ElementsAre("a starts Speak one two", "a says one two", "a words 3", "a words 7", "a bookmark 7",
+                                "a words 7", "a ends Speak one two", "a balloon closed"));
+    }
+}
+
+TEST(Speak, WhatCannotBeOrderedFailsAndTheQueueGoesOn) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    r.order_throws = true;
+    const auto lost = r.speak(a, u"lost");
+    r.pass(100);
+    r.order_throws = false;
+    const auto next = r.speak(a, u"next");
+    r.pass(2000);
+    EXPECT_EQ(lost->status, Status::failed);
+    EXPECT_EQ(next->status, Status::complete);
+}
+
 TEST(Speak, OnlyOneCharacterUsesTheAudioChannelAtATime) {
     Rehearsal r;
     Actor& a = r.onStage("a");
@@ -541,6 +576,18 @@ TEST(Size, IsTold) {
     a.resize(50, 60);
     EXPECT_EQ(a.width(), 50);
     EXPECT_THAT(r.taken(), ElementsAre("a at 0,0", "a resized"));
+}
+
+TEST(Size, HasItsBounds) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    a.resize(12000, 32767);
+    EXPECT_EQ(a.width(), largest_side);
+    EXPECT_EQ(a.height(), largest_side);
+    a.resize(-5, 0);
+    EXPECT_EQ(a.width(), 1);
+    EXPECT_EQ(a.height(), 1);
+    EXPECT_THAT(r.taken(), Contains("a resized").Times(2));
 }
 
 TEST(UserHides, BreaksEverythingOff) {

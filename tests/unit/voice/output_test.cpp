@@ -71,7 +71,7 @@ TEST_F(OutputTest, SoundsAreHeardOnTheClock) {
     pass(5000);
     EXPECT_EQ(output.heard(playing), 1000U);
     output.tick();
-    EXPECT_EQ(output.heard(playing), 0U);
+    EXPECT_EQ(output.heard(playing), std::nullopt);
 }
 
 TEST_F(OutputTest, TheEndIsToldOnceByATick) {
@@ -97,7 +97,7 @@ TEST_F(OutputTest, AStoppedSoundTellsNothing) {
     pass(1000);
     output.tick();
     EXPECT_EQ(told, 0);
-    EXPECT_EQ(output.heard(playing), 0U);
+    EXPECT_EQ(output.heard(playing), std::nullopt);
     output.stop(playing);
     output.stop(12345);
 }
@@ -307,17 +307,76 @@ TEST_F(DeviceTest, TheDeviceGetsAllInTimeAndAhead) {
     const auto output = onDevice();
     EXPECT_TRUE(output->hasDevice());
     output->tick();
-    EXPECT_EQ(heard.samples.size(), ahead);
     const Output::Playing playing = output->play(level(500, 22050), {});
     passInTicks(*output, 10);
     EXPECT_EQ(output->heard(playing), 0U); // it is being queued
+    // First what is left until its time, of which a tick has passed.
+    const std::size_t before = ahead - 220;
+    EXPECT_EQ(heard.samples.size(), before + 2205);
     passInTicks(*output, 100);
     EXPECT_EQ(output->heard(playing), 980U);
     passInTicks(*output, 100);
-    EXPECT_EQ(heard.samples.size(), ahead + 2 * 22050 + 2205);
     EXPECT_EQ(std::count(heard.samples.begin(), heard.samples.end(), 500), 22050);
-    EXPECT_EQ(heard.samples[ahead], 500);
-    EXPECT_EQ(heard.samples[ahead - 1], 0);
+    EXPECT_EQ(heard.samples[before], 500);
+    EXPECT_EQ(heard.samples[before - 1], 0);
+}
+
+TEST_F(DeviceTest, TheDeviceIsGivenNothingWhileNothingSounds) {
+    const auto output = onDevice();
+    passInTicks(*output, 1000);
+    EXPECT_EQ(heard.samples.size(), 0U);
+    output->play(level(500, 2205), {});
+    passInTicks(*output, 1000);
+    const std::size_t first = heard.samples.size();
+    EXPECT_LE(first, ahead + 2205 + 220);
+    // After a pause the device is empty: what it gets first is what is left until the sound's time, less a tick.
+    output->play(level(700, 2205), {});
+    passInTicks(*output, 1000);
+    ASSERT_GT(heard.samples.size(), first);
+    EXPECT_LE(heard.samples.size(), first + ahead + 2205 + 220);
+    EXPECT_EQ(heard.samples[first + ahead - 222], 0);
+    EXPECT_EQ(heard.samples[first + ahead - 220], 700);
+    output->flush();
+    EXPECT_EQ(recorded().samples.size(), 22050U * 30 + ahead);
+}
+
+TEST_F(DeviceTest, SoundsShortlyAfterOneAnotherKeepTheirDistance) {
+    const auto output = onDevice();
+    output->play(level(500, 441), {});
+    passInTicks(*output, 5); // the first is queued, and not heard yet
+    output->play(level(700, 441), {});
+    passInTicks(*output, 100);
+    const auto first = std::ranges::find(heard.samples, 500), second = std::ranges::find(heard.samples, 700);
+    ASSERT_NE(second, heard.samples.end());
+    EXPECT_NEAR(static_cast<double>(second - first), 22050 * 0.05, 1);
+}
+
+TEST_F(OutputTest, PlaysSoManySoundsAtOnceAndNoMore) {
+    Output output = make(false);
+    std::vector<Output::Playing> playing;
+    for (std::size_t i = 0; i < Output::most_sounds; ++i) {
+        playing.push_back(output.play(level(1, 22050), {}));
+        EXPECT_NE(playing.back(), 0U);
+    }
+    bool told = false;
+    EXPECT_EQ(output.play(level(1, 22050), [&] { told = true; }), 0U);
+    EXPECT_EQ(output.heard(0), std::nullopt);
+    output.stop(playing[3]);
+    EXPECT_NE(output.play(level(1, 22050), {}), 0U);
+    pass(2000);
+    output.tick();
+    EXPECT_FALSE(told);
+}
+
+TEST_F(OutputTest, ASharedSoundIsPlayedWithoutACopy) {
+    Output output = make(false);
+    const auto wave = std::make_shared<const Wave>(level(1, 22050));
+    output.play(wave, {});
+    output.play(wave, {});
+    EXPECT_EQ(wave.use_count(), 3);
+    pass(2000);
+    output.tick();
+    EXPECT_EQ(wave.use_count(), 1);
 }
 
 TEST_F(DeviceTest, AVanishedDeviceChangesNoTime) {

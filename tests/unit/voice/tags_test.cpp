@@ -220,5 +220,15 @@ TEST(Alternatives, EmptyOnesAreNoChoice) {
     }
 }
 
+TEST(Tags, BookmarksBeyondAllMeasureAreLeftOut) {
+    std::u16string text = u"begin ";
+    for (int i = 0; i < 71'000; ++i) {
+        text += u"\\Mrk=1\\";
+    }
+    const Script script = readTags(text + u"end", {}, {});
+    EXPECT_EQ(std::ranges::count(script.pieces, Piece::Kind::bookmark, &Piece::kind), 1000);
+    EXPECT_EQ(script.shown, u"begin end");
+}
+
 } // namespace
 } // namespace agent::voice

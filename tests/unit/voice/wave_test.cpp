@@ -186,5 +186,38 @@ TEST(Wave, MixingSaturates) {
     EXPECT_EQ(mixed(-30000, -30000), -32768);
 }
 
+TEST(Wave, TimesOfLongSoundsAreExact) {
+    EXPECT_EQ(millisecondsOf(22050ULL * 240, 22050), 240'000U);
+    EXPECT_EQ(millisecondsOf(96000ULL * 86'400, 96000), 86'400'000U);
+    EXPECT_EQ(millisecondsOf(1, 0), 0U);
+}
+
+TEST(ReadWave, LeavesOutWhatIsTooLong) {
+    const auto file = writeWave({8000, std::vector<std::int16_t>(8000 * 3, 9)});
+    std::string error;
+    EXPECT_EQ(readWave(file, error, 2000)->samples.size(), 16000U);
+    EXPECT_EQ(readWave(file, error)->samples.size(), 24000U);
+    // Longer than ten minutes, one byte a sample.
+    std::vector<std::uint8_t> longer = waveHeader(4000, 4000 * 601);
+    longer[28] = 0xA0; // bytes a second
+    longer[29] = 0x0F;
+    longer[32] = 1; // bytes a sample
+    longer[34] = 8; // bits
+    longer.resize(longer.size() + 4000 * 601, 128);
+    EXPECT_EQ(readWave(longer, error)->samples.size(), 4000U * 600);
+}
+
+TEST(ReadWave, LooksThroughSoManyPartsAndNoMore) {
+    const auto whole = writeWave({8000, {1, 2, 3}});
+    const auto withParts = [&](std::size_t parts) {
+        auto file = whole;
+        file.insert(file.begin() + 12, parts * 8, 0);
+        std::string error;
+        return readWave(file, error).has_value();
+    };
+    EXPECT_TRUE(withParts(998));
+    EXPECT_FALSE(withParts(999));
+}
+
 } // namespace
 } // namespace agent::voice

@@ -5,6 +5,8 @@
 #include <filesystem>
 #include <utility>
 
+#include "companions/agent/voice/wave.h"
+
 namespace agent::stage {
 namespace {
 
@@ -39,7 +41,7 @@ std::optional<voice::Speech> readSpeech(const std::u16string& text, const std::u
     if (!wave) {
         return std::nullopt;
     }
-    return speechOfFile(text, std::move(*wave));
+    return speechOfFile(text, voice::resampled(std::move(*wave), voice::mix_rate));
 }
 
 BalloonLook lookOf(const acs::Character& character) {
@@ -100,7 +102,7 @@ void Theatre::Reader::run(const std::stop_token& stop) {
 }
 
 Theatre::Theatre(MessageWindow& messages, voice::Service& service, voice::Output& output, Hand hand)
-    : messages_(messages), service_(service), output_(output), hand_(std::move(hand)) {}
+    : messages_(messages), service_(service), output_(output), hand_(std::move(hand)), frame_sounds_(output) {}
 
 Theatre::~Theatre() {
     for (const auto& [id, order] : orders_) {
@@ -140,6 +142,7 @@ void Theatre::dismiss(ActorId actor) {
     if (const auto found = figures_.find(actor); found != figures_.end()) {
         auto gone = std::make_shared<Figure>(std::move(found->second));
         figures_.erase(found);
+        frame_sounds_.forget(actor);
         gone->window->hide();
         if (gone->balloon) {
             gone->balloon->close();
@@ -205,13 +208,8 @@ void Theatre::drawn(Actor& actor) {
 }
 
 void Theatre::frameSound(Actor& actor, std::uint16_t sound) {
-    const Figure* found = figure(actor.id());
-    if (!found || !audible_ || sound >= found->file->soundCount()) {
-        return;
-    }
-    std::string error;
-    if (const auto wave = voice::readWave(found->file->sound(sound), error)) {
-        output_.play(*wave, {});
+    if (const Figure* found = figure(actor.id()); found && audible_) {
+        frame_sounds_.play(actor.id(), *found->file, sound);
     }
 }
 
@@ -263,27 +261,18 @@ void Theatre::cancelSpeech(SpeechOrder order) {
     orders_.erase(found);
 }
 
-Sound Theatre::startSound(const voice::Wave& wave) {
-    // The number is known only after the call that may already be over when it is looked at.
-    const auto number = std::make_shared<Sound>(0);
-    const auto ended = [this, number] { finished_.insert(*number); };
-    if (audible_) {
-        *number = output_.play(wave, ended);
-    } else {
-        *number = output_.play(voice::Wave{wave.rate, std::vector<std::int16_t>(wave.samples.size())}, ended);
+Sound Theatre::startSound(voice::Wave wave) {
+    if (!audible_) {
+        std::ranges::fill(wave.samples, std::int16_t{0});
     }
-    return *number;
+    return output_.play(std::move(wave), {});
 }
 
 void Theatre::stopSound(Sound sound) {
     output_.stop(sound);
-    finished_.erase(sound);
 }
 
 std::optional<std::uint32_t> Theatre::heard(Sound sound) {
-    if (finished_.erase(sound) != 0) {
-        return std::nullopt;
-    }
     return output_.heard(sound);
 }
 

@@ -4,9 +4,9 @@
 #include <chrono>
 #include <condition_variable>
 #include <map>
-#include <set>
 #include <thread>
 
+#include "companions/agent/stage/frame_sounds.h"
 #include "companions/agent/stage/sequencer.h"
 #include "companions/agent/stage/windows/balloon_window.h"
 #include "companions/agent/stage/windows/character_window.h"
@@ -53,7 +53,7 @@ class Theatre final : public Effects {
     SpeechOrder orderSpeech(Actor& actor, const std::u16string& text, const std::u16string& url,
                             std::function<void(std::optional<voice::Speech>)> done) override;
     void cancelSpeech(SpeechOrder order) override;
-    Sound startSound(const voice::Wave& wave) override;
+    Sound startSound(voice::Wave wave) override;
     void stopSound(Sound sound) override;
     std::optional<std::uint32_t> heard(Sound sound) override;
     void openBalloon(Actor& actor, BalloonKind kind, const std::u16string& text) override;
@@ -97,10 +97,10 @@ class Theatre final : public Effects {
     voice::Service& service_;
     voice::Output& output_;
     Hand hand_;
+    FrameSounds frame_sounds_;
     std::map<ActorId, Figure> figures_;
     std::map<SpeechOrder, Order> orders_;
     SpeechOrder last_order_ = 0;
-    std::set<Sound> finished_;
     bool audible_ = true;
     Reader reader_; // last: its thread ends first
 };

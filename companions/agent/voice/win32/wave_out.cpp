@@ -14,11 +14,32 @@ namespace {
 
 constexpr std::size_t block_samples = 1024;
 constexpr std::size_t most_blocks = 8; // about 370 ms
+constexpr DWORD longest_wait = 1000;   // ms without a block played: the device plays nothing any more
 
-class WaveOut : public Sink {
+class Event {
   public:
-    // Throws nothing; `good` tells.
-    WaveOut() {
+    Event() : event_(CreateEventW(nullptr, FALSE, FALSE, nullptr)) {}
+    ~Event() {
+        if (event_ != nullptr) {
+            CloseHandle(event_);
+        }
+    }
+    Event(const Event&) = delete;
+    Event& operator=(const Event&) = delete;
+    HANDLE get() const { return event_; }
+
+  private:
+    HANDLE event_;
+};
+
+class WaveOut final : public Device {
+  public:
+    WaveOut() = default;
+    ~WaveOut() override { WaveOut::close(); }
+    WaveOut(const WaveOut&) = delete;
+    WaveOut& operator=(const WaveOut&) = delete;
+
+    bool open() override {
         WAVEFORMATEX format{};
         format.wFormatTag = WAVE_FORMAT_PCM;
         format.nChannels = 1;
@@ -26,11 +47,27 @@ class WaveOut : public Sink {
         format.nAvgBytesPerSec = mix_rate * 2;
         format.nBlockAlign = 2;
         format.wBitsPerSample = 16;
-        if (waveOutOpen(&device_, WAVE_MAPPER, &format, 0, 0, CALLBACK_NULL) != MMSYSERR_NOERROR) {
+        if (played_.get() == nullptr ||
+            waveOutOpen(&device_, WAVE_MAPPER, &format, reinterpret_cast<DWORD_PTR>(played_.get()), 0,
+                        CALLBACK_EVENT) != MMSYSERR_NOERROR) {
             device_ = nullptr;
         }
+        return device_ != nullptr;
     }
-    ~WaveOut() override {
+
+    bool write(std::span<const std::int16_t> samples) override {
+        while (!samples.empty()) {
+            Block* const block = freeBlock();
+            const std::size_t count = std::min(samples.size(), block_samples);
+            if (block == nullptr || !queue(*block, samples.first(count))) {
+                return false;
+            }
+            samples = samples.subspan(count);
+        }
+        return true;
+    }
+
+    void close() override {
         if (device_ == nullptr) {
             return;
         }
@@ -39,30 +76,10 @@ class WaveOut : public Sink {
             if ((block.header.dwFlags & WHDR_PREPARED) != 0) {
                 waveOutUnprepareHeader(device_, &block.header, sizeof block.header);
             }
+            block.header = {};
         }
         waveOutClose(device_);
-    }
-    WaveOut(const WaveOut&) = delete;
-    WaveOut& operator=(const WaveOut&) = delete;
-    bool good() const { return device_ != nullptr; }
-
-    bool write(std::span<const std::int16_t> samples) override {
-        while (!samples.empty()) {
-            const auto block = std::find_if(blocks_.begin(), blocks_.end(), [](const Block& candidate) {
-                return (candidate.header.dwFlags & WHDR_INQUEUE) == 0;
-            });
-            // The device plays a little slower than the clock, or not at all: what does not fit is left out.
-            if (block == blocks_.end()) {
-                return ++refused_ < most_refused;
-            }
-            const std::size_t count = std::min(samples.size(), block->samples.size());
-            if (!queue(*block, samples.first(count))) {
-                return false;
-            }
-            samples = samples.subspan(count);
-        }
-        refused_ = 0;
-        return true;
+        device_ = nullptr;
     }
 
   private:
@@ -70,8 +87,20 @@ class WaveOut : public Sink {
         WAVEHDR header{};
         std::array<std::int16_t, block_samples> samples{};
     };
-    // Blocks in a row that found no room: some seconds in which the device played nothing.
-    static constexpr int most_refused = 500;
+
+    // Waits for one; null when the device plays nothing.
+    Block* freeBlock() {
+        for (;;) {
+            const auto block = std::ranges::find_if(
+                blocks_, [](const Block& candidate) { return (candidate.header.dwFlags & WHDR_INQUEUE) == 0; });
+            if (block != blocks_.end()) {
+                return &*block;
+            }
+            if (WaitForSingleObject(played_.get(), longest_wait) != WAIT_OBJECT_0) {
+                return nullptr;
+            }
+        }
+    }
 
     bool queue(Block& block, std::span<const std::int16_t> samples) {
         if ((block.header.dwFlags & WHDR_PREPARED) != 0) {
@@ -85,9 +114,9 @@ class WaveOut : public Sink {
                waveOutWrite(device_, &block.header, sizeof block.header) == MMSYSERR_NOERROR;
     }
 
+    const Event played_; // set with every block that was played
     HWAVEOUT device_ = nullptr;
     std::array<Block, most_blocks> blocks_;
-    int refused_ = 0;
 };
 
 } // namespace
@@ -96,11 +125,7 @@ std::unique_ptr<Sink> makeSink() {
     if (waveOutGetNumDevs() == 0) {
         return nullptr;
     }
-    auto device = std::make_unique<WaveOut>();
-    if (!device->good()) {
-        return nullptr;
-    }
-    return device;
+    return std::make_unique<Feeder>(std::make_unique<WaveOut>());
 }
 
 } // namespace agent::voice
