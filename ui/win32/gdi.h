@@ -25,6 +25,8 @@ class Owned {
         }
     }
     Handle get() const { return handle_; }
+    // To whoever owns it from now on.
+    Handle release() { return std::exchange(handle_, nullptr); }
     explicit operator bool() const { return handle_ != nullptr; }
 
   private:
@@ -35,6 +37,7 @@ using Font = Owned<HFONT, DeleteObject>;
 using Bitmap = Owned<HBITMAP, DeleteObject>;
 using Brush = Owned<HBRUSH, DeleteObject>;
 using Pen = Owned<HPEN, DeleteObject>;
+using Region = Owned<HRGN, DeleteObject>;
 using MemoryDc = Owned<HDC, DeleteDC>;
 using Icon = Owned<HICON, DestroyIcon>;
 

@@ -10,8 +10,9 @@
 
 namespace agent::acs {
 
-// Width and height of a character and of an image, in pixels: five times those of the largest character seen.
-inline constexpr std::uint16_t largest_side = 1024;
+// Width and height of a character and of an image, in pixels: four times those of the largest character seen. Showing a
+// larger one would take longer than a message loop may be held up.
+inline constexpr std::uint16_t largest_side = 800;
 
 using Guid = std::array<std::uint8_t, 16>;
 

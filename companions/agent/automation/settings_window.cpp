@@ -76,7 +76,7 @@ void SettingsWindow::build() {
     NONCLIENTMETRICSW metrics{};
     metrics.cbSize = sizeof metrics;
     SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
-    font_.reset(CreateFontIndirectW(&metrics.lfMessageFont));
+    font_ = stage::gdi::Font(CreateFontIndirectW(&metrics.lfMessageFont));
 
     const auto child = [&](const wchar_t* kind, const wchar_t* caption, DWORD child_style, RECT at, int id) {
         const HWND made =

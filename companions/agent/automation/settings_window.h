@@ -39,7 +39,7 @@ class SettingsWindow final : public stage::Window {
 
     std::function<Facts()> facts_;
     std::function<void(bool)> enable_sound_;
-    stage::GdiObject<HFONT> font_;
+    stage::gdi::Font font_;
     HWND tabs_ = nullptr;
     HWND text_ = nullptr;
     HWND sound_ = nullptr;

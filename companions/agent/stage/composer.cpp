@@ -1,6 +1,7 @@
 #include "companions/agent/stage/composer.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace agent::stage {
 namespace {
@@ -89,22 +90,27 @@ void compose(const acs::CharacterFile& file, const acs::Frame* frame, std::optio
     }
 }
 
-Raster scaled(const Raster& raster, int width, int height) {
-    Raster result{width, height,
-                  std::vector<std::uint32_t>(static_cast<std::size_t>(width) * static_cast<std::size_t>(height))};
-    if (raster.pixels.empty()) {
-        return result;
+void scale(const Raster& raster, int width, int height, std::uint32_t* pixels) {
+    const std::size_t row_size = static_cast<std::size_t>(std::max(width, 0));
+    if (raster.pixels.empty() || (raster.width == width && raster.height == height)) {
+        std::ranges::copy(raster.pixels, pixels);
+        return;
     }
-    for (int y = 0; y < height; ++y) {
-        const auto from_row =
-            static_cast<std::size_t>(y * raster.height / height) * static_cast<std::size_t>(raster.width);
-        const auto to_row = static_cast<std::size_t>(y) * static_cast<std::size_t>(width);
-        for (int x = 0; x < width; ++x) {
-            result.pixels[to_row + static_cast<std::size_t>(x)] =
-                raster.pixels[from_row + static_cast<std::size_t>(x * raster.width / width)];
+    std::vector<std::size_t> columns(row_size);
+    for (std::size_t x = 0; x < row_size; ++x) {
+        columns[x] = x * static_cast<std::size_t>(raster.width) / row_size;
+    }
+    int before = -1;
+    for (int y = 0; y < height; ++y, pixels += row_size) {
+        const int row = static_cast<int>(std::int64_t{y} * raster.height / height);
+        if (row == std::exchange(before, row)) {
+            std::copy_n(pixels - row_size, row_size, pixels);
+            continue;
         }
+        const std::uint32_t* const from =
+            raster.pixels.data() + static_cast<std::size_t>(row) * static_cast<std::size_t>(raster.width);
+        std::ranges::transform(columns, pixels, [from](std::size_t column) { return from[column]; });
     }
-    return result;
 }
 
 } // namespace agent::stage

@@ -37,7 +37,7 @@ class FileRepertoire final : public Repertoire {
 void compose(const acs::CharacterFile& file, const acs::Frame* frame, std::optional<acs::MouthShape> mouth,
              Raster& raster);
 
-// The same picture in another size, by the nearest pixel, so that edges stay hard.
-Raster scaled(const Raster& raster, int width, int height);
+// Writes the same picture in another size, by the nearest pixel, so that edges stay hard: `width` × `height` pixels.
+void scale(const Raster& raster, int width, int height, std::uint32_t* pixels);
 
 } // namespace agent::stage

@@ -162,14 +162,25 @@ void Actor::stopAll(const std::vector<StopKind>& kinds) {
 void Actor::place(int left, int top, MoveCause cause) {
     // Whoever takes the character in hand ends its journey where they put it.
     journey_.reset();
-    if (left == left_ && top == top_) {
+    const Rect area = kept({left, top, left + width_, top + height_});
+    if (area == this->area()) {
         return;
     }
-    left_ = left;
-    top_ = top;
+    left_ = area.left;
+    top_ = area.top;
     move_cause_ = cause;
     stage_.effects_.placed(*this);
     stage_.audience_.moved(*this, cause);
+}
+
+Rect Actor::kept(const Rect& area) const {
+    return visible_ && stage_.keep_on_screen_ ? movedOnto(stage_.screens_, area) : area;
+}
+
+void Actor::returnToScreen(MoveCause cause) {
+    if (!journey_) {
+        place(left_, top_, cause);
+    }
 }
 
 void Actor::drag(int left, int top) {
@@ -181,6 +192,12 @@ void Actor::drag(int left, int top) {
 }
 
 void Actor::drop() {
+    const Rect area = kept(this->area());
+    if (area != this->area()) {
+        left_ = area.left;
+        top_ = area.top;
+        stage_.effects_.placed(*this);
+    }
     stage_.audience_.moved(*this, MoveCause::user);
 }
 
@@ -194,6 +211,7 @@ void Actor::resize(int width, int height) {
     height_ = height;
     stage_.effects_.placed(*this);
     stage_.audience_.resized(*this);
+    returnToScreen(MoveCause::program);
 }
 
 void Actor::setVisible(bool visible, VisibilityCause cause) {
@@ -214,6 +232,7 @@ void Actor::setVisible(bool visible, VisibilityCause cause) {
     stage_.effects_.placed(*this);
     if (visible) {
         stage_.audience_.shown(*this, cause);
+        returnToScreen(MoveCause::program);
     } else {
         stage_.audience_.hidden(*this, cause);
     }
@@ -401,21 +420,22 @@ void Actor::begin() {
         utterances_[current_.get()].quiet = true;
         return beginSpeaking();
     case Kind::move_to: {
-        if (request.x == left_ && request.y == top_) {
+        const Rect there = kept({request.x, request.y, request.x + width_, request.y + height_});
+        if (there == area()) {
             return;
         }
         if (!visible_ || request.speed <= 0) {
             return place(request.x, request.y, MoveCause::program);
         }
         closeBalloonNow();
-        const int right = request.x - left_;
-        const int down = request.y - top_;
+        const int right = there.left - left_;
+        const int down = there.top - top_;
         const char16_t* state = std::abs(right) >= std::abs(down) ? (right > 0 ? u"MOVINGRIGHT" : u"MOVINGLEFT")
                                                                   : (down > 0 ? u"MOVINGDOWN" : u"MOVINGUP");
         if (auto animation = fromState(state)) {
             playNow(std::move(animation), Role::request);
         }
-        journey_ = Journey{left_, top_, request.x, request.y, stage_.now_, request.speed};
+        journey_ = Journey{left_, top_, there.left, there.top, stage_.now_, request.speed};
         return;
     }
     case Kind::gesture_at: {
@@ -807,6 +827,20 @@ void Stage::advance(Time now) {
             more = actor->animate() || more;
             more = actor->progress() || more;
         }
+    }
+}
+
+void Stage::setScreens(Screens screens) {
+    screens_ = std::move(screens);
+    for (const auto& [id, actor] : actors_) {
+        actor->returnToScreen(MoveCause::program);
+    }
+}
+
+void Stage::setKeepOnScreen(bool keep) {
+    keep_on_screen_ = keep;
+    for (const auto& [id, actor] : actors_) {
+        actor->returnToScreen(MoveCause::program);
     }
 }
 

@@ -15,6 +15,7 @@
 #include "companions/agent/acs/character_file.h"
 #include "companions/agent/stage/animation_player.h"
 #include "companions/agent/stage/request.h"
+#include "companions/agent/stage/screens.h"
 #include "companions/agent/voice/voice.h"
 
 namespace agent::stage {
@@ -117,6 +118,7 @@ class Actor {
     int top() const { return top_; }
     int width() const { return width_; }
     int height() const { return height_; }
+    Rect area() const { return {left_, top_, left_ + width_, top_ + height_}; }
     VisibilityCause visibilityCause() const { return visibility_cause_; }
     MoveCause moveCause() const { return move_cause_; }
     bool balloonOpen() const { return balloon_open_; }
@@ -131,11 +133,11 @@ class Actor {
     void stop(const RequestRef& request); // that one, if it is this character's and not over
     void stopAll(const std::vector<StopKind>& kinds);
 
-    // At once, past the queue.
+    // At once, past the queue; onto the screen, where the stage keeps characters there.
     void place(int left, int top, MoveCause cause);
     // To the nearest size that a character can have.
     void resize(int width, int height);
-    // By the user's hand: told once, when it lets go.
+    // By the user's hand: told once, when it lets go, and brought back onto the screen then.
     void drag(int left, int top);
     void drop();
     void hideByUser();
@@ -183,6 +185,8 @@ class Actor {
     void endUtterance();
     void closeBalloonNow();
     void setVisible(bool visible, VisibilityCause cause);
+    Rect kept(const Rect& area) const;
+    void returnToScreen(MoveCause cause);
     bool travelling();
     bool hasWaiter() const;
     bool wouldDeadlock(const Request& wait) const;
@@ -228,6 +232,13 @@ class Stage {
     RequestRef newRequest(Request request);
     void advance(Time now);
 
+    // The screens as they are now; at first there are none.
+    void setScreens(Screens screens);
+    // Whether a visible character that an edge of the screen would cut is moved onto the screen; at first so. One that
+    // is sent wholly off the screen goes there.
+    void setKeepOnScreen(bool keep);
+    bool keepsOnScreen() const { return keep_on_screen_; }
+
   private:
     friend class Actor;
     // The one audio channel: granted in the order of asking.
@@ -242,6 +253,8 @@ class Stage {
     std::int32_t last_request_ = 0;
     std::map<ActorId, std::unique_ptr<Actor>> actors_;
     std::deque<ActorId> channel_;
+    Screens screens_;
+    bool keep_on_screen_ = true;
 };
 
 } // namespace agent::stage

@@ -348,15 +348,14 @@ TEST(AcsRefusals, ImpossibleSizes) {
 }
 
 TEST(AcsRefusals, SidesLongerThanAnyCharacterHas) {
-    static_assert(largest_side == 1024);
-    const Bytes longest{0x00, 0x04, 1, 0}, longer{0x01, 0x04, 1, 0}, higher{1, 0, 0x01, 0x04};
-    EXPECT_EQ(accepted(patched(tinyFile(), tiny::information + 28, longest)).width, 1024);
+    static_assert(largest_side == 800);
+    const Bytes longest{0x20, 0x03, 1, 0}, longer{0x21, 0x03, 1, 0}, higher{1, 0, 0x21, 0x03};
+    EXPECT_EQ(accepted(patched(tinyFile(), tiny::information + 28, longest)).width, 800);
     EXPECT_EQ(refusal(patched(tinyFile(), tiny::information + 28, longer)),
-              "The character is of impossible size: 1025 by 1 pixels.");
+              "The character is of impossible size: 801 by 1 pixels.");
     EXPECT_EQ(refusal(patched(tinyFile(), tiny::information + 28, higher)),
-              "The character is of impossible size: 1 by 1025 pixels.");
-    EXPECT_EQ(refusal(patched(tinyFile(), tiny::image + 1, longer)),
-              "Image 0 is of impossible size: 1025 by 1 pixels.");
+              "The character is of impossible size: 1 by 801 pixels.");
+    EXPECT_EQ(refusal(patched(tinyFile(), tiny::image + 1, longer)), "Image 0 is of impossible size: 801 by 1 pixels.");
 }
 
 // An image of one colour.
@@ -397,18 +396,18 @@ Bytes frameOf(std::size_t images, std::size_t width, std::size_t height) {
 }
 
 TEST(AcsRefusals, OneImageListedInOneFrameOverAndOver) {
-    EXPECT_EQ(refusal(frameOf(65'535, 1024, 1024)),
-              "The animation \"Hi\" has a frame of 65535 images and 68718428160 pixels, too much to draw.");
-    EXPECT_EQ(accepted(frameOf(4, 1024, 1024)).animations[0].frames[0].images.size(), 4U);
-    EXPECT_EQ(refusal(frameOf(5, 1024, 1024)),
-              "The animation \"Hi\" has a frame of 5 images and 5242880 pixels, too much to draw.");
+    EXPECT_EQ(refusal(frameOf(65'535, 800, 800)),
+              "The animation \"Hi\" has a frame of 65535 images and 41942400000 pixels, too much to draw.");
+    EXPECT_EQ(accepted(frameOf(6, 800, 800)).animations[0].frames[0].images.size(), 6U);
+    EXPECT_EQ(refusal(frameOf(7, 800, 800)),
+              "The animation \"Hi\" has a frame of 7 images and 4480000 pixels, too much to draw.");
     EXPECT_EQ(accepted(frameOf(255, 4, 1)).animations[0].frames[0].images.size(), 255U);
     EXPECT_EQ(refusal(frameOf(256, 4, 1)),
               "The animation \"Hi\" has a frame of 256 images and 1024 pixels, too much to draw.");
 }
 
 TEST(AcsRefusals, AMouthIsDrawnToo) {
-    Character character = accepted(frameOf(4, 1024, 1024));
+    Character character = accepted(frameOf(6, 800, 800));
     Mouth mouth;
     character.animations[0].frames[0].mouths = {mouth, mouth};
     EXPECT_THROW(write(character), std::invalid_argument);
@@ -463,10 +462,10 @@ TEST(AcsRefusals, MoreBranchesThanCanBeFollowed) {
 }
 
 TEST(AcsRefusals, OneBigImageListedOftenTakesNoMemory) {
-    const Bytes image = bigImage(1024, 1024);
+    const Bytes image = bigImage(800, 800);
     Bytes file = withPart(image_locator, image);
     file.insert(file.end(), std::size_t{1} << 20, 0); // the readings are not what it is refused for
-    EXPECT_EQ(refusal(withPart(images_locator, imageDirectory(129, tinyFile().size(), image.size()), file)),
+    EXPECT_EQ(refusal(withPart(images_locator, imageDirectory(210, tinyFile().size(), image.size()), file)),
               "The character takes more than 128 MB of memory.");
 }
 
@@ -545,9 +544,9 @@ TEST(AcsFile, KeepsImagesLatelyAskedFor) {
 TEST(AcsFile, AnImageOutlivesWhatIsKept) {
     Character character = sampleCharacter();
     Image large;
-    large.width = 1024;
-    large.height = 1024;
-    large.pixels.assign(std::size_t{1024} * 1024, 5);
+    large.width = 800;
+    large.height = 800;
+    large.pixels.assign(std::size_t{800} * 800, 5);
     character.images.assign(6, large);
     for (std::size_t i = 0; i < 6; ++i) {
         character.images[i].pixels[0] = static_cast<std::uint8_t>(i);

@@ -7,16 +7,23 @@ namespace {
 
 using testing::ElementsAre;
 
-// Letters of ten pixels.
+// Letters of ten pixels; counts those that are measured.
+std::size_t measured = 0;
+
+std::size_t fitting(std::u16string_view piece, int room) {
+    measured += piece.size();
+    return std::min(piece.size(), static_cast<std::size_t>(room / 10));
+}
+
 std::vector<std::u16string> broken(const std::u16string& text, int width) {
-    std::vector<std::u16string> lines;
-    const auto fitting = [](std::u16string_view piece, int room) {
-        return std::min(piece.size(), static_cast<std::size_t>(room / 10));
-    };
-    for (const TextLine& line : breakLines(text, width, fitting)) {
-        lines.push_back(text.substr(line.begin, line.end - line.begin));
+    Lines lines(text, width, fitting);
+    lines.first(1'000'000);
+    EXPECT_TRUE(lines.complete());
+    std::vector<std::u16string> texts;
+    for (const TextLine& line : lines.laid()) {
+        texts.push_back(text.substr(line.begin, line.end - line.begin));
     }
-    return lines;
+    return texts;
 }
 
 TEST(BalloonLines, BreakAtBlanks) {
@@ -49,13 +56,81 @@ TEST(BalloonLines, OfAnEmptyTextAreOneEmptyLine) {
     EXPECT_THAT(broken(u"", 50), ElementsAre(u""));
 }
 
+TEST(BalloonLines, NeverPartWhatBelongsToACharacter) {
+    EXPECT_THAT(broken(u"ab\x2764\xFE0F", 30), ElementsAre(u"ab", u"\x2764\xFE0F"));
+    const std::u16string family = u"\xD83D\xDC69\x200D\xD83D\xDC67";
+    EXPECT_THAT(broken(u"abc" + family, 50), ElementsAre(u"abc", family));
+    EXPECT_THAT(broken(family + family, 10), ElementsAre(family, family));
+}
+
+TEST(BalloonLines, BreakAtALineEndThatEndsTheText) {
+    EXPECT_THAT(broken(u"one\n", 100), ElementsAre(u"one", u""));
+    EXPECT_THAT(broken(u"one  \r\n  two", 100), ElementsAre(u"one", u"  two"));
+}
+
+TEST(BalloonLines, BreakAWordLongerThanAnyLine) {
+    const auto lines = broken(std::u16string(5000, u'x'), 1'000'000);
+    EXPECT_EQ(lines.size(), 5U);
+    EXPECT_EQ(lines.front().size(), Lines::longest_line);
+}
+
+std::u16string wordsOf(std::size_t count) {
+    std::u16string text;
+    for (std::size_t i = 0; i < count; ++i) {
+        text += u"word ";
+    }
+    return text;
+}
+
+TEST(BalloonLines, AreLaidOutAsFarAsTheyAreShown) {
+    const std::u16string text = wordsOf(200'000); // a megabyte
+    measured = 0;
+    Lines lines(text, 100, fitting);
+    lines.first(40);
+    EXPECT_EQ(lines.laid().size(), 40U);
+    EXPECT_FALSE(lines.complete());
+    EXPECT_LE(measured, 40 * Lines::longest_line);
+    lines.reach(1000);
+    EXPECT_GE(lines.laid().back().end, 999U);
+    EXPECT_LE(lines.laid().size(), 101U);
+}
+
+TEST(BalloonLines, FarAheadBeginAnew) {
+    const std::u16string text = wordsOf(200'000);
+    Lines lines(text, 100, fitting);
+    lines.first(40);
+    measured = 0;
+    lines.reach(text.size() + 100);
+    EXPECT_TRUE(lines.complete());
+    EXPECT_LE(lines.laid().size(), Lines::most_at_once / 10 + 2);
+    EXPECT_LE(measured, (Lines::most_at_once / 10 + 2) * Lines::longest_line);
+    EXPECT_EQ(text.substr(lines.laid().front().begin, 5), u"word ");
+    EXPECT_EQ(lines.laid().back().end, text.size() - 1);
+    EXPECT_EQ(lines.firstShown(text.size(), 10), lines.laid().size() - 10);
+}
+
+TEST(BalloonLines, FarAheadPartNoPair) {
+    std::u16string text;
+    for (int i = 0; i < 20'000; ++i) {
+        text += u"\xD83D\xDE00";
+    }
+    for (const std::size_t spoken : {30'000U, 30'001U}) {
+        Lines lines(text, 100, fitting);
+        lines.reach(spoken);
+        EXPECT_EQ(lines.laid().front().begin % 2, 0U);
+    }
+}
+
 TEST(BalloonScroll, KeepsTheSpokenLineInSight) {
-    const std::vector<TextLine> lines{{0, 5}, {6, 10}, {11, 15}, {16, 20}};
-    EXPECT_EQ(firstLine(lines, 0, 2), 0U);
-    EXPECT_EQ(firstLine(lines, 10, 2), 0U);
-    EXPECT_EQ(firstLine(lines, 12, 2), 1U);
-    EXPECT_EQ(firstLine(lines, 20, 2), 2U);
-    EXPECT_EQ(firstLine(lines, 20, 4), 0U);
+    const std::u16string text = u"12345 789 12345 6789";
+    Lines lines(text, 50, fitting);
+    lines.first(100);
+    ASSERT_THAT(lines.laid(), ElementsAre(TextLine{0, 5}, TextLine{6, 9}, TextLine{10, 15}, TextLine{16, 20}));
+    EXPECT_EQ(lines.firstShown(0, 2), 0U);
+    EXPECT_EQ(lines.firstShown(9, 2), 0U);
+    EXPECT_EQ(lines.firstShown(12, 2), 1U);
+    EXPECT_EQ(lines.firstShown(20, 2), 2U);
+    EXPECT_EQ(lines.firstShown(20, 4), 0U);
 }
 
 TEST(BalloonPlace, IsAboveTheCharacterInItsMiddle) {

@@ -116,10 +116,20 @@ TEST(Composer, WithoutAFrameAllIsTransparent) {
     EXPECT_THAT(raster.pixels, ElementsAre(clear, clear, clear, clear, clear, clear));
 }
 
+std::vector<std::uint32_t> scaled(const Raster& raster, int width, int height) {
+    std::vector<std::uint32_t> pixels(static_cast<std::size_t>(width * height));
+    scale(raster, width, height, pixels.data());
+    return pixels;
+}
+
 TEST(Composer, ScalesByTheNearestPixel) {
     const Raster small{2, 1, {red, blue}};
-    EXPECT_THAT(scaled(small, 4, 2).pixels, ElementsAre(red, red, blue, blue, red, red, blue, blue));
-    EXPECT_THAT(scaled(small, 1, 1).pixels, ElementsAre(red));
+    EXPECT_THAT(scaled(small, 4, 2), ElementsAre(red, red, blue, blue, red, red, blue, blue));
+    EXPECT_THAT(scaled(small, 1, 1), ElementsAre(red));
+    EXPECT_THAT(scaled(small, 2, 1), ElementsAre(red, blue));
+    const Raster high{1, 3, {red, green, blue}};
+    EXPECT_THAT(scaled(high, 1, 5), ElementsAre(red, red, green, green, blue));
+    EXPECT_THAT(scaled(high, 1, 2), ElementsAre(red, green));
 }
 
 } // namespace

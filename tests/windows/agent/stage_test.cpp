@@ -5,6 +5,8 @@
 #include "companions/agent/acs/writer.h"
 #include "companions/agent/stage/windows/balloon_window.h"
 #include "companions/agent/stage/windows/character_window.h"
+#include "companions/agent/stage/windows/desktop.h"
+#include "companions/agent/stage/windows/theatre.h"
 #include "tests/windows/agent/server_process.h"
 
 namespace agent::stage {
@@ -31,7 +33,7 @@ class Backdrop final : public Window {
         if (message == WM_ERASEBKGND) {
             RECT all{};
             GetClientRect(handle(), &all);
-            const GdiObject<HBRUSH> brush(CreateSolidBrush(RGB(0x33, 0x66, 0x99)));
+            const gdi::Brush brush(CreateSolidBrush(RGB(0x33, 0x66, 0x99)));
             FillRect(reinterpret_cast<HDC>(wparam), &all, brush.get());
             return 1;
         }
@@ -59,7 +61,7 @@ Raster ring() {
 TEST(CharacterWindow, HasTheShapeOfThePicture) {
     const Backdrop backdrop;
     CharacterWindow window({});
-    window.show(ring(), 100, 100);
+    window.show(ring(), {100, 100, 160, 160});
     EXPECT_TRUE(shows(110, 130, 0xFF8000));
     EXPECT_TRUE(shows(130, 130, backdrop_colour)) << "the hole";
     EXPECT_TRUE(shows(101, 101, backdrop_colour)) << "the corner";
@@ -73,7 +75,7 @@ TEST(CharacterWindow, HasTheShapeOfThePicture) {
 TEST(CharacterWindow, IsTopmostAndTakesNoFocus) {
     CharacterWindow window({});
     const HWND active = GetActiveWindow();
-    window.show(ring(), 100, 100);
+    window.show(ring(), {100, 100, 160, 160});
     const auto style = static_cast<DWORD>(GetWindowLongW(window.handle(), GWL_EXSTYLE));
     EXPECT_TRUE(style & WS_EX_TOPMOST);
     EXPECT_TRUE(style & WS_EX_TOOLWINDOW);
@@ -81,18 +83,33 @@ TEST(CharacterWindow, IsTopmostAndTakesNoFocus) {
     EXPECT_EQ(SendMessageW(window.handle(), WM_MOUSEACTIVATE, 0, 0), MA_NOACTIVATE);
 }
 
+TEST(CharacterWindow, ThatShowsThePictureAlreadyIsNotDrawnAgain) {
+    CharacterWindow window({});
+    Raster raster = ring();
+    EXPECT_TRUE(window.show(raster, {100, 100, 160, 160}));
+    EXPECT_FALSE(window.show(raster, {100, 100, 160, 160}));
+    EXPECT_TRUE(window.show(raster, {110, 100, 170, 160}));
+    window.move(100, 100);
+    EXPECT_TRUE(window.show(raster, {110, 100, 170, 160}));
+    raster.pixels[1800] ^= 0xFF;
+    EXPECT_TRUE(window.show(raster, {110, 100, 170, 160}));
+    window.hide();
+    EXPECT_TRUE(window.show(raster, {110, 100, 170, 160}));
+}
+
 TEST(CharacterWindow, ChangesItsSize) {
     const Backdrop backdrop;
     CharacterWindow window({});
-    window.show(ring(), 100, 100);
-    window.show(scaled(ring(), 120, 120), 100, 100);
+    window.show(ring(), {100, 100, 160, 160});
+    window.show(ring(), {100, 100, 220, 220});
     EXPECT_TRUE(shows(110, 160, 0xFF8000));
     EXPECT_TRUE(shows(160, 160, backdrop_colour));
 }
 
 struct Balloons : testing::Test {
     Backdrop backdrop;
-    BalloonWindow balloon;
+    Screens screens = readScreens();
+    BalloonWindow balloon{screens};
     BalloonLook look;
     const Rect character{300, 300, 400, 420};
 
@@ -212,6 +229,176 @@ TEST_F(Balloons, TakeTextOfAnyKind) {
         balloon.spoken(text.size() + 10);
         ASSERT_TRUE(drawn());
     }
+}
+
+TEST_F(Balloons, OfAMegabyteShowItsEnd) {
+    std::u16string text;
+    for (int i = 0; i < 200'000; ++i) {
+        text += u"word ";
+    }
+    balloon.open(BalloonKind::words, text, look, character);
+    ASSERT_TRUE(drawn());
+    UpdateWindow(balloon.handle());
+    const int none = ink(0, 100);
+    balloon.spoken(400);
+    EXPECT_TRUE(pumpUntil([&] { return ink(0, 100) > none; }));
+    const int beginning = ink(0, 100) - none;
+    balloon.spoken(text.size());
+    UpdateWindow(balloon.handle());
+    EXPECT_TRUE(pumpUntil([&] { return ink(0, 100) > none + 2 * beginning; })) << "it is full";
+    EXPECT_EQ(ink(97, 100), 0) << "no line is wider than the balloon";
+    screenshot("balloon-megabyte");
+}
+
+// However many units it takes, a character is one picture: the box of an unknown one, or its own.
+TEST_F(Balloons, WriteACharacterOfTwoUnitsAsOne) {
+    const auto widthOf = [](std::u16string_view text) {
+        Canvas canvas;
+        Lettering lettering(canvas.context());
+        LOGFONTW font{};
+        font.lfHeight = -16;
+        std::wcscpy(font.lfFaceName, L"Tahoma");
+        lettering.choose(std::u16string(text), font);
+        return lettering.widthOf(text);
+    };
+    const int unknown = widthOf(u"\xDBFF\xDFFD"); // for private use: in no font
+    EXPECT_GT(unknown, 0);
+    EXPECT_EQ(widthOf(u"\xDBFF\xDFFD\xDBFF\xDFFC"), 2 * unknown);
+    EXPECT_EQ(widthOf(u"\xDBFF\xDFFD\xFE0F"), unknown) << "a selector shows nothing";
+    EXPECT_EQ(widthOf(u"ab\xDBFF\xDFFD"
+                      u"ab"),
+              2 * widthOf(u"ab") + unknown);
+
+    Canvas canvas;
+    Lettering lettering(canvas.context());
+    LOGFONTW font{};
+    font.lfHeight = -16;
+    const std::u16string text = u"ab\xDBFF\xDFFD"
+                                u"cd";
+    lettering.choose(text, font);
+    const int whole = lettering.widthOf(text);
+    EXPECT_EQ(lettering.fitting(text, whole), text.size());
+    for (int width = 0; width < whole; ++width) {
+        EXPECT_NE(lettering.fitting(text, width), 3U) << "half of it";
+        EXPECT_LT(lettering.fitting(text, width), text.size());
+    }
+    balloon.open(BalloonKind::words, u"Hello \xD83D\xDE00\xD83D\xDE00 \x2764\xFE0F there \xDBFF\xDFFD!", look,
+                 character);
+    balloon.spoken(1000);
+    ASSERT_TRUE(drawn());
+    EXPECT_TRUE(pumpUntil([&] { return ink(0, 100) > 20; }));
+    screenshot("balloon-signs");
+}
+
+TEST(Messages, TellOfAChangeOfTheScreens) {
+    MessageWindow messages;
+    int told = 0;
+    messages.onScreensChanged([&] { ++told; });
+    SendMessageW(messages.handle(), WM_DISPLAYCHANGE, 32, MAKELPARAM(1024, 768));
+    SendMessageW(messages.handle(), WM_SETTINGCHANGE, SPI_SETWORKAREA, 0);
+    SendMessageW(messages.handle(), WM_SETTINGCHANGE, SPI_SETICONTITLELOGFONT, 0);
+    EXPECT_EQ(told, 2);
+}
+
+TEST(Desktop, HasScreensWithWorkAreas) {
+    const Screens screens = readScreens();
+    ASSERT_FALSE(screens.empty());
+    for (const Screen& screen : screens) {
+        EXPECT_GT(screen.whole.width(), 0);
+        EXPECT_GE(screen.work.left, screen.whole.left);
+        EXPECT_LE(screen.work.bottom, screen.whole.bottom);
+    }
+}
+
+// A character of one red image, on a theatre of its own.
+struct OnTheatre : testing::Test, Audience {
+    MessageWindow messages;
+    voice::Service service{nullptr};
+    voice::Output output{std::u16string()};
+    Theatre theatre{messages, service, output, {}};
+    Stage stage{theatre, *this, [](int) { return 0; }};
+    Actor* actor = nullptr;
+    HWND window = nullptr;
+
+    OnTheatre() {
+        std::string error;
+        acs::Character made;
+        made.width = made.height = 40;
+        made.palette.resize(256, {0, 0, 255});
+        made.transparent_index = 1;
+        acs::Image image{40, 40, std::vector<std::uint8_t>(1600), {}};
+        made.images = {image};
+        made.animations.resize(1);
+        made.animations[0].name = u"RestPose";
+        made.animations[0].frames.resize(1);
+        made.animations[0].frames[0].images = {{0, 0, 0}};
+        auto file = std::make_shared<const acs::CharacterFile>(*acs::CharacterFile::open(acs::write(made), error));
+        actor = &stage.enter(std::make_shared<FileRepertoire>(file));
+        theatre.admit(actor->id(), file);
+        stage.setKeepOnScreen(false);
+        Request show;
+        show.kind = Kind::show;
+        show.fast = true;
+        actor->place(200, 200, MoveCause::program);
+        actor->add(stage.newRequest(show));
+        advance(10);
+        window = FindWindowW(L"AgentServerCharacter", nullptr);
+    }
+    void advance(Time now) {
+        stage.advance(now);
+        theatre.present(stage);
+    }
+    RECT place() const {
+        RECT area{};
+        GetWindowRect(window, &area);
+        return area;
+    }
+    void requestStarted(Actor&, const RequestRef&) override {}
+    void requestCompleted(Actor&, const RequestRef&) override {}
+    void bookmark(Actor&, std::int32_t) override {}
+    void shown(Actor&, VisibilityCause) override {}
+    void hidden(Actor&, VisibilityCause) override {}
+    void moved(Actor&, MoveCause) override {}
+    void resized(Actor&) override {}
+    void idleStarted(Actor&) override {}
+    void idleCompleted(Actor&) override {}
+    void balloonShown(Actor&) override {}
+    void balloonHidden(Actor&) override {}
+};
+
+TEST_F(OnTheatre, ACharacterGrowsToItsBound) {
+    const Backdrop backdrop;
+    theatre.toFront(actor->id());
+    EXPECT_TRUE(shows(220, 220, 0xFF0000));
+    actor->resize(12000, 12000);
+    advance(20);
+    EXPECT_EQ(place().right - place().left, largest_side);
+    EXPECT_EQ(place().bottom - place().top, largest_side);
+    EXPECT_TRUE(shows(500, 500, 0xFF0000));
+}
+
+TEST_F(OnTheatre, WhatCannotBeSeenIsDrawnWhenItCan) {
+    const Backdrop backdrop;
+    theatre.toFront(actor->id());
+    ASSERT_TRUE(shows(220, 220, 0xFF0000));
+    actor->place(-5000, -5000, MoveCause::program);
+    advance(20);
+    EXPECT_EQ(place().left, -5000);
+    actor->resize(700, 700);
+    advance(30);
+    EXPECT_EQ(place().right - place().left, 40) << "nobody sees that it is larger";
+    actor->place(200, 200, MoveCause::program);
+    advance(40);
+    EXPECT_EQ(place().right - place().left, 700);
+    EXPECT_TRUE(shows(500, 500, 0xFF0000));
+}
+
+TEST_F(OnTheatre, TheStageKnowsTheScreens) {
+    stage.setKeepOnScreen(true);
+    actor->place(-10, -10, MoveCause::program);
+    advance(20);
+    EXPECT_EQ(place().left, 0);
+    EXPECT_EQ(place().top, 0);
 }
 
 } // namespace

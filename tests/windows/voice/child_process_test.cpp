@@ -123,6 +123,55 @@ TEST(ChildProcess, AStopEndsTheWait) {
     EXPECT_EQ(ran.get().error, "stopped");
 }
 
+std::vector<std::wstring> temporaryFiles() {
+    std::array<wchar_t, MAX_PATH + 1> folder{};
+    GetTempPathW(static_cast<DWORD>(folder.size()), folder.data());
+    std::vector<std::wstring> paths;
+    WIN32_FIND_DATAW entry{};
+    const HANDLE search = FindFirstFileW((std::wstring(folder.data()) + L"say*").c_str(), &entry);
+    for (BOOL more = search != INVALID_HANDLE_VALUE; more; more = FindNextFileW(search, &entry)) {
+        paths.push_back(std::wstring(folder.data()) + entry.cFileName);
+    }
+    if (search != INVALID_HANDLE_VALUE) {
+        FindClose(search);
+    }
+    return paths;
+}
+
+// Text is spoken in private: no other program can open it while it is on its way, and nothing is left of it.
+TEST(ChildProcess, NobodyElseReadsWhatIsOnItsWay) {
+    constexpr wchar_t name[] = L"voice-child-private";
+    ASSERT_TRUE(temporaryFiles().empty());
+    std::stop_source stop;
+    auto ran = std::async(std::launch::async, [&] {
+        return run(child(L"hang") + L" " + name, "private words", std::chrono::minutes(2), stop.get_token());
+    });
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::minutes(1);
+    while (!runs(name) && std::chrono::steady_clock::now() < deadline) {
+        std::this_thread::yield();
+    }
+    ASSERT_TRUE(runs(name));
+    const auto files = temporaryFiles();
+    EXPECT_EQ(files.size(), 2U);
+    for (const std::wstring& path : files) {
+        const HANDLE opened =
+            CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                        OPEN_EXISTING, 0, nullptr);
+        EXPECT_EQ(opened, INVALID_HANDLE_VALUE);
+        if (opened != INVALID_HANDLE_VALUE) {
+            CloseHandle(opened);
+        }
+    }
+    stop.request_stop();
+    ran.get();
+    while (!temporaryFiles().empty() && std::chrono::steady_clock::now() < deadline) {
+        std::this_thread::yield(); // the program that was ended lets go of them
+    }
+    EXPECT_TRUE(temporaryFiles().empty());
+    run(L"\"C:\\no such folder\\no such program.exe\"", "private words");
+    EXPECT_TRUE(temporaryFiles().empty()) << "also where no program was started";
+}
+
 // A program of the system below Wine; nothing to start elsewhere.
 TEST(ChildProcess, BelowWineTheOutputIsBehindTheInput) {
     if (GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") == nullptr) {
@@ -143,6 +192,9 @@ TEST(ChildProcess, BelowWineTheOutputIsBehindTheInput) {
     const Ran failed = below(L"echo 42", "text");
     ASSERT_TRUE(failed.result) << failed.error;
     EXPECT_EQ(failed.result->exit_code, 42U);
+    const Ran mode = below(L"cat >/dev/null; stat -Lc %a /dev/stdin >&0; echo 0", "text");
+    ASSERT_EQ(mode.output().size(), 4U) << mode.error;
+    EXPECT_TRUE(mode.output().starts_with("6") && mode.output().ends_with("0\n")) << mode.output() << mode.error;
     EXPECT_EQ(below(L"exit 0", "text").error, "the program ended without telling how");
     EXPECT_EQ(below(L"exec sleep 6", "text").error, "the program takes too long");
 }

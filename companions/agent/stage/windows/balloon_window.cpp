@@ -16,15 +16,6 @@ const wchar_t* wide(const char16_t* text) {
     return reinterpret_cast<const wchar_t*>(text);
 }
 
-Rect screenAround(const Rect& character) {
-    const RECT area{character.left, character.top, character.right, character.bottom};
-    MONITORINFO info{};
-    info.cbSize = sizeof info;
-    GetMonitorInfoW(MonitorFromRect(&area, MONITOR_DEFAULTTONEAREST), &info);
-    return {static_cast<int>(info.rcWork.left), static_cast<int>(info.rcWork.top), static_cast<int>(info.rcWork.right),
-            static_cast<int>(info.rcWork.bottom)};
-}
-
 // Whether the first letter that has a direction is of a script written from the right.
 bool beginsRightToLeft(std::u16string_view text) {
     std::array<WORD, 256> kinds{};
@@ -41,76 +32,14 @@ bool beginsRightToLeft(std::u16string_view text) {
     return false;
 }
 
-// How many units of the text the font of the context has no picture for; 0 where it cannot be told.
-std::size_t missingGlyphs(HDC context, const std::u16string& text) {
-    std::array<WORD, 1024> glyphs{};
-    const int count = static_cast<int>(std::min(text.size(), glyphs.size()));
-    const DWORD found =
-        GetGlyphIndicesW(context, wide(text.c_str()), count, glyphs.data(), GGI_MARK_NONEXISTING_GLYPHS);
-    if (count == 0 || found == GDI_ERROR) {
-        return 0;
-    }
-    std::size_t missing = 0;
-    for (std::size_t i = 0; i < found; ++i) {
-        missing += glyphs[i] == 0xFFFF && text[i] > u' ' ? 1 : 0;
-    }
-    return missing;
-}
-
-// The character's own font, or where it lacks letters of the text, another that lacks the fewest.
-GdiObject<HFONT> fontFor(const std::u16string& text, LOGFONTW font, HDC context) {
-    static constexpr std::array<const wchar_t*, 10> others{
-        L"Tahoma",       L"Segoe UI",        L"Arial",  L"DejaVu Sans",   L"Arial Unicode MS",
-        L"MS UI Gothic", L"Microsoft YaHei", L"SimSun", L"Malgun Gothic", L"Noto Sans CJK SC"};
-    GdiObject<HFONT> best(CreateFontIndirectW(&font));
-    const auto missingIn = [&](HFONT tried) {
-        const Selected selected(context, tried);
-        return missingGlyphs(context, text);
-    };
-    std::size_t fewest = missingIn(best.get());
-    for (std::size_t i = 0; i < others.size() && fewest > 0; ++i) {
-        std::wcscpy(font.lfFaceName, others[i]);
-        GdiObject<HFONT> tried(CreateFontIndirectW(&font));
-        const std::size_t missing = missingIn(tried.get());
-        if (missing < fewest) {
-            fewest = missing;
-            best = std::move(tried);
-        }
-    }
-    return best;
-}
-
-// Whether letters stand one after another from the left, each by itself.
-bool isPlain(std::u16string_view text) {
-    return std::all_of(text.begin(), text.end(),
-                       [](char16_t unit) { return unit < 0x0300 || (unit >= 0x3000 && unit < 0xD800); });
-}
-
-// One line at the place that the text alignment means. A plain line is given the steps it was measured by: some fonts
-// draw wider than they measure.
-void writeLine(HDC context, int x, int y, std::u16string_view line, bool right_to_left) {
-    std::array<INT, 1024> reached{};
-    const int count = static_cast<int>(std::min(line.size(), reached.size()));
-    const bool plain = !right_to_left && isPlain(line);
-    if (plain) {
-        SIZE size{};
-        GetTextExtentExPointW(context, wide(line.data()), count, 0, nullptr, reached.data(), &size);
-        for (std::size_t i = static_cast<std::size_t>(count); i-- > 1;) {
-            reached[i] -= reached[i - 1];
-        }
-    }
-    ExtTextOutW(context, x, y, right_to_left ? ETO_RTLREADING : 0, nullptr, wide(line.data()), static_cast<UINT>(count),
-                plain ? reached.data() : nullptr);
-}
-
 // Row by row: Windows' own rounded rectangles are cut off rather than round at this size.
-GdiObject<HRGN> roundedRegion(const Rect& area, int radius) {
-    GdiObject<HRGN> region(CreateRectRgn(area.left, area.top + radius, area.right, area.bottom - radius));
+gdi::Region roundedRegion(const Rect& area, int radius) {
+    gdi::Region region(CreateRectRgn(area.left, area.top + radius, area.right, area.bottom - radius));
     for (int row = 0; row < radius; ++row) {
         const double height = radius - row - 0.5;
         const int inset = radius - static_cast<int>(std::lround(std::sqrt(radius * radius - height * height)));
         for (const int y : {area.top + row, area.bottom - 1 - row}) {
-            const GdiObject<HRGN> line(CreateRectRgn(area.left + inset, y, area.right - inset, y + 1));
+            const gdi::Region line(CreateRectRgn(area.left + inset, y, area.right - inset, y + 1));
             CombineRgn(region.get(), region.get(), line.get(), RGN_OR);
         }
     }
@@ -129,7 +58,7 @@ std::u16string drawable(std::u16string text) {
 
 } // namespace
 
-BalloonWindow::BalloonWindow() {
+BalloonWindow::BalloonWindow(const Screens& screens) : screens_(screens) {
     make({.class_name = L"AgentServerBalloon",
           .style = WS_POPUP,
           .extended_style = WS_EX_TOPMOST | WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE});
@@ -155,38 +84,26 @@ void BalloonWindow::open(BalloonKind kind, std::u16string text, const BalloonLoo
     font.lfCharSet = look.character_set;
     std::wcsncpy(font.lfFaceName, wide(look.font_name.c_str()), LF_FACESIZE - 1);
 
-    const HDC context = canvas_.context();
-    font_ = fontFor(text_, font, context);
-    const Selected selected(context, font_.get());
-    TEXTMETRICW metrics{};
-    GetTextMetricsW(context, &metrics);
-    line_height_ = std::max(1, static_cast<int>(metrics.tmHeight + metrics.tmExternalLeading));
-    const Rect screen = screenAround(character);
-    const int widest = std::clamp(static_cast<int>(metrics.tmAveCharWidth) * std::clamp(look.characters_a_line, 8, 255),
-                                  40, std::max(40, screen.width() - 2 * padding));
-    // A text is measured a piece at a time: no line is longer than this.
-    const auto fitting = [&](std::u16string_view piece, int width) -> std::size_t {
-        const int count = static_cast<int>(std::min<std::size_t>(piece.size(), 1024));
-        int fits = 0;
-        SIZE size{};
-        GetTextExtentExPointW(context, wide(piece.data()), count, width, &fits, nullptr, &size);
-        return static_cast<std::size_t>(std::max(0, fits));
-    };
-    lines_ = breakLines(text_, widest, fitting);
-
+    lettering_.choose(text_, font);
+    const Rect screen = screenOf(screens_, character).work;
+    const int widest = std::clamp(lettering_.letterWidth() * std::clamp(look.characters_a_line, 8, 255), 40,
+                                  std::max(40, screen.width() - 2 * padding));
     const std::size_t most =
-        static_cast<std::size_t>(std::max(1, (screen.height() * 3 / 5 - 2 * padding) / line_height_));
-    room_ = look.size_to_text ? lines_.size() : static_cast<std::size_t>(std::clamp(look.lines, 1, 128));
+        static_cast<std::size_t>(std::max(1, (screen.height() * 3 / 5 - 2 * padding) / lettering_.lineHeight()));
+    lines_ =
+        Lines(text_, widest, [this](std::u16string_view piece, int width) { return lettering_.fitting(piece, width); });
+    lines_.first(most);
+    room_ = look.size_to_text ? lines_.laid().size() : static_cast<std::size_t>(std::clamp(look.lines, 1, 128));
     room_ = std::clamp<std::size_t>(room_, 1, most);
-    int width = look.size_to_text ? 0 : widest;
-    for (std::size_t i = 0; look.size_to_text && i < lines_.size(); ++i) {
-        SIZE size{};
-        GetTextExtentPoint32W(context, wide(text_.data() + lines_[i].begin),
-                              static_cast<int>(std::min<std::size_t>(1024, lines_[i].end - lines_[i].begin)), &size);
-        width = std::max(width, static_cast<int>(size.cx));
+    // Of a text that scrolls not all lines are known: they have all the room that there is.
+    int width = look.size_to_text && lines_.complete() ? 0 : widest;
+    for (std::size_t i = 0; width < widest && i < lines_.laid().size(); ++i) {
+        const TextLine& line = lines_.laid()[i];
+        width =
+            std::max(width, lettering_.widthOf(std::u16string_view(text_).substr(line.begin, line.end - line.begin)));
     }
     body_width_ = std::max(std::min(width, widest), 24) + 2 * padding;
-    body_height_ = static_cast<int>(room_) * line_height_ + 2 * padding;
+    body_height_ = static_cast<int>(room_) * lettering_.lineHeight() + 2 * padding;
     open_ = true;
     lay(character);
 }
@@ -198,7 +115,8 @@ void BalloonWindow::follow(const Rect& character) {
 }
 
 void BalloonWindow::lay(const Rect& character) {
-    const BalloonPlace place = placeBalloon(body_width_, body_height_, tail_length, character, screenAround(character));
+    const BalloonPlace place =
+        placeBalloon(body_width_, body_height_, tail_length, character, screenOf(screens_, character).work);
     Rect all = place.body;
     const int reach = tail_length;
     all.left -= place.side == Side::right ? reach : 0;
@@ -215,9 +133,9 @@ void BalloonWindow::lay(const Rect& character) {
         std::clamp(tip_x, body_.left + corner + 8, std::max(body_.left + corner + 8, body_.right - corner - 8));
     const int root_y = std::clamp(tip_y, body_.top + 12, std::max(body_.top + 12, body_.bottom - 12));
 
-    GdiObject<HRGN> outline = roundedRegion(body_, corner);
+    gdi::Region outline = roundedRegion(body_, corner);
     const auto join = [&](HRGN part) {
-        const GdiObject<HRGN> owned(part);
+        const gdi::Region owned(part);
         CombineRgn(outline.get(), outline.get(), part, RGN_OR);
     };
     if (kind_ == BalloonKind::words) {
@@ -238,7 +156,7 @@ void BalloonWindow::lay(const Rect& character) {
         bubble(40, 5);
         bubble(85, 3);
     }
-    GdiObject<HRGN> shape(CreateRectRgn(0, 0, 0, 0));
+    gdi::Region shape(CreateRectRgn(0, 0, 0, 0));
     CombineRgn(shape.get(), outline.get(), nullptr, RGN_COPY);
     outline_ = std::move(outline);
     SetWindowRgn(handle(), shape.release(), TRUE); // the window owns it now
@@ -248,6 +166,9 @@ void BalloonWindow::lay(const Rect& character) {
 
 void BalloonWindow::spoken(std::size_t end) {
     spoken_ = std::min(end, text_.size());
+    if (open_) {
+        lines_.reach(spoken_);
+    }
     InvalidateRect(handle(), nullptr, FALSE);
 }
 
@@ -261,21 +182,20 @@ void BalloonWindow::draw() {
     GetClientRect(handle(), &area);
     canvas_.resize(std::max(1L, area.right), std::max(1L, area.bottom));
     const HDC context = canvas_.context();
-    const GdiObject<HBRUSH> background(CreateSolidBrush(look_.background_colour));
-    const GdiObject<HBRUSH> border(CreateSolidBrush(look_.border_colour));
+    const gdi::Brush background(CreateSolidBrush(look_.background_colour));
+    const gdi::Brush border(CreateSolidBrush(look_.border_colour));
     FillRgn(context, outline_.get(), background.get());
     FrameRgn(context, outline_.get(), border.get(), 1, 1);
     SetBkMode(context, TRANSPARENT);
     SetTextColor(context, look_.text_colour);
-    const Selected selected(context, font_.get());
-    SetTextAlign(context, right_to_left_ ? TA_RIGHT | TA_RTLREADING : TA_LEFT);
     const int x = right_to_left_ ? body_.right - padding : body_.left + padding;
-    const std::size_t first = firstLine(lines_, spoken_, room_);
-    for (std::size_t i = first; i < std::min(first + room_, lines_.size()); ++i) {
-        const TextLine& line = lines_[i];
+    const std::vector<TextLine>& lines = lines_.laid();
+    const std::size_t first = lines_.firstShown(spoken_, room_);
+    for (std::size_t i = first; i < std::min(first + room_, lines.size()); ++i) {
+        const TextLine& line = lines[i];
         const std::size_t end = std::min(line.end, std::max(line.begin, spoken_));
-        const int y = body_.top + padding + static_cast<int>(i - first) * line_height_;
-        writeLine(context, x, y, std::u16string_view(text_).substr(line.begin, end - line.begin), right_to_left_);
+        const int y = body_.top + padding + static_cast<int>(i - first) * lettering_.lineHeight();
+        lettering_.write(x, y, std::u16string_view(text_).substr(line.begin, end - line.begin), right_to_left_);
     }
 }
 

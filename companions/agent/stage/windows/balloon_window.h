@@ -2,11 +2,11 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 #include "companions/agent/stage/balloon_layout.h"
 #include "companions/agent/stage/sequencer.h"
 #include "companions/agent/stage/windows/canvas.h"
+#include "companions/agent/stage/windows/lettering.h"
 #include "companions/agent/stage/windows/window.h"
 
 namespace agent::stage {
@@ -25,7 +25,8 @@ struct BalloonLook {
 
 class BalloonWindow final : public Window {
   public:
-    BalloonWindow();
+    // The screens as they are whenever it is placed.
+    explicit BalloonWindow(const Screens& screens);
     ~BalloonWindow() override;
 
     void open(BalloonKind kind, std::u16string text, const BalloonLook& look, const Rect& character);
@@ -41,17 +42,17 @@ class BalloonWindow final : public Window {
     void lay(const Rect& character);
     void draw();
 
+    const Screens& screens_;
     BalloonKind kind_ = BalloonKind::words;
     std::u16string text_;
     BalloonLook look_;
-    Canvas canvas_; // text is measured on what it is drawn on: elsewhere it may be wider
-    GdiObject<HFONT> font_;
-    std::vector<TextLine> lines_;
+    Canvas canvas_;
+    Lettering lettering_{canvas_.context()};
+    Lines lines_;
     std::size_t room_ = 1; // lines
-    int line_height_ = 1;
     int body_width_ = 0, body_height_ = 0;
     Rect body_{0, 0, 0, 0}; // in the window
-    GdiObject<HRGN> outline_;
+    gdi::Region outline_;
     std::size_t spoken_ = 0;
     bool right_to_left_ = false;
     bool open_ = false;

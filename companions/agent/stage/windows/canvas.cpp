@@ -20,7 +20,7 @@ void Canvas::resize(int width, int height) {
     info.bmiHeader.biBitCount = 32;
     info.bmiHeader.biCompression = BI_RGB;
     void* pixels = nullptr;
-    GdiObject<HBITMAP> made(CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &pixels, nullptr, 0));
+    gdi::Bitmap made(CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &pixels, nullptr, 0));
     if (!context_ || !made) {
         throw std::system_error(static_cast<int>(GetLastError()), std::system_category(), "CreateDIBSection");
     }

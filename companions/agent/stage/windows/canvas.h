@@ -19,8 +19,8 @@ class Canvas {
     SIZE size() const { return size_; }
 
   private:
-    GdiObject<HBITMAP> bitmap_;
-    MemoryContext context_; // goes before the bitmap that is selected into it
+    gdi::Bitmap bitmap_;
+    gdi::MemoryDc context_; // goes before the bitmap that is selected into it
     std::uint32_t* pixels_ = nullptr;
     SIZE size_{0, 0};
 };

@@ -1,6 +1,5 @@
 #include "companions/agent/stage/windows/character_window.h"
 
-#include <algorithm>
 #include <cstdlib>
 
 namespace agent::stage {
@@ -30,14 +29,17 @@ CharacterWindow::~CharacterWindow() {
     destroy();
 }
 
-void CharacterWindow::show(const Raster& raster, int left, int top) {
-    if (raster.width <= 0 || raster.height <= 0) {
-        return;
+bool CharacterWindow::show(const Raster& raster, const Rect& area) {
+    if (raster.pixels.empty() || area.width() <= 0 || area.height() <= 0 ||
+        (shown_ && area == area_ && raster.pixels == pixels_)) {
+        return false;
     }
-    canvas_.resize(raster.width, raster.height);
-    std::copy(raster.pixels.begin(), raster.pixels.end(), canvas_.pixels());
+    area_ = area;
+    pixels_ = raster.pixels;
+    canvas_.resize(area.width(), area.height());
+    scale(raster, area.width(), area.height(), canvas_.pixels());
     SIZE size = canvas_.size();
-    POINT at{left, top};
+    POINT at{area.left, area.top};
     POINT from{0, 0};
     // By its alpha a pixel is there or not, for the eye and for the pointer.
     BLENDFUNCTION blend{AC_SRC_OVER, 0, 255, AC_SRC_ALPHA};
@@ -46,9 +48,11 @@ void CharacterWindow::show(const Raster& raster, int left, int top) {
         shown_ = true;
         SetWindowPos(handle(), HWND_TOPMOST, 0, 0, 0, 0, SWP_NOACTIVATE | SWP_NOMOVE | SWP_NOSIZE | SWP_SHOWWINDOW);
     }
+    return true;
 }
 
 void CharacterWindow::move(int left, int top) {
+    area_ = {left, top, left + area_.width(), top + area_.height()};
     SetWindowPos(handle(), nullptr, left, top, 0, 0, SWP_NOACTIVATE | SWP_NOSIZE | SWP_NOZORDER);
 }
 

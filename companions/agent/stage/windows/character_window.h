@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "companions/agent/stage/composer.h"
+#include "companions/agent/stage/screens.h"
 #include "companions/agent/stage/windows/canvas.h"
 #include "companions/agent/stage/windows/window.h"
 
@@ -24,7 +25,9 @@ class CharacterWindow final : public Window {
     explicit CharacterWindow(PointerHandlers handlers);
     ~CharacterWindow() override;
 
-    void show(const Raster& raster, int left, int top);
+    // The picture, scaled to the area; false where that is what shows already: drawing costs the system much more than
+    // comparing.
+    bool show(const Raster& raster, const Rect& area);
     void move(int left, int top);
     void hide();
 
@@ -39,6 +42,8 @@ class CharacterWindow final : public Window {
     PointerHandlers handlers_;
     Canvas canvas_;
     bool shown_ = false;
+    Rect area_{0, 0, 0, 0};             // of the window, and
+    std::vector<std::uint32_t> pixels_; // of the picture in it, before it was scaled
 
     int pressed_ = 0; // the button that is held down on it
     bool dragging_ = false;

@@ -70,6 +70,10 @@ LRESULT MessageWindow::received(UINT message, WPARAM wparam, LPARAM lparam) {
         }
         return 0;
     }
+    if ((message == WM_DISPLAYCHANGE || (message == WM_SETTINGCHANGE && wparam == SPI_SETWORKAREA)) &&
+        screens_changed_) {
+        screens_changed_();
+    }
     if ((message == WM_CLOSE || (message == WM_ENDSESSION && wparam)) && closing_) {
         closing_();
         return 0;

@@ -22,6 +22,8 @@ class MessageWindow final : public Window {
     void every(UINT period, std::function<void()> tick);
     // Called when the window is asked to close, or the session ends.
     void onClose(std::function<void()> closing) { closing_ = std::move(closing); }
+    // Called when the screens, or the parts of them that taskbars leave, have changed.
+    void onScreensChanged(std::function<void()> changed) { screens_changed_ = std::move(changed); }
     // The message loop; ends with quit().
     static void run();
     static void quit() { PostQuitMessage(0); }
@@ -33,7 +35,7 @@ class MessageWindow final : public Window {
     std::mutex mutex_;
     std::deque<std::function<void()>> tasks_;
     bool closed_ = false;
-    std::function<void()> tick_, closing_;
+    std::function<void()> tick_, closing_, screens_changed_;
 };
 
 } // namespace agent::stage

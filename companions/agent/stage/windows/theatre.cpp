@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <utility>
 
+#include "companions/agent/stage/windows/desktop.h"
 #include "companions/agent/voice/wave.h"
 
 namespace agent::stage {
@@ -59,10 +60,6 @@ BalloonLook lookOf(const acs::Character& character) {
     return look;
 }
 
-Rect placeOf(const Actor& actor) {
-    return {actor.left(), actor.top(), actor.left() + actor.width(), actor.top() + actor.height()};
-}
-
 } // namespace
 
 Clock::Clock(double speed) : since_(std::chrono::steady_clock::now()), speed_(speed) {}
@@ -102,9 +99,19 @@ void Theatre::Reader::run(const std::stop_token& stop) {
 }
 
 Theatre::Theatre(MessageWindow& messages, voice::Service& service, voice::Output& output, Hand hand)
-    : messages_(messages), service_(service), output_(output), hand_(std::move(hand)), frame_sounds_(output) {}
+    : messages_(messages), service_(service), output_(output), hand_(std::move(hand)), screens_(readScreens()),
+      frame_sounds_(output) {
+    messages_.onScreensChanged([this] {
+        screens_ = readScreens();
+        screens_changed_ = true;
+        for (auto& [actor, shown] : figures_) {
+            shown.redraw = shown.replace = true;
+        }
+    });
+}
 
 Theatre::~Theatre() {
+    messages_.onScreensChanged({});
     for (const auto& [id, order] : orders_) {
         if (order.service != 0) {
             service_.cancel(order.service);
@@ -163,6 +170,9 @@ void Theatre::toFront(ActorId actor) {
 }
 
 void Theatre::present(Stage& stage) {
+    if (std::exchange(screens_changed_, false)) {
+        stage.setScreens(screens_);
+    }
     for (auto& [id, shown] : figures_) {
         Actor* actor = stage.find(id);
         if (!actor || (!shown.redraw && !shown.replace)) {
@@ -176,28 +186,32 @@ void Theatre::present(Stage& stage) {
             }
             continue;
         }
-        if (shown.redraw || !shown.shown) {
-            compose(*shown.file, actor->frame(), actor->mouth(), shown.raster);
-            if (actor->width() == shown.raster.width && actor->height() == shown.raster.height) {
-                shown.window->show(shown.raster, actor->left(), actor->top());
-            } else {
-                shown.window->show(scaled(shown.raster, actor->width(), actor->height()), actor->left(), actor->top());
-            }
-            shown.shown = true;
-        } else {
-            shown.window->move(actor->left(), actor->top());
-        }
-        if (shown.replace && shown.balloon) {
-            shown.balloon->follow(placeOf(*actor));
-        }
-        shown.redraw = shown.replace = false;
+        show(shown, *actor);
     }
+}
+
+// What cannot be seen is not drawn until it can.
+void Theatre::show(Figure& shown, const Actor& actor) {
+    const bool drawn = !shown.shown || (shown.redraw && canBeSeen(screens_, actor.area()));
+    if (drawn) {
+        compose(*shown.file, actor.frame(), actor.mouth(), shown.raster);
+        shown.window->show(shown.raster, actor.area());
+        shown.shown = true;
+        shown.size = {actor.width(), actor.height()};
+        shown.redraw = false;
+    } else if (shown.replace) {
+        shown.window->move(actor.left(), actor.top());
+    }
+    if (shown.replace && shown.balloon) {
+        shown.balloon->follow(actor.area());
+    }
+    shown.replace = false;
 }
 
 void Theatre::placed(Actor& actor) {
     if (Figure* found = figure(actor.id())) {
         found->replace = true;
-        found->redraw = found->redraw || actor.width() != found->raster.width || actor.height() != found->raster.height;
+        found->redraw = found->redraw || found->size != std::pair(actor.width(), actor.height());
     }
 }
 
@@ -282,13 +296,13 @@ void Theatre::openBalloon(Actor& actor, BalloonKind kind, const std::u16string& 
         return;
     }
     if (!found->balloon) {
-        found->balloon = std::make_unique<BalloonWindow>();
+        found->balloon = std::make_unique<BalloonWindow>(screens_);
     }
     BalloonLook look = found->look;
     look.size_to_text = (actor.balloon_style & balloon_size_to_text) != 0;
     look.characters_a_line = static_cast<int>(actor.balloon_style >> 16 & 0xFF);
     look.lines = static_cast<int>(actor.balloon_style >> 24 & 0xFF);
-    found->balloon->open(kind, text, look, placeOf(actor));
+    found->balloon->open(kind, text, look, actor.area());
 }
 
 void Theatre::balloonWords(Actor& actor, std::size_t end) {

@@ -44,7 +44,7 @@ class Theatre final : public Effects {
     void toFront(ActorId actor);
     // Spoken audio is heard, or passes in silence.
     void setAudible(bool audible) { audible_ = audible; }
-    // After every advance of the stage: draws what changed since the last one.
+    // After every advance of the stage: draws what changed since the last one and can be seen.
     void present(Stage& stage);
 
     void placed(Actor& actor) override;
@@ -67,6 +67,7 @@ class Theatre final : public Effects {
         std::unique_ptr<BalloonWindow> balloon; // made with the first words
         BalloonLook look;
         Raster raster;
+        std::pair<int, int> size; // as it was drawn
         bool redraw = false;
         bool replace = false;
         bool shown = false;
@@ -90,6 +91,7 @@ class Theatre final : public Effects {
         std::jthread thread_;
     };
 
+    void show(Figure& shown, const Actor& actor);
     void delivered(SpeechOrder order, std::optional<voice::Speech> speech);
     Figure* figure(ActorId actor);
 
@@ -97,6 +99,8 @@ class Theatre final : public Effects {
     voice::Service& service_;
     voice::Output& output_;
     Hand hand_;
+    Screens screens_;
+    bool screens_changed_ = true; // since the stage was told
     FrameSounds frame_sounds_;
     std::map<ActorId, Figure> figures_;
     std::map<SpeechOrder, Order> orders_;

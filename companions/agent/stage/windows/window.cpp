@@ -21,7 +21,7 @@ void Window::make(const Making& making) {
     if (!made) {
         throw std::system_error(static_cast<int>(GetLastError()), std::system_category(), "CreateWindowEx");
     }
-    window_.reset(made);
+    window_ = WindowHandle(made);
 }
 
 LRESULT Window::received(UINT message, WPARAM wparam, LPARAM lparam) {

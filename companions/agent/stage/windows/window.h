@@ -29,7 +29,7 @@ class Window {
     // Throws std::system_error where Windows refuses.
     void make(const Making& making);
     // To be called first in the destructor of the class that has received(), so that no message comes after it.
-    void destroy() { window_.reset(); }
+    void destroy() { window_ = {}; }
     virtual LRESULT received(UINT message, WPARAM wparam, LPARAM lparam);
 
   private:

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <random>
 #include <utility>
 
 #include <winsock2.h>
@@ -76,22 +77,61 @@ class Handle {
     HANDLE handle_ = nullptr;
 };
 
-// A file that a new process may inherit and that is gone with its last handle.
+// What a new file is to allow: reading, writing and deleting to the user that this program runs as, nothing to anyone
+// else. (Wine takes the user's first group for the user.)
+class OnlyThisUser {
+  public:
+    OnlyThisUser() {
+        HANDLE opened = nullptr;
+        if (OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &opened) == 0) {
+            return;
+        }
+        const Handle token(opened);
+        DWORD size = 0;
+        if (GetTokenInformation(token.get(), TokenUser, user_.data(), static_cast<DWORD>(sizeof user_), &size) == 0) {
+            return;
+        }
+        PSID const user = reinterpret_cast<const TOKEN_USER*>(user_.data())->User.Sid;
+        ACL* const list = reinterpret_cast<ACL*>(list_.data());
+        good_ = InitializeAcl(list, static_cast<DWORD>(sizeof list_), ACL_REVISION) != 0 &&
+                AddAccessAllowedAce(list, ACL_REVISION, FILE_GENERIC_READ | FILE_GENERIC_WRITE | DELETE, user) != 0 &&
+                InitializeSecurityDescriptor(&descriptor_, SECURITY_DESCRIPTOR_REVISION) != 0 &&
+                SetSecurityDescriptorOwner(&descriptor_, user, FALSE) != 0 &&
+                SetSecurityDescriptorDacl(&descriptor_, TRUE, list, FALSE) != 0 &&
+                SetSecurityDescriptorControl(&descriptor_, SE_DACL_PROTECTED, SE_DACL_PROTECTED) != 0;
+    }
+    OnlyThisUser(const OnlyThisUser&) = delete;
+    OnlyThisUser& operator=(const OnlyThisUser&) = delete;
+    SECURITY_DESCRIPTOR* get() { return good_ ? &descriptor_ : nullptr; }
+
+  private:
+    std::array<std::uint64_t, 32> user_{}, list_{};
+    SECURITY_DESCRIPTOR descriptor_{};
+    bool good_ = false;
+};
+
+std::wstring unguessableName() {
+    std::random_device random;
+    std::wstring name = L"say";
+    for (int i = 0; i < 32; ++i) {
+        name += L"0123456789abcdef"[random() % 16];
+    }
+    return name + L".tmp";
+}
+
+// A file that a new process may inherit, that nobody else can read or find out the name of, and that is gone with its
+// last handle, however this program ends.
 HANDLE temporaryFile() {
     std::array<wchar_t, MAX_PATH + 1> folder{};
-    std::array<wchar_t, MAX_PATH + 1> path{};
     const DWORD length = GetTempPathW(static_cast<DWORD>(folder.size()), folder.data());
-    if (length == 0 || length >= folder.size() || GetTempFileNameW(folder.data(), L"say", 0, path.data()) == 0) {
+    OnlyThisUser only_this_user;
+    SECURITY_ATTRIBUTES inherited{sizeof inherited, only_this_user.get(), TRUE};
+    if (length == 0 || length >= folder.size() || inherited.lpSecurityDescriptor == nullptr) {
         return nullptr;
     }
-    SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
-    const HANDLE file = CreateFileW(path.data(), GENERIC_READ | GENERIC_WRITE | DELETE,
-                                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, &inherited, CREATE_ALWAYS,
-                                    FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr);
-    if (file == INVALID_HANDLE_VALUE) {
-        DeleteFileW(path.data());
-    }
-    return file;
+    const std::wstring path = std::wstring(folder.data(), length) + unguessableName();
+    return CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE | DELETE, 0, &inherited, CREATE_NEW,
+                       FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr);
 }
 
 std::uint64_t sizeOf(const Handle& file) {

@@ -1,0 +1,34 @@
+#include "companions/agent/stage/windows/desktop.h"
+
+#include <windows.h>
+
+namespace agent::stage {
+namespace {
+
+Rect toRect(const RECT& rect) {
+    return {static_cast<int>(rect.left), static_cast<int>(rect.top), static_cast<int>(rect.right),
+            static_cast<int>(rect.bottom)};
+}
+
+BOOL CALLBACK add(HMONITOR monitor, HDC, RECT*, LPARAM screens) {
+    MONITORINFO info{};
+    info.cbSize = sizeof info;
+    if (GetMonitorInfoW(monitor, &info)) {
+        reinterpret_cast<Screens*>(screens)->push_back({toRect(info.rcMonitor), toRect(info.rcWork)});
+    }
+    return TRUE;
+}
+
+} // namespace
+
+Screens readScreens() {
+    Screens screens;
+    EnumDisplayMonitors(nullptr, nullptr, &add, reinterpret_cast<LPARAM>(&screens));
+    if (screens.empty()) {
+        const Rect whole{0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
+        screens.push_back({whole, whole});
+    }
+    return screens;
+}
+
+} // namespace agent::stage
