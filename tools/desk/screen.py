@@ -5,7 +5,7 @@ import shutil
 import subprocess
 import tempfile
 
-from .waiting import TimedOut, wait_for
+from .waiting import PATIENCE_SECONDS, TimedOut, wait_for
 
 WINDOW_MANAGER_SETTINGS = """<?xml version="1.0"?>
 <openbox_config xmlns="http://openbox.org/3.4/rc">
@@ -61,7 +61,7 @@ class Screen:
         self._processes.append(subprocess.Popen(
             ["openbox", "--sm-disable", "--config-file", self._settings], env=self.environment(),
             stdin=subprocess.DEVNULL, stdout=log, stderr=log, start_new_session=True))
-        wait_for("the window manager", self._managed, 20)
+        wait_for("the window manager", self._managed)
         self._run("display", "-window", "root", "-size", f"{width}x{height}", f"gradient:{BACKGROUND}")
 
     def _managed(self):
@@ -93,7 +93,7 @@ class Screen:
     def __exit__(self, *_):
         self.close()
 
-    def _run(self, *command, seconds=20):
+    def _run(self, *command, seconds=PATIENCE_SECONDS):
         return subprocess.run(command, env=self.environment(), stdin=subprocess.DEVNULL, capture_output=True,
                               text=True, errors="replace", timeout=seconds, check=False)
 
@@ -102,9 +102,9 @@ class Screen:
         answer = self._run("xdotool", "search", "--onlyvisible", "--name", title_pattern)
         return answer.stdout.split()
 
-    def wait_for_window(self, title_pattern, seconds):
+    def wait_for_window(self, title_pattern):
         try:
-            return wait_for(f"a window titled {title_pattern!r}", lambda: self.find(title_pattern), seconds)[-1]
+            return wait_for(f"a window titled {title_pattern!r}", lambda: self.find(title_pattern))[-1]
         except TimedOut as error:
             raise TimedOut(f"{error}; windows: {', '.join(self.titles()) or 'none'}") from None
 
@@ -119,7 +119,7 @@ class Screen:
         return titles
 
     def move(self, window, left, top):
-        self._run("xdotool", "windowmove", "--sync", window, str(left), str(top), seconds=5)
+        self._run("xdotool", "windowmove", "--sync", window, str(left), str(top))
 
     def cover(self, window, left, top):
         """Moves a window there, in front of the others, without giving it the keyboard."""
@@ -127,7 +127,7 @@ class Screen:
         self._run("xdotool", "windowraise", window)
 
     def minimize(self, window):
-        self._run("xdotool", "windowminimize", window, seconds=5)
+        self._run("xdotool", "windowminimize", window)
 
     def activate(self, window):
         """Gives the window the keyboard; False where the window manager does not."""
@@ -162,14 +162,14 @@ class Screen:
         """The colours of a rectangle, three bytes a pixel."""
         return subprocess.run(
             ["import", "-window", "root", "-crop", f"{width}x{height}+{left}+{top}", "-depth", "8", "rgb:-"],
-            env=self.environment(), stdin=subprocess.DEVNULL, capture_output=True, timeout=20, check=True).stdout
+            env=self.environment(), stdin=subprocess.DEVNULL, capture_output=True, timeout=PATIENCE_SECONDS, check=True).stdout
 
     def picture(self, file):
         """Writes what is on the screen as a PNG file; False where that fails."""
         if not shutil.which("import"):
             return False
         half_done = f"{file}.new.png"
-        answer = self._run("import", "-window", "root", half_done, seconds=30)
+        answer = self._run("import", "-window", "root", half_done)
         if answer.returncode != 0:
             return False
         os.replace(half_done, file)

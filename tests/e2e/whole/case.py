@@ -14,16 +14,16 @@ ROOT = Path(__file__).resolve().parents[3]
 sys.path.insert(0, str(ROOT / "tools"))
 
 from desk.prefix import Prefix, windows_path  # noqa: E402
-from desk.reading import MAIN_WINDOW, PROGRAM_DIRECTORY, WIN64, Desk, Options, Reading, expected_calls  # noqa: E402
+from desk.reading import MAIN_WINDOW, PROGRAM_DIRECTORY, WIN64, Desk, Options, Reading  # noqa: E402
 from desk.records import unescape  # noqa: E402
 from desk.screen import Screen  # noqa: E402
-from desk.waiting import TimedOut, wait_for  # noqa: E402
+from desk.waiting import PATIENCE_SECONDS, TimedOut, wait_for  # noqa: E402
 
-__all__ = ["MAIN_WINDOW", "PROBE", "PROGRAM_DIRECTORY", "ROOT", "TimedOut", "WholeProgramTest", "Window",
-           "expected_calls", "main", "unescape", "wait_for", "windows_of", "windows_path"]
+__all__ = ["MAIN_WINDOW", "PATIENCE_SECONDS", "PROBE", "PROGRAM_DIRECTORY", "ROOT", "TimedOut", "WholeProgramTest", "Window",
+           "main", "unescape", "wait_for", "windows_of", "windows_path"]
 
 PROBE = WIN64 / "tests" / "e2e" / "probe" / "e2e_probe.exe"
-WATCHDOG_SECONDS = 300
+WATCHDOG_SECONDS = 2 * PATIENCE_SECONDS
 SETTINGS_KEY = r"HKCU\Software\Murmelix"
 
 
@@ -116,10 +116,10 @@ class WholeProgramTest(unittest.TestCase):
     def fail(self, msg=None):
         raise self.failureException(f"{msg}\n{self.report()}")
 
-    def eventually(self, what, condition, seconds=60):
+    def eventually(self, what, condition):
         """The first true result of the condition; the test fails, telling what goes on, where there is none in time."""
         try:
-            return wait_for(what, condition, seconds, 0.05)
+            return wait_for(what, condition, interval=0.05)
         except TimedOut as error:
             self.fail(str(error))
 
@@ -135,11 +135,10 @@ class WholeProgramTest(unittest.TestCase):
         """The visible top-level window of that title, or None."""
         return next((window for window in self.windows() if window.visible and window.text == title), None)
 
-    def message_box(self, title, *, seconds=60):
+    def message_box(self, title):
         """Waits for a message box of that title; its text."""
-        self.eventually(f"a message box titled {title!r}", lambda: self.screen.find("^" + re.escape(title) + "$"),
-                        seconds)
-        box = self.eventually(f"the text of {title!r}", lambda: self.window(title), 20)
+        self.eventually(f"a message box titled {title!r}", lambda: self.screen.find("^" + re.escape(title) + "$"))
+        box = self.eventually(f"the text of {title!r}", lambda: self.window(title))
         self.screen.picture(self.output / (re.sub(r"\W+", "-", title) + ".png"))
         return "\n".join(window.text for window in box.children if window.kind == "Static" and window.text)
 
@@ -152,7 +151,7 @@ class WholeProgramTest(unittest.TestCase):
             if self.screen.activate(windows[-1]):
                 self.screen.key(key)
             return False
-        self.eventually(f"the end of {title!r}", gone, 30)
+        self.eventually(f"the end of {title!r}", gone)
 
     # The registry.
 

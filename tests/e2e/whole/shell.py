@@ -9,6 +9,7 @@ import threading
 from case import (MAIN_WINDOW, PROBE, PROGRAM_DIRECTORY, TimedOut, WholeProgramTest, unescape, wait_for, windows_of,
                   windows_path)
 from desk.records import ClientLog, Transcript
+from desk.waiting import PATIENCE_SECONDS
 
 # By the name of the value: what a new account has, and the check box whose click writes it.
 DEFAULTS = {"AutoHideIdleChar": "0", "AutoAttachChar": "1", "AutoMinimize": "0", "AutoUpdate": "1",
@@ -54,12 +55,12 @@ class Inspector:
             self._lines.put(line.decode("utf-8", "replace").rstrip("\r\n"))
         self._lines.put(None)
 
-    def ask(self, command, seconds=60):
+    def ask(self, command):
         """The lines of the answer."""
         self._process.stdin.write(command.encode("utf-8") + b"\n")
         self._process.stdin.flush()
         answer = []
-        while (line := self._lines.get(timeout=seconds)) != ".":
+        while (line := self._lines.get(timeout=PATIENCE_SECONDS)) != ".":
             if line is None:
                 raise RuntimeError("the probe has ended")
             answer.append(line)
@@ -95,7 +96,7 @@ class Mappings:
         def noted():
             self._screen.mark(mark)
             return any(mark in line for line in self._lines)
-        wait_for("the events of the screen", noted, 20)
+        wait_for("the events of the screen", noted)
 
     def forget(self):
         self._settle()
@@ -154,7 +155,7 @@ class ShellTest(WholeProgramTest):
         self.store({**quiet, **settings}, account)
 
     def wait_for_setting(self, name, value, account=YOU):
-        self.eventually(f"{name} = {value!r}", lambda: self.settings(account).get(name) == value, 20)
+        self.eventually(f"{name} = {value!r}", lambda: self.settings(account).get(name) == value)
 
     # Pages and mail, which Wine hands to programs of the host: here to one that writes their addresses down.
 
@@ -170,7 +171,7 @@ class ShellTest(WholeProgramTest):
 
     def wait_for_page(self, address):
         """Waits until the page has been opened as the last one, and forgets it."""
-        self.eventually(f"the page {address}", lambda: self.opened_pages() == [address], 30)
+        self.eventually(f"the page {address}", lambda: self.opened_pages() == [address])
         self._pages.unlink()
 
     # Programs.
@@ -188,6 +189,7 @@ class ShellTest(WholeProgramTest):
         self.desk.start("AgentServer.exe", self.desk.agent_server(), "/transcript",
                         windows_path(self.transcript.path), "/speed", speed)
         self.eventually("the server's icon", lambda: len(self.tray_icons()) > len(icons))
+        self.eventually("the character server", self.transcript.is_ready)
 
     def start_messenger(self, *arguments):
         """Starts the client with no contacts but those that the test adds, or as `arguments` say."""
@@ -196,7 +198,7 @@ class ShellTest(WholeProgramTest):
         self.desk.start("MessengerClient.exe", self.desk.program_directory / "MessengerClient.exe", "/orders", "/log",
                         windows_path(self.client_log.path), "/left", 700, "/top", 60, "/width", 420, "/height", 300,
                         *arguments)
-        self.eventually("the client's window", lambda: self.messenger(), 60)
+        self.eventually("the Messenger client", lambda: self.messenger() and self.client_log.is_offered())
 
     def launch(self, *arguments):
         self.icons_before = set(self.tray_icons())
@@ -230,8 +232,8 @@ class ShellTest(WholeProgramTest):
         self.wait_for_end()
 
     def wait_for_end(self):
-        self.eventually("the program's end", lambda: self.program.poll() is not None, 30)
-        self.eventually("the icon's end", lambda: not self.own_icons(), 20)
+        self.eventually("the program's end", lambda: self.program.poll() is not None)
+        self.eventually("the icon's end", lambda: not self.own_icons())
 
     # Windows.
 
@@ -265,7 +267,7 @@ class ShellTest(WholeProgramTest):
         return self.frame().text
 
     def wait_for_caption(self, text):
-        self.eventually(f"the caption {text[:80]!r}", lambda: self.caption() == text, 20)
+        self.eventually(f"the caption {text[:80]!r}", lambda: self.caption() == text)
 
     def signed_out(self):
         """True while the panel that asks to sign in is over the window."""
@@ -273,7 +275,8 @@ class ShellTest(WholeProgramTest):
 
     def options_shown(self):
         window = self.main()
-        return bool(self.control(HIDE_OPTIONS, window)) and window.place[2] - window.place[0] > 600
+        frame = self.control(OPTION_FRAMES[0], window)
+        return bool(self.control(HIDE_OPTIONS, window) and frame) and frame.place[2] <= window.place[2]
 
     def tray_icons(self):
         tray = next((window for window in self.windows() if window.text == TRAY and window.visible), None)
@@ -308,7 +311,7 @@ class ShellTest(WholeProgramTest):
         """Clicks a control, given itself or by its text, as a user does: where it shows its box or text."""
         if isinstance(target, str):
             text = target
-            target = self.eventually(f"the control {text!r}", lambda: self.control(text, window), 20)
+            target = self.eventually(f"the control {text!r}", lambda: self.control(text, window))
         left, top, right, bottom = target.place
         self.click_at(min(left + 12, (left + right) // 2), (top + bottom) // 2, button, times)
 
@@ -319,13 +322,13 @@ class ShellTest(WholeProgramTest):
         def in_front():
             windows = self.screen.find(pattern)
             return windows and self.screen.activate(windows[-1]) and self.screen.active() == windows[-1]
-        self.eventually(f"{pattern} in front", in_front, 20)
+        self.eventually(f"{pattern} in front", in_front)
 
     def open_menu(self, accelerator):
         """Opens a menu of the menu bar by the keyboard."""
         self.activate_main()
         self.screen.key("F10", accelerator)
-        return self.eventually("the open menu", self.popup, 20)
+        return self.eventually("the open menu", self.popup)
 
     def open_tray_menu(self):
         """Clicks the icon with the right button. Wine closes a menu when the program hears of having lost the keyboard:
@@ -349,7 +352,7 @@ class ShellTest(WholeProgramTest):
     def leave_menu(self):
         """Clicks where no window is."""
         self.click_at(500, 800)
-        self.eventually("the end of the menu", lambda: not self.popup(), 20)
+        self.eventually("the end of the menu", lambda: not self.popup())
 
     def double_click_icon(self):
         self.click(self.own_icons()[0], times=2)
@@ -363,20 +366,20 @@ class ShellTest(WholeProgramTest):
         return bool(self.screen.find(MAIN_WINDOW))
 
     def wait_until_hidden(self):
-        self.eventually("the hidden window", lambda: not self.shown() and not self.main().visible, 20)
+        self.eventually("the hidden window", lambda: not self.shown() and not self.main().visible)
 
     def wait_until_shown(self):
-        self.eventually("the window", lambda: self.shown() and self.main().visible, 20)
+        self.eventually("the window", lambda: self.shown() and self.main().visible)
 
     def dismiss(self, title, never=False):
         """Presses OK in a notice, with the box ticked where it is never to come again."""
-        notice = self.eventually(title, lambda: self.window(title), 20)
+        notice = self.eventually(title, lambda: self.window(title))
         if never:
             box = next(child for child in notice.children if child.text.startswith("&Never"))
             self.click(box)
-            self.eventually("the ticked box", lambda: self.control(box.text, self.window(title)).state == 1, 20)
+            self.eventually("the ticked box", lambda: self.control(box.text, self.window(title)).state == 1)
         self.click(next(child for child in notice.children if child.text == "OK"))
-        self.eventually(f"the end of {title}", lambda: not self.window(title), 20)
+        self.eventually(f"the end of {title}", lambda: not self.window(title))
 
     # Conversations.
 
@@ -390,7 +393,7 @@ class ShellTest(WholeProgramTest):
         left, top, _, _ = self.list_place().place
         self.click_at(left + 80, top + 20)
         self.screen.key("alt+s")
-        self.eventually("the reading", lambda: self.control(STOP) and self.characters(), 30)
+        self.eventually("the reading", lambda: self.control(STOP) and self.characters())
 
     def open_conversation(self, name="Ann"):
         """Has the client open one with a contact of that name; the contact's sign-in name."""
@@ -416,5 +419,5 @@ class ShellTest(WholeProgramTest):
         def done():
             taken.append(self.pixels(place))
             return len(taken) > 5 if moving else taken[-1] in taken[-2:-1]
-        self.eventually(f"the painted window at {place}", done, 20)
+        self.eventually(f"the painted window at {place}", done)
         return taken[-1]

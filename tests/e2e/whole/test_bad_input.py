@@ -156,9 +156,9 @@ class BadInput(ShellTest):
             end, uncovered = time.monotonic() + seconds, 0
             while time.monotonic() < end:
                 self.screen.cover(tray, place[0] + 60, place[1] + 150)
-                self.eventually("the cover", lambda: self.pixels(inside) != whole, 4)
+                self.eventually("the cover", lambda: self.pixels(inside) != whole)
                 self.screen.move(tray, 700, 880)
-                self.eventually("the window painted again", lambda: self.pixels(inside) == whole, 4)
+                self.eventually("the window painted again", lambda: self.pixels(inside) == whole)
                 uncovered += 1
             self.assertGreater(uncovered, 1)
             # It answers, and the neighbour does not yet.

@@ -68,7 +68,7 @@ class Reading(WholeProgramTest):
         words = "many words " * (2**20 // 11)
         self.start_reading(self.conversation(f"[09:00] <Ann> short\n[09:00] <Ann> {words}\n[09:00] <Ann> the end\n"),
                            participants=1, speed=30)
-        self.eventually("all three messages", lambda: len(self.said(ANN)) == 3, 120)
+        self.eventually("all three messages", lambda: len(self.said(ANN)) == 3)
         self.assertEqual([text.strip() for text in self.said(ANN)], ["Short", words.title().strip(), "The End"])
         self.assert_responsive()
 

@@ -2,7 +2,7 @@
 
 import subprocess
 
-from case import ROOT, main
+from case import PATIENCE_SECONDS, ROOT, main
 from shell import (ABOUT, CHECK_BOXES, CLOSING, EMOTICONS, GETTING_STARTED, MINIMIZED, SHOW_OPTIONS, START, STOP, TRAY,
                    UPDATES, ShellTest)
 
@@ -23,13 +23,13 @@ class Screens(ShellTest):
         place = (max(place[0], 0), max(place[1], 0), min(place[2], 1280), min(place[3], 960))
         left, top, right, bottom = place
         subprocess.run(["convert", "-size", f"{right - left}x{bottom - top}", "-depth", "8", "rgb:-", "-strip",
-                        str(SCREENS / f"{name}.png")], input=self.painted(place, moving), check=True, timeout=20)
+                        str(SCREENS / f"{name}.png")], input=self.painted(place, moving), check=True, timeout=PATIENCE_SECONDS)
 
     def shot_of(self, title, name, moving=False):
         """The same of a window that is awaited, which is then in front."""
-        self.eventually(title, lambda: self.window(title), 30)
+        self.eventually(title, lambda: self.window(title))
         self.activate(f"^{title}")
-        window = self.eventually(title, lambda: self.window(title), 30)
+        window = self.eventually(title, lambda: self.window(title))
         self.park()
         self.shot(name, window, moving=moving)
         return window
@@ -109,7 +109,7 @@ class Screens(ShellTest):
         self.xdotool("mousemove", (left + right) // 2 - 30, (top + bottom) // 2)
         self.xdotool("mousemove", (left + right) // 2, (top + bottom) // 2)
         tip = self.eventually("the tip", lambda: next(
-            (window for window in self.windows() if window.kind == "tooltips_class32" and window.visible), None), 20)
+            (window for window in self.windows() if window.kind == "tooltips_class32" and window.visible), None))
         self.shot("tool-tip", tip, button, room=12)
         self.park()
 
@@ -127,7 +127,7 @@ class Screens(ShellTest):
         left, top, _, _ = self.list_place().place
         self.click_at(left + 80, top + 60)
         self.screen.key("alt+s")
-        self.eventually("the reading", lambda: self.control(STOP), 30)
+        self.eventually("the reading", lambda: self.control(STOP))
         self.shot_of(EMOTICONS, "notice-emoticons")
         self.dismiss(EMOTICONS, never=True)
         self.eventually("a character", self.characters)
@@ -195,7 +195,7 @@ class Screens(ShellTest):
             (window for window in self.windows() if window.kind == "AgentServerProperties" and window.visible), None))
         self.shot("agent-properties", properties)
         self.click(icon, button=3)
-        self.click_menu(self.eventually("the server's menu", self.popup, 20), "last")
+        self.click_menu(self.eventually("the server's menu", self.popup), "last")
         self.shot_of("MSAgent Shutdown Alert!", "box-agent-shut-down")
         self.answer("MSAgent Shutdown Alert!")
         self.wait_for_end()

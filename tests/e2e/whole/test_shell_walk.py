@@ -121,7 +121,7 @@ class ShellWalk(ShellTest):
             before = self.focus().handle
             self.screen.key(key)
             control = self.eventually("the next control", lambda: (lambda now: now if now and now.handle != before
-                                                                   else None)(self.focus()), 20)
+                                                                   else None)(self.focus()))
             passed.append(control.kind if control.kind in ("Edit", "ComboBox") else control.text or control.kind)
         return passed
 
@@ -143,7 +143,7 @@ class ShellWalk(ShellTest):
         self.wait_until_shown()
         self.double_click_icon()
         self.wait_until_hidden()
-        notice = self.eventually(MINIMIZED, lambda: self.window(MINIMIZED), 20)
+        notice = self.eventually(MINIMIZED, lambda: self.window(MINIMIZED))
         # Its close box is refused: OK alone closes it.
         self.click_close_box(notice)
         self.activate(MINIMIZED)
@@ -174,7 +174,7 @@ class ShellWalk(ShellTest):
         for close in ("click", "Escape", "link"):
             self.open_menu("h")
             self.screen.key("a")
-            about = self.eventually(ABOUT, lambda: self.window(ABOUT), 20)
+            about = self.eventually(ABOUT, lambda: self.window(ABOUT))
             self.assertFalse(self.main().enabled)
             self.assertIn("1.0.0", about.texts())
             self.double_click_icon()
@@ -192,7 +192,7 @@ class ShellWalk(ShellTest):
                 self.wait_for_page("mailto:support@murmelix.example")
                 self.assertTrue(self.window(ABOUT))
                 self.click_close_box(self.window(ABOUT))
-            self.eventually("the end of the about window", lambda: not self.window(ABOUT), 20)
+            self.eventually("the end of the about window", lambda: not self.window(ABOUT))
             self.assertTrue(self.main().enabled)
             self.assertTrue(self.shown())
 
@@ -200,7 +200,7 @@ class ShellWalk(ShellTest):
         self.settle(ShowTipFrm="1", ShowEmotTipFrm="1")
         self.start_messenger()
         self.start_program()
-        tip = self.eventually("the tip", lambda: self.window(GETTING_STARTED), 20)
+        tip = self.eventually("the tip", lambda: self.window(GETTING_STARTED))
         self.click("Click here to see a live demo", tip)
         self.wait_for_page(PAGES + "help/livedemo.html")
         self.dismiss(GETTING_STARTED)
@@ -237,11 +237,11 @@ class ShellWalk(ShellTest):
         self.start_reading_first_row()
         # From the tray's menu, whose item in the middle is not grey now.
         self.click_menu(self.open_tray_menu(), "middle")
-        self.eventually("the end of reading", lambda: self.control(START), 20)
+        self.eventually("the end of reading", lambda: self.control(START))
         self.start_reading_first_row()
         self.activate_main()
         self.screen.key("alt+s")
-        self.eventually("the end of reading", lambda: self.control(START), 20)
+        self.eventually("the end of reading", lambda: self.control(START))
         # The window of the conversation goes: with it the reading, whether the characters follow it or not.
         for attached in ("1", "0"):
             self.start_reading_first_row()
@@ -252,7 +252,7 @@ class ShellWalk(ShellTest):
                 self.wait_for_setting("AutoAttachChar", attached)
             self.client("use 1")
             self.client("close")
-            self.eventually("the end of reading", lambda: self.control(START), 20)
+            self.eventually("the end of reading", lambda: self.control(START))
         self.assertTrue(self.control(HIDE_OPTIONS))
 
 

@@ -140,7 +140,7 @@ class Start(WholeProgramTest):
         windows = self.screen.find(f"^{title}$")
         self.eventually("the box in front", lambda: self.screen.activate(windows[-1]))
         self.screen.key("alt+n")
-        self.eventually(f"the end of {title!r}", lambda: windows[-1] not in self.screen.find(f"^{title}$"), 30)
+        self.eventually(f"the end of {title!r}", lambda: windows[-1] not in self.screen.find(f"^{title}$"))
 
 
 if __name__ == "__main__":

@@ -15,6 +15,7 @@ using murmelix::com::Object;
 using murmelix::com::Subscription;
 using murmelix::com::Variant;
 using testing::Contains;
+using testing::EndsWith;
 using testing::HasSubstr;
 
 HWND characterWindow() {
@@ -242,6 +243,7 @@ TEST(Server, WritesATranscriptAndARecording) {
         EXPECT_TRUE(pumpUntil([&] { return speak.get(u"Status").toInt32() == 0; }));
     }
     const std::string lines = contents(transcript);
+    EXPECT_THAT(lines.substr(0, lines.find('\n')), EndsWith("\tready\t\t\t\t"));
     EXPECT_THAT(lines, HasSubstr("\tcall\tann@x\tDot\tShow\t\n"));
     EXPECT_THAT(lines, HasSubstr("\tend\tann@x\tDot\tShow\t\tcomplete\n"));
     EXPECT_THAT(lines, HasSubstr("\tcall\tann@x\tDot\tSpeak\tone\\ttwo\\\\three\n"));

@@ -13,7 +13,7 @@ using murmelix::com::Object;
 
 namespace {
 
-constexpr UINT patience = 20000; // ms, for an answer
+constexpr UINT patience = 240'000; // ms, for an answer
 
 } // namespace
 

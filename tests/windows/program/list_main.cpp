@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr DWORD longest_run = 240'000;
+constexpr DWORD longest_run = 570'000;
 
 void watch() {
     Sleep(longest_run);

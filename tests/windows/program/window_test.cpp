@@ -23,7 +23,8 @@ HWND windowOf(const ui::Control& control) {
 }
 
 bool serveUntil(const std::function<bool()>& holds) {
-    const ULONGLONG end = GetTickCount64() + 10000;
+    constexpr ULONGLONG patience = 240'000;
+    const ULONGLONG end = GetTickCount64() + patience;
     while (!holds()) {
         MSG message{};
         if (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {

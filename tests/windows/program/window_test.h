@@ -14,7 +14,7 @@ namespace murmelix::test {
 
 HWND windowOf(const ui::Control& control);
 
-// Serves messages until it holds, for ten seconds at most; tells whether it does.
+// Serves messages until it holds, for minutes at most; tells whether it does.
 bool serveUntil(const std::function<bool()>& holds);
 void serveAll(); // those that are there
 

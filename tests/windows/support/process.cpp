@@ -20,8 +20,9 @@ using com::wide;
 
 namespace {
 
-constexpr DWORD patience = 30'000;
-constexpr DWORD longest_run = 280'000;
+// Of one wait, and of a whole run: minutes, so that they end what hangs and nothing that is slow.
+constexpr DWORD patience = 240'000;
+constexpr DWORD longest_run = 570'000;
 
 std::optional<std::u16string> registeredServer(const std::u16string& clsid) {
     std::array<wchar_t, 1024> text{};

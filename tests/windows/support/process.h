@@ -10,7 +10,7 @@
 
 namespace murmelix::test {
 
-// Runs the message loop until the condition holds; false where it did not within 30 s.
+// Runs the message loop until the condition holds; false where it did not within minutes.
 bool pumpUntil(const std::function<bool()>& condition);
 
 class Process {
@@ -20,7 +20,7 @@ class Process {
     Process(const Process&) = delete;
     Process& operator=(const Process&) = delete;
     bool running() const { return process_ && WaitForSingleObject(process_, 0) == WAIT_TIMEOUT; }
-    // None where it is still running after 30 s, or was never started.
+    // None where it is still running after minutes, or was never started.
     std::optional<DWORD> exitStatus() const;
     void kill() const { TerminateProcess(process_, 99); }
     DWORD id() const { return id_; }

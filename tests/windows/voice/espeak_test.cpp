@@ -112,7 +112,7 @@ Speech spoken(const std::u16string& text) {
     EXPECT_TRUE(service.available());
     service.order(text, {}, [&](Speech speech) { said.set_value(std::move(speech)); });
     std::future<Speech> answer = said.get_future();
-    if (answer.wait_for(std::chrono::seconds(60)) == std::future_status::ready) {
+    if (answer.wait_for(std::chrono::minutes(4)) == std::future_status::ready) {
         return answer.get();
     }
     ADD_FAILURE() << "nothing was said";
