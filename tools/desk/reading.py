@@ -1,9 +1,7 @@
 """One whole reading: the neighbours set up as an installer would, the program started, a conversation read aloud."""
 
 import contextlib
-import json
 import os
-import re
 import shutil
 import subprocess
 import time
@@ -11,10 +9,11 @@ import wave
 from dataclasses import dataclass
 from pathlib import Path
 
+from .described import Described, Trace
 from .prefix import ROOT, Prefix, windows_path
 from .records import ClientLog, Transcript
 from .screen import Screen
-from .waiting import TimedOut, wait_for
+from .waiting import PATIENCE_SECONDS, TimedOut, wait_for
 
 # The build of the Windows programs: the preset's, staged as ./run and ./test do, or another one's own staging.
 WIN64 = Path(os.environ.get("MURMELIX_WIN64", ROOT / "build" / "win64")).resolve()
@@ -25,10 +24,8 @@ MAIN_WINDOW = r"^Murmelix v[0-9]"
 NEIGHBOURS = ("AgentServer.exe", "MessengerClient.exe", "Murmelix.exe")
 # The windows that a new user is greeted with, and the key that closes each.
 NOTICES = {"Murmelix Updates": "alt+n", "Getting Started": "Return", "Emoticons into Voice": "Return"}
-START_SECONDS = 60     # a program's window, on a slow machine
-GESTURE_SECONDS = 10   # for a gesture to show what it has done
-SILENCE_SECONDS = 120  # without anything new: the reading hangs
-FINAL_SECONDS = 10     # after the last event of all: what is missing by then does not come any more
+GESTURE_SECONDS = 60   # for a gesture to show what it has done: a second one would undo it
+FINAL_SECONDS = 60     # after the last event of all: what is missing by then does not come any more
 RECORDING_SECONDS = 3  # the recording on disk is never further behind than that
 PICTURE_DELAY = 0.8    # from the start of a speech to its picture, at natural speed: the balloon has words by then
 
@@ -73,7 +70,7 @@ class Desk:
         self.programs[name] = process
         return process
 
-    def run(self, name, program, *arguments, seconds=START_SECONDS):
+    def run(self, name, program, *arguments, seconds=PATIENCE_SECONDS):
         """Runs a Windows program to its end; its exit status and what it printed."""
         (self._logs / f"{name}.txt").unlink(missing_ok=True)
         process = self.start(name, program, *arguments)
@@ -126,81 +123,16 @@ class Desk:
 
 
 @contextlib.contextmanager
-def own_desk(name, output):
-    """A desk on a screen and in a prefix of its own, which is removed in the end."""
+def own_desk(name, output, screen=None):
+    """A desk in a prefix of its own, which is removed in the end; on the screen, or on one of its own."""
     run = ROOT / "build" / "wine-runs" / f"{os.getpid()}.{name}"
-    screen = Screen.own()
+    screen = screen or Screen.own()
     try:
-        prefix = Prefix(run / "prefix")
-    except BaseException:
-        screen.close()
-        raise
-    try:
-        with Desk(screen, prefix, output) as desk:
+        with Desk(screen, Prefix(run / "prefix"), output) as desk:
             yield desk
     finally:
+        screen.close()
         shutil.rmtree(run, ignore_errors=True)
-
-
-def expected_calls(messages):
-    """What `trace` says that each message comes to for its writer's character: for each a list of (what, of), words, sounds
-    and animations alone (a character shows itself for other reasons too)."""
-    lines = "".join(_escaped(message) + "\n" for message in messages)
-    answer = subprocess.run([str(TRACE), "message"], input=lines.encode("utf-8"), capture_output=True, timeout=60,
-                            check=True)
-    result = []
-    for line in answer.stdout.decode("utf-8", "replace").splitlines():
-        calls = []
-        for call in json.loads(line):
-            if call["key"] != "a@x" or call["call"] not in ("Speak", "Play"):
-                continue
-            if call.get("url"):
-                calls.append(("Speak", "file:" + call["url"]))
-            else:
-                calls.append((call["call"], call["text"] if call["call"] == "Speak" else call["animation"]))
-        result.append(calls)
-    return result
-
-
-def _escaped(text):
-    result = text.replace("\\", "\\\\").replace("\r", "\\r").replace("\n", "\\n")
-    return "".join(f"\\u{ord(c):04X}" if ord(c) < 32 else c for c in result)
-
-
-def _comparable(what, of):
-    """Of sounds the file name counts; animation names compare without letter case; a line's end is not spoken."""
-    if what == "Speak" and of.startswith("file:"):
-        of = "file:" + re.split(r"[\\/:]", of)[-1]
-    return what, of.casefold().rstrip()
-
-
-def calls_of(transcript, key):
-    """What the program had the character of `key` do for its contact's own messages, in order."""
-    return [(act.what, act.of) for act in transcript.acts
-            if act.moment == "call" and act.key == key and act.what in ("Speak", "Play")
-            and act.of.casefold() != "startlistening"]
-
-
-def unread_messages(log, transcript):
-    """Messages of the log that did not lead to what `trace` says, as texts for people; empty: all was read."""
-    messages = log.of_kind("message")
-    by_writer = {}
-    for message, calls in zip(messages, expected_calls([message.text for message in messages])):
-        by_writer.setdefault(message.signin, []).append((message, [_comparable(*call) for call in calls]))
-    faults = []
-    for writer, written in by_writer.items():
-        made = [_comparable(*call) for call in calls_of(transcript, writer)]
-        for message, calls in written:
-            if made[:len(calls)] == calls:
-                made = made[len(calls):]
-            else:
-                faults.append(f"{writer}: {message.text!r} should have become {calls}, but there came "
-                              f"{made[:len(calls) + 1]}")
-                break
-        else:
-            if made:
-                faults.append(f"{writer}: nobody wrote what became {made}")
-    return faults
 
 
 @dataclass
@@ -227,6 +159,7 @@ class Reading:
         self.transcript = Transcript(work / "agent.tsv")
         self.log = ClientLog(work / "messenger.tsv")
         self.window = None
+        self._told = 0  # acts
         self._spoken = 0
         self._pictured = 0
         self._picture = None  # when the next is due, and the words it is to show
@@ -246,7 +179,9 @@ class Reading:
         if self.desk.screen.is_own:
             arguments += ["/left", 420, "/top", 330, "/width", 600, "/height", 420]  # with room for the characters
         self.desk.start("MessengerClient.exe", self.desk.program_directory / "MessengerClient.exe", *arguments)
-        self._until("the conversation", lambda: self.log.new() or any(
+        # A program that asks for a neighbour before it can be found is given another one.
+        self._until("the character server", self.transcript.is_ready)
+        self._until("the conversation", lambda: self.log.is_offered() and any(
             event.text == "opened" for event in self.log.of_kind("window")))
 
     def start_program(self):
@@ -277,8 +212,8 @@ class Reading:
     def has_begun(self):
         """The client replays the conversation once its text was read; a character on the stage tells it as well."""
         self.log.new()
-        return bool(self.log.of_kind("message")) or (
-            os.path.exists(self.transcript.path) and os.path.getsize(self.transcript.path) > 0)
+        self.transcript.new()
+        return bool(self.log.of_kind("message")) or any(act.moment == "call" for act in self.transcript.acts)
 
     def dismiss_notices(self):
         """Closes the windows that the program greets a new user with; True when there is none."""
@@ -297,7 +232,7 @@ class Reading:
             return condition()
 
         try:
-            return wait_for(what, looked_at, START_SECONDS)
+            return wait_for(what, looked_at, PATIENCE_SECONDS)
         except TimedOut as error:
             raise Failed(f"{error}\n{self.desk.state()}") from None
 
@@ -310,10 +245,11 @@ class Reading:
                 self.dismiss_notices()
                 looked = time.monotonic()
             events, acts = self.log.new(), self.transcript.new()
-            for act in acts:
-                self._tell(act)
             if events or acts:
                 last_news, faults = time.monotonic(), None
+            for act in self.transcript.acts[self._told:]:
+                self._tell(act)
+            self._told = len(self.transcript.acts)
             self._take_picture()
             done = bool(self.log.of_kind("done"))
             if done and not self._being_spoken():
@@ -324,9 +260,9 @@ class Reading:
             silence = time.monotonic() - last_news
             if done and faults and silence > FINAL_SECONDS:
                 raise Failed("Not everything was read:\n" + "\n".join(faults) + "\n" + self.desk.state())
-            if silence > SILENCE_SECONDS:
+            if silence > PATIENCE_SECONDS:
                 under_way = [f"{act.name}: {act.what} {act.of!r}" for act in self.transcript.under_way()]
-                raise Failed(f"Nothing has happened for {SILENCE_SECONDS} s; under way: {under_way}\n"
+                raise Failed(f"Nothing has happened for {PATIENCE_SECONDS} s; under way: {under_way}\n"
                              + self.desk.state())
             self.check_programs()
             time.sleep(0.02)
@@ -353,7 +289,9 @@ class Reading:
     def faults(self):
         """What was not read as it should have been, for people; empty: all was."""
         gone = {event.signin for event in self.log.of_kind("leave")}
-        return unread_messages(self.log, self.transcript) + [
+        with Trace(TRACE) as trace:
+            fault = Described(self.log.events, self.transcript.acts, trace).fault()
+        return ([fault] if fault else []) + [
             f"{act.name} could not say {act.of!r}: {act.outcome}" for act in self.transcript.acts
             if act.moment == "end" and act.what == "Speak" and act.outcome != "complete" and act.key not in gone]
 

@@ -46,7 +46,7 @@ class Act:
     """A line of the transcript."""
     seconds: float
     microseconds: int
-    moment: str  # "call", "start", "end"
+    moment: str  # "ready", "call", "start", "end"
     key: str     # the character's id: the contact's sign-in name
     name: str    # of the character
     what: str    # "Speak", "Play", "Show", …
@@ -70,6 +70,11 @@ class Transcript:
                              fields[5], unescape(fields[6]), fields[7] if len(fields) > 7 else ""))
         self.acts += added
         return added
+
+    def is_ready(self):
+        """True when programs can find the server."""
+        self.new()
+        return any(act.moment == "ready" for act in self.acts)
 
     def under_way(self):
         """Calls whose end has not been written yet."""
@@ -114,6 +119,11 @@ class ClientLog:
                                unescape(fields[4])))
         self.events += added
         return added
+
+    def is_offered(self):
+        """True when programs can find the client."""
+        self.new()
+        return bool(self.of_kind("offered"))
 
     def of_kind(self, kind):
         return [event for event in self.events if event.kind == kind]

@@ -275,6 +275,7 @@ void Server::shutDown() {
 }
 
 void Server::run() {
+    transcript_.ready();
     stage::MessageWindow::run();
 }
 

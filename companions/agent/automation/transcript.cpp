@@ -92,6 +92,12 @@ Transcript::Transcript(const std::u16string& path) : since_(std::chrono::steady_
     }
 }
 
+void Transcript::ready() {
+    if (file_) {
+        write("ready", {}, {}, {}, {});
+    }
+}
+
 void Transcript::call(std::u16string_view id, std::u16string_view name, const stage::Request& request) {
     if (file_) {
         write("call", id, name, kindName(request.kind), objectOf(request));

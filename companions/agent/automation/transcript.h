@@ -2,11 +2,10 @@
 // fields of a line are parted by tabs:
 //   seconds.milliseconds since the server started, on the real clock
 //   microseconds of the performance counter, comparable between processes
-//   "call" as the call arrives, "start" when its turn comes, "end" when it is over
-//   the character's id, and its name
-//   "Play", "Speak", "Think", "MoveTo", "GestureAt", "Show", "Hide", "Wait", "Interrupt" or "Stop"
-//   the words, the animation, the sound file after "file:", or "x,y"; at "end" a tab and the outcome follow:
-//   "complete", "failed" or "interrupted"
+//   "ready" alone, once, when clients can find the server; "call" as the call arrives, "start" when its turn comes,
+//   "end" when it is over the character's id, and its name "Play", "Speak", "Think", "MoveTo", "GestureAt", "Show",
+//   "Hide", "Wait", "Interrupt" or "Stop" the words, the animation, the sound file after "file:", or "x,y"; at "end" a
+//   tab and the outcome follow: "complete", "failed" or "interrupted"
 // Within a field a tab is \t, CR is \r, LF is \n and a backslash is \\.
 #pragma once
 
@@ -25,6 +24,7 @@ class Transcript {
     // An empty path: nothing is written. A file that cannot be opened is as if none was asked for.
     explicit Transcript(const std::u16string& path);
 
+    void ready();
     void call(std::u16string_view id, std::u16string_view name, const stage::Request& request);
     void start(std::u16string_view id, std::u16string_view name, const stage::Request& request);
     void end(std::u16string_view id, std::u16string_view name, const stage::Request& request);

@@ -66,6 +66,9 @@ void EventLog::write(const Change& change, const Client& client) {
         break;
     case Change::Kind::window_created:
         write("window", {}, u"opened");
+        for (const ContactPtr& participant : change.conversation->participants()) {
+            of("present", *participant, participant->friendly);
+        }
         break;
     case Change::Kind::window_destroyed:
         write("window", {}, u"closed");

@@ -3,9 +3,10 @@
 // MICROSECONDS of the system's performance counter (the same in every process), SECONDS since the log was opened. KIND
 // is
 //   message (who, the message)   join, leave (who, name)      rename (who, new name)
-//   window (opened|closed)       signin (own account, name), signout       done: the replay is finished
+//   window (opened|closed), after "opened" a line present (who, name) for everyone who takes part
+//   signin (own account, name), signout       done: the replay is finished
 //   signing (connecting|synchronising)       signin-failed (, code, hexadecimal)       unread (own account, count)
-//   shutdown
+//   offered: programs can find the client       shutdown
 // TEXT is escaped as in escapes.h.
 #pragma once
 

@@ -147,6 +147,7 @@ void App::start() {
         complain(main_.handle(), u"The chat log cannot be read: " + switches_.conversation);
     }
     automation_.offer();
+    log_.write("offered", {}, {});
 }
 
 bool App::doWithWindow(std::u16string_view deed) {

@@ -538,7 +538,7 @@ TEST(EventLog, OneLineAnEvent) {
     });
     client.signIn(u"me@x", u"M\tE");
     const auto ann = client.addContact(u"ann@x", u"Ann");
-    const auto talk = client.open({});
+    const auto talk = client.open({client.addContact(u"bob@x", u"Bob")});
     client.join(talk, ann);
     client.say(talk, ann, u"a\nb");
     client.rename(ann, u"Anna");
@@ -553,19 +553,20 @@ TEST(EventLog, OneLineAnEvent) {
     const std::string text(std::istreambuf_iterator<char>(in), {});
     std::filesystem::remove(file);
     EXPECT_EQ(text, "1000500\t0.000500\tsignin\tme@x\tM\\tE\n"
-                    "1002000\t0.002000\twindow\t\topened\n"
-                    "1002500\t0.002500\tjoin\tann@x\tAnn\n"
-                    "1003000\t0.003000\tmessage\tann@x\ta\\r\\nb\n"
-                    "1004000\t0.004000\trename\tann@x\tAnna\n"
-                    "1004500\t0.004500\tleave\tann@x\tAnna\n"
-                    "1005000\t0.005000\tunread\tme@x\t7\n"
-                    "1005500\t0.005500\twindow\t\tclosed\n"
-                    "1006000\t0.006000\tsignout\t\t\n"
-                    "1006500\t0.006500\tsignin-failed\t\t80004005\n"
-                    "1007000\t0.007000\tsigning\t\tconnecting\n"
-                    "1007500\t0.007500\tsigning\t\tsynchronising\n"
-                    "1008000\t0.008000\tshutdown\t\t\n"
-                    "1008000\t0.008000\tdone\t\t\n");
+                    "1002500\t0.002500\twindow\t\topened\n"
+                    "1002500\t0.002500\tpresent\tbob@x\tBob\n"
+                    "1003000\t0.003000\tjoin\tann@x\tAnn\n"
+                    "1003500\t0.003500\tmessage\tann@x\ta\\r\\nb\n"
+                    "1004500\t0.004500\trename\tann@x\tAnna\n"
+                    "1005000\t0.005000\tleave\tann@x\tAnna\n"
+                    "1005500\t0.005500\tunread\tme@x\t7\n"
+                    "1006000\t0.006000\twindow\t\tclosed\n"
+                    "1006500\t0.006500\tsignout\t\t\n"
+                    "1007000\t0.007000\tsignin-failed\t\t80004005\n"
+                    "1007500\t0.007500\tsigning\t\tconnecting\n"
+                    "1008000\t0.008000\tsigning\t\tsynchronising\n"
+                    "1008500\t0.008500\tshutdown\t\t\n"
+                    "1008500\t0.008500\tdone\t\t\n");
 }
 
 TEST(EventLog, AFileThatCannotBeWrittenIsSaid) {
