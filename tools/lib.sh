@@ -189,7 +189,7 @@ end_left_over_runs() {
     for run in "$MURMELIX_ROOT"/build/wine-runs/*; do
         [ -d "$run" ] || continue
         owner=$(basename "$run")
-        ! kill -0 "${owner%%.*}" 2>/dev/null || continue
+        [ ! -e "/proc/${owner%%.*}" ] || continue
         WINEPREFIX=$run/prefix timeout 20 "$WINESERVER" -k >/dev/null 2>&1 || true
         rm -rf "$run"
     done

@@ -3,6 +3,7 @@
 leaves the rest to the user."""
 
 import argparse
+import contextlib
 import os
 import signal
 import sys
@@ -10,8 +11,9 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parent))
 
+from desk.lock import InUse, alone_with  # noqa: E402
 from desk.prefix import Prefix, ROOT  # noqa: E402
-from desk.reading import Desk, Failed, Options, Reading  # noqa: E402
+from desk.reading import Desk, Failed, Options, Reading, own_desk  # noqa: E402
 from desk.screen import Screen  # noqa: E402
 from desk.waiting import TimedOut, wait_for  # noqa: E402
 
@@ -88,13 +90,8 @@ def clear(output):
 def read_aloud(options):
     clear(options.output)
     print("== Setting the neighbours up", flush=True)
-    screen = Screen.own() if options.headless else Screen(os.environ["DISPLAY"])
-    try:
-        prefix = Prefix(ROOT / "build" / "wine-run")
-    except BaseException:
-        screen.close()
-        raise
-    with Desk(screen, prefix, options.output) as desk, \
+    screen = None if options.headless else Screen(os.environ["DISPLAY"])
+    with own_desk("run", options.output, screen) as desk, \
             open(options.output / "transcript.txt", "w", encoding="utf-8") as transcript:
 
         def tell(line):
@@ -112,7 +109,7 @@ def read_aloud(options):
             reading.follow()
             reading.finish()
         except (Failed, TimedOut):
-            screen.picture(options.output / "logs" / "failed.png")
+            desk.screen.picture(options.output / "logs" / "failed.png")
             raise
         print(f"== All {len(reading.log.of_kind('message'))} messages were read; see {options.output}", flush=True)
         if not options.headless:
@@ -131,12 +128,29 @@ def start_by_hand(options, name):
         # A new user signs in; later the client does what its user has chosen there.
         desk.start("MessengerClient.exe", client, *(["/signedout"] if first else []),
                    directory=desk.program_directory)
-        desk.screen.wait_for_window("Messenger$", 60)
+        desk.screen.wait_for_window("Messenger$")
         desk.start("Murmelix.exe", desk.program_directory / "Murmelix.exe", directory=desk.program_directory)
         print("== Messenger and Murmelix run until you leave them: File, Exit and Murmelix, Exit Murmelix, or Ctrl-C here",
               flush=True)
         wait_for("the user", lambda: not any(desk.running(name) for name in ("MessengerClient.exe", "Murmelix.exe")),
                  float("inf"), 0.5)
+
+
+@contextlib.contextmanager
+def alone(chosen, options):
+    """Keeps other readings from what this one uses: the folder it writes to, the display whose windows it finds by their
+    titles, the accounts of --by-hand."""
+    with contextlib.ExitStack() as held:
+        if chosen.by_hand:
+            held.enter_context(alone_with(f"prefix {chosen.prefix}", "it runs by hand already, with these accounts"))
+        held.enter_context(alone_with(
+            f"output {options.output}",
+            f"another reading writes to {options.output}: wait for its end, or name another folder with --out"))
+        if not options.headless:
+            held.enter_context(alone_with(
+                f"display {os.environ['DISPLAY']}",
+                f"another one runs on the display {os.environ['DISPLAY']}: leave it, or read with --headless"))
+        yield
 
 
 def interrupted(*_):
@@ -151,15 +165,16 @@ def main():
     for number_of_signal in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
         signal.signal(number_of_signal, interrupted)
     try:
-        if chosen.by_hand:
-            start_by_hand(options, chosen.prefix)
-        else:
-            read_aloud(options)
+        with alone(chosen, options):
+            if chosen.by_hand:
+                start_by_hand(options, chosen.prefix)
+            else:
+                read_aloud(options)
         return 0
     except KeyboardInterrupt:
         print("\n== Ended" if chosen.by_hand else "\n== Ended before everything was read", file=sys.stderr)
         return 130
-    except (Failed, TimedOut, RuntimeError, OSError, ValueError) as error:
+    except (Failed, InUse, TimedOut, RuntimeError, OSError, ValueError) as error:
         print(f"./run: {error}", file=sys.stderr)
         return 1
 

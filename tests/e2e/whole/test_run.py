@@ -9,7 +9,7 @@ import tempfile
 import unittest
 from pathlib import Path
 
-from case import MAIN_WINDOW, ROOT, Screen, main, wait_for
+from case import MAIN_WINDOW, PATIENCE_SECONDS, ROOT, Screen, main, wait_for
 
 READ_ALOUD = ROOT / "tools" / "read_aloud.py"
 CONVERSATION = "".join(f"[09:{minute:02d}] <Ann> message {minute}\n" for minute in range(60))
@@ -28,9 +28,10 @@ def running_with(variable):
 
 
 class Run(unittest.TestCase):
-    def read_aloud(self, *arguments, directory=None):
+    def read_aloud(self, *arguments, directory=None, environment=None):
         return subprocess.run([sys.executable, "-B", READ_ALOUD, *arguments], cwd=directory, capture_output=True,
-                              text=True, stdin=subprocess.DEVNULL, timeout=200, check=False)
+                              env={**os.environ, **(environment or {})}, text=True, stdin=subprocess.DEVNULL,
+                              timeout=2 * PATIENCE_SECONDS, check=False)
 
     def refused(self, *arguments):
         answer = self.read_aloud("--check", *arguments)
@@ -48,14 +49,46 @@ class Run(unittest.TestCase):
         with tempfile.TemporaryDirectory() as directory:
             Path(directory, "chat.txt").write_text("[09:00] <Ann> hello\n", "utf-8")
             answer = self.read_aloud("--headless", "--conversation", "chat.txt", "--out", "there", "--speed", "10",
-                                     directory=directory)
+                                     directory=directory, environment={"MURMELIX_TEST": directory})
             self.assertEqual(answer.returncode, 0, answer.stdout + answer.stderr)
             there = Path(directory, "there")
             self.assertIn("speaks  Hello", (there / "transcript.txt").read_text("utf-8"))
             self.assertTrue((there / "speech.wav").is_file())
             self.assertTrue((there / "stage.png").is_file())
             self.assertIn("All 1 messages were read", answer.stdout)
-        self.assertEqual(running_with(f"WINEPREFIX={ROOT}/build/wine-run"), [])
+        self.assertEqual(running_with(f"MURMELIX_TEST={directory}"), [])
+
+    def test_a_reading_leaves_another_one_alone(self):
+        with tempfile.TemporaryDirectory() as directory:
+            conversation = Path(directory, "chat.txt")
+            conversation.write_text(CONVERSATION, "utf-8")
+            short = Path(directory, "short.txt")
+            short.write_text(CONVERSATION.splitlines(True)[0], "utf-8")
+            transcript = Path(directory, "transcript.txt")
+            first = subprocess.Popen([sys.executable, "-B", READ_ALOUD, "--headless", "--speed", "4", "--conversation",
+                                      conversation, "--out", directory], stdin=subprocess.DEVNULL,
+                                     stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, text=True)
+
+            def spoken():
+                self.assertIsNone(first.poll(), first.poll() is not None and first.stderr.read())
+                return transcript.is_file() and transcript.read_text("utf-8").count("speaks")
+
+            try:
+                wait_for("the first words", spoken)
+                refused = self.read_aloud("--headless", "--conversation", str(short), "--out", directory)
+                self.assertEqual((refused.returncode, refused.stdout, refused.stderr), (
+                    1, "", f"./run: another reading writes to {directory}: wait for its end, or name another folder "
+                           "with --out\n"))
+                second = self.read_aloud("--headless", "--conversation", str(short), "--out", f"{directory}/other")
+                self.assertEqual(second.returncode, 0, second.stdout + second.stderr)
+                before = spoken()
+                wait_for("more words", lambda: spoken() > before)
+                first.send_signal(signal.SIGINT)
+                self.assertIn("Ended before everything was read", first.communicate(timeout=PATIENCE_SECONDS)[1])
+                self.assertEqual(first.returncode, 130)
+            finally:
+                first.kill()
+                first.wait()
 
     def test_by_hand_needs_a_display(self):
         self.assertIn("--by-hand needs a display", self.refused("--by-hand", "--headless"))
@@ -74,7 +107,7 @@ class Run(unittest.TestCase):
                 return (screen.find(title) or [None])[-1]
 
             def press(run, title, *keys):
-                wait_for(title, lambda: found(run, title) and screen.type_into(found(run, title), *keys), 60, 0.2)
+                wait_for(title, lambda: found(run, title) and screen.type_into(found(run, title), *keys), interval=0.2)
 
             def leave(run):
                 def gone():
@@ -82,26 +115,30 @@ class Run(unittest.TestCase):
                         for window in screen.find(title):
                             screen.type_into(window, *keys)
                     return run.poll() is not None
-                wait_for("the end", gone, 60, 0.5)
+                wait_for("the end", gone, interval=0.5)
                 self.assertEqual(run.returncode, 0)
 
             runs = [start()]
             try:
-                wait_for("the program", lambda: found(runs[0], MAIN_WINDOW), 90, 0.2)
+                wait_for("the program", lambda: found(runs[0], MAIN_WINDOW), interval=0.2)
+                second = self.read_aloud("--by-hand", "--out", f"{directory}/other", "--prefix", prefix.name,
+                                         environment=screen.environment())
+                self.assertEqual((second.returncode, second.stderr),
+                                 (1, "./run: it runs by hand already, with these accounts\n"))
                 press(runs[0], "^Messenger$", "alt+n", "ctrl+a", *"nora", "at", *"home", "alt+d", "ctrl+a", *"Nora",
                       "alt+a", "Return")
                 press(runs[0], "^Getting Started$", "alt+n", "Return")
                 leave(runs[0])
                 self.assertIn('"ShowTipFrm"="0"', registry.read_text("utf-8", "replace"))
                 runs.append(start())
-                wait_for("the same account", lambda: found(runs[1], "^Nora - Messenger$"), 90, 0.2)
-                wait_for("the program again", lambda: found(runs[1], MAIN_WINDOW), 60, 0.2)
+                wait_for("the same account", lambda: found(runs[1], "^Nora - Messenger$"), interval=0.2)
+                wait_for("the program again", lambda: found(runs[1], MAIN_WINDOW), interval=0.2)
                 leave(runs[1])
             finally:
                 screen.picture(Path(ROOT, "build", "e2e", "by-hand.png"))
                 for run in runs:
                     run.terminate()
-                    run.wait(60)
+                    run.wait(PATIENCE_SECONDS)
                 shutil.rmtree(prefix, ignore_errors=True)
                 prefix.with_suffix(".lock").unlink(missing_ok=True)
             self.assertEqual(running_with(f"WINEPREFIX={prefix}"), [])
@@ -116,9 +153,9 @@ class Run(unittest.TestCase):
             try:
                 transcript = Path(directory, "transcript.txt")
                 wait_for("the first words", lambda: run.poll() is not None or (
-                    transcript.is_file() and "speaks" in transcript.read_text("utf-8")), 120)
+                    transcript.is_file() and "speaks" in transcript.read_text("utf-8")))
                 run.send_signal(signal.SIGINT)
-                self.assertEqual(run.wait(60), 130)
+                self.assertEqual(run.wait(PATIENCE_SECONDS), 130)
             finally:
                 run.kill()
                 run.wait()
