@@ -1,9 +1,12 @@
 // How fast a message becomes commands, and what an idle tick costs beyond reading the history.
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
+#include <chrono>
 #include <filesystem>
-#include <fstream>
+#include <limits>
 #include <memory>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -13,7 +16,9 @@
 #include "characters/message_to_speech.h"
 #include "common/text.h"
 #include "messenger/msn_control.h"
+#include "tests/conversations/chat_logs.h"
 #include "tests/fakes/fakes.h"
+#include "tests/unit/program/described_speech.h"
 
 namespace {
 
@@ -57,29 +62,38 @@ void setStage() {
     LastRequests.Add(nullptr, u"a@x");
 }
 
-// What the people of the chat logs said, a line each.
-std::vector<std::u16string> chatMessages() {
+// What the people of a chat log said, a line each.
+std::vector<std::u16string> messagesOf(const std::filesystem::path& file) {
     std::vector<std::u16string> messages;
-    const std::filesystem::path folder = MURMELIX_SOURCE_DIR "/../shared/chatlogs";
-    if (!std::filesystem::exists(folder)) {
-        return messages;
-    }
-    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
-        std::ifstream file(entry.path(), std::ios::binary);
-        for (std::string line; std::getline(file, line);) {
-            const std::size_t nick_end = line.find("> ");
-            if (line.starts_with("[") && nick_end != std::string::npos) {
-                messages.push_back(fromUtf8(line.substr(nick_end + 2)));
-            }
+    std::istringstream log(test::contentsOf(file));
+    for (std::string line; std::getline(log, line);) {
+        const std::size_t nick_end = line.find("> ");
+        if (line.starts_with("[") && nick_end != std::string::npos) {
+            messages.push_back(fromUtf8(line.substr(nick_end + 2)));
         }
     }
     return messages;
 }
 
-void speakChatLogs(benchmark::State& state) {
-    const std::vector<std::u16string> messages = chatMessages();
+// The fastest of three times that the plain transcription of the described steps takes for all messages.
+double plainSeconds(const std::vector<std::u16string>& messages) {
+    double fastest = std::numeric_limits<double>::max();
+    for (int run = 0; run < 3; ++run) {
+        const auto start = std::chrono::steady_clock::now();
+        for (const std::u16string& message : messages) {
+            benchmark::DoNotOptimize(test::plainSpeakMessage(u"a@x", message, {}));
+        }
+        const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
+        fastest = std::min(fastest, taken.count());
+    }
+    return fastest;
+}
+
+// The counter tells how many times as long the plain transcription takes for the same messages in the same run.
+void speakChatLog(benchmark::State& state, const std::filesystem::path& file) {
+    const std::vector<std::u16string> messages = messagesOf(file);
     if (messages.empty()) {
-        state.SkipWithError("the chat logs are missing: ../shared/chatlogs beside the repository");
+        state.SkipWithError(("there is nothing to say in " + file.string()).c_str());
         return;
     }
     setStage();
@@ -87,14 +101,16 @@ void speakChatLogs(benchmark::State& state) {
     for (const std::u16string& message : messages) {
         bytes += message.size() * sizeof(char16_t);
     }
+    const auto start = std::chrono::steady_clock::now();
     for (auto _ : state) {
         for (const std::u16string& message : messages) {
             SpeakMessage(u"a@x", message);
         }
     }
+    const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
     state.SetBytesProcessed(static_cast<std::int64_t>(bytes * static_cast<std::size_t>(state.iterations())));
+    state.counters["plain/this"] = plainSeconds(messages) * static_cast<double>(state.iterations()) / taken.count();
 }
-BENCHMARK(speakChatLogs)->Unit(benchmark::kMillisecond);
 
 void speakMegabyte(benchmark::State& state, const char16_t* part) {
     setStage();
@@ -153,4 +169,15 @@ BENCHMARK(idleTick)->Unit(benchmark::kMicrosecond);
 
 } // namespace
 
-BENCHMARK_MAIN();
+int main(int count, char** arguments) {
+    for (const auto& file : murmelix::test::chatLogs()) {
+        benchmark::RegisterBenchmark(("speakChatLog/" + file.stem().string()).c_str(), speakChatLog, file)
+            ->Unit(benchmark::kMillisecond);
+    }
+    benchmark::Initialize(&count, arguments);
+    if (benchmark::ReportUnrecognizedArguments(count, arguments)) {
+        return 1;
+    }
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}

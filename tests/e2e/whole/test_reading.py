@@ -4,7 +4,7 @@ import re
 
 from case import ROOT, WholeProgramTest, main
 
-CHATLOG = ROOT / ".." / "shared" / "chatlogs" / "ubuntu-2005-06-06.txt"
+BUSY_DAY = ROOT / "tests" / "conversations" / "busy-day.txt"
 
 ANN, BOB, CY = (f"{name}@messenger.example" for name in ("ann", "bob", "cy"))
 
@@ -18,9 +18,7 @@ class Reading(WholeProgramTest):
         self.eventually(f"{words!r} of {key}", lambda: words in [said.strip() for said in self.said(key)])
 
     def test_twenty_messages_of_a_busy_day_become_what_they_should(self):
-        if not CHATLOG.is_file():
-            self.fail(f"the chat logs are missing: {CHATLOG} is not there")
-        reading = self.start_reading(CHATLOG, participants=3, messages=20)
+        reading = self.start_reading(BUSY_DAY, participants=3, messages=20)
         reading.follow()
         reading.finish()
         self.assertEqual(len(reading.log.of_kind("message")), 20)
