@@ -14,7 +14,8 @@ die() {
 MURMELIX_PACKAGES=(
     build-essential cmake ninja-build ccache python3
     g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix
-    wine64 xvfb xauth openbox xdotool x11-utils imagemagick fonts-dejavu-core
+    wine64 xvfb xauth openbox xdotool x11-utils imagemagick
+    fonts-liberation fonts-dejavu-core fonts-wqy-microhei fonts-symbola
     espeak-ng sox librsvg2-bin libpng-dev
     googletest libgtest-dev libbenchmark-dev nlohmann-json3-dev
     clang clang-format-15 libclang-rt-14-dev
@@ -131,15 +132,20 @@ wine_environment() {
     export WINEPREFIX WINEDEBUG="${WINEDEBUG:--all}" WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe=d"
 }
 
+# What is in a bare prefix; another text has it made anew.
+BARE_PREFIX="with linked fonts"
+
 # Makes a prefix at the directory $1 as Wine makes it, once; who comes meanwhile waits.
 make_bare_prefix() {
     local bare=$1
-    [ ! -e "$bare/.ready" ] || return 0
+    ! is_bare_prefix "$bare" || return 0
     mkdir -p "$bare"
     (
         exec 9>"$bare.lock"
         flock -w 600 9 || die "another process has been making $bare for ten minutes"
-        [ ! -e "$bare/.ready" ] || exit 0
+        ! is_bare_prefix "$bare" || exit 0
+        rm -rf "$bare"
+        mkdir -p "$bare"
         # A crashed program ends and says so, instead of showing a window that waits for a user.
         cat >"$bare/settings.reg" <<'REG'
 REGEDIT4
@@ -147,13 +153,21 @@ REGEDIT4
 [HKEY_CURRENT_USER\Software\Wine\WineDbg]
 "ShowCrashDialog"=dword:00000000
 REG
+        # The font that Wine takes for those of Windows has European letters alone: others are taken from these.
+        local links='HKLM\Software\Microsoft\Windows NT\CurrentVersion\FontLink\SystemLink'
+        local linked='DejaVuSans.ttf,DejaVu Sans\0wqy-microhei.ttc,WenQuanYi Micro Hei\0Symbola_hint.ttf,Symbola'
         # shellcheck disable=SC2016 # expanded by the inner shell
         WINEPREFIX=$bare timeout -k 10 300 xvfb-run -a bash -c '
-            "$1" wineboot --init && "$1" regedit /S "$3" && "$2" -w' make_bare_prefix \
-            "$WINE" "$WINESERVER" "$bare/settings.reg" >"$bare/wineboot.log" 2>&1 ||
+            "$1" wineboot --init && "$1" regedit /S "$3" &&
+                "$1" reg add "$4" /v "Liberation Sans" /t REG_MULTI_SZ /d "$5" /f && "$2" -w' make_bare_prefix \
+            "$WINE" "$WINESERVER" "$bare/settings.reg" "$links" "$linked" >"$bare/wineboot.log" 2>&1 ||
             die "the Wine prefix could not be made; see $bare/wineboot.log"
-        touch "$bare/.ready"
+        echo "$BARE_PREFIX" >"$bare/.ready"
     ) || exit 1
+}
+
+is_bare_prefix() {
+    [ "$(cat "$1/.ready" 2>/dev/null)" = "$BARE_PREFIX" ]
 }
 
 # copy_prefix FROM TO: in a moment, because files are shared by hard links; those that are written in place are not.
