@@ -18,7 +18,7 @@ MURMELIX_PACKAGES=(
     fonts-liberation fonts-dejavu-core fonts-wqy-microhei fonts-symbola
     espeak-ng sox librsvg2-bin libpng-dev
     googletest libgtest-dev libbenchmark-dev nlohmann-json3-dev
-    clang clang-format-15 libclang-rt-14-dev
+    clang-15 clang-format-15
 )
 
 as_root() {
