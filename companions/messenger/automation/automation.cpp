@@ -117,6 +117,10 @@ Ptr<IDispatch> Automation::mainWindow() {
     return object<MainWindowObject>({Kind::main_window, this});
 }
 
+bool Automation::delivered() const {
+    return murmelix::com::allEventsDelivered();
+}
+
 void Automation::vanish() {
     class_object_.reset();
     hooks_.end(vanished_status);

@@ -48,6 +48,8 @@ class Automation {
     void offer();
     // True while no other program holds any object.
     bool unused() const { return objects_.empty(); }
+    // True where every listener has dealt with every event.
+    bool delivered() const;
     // Grants the listeners a moment to hear their last events, then cuts all clients off: two seconds at most, whatever
     // the listeners do.
     void close();

@@ -109,6 +109,9 @@ Result Control::run(View command, View rest) {
         hooks_.exit();
         return Result::done;
     }
+    if (command == u"delivered") {
+        return hooks_.delivered() ? Result::done : Result::refused;
+    }
     if (command == u"heal") {
         faults_.clear();
         return Result::done;

@@ -40,6 +40,7 @@
 //   window hide              into the notification area; so "show" and "minimise"
 //   shutdown                 ends the client, telling its listeners
 //   exit                     ends the process at once
+//   delivered                refused while a listener has not yet dealt with every event
 // Faults:
 //   hang MS [MEMBER]         the next automation call (of that member) blocks for MS
 //   fail CODE COUNT [MEMBER] the next COUNT calls fail with that HRESULT, hexadecimal
@@ -96,6 +97,7 @@ class Control {
         std::function<bool(std::u16string_view deed)> window; // false where the deed is not known
         std::function<void()> shut_down;
         std::function<void()> exit;
+        std::function<bool()> delivered; // whether all events are
     };
     // `clock` gives milliseconds, for the sign-ins.
     Control(Client& client, SigningIn& signing, Faults& faults, std::function<long long()> clock, Hooks hooks)

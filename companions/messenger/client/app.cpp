@@ -108,7 +108,8 @@ App::App(Switches switches)
                 .untouched = [this](std::optional<long long> untouched) { session_.pretendUntouched(untouched); },
                 .window = [this](std::u16string_view deed) { return doWithWindow(deed); },
                 .shut_down = [this] { session_.soon([this] { quit(); }); },
-                .exit = [this] { automation_.vanish(); }}) {
+                .exit = [this] { automation_.vanish(); },
+                .delivered = [this] { return automation_.delivered(); }}) {
     if (switches_.orders) {
         control_.takeOrders();
     }

@@ -249,6 +249,10 @@ class ShellTest(WholeProgramTest):
         if answer != ["1"]:
             self.fail(f"{command[:200]}: {answer}")
 
+    def wait_for_events(self):
+        """Waits until the program has dealt with all that the client told it: captions can be ahead of it."""
+        self.eventually("the events", lambda: self.inspector.ask("client delivered") == ["1"])
+
     def messenger(self):
         return next((window for window in self.windows() if window.kind == "MessengerClientMain"), None)
 
@@ -389,6 +393,7 @@ class ShellTest(WholeProgramTest):
 
     def start_reading_first_row(self):
         """Selects the first conversation by a click, and presses the start button."""
+        self.wait_for_events()
         self.activate_main()
         left, top, _, _ = self.list_place().place
         self.click_at(left + 80, top + 20)

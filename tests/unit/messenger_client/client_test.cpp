@@ -249,6 +249,7 @@ struct Controlled : Signed {
     Faults faults;
     int replays = 0;
     int shut = 0;
+    bool delivered = false;
     long long now = 0;
     std::string called; // of the other hooks, the last one
     SigningIn signing{client};
@@ -272,7 +273,8 @@ struct Controlled : Signed {
                              return deed == u"hide";
                          },
                      .shut_down = [this] { ++shut; },
-                     .exit = [] {}}};
+                     .exit = [] {},
+                     .delivered = [this] { return delivered; }}};
 };
 
 using ControlCommands = Controlled;
@@ -441,6 +443,12 @@ TEST_F(ControlCommands, FaultsMeetTheNamedMemberAsOftenAsWanted) {
     EXPECT_EQ(control.execute("vanish Contacts"), Result::done);
     EXPECT_EQ(control.execute("heal"), Result::done);
     EXPECT_TRUE(faults.empty());
+}
+
+TEST_F(ControlCommands, DeliveredTellsWhetherEveryEventIs) {
+    EXPECT_EQ(control.execute("delivered"), Result::refused);
+    delivered = true;
+    EXPECT_EQ(control.execute("delivered"), Result::done);
 }
 
 TEST(Escapes, ThereAndBack) {
