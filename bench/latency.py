@@ -62,7 +62,7 @@ def main():
         reading.start_neighbours()
         reading.start_program()
         reading.start_reading()
-        wait_for("all calls", lambda: all_called(reading), 300, 0.5)
+        wait_for("all calls", lambda: all_called(reading), interval=0.5)
         measured = latencies(reading.log, reading.transcript)
     median = statistics.median(measured)
     percentile_99 = measured[min(len(measured) - 1, int(len(measured) * 0.99))]

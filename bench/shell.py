@@ -77,7 +77,7 @@ def leave(desk, name, pattern, *keys):
         for window in desk.screen.find(pattern)[-1:]:
             desk.screen.type_into(window, *keys)
         return False
-    wait_for(f"the end of {name}", gone, 60, 0.3)
+    wait_for(f"the end of {name}", gone, interval=0.3)
 
 
 def measure(desk, reading):
@@ -102,7 +102,7 @@ def measure(desk, reading):
     idle = percent_of_a_core(pid)
     memory = memory_mb(pid)
     reading.start_reading()
-    wait_for("the whole conversation", lambda: reading.log.new() or reading.log.of_kind("done"), 120, 0.5)
+    wait_for("the whole conversation", lambda: reading.log.new() or reading.log.of_kind("done"), interval=0.5)
     for _ in range(3):
         reading.dismiss_notices()
     time.sleep(10)  # the last words are spoken
