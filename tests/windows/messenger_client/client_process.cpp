@@ -30,10 +30,10 @@ RunningClient::RunningClient(const std::u16string& switches)
 
 RunningClient::~RunningClient() {
     // A killed one would leave its class behind, which Wine then hands to the next test.
-    if (mainWindow()) {
-        command("exit");
-    }
-    EXPECT_TRUE(process_.exitStatus());
+    const bool had_window = mainWindow() != nullptr;
+    const int answer = had_window ? command("exit") : 0;
+    EXPECT_TRUE(process_.exitStatus()) << "the client is still there; it had " << (had_window ? "a" : "no")
+                                       << " window, and answered its end with " << answer;
     pumpUntil([this] { return !mainWindow(); });
 }
 
