@@ -64,6 +64,8 @@ void RunCharacterCommand(const std::u16string& key, const std::u16string& comman
     if (loadedCharacter(key) != character || !LastRequests.contains(key)) {
         return;
     }
+    // Letting go of the request lets events in as well: it is kept until all is in order again.
+    const Request former = LastRequests.Item(key);
     LoadedCharacters.Remove(key);
     LastRequests.Remove(key);
     LoadedCharacters.Add(character, key);

@@ -63,7 +63,7 @@ class KeyedCollection {
     void Remove(std::u16string_view key) { removeIndex(indexOf(key)); }
     void Remove(std::size_t at) { removeIndex(checked(at)); }
     void Clear() {
-        entries_.clear();
+        const auto gone = std::exchange(entries_, {});
         numbers_.clear();
     }
 
@@ -91,6 +91,8 @@ class KeyedCollection {
         return at - 1;
     }
     void removeIndex(std::size_t index) {
+        // Letting go of an object of another program lets events in, which use the collection: it goes last of all.
+        [[maybe_unused]] const T gone = std::move(entries_[index].item);
         numbers_.erase(entries_[index].key);
         if (entries_.size() - 1 <= few) {
             numbers_.clear();

@@ -147,6 +147,20 @@ TEST_F(ActionScript, EventInTheMiddleOfACommandCanUseTheSameCharacter) {
     EXPECT_EQ(LoadedCharacters.Count(), 1u);
 }
 
+TEST_F(ActionScript, EventWhenTheFormerRequestIsLetGoOfFindsTheCharacterAndCanTakeItAway) {
+    struct Request : platform::AgentRequest {
+        ~Request() override {
+            EXPECT_EQ(LoadedCharacters.Count(), 1u);
+            LoadedCharacters.Clear();
+            LastRequests.Clear();
+        }
+    };
+    LastRequests.Item(u"a@x") = std::make_shared<Request>();
+    RunCharacterCommand(u"a@x", u"speak", u"text");
+    EXPECT_EQ(LoadedCharacters.Count(), 0u);
+    EXPECT_EQ(LastRequests.Count(), 0u);
+}
+
 TEST_F(ActionScript, IgnoredCharactersAreReadAfreshAndWithTheirCase) {
     IgnoredChars = u"aX\u00DF";
     EXPECT_EQ(StripIgnoredChars(u"aAxX\u00DFb"), u"Axb");

@@ -1,5 +1,8 @@
 #include "common/keyed_collection.h"
 
+#include <functional>
+#include <memory>
+
 #include <gtest/gtest.h>
 
 #include "common/text.h"
@@ -68,6 +71,41 @@ TEST(KeyedCollection, IsEmptyOnceCleared) {
     EXPECT_FALSE(all.contains(u"k1"));
     all.Add(1, u"k1");
     EXPECT_EQ(all.position(u"k1"), 1u);
+}
+
+// Objects of other programs let events in when they are let go of, and those use the same collection.
+TEST(KeyedCollection, LettingGoOfAnItemMayUseTheCollection) {
+    for (const int count : {4, 30}) {
+        KeyedCollection<std::shared_ptr<int>> all;
+        const auto add = [&](int number, const std::function<void()>& end) {
+            all.Add(std::shared_ptr<int>(new int(number),
+                                         [end](const int* item) {
+                                             delete item;
+                                             end();
+                                         }),
+                    u"k" + toText(number));
+        };
+        for (int i = 1; i <= count; ++i) {
+            add(i, i == 2 ? [&] {
+                all.Remove(u"k1");
+                all.Remove(u"k3");
+                add(99, [] {});
+            } : std::function<void()>([] {}));
+        }
+        all.Remove(u"k2");
+        ASSERT_EQ(all.Count(), static_cast<std::size_t>(count - 2));
+        EXPECT_EQ(*all.Item(1), 4);
+        EXPECT_EQ(*all.Item(u"k99"), 99);
+        for (std::size_t at = 1; at <= all.Count(); ++at) {
+            ASSERT_EQ(all.position(all.KeyAt(at)), at);
+            ASSERT_EQ(all.KeyAt(at), u"k" + toText(*all.Item(at)));
+        }
+
+        add(50, [&] { add(51, [] {}); });
+        all.Clear();
+        ASSERT_EQ(all.Count(), 1u);
+        EXPECT_EQ(*all.Item(u"k51"), 51);
+    }
 }
 
 } // namespace
