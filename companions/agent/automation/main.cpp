@@ -6,36 +6,16 @@
 #include <optional>
 #include <vector>
 
-#include <windows.h>
-
-#include <shellapi.h>
-
 #include "common/com/server.h"
 #include "common/text.h"
 #include "companions/agent/automation/reception.h"
 #include "companions/agent/automation/server.h"
+#include "ui/program.h"
 
 namespace {
 
 using agent::automation::Options;
 using agent::automation::serverClass;
-
-std::vector<std::u16string> arguments() {
-    int count = 0;
-    wchar_t** words = CommandLineToArgvW(GetCommandLineW(), &count);
-    std::vector<std::u16string> result;
-    for (int i = 1; i < count; ++i) {
-        result.emplace_back(murmelix::com::narrow(words[i], wcslen(words[i])));
-    }
-    LocalFree(words);
-    return result;
-}
-
-std::u16string ownPath() {
-    std::vector<wchar_t> path(32768);
-    const DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
-    return std::u16string(murmelix::com::narrow(path.data(), length));
-}
 
 std::u16string quoted(const std::u16string& path) {
     std::u16string result(1, u'"');
@@ -108,15 +88,15 @@ int registration(murmelix::com::Registration result) {
 
 // Exit status: 0; 1 for a wrong command line or a server that could not start; from /regserver 2 where another server
 // is registered; from /regserver and /unregserver 3 where the registry refuses.
-int WINAPI wWinMain(HINSTANCE, HINSTANCE, LPWSTR, int) {
+int murmelix::ui::runProgram(const std::vector<std::u16string>& arguments) {
     try {
-        const auto line = parsed(arguments());
+        const auto line = parsed(arguments);
         if (!line) {
             return 1;
         }
         switch (line->deed) {
         case CommandLine::Deed::register_server:
-            return registration(murmelix::com::registerServer(serverClass(), quoted(ownPath())));
+            return registration(murmelix::com::registerServer(serverClass(), quoted(programPath())));
         case CommandLine::Deed::unregister_server:
             return registration(murmelix::com::unregisterServer(serverClass()));
         default:

@@ -9,7 +9,6 @@
 #include <ocidl.h>
 
 #include "common/text.h"
-#include "companions/agent/automation/settings_window.h"
 
 namespace agent::automation {
 namespace {
@@ -835,29 +834,33 @@ class Sheet final : public ClientObject {
         return table;
     }
     Variant invoke(const Call& call) override {
-        SettingsWindow& sheet = client()->server().settingsWindow();
+        settings::SettingsFrm& sheet = client()->server().settingsFrm();
         if (call.put) {
             if (call.member == 6) {
-                sheet.setVisible(call.arguments.back().toBool());
+                if (call.arguments.back().toBool()) {
+                    sheet.present();
+                } else {
+                    sheet.Unload();
+                }
             } else if (!sheet.setPage(call.arguments.back().toText())) {
                 throw Error(E_INVALIDARG, u"The pages are Speech, Output and Copyright.");
             }
             return {};
         }
-        const RECT frame = sheet.frame();
+        const murmelix::ui::Rect place = sheet.Place();
         switch (call.member) {
         case 1:
-            return small(static_cast<int>(frame.left));
+            return small(place.left);
         case 2:
-            return small(static_cast<int>(frame.top));
+            return small(place.top);
         case 3:
-            return small(static_cast<int>(frame.bottom - frame.top));
+            return small(place.height);
         case 4:
-            return small(static_cast<int>(frame.right - frame.left));
+            return small(place.width);
         case 5:
             return sheet.page();
         default:
-            return sheet.visible();
+            return sheet.Visible();
         }
     }
 };
@@ -962,7 +965,7 @@ class Control final : public ClientObject {
         case 14:
             return false;
         case 20:
-            client()->server().settingsWindow().setVisible(true);
+            client()->server().settingsFrm().present();
             return {};
         default:
             return choice(call, client()->raise_request_errors);

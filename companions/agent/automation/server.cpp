@@ -11,8 +11,8 @@
 
 #include "common/text.h"
 #include "companions/agent/automation/objects.h"
-#include "companions/agent/automation/settings_window.h"
-#include "companions/agent/automation/tray_icon.h"
+#include "companions/agent/settings/settings_store.h"
+#include "ui/screen.h"
 
 namespace agent::automation {
 namespace {
@@ -241,18 +241,18 @@ Server::Server(const Options& options)
              [random = std::mt19937(std::random_device()())](int below) mutable {
                  return std::uniform_int_distribution<int>(0, below - 1)(random);
              }),
-      settings_window_(std::make_unique<SettingsWindow>(
+      settings_frm_(
           [this] {
-              return SettingsWindow::Facts{service_.available(), sound_enabled_};
+              return settings::SettingsFrm::Facts{service_.available(), sound_enabled_};
           },
-          [this](bool enabled) { enableSound(enabled); })),
+          [this](bool enabled) { enableSound(enabled); }),
       empty_since_(GetTickCount64()) {
-    sound_enabled_ = readSoundEnabled();
+    sound_enabled_ = settings::readSoundEnabled();
     theatre_->setAudible(sound_enabled_);
     messages_.every(tick_period, [this] { tick(); });
     messages_.onClose([this] { shutDown(); });
     if (options_.stay) {
-        tray_icon_ = std::make_unique<TrayIcon>([this] { settings_window_->setVisible(true); }, [this] { shutDown(); });
+        tray_ = std::make_unique<settings::Tray>(settings_frm_, [this] { shutDown(); });
     }
 }
 
@@ -276,7 +276,7 @@ void Server::shutDown() {
 
 void Server::run() {
     transcript_.ready();
-    stage::MessageWindow::run();
+    murmelix::ui::runMessageLoop();
 }
 
 std::shared_ptr<Client> Server::newClient() {
@@ -306,7 +306,7 @@ void Server::watch(const std::shared_ptr<Client>& client, DWORD process) {
 void Server::enableSound(bool enabled) {
     sound_enabled_ = enabled;
     theatre_->setAudible(enabled);
-    writeSoundEnabled(enabled);
+    settings::writeSoundEnabled(enabled);
 }
 
 void Server::tick() {
@@ -321,12 +321,12 @@ void Server::tick() {
     if (ending_since_) {
         const std::chrono::milliseconds waited(now - *ending_since_);
         if (murmelix::com::allEventsDelivered() || waited >= murmelix::com::last_events_time) {
-            stage::MessageWindow::quit();
+            murmelix::ui::quitMessageLoop();
         }
     } else if (murmelix::com::Served::alive() > 0) {
         empty_since_ = now;
     } else if (!options_.stay && now - empty_since_ >= (had_client_ ? grace : first_client)) {
-        stage::MessageWindow::quit();
+        murmelix::ui::quitMessageLoop();
     }
 }
 

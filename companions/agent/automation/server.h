@@ -11,6 +11,8 @@
 #include "common/com/server.h"
 #include "companions/agent/acs/reader.h"
 #include "companions/agent/automation/transcript.h"
+#include "companions/agent/settings/settings_frm.h"
+#include "companions/agent/settings/tray.h"
 #include "companions/agent/stage/sequencer.h"
 #include "companions/agent/stage/windows/theatre.h"
 
@@ -92,9 +94,6 @@ struct Options {
     bool stay = true; // false: end with the last client
 };
 
-class SettingsWindow;
-class TrayIcon;
-
 class Server final : public stage::Audience {
   public:
     explicit Server(const Options& options);
@@ -113,7 +112,7 @@ class Server final : public stage::Audience {
     stage::MessageWindow& messages() { return messages_; }
     bool soundEnabled() const { return sound_enabled_; }
     void enableSound(bool enabled);
-    SettingsWindow& settingsWindow() { return *settings_window_; }
+    settings::SettingsFrm& settingsFrm() { return settings_frm_; }
 
     // Tells the clients, and ends the message loop when they have heard it, or do not answer.
     void shutDown();
@@ -162,8 +161,8 @@ class Server final : public stage::Audience {
     voice::Output output_;
     std::unique_ptr<stage::Theatre> theatre_;
     stage::Stage stage_;
-    std::unique_ptr<SettingsWindow> settings_window_;
-    std::unique_ptr<TrayIcon> tray_icon_; // of a server that stays
+    settings::SettingsFrm settings_frm_;
+    std::unique_ptr<settings::Tray> tray_; // of a server that stays
     std::vector<std::weak_ptr<Client>> clients_;
     std::vector<std::unique_ptr<Watch>> watches_;
     bool menu_open_ = false;

@@ -61,6 +61,19 @@ bool over(Object& request) {
     return pumpUntil([&] { return status(request) != 2 && status(request) != 4; });
 }
 
+// A button of that caption in a window, or in what is in it.
+HWND buttonOf(HWND window, const wchar_t* caption) {
+    if (HWND found = FindWindowExW(window, nullptr, L"Button", caption)) {
+        return found;
+    }
+    for (HWND child = nullptr; (child = FindWindowExW(window, child, nullptr, nullptr)) != nullptr;) {
+        if (HWND found = buttonOf(child, caption)) {
+            return found;
+        }
+    }
+    return nullptr;
+}
+
 struct Automation : testing::Test {
     RunningServer server;
     Object control = server.control();
@@ -443,15 +456,38 @@ TEST_F(Automation, TheSheetShowsItsPages) {
     EXPECT_GT(sheet.get(u"Width").toInt16(), 100);
     const HWND window = FindWindowW(L"AgentServerProperties", nullptr);
     ASSERT_TRUE(window);
-    const HWND box = FindWindowExW(window, nullptr, L"Button", L"Play spoken audio");
+    const HWND box = buttonOf(window, L"&Play spoken audio");
     ASSERT_TRUE(box);
-    screenshot("agent-properties");
+    for (const char16_t* page : {u"Speech", u"Copyright", u"Output"}) {
+        sheet.put(u"Page", Variant(page));
+        screenshot(("agent-properties-" + murmelix::toUtf8(page)).c_str());
+    }
     SendMessageW(box, BM_CLICK, 0, 0);
     EXPECT_FALSE(control.object(u"AudioOutput").get(u"Enabled").toBool());
     SendMessageW(box, BM_CLICK, 0, 0);
     EXPECT_TRUE(control.object(u"AudioOutput").get(u"Enabled").toBool());
     sheet.put(u"Visible", Variant(false));
     EXPECT_FALSE(sheet.get(u"Visible").toBool());
+}
+
+TEST_F(Automation, TheSheetHearsTheKeyboard) {
+    Object sheet = control.object(u"PropertySheet");
+    const auto heard = [&] { return control.object(u"AudioOutput").get(u"Enabled").toBool(); };
+    sheet.put(u"Page", Variant(u"Output"));
+    sheet.put(u"Visible", Variant(true));
+    const HWND window = FindWindowW(L"AgentServerProperties", nullptr);
+    const HWND close = buttonOf(window, L"Close");
+    ASSERT_TRUE(close);
+    for (const bool expected : {false, true}) {
+        PostMessageW(close, WM_SYSCHAR, L'p', 0);
+        EXPECT_TRUE(pumpUntil([&] { return heard() == expected; }));
+    }
+    for (const WPARAM key : {VK_ESCAPE, VK_RETURN}) {
+        sheet.put(u"Visible", Variant(true));
+        PostMessageW(close, WM_KEYDOWN, key, 0);
+        EXPECT_TRUE(pumpUntil([&] { return !sheet.get(u"Visible").toBool(); })) << key;
+    }
+    EXPECT_EQ(sheet.get(u"Page").toText(), u"Output");
 }
 
 TEST_F(Automation, TextOfAnyKindIsSpoken) {

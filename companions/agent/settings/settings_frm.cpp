@@ -1,0 +1,76 @@
+#include "companions/agent/settings/settings_frm.h"
+
+#include <utility>
+
+#include "common/text.h"
+#include "ui/layout.h"
+
+namespace agent::settings {
+
+namespace ui = murmelix::ui;
+
+SettingsFrm::SettingsFrm(std::function<Facts()> facts, std::function<void(bool)> enable_sound)
+    : Form(nullptr, u"Character Properties", ui::FormStyle::dialog, u"AgentServerProperties"),
+      OutputLbl(OutputPage,
+                u"What characters say is heard through the sound device, and shown in their word balloons."),
+      CopyrightLbl(CopyrightPage, u"AgentServer, a part of Murmelix.\n\nReleased under the MIT licence."),
+      facts_(std::move(facts)), enable_sound_(std::move(enable_sound)) {
+    setIcon({u"#1"}); // the program's own
+    Pages.Click = [this] { showFacts(); };
+    SoundCheck.Click = [this] { enable_sound_(SoundCheck.Value() != 0); };
+    CloseButt.Click = [this] { Unload(); };
+    DefaultButton = &CloseButt;
+    CancelButton = &CloseButt;
+    layOut();
+}
+
+void SettingsFrm::layOut() {
+    constexpr int width = 5700, height = 3900, margin = 120, inside = 240;
+    ui::fit(*this,
+            ui::rows({ui::item(Pages).growing(), ui::columns({ui::stretch(), ui::item(CloseButt).least(1200, 390)})})
+                .gap(margin)
+                .pad(margin)
+                .least(width, height),
+            width);
+    const auto fill = [](const ui::TabPage& page, ui::Layout layout) {
+        std::move(layout).gap(inside).pad(inside).place({0, 0, page.Width(), page.Height()});
+    };
+    fill(SpeechPage, ui::rows({ui::item(SpeechLbl).growing()}));
+    fill(OutputPage, ui::rows({ui::item(OutputLbl).wrapped(), ui::item(SoundCheck).atStart()}));
+    fill(CopyrightPage, ui::rows({ui::item(CopyrightLbl).growing()}));
+}
+
+bool SettingsFrm::setPage(std::u16string_view page) {
+    for (std::size_t i = 0; i < Pages.Pages().size(); ++i) {
+        if (murmelix::sameText(page, Pages.Pages()[i]->Caption(), murmelix::LetterCase::ignored)) {
+            Pages.setSelected(static_cast<int>(i));
+            Refresh(); // who calls may go on at once with what covers it
+            return true;
+        }
+    }
+    return false;
+}
+
+const std::u16string& SettingsFrm::page() const {
+    return Pages.Pages()[static_cast<std::size_t>(Pages.Selected())]->Caption();
+}
+
+void SettingsFrm::present() {
+    showFacts();
+    Show();
+}
+
+// Setting the box to what is so already tells nobody.
+void SettingsFrm::showFacts() {
+    const Facts facts = facts_();
+    SpeechLbl.setCaption(
+        facts.voice ? u"A text-to-speech voice is installed: characters speak aloud.\n\nNo speech recognition is "
+                      u"installed: characters do not listen."
+                    : u"No text-to-speech voice is installed: characters show their words without a sound.\n\nNo "
+                      u"speech recognition is installed: characters do not listen.");
+    const auto click = std::exchange(SoundCheck.Click, nullptr);
+    SoundCheck.setValue(facts.sound_enabled ? 1 : 0);
+    SoundCheck.Click = click;
+}
+
+} // namespace agent::settings

@@ -1,0 +1,16 @@
+#include "companions/agent/settings/tray.h"
+
+#include <utility>
+
+namespace agent::settings {
+
+Tray::Tray(SettingsFrm& form, std::function<void()> end) : Icon(form), IconMenu(form) {
+    PropertiesItem.setDefault();
+    PropertiesItem.Click = [&form] { form.present(); };
+    ExitItem.Click = std::move(end);
+    Icon.DblClick = PropertiesItem.Click;
+    Icon.ContextMenu = [this, &form] { form.PopupMenu(IconMenu); };
+    Icon.Show({u"#1"}, u"AgentServer");
+}
+
+} // namespace agent::settings
