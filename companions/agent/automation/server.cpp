@@ -243,12 +243,17 @@ Server::Server(const Options& options)
              }),
       settings_frm_(
           [this] {
-              return settings::SettingsFrm::Facts{service_.available(), sound_enabled_};
+              return settings::SettingsFrm::Facts{service_.available(), sound_enabled_, stage_.keepsOnScreen()};
           },
-          [this](bool enabled) { enableSound(enabled); }),
+          {[this](bool enabled) { enableSound(enabled); },
+           [this](bool keep) {
+               stage_.setKeepOnScreen(keep);
+               settings::writeKeepOnScreen(keep);
+           }}),
       empty_since_(GetTickCount64()) {
     sound_enabled_ = settings::readSoundEnabled();
     theatre_->setAudible(sound_enabled_);
+    stage_.setKeepOnScreen(settings::readKeepOnScreen());
     messages_.every(tick_period, [this] { tick(); });
     messages_.onClose([this] { shutDown(); });
     if (options_.stay) {

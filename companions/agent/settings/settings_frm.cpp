@@ -9,15 +9,16 @@ namespace agent::settings {
 
 namespace ui = murmelix::ui;
 
-SettingsFrm::SettingsFrm(std::function<Facts()> facts, std::function<void(bool)> enable_sound)
+SettingsFrm::SettingsFrm(std::function<Facts()> facts, Switches switches)
     : Form(nullptr, u"Character Properties", ui::FormStyle::dialog, u"AgentServerProperties"),
       OutputLbl(OutputPage,
                 u"What characters say is heard through the sound device, and shown in their word balloons."),
       CopyrightLbl(CopyrightPage, u"AgentServer, a part of Murmelix.\n\nReleased under the MIT licence."),
-      facts_(std::move(facts)), enable_sound_(std::move(enable_sound)) {
+      facts_(std::move(facts)), switches_(std::move(switches)) {
     setIcon({u"#1"}); // the program's own
     Pages.Click = [this] { showFacts(); };
-    SoundCheck.Click = [this] { enable_sound_(SoundCheck.Value() != 0); };
+    SoundCheck.Click = [this] { switched(SoundCheck, switches_.enable_sound); };
+    KeepOnScreenCheck.Click = [this] { switched(KeepOnScreenCheck, switches_.keep_on_screen); };
     CloseButt.Click = [this] { Unload(); };
     DefaultButton = &CloseButt;
     CancelButton = &CloseButt;
@@ -36,7 +37,8 @@ void SettingsFrm::layOut() {
         std::move(layout).gap(inside).pad(inside).place({0, 0, page.Width(), page.Height()});
     };
     fill(SpeechPage, ui::rows({ui::item(SpeechLbl).growing()}));
-    fill(OutputPage, ui::rows({ui::item(OutputLbl).wrapped(), ui::item(SoundCheck).atStart()}));
+    fill(OutputPage, ui::rows({ui::item(OutputLbl).wrapped(), ui::item(SoundCheck).atStart(),
+                               ui::item(KeepOnScreenCheck).atStart()}));
     fill(CopyrightPage, ui::rows({ui::item(CopyrightLbl).growing()}));
 }
 
@@ -60,7 +62,6 @@ void SettingsFrm::present() {
     Show();
 }
 
-// Setting the box to what is so already tells nobody.
 void SettingsFrm::showFacts() {
     const Facts facts = facts_();
     SpeechLbl.setCaption(
@@ -68,9 +69,16 @@ void SettingsFrm::showFacts() {
                       u"installed: characters do not listen."
                     : u"No text-to-speech voice is installed: characters show their words without a sound.\n\nNo "
                       u"speech recognition is installed: characters do not listen.");
-    const auto click = std::exchange(SoundCheck.Click, nullptr);
+    showing_facts_ = true;
     SoundCheck.setValue(facts.sound_enabled ? 1 : 0);
-    SoundCheck.Click = click;
+    KeepOnScreenCheck.setValue(facts.keep_on_screen ? 1 : 0);
+    showing_facts_ = false;
+}
+
+void SettingsFrm::switched(const ui::CheckBox& box, const std::function<void(bool)>& on) {
+    if (!showing_facts_) {
+        on(box.Value() != 0);
+    }
 }
 
 } // namespace agent::settings

@@ -18,9 +18,14 @@ class SettingsFrm : public murmelix::ui::Form {
     struct Facts {
         bool voice = false; // there is one to speak with
         bool sound_enabled = true;
+        bool keep_on_screen = true;
+    };
+    // What the boxes switch.
+    struct Switches {
+        std::function<void(bool)> enable_sound, keep_on_screen;
     };
     // `facts` are asked for whenever they are about to be seen, not before.
-    SettingsFrm(std::function<Facts()> facts, std::function<void(bool)> enable_sound);
+    SettingsFrm(std::function<Facts()> facts, Switches switches);
     void layOut() override;
 
     // "Speech", "Output" or "Copyright", without letter case; false for another.
@@ -34,13 +39,16 @@ class SettingsFrm : public murmelix::ui::Form {
         CopyrightPage{Pages, u"Copyright"};
     murmelix::ui::Label SpeechLbl{SpeechPage, u""}, OutputLbl, CopyrightLbl;
     murmelix::ui::CheckBox SoundCheck{OutputPage, u"&Play spoken audio"};
+    murmelix::ui::CheckBox KeepOnScreenCheck{OutputPage, u"&Keep characters on the screen"};
     murmelix::ui::Button CloseButt{*this, u"Close"};
 
   private:
     void showFacts();
+    void switched(const murmelix::ui::CheckBox& box, const std::function<void(bool)>& on);
 
     std::function<Facts()> facts_;
-    std::function<void(bool)> enable_sound_;
+    Switches switches_;
+    bool showing_facts_ = false; // a box that changes then tells nobody
 };
 
 } // namespace agent::settings

@@ -1,5 +1,7 @@
 #include "companions/agent/settings/settings_store.h"
 
+#include <string>
+
 #include "platform/user_store.h"
 
 namespace agent::settings {
@@ -11,14 +13,33 @@ const murmelix::platform::UserStore& store() {
     return of_server;
 }
 
+const std::u16string sound_enabled = u"SoundEnabled";
+const std::u16string keep_on_screen = u"KeepOnScreen";
+
+bool read(const std::u16string& name) {
+    return store().number(name).value_or(1) != 0;
+}
+
+void write(const std::u16string& name, bool on) {
+    store().putNumber(name, on ? 1 : 0);
+}
+
 } // namespace
 
 bool readSoundEnabled() {
-    return store().number(u"SoundEnabled").value_or(1) != 0;
+    return read(sound_enabled);
 }
 
 void writeSoundEnabled(bool enabled) {
-    store().putNumber(u"SoundEnabled", enabled ? 1 : 0);
+    write(sound_enabled, enabled);
+}
+
+bool readKeepOnScreen() {
+    return read(keep_on_screen);
+}
+
+void writeKeepOnScreen(bool keep) {
+    write(keep_on_screen, keep);
 }
 
 } // namespace agent::settings

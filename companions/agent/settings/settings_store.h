@@ -7,4 +7,8 @@ namespace agent::settings {
 bool readSoundEnabled();
 void writeSoundEnabled(bool enabled);
 
+// "KeepOnScreen" (likewise).
+bool readKeepOnScreen();
+void writeKeepOnScreen(bool keep);
+
 } // namespace agent::settings

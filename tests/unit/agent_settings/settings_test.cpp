@@ -19,15 +19,19 @@ class SettingsTest : public testing::Test {
     SettingsTest() {
         fakes::reset();
         fakes::screen() = {};
-        form = std::make_unique<SettingsFrm>([this] { return facts; },
-                                             [this](bool enabled) {
-                                                 facts.sound_enabled = enabled;
-                                                 heard.push_back(enabled);
-                                             });
+        form =
+            std::make_unique<SettingsFrm>([this] { return facts; }, SettingsFrm::Switches{[this](bool on) {
+                                                                                              facts.sound_enabled = on;
+                                                                                              heard.push_back(on);
+                                                                                          },
+                                                                                          [this](bool on) {
+                                                                                              facts.keep_on_screen = on;
+                                                                                              kept.push_back(on);
+                                                                                          }});
     }
 
-    SettingsFrm::Facts facts{true, true};
-    std::vector<bool> heard;
+    SettingsFrm::Facts facts{true, true, true};
+    std::vector<bool> heard, kept;
     std::unique_ptr<SettingsFrm> form;
 };
 
@@ -67,14 +71,28 @@ TEST_F(SettingsTest, BoxSwitchesTheSound) {
     EXPECT_THAT(heard, ElementsAre(false, true));
 }
 
+TEST_F(SettingsTest, BoxLetsCharactersLeaveTheScreen) {
+    form->setPage(u"Output");
+    form->present();
+    EXPECT_EQ(form->KeepOnScreenCheck.Value(), 1);
+    EXPECT_TRUE(kept.empty());
+    EXPECT_TRUE(fakes::click(form->KeepOnScreenCheck));
+    EXPECT_TRUE(fakes::accelerator(*form, u'k'));
+    EXPECT_THAT(kept, ElementsAre(false, true));
+    EXPECT_TRUE(heard.empty());
+}
+
 TEST_F(SettingsTest, BoxShowsWhatOthersHaveSet) {
     form->present();
     form->Hide();
     facts.sound_enabled = false;
+    facts.keep_on_screen = false;
     form->setPage(u"Output");
     form->present();
     EXPECT_EQ(form->SoundCheck.Value(), 0);
+    EXPECT_EQ(form->KeepOnScreenCheck.Value(), 0);
     EXPECT_TRUE(heard.empty());
+    EXPECT_TRUE(kept.empty());
 }
 
 TEST_F(SettingsTest, BoxOfAPageBehindIsOutOfReach) {
@@ -106,9 +124,11 @@ TEST_F(SettingsTest, TabGoesThroughWhatTakesTheKeyboard) {
     fakes::key(*form, Key::tab);
     EXPECT_TRUE(form->SoundCheck.Focused());
     fakes::key(*form, Key::tab);
+    EXPECT_TRUE(form->KeepOnScreenCheck.Focused());
+    fakes::key(*form, Key::tab);
     EXPECT_TRUE(form->CloseButt.Focused());
     fakes::key(*form, {Key::tab, ui::shift_key});
-    EXPECT_TRUE(form->SoundCheck.Focused());
+    EXPECT_TRUE(form->KeepOnScreenCheck.Focused());
 }
 
 TEST_F(SettingsTest, EverythingThatClosesItKeepsItsPage) {
@@ -138,8 +158,16 @@ TEST_F(SettingsTest, PagesHoldWhatIsOnThemAtEveryResolution) {
             }
         }
         EXPECT_GE(form->SoundCheck.Top(), form->OutputLbl.Top() + form->OutputLbl.Height());
+        EXPECT_GE(form->KeepOnScreenCheck.Top(), form->SoundCheck.Top() + form->SoundCheck.Height());
         EXPECT_GE(form->CloseButt.Top(), form->Pages.Top() + form->Pages.Height());
     }
+}
+
+TEST_F(SettingsTest, CharactersAreKeptOnTheScreenUntilThatIsSwitchedOff) {
+    EXPECT_TRUE(readKeepOnScreen());
+    writeKeepOnScreen(false);
+    EXPECT_FALSE(readKeepOnScreen());
+    EXPECT_TRUE(readSoundEnabled()) << "each has a value of its own";
 }
 
 TEST_F(SettingsTest, SoundIsOnUntilItIsSwitchedOff) {

@@ -470,6 +470,30 @@ TEST_F(Automation, TheSheetShowsItsPages) {
     EXPECT_FALSE(sheet.get(u"Visible").toBool());
 }
 
+TEST_F(Automation, TheSheetLetsCharactersLeaveTheScreen) {
+    Object character = load(u"a");
+    request(character, u"Show", {Variant(true)});
+    Object sheet = control.object(u"PropertySheet");
+    sheet.put(u"Page", Variant(u"Output"));
+    sheet.put(u"Visible", Variant(true));
+    const HWND box = buttonOf(FindWindowW(L"AgentServerProperties", nullptr), L"&Keep characters on the screen");
+    ASSERT_TRUE(box);
+    EXPECT_EQ(SendMessageW(box, BM_GETCHECK, 0, 0), BST_CHECKED);
+    const auto left = [&] { return character.get(u"Left").toInt16(); };
+    const auto move_over_the_edge = [&] {
+        Object move =
+            request(character, u"MoveTo", {Variant(std::int16_t{-20}), Variant(std::int16_t{50}), Variant(0)});
+        EXPECT_TRUE(over(move));
+    };
+    move_over_the_edge();
+    EXPECT_EQ(left(), 0);
+    SendMessageW(box, BM_CLICK, 0, 0);
+    move_over_the_edge();
+    EXPECT_EQ(left(), -20);
+    SendMessageW(box, BM_CLICK, 0, 0);
+    EXPECT_EQ(left(), 0) << "back at once";
+}
+
 TEST_F(Automation, TheSheetHearsTheKeyboard) {
     Object sheet = control.object(u"PropertySheet");
     const auto heard = [&] { return control.object(u"AudioOutput").get(u"Enabled").toBool(); };
