@@ -180,10 +180,7 @@ class Described:
     def _next(self, matched, position, user, seen):
         """The states after the next tick that finds something, whenever it looked."""
         # A look comes before the calls that it leads to.
-        limit = len(self._moments)
-        if matched < len(self._calls):
-            limit = next((at for at in range(seen + 1, limit)
-                          if self._moments[at].microseconds > self._calls[matched].microseconds), limit)
+        limit = self._before(matched, seen)
         users = {user}
         if self._moments[seen].length <= position:
             users.add("")  # a tick that finds nothing forgets the writer
@@ -207,10 +204,18 @@ class Described:
         for (text, behind, writer, head_length), (look, asked) in outcomes.items():
             for key in {writer} if writer else users:
                 message = text[head_length + 1:] if writer else text
-                for count in self._counts(key, message, matched, asked, limit):
+                for count in self._counts(key, message, matched, asked):
                     yield matched + count, behind, key, look
 
-    def _counts(self, key, message, matched, asked, limit):
+    def _before(self, call, seen):
+        """The end of the moments before a call, from one that was seen on."""
+        end = len(self._moments)
+        if call < len(self._calls):
+            end = next((at for at in range(seen + 1, end)
+                        if self._moments[at].microseconds > self._calls[call].microseconds), end)
+        return end
+
+    def _counts(self, key, message, matched, asked):
         """How many of the calls made next can be those of a message, if they are."""
         if key in ("", self._moments[asked].own[0]):
             return {0}
@@ -218,7 +223,7 @@ class Described:
         made = self._made[matched:matched + len(wanted)]
         if made == wanted:
             return {len(wanted)}
-        # Of those who go meanwhile a part is read, or nothing.
-        if any(key not in dict(moment.names) for moment in self._moments[asked:limit]):
-            return {count for count in range(len(wanted)) if made[:count] == wanted[:count]}
-        return set()
+        # Of those who go meanwhile, before what was called next, a part is read, or nothing.
+        return {count for count in range(len(wanted)) if made[:count] == wanted[:count]
+                and any(key not in dict(moment.names)
+                        for moment in self._moments[asked:self._before(matched + count, asked)])}

@@ -113,6 +113,18 @@ class DescribedReading(unittest.TestCase):
         other.speak(ANN, "Bob says:\r\nbye")
         self.assertIsNone(other.fault())
 
+    def test_of_somebody_who_goes_in_the_middle_a_part_is_read(self):
+        self.talk.say(BOB, "fine :) bye")
+        calls = self.trace.calls("fine :) bye")
+        self.talk.call(BOB, *calls[0])
+        self.talk.call(BOB, *calls[1])
+        self.assertIn("bye", self.talk.fault())
+        self.talk.event("leave", BOB)
+        self.assertIsNone(self.talk.fault())
+        self.talk.say(ANN, "one")
+        self.talk.speak(ANN, "one")
+        self.assertIsNone(self.talk.fault())
+
     def test_somebody_who_is_there_is_read(self):
         self.talk.event("leave", BOB)
         self.talk.say(ANN, "one")
