@@ -1,9 +1,5 @@
 #include "companions/agent/automation/reception.h"
 
-#include <windows.h>
-
-#include <rpc.h>
-
 #include "companions/agent/automation/objects.h"
 
 namespace agent::automation {
@@ -12,21 +8,8 @@ namespace {
 using murmelix::com::check;
 using murmelix::com::Error;
 
-// The process whose call this thread carries out; 0 where it cannot be told. Older systems lack the function.
-DWORD callingProcess() {
-    using Inquire = RPC_STATUS(RPC_ENTRY*)(RPC_BINDING_HANDLE, unsigned long*);
-    const HMODULE library = GetModuleHandleW(L"rpcrt4.dll");
-    const FARPROC found = library ? GetProcAddress(library, "I_RpcBindingInqLocalClientPID") : nullptr;
-    if (!found) {
-        return 0;
-    }
-    const auto inquire = reinterpret_cast<Inquire>(reinterpret_cast<void*>(found));
-    unsigned long process = 0;
-    return inquire(nullptr, &process) == RPC_S_OK ? process : 0;
-}
-
 // Made in the server's apartment and handed over to this thread's. A server that ends meanwhile breaks the promise.
-Ptr<IDispatch> controlFor(Server& server, DWORD process) {
+Ptr<IDispatch> controlFor(Server& server, murmelix::com::ProcessId process) {
     const auto stream = std::make_shared<Ptr<IStream>>();
     auto promise = std::make_shared<std::promise<HRESULT>>();
     auto made = promise->get_future();
@@ -60,8 +43,8 @@ Reception::Reception(Server& server) : server_(server), gone_(CreateEventW(nullp
             return;
         }
         try {
-            const murmelix::com::ClassObject offered(serverClass().clsid,
-                                                     [&server] { return controlFor(server, callingProcess()); });
+            const murmelix::com::ClassObject offered(
+                serverClass().clsid, [&server] { return controlFor(server, murmelix::com::callingProcess()); });
             opened.set_value(S_OK);
             closed.wait();
         } catch (const Error& error) {

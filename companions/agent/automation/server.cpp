@@ -1,17 +1,17 @@
 #include "companions/agent/automation/server.h"
 
 #include <algorithm>
-#include <array>
 #include <chrono>
-#include <cwctype>
+#include <filesystem>
 #include <random>
 #include <utility>
 
-#include <windows.h>
-
 #include "common/text.h"
+#include "companions/agent/automation/local_file.h"
 #include "companions/agent/automation/objects.h"
 #include "companions/agent/settings/settings_store.h"
+#include "companions/agent/stage/windows/popup_menu.h"
+#include "companions/agent/stage/windows/system.h"
 #include "ui/screen.h"
 
 namespace agent::automation {
@@ -19,24 +19,30 @@ namespace {
 
 using murmelix::com::Error;
 
-constexpr UINT tick_period = 10;          // ms
-constexpr ULONGLONG first_client = 30000; // ms that a started server waits for its first client
-constexpr ULONGLONG grace = 3000;         // ms after the last one, in case another follows
-constexpr ULONGLONG flush_period = 500;   // ms between two saves of the recording
+using namespace std::chrono_literals;
 
-bool sameId(std::u16string_view a, std::u16string_view b) {
-    return murmelix::sameText(a, b, murmelix::LetterCase::ignored);
-}
+constexpr unsigned tick_period = 10;     // ms
+constexpr auto first_client = 30s;       // that a started server waits for its first client
+constexpr auto grace = 3s;               // after the last one, in case another follows
+constexpr auto flush_period = 500ms;     // between two saves of the recording
+constexpr std::size_t most_loaded = 200; // characters of a client: more than fit on a screen, each with its windows
 
-std::u16string windowsDirectory() {
-    std::array<wchar_t, MAX_PATH + 1> path{};
-    const UINT length = GetWindowsDirectoryW(path.data(), static_cast<UINT>(path.size()));
-    return std::u16string(murmelix::com::narrow(path.data(), std::min<std::size_t>(length, path.size() - 1)));
-}
+// Of one client. What a program queues in a second is spoken in an hour; more is a mistake, and would fill the memory.
+constexpr std::size_t most_waiting = 10'000;                                // requests
+constexpr std::size_t most_waiting_text = 16 * murmelix::com::longest_text; // units of their texts
 
 bool isAbsolute(std::u16string_view path) {
     const bool drive = path.size() > 2 && path[1] == u':' && (path[2] == u'\\' || path[2] == u'/');
-    return drive || path.starts_with(u"\\\\");
+    return drive || !isOnADrive(path);
+}
+
+bool isFile(const std::u16string& path) {
+    std::error_code none;
+    return std::filesystem::is_regular_file(std::filesystem::path(path), none);
+}
+
+std::size_t textIn(const stage::Request& request) {
+    return request.text.size() + request.url.size();
 }
 
 // The file that Load means: an absolute path, or a name in the characters' directory.
@@ -45,10 +51,12 @@ std::u16string characterPath(std::u16string name) {
         if (name.empty() || name.find_first_of(u"\\/:*?\"<>|") != std::u16string::npos) {
             throw Error(E_INVALIDARG, u"\"" + name + u"\" is no name of a character file.");
         }
-        name = windowsDirectory() + u"\\msagent\\chars\\" + name;
+        name = stage::windowsDirectory() + u"\\msagent\\chars\\" + name;
+    } else {
+        requireLocal(name);
     }
-    const bool suffixed = name.size() > 4 && sameId(std::u16string_view(name).substr(name.size() - 4), u".acs");
-    if (!suffixed && GetFileAttributesW(murmelix::com::wide(name)) == INVALID_FILE_ATTRIBUTES) {
+    const bool suffixed = name.size() > 4 && sameName(std::u16string_view(name).substr(name.size() - 4), u".acs");
+    if (!suffixed && !isFile(name)) {
         name += u".acs";
     }
     return name;
@@ -56,8 +64,7 @@ std::u16string characterPath(std::u16string name) {
 
 std::shared_ptr<const acs::CharacterFile> openCharacter(const std::u16string& name) {
     const std::u16string path = characterPath(name);
-    if (path.find(u'\0') != std::u16string::npos ||
-        GetFileAttributesW(murmelix::com::wide(path)) == INVALID_FILE_ATTRIBUTES) {
+    if (path.find(u'\0') != std::u16string::npos || !isFile(path)) {
         throw Error(HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND), u"There is no character file \"" + path + u"\".");
     }
     std::string error;
@@ -87,7 +94,7 @@ const murmelix::com::ServerClass& serverClass() {
 
 MenuCommand* CommandList::find(std::u16string_view name) {
     const auto found = std::find_if(commands.begin(), commands.end(),
-                                    [&](const MenuCommand& command) { return sameId(command.name, name); });
+                                    [&](const MenuCommand& command) { return sameName(command.name, name); });
     return found == commands.end() ? nullptr : &*found;
 }
 
@@ -102,6 +109,9 @@ Loaded& Client::load(const std::u16string& id, const std::u16string& file) {
     }
     if (find(id)) {
         throw Error(HRESULT_FROM_WIN32(ERROR_ALREADY_EXISTS), u"The id \"" + id + u"\" is in use already.");
+    }
+    if (loaded_.size() >= most_loaded) {
+        refuse(u"A program has at most " + murmelix::toText(most_loaded) + u" characters.");
     }
     auto added = std::make_shared<Loaded>();
     added->id = id;
@@ -127,9 +137,21 @@ Loaded& Client::load(const std::u16string& id, const std::u16string& file) {
             added->extra_data = name.extra_data;
         }
     }
-    server_.theatre().admit(actor.id(), added->file);
-    loaded_.push_back(added);
+    try {
+        loaded_.push_back(added);
+        server_.theatre().admit(actor.id(), added->file);
+    } catch (...) {
+        dismiss(*added);
+        throw;
+    }
     return *added;
+}
+
+void Client::dismiss(const Loaded& gone) {
+    // Told while it can still be found.
+    server_.stage().leave(gone.actor);
+    server_.theatre().dismiss(gone.actor);
+    std::erase_if(loaded_, [&](const auto& loaded) { return loaded.get() == &gone; });
 }
 
 void Client::unload(const std::u16string& id) {
@@ -137,10 +159,7 @@ void Client::unload(const std::u16string& id) {
     if (!gone) {
         throw Error(E_INVALIDARG, u"There is no character \"" + id + u"\".");
     }
-    // Told while it can still be found.
-    server_.stage().leave(gone->actor);
-    server_.theatre().dismiss(gone->actor);
-    std::erase(loaded_, gone);
+    dismiss(*gone);
 }
 
 void Client::unloadAll() {
@@ -151,7 +170,7 @@ void Client::unloadAll() {
 
 std::shared_ptr<Loaded> Client::find(std::u16string_view id) const {
     const auto found =
-        std::find_if(loaded_.begin(), loaded_.end(), [&](const auto& loaded) { return sameId(loaded->id, id); });
+        std::find_if(loaded_.begin(), loaded_.end(), [&](const auto& loaded) { return sameName(loaded->id, id); });
     return found == loaded_.end() ? nullptr : *found;
 }
 
@@ -159,6 +178,26 @@ std::shared_ptr<Loaded> Client::find(stage::ActorId actor) const {
     const auto found =
         std::find_if(loaded_.begin(), loaded_.end(), [&](const auto& loaded) { return loaded->actor == actor; });
     return found == loaded_.end() ? nullptr : *found;
+}
+
+void Client::admit(const stage::RequestRef& request) {
+    const auto full = [&] {
+        return waiting_.size() >= most_waiting || waiting_text_ + textIn(*request) > most_waiting_text;
+    };
+    if (full()) {
+        waiting_text_ = 0;
+        std::erase_if(waiting_, [&](const auto& weak) {
+            const auto waiting = weak.lock();
+            const bool over = !waiting || waiting->over();
+            waiting_text_ += over ? 0 : textIn(*waiting);
+            return over;
+        });
+        if (full()) {
+            refuse(u"Too many requests wait.");
+        }
+    }
+    waiting_.push_back(request);
+    waiting_text_ += textIn(*request);
 }
 
 Ptr<RequestObject> Client::object(const stage::RequestRef& request) {
@@ -183,38 +222,6 @@ void Client::cutOff() {
         CoDisconnectObject(object.get(), 0);
     }
 }
-
-// Waits for the end of a client's process.
-struct Server::Watch {
-    Watch(Server& server, const std::shared_ptr<Client>& client, HANDLE process)
-        : server_(server), client_(client), process_(process) {
-        RegisterWaitForSingleObject(&wait_, process_, &Watch::ended, this, INFINITE, WT_EXECUTEONLYONCE);
-    }
-    ~Watch() {
-        if (wait_) {
-            UnregisterWaitEx(wait_, INVALID_HANDLE_VALUE);
-        }
-        CloseHandle(process_);
-    }
-    Watch(const Watch&) = delete;
-    Watch& operator=(const Watch&) = delete;
-
-    bool over() const { return client_.expired(); }
-
-  private:
-    static void CALLBACK ended(void* self, BOOLEAN) {
-        auto& watch = *static_cast<Watch*>(self);
-        watch.server_.messages().post([client = watch.client_] {
-            if (const auto gone = client.lock()) {
-                gone->cutOff();
-            }
-        });
-    }
-    Server& server_;
-    std::weak_ptr<Client> client_;
-    HANDLE process_;
-    HANDLE wait_ = nullptr;
-};
 
 Server::Server(const Options& options)
     : options_(options), transcript_(options.transcript), clock_(options.speed), service_(voice::makeEngine()),
@@ -250,7 +257,7 @@ Server::Server(const Options& options)
                stage_.setKeepOnScreen(keep);
                settings::writeKeepOnScreen(keep);
            }}),
-      empty_since_(GetTickCount64()) {
+      empty_since_(std::chrono::steady_clock::now()) {
     sound_enabled_ = settings::readSoundEnabled();
     theatre_->setAudible(sound_enabled_);
     stage_.setKeepOnScreen(settings::readKeepOnScreen());
@@ -274,7 +281,7 @@ Server::~Server() {
 
 void Server::shutDown() {
     if (!ending_since_) {
-        ending_since_ = GetTickCount64();
+        ending_since_ = std::chrono::steady_clock::now();
         tellAll(12);
     }
 }
@@ -295,16 +302,21 @@ std::shared_ptr<Client> Server::newClient() {
 void Server::clientGone(Client&) {
     messages_.post([this] {
         std::erase_if(clients_, [](const auto& client) { return client.expired(); });
-        std::erase_if(watches_, [](const auto& watch) { return watch->over(); });
+        std::erase_if(watches_, [](const Watch& watch) { return watch.client.expired(); });
     });
 }
 
-void Server::watch(const std::shared_ptr<Client>& client, DWORD process) {
-    if (process == 0 || process == GetCurrentProcessId()) {
-        return;
-    }
-    if (const HANDLE opened = OpenProcess(SYNCHRONIZE, FALSE, process)) {
-        watches_.push_back(std::make_unique<Watch>(*this, client, opened));
+void Server::watch(const std::shared_ptr<Client>& client, murmelix::com::ProcessId process) {
+    const std::weak_ptr<Client> weak = client;
+    auto watched = murmelix::com::ProcessWatch::begin(process, [this, weak] {
+        messages_.post([weak] {
+            if (const auto gone = weak.lock()) {
+                gone->cutOff();
+            }
+        });
+    });
+    if (watched) {
+        watches_.push_back({weak, std::move(watched)});
     }
 }
 
@@ -318,14 +330,13 @@ void Server::tick() {
     output_.tick();
     stage_.advance(clock_.milliseconds());
     theatre_->present(stage_);
-    const ULONGLONG now = GetTickCount64();
+    const auto now = std::chrono::steady_clock::now();
     if (!options_.recording.empty() && now - flushed_at_ >= flush_period) {
         flushed_at_ = now;
         output_.flush();
     }
     if (ending_since_) {
-        const std::chrono::milliseconds waited(now - *ending_since_);
-        if (murmelix::com::allEventsDelivered() || waited >= murmelix::com::last_events_time) {
+        if (murmelix::com::allEventsDelivered() || now - *ending_since_ >= murmelix::com::last_events_time) {
             murmelix::ui::quitMessageLoop();
         }
     } else if (murmelix::com::Served::alive() > 0) {
@@ -476,10 +487,9 @@ void Server::runMenu(stage::ActorId actor, int x, int y) {
     if (!owner.loaded || std::exchange(menu_open_, true)) {
         return;
     }
-    constexpr UINT_PTR voice_id = 1, hide_id = 2, first_id = 16;
-    const stage::MenuHandle menu(CreatePopupMenu());
-    AppendMenuW(menu.get(), MF_STRING | MF_GRAYED, voice_id, L"&Open Voice Commands Window");
-    AppendMenuW(menu.get(), MF_STRING, hide_id, L"&Hide");
+    constexpr int hide_id = 0, first_id = 1;
+    std::vector<stage::MenuEntry> entries{{.caption = u"&Open Voice Commands Window", .enabled = false},
+                                          {.caption = u"&Hide", .id = hide_id}};
     std::vector<std::u16string> names;
     const CommandList& list = owner.loaded->commands;
     for (const MenuCommand& command : list.commands) {
@@ -487,26 +497,23 @@ void Server::runMenu(stage::ActorId actor, int x, int y) {
             continue;
         }
         if (names.empty()) {
-            AppendMenuW(menu.get(), MF_SEPARATOR, 0, nullptr);
+            entries.push_back({.is_line = true});
         }
-        AppendMenuW(menu.get(), command.enabled ? MF_STRING : MF_STRING | MF_GRAYED, first_id + names.size(),
-                    murmelix::com::wide(command.caption));
+        entries.push_back(
+            {.caption = command.caption, .id = first_id + static_cast<int>(names.size()), .enabled = command.enabled});
         names.push_back(command.name);
     }
-    // Without the foreground a menu would not close at a click elsewhere.
-    SetForegroundWindow(messages_.handle());
-    const BOOL chosen = TrackPopupMenu(menu.get(), TPM_RETURNCMD | TPM_NONOTIFY | TPM_RIGHTBUTTON, x, y, 0,
-                                       messages_.handle(), nullptr);
+    const std::optional<int> chosen = stage::runPopupMenu(messages_.handle(), entries, x, y);
     menu_open_ = false;
     // The menu ran the message loop: the character may have gone.
     stage::Actor* still = stage_.find(actor);
-    if (!still || chosen <= 0) {
+    if (!still || !chosen) {
         return;
     }
-    if (static_cast<UINT_PTR>(chosen) == hide_id) {
+    if (*chosen == hide_id) {
         still->hideByUser();
-    } else if (static_cast<UINT_PTR>(chosen) >= first_id) {
-        const std::u16string& name = names[static_cast<std::size_t>(chosen) - first_id];
+    } else {
+        const std::u16string& name = names.at(static_cast<std::size_t>(*chosen - first_id));
         tell(*owner.client, 17, {Variant(makeUserInput(owner.client, owner.loaded->id, name))});
     }
 }

@@ -1,6 +1,7 @@
 // The character server: the stage, the voices and the clients of one process.
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <map>
 #include <memory>
@@ -8,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "common/com/caller.h"
 #include "common/com/server.h"
 #include "companions/agent/acs/reader.h"
 #include "companions/agent/automation/transcript.h"
@@ -73,6 +75,8 @@ class Client : public std::enable_shared_from_this<Client> {
     const std::vector<std::shared_ptr<Loaded>>& loaded() const { return loaded_; }
     void unloadAll();
 
+    // Counts a request among those that wait. Error where there are too many, or too much text among them.
+    void admit(const stage::RequestRef& request);
     // One object for each request, for as long as somebody holds it.
     Ptr<RequestObject> object(const stage::RequestRef& request);
     void forget(std::int32_t request) { requests_.erase(request); }
@@ -82,9 +86,13 @@ class Client : public std::enable_shared_from_this<Client> {
     void cutOff();
 
   private:
+    void dismiss(const Loaded& gone);
+
     Server& server_;
     std::vector<std::shared_ptr<Loaded>> loaded_;
     std::map<std::int32_t, RequestObject*> requests_;
+    std::vector<std::weak_ptr<stage::Request>> waiting_; // and some that are over
+    std::size_t waiting_text_ = 0;                       // units of it, of all in waiting_
     std::vector<IDispatch*> objects_;
 };
 
@@ -103,7 +111,7 @@ class Server final : public stage::Audience {
     std::shared_ptr<Client> newClient();
     void clientGone(Client& client);
     // The process of the client: when it ends, its characters leave.
-    void watch(const std::shared_ptr<Client>& client, DWORD process);
+    void watch(const std::shared_ptr<Client>& client, murmelix::com::ProcessId process);
 
     stage::Stage& stage() { return stage_; }
     stage::Theatre& theatre() { return *theatre_; }
@@ -139,12 +147,15 @@ class Server final : public stage::Audience {
     void tellAll(DISPID event);
 
   private:
+    using Moment = std::chrono::steady_clock::time_point;
     struct Owner {
         std::shared_ptr<Client> client;
         std::shared_ptr<Loaded> loaded;
     };
-    struct Watch;
-
+    struct Watch {
+        std::weak_ptr<Client> client;
+        std::unique_ptr<murmelix::com::ProcessWatch> process;
+    };
     void tick();
     Owner ownerOf(stage::ActorId actor) const;
     void tellOfCharacter(stage::ActorId actor, DISPID event, std::vector<Variant> more = {});
@@ -164,14 +175,14 @@ class Server final : public stage::Audience {
     settings::SettingsFrm settings_frm_;
     std::unique_ptr<settings::Tray> tray_; // of a server that stays
     std::vector<std::weak_ptr<Client>> clients_;
-    std::vector<std::unique_ptr<Watch>> watches_;
+    std::vector<Watch> watches_;
     bool menu_open_ = false;
-    std::optional<ULONGLONG> ending_since_;
+    std::optional<Moment> ending_since_;
     bool sound_enabled_ = true;
     stage::ActorId active_ = 0;
-    ULONGLONG empty_since_;
+    Moment empty_since_;
     bool had_client_ = false;
-    ULONGLONG flushed_at_ = 0;
+    Moment flushed_at_;
 };
 
 // The class that the server serves.

@@ -150,7 +150,9 @@ void Theatre::dismiss(ActorId actor) {
         auto gone = std::make_shared<Figure>(std::move(found->second));
         figures_.erase(found);
         frame_sounds_.forget(actor);
-        gone->window->hide();
+        if (gone->window) { // none where it could not be made
+            gone->window->hide();
+        }
         if (gone->balloon) {
             gone->balloon->close();
         }

@@ -1,0 +1,30 @@
+#include "companions/agent/automation/objects.h"
+
+namespace agent::automation {
+namespace {
+
+class AudioOutput final : public ClientObject {
+  public:
+    explicit AudioOutput(std::shared_ptr<Client> client) : ClientObject(std::move(client)) {}
+
+  private:
+    std::span<const Member> members() const override {
+        static const Members<AudioOutput> all{
+            property(L"Enabled", 1, &AudioOutput::enabled),
+            property(L"SoundEffects", 2, &AudioOutput::enabled),
+            // Where there is no device sound passes on the clock: it is available all the same.
+            property(L"Status", 3, [](const AudioOutput&) { return std::int16_t{0}; }),
+        };
+        return all;
+    }
+
+    bool enabled() const { return server().soundEnabled(); }
+};
+
+} // namespace
+
+Ptr<IDispatch> makeAudioOutput(const std::shared_ptr<Client>& client) {
+    return Ptr<IDispatch>(make<AudioOutput>(client).get());
+}
+
+} // namespace agent::automation

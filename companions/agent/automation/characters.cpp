@@ -1,0 +1,58 @@
+#include "companions/agent/automation/objects.h"
+
+namespace agent::automation {
+namespace {
+
+class Characters final : public ClientObject {
+  public:
+    explicit Characters(std::shared_ptr<Client> client) : ClientObject(std::move(client)) {}
+
+  private:
+    std::span<const Member> members() const override {
+        static const Members<Characters> all{
+            property(L"Item", 0, &Characters::character, {L"CharacterID"}),
+            method(L"Load", 1, &Characters::load, {L"CharacterID", L"LoadKey"}),
+            method(L"Unload", 2, &Characters::unload, {L"CharacterID"}),
+            method(L"Character", 3, &Characters::character, {L"CharacterID"}),
+            property(L"Enum", DISPID_NEWENUM, &Characters::each),
+            property(L"_NewEnum", DISPID_NEWENUM, &Characters::each),
+        };
+        return all;
+    }
+
+    Ptr<IDispatch> character(const Label& id) { return characterOf(client(), id.text); }
+
+    Ptr<IDispatch> load(const Label& id, const std::optional<Label>& file) {
+        const Loaded& loaded = client()->load(id.text, file ? file->text : id.text);
+        const stage::RequestRef done = server().stage().newRequest({});
+        done->actor = loaded.actor;
+        done->status = stage::Status::complete;
+        return Ptr<IDispatch>(client()->object(done).get());
+    }
+
+    void unload(const Label& id) { client()->unload(id.text); }
+
+    Variant each() {
+        std::vector<Variant> all;
+        for (const auto& loaded : client()->loaded()) {
+            all.emplace_back(makeCharacter(client(), loaded));
+        }
+        return murmelix::com::enumerate(std::move(all));
+    }
+};
+
+} // namespace
+
+Ptr<IDispatch> makeCharacters(const std::shared_ptr<Client>& client) {
+    return Ptr<IDispatch>(make<Characters>(client).get());
+}
+
+Ptr<IDispatch> characterOf(const std::shared_ptr<Client>& client, const std::u16string& id) {
+    const auto found = client->find(id);
+    if (!found) {
+        throw Error(E_INVALIDARG, u"There is no character \"" + id + u"\".");
+    }
+    return makeCharacter(client, found);
+}
+
+} // namespace agent::automation

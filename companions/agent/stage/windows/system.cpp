@@ -1,0 +1,49 @@
+#include "companions/agent/stage/windows/system.h"
+
+#include <algorithm>
+#include <array>
+
+#include <windows.h>
+
+#include <shellapi.h>
+
+namespace agent::stage {
+namespace {
+
+constexpr std::size_t longest_path = 32768; // units, of Windows
+
+std::u16string textOf(const wchar_t* units, std::size_t length) {
+    return std::u16string(reinterpret_cast<const char16_t*>(units), length);
+}
+
+} // namespace
+
+std::u16string windowsDirectory() {
+    std::array<wchar_t, MAX_PATH + 1> path{};
+    const UINT length = GetWindowsDirectoryW(path.data(), static_cast<UINT>(path.size()));
+    return textOf(path.data(), std::min<std::size_t>(length, path.size() - 1));
+}
+
+bool isRemoteDrive(char16_t letter) {
+    const std::array<wchar_t, 4> root{static_cast<wchar_t>(letter), L':', L'\\', 0};
+    return GetDriveTypeW(root.data()) == DRIVE_REMOTE;
+}
+
+std::vector<std::u16string> commandLine() {
+    int count = 0;
+    wchar_t** words = CommandLineToArgvW(GetCommandLineW(), &count);
+    std::vector<std::u16string> result;
+    for (int i = 1; i < count; ++i) {
+        result.push_back(textOf(words[i], wcslen(words[i])));
+    }
+    LocalFree(words);
+    return result;
+}
+
+std::u16string ownPath() {
+    std::vector<wchar_t> path(longest_path);
+    const DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
+    return textOf(path.data(), length);
+}
+
+} // namespace agent::stage

@@ -1,0 +1,17 @@
+// What the server asks of Windows besides its windows.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace agent::stage {
+
+// Without the backslash at its end.
+std::u16string windowsDirectory();
+// True for the letter of a drive that is another machine's.
+bool isRemoteDrive(char16_t letter);
+// The words of the command line, and the program's own path.
+std::vector<std::u16string> commandLine();
+std::u16string ownPath();
+
+} // namespace agent::stage
