@@ -1,5 +1,6 @@
 #include <cstdlib>
 
+#include "common/text.h"
 #include "companions/agent/automation/objects.h"
 
 namespace agent::automation {
@@ -56,7 +57,8 @@ class Balloon final : public CharacterPart {
     std::u16string fontName() const { return look().font_name; }
     void setFontName(const Label& name) {
         if (name.text.size() > longest_font_name) {
-            throw Error(E_INVALIDARG, u"A font's name has at most 31 letters.");
+            throw Error(E_INVALIDARG,
+                        u"A font's name has at most " + murmelix::toText(longest_font_name) + u" letters.");
         }
         look().font_name = name.text;
     }

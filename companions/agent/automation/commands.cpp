@@ -1,10 +1,11 @@
+#include "common/text.h"
 #include "companions/agent/automation/objects.h"
 
 namespace agent::automation {
 namespace {
 
 // A menu of more entries helps nobody, and each new one is compared with those that are there.
-constexpr std::size_t most_commands = 1000;
+constexpr std::size_t most_commands = 200;
 
 [[noreturn]] void noSuchCommand(const std::u16string& name) {
     throw Error(E_INVALIDARG, u"There is no command \"" + name + u"\".");
@@ -87,7 +88,7 @@ class Commands final : public CharacterPart {
             throw Error(E_INVALIDARG, u"A command needs a name of its own; \"" + name.text + u"\" is none.");
         }
         if (commands.size() >= most_commands) {
-            refuse(u"A character has at most 1000 commands.");
+            refuse(u"A character has at most " + murmelix::toText(most_commands) + u" commands.");
         }
         MenuCommand added;
         added.name = name.text;

@@ -2,23 +2,12 @@
 
 #include <array>
 
-#include <windows.h>
-
 #include "common/com/handles.h"
 #include "common/text.h"
+#include "companions/agent/stage/windows/system.h"
 
 namespace agent::automation {
 namespace {
-
-std::uint64_t counterMicroseconds() {
-    LARGE_INTEGER counter{};
-    LARGE_INTEGER frequency{};
-    QueryPerformanceCounter(&counter);
-    QueryPerformanceFrequency(&frequency);
-    const auto ticks = static_cast<std::uint64_t>(counter.QuadPart);
-    const auto second = static_cast<std::uint64_t>(frequency.QuadPart);
-    return ticks / second * 1'000'000 + ticks % second * 1'000'000 / second;
-}
 
 std::string escaped(std::u16string_view text) {
     std::string result;
@@ -127,7 +116,8 @@ void Transcript::write(std::string_view moment, std::u16string_view id, std::u16
     const auto since = std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - since_);
     std::array<char, 64> times{};
     std::snprintf(times.data(), times.size(), "%lld.%03lld\t%llu\t", static_cast<long long>(since.count() / 1000),
-                  static_cast<long long>(since.count() % 1000), static_cast<unsigned long long>(counterMicroseconds()));
+                  static_cast<long long>(since.count() % 1000),
+                  static_cast<unsigned long long>(stage::counterMicroseconds()));
     std::string line = times.data();
     line.append(moment).append("\t").append(escaped(id)).append("\t").append(escaped(name)).append("\t");
     line.append(what).append("\t").append(escaped(of));

@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "common/com/served.h"
 #include "common/text.h"
 #include "companions/agent/acs/writer.h"
 #include "tests/windows/agent/server_process.h"
@@ -345,6 +346,115 @@ TEST_F(Automation, WrongArgumentsAreRefused) {
     EXPECT_EQ(invoke(character, 2, DISPATCH_PROPERTYPUT, {Variant(true)}), DISP_E_MEMBERNOTFOUND);
     EXPECT_TRUE(FAILED(invoke(character, 22, DISPATCH_METHOD, {Variant(u"request")})));
     EXPECT_EQ(character.get(u"Left").toInt16(), 0);
+}
+
+// An object whose default value is worth a call back: it unloads the character that it is handed to.
+class Unloading final : public murmelix::com::Served {
+  public:
+    Unloading(Object characters, Variant value) : characters_(std::move(characters)), value_(std::move(value)) {}
+
+  private:
+    std::span<const murmelix::com::Member> members() const override {
+        static const murmelix::com::Members<Unloading> all{
+            murmelix::com::property(L"Value", DISPID_VALUE, &Unloading::value)};
+        return all;
+    }
+    Variant value() {
+        characters_.call(u"Unload", {Variant(u"a")});
+        return value_;
+    }
+
+    Object characters_;
+    Variant value_;
+};
+
+TEST_F(Automation, AnArgumentThatUnloadsTheCharacterFindsItGone) {
+    const auto unloading = [&](const Variant& value) {
+        return Variant(murmelix::com::make<Unloading>(characters, value));
+    };
+    const auto fails = [&](const std::function<void(Object&)>& call) {
+        Object character = load(u"a");
+        EXPECT_EQ(failure([&] { call(character); }), RPC_E_DISCONNECTED);
+        EXPECT_EQ(failure([&] { characters.object(u"Character", {Variant(u"a")}); }), E_INVALIDARG);
+    };
+    fails([&](Object& character) { character.call(u"Play", {unloading(Variant(u"Wave"))}); });
+    fails([&](Object& character) { character.call(u"Speak", {unloading(Variant(u"words"))}); });
+    fails([&](Object& character) {
+        character.call(u"MoveTo", {Variant(std::int16_t{1}), unloading(Variant(std::int16_t{2}))});
+    });
+    fails([&](Object& character) { character.put(u"Width", unloading(Variant(std::int16_t{100}))); });
+    fails([&](Object& character) {
+        Object balloon = character.object(u"Balloon");
+        balloon.put(u"Style", unloading(Variant(std::int32_t{1})));
+    });
+    fails([&](Object& character) {
+        Object balloon = character.object(u"Balloon");
+        balloon.put(u"FontName", unloading(Variant(u"Arial")));
+    });
+    fails([&](Object& character) {
+        Object commands = character.object(u"Commands");
+        commands.call(u"Add", {Variant(u"one")});
+        commands.call(u"Insert",
+                      {Variant(u"two"), Variant(u"one"), Variant(true), Variant(u"Caption"), unloading(Variant(u""))});
+    });
+    fails([&](Object& character) {
+        Object command(character.object(u"Commands").call(u"Add", {Variant(u"one")}).toObject());
+        command.put(u"Caption", unloading(Variant(u"Caption")));
+    });
+    EXPECT_EQ(failure([&] { load(u"a"); }), S_OK) << "the server goes on";
+}
+
+TEST_F(Automation, WhatIsTooMuchIsRefused) {
+    Object character = load(u"a");
+    Object commands = character.object(u"Commands");
+    const std::u16string long_name(1001, u'n');
+    EXPECT_EQ(failure([&] { characters.call(u"Load", {Variant(long_name), Variant(file)}); }), E_INVALIDARG);
+    EXPECT_EQ(failure([&] { commands.call(u"Add", {Variant(long_name)}); }), E_INVALIDARG);
+    EXPECT_EQ(failure([&] { commands.call(u"Add", {Variant(u"a"), Variant(long_name)}); }), E_INVALIDARG);
+    EXPECT_EQ(failure([&] { character.object(u"Balloon").put(u"FontName", Variant(std::u16string(32, u'f'))); }),
+              E_INVALIDARG);
+    EXPECT_EQ(failure([&] { character.call(u"Speak", {Variant(std::u16string(2'000'000, u'x'))}); }), E_INVALIDARG);
+    for (int i = 0; i < 200; ++i) {
+        commands.call(u"Add", {Variant(u"n" + murmelix::toText(i))});
+    }
+    EXPECT_EQ(failure([&] { commands.call(u"Add", {Variant(u"more")}); }), E_FAIL);
+    commands.call(u"Remove", {Variant(u"n7")});
+    EXPECT_EQ(failure([&] { commands.call(u"Add", {Variant(u"more")}); }), S_OK);
+    // A text that waits counts until it is over.
+    for (std::int16_t place = 0; place < 20; ++place) { // ten minutes each
+        request(character, u"MoveTo", {Variant(place), Variant(place), Variant(std::int32_t{600'000})});
+    }
+    const Variant longest(std::u16string(1 << 20, u'x'));
+    for (int i = 0; i < 16; ++i) {
+        ASSERT_EQ(failure([&] { character.call(u"Think", {longest}); }), S_OK) << i;
+    }
+    EXPECT_EQ(failure([&] { character.call(u"Think", {Variant(u"x")}); }), E_FAIL);
+    character.call(u"Stop");
+    EXPECT_EQ(failure([&] { character.call(u"Think", {longest}); }), S_OK);
+}
+
+TEST_F(Automation, FilesOfOtherMachinesAndDevicesAreNotOpened) {
+    // A pipe that says nothing: who reads from it waits for ever.
+    const HANDLE pipe =
+        CreateNamedPipeW(L"\\\\.\\pipe\\AgentTestSilent.acs", PIPE_ACCESS_DUPLEX, PIPE_TYPE_BYTE, 2, 0, 0, 0, nullptr);
+    ASSERT_NE(pipe, INVALID_HANDLE_VALUE);
+    for (const char16_t* path :
+         {u"\\\\.\\pipe\\AgentTestSilent.acs", u"//./pipe/AgentTestSilent.acs", u"\\\\server\\share\\x.acs",
+          u"\\\\?\\UNC\\server\\share\\x.acs", u"\\/server/share/x.acs"}) {
+        try {
+            characters.call(u"Load", {Variant(u"far"), Variant(path)});
+            ADD_FAILURE() << murmelix::toUtf8(path);
+        } catch (const Error& error) {
+            EXPECT_EQ(error.result(), E_INVALIDARG);
+            EXPECT_THAT(murmelix::toUtf8(error.description()), HasSubstr("not on this machine"));
+        }
+    }
+    CloseHandle(pipe);
+    Object character = load(u"a");
+    EXPECT_EQ(failure([&] {
+                  character.call(u"Speak", {Variant(u"words"), Variant(u"\\\\server\\share\\x.wav")});
+              }),
+              E_INVALIDARG);
 }
 
 TEST_F(Automation, ScriptsCombineTheFlagsOfMethodsAndProperties) {

@@ -1,6 +1,7 @@
 // Clients that come and go, and the events they hear.
 #include <algorithm>
 #include <array>
+#include <memory>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -47,6 +48,33 @@ struct Heard {
     }
     std::vector<std::string> lines;
     Subscription subscription;
+};
+
+// Another program of this kind, which says when it is where it is wanted.
+class OtherClient {
+  public:
+    explicit OtherClient(const std::u16string& how) : name_(u"AgentTestClient" + murmelix::toText(++count)) {
+        event_ = CreateEventW(nullptr, TRUE, FALSE, murmelix::com::wide(name_));
+        std::array<wchar_t, 1024> path{};
+        GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
+        std::u16string line = u"\"";
+        line.append(murmelix::com::narrow(path.data(), std::wcslen(path.data())));
+        line.append(u"\" ").append(how).append(u" ").append(name_);
+        process_ = std::make_unique<Process>(line);
+    }
+    ~OtherClient() { CloseHandle(event_); }
+    OtherClient(const OtherClient&) = delete;
+    OtherClient& operator=(const OtherClient&) = delete;
+    bool ready() const {
+        return pumpUntil([this] { return WaitForSingleObject(event_, 0) == WAIT_OBJECT_0; });
+    }
+    void kill() const { process_->kill(); }
+
+  private:
+    static inline int count = 0;
+    std::u16string name_;
+    HANDLE event_;
+    std::unique_ptr<Process> process_;
 };
 
 struct Clients : testing::Test {
@@ -170,19 +198,62 @@ TEST_F(Clients, EachHaveTheirOwnCharacters) {
 }
 
 TEST_F(Clients, AVanishedOneLosesItsCharacters) {
-    const HANDLE ready = CreateEventW(nullptr, TRUE, FALSE, L"AgentTestClientReady");
-    std::vector<wchar_t> path(1024);
-    GetModuleFileNameW(nullptr, path.data(), 1024);
-    std::u16string line = u"\"";
-    line += murmelix::com::narrow(path.data(), std::wcslen(path.data()));
-    line += u"\" --client AgentTestClientReady";
-    const Process client(line);
-    ASSERT_TRUE(pumpUntil([&] { return WaitForSingleObject(ready, 0) == WAIT_OBJECT_0; }));
+    const OtherClient client(u"--client");
+    ASSERT_TRUE(client.ready());
     ASSERT_TRUE(pumpUntil([] { return characterWindow() && IsWindowVisible(characterWindow()); }));
     client.kill();
     EXPECT_TRUE(pumpUntil([] { return characterWindow() == nullptr; }));
-    CloseHandle(ready);
     load(u"a"); // the server lives on for the others
+}
+
+TEST_F(Clients, OneThatHangsInAnEventStopsNobodyElse) {
+    const OtherClient first(u"--hanging");
+    const OtherClient second(u"--hanging");
+    ASSERT_TRUE(first.ready() && second.ready());
+    Heard heard(control);
+    Object character = load(u"a");
+    character.call(u"Show", {Variant(true)});
+    Object play(character.call(u"Play", {Variant(u"Wave")}).toObject());
+    EXPECT_TRUE(heard.soon("11 #" + murmelix::toUtf8(play.get(u"ID").toText())));
+    EXPECT_EQ(play.get(u"Status").toInt32(), 0);
+}
+
+TEST_F(Clients, OneThatHangsInAnEventDoesNotKeepTheServerFromEnding) {
+    const OtherClient client(u"--hanging");
+    ASSERT_TRUE(client.ready());
+    Heard heard(control);
+    RunningServer::close();
+    EXPECT_TRUE(heard.soon("12"));
+    EXPECT_EQ(server.process().exitStatus(), 0U);
+}
+
+TEST_F(Clients, OneThatHangsAndIsKilledIsForgotten) {
+    const OtherClient client(u"--hanging");
+    ASSERT_TRUE(client.ready());
+    control = {};
+    characters = {};
+    client.kill();
+    EXPECT_EQ(server.process().exitStatus(), 0U) << "it ends with its last client";
+}
+
+TEST_F(Clients, CanMakeAControlInsideAHandler) {
+    Object second;
+    bool failed = false;
+    const Subscription subscription(control.dispatch(), iid_agent_events, [&](DISPID event, std::vector<Variant>&) {
+        if (event == 9 && !second) {
+            try {
+                second = server.control();
+                second.object(u"Characters").call(u"Load", {Variant(u"b"), Variant(smallCharacterFile())});
+            } catch (const murmelix::com::Error&) {
+                failed = true;
+            }
+        }
+    });
+    Object character = load(u"a");
+    Object show(character.call(u"Show", {Variant(true)}).toObject());
+    ASSERT_TRUE(pumpUntil([&] { return second && show.get(u"Status").toInt32() == 0; }));
+    EXPECT_FALSE(failed);
+    EXPECT_EQ(second.object(u"Characters").object(u"Character", {Variant(u"b")}).get(u"Name").toText(), u"Dot");
 }
 
 TEST_F(Clients, WhoLetsGoLosesItsCharacters) {
@@ -223,6 +294,46 @@ TEST(Server, NeverReplacesTheRegistrationOfAnother) {
     EXPECT_EQ(RegGetValueW(HKEY_CURRENT_USER, key, nullptr, RRF_RT_REG_SZ, nullptr, left.data(), &size), ERROR_SUCCESS);
     EXPECT_EQ(std::wstring(left.data()), other);
     RegDeleteTreeW(HKEY_CURRENT_USER, L"Software\\Classes\\Agent.Control.2");
+    EXPECT_EQ(Process(serverProgram() + u" /regserver").exitStatus(), 0U);
+}
+
+// The last key that a tree's removal comes to, closed to everybody.
+class ClosedKey {
+  public:
+    explicit ClosedKey(const wchar_t* path) {
+        RegOpenKeyExW(HKEY_LOCAL_MACHINE, path, 0, READ_CONTROL | WRITE_DAC, &key_);
+        DWORD size = 0;
+        RegGetKeySecurity(key_, DACL_SECURITY_INFORMATION, nullptr, &size);
+        before_.resize(size);
+        RegGetKeySecurity(key_, DACL_SECURITY_INFORMATION, before_.data(), &size);
+        ACL nobody{};
+        InitializeAcl(&nobody, sizeof nobody, ACL_REVISION);
+        SECURITY_DESCRIPTOR closed{};
+        InitializeSecurityDescriptor(&closed, SECURITY_DESCRIPTOR_REVISION);
+        SetSecurityDescriptorDacl(&closed, TRUE, &nobody, FALSE);
+        is_closed = RegSetKeySecurity(key_, DACL_SECURITY_INFORMATION, &closed) == ERROR_SUCCESS;
+    }
+    ~ClosedKey() {
+        RegSetKeySecurity(key_, DACL_SECURITY_INFORMATION, before_.data());
+        RegCloseKey(key_);
+    }
+    ClosedKey(const ClosedKey&) = delete;
+    ClosedKey& operator=(const ClosedKey&) = delete;
+    bool is_closed;
+
+  private:
+    HKEY key_ = nullptr;
+    std::vector<std::uint8_t> before_;
+};
+
+TEST(Server, SaysWhereTheRegistryKeepsItRegistered) {
+    {
+        const ClosedKey closed(L"Software\\Classes\\CLSID\\{6D1F5C02-3B7E-4A86-9C41-E82A57B0D319}\\LocalServer32");
+        ASSERT_TRUE(closed.is_closed);
+        EXPECT_EQ(Process(serverProgram() + u" /unregserver").exitStatus(), 3U);
+    }
+    EXPECT_EQ(Process(serverProgram() + u" /unregserver").exitStatus(), 0U);
+    EXPECT_EQ(Process(serverProgram() + u" /unregserver").exitStatus(), 0U) << "nothing is left of it";
     EXPECT_EQ(Process(serverProgram() + u" /regserver").exitStatus(), 0U);
 }
 

@@ -1,6 +1,6 @@
 // Runs the tests against the AgentServer.exe of this build, registered meanwhile in the prefix, under a watchdog.
 // With "--client EVENT" it is a second client: it loads and shows a character, sets EVENT, and stays until it is
-// killed.
+// killed. With "--hanging EVENT" it sets EVENT when it hears of its character, and never comes back from that.
 #include <cstring>
 
 #include <gtest/gtest.h>
@@ -13,14 +13,25 @@ namespace {
 using murmelix::com::Object;
 using murmelix::com::Variant;
 
-int beClient(const char* event) {
+int beClient(const char* event, bool hanging) {
     const murmelix::com::Apartment apartment;
     Object control = Object::create(u"Agent.Control.2");
+    const HANDLE ready = OpenEventA(EVENT_MODIFY_STATE, FALSE, event);
+    murmelix::com::Subscription subscription;
+    if (hanging) {
+        subscription =
+            murmelix::com::Subscription(control.dispatch(), iid_agent_events, [ready](DISPID, std::vector<Variant>&) {
+                SetEvent(ready);
+                Sleep(INFINITE);
+            });
+    }
     Object characters = control.object(u"Characters");
     characters.call(u"Load", {Variant(u"other"), Variant(smallCharacterFile())});
     Object character = characters.object(u"Character", {Variant(u"other")});
     character.call(u"Show", {Variant(true)});
-    SetEvent(OpenEventA(EVENT_MODIFY_STATE, FALSE, event));
+    if (!hanging) {
+        SetEvent(ready);
+    }
     MSG message;
     while (GetMessageW(&message, nullptr, 0, 0) > 0) {
         DispatchMessageW(&message);
@@ -32,8 +43,8 @@ int beClient(const char* event) {
 } // namespace agent
 
 int main(int argc, char** argv) {
-    if (argc == 3 && std::strcmp(argv[1], "--client") == 0) {
-        return agent::beClient(argv[2]);
+    if (argc == 3 && (std::strcmp(argv[1], "--client") == 0 || std::strcmp(argv[1], "--hanging") == 0)) {
+        return agent::beClient(argv[2], std::strcmp(argv[1], "--hanging") == 0);
     }
     testing::InitGoogleTest(&argc, argv);
     return murmelix::test::runTestsWithServer(agent::serverProgram(), u"{6D1F5C02-3B7E-4A86-9C41-E82A57B0D319}",

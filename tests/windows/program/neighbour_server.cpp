@@ -6,7 +6,6 @@
 
 #include <windows.h>
 
-#include "common/com/numbered.h"
 #include "common/com/server.h"
 #include "common/text.h"
 
@@ -14,11 +13,12 @@ namespace murmelix::test {
 
 namespace {
 
+using com::Member;
+using com::Members;
+using com::method;
+using com::property;
 using com::Ptr;
 using com::Variant;
-using com::numbered::Access;
-using com::numbered::Call;
-using com::numbered::Member;
 
 constexpr CLSID classId(int number) {
     return {0x4C1B6E11, 0x52F0, 0x4D07, {0x9A, 0x3E, 0x21, 0x6F, 0x0B, 0xC4, 0xD8, static_cast<BYTE>(number)}};
@@ -41,88 +41,67 @@ constexpr std::chrono::seconds patience{30};
     std::abort();
 }
 
-class Contact final : public com::numbered::Served {
-    std::span<const Member> numbered() const override {
-        static const std::vector<Member> all{{L"FriendlyName", 1536, Access::get}, {L"SigninName", 1538, Access::get}};
+class Contact final : public com::Served {
+    std::span<const Member> members() const override {
+        static const Members<Contact> all{
+            property(L"FriendlyName", 1536, [](const Contact&) { return u"Ann \U0001F600"; }),
+            property(L"SigninName", 1538, [](const Contact&) { return u"ann@test"; })};
         return all;
-    }
-    Variant invoke(const Call& call) override {
-        return call.member == 1536 ? Variant(u"Ann \U0001F600") : Variant(u"ann@test");
     }
 };
 
-class ContactList final : public com::numbered::Served {
-    std::span<const Member> numbered() const override {
-        static const std::vector<Member> all{{L"Item", 0, Access::get, {L"Index"}, 1}, {L"Count", 1792, Access::get}};
+class ContactList final : public com::Served {
+    std::span<const Member> members() const override {
+        static const Members<ContactList> all{
+            property(L"Item", 0, &ContactList::item, {L"Index"}),
+            property(L"Count", 1792, [](const ContactList&) { return std::int32_t{1}; })};
         return all;
     }
-    Variant invoke(const Call& call) override {
-        if (call.member == 1792) {
-            return Variant(std::int32_t{1});
-        }
-        if (call.arguments.at(0).toInt32() != 0) {
+    Ptr<Contact> item(std::int32_t index) {
+        if (index != 0) {
             throw com::Error(E_INVALIDARG);
         }
-        return Variant(com::make<Contact>());
+        return com::make<Contact>();
     }
 };
 
 // Answers the conversation's members itself, as a window does whose other interface cannot cross processes.
-class Window final : public com::numbered::Served {
-    std::span<const Member> numbered() const override {
-        static const std::vector<Member> all{{L"HWND", 2048, Access::get},   {L"Left", 2049, Access::get},
-                                             {L"Top", 2050, Access::get},    {L"Width", 2051, Access::get},
-                                             {L"Height", 2052, Access::get}, {L"Contacts", 2057, Access::get},
-                                             {L"History", 2058, Access::get}};
+class Window final : public com::Served {
+    std::span<const Member> members() const override {
+        static const Members<Window> all{
+            property(L"HWND", 2048, [](const Window&) { return std::int32_t{2048}; }),
+            property(L"Left", 2049, [](const Window&) { return std::int32_t{2049}; }),
+            property(L"Top", 2050, [](const Window&) { return std::int32_t{2050}; }),
+            property(L"Width", 2051, [](const Window&) { return std::int32_t{2051}; }),
+            property(L"Height", 2052, [](const Window&) { return std::int32_t{2052}; }),
+            property(L"Contacts", 2057, [](const Window&) { return com::make<ContactList>(); }),
+            property(L"History", 2058,
+                     [](const Window&) { return std::u16string(500000, u'x') + u'\0' + u"\r\nAnn says:\r\nhi"; })};
         return all;
-    }
-    Variant invoke(const Call& call) override {
-        if (call.member == 2057) {
-            return Variant(com::make<ContactList>());
-        }
-        if (call.member == 2058) {
-            return Variant(std::u16string(500000, u'x') + u'\0' + u"\r\nAnn says:\r\nhi");
-        }
-        return Variant(static_cast<std::int32_t>(call.member));
     }
 };
 
-class Messenger final : public com::numbered::Served {
+class Messenger final : public com::Served {
   public:
     Messenger() = default;
 
   private:
-    std::span<const Member> numbered() const override {
-        static const std::vector<Member> all{
-            {L"MyFriendlyName", 1282, Access::get},
-            {L"UnreadEmailCount", 1284, Access::get, {L"Folder"}, 1},
-            {L"Signin", 1297, Access::method, {L"Parent", L"SigninName", L"Password"}, 3},
-            {L"MyContacts", 1303, Access::get},
-            {L"MySigninName", 1304, Access::get},
-            {L"MyStatus", 1305, Access::get}};
+    std::span<const Member> members() const override {
+        static const Members<Messenger> all{
+            property(L"MyFriendlyName", 1282, [](const Messenger&) { return u"Test user"; }),
+            property(L"UnreadEmailCount", 1284, [](const Messenger&, std::int32_t folder) { return folder + 7; },
+                     {L"Folder"}),
+            method(L"Signin", 1297, &Messenger::signin, {L"Parent", L"SigninName", L"Password"}),
+            property(L"MyContacts", 1303, [](const Messenger&) { return com::make<ContactList>(); }),
+            property(L"MySigninName", 1304,
+                     [](const Messenger&) -> std::int32_t { throw com::Error(E_FAIL, u"nobody is signed in"); }),
+            property(L"MyStatus", 1305, [](const Messenger&) { return std::int32_t{34}; })};
         return all;
-    }
-    Variant invoke(const Call& call) override {
-        switch (call.member) {
-        case 1282:
-            return Variant(u"Test user");
-        case 1284:
-            return Variant(call.arguments.at(0).toInt32() + 7);
-        case 1297:
-            signin(call.arguments.at(1).toText());
-            return {};
-        case 1303:
-            return Variant(com::make<ContactList>());
-        case 1304:
-            throw com::Error(E_FAIL, u"nobody is signed in");
-        default:
-            return Variant(std::int32_t{34});
-        }
     }
     void* interfaceFor(REFIID iid) override {
         return IsEqualIID(iid, IID_IConnectionPointContainer) ? source_.container() : nullptr;
     }
-    void signin(const std::u16string& name) {
+    void signin(std::int32_t, const std::u16string& name, const std::u16string&) {
         if (name == ask_for_death) {
             die();
         }
@@ -149,30 +128,24 @@ class Messenger final : public com::numbered::Served {
     com::EventSource source_{*this, messenger_events};
 };
 
-// An object with one property, or whatever a member of the Agent hands out.
-class Request final : public com::numbered::Served {
-    std::span<const Member> numbered() const override { return {}; }
-    Variant invoke(const Call&) override { return {}; }
+// Whatever a member of the Agent hands out.
+class Request final : public com::Served {
+    std::span<const Member> members() const override { return {}; }
 };
 
-class AudioOutput final : public com::numbered::Served {
-    std::span<const Member> numbered() const override {
-        static const std::vector<Member> all{{L"Enabled", 1, Access::get}};
+class AudioOutput final : public com::Served {
+    std::span<const Member> members() const override {
+        static const Members<AudioOutput> all{property(L"Enabled", 1, [](const AudioOutput&) { return true; })};
         return all;
     }
-    Variant invoke(const Call&) override { return Variant(true); }
 };
 
-class Balloon final : public com::numbered::Served {
-    std::span<const Member> numbered() const override {
-        static const std::vector<Member> all{{L"Style", 16, Access::get_put}};
+class Balloon final : public com::Served {
+    std::span<const Member> members() const override {
+        static const Members<Balloon> all{property(
+            L"Style", 16, [](const Balloon&) { return style(); },
+            [](const Balloon&, std::int32_t value) { style() = value; })};
         return all;
-    }
-    Variant invoke(const Call& call) override {
-        if (call.put) {
-            style() = call.arguments.back().toInt32();
-        }
-        return Variant(style());
     }
     static std::int32_t& style() {
         static std::int32_t value = 0x2001C;
@@ -180,100 +153,99 @@ class Balloon final : public com::numbered::Served {
     }
 };
 
-class Character final : public com::numbered::Served {
-    std::span<const Member> numbered() const override {
-        static const std::vector<Member> all{{L"Visible", 2, Access::get},
-                                             {L"Left", 3, Access::get},
-                                             {L"Play", 13, Access::method, {L"Animation"}, 1},
-                                             {L"Stop", 14, Access::method, {L"Request"}, 0},
-                                             {L"Speak", 15, Access::method, {L"Text", L"Url"}, 0},
-                                             {L"Balloon", 23, Access::get},
-                                             {L"Name", 24, Access::get}};
+class Character final : public com::Served {
+    using Text = std::optional<std::u16string>;
+
+    std::span<const Member> members() const override {
+        static const Members<Character> all{
+            property(L"Visible", 2, [](const Character&) { return false; }),
+            property(L"Left", 3, [](const Character&) { return std::int16_t{-300}; }),
+            method(L"Play", 13, &Character::play, {L"Animation"}),
+            method(L"Stop", 14,
+                   [](const Character&, const std::optional<Variant>&) { throw com::Error(DISP_E_TYPEMISMATCH); },
+                   {L"Request"}),
+            method(L"Speak", 15, &Character::speak, {L"Text", L"Url"}),
+            property(L"Balloon", 23, [](const Character&) { return com::make<Balloon>(); }),
+            property(L"Name", 24, [](const Character&) { return u"Anna"; })};
         return all;
     }
-    Variant invoke(const Call& call) override {
-        switch (call.member) {
-        case 2:
-            return Variant(false);
-        case 3:
-            return Variant(std::int16_t{-300});
-        case 13:
-            if (call.arguments.at(0).toText() != u"Wave") {
-                throw com::Error(E_INVALIDARG, u"no such animation");
-            }
-            return Variant(com::make<Request>());
-        case 14:
-            throw com::Error(DISP_E_TYPEMISMATCH);
-        case 15:
-            if (call.arguments.at(0).isOmitted() == call.arguments.at(1).isOmitted()) {
-                throw com::Error(E_INVALIDARG);
-            }
-            return Variant(com::make<Request>());
-        case 23:
-            return Variant(com::make<Balloon>());
-        default:
-            return Variant(u"Anna");
+    Ptr<Request> play(const std::u16string& animation) {
+        if (animation != u"Wave") {
+            throw com::Error(E_INVALIDARG, u"no such animation");
         }
+        return com::make<Request>();
+    }
+    Ptr<Request> speak(const Text& text, const Text& url) {
+        if (text.has_value() == url.has_value()) {
+            throw com::Error(E_INVALIDARG);
+        }
+        return com::make<Request>();
     }
 };
 
-class Characters final : public com::numbered::Served {
-    std::span<const Member> numbered() const override {
-        static const std::vector<Member> all{{L"Load", 1, Access::method, {L"CharacterID", L"LoadKey"}, 1},
-                                             {L"Unload", 2, Access::method, {L"CharacterID"}, 1},
-                                             {L"Character", 3, Access::method, {L"CharacterID"}, 1}};
+class Characters final : public com::Served {
+    using Text = std::optional<std::u16string>;
+
+    std::span<const Member> members() const override {
+        static const Members<Characters> all{
+            method(L"Load", 1, &Characters::load, {L"CharacterID", L"LoadKey"}),
+            method(L"Unload", 2, [](const Characters&, const std::u16string&) { die(); }, {L"CharacterID"}),
+            method(L"Character", 3, &Characters::character, {L"CharacterID"})};
         return all;
     }
-    Variant invoke(const Call& call) override {
-        if (call.member == 2) {
-            die();
-        }
-        if (call.arguments.at(0).toText() != u"ann@test") {
+    static void require(const std::u16string& id) {
+        if (id != u"ann@test") {
             throw com::Error(E_INVALIDARG, u"no such character");
         }
-        return call.member == 1 ? Variant(com::make<Request>()) : Variant(com::make<Character>());
+    }
+    Ptr<Request> load(const std::u16string& id, const Text&) {
+        require(id);
+        return com::make<Request>();
+    }
+    Ptr<Character> character(const std::u16string& id) {
+        require(id);
+        return com::make<Character>();
     }
 };
 
-class UserInput final : public com::numbered::Served {
-    std::span<const Member> numbered() const override {
-        static const std::vector<Member> all{{L"Name", 1, Access::get}};
+class UserInput final : public com::Served {
+    std::span<const Member> members() const override {
+        static const Members<UserInput> all{property(L"Name", 1, [](const UserInput&) { return u"ann@testQ%"; })};
         return all;
     }
-    Variant invoke(const Call&) override { return Variant(u"ann@testQ%"); }
 };
 
-class Agent final : public com::numbered::Served {
-    std::span<const Member> numbered() const override {
-        static const std::vector<Member> all{{L"Characters", 3, Access::get},
-                                             {L"AudioOutput", 4, Access::get},
-                                             {L"Connected", 9, Access::get_put},
-                                             {L"RaiseRequestErrors", 21, Access::get_put}};
+class Agent final : public com::Served {
+    std::span<const Member> members() const override {
+        static const Members<Agent> all{
+            property(L"Characters", 3, [](Agent& self) { return self.connected<Characters>(); }),
+            property(L"AudioOutput", 4, [](Agent& self) { return self.connected<AudioOutput>(); }),
+            property(
+                L"Connected", 9, [](const Agent& self) { return self.connected_; },
+                [](Agent& self, bool) { self.connected_ = true; }),
+            property(
+                L"RaiseRequestErrors", 21, [](const Agent&) { return true; }, &Agent::setRaiseRequestErrors)};
         return all;
     }
-    Variant invoke(const Call& call) override {
-        if (call.member == 9) {
-            connected_ = connected_ || call.put;
-            return Variant(connected_);
-        }
+    void requireConnection() const {
         if (!connected_) {
             throw com::Error(E_UNEXPECTED, u"not connected");
         }
-        switch (call.member) {
-        case 3:
-            return Variant(com::make<Characters>());
-        case 4:
-            return Variant(com::make<AudioOutput>());
-        default:
-            source_.fire(17, {Variant(com::make<UserInput>())});
-            source_.fire(4, {Variant(u"ann@test"), Variant(std::int16_t{1}), Variant(std::int16_t{2}),
-                             Variant(std::int16_t{3}), Variant(std::int16_t{4})});
-            source_.fire(19, {Variant(u"ann@test")});
-            source_.fire(21, {});
-            source_.fire(12, {});
-            com::waitForEvents(patience);
-            return {};
-        }
+    }
+    template <class T>
+    Ptr<T> connected() const {
+        requireConnection();
+        return com::make<T>();
+    }
+    void setRaiseRequestErrors(bool) {
+        requireConnection();
+        source_.fire(17, {Variant(com::make<UserInput>())});
+        source_.fire(4, {Variant(u"ann@test"), Variant(std::int16_t{1}), Variant(std::int16_t{2}),
+                         Variant(std::int16_t{3}), Variant(std::int16_t{4})});
+        source_.fire(19, {Variant(u"ann@test")});
+        source_.fire(21, {});
+        source_.fire(12, {});
+        com::waitForEvents(patience);
     }
     void* interfaceFor(REFIID iid) override {
         return IsEqualIID(iid, IID_IConnectionPointContainer) ? source_.container() : nullptr;

@@ -27,7 +27,22 @@ void MessageWindow::post(std::function<void()> task) {
         }
         tasks_.push_back(std::move(task));
     }
+    // Where that fails (the queue of messages is full) a tick carries it out: each one task.
     PostMessageW(handle(), task_message, 0, 0);
+}
+
+bool MessageWindow::carryOutOne() {
+    std::function<void()> task;
+    {
+        const std::lock_guard lock(mutex_);
+        if (tasks_.empty()) {
+            return false;
+        }
+        task = std::move(tasks_.front());
+        tasks_.pop_front();
+    }
+    task();
+    return true;
 }
 
 void MessageWindow::close() {
@@ -52,19 +67,11 @@ void MessageWindow::run() {
 
 LRESULT MessageWindow::received(UINT message, WPARAM wparam, LPARAM lparam) {
     if (message == task_message) {
-        std::function<void()> task;
-        {
-            const std::lock_guard lock(mutex_);
-            if (tasks_.empty()) {
-                return 0;
-            }
-            task = std::move(tasks_.front());
-            tasks_.pop_front();
-        }
-        task();
+        carryOutOne();
         return 0;
     }
     if (message == WM_TIMER && wparam == tick_timer) {
+        carryOutOne();
         if (tick_) {
             tick_();
         }

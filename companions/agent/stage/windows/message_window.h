@@ -32,6 +32,8 @@ class MessageWindow final : public Window {
     LRESULT received(UINT message, WPARAM wparam, LPARAM lparam) override;
 
   private:
+    bool carryOutOne();
+
     std::mutex mutex_;
     std::deque<std::function<void()>> tasks_;
     bool closed_ = false;

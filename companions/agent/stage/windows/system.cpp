@@ -29,6 +29,16 @@ bool isRemoteDrive(char16_t letter) {
     return GetDriveTypeW(root.data()) == DRIVE_REMOTE;
 }
 
+std::uint64_t counterMicroseconds() {
+    LARGE_INTEGER counter{};
+    LARGE_INTEGER frequency{};
+    QueryPerformanceCounter(&counter);
+    QueryPerformanceFrequency(&frequency);
+    const auto ticks = static_cast<std::uint64_t>(counter.QuadPart);
+    const auto second = static_cast<std::uint64_t>(frequency.QuadPart);
+    return ticks / second * 1'000'000 + ticks % second * 1'000'000 / second;
+}
+
 std::vector<std::u16string> commandLine() {
     int count = 0;
     wchar_t** words = CommandLineToArgvW(GetCommandLineW(), &count);

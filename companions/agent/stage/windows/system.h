@@ -1,6 +1,7 @@
 // What the server asks of Windows besides its windows.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -10,6 +11,8 @@ namespace agent::stage {
 std::u16string windowsDirectory();
 // True for the letter of a drive that is another machine's.
 bool isRemoteDrive(char16_t letter);
+// Of the performance counter, comparable between processes.
+std::uint64_t counterMicroseconds();
 // The words of the command line, and the program's own path.
 std::vector<std::u16string> commandLine();
 std::u16string ownPath();
