@@ -421,6 +421,7 @@ TEST_F(Automation, WhatIsTooMuchIsRefused) {
     commands.call(u"Remove", {Variant(u"n7")});
     EXPECT_EQ(failure([&] { commands.call(u"Add", {Variant(u"more")}); }), S_OK);
     // A text that waits counts until it is over.
+    request(character, u"Show", {Variant(true)});
     for (std::int16_t place = 0; place < 20; ++place) { // ten minutes each
         request(character, u"MoveTo", {Variant(place), Variant(place), Variant(std::int32_t{600'000})});
     }
