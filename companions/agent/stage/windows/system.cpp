@@ -5,12 +5,8 @@
 
 #include <windows.h>
 
-#include <shellapi.h>
-
 namespace agent::stage {
 namespace {
-
-constexpr std::size_t longest_path = 32768; // units, of Windows
 
 std::u16string textOf(const wchar_t* units, std::size_t length) {
     return std::u16string(reinterpret_cast<const char16_t*>(units), length);
@@ -37,23 +33,6 @@ std::uint64_t counterMicroseconds() {
     const auto ticks = static_cast<std::uint64_t>(counter.QuadPart);
     const auto second = static_cast<std::uint64_t>(frequency.QuadPart);
     return ticks / second * 1'000'000 + ticks % second * 1'000'000 / second;
-}
-
-std::vector<std::u16string> commandLine() {
-    int count = 0;
-    wchar_t** words = CommandLineToArgvW(GetCommandLineW(), &count);
-    std::vector<std::u16string> result;
-    for (int i = 1; i < count; ++i) {
-        result.push_back(textOf(words[i], wcslen(words[i])));
-    }
-    LocalFree(words);
-    return result;
-}
-
-std::u16string ownPath() {
-    std::vector<wchar_t> path(longest_path);
-    const DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
-    return textOf(path.data(), length);
 }
 
 } // namespace agent::stage

@@ -3,7 +3,6 @@
 
 #include <cstdint>
 #include <string>
-#include <vector>
 
 namespace agent::stage {
 
@@ -13,8 +12,5 @@ std::u16string windowsDirectory();
 bool isRemoteDrive(char16_t letter);
 // Of the performance counter, comparable between processes.
 std::uint64_t counterMicroseconds();
-// The words of the command line, and the program's own path.
-std::vector<std::u16string> commandLine();
-std::u16string ownPath();
 
 } // namespace agent::stage
