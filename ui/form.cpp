@@ -131,6 +131,13 @@ void Form::onSize() {
         layOut();
         laying_out_ = false;
     }
+    if (Paint) {
+        Redraw();
+    }
+}
+
+void Form::Redraw() {
+    native::invalidate(handle_);
 }
 
 void Form::setIcon(const Picture& picture) {

@@ -10,6 +10,7 @@
 
 #include "ui/control.h"
 #include "ui/menu.h"
+#include "ui/surface.h"
 
 namespace murmelix::ui {
 
@@ -81,6 +82,9 @@ class Form : public Control {
     Button* CancelButton = nullptr;  // Escape
     // The user pressed a key or a mouse button in it, or chose from its menus.
     std::function<void()> UserActs;
+    // Draws what lies behind its controls, the whole inside, instead of its colour alone; Redraw when that changes.
+    std::function<void(Surface& surface)> Paint;
+    void Redraw();
     // Another program sent data; the result is the answer to it.
     std::function<std::intptr_t(std::uintptr_t kind, std::string_view data)> DataReceived;
 

@@ -15,6 +15,10 @@ void RichTextBox::setText(const std::u16string& text) {
     native::setCaption(handle_, text);
 }
 
+void RichTextBox::setSelText(const std::u16string& text) {
+    native::replaceSelection(handle_, text);
+}
+
 void RichTextBox::Append(std::u16string_view text, const Looks& looks) {
     BeginUpdate();
     native::appendRich(handle_, text, looks);

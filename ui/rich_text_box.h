@@ -19,6 +19,8 @@ class RichTextBox : public Control {
     // What the user edits. Asked of the window system, for other programs put text in as well.
     std::u16string Text() const;
     void setText(const std::u16string& text);
+    // Instead of what the user has selected, or where the text cursor is.
+    void setSelText(const std::u16string& text);
 
     struct Looks {
         Colour colour = window_text;
@@ -39,6 +41,7 @@ namespace native {
 Handle createRichEdit(Control& box, Handle parent, const std::u16string& text);
 Handle createRichView(Control& box, Handle parent, const std::u16string& text);
 std::u16string richText(Handle box);
+void replaceSelection(Handle box, const std::u16string& text);
 void appendRich(Handle box, std::u16string_view text, const RichTextBox::Looks& looks);
 void beginUpdate(Handle box);
 void endUpdate(Handle box);

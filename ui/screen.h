@@ -3,12 +3,16 @@
 
 #include <functional>
 
+#include "ui/types.h"
+
 namespace murmelix::ui {
 
 // The same horizontally and vertically: 15 at 96 dots an inch, 7.5 at 192.
 double twipsPerPixel();
 int toPixels(int twips);
 int toTwips(int pixels);
+// Of the main screen, what no task bar takes; pixels.
+Rect workArea();
 
 // Serves the windows of this thread until the process ends, or until quitMessageLoop, whose status is the result.
 int runMessageLoop();

@@ -30,6 +30,17 @@ class DropDownWindow : public ControlWindow {
 
     void onCommand(UINT code) override {
         switch (code) {
+        case CBN_DROPDOWN:
+            chosen_ = false;
+            return;
+        case CBN_SELENDOK:
+            chosen_ = true;
+            return;
+        case CBN_CLOSEUP:
+            if (std::exchange(chosen_, false)) {
+                chosen();
+            }
+            return;
         case CBN_SELCHANGE:
             return picked(static_cast<int>(SendMessageW(hwnd(), CB_GETCURSEL, 0, 0)));
         case CBN_SETFOCUS:
@@ -45,6 +56,10 @@ class DropDownWindow : public ControlWindow {
 
   protected:
     virtual void picked(int index) = 0;
+    virtual void chosen() {}
+
+  private:
+    bool chosen_ = false; // before the list closes
 };
 
 } // namespace murmelix::ui::win32

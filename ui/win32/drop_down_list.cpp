@@ -16,6 +16,7 @@ class DropDownListWindow final : public DropDownWindow {
 
   protected:
     void picked(int index) override { static_cast<DropDownList&>(control()).onPick(index); }
+    void chosen() override { raise(static_cast<DropDownList&>(control()).Chosen); }
 };
 
 } // namespace
@@ -36,8 +37,23 @@ void native::setItems(Handle list, const std::vector<std::u16string>& items) {
     at<DropDownListWindow>(list).setItems(items);
 }
 
+void native::insertItem(Handle list, int index, const std::u16string& text) {
+    SendMessageW(windowOf(list), CB_INSERTSTRING, static_cast<WPARAM>(index),
+                 reinterpret_cast<LPARAM>(com::wide(text)));
+}
+
+void native::removeItem(Handle list, int index) {
+    SendMessageW(windowOf(list), CB_DELETESTRING, static_cast<WPARAM>(index), 0);
+}
+
 void native::selectItem(Handle list, int index) {
-    SendMessageW(windowOf(list), CB_SETCURSEL, static_cast<WPARAM>(index), 0);
+    if (selectedItem(list) != index) {
+        SendMessageW(windowOf(list), CB_SETCURSEL, static_cast<WPARAM>(index), 0);
+    }
+}
+
+int native::selectedItem(Handle list) {
+    return static_cast<int>(SendMessageW(windowOf(list), CB_GETCURSEL, 0, 0));
 }
 
 } // namespace murmelix::ui

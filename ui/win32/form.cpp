@@ -11,6 +11,7 @@
 #include "ui/screen.h"
 #include "ui/win32/child.h"
 #include "ui/win32/menu.h"
+#include "ui/win32/surface.h"
 #include "ui/win32/windows.h"
 
 namespace murmelix::ui {
@@ -175,6 +176,12 @@ std::optional<LRESULT> FormWindow::onMessage(UINT message, WPARAM wparam, LPARAM
     case WM_ERASEBKGND: {
         const auto dc = reinterpret_cast<HDC>(wparam);
         const RECT area = clientArea(hwnd());
+        if (form().Paint && area.right > 0 && area.bottom > 0) {
+            painted_.impl().resize(area.right, area.bottom);
+            form().Paint(painted_);
+            painted_.impl().copyTo(dc, area);
+            return 1;
+        }
         SetDCBrushColor(dc, toColorRef(form().BackColor()));
         FillRect(dc, &area, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
         return 1;

@@ -26,6 +26,7 @@ class FormWindow final : public ControlWindow {
     void limitSize(MINMAXINFO& limits) const;
 
     Clicks clicks_;
+    Surface painted_; // what lies behind the controls
     Picture icon_;
     Icon small_icon_, large_icon_;
     HWND tips_ = nullptr;

@@ -106,6 +106,12 @@ double twipsPerPixel() {
     return 1440.0 / screenDpi();
 }
 
+Rect workArea() {
+    RECT area{};
+    SystemParametersInfoW(SPI_GETWORKAREA, 0, &area, 0);
+    return {area.left, area.top, area.right - area.left, area.bottom - area.top};
+}
+
 int runMessageLoop() {
     prepareToPost();
     MSG message{};

@@ -81,6 +81,22 @@ class RichView final : public RichWindow {
         return key.key != Key::tab && key.key != Key::enter && key.key != Key::escape;
     }
 
+    // Of another width it has other lines: the end stays in sight, or else what stood first.
+    void move(const Rect& pixels) override {
+        const bool follows = atEnd();
+        const LRESULT first = SendMessageW(hwnd(), EM_LINEINDEX, static_cast<WPARAM>(firstLine()), 0);
+        const LONG before = placeOf(first).y;
+        RichWindow::move(pixels);
+        if (follows) {
+            SendMessageW(hwnd(), WM_VSCROLL, SB_BOTTOM, 0);
+            return;
+        }
+        POINT scrolled{};
+        SendMessageW(hwnd(), EM_GETSCROLLPOS, 0, reinterpret_cast<LPARAM>(&scrolled));
+        scrolled.y += placeOf(first).y - before;
+        SendMessageW(hwnd(), EM_SETSCROLLPOS, 0, reinterpret_cast<LPARAM>(&scrolled));
+    }
+
     void beginUpdate() {
         if (updates_++ == 0) {
             follows_ = atEnd();
@@ -134,6 +150,14 @@ class RichView final : public RichWindow {
     }
 
   private:
+    LRESULT firstLine() const { return SendMessageW(hwnd(), EM_GETFIRSTVISIBLELINE, 0, 0); }
+
+    POINTL placeOf(LRESULT character) const {
+        POINTL place{};
+        SendMessageW(hwnd(), EM_POSFROMCHAR, reinterpret_cast<WPARAM>(&place), character);
+        return place;
+    }
+
     bool atEnd() const {
         SCROLLINFO info{};
         info.cbSize = sizeof info;
@@ -162,6 +186,10 @@ native::Handle native::createRichView(Control& box, Handle parent, const std::u1
 
 std::u16string native::richText(Handle box) {
     return textOf(windowOf(box));
+}
+
+void native::replaceSelection(Handle box, const std::u16string& text) {
+    SendMessageW(windowOf(box), EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(wide(text)));
 }
 
 void native::appendRich(Handle box, std::u16string_view text, const RichTextBox::Looks& looks) {

@@ -52,6 +52,11 @@ ControlWindow::~ControlWindow() {
     DestroyWindow(hwnd_);
 }
 
+void ControlWindow::move(const Rect& pixels) {
+    SetWindowPos(hwnd_, nullptr, pixels.left, pixels.top, std::max(pixels.width, 0),
+                 heightFor(std::max(pixels.height, 0)), SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOCOPYBITS);
+}
+
 POINT ControlWindow::menuPlace() const {
     return {scaled(8), clientArea(hwnd_).bottom / 2};
 }
@@ -229,8 +234,7 @@ void setUseMnemonic(Handle control, bool) {
 }
 
 void setBounds(Handle control, const Rect& pixels) {
-    SetWindowPos(windowOf(control), nullptr, pixels.left, pixels.top, std::max(pixels.width, 0),
-                 at(control).heightFor(std::max(pixels.height, 0)), SWP_NOZORDER | SWP_NOACTIVATE);
+    at(control).move(pixels);
 }
 
 void bringToFront(Handle control) {

@@ -48,6 +48,8 @@ class ControlWindow {
     virtual HFONT font() const { return fonts().standard.get(); }
     // Whether the system's control has a use of its own for a key that nobody else wants yet.
     virtual bool keeps(const Shortcut&) const { return false; }
+    // Takes its place. Nothing of its old looks is kept, for what was in front of it there would come along.
+    virtual void move(const Rect& pixels);
     // Its height, where another one is wanted.
     virtual int heightFor(int wanted) const { return wanted; }
     // A menu of what is at a place of the screen is asked for by the mouse.

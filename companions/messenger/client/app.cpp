@@ -9,6 +9,8 @@
 #include "companions/messenger/client/account.h"
 #include "platform/clock.h"
 #include "platform/process.h"
+#include "ui/screen.h"
+#include "ui/win32/windows.h"
 
 namespace messenger_client {
 
@@ -125,11 +127,13 @@ int App::run() {
         if (root == main_.handle() && TranslateAcceleratorW(root, main_.accelerators(), &message)) {
             continue;
         }
-        if (root && IsDialogMessageW(root, &message)) {
+        const bool form = std::any_of(windows_.begin(), windows_.end(), [&](const auto& window) {
+            return reinterpret_cast<HWND>(window->handle()) == root;
+        });
+        if (root && !form && IsDialogMessageW(root, &message)) {
             continue;
         }
-        TranslateMessage(&message);
-        DispatchMessageW(&message);
+        murmelix::ui::win32::dispatch(message);
     }
     murmelix::com::Served::onAliveChanged(nullptr);
     return static_cast<int>(message.wParam);
@@ -173,18 +177,13 @@ bool App::startConversation() {
     return true;
 }
 
-RECT App::placeOfNext() const {
-    const int offset = px(28) * static_cast<int>(windows_.size() % 8);
-    const int left = switches_.left.value_or(px(330)) + offset;
-    const int top = switches_.top.value_or(px(60)) + offset;
-    return {left, top, left + switches_.width.value_or(px(560)), top + switches_.height.value_or(px(480))};
-}
-
 void App::changed(const Change& change) {
     // Before everybody else hears of it: the window of a conversation is there as long as the conversation is.
     if (change.kind == Change::Kind::window_created) {
-        windows_.push_back(std::make_unique<ConversationWindow>(client_, change.conversation, placeOfNext()));
-        ShowWindow(windows_.back()->handle(), SW_SHOWNOACTIVATE);
+        const WantedPlace wanted{switches_.left, switches_.top, switches_.width, switches_.height};
+        windows_.push_back(std::make_unique<ConversationWindow>(
+            client_, change.conversation, placeOfConversation(ui::workArea(), windows_.size(), wanted)));
+        windows_.back()->ShowInactive();
     }
     main_.changed(change);
     for (const auto& window : windows_) {
@@ -196,7 +195,7 @@ void App::changed(const Change& change) {
             return window->conversation() == change.conversation;
         });
         if (gone != windows_.end()) {
-            ShowWindow((*gone)->handle(), SW_HIDE);
+            (*gone)->Hide();
             closed_.push_back(std::move(*gone));
             windows_.erase(gone);
             session_.soon([this] { closed_.clear(); });

@@ -30,7 +30,6 @@ class App {
     bool isUnused() const;
     void clientsChanged();
     void quit();
-    RECT placeOfNext() const;
 
     Switches switches_;
     Client client_;

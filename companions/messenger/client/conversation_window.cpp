@@ -1,260 +1,291 @@
 #include "companions/messenger/client/conversation_window.h"
 
 #include <algorithm>
+#include <utility>
 
-#include <commctrl.h>
-#include <richedit.h>
-#include <windowsx.h>
-
-#include "common/com/handles.h"
 #include "common/text.h"
+#include "ui/screen.h"
 
 namespace messenger_client {
 
-using murmelix::com::wide;
-
 namespace {
 
-enum : int {
-    id_history = 100,
-    id_input,
-    id_send,
-    id_as,
-    id_people,
-    id_invite,
-    id_leave,
-    id_guest = 1000, // plus the row of the menu
-};
-constexpr std::size_t most_guests = 30; // in a menu
-constexpr UINT show_queued = WM_APP + 1;
+constexpr std::size_t most_guests = 30;      // in a menu
+constexpr std::size_t longest_in_menu = 60;  // units of a name
+constexpr std::size_t longest_title = 200;   // units of the names in it
+constexpr std::size_t longest_in_band = 500; // units of names: more than any screen shows
+
 // New text is shown this much later, in milliseconds: drawing it takes long, and who listens to the client asks for the
 // text at once.
-constexpr UINT show_delay = 40;
-constexpr UINT_PTR show_timer = 1;
-// So much text at once goes to the history control; the rest follows when other messages had their turn.
+constexpr int show_delay = 40;
+// What is left over follows so soon, when other messages had their turn.
+constexpr int show_next = 1;
+// So much text at once goes to the history control.
 constexpr std::size_t units_at_once = 8192;
-
 // The time that the history control takes for a line grows with the square of its length: longer lines are shown as
 // several.
 constexpr std::size_t longest_line = 500;
 
-constexpr int band_height = 52;
-constexpr int margin = 8;
-constexpr int people_width = 150;
-constexpr int bar_height = 26;
-constexpr int input_height = 62;
-constexpr int send_width = 74;
-constexpr int invite_height = 28;
-constexpr int padding = 6; // between the frame of a text and the text
+// Twips.
+constexpr int pixel = 15; // at 96 dots an inch
+constexpr int margin = 8 * pixel;
+constexpr int padding = 6 * pixel; // between the frame of a text and the text
+constexpr int people_width = 150 * pixel;
+constexpr int width_for_people = 430 * pixel; // a narrower window does without the list
 
-CHARFORMAT2W formatOf(COLORREF color, bool bold) {
-    CHARFORMAT2W format{};
-    format.cbSize = sizeof format;
-    format.dwMask = CFM_COLOR | CFM_BOLD;
-    format.dwEffects = bold ? CFE_BOLD : 0;
-    format.crTextColor = color;
-    return format;
+// Pixels at 96 dots an inch: what a character and its balloon take above a window; a window at first, at least, and
+// beside the one before it.
+constexpr int head_room = 300;
+constexpr int first_left = 330, first_width = 560, first_height = 480, least_first_height = 320;
+constexpr int beside = 28, most_beside = 8;
+
+constexpr std::u16string_view type_as[] = {u"Type ", u"a", u"s:"}; // its accelerator in the middle
+constexpr char16_t type_as_key = u'A';
+
+ui::Rect pixelsOf(const ui::Rect& twips) {
+    const int left = ui::toPixels(twips.left), top = ui::toPixels(twips.top);
+    return {left, top, ui::toPixels(twips.left + twips.width) - left, ui::toPixels(twips.top + twips.height) - top};
 }
 
-int twips(int pixels) {
-    return MulDiv(pixels, 1440, px(96));
+// The frame around a text stands `inset` away from it; the scroll bar stands at the frame.
+ui::Rect frameOf(const ui::Control& control, int inset) {
+    const ui::Rect& place = control.Bounds();
+    return pixelsOf({place.left - inset, place.top - inset, place.width + inset + pixel, place.height + 2 * inset});
 }
 
-void setParagraph(HWND edit, int indent, int space_before) {
-    PARAFORMAT2 format{};
-    format.cbSize = sizeof format;
-    format.dwMask = PFM_STARTINDENT | PFM_SPACEBEFORE;
-    format.dxStartIndent = twips(indent);
-    format.dySpaceBefore = twips(space_before);
-    SendMessageW(edit, EM_SETPARAFORMAT, 0, reinterpret_cast<LPARAM>(&format));
-}
-
-bool atEnd(HWND edit) {
-    SCROLLINFO info{};
-    info.cbSize = sizeof info;
-    info.fMask = SIF_ALL;
-    if (!GetScrollInfo(edit, SB_VERT, &info) || info.nMax <= 0) {
-        return true;
+std::u16string listed(const std::vector<ContactPtr>& people, std::size_t longest) {
+    std::u16string names;
+    for (const ContactPtr& contact : people) {
+        if (names.size() >= longest) {
+            break;
+        }
+        names += (names.empty() ? u"" : u", ") + contact->friendly;
     }
-    return info.nPos + static_cast<int>(info.nPage) >= info.nMax - px(24);
-}
-
-// NUL cannot be in a window's text; it is shown as the sign for it.
-std::u16string shown(std::u16string_view text) {
-    std::u16string visible(text);
-    std::replace(visible.begin(), visible.end(), u'\0', u'\x2400');
-    return visible;
+    return names.substr(0, longest);
 }
 
 } // namespace
 
-ConversationWindow::ConversationWindow(Client& client, ConversationPtr conversation, const RECT& place)
-    : client_(client), conversation_(std::move(conversation)) {
-    create(conversation_class, L"Conversation", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, 0, place);
-    build();
-    conversation_->setWindow(reinterpret_cast<std::intptr_t>(handle()));
+ui::Rect placeOfConversation(const ui::Rect& work_area, std::size_t others, const WantedPlace& wanted) {
+    const int number = static_cast<int>(others % most_beside);
+    const int width = wanted.width.value_or(px(first_width));
+    const int left = wanted.left ? *wanted.left + px(beside) * number
+                                 : std::max(std::min(work_area.left + px(first_left + beside * number),
+                                                     work_area.left + work_area.width - width),
+                                            work_area.left);
+    if (wanted.top) {
+        return {left, *wanted.top + px(beside) * number, width, wanted.height.value_or(px(first_height))};
+    }
+    // Where the window would reach out of the screen it is less high; where it cannot be, the room above it is less.
+    const int bottom = work_area.top + work_area.height;
+    const int least = wanted.height.value_or(px(least_first_height));
+    const int highest = std::max(std::min(work_area.top + px(head_room), bottom - least), work_area.top);
+    const int steps = std::max((bottom - least - highest) / px(beside), 0) + 1;
+    const int top = highest + px(beside) * (number % steps);
+    return {left, top, width, wanted.height.value_or(std::max(std::min(px(first_height), bottom - top), least))};
+}
+
+ConversationWindow::ConversationWindow(Client& client, ConversationPtr conversation, const ui::Rect& place)
+    : Form(nullptr, u"Conversation", ui::FormStyle::sizable, conversation_class), ShowTimer(show_delay),
+      client_(client), conversation_(std::move(conversation)) {
+    setIcon({u"#1", 32});
+    setBackColor(colour::face);
+    Paint = [this](ui::Surface& surface) { paint(surface); };
+    Input.KeyPress = [this](const ui::Shortcut& key) { return Input_KeyPress(key); };
+    Send.Click = [this] { Send_Click(); };
+    TypeAs.Chosen = [this] { Input.SetFocus(); };
+    People.DrawItem = [this](ui::Surface& surface, int row, const ui::ListBox::Looks& looks) {
+        People_DrawItem(surface, row, looks);
+    };
+    People.ContextMenu = [this] { People_ContextMenu(); };
+    Invite.Click = [this] { PopupMenu(Guests, Invite); };
+    Guests.Popup = [this] { Guests_Popup(); };
+    Leaves.Click = [this] { Leaves_Click(); };
+    ShowTimer.Tick = [this] { ShowTimer_Tick(); };
+    addAccelerator({type_as_key, ui::alt_key}, [this] { TypeAs.SetFocus(); });
+    DefaultButton = &Send;
+    // The window system counts from the front: so that other programs find the first created first.
+    for (auto child = Children().rbegin(); child != Children().rend(); ++child) {
+        (*child)->ZOrder();
+    }
+    layOut(); // with its least size, which the place may be below
+    setPlace(place);
+    conversation_->setWindow(static_cast<std::intptr_t>(handle()));
     showPeople();
     queue(Style::notice, conversation_->history());
-    arrange();
+    Input.SetFocus();
 }
 
-void ConversationWindow::build() {
-    history_ = child(L"RichEdit20W", L"",
-                     WS_TABSTOP | WS_VSCROLL | ES_MULTILINE | ES_READONLY | ES_AUTOVSCROLL | ES_NOHIDESEL, id_history);
-    input_ = child(L"RichEdit20W", L"", WS_TABSTOP | WS_VSCROLL | ES_MULTILINE | ES_AUTOVSCROLL, id_input);
-    send_ = child(L"Button", L"&Send", WS_TABSTOP | BS_DEFPUSHBUTTON, id_send);
-    as_ = child(L"ComboBox", L"", WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST, id_as);
-    people_ = child(L"ListBox", L"",
-                    WS_TABSTOP | WS_VSCROLL | LBS_OWNERDRAWFIXED | LBS_HASSTRINGS | LBS_NOINTEGRALHEIGHT, id_people);
-    invite_ = child(L"Button", L"&Invite", WS_TABSTOP, id_invite);
-    for (const HWND control : {history_, input_, send_, as_, people_, invite_}) {
-        SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font_.get()), TRUE);
-    }
-    for (const HWND edit : {history_, input_}) {
-        SendMessageW(edit, EM_EXLIMITTEXT, 0, 0x7FFFFFFE);
-    }
-    SendMessageW(history_, EM_SETUNDOLIMIT, 0, 0);
-    // What other programs put in is never taken for formatted text.
-    SendMessageW(input_, EM_SETTEXTMODE, TM_PLAINTEXT, 0);
-    SendMessageW(people_, LB_SETITEMHEIGHT, 0, px(38));
-    SetWindowSubclass(input_, inputProcedure, 1, reinterpret_cast<DWORD_PTR>(this));
+void ConversationWindow::onClose() {
+    client_.close(conversation_);
 }
 
-void ConversationWindow::arrange() {
-    RECT area{};
-    GetClientRect(handle(), &area);
-    const int gap = px(margin);
-    const int people = area.right > px(430) ? px(people_width) : 0;
-    const int right = std::max<int>(area.right - gap - (people ? people + gap : 0), gap);
-    const int input_top = std::max<int>(area.bottom - gap - px(input_height), 0);
-    const int bar_top = std::max(input_top - gap - px(bar_height), 0);
-    const int history_top = px(band_height) + gap;
-    const int label = px(62);
-    const auto place = [](HWND control, int left, int top, int width, int height) {
-        SetWindowPos(control, nullptr, left, top, std::max(width, 0), std::max(height, 0),
-                     SWP_NOZORDER | SWP_NOACTIVATE);
+bool ConversationWindow::onEscape() {
+    onClose();
+    return true;
+}
+
+ui::Layout ConversationWindow::layout() {
+    using ui::columns, ui::item, ui::rows;
+    const int line = sizeFor(u"X").height;
+    const auto framed = [](ui::Control& text, int height) {
+        return item(text).least(0, height).pad(padding, padding, pixel, padding);
     };
-    const int inset = px(padding);
-    place(history_, gap + inset, history_top + inset, right - gap - inset - 1, bar_top - gap - history_top - 2 * inset);
-    place(as_, gap + label, bar_top, std::min(px(230), right - gap - label), px(240));
-    place(input_, gap + inset, input_top + inset, right - gap - px(send_width) - gap - inset - 1,
-          px(input_height) - 2 * inset);
-    place(send_, right - px(send_width), input_top, px(send_width), px(input_height));
-    ShowWindow(people_, people ? SW_SHOW : SW_HIDE);
-    ShowWindow(invite_, people ? SW_SHOW : SW_HIDE);
-    const int invite_top = std::max<int>(area.bottom - gap - px(invite_height), history_top);
-    place(people_, right + gap + 1, history_top + 1, people - 2, invite_top - gap - history_top - 2);
-    place(invite_, right + gap, invite_top, people, px(invite_height));
-    InvalidateRect(handle(), nullptr, FALSE);
+    ui::Layout texts = rows({framed(History, 4 * line).growing(),
+                             columns({ui::space(sizeFor(u"Type as:").width + 10 * pixel),
+                                      item(TypeAs).least(200 * pixel), ui::stretch()}),
+                             columns({framed(Input, 3 * line).growing(), item(Send).least(74 * pixel)}).gap(margin)})
+                           .gap(margin)
+                           .growing();
+    std::vector<ui::Layout> parts;
+    parts.push_back(std::move(texts));
+    if (People.Visible()) {
+        parts.push_back(
+            rows({item(People).least(people_width - 2 * pixel).pad(pixel).growing(), item(Invite)}).gap(margin));
+    }
+    return rows({ui::space(line * 9 / 4 + 18 * pixel), columns(std::move(parts)).gap(margin).pad(margin).growing()});
 }
 
-void ConversationWindow::paint() {
-    const Painting painting(handle());
-    const HDC dc = painting.dc();
-    RECT band = painting.area();
-    RECT rest = band;
-    band.bottom = rest.top = px(band_height);
-    fillBand(dc, band);
-    fill(dc, rest, color::face);
-    for (const HWND control : {history_, input_, people_}) {
-        if (!IsWindowVisible(control)) {
-            continue;
-        }
-        RECT edge = placeIn(handle(), control);
-        // The scroll bar of a text stands at the frame.
-        const int inset = control == people_ ? 1 : px(padding);
-        edge = {edge.left - inset, edge.top - inset, edge.right + 1, edge.bottom + inset};
-        fill(dc, edge, color::field);
-        const GdiOwner<HBRUSH> brush(CreateSolidBrush(color::line));
-        FrameRect(dc, &edge, brush.get());
+void ConversationWindow::layOut() {
+    const int line = sizeFor(u"X").height;
+    const bool wide = ScaleWidth() > width_for_people;
+    if (wide != People.Visible()) {
+        People.setVisible(wide);
+        Invite.setVisible(wide);
     }
-    std::u16string names;
-    for (const ContactPtr& contact : conversation_->participants()) {
-        names += (names.empty() ? u"" : u", ") + contact->friendly;
-        if (names.size() > 500) {
-            break;
-        }
-    }
-    RECT line = band;
-    line.left += px(margin + 4);
-    line.right -= px(margin);
-    line.top += px(7);
-    line.bottom = line.top + px(22);
-    drawText(dc, title_.get(), color::on_band, names.empty() ? u"Nobody else is here" : names, line,
-             DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS);
-    line.top = line.bottom;
-    line.bottom = band.bottom - px(5);
-    const std::size_t count = conversation_->participants().size();
-    drawText(dc, font_.get(), color::on_band_soft,
-             murmelix::toText(static_cast<long long>(count)) + (count == 1 ? u" participant" : u" participants"), line,
-             DT_SINGLELINE | DT_VCENTER);
-    const RECT combo = placeIn(handle(), as_);
-    const RECT label{px(margin + 2), combo.top, combo.left, combo.bottom};
-    drawText(dc, font_.get(), color::soft_text, u"Type as:", label, DT_SINGLELINE | DT_VCENTER);
+    People.setItemHeight(std::max(38 * pixel, 2 * line));
+    const ui::Size least = layout().needed();
+    setLeastScale(290 * pixel, std::max(least.height, 250 * pixel));
+    ui::fill(*this, layout());
 }
 
-void ConversationWindow::drawParticipant(const DRAWITEMSTRUCT& item) {
-    const auto& all = conversation_->participants();
-    fill(item.hDC, item.rcItem, item.itemState & ODS_SELECTED ? color::chosen : color::field);
-    if (item.itemID >= all.size()) {
-        return;
+void ConversationWindow::paint(ui::Surface& surface) const {
+    const int line = ui::toPixels(sizeFor(u"X").height);
+    const ui::Rect band{0, 0, surface.Width(), line * 9 / 4 + px(18)};
+    surface.Fill({0, 0, surface.Width(), surface.Height()}, colour::face);
+    drawBand(surface, band);
+    for (const auto& [control, inset] :
+         {std::pair<const ui::Control*, int>{&History, padding}, {&Input, padding}, {&People, pixel}}) {
+        if (control->Visible()) {
+            const ui::Rect frame = frameOf(*control, inset);
+            surface.Fill(frame, colour::field);
+            surface.FrameRect(frame, colour::line);
+        }
     }
-    const Contact& contact = *all[item.itemID];
-    RECT place = item.rcItem;
-    const int size = px(26);
-    const RECT avatar{place.left + px(6), place.top + px(6), place.left + px(6) + size, place.top + px(6) + size};
-    drawAvatar(item.hDC, bold_.get(), avatar, contact);
-    place.left = avatar.right + px(8);
-    drawText(item.hDC, font_.get(), color::text, contact.friendly, place, DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS);
-    if (item.itemState & ODS_FOCUS) {
-        DrawFocusRect(item.hDC, &item.rcItem);
+    const std::u16string names = listed(people_, longest_in_band);
+    const std::size_t count = people_.size();
+    ui::Rect place{px(12), px(7), std::max(surface.Width() - px(20), 0), line * 5 / 4 + px(3)};
+    surface.setFontScale(125);
+    surface.setFontBold(true);
+    surface.PrintIn(place, names.empty() ? u"Nobody else is here" : names, colour::on_band);
+    surface.setFontScale(100);
+    surface.setFontBold(false);
+    place.top += place.height;
+    place.height = line + px(3);
+    surface.PrintIn(place,
+                    murmelix::toText(static_cast<long long>(count)) + (count == 1 ? u" participant" : u" participants"),
+                    colour::on_band_soft);
+    const ui::Rect beside_it = pixelsOf(TypeAs.Bounds());
+    int x = px(10);
+    for (const std::u16string_view part : type_as) {
+        surface.setFontUnderline(part.size() == 1);
+        surface.Print(x, beside_it.top + (beside_it.height - surface.TextHeight()) / 2, part, colour::soft_text);
+        x += surface.TextWidth(part);
     }
+    surface.setFontUnderline(false);
+}
+
+void ConversationWindow::People_DrawItem(ui::Surface& surface, int row, const ui::ListBox::Looks& looks) const {
+    surface.Fill({0, 0, surface.Width(), surface.Height()}, looks.selected ? colour::chosen : colour::field);
+    const Contact& contact = *people_.at(static_cast<std::size_t>(row));
+    const int size = surface.Height() - 2 * px(6);
+    drawAvatar(surface, {px(6), px(6), size, size}, contact);
+    const int left = size + px(14);
+    surface.PrintIn({left, 0, std::max(surface.Width() - left, 0), surface.Height()}, contact.friendly, colour::text);
+    if (looks.focused) {
+        surface.FocusRect({0, 0, surface.Width(), surface.Height()});
+    }
+}
+
+int ConversationWindow::rowOf(const Contact& contact) const {
+    const auto found = std::find_if(people_.begin(), people_.end(),
+                                    [&](const ContactPtr& person) { return person.get() == &contact; });
+    return found == people_.end() ? -1 : static_cast<int>(found - people_.begin());
 }
 
 void ConversationWindow::showPeople() {
-    const auto selected = SendMessageW(as_, CB_GETCURSEL, 0, 0);
-    const ContactPtr before = selected >= 0 && static_cast<std::size_t>(selected) < writers_.size()
-                                  ? writers_[static_cast<std::size_t>(selected)]
-                                  : client_.me();
-    writers_.clear();
-    if (client_.me()) {
-        writers_.push_back(client_.me());
+    people_ = conversation_->participants();
+    std::vector<std::u16string> names;
+    for (const ContactPtr& contact : people_) {
+        names.push_back(contact->friendly);
     }
-    std::u16string title;
-    SendMessageW(people_, WM_SETREDRAW, FALSE, 0);
-    SendMessageW(people_, LB_RESETCONTENT, 0, 0);
-    for (const ContactPtr& contact : conversation_->participants()) {
-        writers_.push_back(contact);
-        SendMessageW(people_, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(wide(contact->friendly)));
-        if (title.size() < 200) {
-            title += (title.empty() ? u"" : u", ") + contact->friendly;
-        }
+    People.setItems(names);
+    names.insert(names.begin(), u"Me");
+    TypeAs.setItems(std::move(names));
+    TypeAs.setListIndex(0);
+    showTitle();
+}
+
+void ConversationWindow::showTitle() {
+    const std::u16string names = listed(people_, longest_title);
+    const std::u16string title = (names.empty() ? u"Empty" : names) + u" - Conversation";
+    if (title != Caption()) {
+        setCaption(title);
     }
-    SendMessageW(people_, WM_SETREDRAW, TRUE, 0);
-    SendMessageW(as_, CB_RESETCONTENT, 0, 0);
-    for (const ContactPtr& writer : writers_) {
-        SendMessageW(as_, CB_ADDSTRING, 0,
-                     reinterpret_cast<LPARAM>(wide(writer == client_.me() ? u"Me" : writer->friendly)));
+    Redraw();
+}
+
+void ConversationWindow::onJoined(const ContactPtr& contact) {
+    if (rowOf(*contact) >= 0) {
+        return;
     }
-    const auto chosen = std::find(writers_.begin(), writers_.end(), before);
-    SendMessageW(as_, CB_SETCURSEL, static_cast<WPARAM>(chosen == writers_.end() ? 0 : chosen - writers_.begin()), 0);
-    setWindowText(handle(), (title.empty() ? u"Empty" : title.substr(0, 200)) + u" - Conversation");
-    InvalidateRect(people_, nullptr, TRUE);
-    const RECT band{0, 0, 32000, px(band_height)};
-    InvalidateRect(handle(), &band, FALSE);
+    people_.push_back(contact);
+    People.InsertItem(People.ListCount(), contact->friendly);
+    TypeAs.InsertItem(TypeAs.ListCount(), contact->friendly);
+    showTitle();
+}
+
+void ConversationWindow::onLeft(const Contact& contact) {
+    const int row = rowOf(contact);
+    if (row < 0) {
+        return;
+    }
+    people_.erase(people_.begin() + row);
+    People.RemoveItem(row);
+    TypeAs.RemoveItem(row + 1);
+    if (TypeAs.ListIndex() < 0) {
+        TypeAs.setListIndex(0); // oneself again
+    }
+    showTitle();
+}
+
+void ConversationWindow::looksDifferent(const Contact& contact) {
+    const int row = rowOf(contact);
+    if (row >= 0) {
+        People.setItem(row, contact.friendly);
+        TypeAs.setItem(row + 1, contact.friendly);
+        showTitle();
+    }
 }
 
 std::u16string ConversationWindow::broken(std::u16string_view text) {
     std::u16string lines;
     lines.reserve(text.size());
+    std::size_t blank = 0; // the end of the last one in the line, which is where words part; 0: none
     for (const char16_t unit : text) {
         if (unit == u'\r' || unit == u'\n') {
             line_units_ = 0;
+            blank = 0;
         } else if (++line_units_ > longest_line && (unit & 0xFC00) != 0xDC00) {
-            lines += u"\r\n";
-            line_units_ = 1;
+            const std::size_t at = blank > 0 ? blank : lines.size();
+            line_units_ = lines.size() - at + 1;
+            lines.insert(at, u"\r\n");
+            blank = 0;
         }
         lines += unit;
+        if (unit == u' ') {
+            blank = lines.size();
+        }
     }
     return lines;
 }
@@ -266,7 +297,8 @@ void ConversationWindow::queue(Style style, std::u16string_view added) {
     const std::u16string lines = broken(added);
     std::u16string_view text = lines;
     if (queued_.empty()) {
-        SetTimer(handle(), show_timer, show_delay, nullptr);
+        ShowTimer.setInterval(show_delay);
+        ShowTimer.setEnabled(true);
     }
     while (!text.empty()) {
         std::size_t length = std::min(text.size(), units_at_once);
@@ -279,212 +311,119 @@ void ConversationWindow::queue(Style style, std::u16string_view added) {
     }
 }
 
-void ConversationWindow::showQueued() {
+void ConversationWindow::ShowTimer_Tick() {
     std::size_t units = 0;
-    const bool follow = atEnd(history_);
-    CHARRANGE selection{};
-    SendMessageW(history_, EM_EXGETSEL, 0, reinterpret_cast<LPARAM>(&selection));
-    SendMessageW(history_, WM_SETREDRAW, FALSE, 0);
+    History.BeginUpdate();
     while (!queued_.empty() && units < units_at_once) {
-        units += queued_.front().text.size();
-        append(queued_.front());
+        const Piece& piece = queued_.front();
+        units += piece.text.size();
+        History.Append(piece.text, {.colour = piece.style == Style::message ? colour::text : colour::soft_text,
+                                    .bold = piece.style == Style::name,
+                                    .indent = piece.style == Style::message ? 10 * pixel : 0,
+                                    .space_before = piece.style == Style::name ? 6 * pixel : 0});
         queued_.pop_front();
     }
-    if (selection.cpMin != selection.cpMax) {
-        SendMessageW(history_, EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&selection));
+    History.EndUpdate();
+    if (queued_.empty()) {
+        ShowTimer.setEnabled(false);
+    } else {
+        ShowTimer.setInterval(show_next);
     }
-    SendMessageW(history_, WM_SETREDRAW, TRUE, 0);
-    if (follow) {
-        SendMessageW(history_, WM_VSCROLL, SB_BOTTOM, 0);
-    }
-    RedrawWindow(history_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME);
-    if (!queued_.empty()) {
-        PostMessageW(handle(), show_queued, 0, 0);
-    }
-}
-
-void ConversationWindow::append(const Piece& piece) {
-    CHARRANGE end{0x7FFFFFFE, 0x7FFFFFFE};
-    SendMessageW(history_, EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&end));
-    const CHARFORMAT2W format =
-        formatOf(piece.style == Style::message ? color::text : color::soft_text, piece.style == Style::name);
-    // The line end first: the lines after it take over its indentation.
-    std::u16string_view rest = piece.text;
-    const auto insert = [&](std::u16string_view text) {
-        SendMessageW(history_, EM_SETCHARFORMAT, SCF_SELECTION, reinterpret_cast<LPARAM>(&format));
-        SendMessageW(history_, EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(wide(shown(text))));
-    };
-    if (rest.starts_with(u"\r\n")) {
-        insert(u"\r\n");
-        rest.remove_prefix(2);
-        setParagraph(history_, piece.style == Style::message ? px(10) : 0, piece.style == Style::name ? px(6) : 0);
-    }
-    insert(rest);
 }
 
 void ConversationWindow::changed(const Change& change) {
+    const bool here = change.conversation == conversation_;
     switch (change.kind) {
     case Change::Kind::said:
-        if (change.conversation == conversation_) {
+        if (here) {
             name_units_ = change.contact->friendly.size() + std::u16string_view(u"\r\n says:").size();
         }
         break;
     case Change::Kind::text_appended:
-        if (change.conversation == conversation_) {
+        if (here) {
             queue(Style::name, change.text.substr(0, name_units_));
             queue(Style::message, change.text.substr(std::min(name_units_, change.text.size())));
             name_units_ = 0;
         }
         break;
     case Change::Kind::window_joined:
+        if (here) {
+            onJoined(change.contact);
+        }
+        break;
     case Change::Kind::window_left:
-        if (change.conversation == conversation_) {
-            showPeople();
+        if (here) {
+            onLeft(*change.contact);
         }
         break;
     case Change::Kind::contact_renamed:
     case Change::Kind::contact_status:
-        if (conversation_->has(*change.contact)) {
-            showPeople();
-        }
-        break;
-    case Change::Kind::my_name:
-        showPeople();
+        looksDifferent(*change.contact);
         break;
     default:
         break;
     }
 }
 
-void ConversationWindow::send() {
-    const auto selected = static_cast<std::size_t>(SendMessageW(as_, CB_GETCURSEL, 0, 0));
-    if (selected >= writers_.size()) {
-        return;
+bool ConversationWindow::Input_KeyPress(const ui::Shortcut& key) {
+    if (key.key != ui::Key::enter) {
+        return false;
     }
-    const std::u16string text = windowText(input_);
-    SetWindowTextW(input_, L"");
-    client_.say(conversation_, writers_[selected], text);
+    if (key.shift & ui::shift_key) {
+        Input.setSelText(u"\r\n");
+    } else {
+        Send_Click();
+    }
+    return true;
 }
 
-void ConversationWindow::chooseGuest() {
-    guests_.clear();
-    const HMENU menu = CreatePopupMenu();
+void ConversationWindow::Send_Click() {
+    const int writer = TypeAs.ListIndex();
+    if (writer < 0 || !client_.me()) {
+        return;
+    }
+    const ContactPtr contact = writer == 0 ? client_.me() : people_.at(static_cast<std::size_t>(writer) - 1);
+    const std::u16string text = Input.Text();
+    Input.setText(u"");
+    client_.say(conversation_, contact, text);
+}
+
+void ConversationWindow::Guests_Popup() {
+    Guests.Clear();
+    bool somebody_away = false;
+    std::size_t count = 0;
     for (const ContactPtr& contact : client_.contacts()) {
-        if (conversation_->has(*contact) || guests_.size() == most_guests) {
+        if (count == most_guests) {
+            break;
+        }
+        if (conversation_->has(*contact)) {
             continue;
         }
-        const std::u16string name = murmelix::replaceAll(contact->friendly.substr(0, 60), u"&", u"&&");
-        AppendMenuW(menu, MF_STRING, static_cast<UINT_PTR>(id_guest) + guests_.size(), wide(name));
-        guests_.push_back(contact);
+        if (contact->status == Status::offline) {
+            somebody_away = true;
+            continue;
+        }
+        const std::u16string name = contact->friendly.substr(0, longest_in_menu);
+        Guests.AddItem(murmelix::replaceAll(name, u"&", u"&&"),
+                       [this, contact] { client_.join(conversation_, ContactPtr(contact)); });
+        ++count;
     }
-    if (guests_.empty()) {
-        AppendMenuW(menu, MF_STRING | MF_GRAYED, 0, L"Everybody of your list is here");
-    }
-    RECT button{};
-    GetWindowRect(invite_, &button);
-    TrackPopupMenu(menu, TPM_LEFTALIGN | TPM_BOTTOMALIGN, button.left, button.top, 0, handle(), nullptr);
-    DestroyMenu(menu);
-}
-
-void ConversationWindow::removeParticipant() {
-    const LRESULT row = SendMessageW(people_, LB_GETCURSEL, 0, 0);
-    if (row >= 0 && static_cast<std::size_t>(row) < conversation_->participants().size()) {
-        client_.leave(conversation_, ContactPtr(conversation_->participants()[static_cast<std::size_t>(row)]));
+    if (count == 0) {
+        Guests.AddItem(somebody_away ? u"Nobody else of your list is online" : u"Everybody of your list is here")
+            .setEnabled(false);
     }
 }
 
-void ConversationWindow::participantMenu(POINT at) {
-    POINT inside = at;
-    ScreenToClient(people_, &inside);
-    if (at.x == -1 && at.y == -1) { // by the keyboard
-        GetCursorPos(&at);
-    } else if (const LRESULT row = SendMessageW(people_, LB_ITEMFROMPOINT, 0, MAKELPARAM(inside.x, inside.y));
-               HIWORD(row) == 0) {
-        SendMessageW(people_, LB_SETCURSEL, LOWORD(row), 0);
+void ConversationWindow::People_ContextMenu() {
+    if (People.ListIndex() >= 0) {
+        PopupMenu(Person);
     }
-    if (SendMessageW(people_, LB_GETCURSEL, 0, 0) < 0) {
-        return;
-    }
-    const HMENU menu = CreatePopupMenu();
-    AppendMenuW(menu, MF_STRING, id_leave, L"&Leaves the conversation");
-    TrackPopupMenu(menu, TPM_LEFTALIGN, at.x, at.y, 0, handle(), nullptr);
-    DestroyMenu(menu);
 }
 
-LRESULT CALLBACK ConversationWindow::inputProcedure(HWND input, UINT message, WPARAM wparam, LPARAM lparam, UINT_PTR,
-                                                    DWORD_PTR self) {
-    if (message == WM_GETDLGCODE) {
-        return DLGC_WANTARROWS | DLGC_WANTCHARS | DLGC_HASSETSEL;
-    }
-    if (message == WM_KEYDOWN && wparam == VK_RETURN) {
-        if (GetKeyState(VK_SHIFT) < 0) {
-            SendMessageW(input, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(L"\r\n"));
-        } else {
-            PostMessageW(reinterpret_cast<ConversationWindow*>(self)->handle(), WM_COMMAND,
-                         MAKEWPARAM(id_send, BN_CLICKED), 0);
-        }
-        return 0;
-    }
-    if (message == WM_CHAR && wparam == L'\r') {
-        return 0;
-    }
-    return DefSubclassProc(input, message, wparam, lparam);
-}
-
-LRESULT ConversationWindow::message(UINT message, WPARAM wparam, LPARAM lparam) {
-    switch (message) {
-    case WM_SIZE:
-        if (people_) {
-            arrange();
-        }
-        return 0;
-    case WM_GETMINMAXINFO:
-        reinterpret_cast<MINMAXINFO*>(lparam)->ptMinTrackSize = {px(300), px(280)};
-        return 0;
-    case WM_ERASEBKGND:
-        return 1;
-    case WM_PAINT:
-        paint();
-        return 0;
-    case WM_DRAWITEM:
-        drawParticipant(*reinterpret_cast<const DRAWITEMSTRUCT*>(lparam));
-        return TRUE;
-    case WM_SETFOCUS:
-        SetFocus(input_);
-        return 0;
-    case DM_GETDEFID:
-        return MAKELRESULT(GetFocus() == invite_ ? id_invite : id_send, DC_HASDEFID);
-    case WM_COMMAND:
-        if (LOWORD(wparam) == id_send && HIWORD(wparam) == BN_CLICKED) {
-            send();
-        } else if (LOWORD(wparam) == IDCANCEL) {
-            PostMessageW(handle(), WM_CLOSE, 0, 0);
-        } else if (LOWORD(wparam) == id_invite && HIWORD(wparam) == BN_CLICKED) {
-            chooseGuest();
-        } else if (LOWORD(wparam) == id_leave) {
-            removeParticipant();
-        } else if (LOWORD(wparam) >= id_guest && LOWORD(wparam) - id_guest < static_cast<int>(guests_.size())) {
-            client_.join(conversation_, ContactPtr(guests_[static_cast<std::size_t>(LOWORD(wparam) - id_guest)]));
-        }
-        return 0;
-    case WM_CONTEXTMENU:
-        if (reinterpret_cast<HWND>(wparam) != people_) {
-            return defaultMessage(message, wparam, lparam);
-        }
-        participantMenu({GET_X_LPARAM(lparam), GET_Y_LPARAM(lparam)});
-        return 0;
-    case WM_TIMER:
-        KillTimer(handle(), wparam);
-        showQueued();
-        return 0;
-    case show_queued:
-        showQueued();
-        return 0;
-    case WM_CLOSE:
-        client_.close(conversation_);
-        return 0;
-    default:
-        return defaultMessage(message, wparam, lparam);
+void ConversationWindow::Leaves_Click() {
+    const int row = People.ListIndex();
+    if (row >= 0) {
+        client_.leave(conversation_, ContactPtr(people_.at(static_cast<std::size_t>(row))));
     }
 }
 

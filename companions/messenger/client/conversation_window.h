@@ -4,21 +4,53 @@
 #pragma once
 
 #include <deque>
+#include <optional>
 #include <vector>
 
-#include "companions/messenger/client/window.h"
+#include "companions/messenger/chat/client.h"
+#include "companions/messenger/client/looks.h"
+#include "ui/button.h"
+#include "ui/drop_down_list.h"
+#include "ui/form.h"
+#include "ui/layout.h"
+#include "ui/list_box.h"
+#include "ui/rich_text_box.h"
+#include "ui/timer.h"
 
 namespace messenger_client {
 
-inline constexpr wchar_t conversation_class[] = L"MessengerClientConversation";
+inline constexpr char16_t conversation_class[] = u"MessengerClientConversation";
 
-class ConversationWindow final : public Window {
+// Sides that were asked for; pixels of the screen.
+struct WantedPlace {
+    std::optional<int> left, top, width, height;
+};
+// Where the window that is opened when there are `others` stands, in pixels: beside the main window, below what a
+// character and its balloon take above it where the screen has so much, and beside the window before it.
+ui::Rect placeOfConversation(const ui::Rect& work_area, std::size_t others, const WantedPlace& wanted);
+
+class ConversationWindow final : public ui::Form {
   public:
-    ConversationWindow(Client& client, ConversationPtr conversation, const RECT& place);
+    ConversationWindow(Client& client, ConversationPtr conversation, const ui::Rect& place);
 
     const ConversationPtr& conversation() const { return conversation_; }
     // Follows a change of the client.
     void changed(const Change& change);
+
+    ui::RichTextBox History{*this, ui::RichTextBox::Use::show};
+    ui::RichTextBox Input{*this, ui::RichTextBox::Use::edit};
+    ui::Button Send{*this, u"&Send"};
+    ui::DropDownList TypeAs{*this};
+    ui::ListBox People{*this};
+    ui::Button Invite{*this, u"&Invite"};
+    ui::Menu Guests{*this};
+    ui::Menu Person{*this};
+    ui::MenuItem Leaves{Person, u"&Leaves the conversation"};
+    ui::Timer ShowTimer;
+
+    void onClose() override;
+    bool onEscape() override;
+    void layOut() override;
 
   private:
     enum class Style { notice, name, message };
@@ -27,40 +59,32 @@ class ConversationWindow final : public Window {
         std::u16string text;
     };
 
-    LRESULT message(UINT message, WPARAM wparam, LPARAM lparam) override;
-    void build();
-    void arrange();
-    void paint();
-    void drawParticipant(const DRAWITEMSTRUCT& item);
+    bool Input_KeyPress(const ui::Shortcut& key);
+    void Send_Click();
+    void Guests_Popup();
+    void Leaves_Click();
+    void People_ContextMenu();
+    void People_DrawItem(ui::Surface& surface, int row, const ui::ListBox::Looks& looks) const;
+    void ShowTimer_Tick();
+
+    ui::Layout layout();
+    void paint(ui::Surface& surface) const;
     void showPeople();
+    void showTitle();
+    void onJoined(const ContactPtr& contact);
+    void onLeft(const Contact& contact);
+    void looksDifferent(const Contact& contact);
+    int rowOf(const Contact& contact) const;
     // With over-long lines parted.
     std::u16string broken(std::u16string_view text);
     void queue(Style style, std::u16string_view added);
-    void showQueued();
-    void append(const Piece& piece);
-    void send();
-    // Menus: who is in the list and not in here; what can be done with a participant.
-    void chooseGuest();
-    void participantMenu(POINT at);
-    void removeParticipant();
-    static LRESULT CALLBACK inputProcedure(HWND, UINT, WPARAM, LPARAM, UINT_PTR, DWORD_PTR);
 
     Client& client_;
     ConversationPtr conversation_;
-    FontOwner font_ = systemFont();
-    FontOwner bold_ = systemFont(100, FW_BOLD);
-    FontOwner title_ = systemFont(125, FW_BOLD);
-    HWND history_ = nullptr;
-    HWND input_ = nullptr;
-    HWND send_ = nullptr;
-    HWND as_ = nullptr;
-    HWND people_ = nullptr;
-    HWND invite_ = nullptr;
-    std::vector<ContactPtr> writers_; // the entries of the drop-down
-    std::vector<ContactPtr> guests_;  // the entries of the menu of the button "&Invite"
-    std::deque<Piece> queued_;        // text of the history that is not shown yet
-    std::size_t line_units_ = 0;      // of the last line shown
-    std::size_t name_units_ = 0;      // of the next text: the name before a message
+    std::vector<ContactPtr> people_; // the rows of the list; below oneself the entries of the drop-down
+    std::deque<Piece> queued_;       // text of the history that is not shown yet
+    std::size_t line_units_ = 0;     // of the last line shown
+    std::size_t name_units_ = 0;     // of the next text: the name before a message
 };
 
 } // namespace messenger_client

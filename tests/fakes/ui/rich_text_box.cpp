@@ -17,6 +17,10 @@ std::u16string richText(Handle box) {
     return fakes::screen().texts[box];
 }
 
+void replaceSelection(Handle box, const std::u16string& text) {
+    fakes::screen().texts[box] += text;
+}
+
 void appendRich(Handle box, std::u16string_view text, const RichTextBox::Looks& looks) {
     fakes::screen().texts[box] += text;
     fakes::screen().runs[box].push_back({std::u16string(text), looks});

@@ -44,6 +44,15 @@ std::vector<Drawing> drawn(const ui::Button& button, int width, int height, cons
     return surface.impl().drawings;
 }
 
+std::vector<Drawing> drawn(const ui::Form& form) {
+    const ui::Rect& inside = screen().bounds[form.handle()];
+    ui::Surface surface;
+    surface.impl().width = inside.width;
+    surface.impl().height = inside.height;
+    ui::raise<ui::Surface&>(form.Paint, surface);
+    return surface.impl().drawings;
+}
+
 } // namespace fakes
 
 namespace ui {

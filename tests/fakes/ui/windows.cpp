@@ -79,6 +79,7 @@ bool pick(ui::DropDownList& list, int index) {
         return false;
     }
     list.onPick(index);
+    ui::raise(list.Chosen);
     return true;
 }
 
@@ -183,6 +184,10 @@ double twipsPerPixel() {
     return fakes::screen().twips_per_pixel;
 }
 
+Rect workArea() {
+    return fakes::screen().work_area;
+}
+
 int runMessageLoop() {
     fakes::runPosted();
     return fakes::screen().quit.value_or(0);
@@ -223,6 +228,7 @@ void destroy(Handle control) {
     fakes::screen().bounds.erase(control);
     fakes::screen().controls.erase(control);
     fakes::screen().texts.erase(control);
+    fakes::screen().selected.erase(control);
     fakes::screen().runs.erase(control);
     if (fakes::screen().focus == control) {
         fakes::screen().focus = 0;

@@ -61,6 +61,8 @@ struct Screen {
     std::map<std::uintptr_t, ui::Control*> controls;  // by handle
     std::uintptr_t focus = 0;                         // the handle of what has the keyboard
     std::map<std::uintptr_t, std::u16string> texts;   // of rich-text boxes
+    std::map<std::uintptr_t, int> selected;           // entries of drop-down lists
+    ui::Rect work_area{0, 0, 1024, 768};              // pixels
     std::map<std::uintptr_t, std::vector<Run>> runs;  // of rich-text boxes, in order
     std::map<std::uintptr_t, ui::Form::State> states; // of forms that are not normal
     std::vector<std::uintptr_t> activated;            // forms, in order
@@ -119,5 +121,7 @@ void runPosted();
 std::vector<Drawing> drawn(const ui::ListBox& list, int index, int width, int height,
                            const ui::ListBox::Looks& looks = {});
 std::vector<Drawing> drawn(const ui::Button& button, int width, int height, const ui::Button::Looks& looks = {});
+// What a form draws behind its controls.
+std::vector<Drawing> drawn(const ui::Form& form);
 
 } // namespace murmelix::fakes

@@ -35,6 +35,38 @@ TEST_F(ControlsTest, ListKeepsItsSelectionWhereRowsComeAndGo) {
     EXPECT_EQ(list.ListIndex(), -1);
 }
 
+TEST_F(ControlsTest, DropDownListKeepsItsSelectionWhereEntriesComeAndGo) {
+    DropDownList list(form);
+    list.setItems({u"a", u"b", u"c"});
+    list.InsertItem(0, u"first");
+    EXPECT_EQ(list.ListIndex(), -1);
+    list.setListIndex(2);
+    list.InsertItem(1, u"before");
+    EXPECT_EQ(list.Text(), u"b");
+    list.InsertItem(99, u"last");
+    list.RemoveItem(0);
+    EXPECT_EQ(list.Text(), u"b");
+    list.setItem(list.ListIndex(), u"B");
+    EXPECT_EQ(list.Text(), u"B");
+    list.RemoveItem(list.ListCount() - 1);
+    list.RemoveItem(99);
+    EXPECT_EQ(list.Text(), u"B");
+    list.RemoveItem(list.ListIndex());
+    EXPECT_EQ(list.ListIndex(), -1);
+    EXPECT_EQ(list.ListCount(), 3);
+}
+
+TEST_F(ControlsTest, DropDownListTellsWhenItsUserHasChosen) {
+    DropDownList list(form);
+    list.setItems({u"a", u"b"});
+    std::u16string chosen;
+    list.Chosen = [&] { chosen += list.Text(); };
+    list.setListIndex(0);
+    EXPECT_EQ(chosen, u"");
+    EXPECT_TRUE(fakes::pick(list, 1));
+    EXPECT_EQ(chosen, u"b");
+}
+
 TEST_F(ControlsTest, ListTakesNoPositionThatIsNotThere) {
     ListBox list(form);
     list.InsertItem(7, u"a");

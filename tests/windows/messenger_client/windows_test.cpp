@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <utility>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -181,6 +182,83 @@ TEST_F(Windows, TheirPartsStayInsideAtEverySize) {
         }
         EXPECT_GE(places.size(), 4U);
     }
+}
+
+TEST_F(Windows, ControlsOfAResizedOneShowThemselvesAlone) {
+    const auto resize = [&](int width, int height) {
+        SetWindowPos(window, HWND_TOPMOST, 20, 20, width, height, SWP_NOACTIVATE);
+    };
+    const auto look = [&] {
+        std::vector<std::vector<std::uint32_t>> pictures;
+        for (const HWND control : {send, as, FindWindowExA(window, nullptr, "ListBox", nullptr),
+                                   FindWindowExA(window, nullptr, "Button", "&Invite")}) {
+            if (!IsWindowVisible(control)) { // of a window that is too narrow for it
+                continue;
+            }
+            RECT place{};
+            GetWindowRect(control, &place);
+            pictures.push_back(murmelix::test::desktop(place).pixels);
+        }
+        return pictures;
+    };
+    resize(560, 480);
+    auto before = look();
+    ASSERT_TRUE(pumpUntil([&] { return std::exchange(before, look()) == before; }));
+    for (const auto& [width, height] : {std::pair{900, 700}, {440, 330}, {1100, 400}, {470, 800}, {560, 480}}) {
+        resize(width, height);
+    }
+    EXPECT_TRUE(pumpUntil([&] { return look() == before; }));
+}
+
+TEST_F(Windows, AResizedHistoryStaysWhereItIsRead) {
+    for (int i = 0; i < 40; ++i) {
+        ASSERT_EQ(
+            client.command("say ann@x a longer message that takes more than one line of a narrow window, number " +
+                           std::to_string(i)),
+            1);
+    }
+    ASSERT_TRUE(pumpUntil([&] { return shown(history) == text(); }));
+    const auto first = [&] { return SendMessageW(history, EM_GETFIRSTVISIBLELINE, 0, 0); };
+    const auto first_character = [&] { return SendMessageW(history, EM_LINEINDEX, static_cast<WPARAM>(first()), 0); };
+    const auto resize = [&](int width) {
+        SetWindowPos(window, nullptr, 20, 20, width, 480, SWP_NOZORDER | SWP_NOACTIVATE);
+    };
+    for (const int width : {440, 900}) {
+        resize(width);
+        const LRESULT end = first();
+        SendMessageW(history, WM_VSCROLL, SB_BOTTOM, 0);
+        EXPECT_EQ(first(), end) << "the end stays in sight";
+        EXPECT_GT(end, 0);
+    }
+    SendMessageW(history, WM_VSCROLL, SB_TOP, 0);
+    SendMessageW(history, WM_VSCROLL, SB_PAGEDOWN, 0);
+    const LRESULT read = first_character();
+    ASSERT_GT(read, 0);
+    resize(440);
+    EXPECT_LE(first_character(), read);
+    EXPECT_GT(SendMessageW(history, EM_LINEINDEX, static_cast<WPARAM>(first() + 1), 0), read);
+    resize(900);
+    EXPECT_LE(first_character(), read);
+    EXPECT_GT(SendMessageW(history, EM_LINEINDEX, static_cast<WPARAM>(first() + 2), 0), read);
+}
+
+TEST_F(Windows, WhatIsTypedAfterChoosingAWriterGoesToTheInput) {
+    const auto focus = [&] {
+        GUITHREADINFO thread{};
+        thread.cbSize = sizeof thread;
+        GetGUIThreadInfo(GetWindowThreadProcessId(window, nullptr), &thread);
+        return thread.hwndFocus;
+    };
+    SetForegroundWindow(window);
+    ASSERT_TRUE(pumpUntil([&] { return focus() == input; })) << "at first";
+    PostMessageW(input, WM_KEYDOWN, VK_TAB, 0);
+    PostMessageW(send, WM_KEYDOWN, VK_TAB, 0);
+    ASSERT_TRUE(pumpUntil([&] { return focus() == as; }));
+    SendMessageW(as, CB_SHOWDROPDOWN, TRUE, 0);
+    PostMessageW(as, WM_KEYDOWN, VK_DOWN, 0);
+    PostMessageW(as, WM_KEYDOWN, VK_RETURN, 0);
+    EXPECT_TRUE(pumpUntil([&] { return focus() == input; }));
+    EXPECT_EQ(SendMessageW(as, CB_GETCURSEL, 0, 0), 1);
 }
 
 TEST_F(Windows, ClosingOneEndsTheConversation) {
