@@ -9,6 +9,7 @@ namespace murmelix::platform {
 inline constexpr int mb_ok = 0;
 inline constexpr int mb_yes_no = 4;
 inline constexpr int mb_critical = 16;
+inline constexpr int mb_question = 32;
 inline constexpr int mb_information = 64;
 inline constexpr int answer_ok = 1;
 inline constexpr int answer_yes = 6;

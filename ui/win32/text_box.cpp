@@ -13,7 +13,8 @@ class TextBoxWindow final : public ControlWindow {
     TextBoxWindow(Control& box, HWND parent, const std::u16string& text)
         : ControlWindow(box, {L"EDIT", ES_AUTOHSCROLL | WS_TABSTOP, WS_EX_CLIENTEDGE}, parent, text) {}
 
-    Size room() const override { return {scaled(12), scaled(7)}; }
+    // The system shows the text at the top of the inside: more height than the border takes would show it too high.
+    Size room() const override { return {scaled(12), 2 * GetSystemMetrics(SM_CYEDGE) + 3}; }
 
     void onCommand(UINT code) override {
         switch (code) {

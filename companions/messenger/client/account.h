@@ -1,6 +1,8 @@
 // What is remembered on this computer.
 #pragma once
 
+#include <optional>
+
 #include "companions/messenger/chat/accounts.h"
 
 namespace messenger_client {
@@ -11,8 +13,17 @@ namespace messenger_client {
 void loadAccounts(Accounts& accounts);
 void storeAccounts(const Accounts& accounts);
 
-// The value KeepRunning (REG_DWORD): closing the main window hides it.
+// The value KeepRunning (REG_DWORD): closing the main window hides it, as it does until somebody decides otherwise.
 bool keepsRunning();
 void keepRunning(bool keep);
+
+// Where the main window was, with its border; twips. The value Place (REG_MULTI_SZ): its four numbers.
+struct WindowPlace {
+    int left, top, width, height;
+    bool operator==(const WindowPlace&) const = default;
+};
+// Nothing where none is known, or what is stored is no place that a window can have.
+std::optional<WindowPlace> lastPlace();
+void keepPlace(const WindowPlace& place);
 
 } // namespace messenger_client

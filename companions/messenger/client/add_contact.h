@@ -3,29 +3,40 @@
 
 #include <functional>
 #include <string>
+#include <string_view>
 
-#include "companions/messenger/client/window.h"
+#include "ui/button.h"
+#include "ui/form.h"
+#include "ui/label.h"
+#include "ui/text_box.h"
 
 namespace messenger_client {
 
-class AddContactWindow final : public Window {
+namespace ui = murmelix::ui;
+
+class AddContactFrm final : public ui::Form {
   public:
     // What keeps the contact from being added, for people; empty where it was.
     using Add = std::function<std::u16string_view(const std::u16string& signin, const std::u16string& friendly)>;
 
-    AddContactWindow(HWND owner, Add add);
-    void show();
+    AddContactFrm(ui::Form& owner, Add add);
+    // Empty, beside its owner.
+    void Ask();
+    void onClose() override { Hide(); }
+    void layOut() override;
+
+    ui::Label NameLbl{*this, u"Sign-in &name"};
+    ui::TextBox NameTxt{*this, u""};
+    ui::Label FriendlyLbl{*this, u"N&ame in the list"};
+    ui::TextBox FriendlyTxt{*this, u""};
+    ui::Label FaultLbl{*this, u""};
+    ui::Button AddButt{*this, u"A&dd"};
+    ui::Button CancelButt{*this, u"Cancel"};
 
   private:
-    LRESULT message(UINT message, WPARAM wparam, LPARAM lparam) override;
-    void arrange();
-    void add();
-    void close();
-    HWND of(int id) const { return GetDlgItem(handle(), id); }
+    void AddButt_Click();
 
-    HWND owner_;
     Add add_;
-    FontOwner font_ = systemFont();
 };
 
 } // namespace messenger_client

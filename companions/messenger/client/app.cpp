@@ -8,9 +8,10 @@
 #include "common/text.h"
 #include "companions/messenger/client/account.h"
 #include "platform/clock.h"
+#include "platform/message_box.h"
 #include "platform/process.h"
+#include "platform/window.h"
 #include "ui/screen.h"
-#include "ui/win32/windows.h"
 
 namespace messenger_client {
 
@@ -37,63 +38,64 @@ std::optional<std::string> contentsOf(const std::u16string& file) {
     return in.eof() ? std::optional(std::move(contents)) : std::nullopt;
 }
 
-void complain(HWND owner, const std::u16string& text) {
-    MessageBoxW(owner, murmelix::com::wide(text), L"Messenger", MB_ICONERROR);
+void complain(const std::u16string& text) {
+    murmelix::platform::messageBox(text, murmelix::platform::mb_critical, u"Messenger");
 }
 
 } // namespace
 
 App::App(Switches switches)
     : switches_(std::move(switches)), log_(murmelix::platform::microseconds),
-      session_(
-          client_, switches_,
-          {.microseconds = murmelix::platform::microseconds,
-           .untouched =
-               [this] {
-                   return last_input_.since(murmelix::platform::milliseconds(), murmelix::platform::lastInput());
-               },
-           .set_timer = [this](Session::Clock clock, unsigned milliseconds) { main_.setTick(clock, milliseconds); },
-           .store = storeAccounts,
-           .accounts_changed = [this] { main_.accountsChanged(); },
-           .signing_in = [this](const std::u16string& signin,
-                                const std::u16string& friendly) { main_.setSigningIn(signin, friendly); },
-           .ask_other_account =
-               [this] {
-                   main_.proposeNobody();
-                   main_.askSignIn();
-               },
-           .replayed =
-               [this] {
-                   log_.write("done", {}, {});
-                   if (switches_.exit_when_done) {
-                       quit();
-                   }
-               },
-           .unused =
-               [this] {
-                   if (isUnused()) {
-                       quit();
-                   }
-               }}),
-      main_(client_, {.sign_in = [this](const SignInRequest& request) { session_.signIn(request); },
-                      .forget =
-                          [this](const std::u16string& signin) {
-                              client_.accounts().forget(signin);
-                              session_.accountsChanged();
-                          },
-                      .switch_to = [this](const std::u16string& signin) { session_.switchTo(signin); },
-                      .command =
-                          [this](std::string_view line) {
-                              const Result result = control_.execute(line);
-                              session_.schedule();
-                              return static_cast<LRESULT>(result);
-                          },
-                      .tick = [this](Session::Clock clock) { session_.tick(clock); },
-                      .user_acts = [this] { user_acted_ = true; },
-                      .quit = [this] { quit(); }}),
+      session_(client_, switches_,
+               {.microseconds = murmelix::platform::microseconds,
+                .untouched =
+                    [this] {
+                        return last_input_.since(murmelix::platform::milliseconds(), murmelix::platform::lastInput());
+                    },
+                .set_timer = [this](Session::Clock clock, unsigned milliseconds) { setTick(clock, milliseconds); },
+                .store = storeAccounts,
+                .accounts_changed = [this] { main_.accountsChanged(); },
+                .signing_in = [this](const std::u16string& signin,
+                                     const std::u16string& friendly) { main_.setSigningIn(signin, friendly); },
+                .ask_other_account =
+                    [this] {
+                        main_.proposeNobody();
+                        main_.askSignIn();
+                    },
+                .replayed =
+                    [this] {
+                        log_.write("done", {}, {});
+                        if (switches_.exit_when_done) {
+                            quit();
+                        }
+                    },
+                .unused =
+                    [this] {
+                        if (isUnused()) {
+                            quit();
+                        }
+                    }}),
+      main_(client_,
+            {.sign_in = [this](const SignInRequest& request) { session_.signIn(request); },
+             .forget =
+                 [this](const std::u16string& signin) {
+                     client_.accounts().forget(signin);
+                     session_.accountsChanged();
+                 },
+             .switch_to = [this](const std::u16string& signin) { session_.switchTo(signin); },
+             .bring_up =
+                 [](const Conversation& conversation) { murmelix::platform::bringWindowUp(conversation.window()); },
+             .command =
+                 [this](std::string_view line) {
+                     const Result result = control_.execute(line);
+                     session_.schedule();
+                     return static_cast<std::intptr_t>(result);
+                 },
+             .user_acts = [this] { user_acted_ = true; },
+             .quit = [this] { quit(); }}),
       automation_(client_, faults_,
-                  {.main_window = [this] { return reinterpret_cast<std::intptr_t>(main_.handle()); },
-                   .show_main_window = [this] { main_.show(); },
+                  {.main_window = [this] { return static_cast<std::intptr_t>(main_.handle()); },
+                   .show_main_window = [this] { main_.BringUp(); },
                    .ask_sign_in = [this] { main_.askSignIn(); },
                    .sign_in = [this](const std::u16string& signin) { session_.connect(signin, {}); },
                    .auto_sign_in = [this] { session_.signInAutomatically(); },
@@ -115,41 +117,43 @@ App::App(Switches switches)
     if (switches_.orders) {
         control_.takeOrders();
     }
+    for (const Session::Clock clock : {Session::Clock::replay, Session::Clock::sign_in, Session::Clock::idle}) {
+        timerOf(clock).Tick = [this, clock] {
+            timerOf(clock).setEnabled(false);
+            session_.tick(clock);
+        };
+    }
     client_.listen([this](const Change& change) { changed(change); });
+}
+
+void App::setTick(Session::Clock clock, unsigned milliseconds) {
+    if (clock == Session::Clock::soon) {
+        return ui::post([this] { session_.tick(Session::Clock::soon); });
+    }
+    ui::Timer& timer = timerOf(clock);
+    timer.setInterval(static_cast<int>(milliseconds));
+    timer.setEnabled(true);
 }
 
 int App::run() {
     murmelix::com::Served::onAliveChanged([this](long) { clientsChanged(); });
     start();
-    MSG message;
-    while (GetMessageW(&message, nullptr, 0, 0) > 0) {
-        const HWND root = GetAncestor(message.hwnd, GA_ROOT);
-        if (root == main_.handle() && TranslateAcceleratorW(root, main_.accelerators(), &message)) {
-            continue;
-        }
-        const bool form = std::any_of(windows_.begin(), windows_.end(), [&](const auto& window) {
-            return reinterpret_cast<HWND>(window->handle()) == root;
-        });
-        if (root && !form && IsDialogMessageW(root, &message)) {
-            continue;
-        }
-        murmelix::ui::win32::dispatch(message);
-    }
+    const int status = ui::runMessageLoop();
     murmelix::com::Served::onAliveChanged(nullptr);
-    return static_cast<int>(message.wParam);
+    return status;
 }
 
 void App::start() {
     if (!switches_.log.empty() && !log_.open(pathOf(switches_.log))) {
-        complain(nullptr, u"The log cannot be written: " + switches_.log);
+        complain(u"The log cannot be written: " + switches_.log);
     }
     loadAccounts(client_.accounts());
     main_.accountsChanged();
     main_.propose({});
-    ShowWindow(main_.handle(), switches_.embedding ? SW_SHOWNOACTIVATE : SW_SHOW);
+    switches_.embedding ? main_.ShowInactive() : main_.Show();
     session_.start();
     if (!switches_.conversation.empty() && !startConversation()) {
-        complain(main_.handle(), u"The chat log cannot be read: " + switches_.conversation);
+        complain(u"The chat log cannot be read: " + switches_.conversation);
     }
     automation_.offer();
     log_.write("offered", {}, {});
@@ -157,11 +161,11 @@ void App::start() {
 
 bool App::doWithWindow(std::u16string_view deed) {
     if (deed == u"hide") {
-        main_.hide();
+        main_.PutAway();
     } else if (deed == u"show") {
-        main_.show();
+        main_.BringUp();
     } else if (deed == u"minimise") {
-        ShowWindow(main_.handle(), SW_MINIMIZE);
+        main_.setWindowState(ui::Form::State::minimized);
     } else {
         return false;
     }
@@ -220,7 +224,7 @@ void App::quit() {
     session_.keep();
     client_.shutDown();
     automation_.close();
-    PostQuitMessage(0);
+    ui::quitMessageLoop();
 }
 
 } // namespace messenger_client

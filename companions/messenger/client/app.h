@@ -1,6 +1,7 @@
 // The client as a whole: what it knows, its windows, its automation, the replay of a chat log.
 #pragma once
 
+#include <array>
 #include <memory>
 #include <vector>
 
@@ -12,6 +13,7 @@
 #include "companions/messenger/chat/switches.h"
 #include "companions/messenger/client/conversation_window.h"
 #include "companions/messenger/client/main_window.h"
+#include "ui/timer.h"
 
 namespace messenger_client {
 
@@ -30,12 +32,16 @@ class App {
     bool isUnused() const;
     void clientsChanged();
     void quit();
+    // `milliseconds` from now; again for another time.
+    void setTick(Session::Clock clock, unsigned milliseconds);
+    ui::Timer& timerOf(Session::Clock clock) { return timers_.at(static_cast<std::size_t>(clock) - 1); }
 
     Switches switches_;
     Client client_;
     LastInput last_input_;
     Faults faults_;
     EventLog log_;
+    std::array<ui::Timer, 3> timers_{ui::Timer{1}, ui::Timer{1}, ui::Timer{1}};
     Session session_;
     MainWindow main_;
     Automation automation_;

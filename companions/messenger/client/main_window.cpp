@@ -1,118 +1,36 @@
 #include "companions/messenger/client/main_window.h"
 
 #include <algorithm>
-#include <array>
+#include <utility>
 
-#include <windowsx.h>
-
-#include "common/com/handles.h"
 #include "common/text.h"
 #include "companions/messenger/chat/control.h"
 #include "companions/messenger/client/account.h"
+#include "companions/messenger/client/looks.h"
+#include "platform/message_box.h"
+#include "ui/screen.h"
 
 namespace messenger_client {
 
-using murmelix::com::wide;
+namespace platform = murmelix::platform;
 
 namespace {
 
-// Those of the sign-in page begin at 101.
-enum : int {
-    id_contacts = 100,
-    id_name = 130,   // Button: the own name
-    id_my_status,    // Button: the own status
-    id_mail,         // Button: how many mails
-    id_rename_field, // Edit: the own name, while it is changed
-    id_empty,        // Static: said in place of contacts
-    id_sign_out = 200,
-    id_exit,
-    id_open,
-    id_remove,
-    id_about,
-    id_rename,
-    id_add,
-    id_hide,
-    id_keep_running,
-    id_new_mail,
-    id_read_mail,
-    id_show,
-    id_other_account,
-    id_status = 1000, // plus the status code
-    id_switch = 2000, // plus the row of the menu's accounts
-};
-constexpr UINT tray_message = WM_APP + 2;
-constexpr UINT_PTR turn_timer = 100;
-constexpr UINT turn_time = 80; // milliseconds
-constexpr UINT switch_rows = 20;
-constexpr long most_mails = 0x7FFFFFFF; // that automation can tell of
+constexpr std::size_t most_switchable = 20; // accounts that the menu offers
+constexpr long most_mails = 0x7FFFFFFF;     // that automation can tell of
+constexpr std::size_t longest_shown = 200;  // units of a name: more does not fit
+constexpr std::size_t longest_tip = 60;     // units of a name, in the tray
 
-// In pixels at 96 dots per inch.
-constexpr int band_height = 88;
-constexpr int margin = 14;
-constexpr int avatar_size = 56;
-constexpr int row_height = 40;
+// Twips.
+constexpr int first_width = 4380, first_height = 7050; // of the inside
+constexpr int least_width = 3600;
+constexpr int band_text_left = 1170;
 
-bool isHere(const Contact& contact) {
-    return contact.status != Status::offline && contact.status != Status::unknown &&
-           contact.status != Status::invisible;
-}
+// At 96 dots an inch.
+constexpr int margin = 14, avatar_size = 56;
+constexpr int title_scale = 135; // percent
 
-void add(HMENU menu, int id, const wchar_t* text, UINT flags = 0) {
-    AppendMenuW(menu, MF_STRING | flags, static_cast<UINT_PTR>(id), text);
-}
-
-void addLine(HMENU menu) {
-    AppendMenuW(menu, MF_SEPARATOR, 0, nullptr);
-}
-
-void addMenu(HMENU menu, HMENU below, const wchar_t* text) {
-    AppendMenuW(menu, MF_POPUP, reinterpret_cast<UINT_PTR>(below), text);
-}
-
-HMENU statusMenu(Status current) {
-    const HMENU menu = CreatePopupMenu();
-    for (const Status status : chosen_statuses) {
-        add(menu, id_status + static_cast<int>(status), wide(std::u16string(nameOf(status))),
-            status == current ? MF_CHECKED : 0);
-    }
-    return menu;
-}
-
-HMENU mailMenu() {
-    const HMENU menu = CreatePopupMenu();
-    add(menu, id_new_mail, L"&A new mail arrives");
-    add(menu, id_read_mail, L"Mark all as &read");
-    return menu;
-}
-
-enum : int { file_menu, contact_menu, mail_menu, help_menu };
-constexpr int account_menu = 4; // place in the file menu
-
-HMENU mainMenu() {
-    const HMENU bar = CreateMenu();
-    const HMENU file = CreatePopupMenu();
-    addMenu(file, statusMenu(Status::unknown), L"My s&tatus");
-    add(file, id_rename, L"Change my &name\tF2");
-    addLine(file);
-    add(file, id_sign_out, L"&Sign out");
-    addMenu(file, CreatePopupMenu(), L"S&witch account");
-    addLine(file);
-    add(file, id_hide, L"&Hide this window\tCtrl+H");
-    add(file, id_keep_running, L"&Closing this window hides it");
-    addLine(file);
-    add(file, id_exit, L"E&xit\tCtrl+Q");
-    const HMENU contact = CreatePopupMenu();
-    add(contact, id_open, L"Send an instant &message\tEnter");
-    add(contact, id_add, L"&Add a contact…\tCtrl+N");
-    add(contact, id_remove, L"&Remove from the list");
-    const HMENU help = CreatePopupMenu();
-    add(help, id_about, L"&About");
-    addMenu(bar, file, L"&File");
-    addMenu(bar, contact, L"&Contact");
-    addMenu(bar, mailMenu(), L"&Mail");
-    addMenu(bar, help, L"&Help");
-    return bar;
-}
+const ui::Picture program_picture{u"#1"}; // by its number
 
 std::u16string mailText(long count) {
     if (count < 0) {
@@ -133,278 +51,288 @@ std::u16string faultText(long result) {
     return u"You could not be signed in. Please try again. (" + code + u")";
 }
 
+std::u16string shortened(const std::u16string& name) {
+    return name.substr(0, longest_shown);
+}
+
 } // namespace
 
 MainWindow::MainWindow(Client& client, Hooks hooks)
-    : client_(client), hooks_(std::move(hooks)), taskbar_made_(RegisterWindowMessageW(L"TaskbarCreated")) {
-    const RECT place{CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT + px(300), CW_USEDEFAULT + px(520)};
-    create(main_class, L"Messenger", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, 0, place);
-    build();
+    : Form(nullptr, u"Messenger", ui::FormStyle::sizable, main_class),
+      SignIn(*this, client.accounts(),
+             {.sign_in = [this](const auto& request) { hooks_.sign_in(request); },
+              .forget = [this](const auto& signin) { hooks_.forget(signin); }}),
+      client_(client), hooks_(std::move(hooks)) {
+    setIcon(program_picture);
+    connectHandlers();
+    connectMenus();
+    built_ = true;
+    const int height = ui::rows({bandLayout(), SignIn.layout()}).needed(least_width).height;
+    setLeastScale(least_width, height);
+    setScale(first_width, std::max(first_height, height));
+    takeLastPlace();
     showState();
 }
 
-void MainWindow::build() {
-    SetMenu(handle(), mainMenu());
-    std::array keys{ACCEL{FVIRTKEY, VK_F2, id_rename}, ACCEL{FVIRTKEY | FCONTROL, 'N', id_add},
-                    ACCEL{FVIRTKEY | FCONTROL, 'H', id_hide}, ACCEL{FVIRTKEY | FCONTROL, 'Q', id_exit}};
-    accelerators_.reset(CreateAcceleratorTableW(keys.data(), static_cast<int>(keys.size())));
-    for (const int id : {id_name, id_my_status, id_mail}) {
-        child(L"Button", L"", WS_TABSTOP | BS_OWNERDRAW, id);
-    }
-    child(L"Edit", L"", ES_AUTOHSCROLL, id_rename_field, WS_EX_CLIENTEDGE);
-    child(L"ListBox", L"",
-          WS_TABSTOP | WS_VSCROLL | LBS_OWNERDRAWFIXED | LBS_HASSTRINGS | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT,
-          id_contacts);
-    child(L"Static", L"Nobody is in your list yet. Add somebody with Ctrl+N.", SS_NOPREFIX | SS_CENTER, id_empty);
-    for (const int id : {id_name, id_my_status, id_mail, id_rename_field, id_contacts, id_empty}) {
-        SendMessageW(of(id), WM_SETFONT, reinterpret_cast<WPARAM>(font_.get()), FALSE);
-    }
-    SendMessageW(of(id_contacts), LB_SETITEMHEIGHT, 0, px(row_height));
-    page_.emplace(handle(), font_.get(), client_.accounts(),
-                  SignInPage::Hooks{.sign_in = [this](const auto& request) { hooks_.sign_in(request); },
-                                    .forget = [this](const auto& signin) { hooks_.forget(signin); },
-                                    .cancel = [this] { client_.signOut(); }});
-    built_ = true;
-}
-
-void MainWindow::arrange() {
-    RECT area{};
-    GetClientRect(handle(), &area);
-    const int top = px(band_height);
-    const int left = px(margin + avatar_size + 8);
-    const auto place = [&](int id, int x, int y, int w, int h) {
-        SetWindowPos(of(id), nullptr, x, y, std::max(w, 0), std::max(h, 0), SWP_NOZORDER | SWP_NOACTIVATE);
+void MainWindow::connectHandlers() {
+    UserActs = hooks_.user_acts;
+    DataReceived = [this](std::uintptr_t kind, std::string_view data) {
+        return kind == control_message ? hooks_.command(data) : 0;
     };
-    const int width = area.right - left - px(margin - 6);
-    place(id_name, left, px(10), width, px(28));
-    place(id_my_status, left, px(38), width, px(21));
-    place(id_mail, left, px(59), width, px(21));
-    place(id_rename_field, left + px(2), px(11), width - px(4), px(26));
-    place(id_contacts, 0, top, area.right, area.bottom - top);
-    place(id_empty, px(margin), top + px(24), area.right - 2 * px(margin), px(60));
-    area.top = top;
-    page_->arrange(area);
-    InvalidateRect(handle(), nullptr, FALSE);
+    Band.Resize = [this] { drawBand(); };
+    for (ui::Button* button : {&NameButt, &StatusButt, &MailButt}) {
+        button->setUseMnemonic(false); // people have all kinds of names
+        button->setDraw([this, button](ui::Surface& surface, const ui::Button::Looks& looks) {
+            drawBandButton(*button, surface, looks);
+        });
+    }
+    NameButt.setToolTipText(u"Change your name");
+    StatusButt.setToolTipText(u"Change your status");
+    NameButt.Click = [this] { beginRenaming(); };
+    StatusButt.Click = [this] { PopupMenu(StatusPopup, StatusButt); };
+    MailButt.Click = [this] { PopupMenu(MailPopup, MailButt); };
+    RenameTxt.setVisible(false);
+    RenameTxt.KeyPress = [this](const ui::Shortcut& key) { return RenameTxt_KeyPress(key); };
+    RenameTxt.LostFocus = [this] { RenameTxt_LostFocus(); };
+    Contacts.setBackColor(colour::field);
+    Contacts.KeyPress = [this](const ui::Shortcut& key) { return Contacts_KeyPress(key); };
+    Contacts.DblClick = [this] { ContactMenuOpen_Click(); };
+    Contacts.ContextMenu = [this] {
+        if (Contacts.selected()) {
+            PopupMenu(ContactPopup);
+        }
+    };
+    EmptyLbl.setCentered();
+    EmptyLbl.setUseMnemonic(false);
+    EmptyLbl.setForeColor(colour::soft_text);
+    SigningIn.CancelButt.Click = [this] { client_.signOut(); };
+    Tray.Click = [this] { BringUp(); };
+    Tray.DblClick = [this] { BringUp(); };
+    Tray.ContextMenu = [this] { PopupMenu(TrayMenu); };
 }
 
-void MainWindow::paint() {
-    const Painting painting(handle());
-    const HDC dc = painting.dc();
-    RECT band = painting.area();
-    RECT rest = band;
-    band.bottom = rest.top = px(band_height);
-    fillBand(dc, band);
-    fill(dc, rest, client_.signedIn() ? color::field : color::face);
-    if (const ContactPtr& me = client_.me()) {
-        const int top = px((band_height - avatar_size) / 2);
-        drawAvatar(dc, title_.get(), {px(margin), top, px(margin + avatar_size), top + px(avatar_size)}, *me);
+void MainWindow::connectMenus() {
+    FileMenu.Popup = [this] { FileMenu_Popup(); };
+    FileMenuAccount.Popup = [this] { FileMenuAccount_Popup(); };
+    FileMenuRename.Click = [this] { beginRenaming(); };
+    FileMenuSignOut.Click = [this] { client_.signOut(); };
+    FileMenuHide.Click = [this] { PutAway(); };
+    FileMenuKeepRunning.Click = [] { keepRunning(!keepsRunning()); };
+    FileMenuExit.Click = [this] { hooks_.quit(); };
+    ContactMenuOpen.Click = [this] { ContactMenuOpen_Click(); };
+    ContactMenuAdd.Click = [this] { ContactMenuAdd_Click(); };
+    ContactMenuRemove.Click = [this] { ContactMenuRemove_Click(); };
+    HelpMenuAbout.Click = [this] { HelpMenuAbout_Click(); };
+    ContactPopupOpen.Click = [this] { ContactMenuOpen_Click(); };
+    ContactPopupOpen.setDefault();
+    ContactPopupRemove.Click = [this] { ContactMenuRemove_Click(); };
+    TrayMenu.Popup = [this] { TrayMenu_Popup(); };
+    TrayMenuOpen.Click = [this] { BringUp(); };
+    TrayMenuOpen.setDefault();
+    TrayMenuSignOut.Click = [this] { client_.signOut(); };
+    TrayMenuExit.Click = [this] { hooks_.quit(); };
+    for (ui::Menu* menu : {&FileMenuStatus, &StatusPopup, &TrayMenuStatus}) {
+        fillStatusMenu(*menu);
+    }
+    for (ui::Menu* menu : {&MailMenu, &MailPopup}) {
+        fillMailMenu(*menu);
+    }
+}
+
+void MainWindow::fillStatusMenu(ui::Menu& menu) {
+    for (const Status status : chosen_statuses) {
+        menu.AddItem(std::u16string(nameOf(status)), [this, status] {
+            if (client_.signedIn()) {
+                client_.setMyStatus(status);
+            }
+        });
+    }
+    menu.Popup = [this, &menu] {
+        for (std::size_t i = 0; i < chosen_statuses.size(); ++i) {
+            menu.items()[i]->setChecked(client_.me() && client_.me()->status == chosen_statuses[i]);
+        }
+    };
+}
+
+void MainWindow::fillMailMenu(ui::Menu& menu) {
+    menu.AddItem(u"&A new mail arrives",
+                 [this] { client_.setUnread(std::clamp(client_.unread(), 0L, most_mails - 1) + 1); });
+    menu.AddItem(u"Mark all as &read", [this] { client_.setUnread(0); });
+}
+
+ui::Layout MainWindow::bandLayout() {
+    using ui::item;
+    ui::Layout name = renaming_ ? ui::rows({ui::stretch(), item(RenameTxt), ui::stretch()}) : item(NameButt);
+    const int name_height = std::max(NameButt.neededSize().height, RenameTxt.neededSize().height);
+    return ui::rows({std::move(name).least(0, std::max(name_height, 420)), item(StatusButt), item(MailButt)})
+        .pad(band_text_left, 150, 120, 60);
+}
+
+void MainWindow::layOut() {
+    if (!built_) {
         return;
     }
-    RECT line{px(margin + 2), px(18), band.right - px(margin), px(46)};
+    Contacts.fitRows();
+    ui::Layout body = !client_.signedIn() ? client_.signingIn() ? within(SigningIn, SigningIn.layout())
+                                                                : within(SignIn, SignIn.layout())
+                      : Contacts.empty() ? ui::rows({ui::item(EmptyLbl).wrapped(), ui::stretch()}).pad(210, 360, 210, 0)
+                                         : ui::item(Contacts);
+    ui::fill(*this, ui::rows({within(Band, bandLayout()), std::move(body).growing()}));
+}
+
+void MainWindow::drawBand() {
+    ui::Surface& surface = Band.surface();
+    const int width = surface.Width(), height = surface.Height();
+    surface.Cls(colour::band_bottom);
+    messenger_client::drawBand(surface, {0, 0, width, height});
+    surface.setFontScale(title_scale);
+    if (const ContactPtr& me = client_.me()) {
+        const int size = px(avatar_size);
+        drawAvatar(surface, {px(margin), (height - size) / 2, size, size}, *me);
+        surface.setFontScale(100);
+        return surface.Refresh();
+    }
     const bool signing_in = client_.signingIn();
-    drawText(dc, title_.get(), color::on_band, signing_in ? u"Signing in" : u"Welcome", line,
-             DT_SINGLELINE | DT_VCENTER);
-    line.top = line.bottom;
-    line.bottom += px(22);
-    drawText(dc, font_.get(), color::on_band_soft,
-             signing_in ? std::u16string_view(signing_in_.signin) : u"Sign in to meet your contacts.", line,
-             DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS);
-    page_->paint(dc, signing_in_);
+    const int left = px(margin + 2), room = width - left - px(margin);
+    surface.setFontBold(true);
+    const int title = surface.TextHeight();
+    surface.setFontScale(100);
+    const int line = surface.TextHeight(), gap = px(4);
+    const int top = (height - title - gap - line) / 2;
+    surface.setFontScale(title_scale);
+    surface.PrintIn({left, top, room, title}, signing_in ? u"Signing in" : u"Welcome", colour::on_band);
+    surface.setFontScale(100);
+    surface.setFontBold(false);
+    surface.PrintIn({left, top + title + gap, room, line},
+                    signing_in ? std::u16string_view(signing_in_.signin) : u"Sign in to meet your contacts.",
+                    colour::on_band_soft);
+    surface.Refresh();
 }
 
-void MainWindow::drawBandButton(const DRAWITEMSTRUCT& item) {
+void MainWindow::drawBandButton(const ui::Button& button, ui::Surface& surface, const ui::Button::Looks& looks) const {
+    const int width = surface.Width(), height = surface.Height();
     // The band's own colours go on behind the button.
-    const RECT at = placeIn(handle(), item.hwndItem);
-    fillBand(item.hDC, {-at.left, -at.top, item.rcItem.right, px(band_height) - at.top});
-    RECT line = item.rcItem;
-    InflateRect(&line, -px(4), 0);
-    const bool is_name = item.CtlID == id_name;
-    const HFONT font = is_name ? title_.get() : font_.get();
-    const COLORREF ink = is_name ? color::on_band : color::on_band_soft;
-    if (item.CtlID == id_mail) {
-        const int width = px(16);
-        drawEnvelope(item.hDC, {line.left, line.top, line.left + width, line.bottom}, ink);
-        line.left += width + px(6);
+    messenger_client::drawBand(surface, {0, -ui::toPixels(button.Top()), width, ui::toPixels(Band.Height())});
+    const bool is_name = &button == &NameButt;
+    const ui::Colour ink = is_name ? colour::on_band : colour::on_band_soft;
+    int left = px(4);
+    if (&button == &MailButt) {
+        drawEnvelope(surface, {left, 0, px(16), height}, ink);
+        left += px(22);
     }
-    RECT text = line;
-    text.right -= is_name ? 0 : px(14); // room for the arrow
-    const std::u16string caption = windowText(item.hwndItem);
-    drawText(item.hDC, font, ink, caption, text, DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS);
+    const int room = width - left - px(4) - (is_name ? 0 : px(14)); // the arrow's
+    surface.setFontBold(is_name);
+    surface.setFontScale(is_name ? title_scale : 100);
+    surface.PrintIn({left, 0, room, height}, button.Caption(), ink);
     if (!is_name) {
-        const int behind = std::min<int>(line.left + textWidth(item.hDC, font, caption) + px(6), text.right);
-        drawDownArrow(item.hDC, {behind, (line.top + line.bottom) / 2}, ink);
+        const int text = std::min(surface.TextWidth(button.Caption()) + px(6), room);
+        drawDownArrow(surface, {left + text, height / 2}, ink);
     }
-    if (item.itemState & ODS_FOCUS) {
-        RECT frame = item.rcItem;
-        const GdiOwner<HBRUSH> brush(CreateSolidBrush(color::on_band_soft));
-        FrameRect(item.hDC, &frame, brush.get());
+    if (looks.focused) {
+        surface.FrameRect({0, 0, width, height}, colour::on_band_soft);
     }
 }
 
-void MainWindow::showBand() {
+void MainWindow::showMe() {
+    drawBand();
     const ContactPtr& me = client_.me();
     if (!me) {
         return;
     }
-    constexpr std::size_t shown = 200; // units of a name: more does not fit
-    setWindowText(of(id_name), me->friendly.substr(0, shown));
     const std::u16string_view status = nameOf(me->status);
-    setWindowText(of(id_my_status), status.empty() ? u"Unknown" : status);
-    setWindowText(of(id_mail), mailText(client_.unread()));
-    setWindowText(handle(), me->friendly.substr(0, shown) + u" - Messenger");
-    for (const int id : {id_name, id_my_status, id_mail}) {
-        InvalidateRect(of(id), nullptr, FALSE);
+    NameButt.setCaption(shortened(me->friendly));
+    StatusButt.setCaption(status.empty() ? u"Unknown" : std::u16string(status));
+    MailButt.setCaption(mailText(client_.unread()));
+    for (ui::Button* button : {&NameButt, &StatusButt, &MailButt}) {
+        button->Redraw();
     }
-    const RECT band{0, 0, 32000, px(band_height)};
-    InvalidateRect(handle(), &band, FALSE);
-    for (const Status status_of_menu : chosen_statuses) {
-        CheckMenuItem(GetMenu(handle()), static_cast<UINT>(id_status + static_cast<int>(status_of_menu)),
-                      MF_BYCOMMAND | (me->status == status_of_menu ? MF_CHECKED : MF_UNCHECKED));
-    }
+    setCaption(shortened(me->friendly) + u" - Messenger");
     showTrayIcon();
 }
 
+// The list, or what is said in place of it.
 void MainWindow::showContacts() {
-    const HWND list = of(id_contacts);
-    const ContactPtr before = selected();
-    rows_.clear();
-    headings_.clear();
-    for (const bool here : {true, false}) {
-        std::vector<ContactPtr> group;
-        for (const ContactPtr& contact : client_.contacts()) {
-            if (isHere(*contact) == here) {
-                group.push_back(contact);
-            }
-        }
-        if (group.empty()) {
-            continue;
-        }
-        std::stable_sort(group.begin(), group.end(), [](const ContactPtr& a, const ContactPtr& b) {
-            return murmelix::toLower(a->friendly) < murmelix::toLower(b->friendly);
-        });
-        rows_.push_back(nullptr);
-        headings_.push_back((here ? u"Online (" : u"Offline (") +
-                            murmelix::toText(static_cast<long long>(group.size())) + u")");
-        for (ContactPtr& contact : group) {
-            rows_.push_back(std::move(contact));
-            headings_.emplace_back();
-        }
-    }
-    SendMessageW(list, WM_SETREDRAW, FALSE, 0);
-    SendMessageW(list, LB_RESETCONTENT, 0, 0);
-    for (std::size_t i = 0; i < rows_.size(); ++i) {
-        SendMessageW(list, LB_ADDSTRING, 0,
-                     reinterpret_cast<LPARAM>(wide(rows_[i] ? rows_[i]->friendly : headings_[i])));
-    }
-    const auto chosen = before ? std::find(rows_.begin(), rows_.end(), before) : rows_.end();
-    if (chosen != rows_.end()) {
-        SendMessageW(list, LB_SETCURSEL, static_cast<WPARAM>(chosen - rows_.begin()), 0);
-    }
-    SendMessageW(list, WM_SETREDRAW, TRUE, 0);
-    InvalidateRect(list, nullptr, TRUE);
     const bool in = client_.signedIn();
-    ShowWindow(list, in && !rows_.empty() ? SW_SHOW : SW_HIDE);
-    ShowWindow(of(id_empty), in && rows_.empty() ? SW_SHOW : SW_HIDE);
-}
-
-void MainWindow::drawContact(const DRAWITEMSTRUCT& item) {
-    if (item.itemID >= rows_.size()) {
+    const bool list = in && !Contacts.empty(), nobody = in && Contacts.empty();
+    if (Contacts.Visible() == list && EmptyLbl.Visible() == nobody) {
         return;
     }
-    const ContactPtr& contact = rows_[item.itemID];
-    RECT place = item.rcItem;
-    fill(item.hDC, place, contact && (item.itemState & ODS_SELECTED) ? color::chosen : color::field);
-    if (!contact) {
-        place.left += px(margin);
-        place.top += px(12);
-        drawText(item.hDC, bold_.get(), color::soft_text, headings_[item.itemID], place, DT_SINGLELINE | DT_VCENTER);
-        return;
-    }
-    const int size = px(28);
-    const int top = place.top + px((row_height - 28) / 2);
-    const RECT avatar{px(margin), top, px(margin) + size, top + size};
-    drawAvatar(item.hDC, bold_.get(), avatar, *contact);
-    place.left = avatar.right + px(9);
-    RECT line = place;
-    line.top += px(3);
-    line.bottom = line.top + px(18);
-    drawText(item.hDC, font_.get(), color::text, contact->friendly, line, DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS);
-    line.top = line.bottom - px(1);
-    line.bottom = place.bottom - px(3);
-    drawText(item.hDC, font_.get(), color::soft_text, nameOf(contact->status), line, DT_SINGLELINE | DT_VCENTER);
-    if (item.itemState & ODS_FOCUS) {
-        DrawFocusRect(item.hDC, &item.rcItem);
-    }
+    Contacts.setVisible(list);
+    EmptyLbl.setVisible(nobody);
+    onSize();
 }
 
 void MainWindow::showState() {
-    const bool in = client_.signedIn();
-    const HWND had_focus = GetFocus();
+    const bool in = client_.signedIn(), signing_in = client_.signingIn();
     endRenaming(false);
-    for (const int id : {id_name, id_my_status, id_mail}) {
-        ShowWindow(of(id), in ? SW_SHOW : SW_HIDE);
+    setBackColor(in ? colour::field : colour::face);
+    for (ui::Button* button : {&NameButt, &StatusButt, &MailButt}) {
+        button->setVisible(in);
     }
-    page_->show(in                                        ? SignInPage::State::hidden
-                : client_.stage() == Stage::connecting    ? SignInPage::State::connecting
-                : client_.stage() == Stage::synchronising ? SignInPage::State::synchronising
-                                                          : SignInPage::State::form);
-    if (client_.signingIn()) {
-        SetTimer(handle(), turn_timer, turn_time, nullptr);
-    } else {
-        KillTimer(handle(), turn_timer);
+    if (signing_in) {
+        SigningIn.tell(signing_in_,
+                       client_.stage() == Stage::connecting ? u"Connecting …" : u"Fetching your contacts …");
     }
+    SignIn.setVisible(!in && !signing_in);
+    SigningIn.setVisible(signing_in);
+    SigningIn.turn(signing_in);
+    DefaultButton = in ? nullptr : signing_in ? &SigningIn.CancelButt : &SignIn.SignInButt;
+    CancelButton = signing_in ? &SigningIn.CancelButt : nullptr;
     if (!in) {
-        setWindowText(handle(), client_.signingIn() ? u"Signing in - Messenger" : u"Messenger");
+        setCaption(signing_in ? u"Signing in - Messenger" : u"Messenger");
+        if (AddContact) {
+            AddContact->Hide();
+        }
     }
-    if (!in && add_contact_) {
-        ShowWindow(add_contact_->handle(), SW_HIDE);
+    FileMenuSignOut.setEnabled(in || signing_in);
+    FileMenuRename.setEnabled(in);
+    for (ui::Menu* menu : {&FileMenuStatus, &ContactMenu, &MailMenu}) {
+        menu->setEnabled(in);
     }
-    const HMENU bar = GetMenu(handle());
-    const UINT enabled = in ? MF_ENABLED : MF_GRAYED;
-    for (const int id : {id_sign_out, id_rename}) {
-        EnableMenuItem(bar, static_cast<UINT>(id), MF_BYCOMMAND | enabled);
-    }
-    for (const int place : {contact_menu, mail_menu}) {
-        EnableMenuItem(bar, static_cast<UINT>(place), MF_BYPOSITION | enabled);
-    }
-    for (const Status status : chosen_statuses) {
-        EnableMenuItem(bar, static_cast<UINT>(id_status + static_cast<int>(status)), MF_BYCOMMAND | enabled);
-    }
-    DrawMenuBar(handle());
-    showBand();
+    Contacts.show(client_.contacts());
     showContacts();
+    showMe();
     showTrayIcon();
-    arrange();
-    // The keyboard stays in the window, on something that is still there.
-    if (had_focus && (had_focus == handle() || IsChild(handle(), had_focus))) {
-        SetFocus(handle());
+    onSize();
+    focusHome();
+}
+
+// What one goes on with in this state gets the keyboard.
+void MainWindow::focusHome() {
+    if (client_.signingIn()) {
+        SigningIn.CancelButt.SetFocus();
+    } else if (!client_.signedIn()) {
+        SignIn.focusFirst();
+    } else if (Contacts.empty()) {
+        StatusButt.SetFocus();
+    } else {
+        Contacts.SetFocus();
     }
-    RedrawWindow(handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
 }
 
 void MainWindow::showTrayIcon() {
-    if (!tray_.shown()) {
+    if (!Tray.Shown()) {
         return;
     }
     const ContactPtr& me = client_.me();
-    tray_.show(handle(), tray_message,
-               me ? u"Messenger - " + me->friendly.substr(0, 60) + u", " + std::u16string(nameOf(me->status))
-                  : u"Messenger - signed out");
+    Tray.Show(program_picture,
+              me ? u"Messenger - " + me->friendly.substr(0, longest_tip) + u", " + std::u16string(nameOf(me->status))
+                 : u"Messenger - signed out");
 }
 
 void MainWindow::changed(const Change& change) {
     switch (change.kind) {
     case Change::Kind::signed_in:
-        page_->tellFault(change.number < 0 && change.number != signin_cancelled ? faultText(change.number)
+        SignIn.tellFault(change.number < 0 && change.number != signin_cancelled ? faultText(change.number)
                                                                                 : std::u16string());
         if (change.number < 0) {
-            page_->propose(signing_in_.signin);
+            SignIn.propose(signing_in_.signin);
         }
         showState();
         break;
     case Change::Kind::signed_out:
-        page_->tellFault({});
-        page_->propose({});
+        SignIn.tellFault({});
+        SignIn.propose({});
         showState();
         break;
     case Change::Kind::signing_in:
@@ -413,13 +341,22 @@ void MainWindow::changed(const Change& change) {
     case Change::Kind::my_name:
     case Change::Kind::my_status:
     case Change::Kind::unread:
-        showBand();
+        showMe();
         break;
     case Change::Kind::contact_added:
+        Contacts.add(change.contact);
+        showContacts();
+        break;
     case Change::Kind::contact_removed:
+        Contacts.remove(change.contact);
+        showContacts();
+        break;
     case Change::Kind::contact_renamed:
     case Change::Kind::contact_status:
-        showContacts();
+        Contacts.update(change.contact);
+        break;
+    case Change::Kind::shutting_down:
+        rememberPlace();
         break;
     default:
         break;
@@ -431,373 +368,188 @@ void MainWindow::setSigningIn(std::u16string_view signin, std::u16string_view fr
                    Status::unknown};
 }
 
-void MainWindow::accountsChanged() {
-    page_->accountsChanged();
+void MainWindow::takeLastPlace() {
+    if (const auto last = lastPlace()) {
+        setPlace(
+            {ui::toPixels(last->left), ui::toPixels(last->top), ui::toPixels(last->width), ui::toPixels(last->height)});
+    }
 }
 
-void MainWindow::fillAccountMenu() {
-    const HMENU menu = GetSubMenu(GetSubMenu(GetMenu(handle()), file_menu), account_menu);
-    while (DeleteMenu(menu, 0, MF_BYPOSITION)) {
-        continue;
+void MainWindow::rememberPlace() const {
+    if (Visible() && WindowState() == State::normal) {
+        const ui::Rect place = Place();
+        keepPlace(
+            {ui::toTwips(place.left), ui::toTwips(place.top), ui::toTwips(place.width), ui::toTwips(place.height)});
     }
-    switchable_.clear();
-    for (const Account& account : client_.accounts().all()) {
-        if (!account.remembered || switchable_.size() == switch_rows) {
-            continue;
-        }
-        const bool current = client_.me() && client_.me()->signin == account.signin;
-        const int id = id_switch + static_cast<int>(switchable_.size());
-        switchable_.push_back(account.signin);
-        const std::u16string text = murmelix::replaceAll(account.signin.substr(0, 60), u"&", u"&&");
-        add(menu, id, wide(text), current ? MF_CHECKED : 0);
-    }
-    if (!switchable_.empty()) {
-        addLine(menu);
-    }
-    add(menu, id_other_account, L"A&nother account…");
 }
 
-void MainWindow::show() {
-    tray_.hide();
-    ShowWindow(handle(), IsIconic(handle()) ? SW_RESTORE : SW_SHOW);
-    SetForegroundWindow(handle());
+void MainWindow::BringUp() {
+    Tray.Hide();
+    Show();
 }
 
-void MainWindow::hide() {
-    if (tray_.show(handle(), tray_message, u"Messenger")) {
+void MainWindow::PutAway() {
+    rememberPlace();
+    if (Tray.Show(program_picture, u"Messenger")) {
         showTrayIcon();
-        ShowWindow(handle(), SW_HIDE);
+        Hide();
     } else {
-        ShowWindow(handle(), SW_MINIMIZE);
+        setWindowState(State::minimized);
     }
 }
 
 void MainWindow::askSignIn() {
-    show();
-    if (client_.signedIn()) {
-        return;
-    }
-    page_->focus();
-}
-
-void MainWindow::setTick(Clock clock, unsigned milliseconds) {
-    const auto id = static_cast<UINT_PTR>(clock);
-    if (!SetTimer(handle(), id, milliseconds, nullptr)) {
-        // The system has no timer left: too early is better than never.
-        PostMessageW(handle(), WM_TIMER, id, 0);
+    BringUp();
+    if (!client_.signedIn()) {
+        focusHome();
     }
 }
 
-ContactPtr MainWindow::selected() const {
-    const LRESULT row = SendMessageW(of(id_contacts), LB_GETCURSEL, 0, 0);
-    return row >= 0 && static_cast<std::size_t>(row) < rows_.size() ? rows_[static_cast<std::size_t>(row)] : nullptr;
+void MainWindow::onClose() {
+    if (keepsRunning()) {
+        PutAway();
+    } else {
+        hooks_.quit();
+    }
 }
 
-void MainWindow::openSelected() {
-    const ContactPtr contact = selected();
+void MainWindow::onSessionEnd() {
+    hooks_.quit();
+}
+
+void MainWindow::FileMenu_Popup() {
+    FileMenuKeepRunning.setChecked(keepsRunning());
+}
+
+void MainWindow::FileMenuAccount_Popup() {
+    FileMenuAccount.Clear();
+    std::size_t offered = 0;
+    for (const Account& account : client_.accounts().all()) {
+        if (!account.remembered || offered == most_switchable) {
+            continue;
+        }
+        const std::u16string text = murmelix::replaceAll(account.signin.substr(0, longest_tip), u"&", u"&&");
+        ui::MenuItem& item =
+            FileMenuAccount.AddItem(text, [this, signin = account.signin] { hooks_.switch_to(signin); });
+        item.setChecked(client_.me() && client_.me()->signin == account.signin);
+        ++offered;
+    }
+    if (offered > 0) {
+        FileMenuAccount.AddSeparator();
+    }
+    FileMenuAccount.AddItem(u"A&nother account…", [this] { hooks_.switch_to({}); });
+}
+
+void MainWindow::TrayMenu_Popup() {
+    TrayMenuStatus.setEnabled(client_.signedIn());
+    TrayMenuSignOut.setEnabled(client_.signedIn());
+}
+
+bool MainWindow::Contacts_KeyPress(const ui::Shortcut& key) {
+    if (key == ui::Key::enter) {
+        ContactMenuOpen_Click();
+        return true;
+    }
+    if (key == ui::Key::del) {
+        ContactMenuRemove_Click();
+        return true;
+    }
+    return false;
+}
+
+void MainWindow::ContactMenuOpen_Click() {
+    const ContactPtr contact = Contacts.selected();
     if (!contact || !client_.signedIn()) {
         return;
     }
-    const auto conversation = client_.openWith(contact);
-    if (!conversation) {
-        MessageBeep(MB_ICONWARNING);
-        return;
-    }
-    SetForegroundWindow(reinterpret_cast<HWND>(conversation->window()));
-}
-
-void MainWindow::openMenu(HMENU menu, int below) {
-    const RECT button = placeIn(handle(), of(below));
-    POINT at{button.left + px(2), button.bottom};
-    ClientToScreen(handle(), &at);
-    TrackPopupMenu(menu, TPM_LEFTALIGN, at.x, at.y, 0, handle(), nullptr);
-    DestroyMenu(menu);
-}
-
-void MainWindow::contactMenu(POINT at) {
-    const HWND list = of(id_contacts);
-    if (at.x == -1 && at.y == -1) { // by the keyboard
-        RECT row{};
-        SendMessageW(list, LB_GETITEMRECT, static_cast<WPARAM>(SendMessageW(list, LB_GETCURSEL, 0, 0)),
-                     reinterpret_cast<LPARAM>(&row));
-        at = {row.left + px(40), row.bottom};
-        ClientToScreen(list, &at);
+    if (const ConversationPtr conversation = client_.openWith(contact)) {
+        hooks_.bring_up(*conversation);
     } else {
-        POINT inside = at;
-        ScreenToClient(list, &inside);
-        const LRESULT row = SendMessageW(list, LB_ITEMFROMPOINT, 0, MAKELPARAM(inside.x, inside.y));
-        if (HIWORD(row) == 0) {
-            SendMessageW(list, LB_SETCURSEL, LOWORD(row), 0);
-        }
+        ui::beep();
     }
-    if (!selected()) {
-        return;
-    }
-    const HMENU menu = CreatePopupMenu();
-    add(menu, id_open, L"Send an instant &message");
-    add(menu, id_remove, L"&Remove from the list");
-    SetMenuDefaultItem(menu, id_open, FALSE);
-    TrackPopupMenu(menu, TPM_LEFTALIGN, at.x, at.y, 0, handle(), nullptr);
-    DestroyMenu(menu);
 }
 
-void MainWindow::trayMenu() {
-    const HMENU menu = CreatePopupMenu();
-    add(menu, id_show, L"&Open");
-    SetMenuDefaultItem(menu, id_show, FALSE);
-    if (client_.signedIn()) {
-        addMenu(menu, statusMenu(client_.me()->status), L"My s&tatus");
-        add(menu, id_sign_out, L"&Sign out");
+void MainWindow::ContactMenuAdd_Click() {
+    if (!AddContact) {
+        AddContact = std::make_unique<AddContactFrm>(
+            *this,
+            [this](const std::u16string& signin, const std::u16string& friendly) { return add(signin, friendly); });
     }
-    addLine(menu);
-    add(menu, id_exit, L"E&xit");
-    POINT at{};
-    GetCursorPos(&at);
-    // Without it the menu would stay when one clicks elsewhere.
-    SetForegroundWindow(handle());
-    TrackPopupMenu(menu, TPM_RIGHTALIGN | TPM_BOTTOMALIGN, at.x, at.y, 0, handle(), nullptr);
-    PostMessageW(handle(), WM_NULL, 0, 0);
-    DestroyMenu(menu);
+    AddContact->Ask();
+}
+
+std::u16string_view MainWindow::add(const std::u16string& signin, const std::u16string& friendly) {
+    if (const ContactPtr known = client_.find(signin)) {
+        return known == client_.me() ? u"That is your own sign-in name." : u"This contact is in your list already.";
+    }
+    return client_.addContact(signin, friendly.empty() ? shortName(signin) : std::u16string_view(friendly))
+               ? u""
+               : u"Your list is full.";
+}
+
+void MainWindow::ContactMenuRemove_Click() {
+    const ContactPtr contact = Contacts.selected();
+    if (!contact) {
+        return;
+    }
+    const int answer = platform::messageBox(u"Remove " + shortened(contact->friendly) + u" from your list?",
+                                            platform::mb_yes_no + platform::mb_question, u"Messenger");
+    // Much can have happened meanwhile.
+    if (answer == platform::answer_yes && client_.find(contact->signin) == contact) {
+        client_.removeContact(contact);
+    }
+}
+
+void MainWindow::HelpMenuAbout_Click() {
+    platform::messageBox(
+        u"Messenger "
+        u"client " MESSENGER_VERSION u"\n\nConversations to watch, type and replay, with the automation interface "
+        u"Messenger.UIAutomation.\n\nA part of Murmelix, released under the MIT licence.",
+        platform::mb_information, u"About");
 }
 
 void MainWindow::beginRenaming() {
-    if (!client_.signedIn()) {
+    if (!client_.signedIn() || renaming_) {
         return;
     }
     renaming_ = true;
-    const HWND field = of(id_rename_field);
-    setWindowText(field, client_.me()->friendly);
-    ShowWindow(of(id_name), SW_HIDE);
-    ShowWindow(field, SW_SHOW);
-    SetFocus(field);
-    SendMessageW(field, EM_SETSEL, 0, -1);
+    RenameTxt.setText(client_.me()->friendly);
+    RenameTxt.setVisible(true);
+    onSize();
+    RenameTxt.SetFocus();
+    RenameTxt.SelectAll();
+    NameButt.setVisible(false);
 }
 
 void MainWindow::endRenaming(bool take) {
     // Cleared first: hiding the field takes the keyboard from it, which ends the renaming too.
-    const bool was_renaming = std::exchange(renaming_, false);
-    const HWND field = of(id_rename_field);
-    const bool had_keyboard = GetFocus() == field;
-    ShowWindow(field, SW_HIDE);
-    if (!was_renaming) {
+    if (!std::exchange(renaming_, false)) {
         return;
     }
-    ShowWindow(of(id_name), client_.signedIn() ? SW_SHOW : SW_HIDE);
-    if (had_keyboard) {
-        SetFocus(of(id_contacts));
+    NameButt.setVisible(client_.signedIn());
+    if (RenameTxt.Focused()) {
+        focusHome();
     }
-    const std::u16string name(murmelix::trim(windowText(field)));
-    if (take && !name.empty()) {
+    RenameTxt.setVisible(false);
+    onSize();
+    const std::u16string name(murmelix::trim(RenameTxt.Text()));
+    if (take && !name.empty() && client_.signedIn()) {
         client_.setMyName(name);
     }
 }
 
-void MainWindow::enter() {
-    const HWND focus = GetFocus();
-    if (page_->command(IDOK, BN_CLICKED)) {
-        return;
+bool MainWindow::RenameTxt_KeyPress(const ui::Shortcut& key) {
+    if (key != ui::Key::enter && key != ui::Key::escape) {
+        return false;
     }
-    if (focus == of(id_rename_field)) {
-        endRenaming(true);
-    } else if (focus == of(id_name) || focus == of(id_my_status) || focus == of(id_mail)) {
-        command(GetDlgCtrlID(focus), BN_CLICKED);
-    } else {
-        openSelected();
-    }
+    endRenaming(key == ui::Key::enter);
+    return true;
 }
 
-void MainWindow::command(int id, int code) {
-    const bool is_notice = id == id_rename_field || id == id_friendly || (id == id_signin && code != CBN_SELCHANGE);
-    // Not the notices that the fields give when they are filled in.
-    if (!is_notice && (code == BN_CLICKED || code == 1 || id == id_contacts)) {
-        hooks_.user_acts();
-    }
-    if (id == IDOK) {
-        return enter();
-    }
-    if (page_->command(id, code)) {
-        return;
-    }
-    switch (id) {
-    case IDCANCEL:
-        endRenaming(false);
-        break;
-    case id_contacts:
-        if (code == LBN_DBLCLK) {
-            openSelected();
-        }
-        break;
-    case id_rename_field:
-        if (code == EN_KILLFOCUS && renaming_) {
-            endRenaming(true);
-        }
-        break;
-    case id_name:
-    case id_rename:
-        beginRenaming();
-        break;
-    case id_my_status:
-        if (client_.signedIn()) {
-            openMenu(statusMenu(client_.me()->status), id_my_status);
-        }
-        break;
-    case id_mail:
-        openMenu(mailMenu(), id_mail);
-        break;
-    case id_new_mail:
-        client_.setUnread(std::clamp(client_.unread(), 0L, most_mails - 1) + 1);
-        break;
-    case id_read_mail:
-        client_.setUnread(0);
-        break;
-    case id_open:
-        openSelected();
-        break;
-    case id_add:
-        if (!client_.signedIn()) {
-            break;
-        }
-        if (!add_contact_) {
-            add_contact_ = std::make_unique<AddContactWindow>(
-                handle(), [this](const std::u16string& signin, const std::u16string& name) -> std::u16string_view {
-                    if (client_.find(signin)) {
-                        return client_.find(signin) == client_.me() ? u"That is your own sign-in name."
-                                                                    : u"This contact is in your list already.";
-                    }
-                    return client_.addContact(signin, name.empty() ? shortName(signin) : std::u16string_view(name))
-                               ? u""
-                               : u"Your list is full.";
-                });
-        }
-        add_contact_->show();
-        break;
-    case id_remove:
-        if (const ContactPtr contact = selected()) {
-            client_.removeContact(contact);
-        }
-        break;
-    case id_sign_out:
-        client_.signOut();
-        break;
-    case id_other_account:
-        hooks_.switch_to({});
-        break;
-    case id_show:
-        show();
-        break;
-    case id_hide:
-        hide();
-        break;
-    case id_keep_running:
-        keepRunning(!keepsRunning());
-        break;
-    case id_exit:
-        hooks_.quit();
-        break;
-    case id_about:
-        MessageBoxW(
-            handle(),
-            L"Messenger "
-            L"client " MESSENGER_VERSION L"\n\nConversations to watch, type and replay, with the automation interface "
-            L"Messenger.UIAutomation.\n\nA part of Murmelix, released under the MIT licence.",
-            L"About", MB_ICONINFORMATION);
-        break;
-    default:
-        if (id >= id_switch && static_cast<std::size_t>(id - id_switch) < switchable_.size()) {
-            hooks_.switch_to(std::u16string(switchable_[static_cast<std::size_t>(id - id_switch)]));
-        } else if (id > id_status && id < id_switch && isChosen(static_cast<Status>(id - id_status))) {
-            client_.setMyStatus(static_cast<Status>(id - id_status));
-        }
-    }
-}
-
-LRESULT MainWindow::message(UINT message, WPARAM wparam, LPARAM lparam) {
-    if (!built_) {
-        return defaultMessage(message, wparam, lparam);
-    }
-    if (message == taskbar_made_ && tray_.shown()) {
-        tray_.forget();
-        hide();
-        return 0;
-    }
-    switch (message) {
-    case WM_SIZE:
-        arrange();
-        return 0;
-    case WM_GETMINMAXINFO:
-        reinterpret_cast<MINMAXINFO*>(lparam)->ptMinTrackSize = {px(250), px(470)};
-        return 0;
-    case WM_ERASEBKGND:
-        return 1;
-    case WM_PAINT:
-        paint();
-        return 0;
-    case WM_CTLCOLORSTATIC: {
-        const HDC dc = reinterpret_cast<HDC>(wparam);
-        const COLORREF back = client_.signedIn() ? color::field : color::face;
-        SetTextColor(dc, page_->colorOfStatic(reinterpret_cast<HWND>(lparam)));
-        SetBkColor(dc, back);
-        SetDCBrushColor(dc, back);
-        return reinterpret_cast<LRESULT>(GetStockObject(DC_BRUSH));
-    }
-    case WM_DRAWITEM: {
-        const auto& item = *reinterpret_cast<const DRAWITEMSTRUCT*>(lparam);
-        item.CtlID == id_contacts ? drawContact(item) : drawBandButton(item);
-        return TRUE;
-    }
-    case WM_SETFOCUS:
-        if (client_.signedIn()) {
-            SetFocus(of(rows_.empty() ? id_my_status : id_contacts));
-        } else {
-            page_->focus();
-        }
-        return 0;
-    case WM_INITMENUPOPUP:
-        fillAccountMenu();
-        CheckMenuItem(GetMenu(handle()), id_keep_running, MF_BYCOMMAND | (keepsRunning() ? MF_CHECKED : MF_UNCHECKED));
-        return 0;
-    case WM_CONTEXTMENU:
-        if (reinterpret_cast<HWND>(wparam) == of(id_contacts)) {
-            contactMenu({GET_X_LPARAM(lparam), GET_Y_LPARAM(lparam)});
-        }
-        return 0;
-    case tray_message:
-        if (lparam == WM_LBUTTONUP || lparam == WM_LBUTTONDBLCLK) {
-            show();
-        } else if (lparam == WM_RBUTTONUP) {
-            trayMenu();
-        }
-        return 0;
-    case DM_GETDEFID:
-        return MAKELRESULT(IDOK, DC_HASDEFID);
-    case WM_COMMAND:
-        command(LOWORD(wparam), HIWORD(wparam));
-        return 0;
-    case WM_COPYDATA: {
-        const auto* data = reinterpret_cast<const COPYDATASTRUCT*>(lparam);
-        if (!data || data->dwData != control_message || (data->cbData && !data->lpData)) {
-            return 0;
-        }
-        return hooks_.command({static_cast<const char*>(data->lpData), data->cbData});
-    }
-    case WM_TIMER:
-        if (wparam == turn_timer) {
-            page_->turn();
-        } else {
-            KillTimer(handle(), wparam);
-            hooks_.tick(static_cast<Clock>(wparam));
-        }
-        return 0;
-    case WM_CLOSE:
-        keepsRunning() ? hide() : hooks_.quit();
-        return 0;
-    case WM_ENDSESSION:
-        if (wparam) {
-            hooks_.quit();
-        }
-        return 0;
-    default:
-        return defaultMessage(message, wparam, lparam);
+// Leaving the field takes the name, once the keyboard is where it goes to.
+void MainWindow::RenameTxt_LostFocus() {
+    if (renaming_) {
+        ui::post([this] { endRenaming(true); });
     }
 }
 

@@ -3,95 +3,142 @@
 
 #include <functional>
 #include <memory>
-#include <optional>
+#include <string>
 #include <string_view>
-#include <vector>
 
-#include "companions/messenger/chat/session.h"
+#include "companions/messenger/chat/client.h"
 #include "companions/messenger/client/add_contact.h"
+#include "companions/messenger/client/contact_list.h"
 #include "companions/messenger/client/sign_in_page.h"
-#include "companions/messenger/client/tray_icon.h"
-#include "companions/messenger/client/window.h"
+#include "companions/messenger/client/signing_in_page.h"
+#include "ui/form.h"
+#include "ui/layout.h"
+#include "ui/picture_box.h"
+#include "ui/tray_icon.h"
 
 namespace messenger_client {
 
-inline constexpr wchar_t main_class[] = L"MessengerClientMain";
+inline constexpr char16_t main_class[] = u"MessengerClientMain";
 
-class MainWindow final : public Window {
+class MainWindow final : public ui::Form {
   public:
-    using Clock = Session::Clock;
-
     struct Hooks {
-        std::function<void(const SignInPage::Request&)> sign_in;
+        std::function<void(const SignInRequest&)> sign_in;
         std::function<void(const std::u16string& signin)> forget;
         std::function<void(const std::u16string& signin)> switch_to; // an account; empty: asks for one
-        std::function<LRESULT(std::string_view)> command;            // a control command; its Result
-        std::function<void(Clock)> tick;                             // the timer set by setTick has run off
+        std::function<void(const Conversation&)> bring_up;           // its window
+        std::function<std::intptr_t(std::string_view)> command;      // a control command; its Result
         std::function<void()> user_acts;                             // the user did something here
         std::function<void()> quit;
     };
 
     MainWindow(Client& client, Hooks hooks);
+
     void changed(const Change& change);
     // Who is signing in, while somebody is.
     void setSigningIn(std::u16string_view signin, std::u16string_view friendly);
-    void accountsChanged();
+    void accountsChanged() { SignIn.accountsChanged(); }
     // What the sign-in place proposes; nothing: the account used last.
-    void propose(std::u16string_view signin) { page_->propose(signin); }
+    void propose(std::u16string_view signin) { SignIn.propose(signin); }
     // Empties what it proposes, for somebody else.
-    void proposeNobody() { page_->proposeNobody(); }
+    void proposeNobody() { SignIn.proposeNobody(); }
     // Shows where one signs in, whatever has become of the window.
     void askSignIn();
-    void show();
+    void BringUp();
     // Into the notification area; where there is none, only as small as it gets.
-    void hide();
-    // `milliseconds` from now; again for another time.
-    void setTick(Clock clock, unsigned milliseconds);
-    HACCEL accelerators() const { return accelerators_.get(); }
+    void PutAway();
+
+    void Form_Load() override { focusHome(); }
+    void layOut() override;
+    void onClose() override;
+    void onSessionEnd() override;
 
   private:
-    struct DestroyAccelerators {
-        void operator()(HACCEL table) const { DestroyAcceleratorTable(table); }
-    };
+    bool built_ = false; // before the controls, which can change the form's size
 
-    LRESULT message(UINT message, WPARAM wparam, LPARAM lparam) override;
-    void build();
-    void arrange();
-    void paint();
-    void showContacts();
-    void drawContact(const DRAWITEMSTRUCT& item);
-    void drawBandButton(const DRAWITEMSTRUCT& item);
-    void showBand();
+  public:
+    ui::PictureBox Band{*this};
+    ui::Button NameButt{Band, u""};
+    ui::TextBox RenameTxt{Band, u""}; // the own name, while it is changed
+    ui::Button StatusButt{Band, u""};
+    ui::Button MailButt{Band, u""};
+    ContactList Contacts{*this};
+    ui::Label EmptyLbl{*this, u"Nobody is in your list yet. Add somebody with Ctrl+N."};
+    SignInPage SignIn;
+    SigningInPage SigningIn{*this};
+    ui::TrayIcon Tray{*this};
+
+    ui::Menu FileMenu{*this, u"&File"};
+    ui::Menu FileMenuStatus{FileMenu, u"My s&tatus"};
+    ui::MenuItem FileMenuRename{FileMenu, u"Change my &name", ui::Key::f2};
+    ui::MenuItem FileMenuSep1{FileMenu, u"-"};
+    ui::MenuItem FileMenuSignOut{FileMenu, u"&Sign out"};
+    ui::Menu FileMenuAccount{FileMenu, u"S&witch account"};
+    ui::MenuItem FileMenuSep2{FileMenu, u"-"};
+    ui::MenuItem FileMenuHide{FileMenu, u"&Hide this window", {u'H', ui::control_key}};
+    ui::MenuItem FileMenuKeepRunning{FileMenu, u"&Closing this window hides it"};
+    ui::MenuItem FileMenuSep3{FileMenu, u"-"};
+    ui::MenuItem FileMenuExit{FileMenu, u"E&xit", {u'Q', ui::control_key}};
+
+    ui::Menu ContactMenu{*this, u"&Contact"};
+    // Its key is the list's: elsewhere it presses buttons.
+    ui::MenuItem ContactMenuOpen{ContactMenu, u"Send an instant &message\tEnter"};
+    ui::MenuItem ContactMenuAdd{ContactMenu, u"&Add a contact…", {u'N', ui::control_key}};
+    ui::MenuItem ContactMenuRemove{ContactMenu, u"&Remove from the list\tDel"};
+
+    ui::Menu MailMenu{*this, u"&Mail"};
+    ui::Menu HelpMenu{*this, u"&Help"};
+    ui::MenuItem HelpMenuAbout{HelpMenu, u"&About"};
+
+    // Shown where they are asked for.
+    ui::Menu ContactPopup{*this};
+    ui::MenuItem ContactPopupOpen{ContactPopup, u"Send an instant &message"};
+    ui::MenuItem ContactPopupRemove{ContactPopup, u"&Remove from the list"};
+    ui::Menu StatusPopup{*this};
+    ui::Menu MailPopup{*this};
+    ui::Menu TrayMenu{*this};
+    ui::MenuItem TrayMenuOpen{TrayMenu, u"&Open"};
+    ui::Menu TrayMenuStatus{TrayMenu, u"My s&tatus"};
+    ui::MenuItem TrayMenuSignOut{TrayMenu, u"&Sign out"};
+    ui::MenuItem TrayMenuSep1{TrayMenu, u"-"};
+    ui::MenuItem TrayMenuExit{TrayMenu, u"E&xit"};
+
+    std::unique_ptr<AddContactFrm> AddContact; // null until it is needed first
+
+  private:
+    void connectHandlers();
+    void connectMenus();
+    void fillStatusMenu(ui::Menu& menu);
+    void fillMailMenu(ui::Menu& menu);
+    bool Contacts_KeyPress(const ui::Shortcut& key);
+    bool RenameTxt_KeyPress(const ui::Shortcut& key);
+    void RenameTxt_LostFocus();
+    void FileMenu_Popup();
+    void FileMenuAccount_Popup();
+    void ContactMenuOpen_Click();
+    void ContactMenuAdd_Click();
+    void ContactMenuRemove_Click();
+    void HelpMenuAbout_Click();
+    void TrayMenu_Popup();
+
+    ui::Layout bandLayout();
+    void drawBand();
+    void drawBandButton(const ui::Button& button, ui::Surface& surface, const ui::Button::Looks& looks) const;
     void showState();
+    void showMe();
+    void showContacts();
     void showTrayIcon();
-    void command(int id, int code);
-    void enter();
-    void openSelected();
-    void openMenu(HMENU menu, int below);
-    void fillAccountMenu();
+    void focusHome();
     void beginRenaming();
     void endRenaming(bool take);
-    void contactMenu(POINT at);
-    void trayMenu();
-    ContactPtr selected() const;
-    HWND of(int id) const { return GetDlgItem(handle(), id); }
+    std::u16string_view add(const std::u16string& signin, const std::u16string& friendly);
+    void takeLastPlace();
+    void rememberPlace() const;
 
     Client& client_;
     Hooks hooks_;
-    FontOwner font_ = systemFont();
-    FontOwner bold_ = systemFont(100, FW_BOLD);
-    FontOwner title_ = systemFont(135, FW_BOLD);
-    std::unique_ptr<std::remove_pointer_t<HACCEL>, DestroyAccelerators> accelerators_;
-    std::optional<SignInPage> page_; // there once the window is
-    TrayIcon tray_;
-    std::unique_ptr<AddContactWindow> add_contact_;
-    UINT taskbar_made_ = 0;
-    bool built_ = false;
     bool renaming_ = false;
     Contact signing_in_;
-    std::vector<ContactPtr> rows_; // null: the heading of a group
-    std::vector<std::u16string> headings_;
-    std::vector<std::u16string> switchable_; // accounts of the menu
 };
 
 } // namespace messenger_client

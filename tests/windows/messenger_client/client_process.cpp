@@ -67,6 +67,65 @@ Object RunningClient::automation() const {
 
 namespace {
 
+void collect(HWND window, std::vector<HWND>& all) {
+    std::vector<HWND> children; // the last of the window system's order is the first of the Tab key's
+    for (HWND child = GetWindow(window, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
+        children.insert(children.begin(), child);
+    }
+    for (HWND child : children) {
+        all.push_back(child);
+        wchar_t name[32]{};
+        GetClassNameW(child, name, static_cast<int>(std::size(name)));
+        if (_wcsicmp(name, L"ComboBox") != 0) {
+            collect(child, all);
+        }
+    }
+}
+
+} // namespace
+
+HWND controlOf(HWND window, const wchar_t* class_name, int number) {
+    std::vector<HWND> all;
+    collect(window, all);
+    for (HWND control : all) {
+        wchar_t name[32]{};
+        GetClassNameW(control, name, static_cast<int>(std::size(name)));
+        if (_wcsicmp(name, class_name) == 0 && number-- == 0) {
+            return control;
+        }
+    }
+    return nullptr;
+}
+
+void replaceText(HWND field, const std::u16string& text) {
+    HWND edit = FindWindowExW(field, nullptr, L"Edit", nullptr); // of a combo box
+    edit = edit ? edit : field;
+    SendMessageW(edit, EM_SETSEL, 0, -1);
+    SendMessageW(edit, EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(murmelix::com::wide(text)));
+}
+
+void chooseByKeys(HWND window, std::u16string_view keys) {
+    const auto open = [] {
+        HWND menu = nullptr;
+        do {
+            menu = FindWindowExW(nullptr, menu, L"#32768", nullptr);
+        } while (menu && !IsWindowVisible(menu));
+        return menu != nullptr;
+    };
+    EXPECT_TRUE(pumpUntil([&] { return !open(); })) << "of an earlier choice";
+    PostMessageW(window, WM_SYSCOMMAND, SC_KEYMENU, keys.front());
+    EXPECT_TRUE(pumpUntil(open));
+    for (const char16_t key : keys.substr(1)) {
+        if (key == u'\r' || key == u'\x19') {
+            PostMessageW(window, WM_KEYDOWN, key == u'\r' ? VK_RETURN : VK_DOWN, 1);
+        } else {
+            PostMessageW(window, WM_CHAR, key, 1);
+        }
+    }
+}
+
+namespace {
+
 void screenshotWhen(HWND window, const char* name, bool same) {
     SetWindowPos(window, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     RECT area{};

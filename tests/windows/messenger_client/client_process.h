@@ -47,6 +47,15 @@ class RunningClient {
     Process process_;
 };
 
+// A control inside a window or inside what it holds, by its class and its number among those of that class in the order
+// of the Tab key; the parts of combo boxes do not count. Null where there is none.
+HWND controlOf(HWND window, const wchar_t* class_name, int number);
+// As a user who types it in place of what is there; a combo box is told of it then.
+void replaceText(HWND field, const std::u16string& text);
+// Opens a menu of the window by its letter and goes on in it by letters; u'\r' and u'\x19' stand for Enter and Down.
+// Menus are seen by their own process alone.
+void chooseByKeys(HWND window, std::u16string_view keys);
+
 // A picture of a window when it has been drawn to its end, above all others: when two pictures, a moment apart, are the
 // same. The second is for one that moves: when it has changed.
 void screenshotWhenStill(HWND window, const char* name);
