@@ -256,11 +256,13 @@ TEST_F(MainWindows, ThousandsOfContactsInAnyOrderEndUpSorted) {
 
 TEST_F(MainWindows, TheSameNameIsToldApartBySignInName) {
     MainWindow& form = openSignedIn();
-    const ContactPtr second = contact(u"b@x", u"Sam"), first = contact(u"a@x", u"SAM");
+    const ContactPtr second = contact(u"b@x", u"Sam"), first = contact(u"a@x", u"SAM"), third = contact(u"c@x", u"sam");
     EXPECT_EQ(form.Contacts.contactAt(1), first);
     EXPECT_EQ(form.Contacts.contactAt(2), second);
-    client.removeContact(first);
-    EXPECT_EQ(form.Contacts.contactAt(1), second);
+    EXPECT_EQ(form.Contacts.contactAt(3), third);
+    client.removeContact(second);
+    EXPECT_EQ(form.Contacts.contactAt(1), first);
+    EXPECT_EQ(form.Contacts.contactAt(2), third);
 }
 
 TEST_F(MainWindows, RowsShowNameAndStatus) {
