@@ -28,12 +28,34 @@ void startInstaller(const std::u16string& program) {
 
 murmelix::MainFrm& Loader::MainFrm() {
     if (!main_frm_) {
-        main_frm_ = std::make_unique<murmelix::MainFrm>([this] { Main(); });
+        main_frm_ = std::make_unique<murmelix::MainFrm>([this] { Main(); }, [this] { return beginsAgain(); });
     }
     return *main_frm_;
 }
 
 void Loader::Main() {
+    if (in_main_) {
+        again_ = true;
+        return;
+    }
+    struct Run {
+        explicit Run(bool& flag) : in_main(flag) { in_main = true; }
+        ~Run() { in_main = false; }
+        bool& in_main;
+    } const run(in_main_);
+    beginnings_ = 0;
+    do {
+        again_ = false;
+        ++beginnings_;
+        enterMain();
+    } while (beginsAgain());
+}
+
+bool Loader::beginsAgain() const {
+    return again_ && beginnings_ < most_beginnings;
+}
+
+void Loader::enterMain() {
     if (platform::isPreviousInstance()) {
         messageBox(
             u"Another copy of Murmelix is currently running.\r\n"
@@ -43,7 +65,12 @@ void Loader::Main() {
         platform::endProcess();
     }
     GetWindowsDir();
-    SettingsKeyPath = SettingsKeyPathFor(MainFrm().MSNControl->MSNAPI());
+    const MSNControl& monitor = *MainFrm().MSNControl;
+    const std::u16string path = SettingsKeyPathFor(MainFrm().MSNControl->MSNAPI());
+    if (beginsAgain()) {
+        return;
+    }
+    SettingsKeyPath = monitor.SignedOut() ? u"" : path;
     SoundsDir = platform::programDirectory() + u"\\sounds\\";
     CharPicsDir = platform::programDirectory() + u"\\CharPics";
     LoadSettings();
@@ -55,6 +82,9 @@ void Loader::Main() {
         }
     }
     CheckSpeechEngine();
+    if (beginsAgain()) {
+        return;
+    }
     MainFrm().Form_Load();
 }
 

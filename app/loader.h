@@ -9,7 +9,8 @@ namespace murmelix {
 
 class Loader {
   public:
-    // At process start, and again at every sign-in to Messenger; what happens only once hangs on MainFormLoaded.
+    // At process start, and again at every sign-in to Messenger; what happens only once hangs on MainFormLoaded. One in
+    // the middle of it makes it begin again.
     void Main();
 
     void GetWindowsDir();
@@ -21,6 +22,16 @@ class Loader {
     murmelix::MainFrm& MainFrm();
 
   private:
+    void enterMain();
+    // The sign-in that is being met is not the last one any more.
+    bool beginsAgain() const;
+
+    // Beginnings of one run; a client that signs in without end is met as it was found then.
+    static constexpr int most_beginnings = 16;
+
+    bool in_main_ = false;
+    bool again_ = false;
+    int beginnings_ = 0;
     std::unique_ptr<murmelix::MainFrm> main_frm_;
 };
 

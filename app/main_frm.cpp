@@ -48,8 +48,8 @@ std::int16_t to16Bit(std::int32_t value) {
 
 } // namespace
 
-MainFrm::MainFrm(std::function<void()> main)
-    : Form(nullptr, u"Murmelix", ui::FormStyle::window), main_(std::move(main)) {
+MainFrm::MainFrm(std::function<void()> main, std::function<bool()> beginsAgain)
+    : Form(nullptr, u"Murmelix", ui::FormStyle::window), main_(std::move(main)), begins_again_(std::move(beginsAgain)) {
     setIcon(program_picture);
     connectHandlers();
     connectMenus();
@@ -99,6 +99,9 @@ void MainFrm::connectHandlers() {
         const double twips = ui::twipsPerPixel();
         SystemTrayPic_MouseMove(button, shift, static_cast<float>(x * twips), static_cast<float>(y * twips));
     };
+
+    StartConvButt.setEnabled(false); // until there is a conversation
+    ConversationsList.setNoItemCaption(u"Open a conversation in your Messenger[ENTER]and it appears here");
 
     // The boxes are clear at first, and what they enable is disabled.
     IgnoreCharTxt.setEnabled(false);
@@ -160,10 +163,9 @@ void MainFrm::layOut() {
                            margin + height - EmotReadingFrame.Top()});
 
     const int top = MainFrame.neededSize().height + 105, buttons_top = height - 165 - button;
-    ConversationsList.Move({indent, top, main_width - 2 * indent, buttons_top - 150 - top});
+    layOutList({indent, top, main_width - 2 * indent, buttons_top - 150 - top});
     StartConvButt.Move({indent, buttons_top, main_width - 2 * indent - margin - show, button});
     ReadOptnsButt.Move({main_width - indent - show, buttons_top, show, button});
-    layOutList();
     layOutSignOut(height + 2 * margin);
     if (MurmelixFrame.Enabled()) {
         setWidth(MurmelixFrame.Width() + main_width + options_gap + border_room);
@@ -224,11 +226,19 @@ int MainFrm::layOutOptions() {
     return frame_top - 2 * margin;
 }
 
-void MainFrm::layOutList() {
+void MainFrm::layOutList(const ui::Rect& room) {
+    ConversationsList.Move(room);
     const int line = ui::toTwips(ConversationsList.P.surface().TextHeight());
     const int row = std::max(2 * line + 150, 600), picture = 15 * conversation_picture.size;
     const int caption = (row - 2 * line - 30) / 2, left = 90 + picture + 90;
-    ConversationsList.setItemHeight(static_cast<std::int16_t>(ui::toPixels(row)));
+    // Whole rows fill the list, so that none hides below its edge.
+    const auto inside = [this] { return ConversationsList.P.surface().Height(); };
+    const int rows = std::max(inside() / std::max(ui::toPixels(row), 1), 1), item_height = std::max(inside() / rows, 1);
+    ConversationsList.setItemHeight(to16Bit(item_height));
+    for (int height = room.height; inside() > rows * item_height;) {
+        height -= std::max(ui::toTwips(inside() - rows * item_height), 1);
+        ConversationsList.Move({room.left, room.top, room.width, height});
+    }
     ConversationsList.SetPos(ui::toPixels(left), ui::toPixels(caption), ui::toPixels(left),
                              ui::toPixels(caption + line + 30), ui::toPixels(90), ui::toPixels((row - picture) / 2));
 }
@@ -265,6 +275,7 @@ MonitorHost MainFrm::monitorHost() {
     host.userCaption = [this] { return MainFrame.Caption(); };
     host.setUserCaption = [this](const auto& caption) { MainFrame.setCaption(caption); };
     host.resetReadingWindow = [this] {
+        ++ReadingNumber;
         WindowResizeTimer.setEnabled(false);
         ReadingWindowTop = ReadingWindowLeft = 0;
         ConversationsList.setEnabledIt(true);
@@ -301,6 +312,9 @@ void MainFrm::Form_Load() {
         ShowSignOut();
     }
     attempt([this] { MSNControl->MSNAPI_OnMyStatusChange(0, MSNControl->MSNAPI().MyStatus()); });
+    if (begins_again_()) {
+        return;
+    }
     loadOptions();
     checkCharacterDirectory();
     if (MainFormLoaded) {
@@ -318,7 +332,6 @@ void MainFrm::loadFirstTime() {
     SystemMenu.setCaption(u"");
     SystemMenu.setEnabled(false);
     setCaption(u"Murmelix v" + versionText());
-    layOutList();
     SignOutFrame.ZOrder();
 }
 
@@ -348,7 +361,9 @@ void MainFrm::loadOptions() {
     AutoCorrectTextCheck.setValue(AutoCorrectText);
     IgnoreCharsCheck.setValue(AutoIgnoreChars);
     IgnoreCharTxt.setText(IgnoredChars);
-    StartConvButt.setCaption(u"&Start Reading Selected Conversation");
+    if (!IsReadingConversation) { // a reading may have begun while the calls before were answered
+        StartConvButt.setCaption(u"&Start Reading Selected Conversation");
+    }
     fillSoundSchemes();
 }
 
@@ -408,6 +423,7 @@ void MainFrm::ShowSignOut(bool show) {
     ShowTipFrm = 0;
     ShowEmotTipFrm = 0;
     ConversationsList.ClearList();
+    StartConvButt.setEnabled(false);
     OptionsShown = on;
     ReadOptnsButt_Click();
     SignOutFrame.setVisible(true);
@@ -424,6 +440,7 @@ void MainFrm::HelpButt_Click() {
 void MainFrm::StartConvButt_Click() {
     StartConvButt.setCaption(IsReadingConversation ? u"&Start Reading Conversation" : u"&Stop Reading Conversation");
     IsReadingConversation = IsReadingConversation ? std::int16_t{0} : on;
+    ++ReadingNumber;
     if (IsReadingConversation) {
         ConversationsList.setEnabledIt(false);
         StartReadingConversation();
@@ -446,19 +463,27 @@ void MainFrm::StartReadingConversation() {
         return StartConvButt_Click();
     }
     ReadingWindowHandle = handle;
-    attempt([&] {
-        ReadingWindowTop = to16Bit(window->Top());
-        ReadingWindowLeft = to16Bit(window->Left());
-    });
+    // In the middle of a call the reading can be ended or another one begun.
+    const auto goes_on = [reading = ReadingNumber] { return reading == ReadingNumber; };
+    std::int16_t top = 0, left = 0;
+    attempt([&] { top = to16Bit(window->Top()); });
+    attempt([&] { left = to16Bit(window->Left()); });
+    if (!goes_on()) {
+        return;
+    }
+    ReadingWindowTop = top;
+    ReadingWindowLeft = left;
     MSNControl->AddMoniteredWindowContacts();
-    // Loading takes calls, and in the middle of one the reading can be ended or another one begun.
-    if (!IsReadingConversation || ReadingWindowHandle != handle) {
+    if (!goes_on()) {
         return;
     }
     if (AutoAttachChar) {
         WindowResizeTimer.setEnabled(true);
     }
     MSNControl->StartAtEndOf(*window);
+    if (!goes_on()) {
+        return;
+    }
     if (ShowEmotTipFrm) {
         showNotice(TipEmotFrm);
     }
@@ -467,11 +492,11 @@ void MainFrm::StartReadingConversation() {
 
 void MainFrm::stopReading() {
     ConversationsList.setEnabledIt(true);
-    MSNControl->RemoveMoniteredWindowContacts();
     MSNControl->EnableMoniterTimer(false);
     ReadingWindowHandle = 0;
     ReadingWindowTop = ReadingWindowLeft = 0;
     WindowResizeTimer.setEnabled(false);
+    MSNControl->RemoveMoniteredWindowContacts(); // last: in the middle of its calls another reading can begin
 }
 
 void MainFrm::ReadOptnsButt_Click() {
@@ -501,10 +526,14 @@ void MainFrm::WindowResizeTimer_Timer() {
         if (!window) {
             return StartConvButt_Click();
         }
+        const std::uint32_t reading = ReadingNumber;
         const std::int16_t top = to16Bit(window->Top()), left = to16Bit(window->Left());
-        if (top != ReadingWindowTop || left != ReadingWindowLeft) {
-            ReArrangeLoadedCharacterPositions();
+        if (reading != ReadingNumber || (top == ReadingWindowTop && left == ReadingWindowLeft)) {
+            return;
         }
+        ReadingWindowTop = top;
+        ReadingWindowLeft = left;
+        ReArrangeLoadedCharacterPositions();
     });
 }
 

@@ -28,8 +28,9 @@ namespace murmelix {
 
 class MainFrm : public ui::Form {
   public:
-    // `main`: the start-up routine, entered again at every sign-in.
-    explicit MainFrm(std::function<void()> main);
+    // `main`: the start-up routine, entered again at every sign-in; `beginsAgain`: whether one in its middle makes it
+    // begin again.
+    MainFrm(std::function<void()> main, std::function<bool()> beginsAgain);
 
     // Run by the start-up routine, every time.
     void Form_Load() override;
@@ -146,7 +147,7 @@ class MainFrm : public ui::Form {
     void connectHandlers();
     void connectMenus();
     int layOutOptions(); // tells how high they are together
-    void layOutList();
+    void layOutList(const ui::Rect& room);
     void layOutSignOut(int height);
     MonitorHost monitorHost();
     void connectCharacters();
@@ -166,6 +167,7 @@ class MainFrm : public ui::Form {
     void showNotice(std::unique_ptr<Window>& notice);
 
     std::function<void()> main_;
+    std::function<bool()> begins_again_;
     ui::TrayIconRecord tray_icon_{};
 };
 

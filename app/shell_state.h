@@ -13,6 +13,9 @@ extern std::u16string CharPicsDir;     // program directory + "\CharPics"
 extern std::int16_t MainFormLoaded;
 extern std::int16_t IsReadingConversation;
 extern std::int32_t ReadingWindowHandle; // HWND of the conversation being read, 0 when none
-extern int SpeechCheckAnswer;            // 6 = Yes
+// Readings begun and ended so far. Every call to a neighbour lets another one begin: who made one asks whether it is
+// still the same.
+extern std::uint32_t ReadingNumber;
+extern int SpeechCheckAnswer; // 6 = Yes
 
 } // namespace murmelix

@@ -37,7 +37,8 @@ void RunCharacterCommand(const std::u16string& key, const std::u16string& comman
         return;
     }
     const std::shared_ptr<AgentCharacter> character = LoadedCharacters.Item(key);
-    Request request = LastRequests.Item(key);
+    const Request before = LastRequests.Item(key); // until the end: letting go of it is a call as well
+    Request request = before;
 
     if (command == u"speak") {
         stopPlaying(*character);

@@ -1,6 +1,7 @@
 #include "characters/agent_events.h"
 
 #include "app/settings.h"
+#include "app/shell_state.h"
 #include "characters/action_script.h"
 #include "characters/character_state.h"
 #include "characters/emoticons.h"
@@ -78,8 +79,12 @@ void changeLanguage(const std::u16string& key) {
 }
 
 void removeForThisRun(const std::u16string& key) {
+    const std::uint32_t reading = ReadingNumber;
     if (characterHost.removeMoniteredContact) {
         characterHost.removeMoniteredContact(key);
+    }
+    if (reading != ReadingNumber) { // the reading has ended meanwhile, and its contacts with it
+        return;
     }
     if (!LoadedCharacterKeys.contains(key)) {
         LoadedCharacterKeys.Add(key, key);

@@ -32,8 +32,9 @@ constexpr struct {
     {u"L%", u"&Change My Language", true}, {u"3%", u" ", false}, {u"R%", u"&Remove Me", true},
 };
 
-// Contacts that came up while another one's character was being loaded: one at a time, so that no two take the same.
-bool loading = false;
+// Contacts that came up while another one's character was being loaded or unloaded: one at a time, so that no two take
+// the same file and none an id that is still in use.
+bool stage_in_use = false;
 std::deque<std::u16string> waiting;
 
 std::u16string charactersDirectory() {
@@ -129,6 +130,33 @@ void bringOnStage(const std::u16string& key) {
     LastRequests.Add(request, key);
 }
 
+class StageUse {
+  public:
+    StageUse() { stage_in_use = true; }
+    ~StageUse() {
+        stage_in_use = false;
+        waiting.clear();
+    }
+    StageUse(const StageUse&) = delete;
+    StageUse& operator=(const StageUse&) = delete;
+
+    void bringOnWaiting() {
+        while (!waiting.empty()) {
+            const std::u16string next = std::move(waiting.front());
+            waiting.pop_front();
+            if (isStillWanted(next)) {
+                bringOnStage(next);
+            }
+        }
+    }
+};
+
+void unload(const std::vector<std::u16string>& keys) {
+    for (const std::u16string& key : keys) {
+        attempt([&] { characterHost.agent->Unload(key); });
+    }
+}
+
 } // namespace
 
 void LoadCharacterForContact(const std::u16string& key) {
@@ -138,23 +166,18 @@ void LoadCharacterForContact(const std::u16string& key) {
     // Entered before the loading, which may fail: no contact is tried twice.
     LoadedCharacterKeys.Add(key, key);
     waiting.push_back(key);
-    if (loading) {
-        return;
+    if (!stage_in_use) {
+        StageUse().bringOnWaiting();
     }
-    struct Loading {
-        Loading() { loading = true; }
-        ~Loading() {
-            loading = false;
-            waiting.clear();
-        }
-    } const guard;
-    while (!waiting.empty()) {
-        const std::u16string next = std::move(waiting.front());
-        waiting.pop_front();
-        if (isStillWanted(next)) {
-            bringOnStage(next);
-        }
+}
+
+void UnloadCharacters(const std::vector<std::u16string>& keys) {
+    if (stage_in_use) {
+        return unload(keys);
     }
+    StageUse use;
+    unload(keys);
+    use.bringOnWaiting();
 }
 
 MatchedCharacter LoadMatchedCharacter(const std::u16string& key) {

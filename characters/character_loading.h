@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "platform/agent_control.h"
 
@@ -10,6 +11,9 @@ namespace murmelix {
 
 // Makes sure that the contact has a character.
 void LoadCharacterForContact(const std::u16string& key);
+// Of contacts that are off the collections already, in this order. One that is asked for again in the middle of it is
+// loaded afterwards: an id is taken until its character is gone.
+void UnloadCharacters(const std::vector<std::u16string>& keys);
 
 struct MatchedCharacter {
     std::shared_ptr<platform::AgentCharacter> character; // may be null although done

@@ -159,7 +159,8 @@ bool isCollapsed(char16_t lower_unit) {
 } // namespace
 
 void SpeakMessage(const std::u16string& key, const std::u16string& text) {
-    if (const auto character = loadedCharacter(key)) {
+    const auto character = loadedCharacter(key);
+    if (character) {
         bool visible = true;
         platform::attempt([&] { visible = character->Visible(); });
         if (!visible) {
@@ -176,7 +177,7 @@ void SpeakMessage(const std::u16string& key, const std::u16string& text) {
     message = ReplaceWord(message, u"lol", u"(lol)");
     message = ReplaceWord(message, u"ic", u"I see");
     SpeakMarkedMessage(message, key, true);
-    if (find(message, u"be right back", 0, LetterCase::ignored) != npos) {
+    if (find(message, u"be right back", 0, LetterCase::ignored) != npos && loadedCharacter(key) == character) {
         RunCharacterCommand(key, u"hide");
     }
 }

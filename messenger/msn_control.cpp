@@ -116,11 +116,11 @@ MSNControl::MSNControl(MonitorHost host) : host_(std::move(host)) {
 
 std::shared_ptr<MessengerWindow> MSNControl::GetWindowAt(std::int32_t handle) const {
     const std::u16string key = windowKey(handle);
-    return windows_.contains(key) ? windows_.Item(key) : nullptr;
+    return windows_.contains(key) ? windows_.Item(key).window : nullptr;
 }
 
 std::shared_ptr<MessengerWindow> MSNControl::GetTheWindowAt(std::int16_t position) const {
-    return windows_.Item(static_cast<std::size_t>(position));
+    return windows_.Item(static_cast<std::size_t>(position)).window;
 }
 
 std::u16string MSNControl::GetContactsText(std::int32_t handle) {
@@ -146,6 +146,7 @@ std::u16string MSNControl::GetContactsText(std::int32_t handle) {
 
 void MSNControl::AddMoniteredWindowContacts() {
     const std::int32_t handle = ReadingWindowHandle;
+    const std::uint32_t reading = ReadingNumber;
     const auto window = GetWindowAt(handle);
     if (!window) {
         return;
@@ -156,10 +157,11 @@ void MSNControl::AddMoniteredWindowContacts() {
         contacts = window->Contacts();
         count = contacts->Count();
     });
-    for (std::int32_t i = 0; i < count && ReadingWindowHandle == handle; ++i) {
+    const auto goes_on = [handle, reading] { return reading == ReadingNumber && handle == ReadingWindowHandle; };
+    for (std::int32_t i = 0; i < count && goes_on(); ++i) {
         std::optional<std::u16string> signin_name;
         attempt([&] { signin_name = contacts->Item(i)->SigninName(); });
-        if (signin_name && ReadingWindowHandle == handle) {
+        if (signin_name && goes_on()) {
             LoadCharacterForContact(*signin_name);
         }
     }
@@ -175,18 +177,19 @@ void MSNControl::RemoveMoniteredContact(const std::u16string& name) {
     if (LastRequests.contains(name)) {
         LastRequests.Remove(name);
     }
-    attempt([&] { characterHost.agent->Unload(name); });
+    UnloadCharacters({name});
 }
 
 void MSNControl::RemoveMoniteredWindowContacts() {
+    // Those who come up in the middle of it stay: the collections are empty before the first call.
+    std::vector<std::u16string> names;
     for (std::size_t i = LoadedCharacterKeys.Count(); i >= 1; --i) {
-        i = std::min(i, LoadedCharacterKeys.Count()); // events can have removed some meanwhile
-        if (i == 0) {
-            return;
-        }
-        const std::u16string name = LoadedCharacterKeys.Item(i);
-        RemoveMoniteredContact(name);
+        names.push_back(LoadedCharacterKeys.Item(i));
     }
+    LoadedCharacterKeys.Clear();
+    LoadedCharacters.Clear();
+    LastRequests.Clear();
+    UnloadCharacters(names);
 }
 
 void MSNControl::EnableMoniterTimer(bool enable) {
@@ -307,15 +310,24 @@ void MSNControl::MSNAPI_OnAppShutdown() {
 }
 
 void MSNControl::MSNAPI_OnSignin(std::int32_t result) {
+    const std::uint32_t session = ++session_, reading = ReadingNumber;
+    signed_out_ = false;
     host_.showSignOut(result < 0);
     RemoveMoniteredWindowContacts();
-    IsReadingConversation = 0;
-    ReadingWindowHandle = 0;
-    host_.resetReadingWindow();
+    if (session != session_) { // another sign-in, or a sign-out, has done the rest its own way
+        return;
+    }
+    if (reading == ReadingNumber || !IsReadingConversation) { // else one has begun since
+        IsReadingConversation = 0;
+        ReadingWindowHandle = 0;
+        host_.resetReadingWindow();
+    }
     host_.main();
 }
 
 void MSNControl::MSNAPI_OnSignout() {
+    ++session_;
+    signed_out_ = true;
     host_.unloadSecondaryWindows();
     host_.showSignOut(true);
     if (IsReadingConversation) { // nothing is read while nobody is signed in
@@ -324,50 +336,111 @@ void MSNControl::MSNAPI_OnSignout() {
 }
 
 void MSNControl::MSNAPI_OnMyStatusChange(std::int32_t, std::int32_t mMyStatus) {
+    const std::uint32_t status = ++status_, session = session_;
+    const auto is_last = [&] { return status == status_ && session == session_; };
     const bool shown = attempt([&] {
         const std::u16string name = displayName(messenger_->MyFriendlyName());
+        if (!is_last()) {
+            return;
+        }
         host_.setUserCaption(name + std::u16string(statusSuffix(mMyStatus)));
+        const std::uint32_t mail = mail_;
         const std::int16_t count = GetUnreadEmailCount();
-        if (count >= 0) {
+        if (count >= 0 && mail == mail_ && is_last()) {
             host_.setUserCaption(host_.userCaption() + unreadSuffix(count));
         }
     });
-    if (!shown) {
+    if (!shown && is_last()) {
         MSNAPI_OnSignout();
     }
 }
 
 void MSNControl::MSNAPI_OnMyFriendlyNameChange(std::int32_t, const std::u16string&) {
-    attempt([&] { MSNAPI_OnMyStatusChange(0, messenger_->MyStatus()); });
+    const std::uint32_t status_before = status_;
+    std::int32_t status = 0; // of no meaning: the name alone
+    attempt([&] { status = messenger_->MyStatus(); });
+    if (status_before == status_) {
+        MSNAPI_OnMyStatusChange(0, status);
+    }
 }
 
 void MSNControl::MSNAPI_OnUnreadEmailChange() {
-    attempt([&] {
-        const std::int16_t count = GetUnreadEmailCount();
+    const std::uint32_t mail = ++mail_;
+    std::int16_t count = -1; // where it cannot be had, the old one is not shown any longer
+    attempt([&] { count = GetUnreadEmailCount(); });
+    if (mail == mail_) {
         const std::u16string caption = RemoveBracketedText(host_.userCaption());
         host_.setUserCaption(count < 0 ? caption : caption + unreadSuffix(count));
+    }
+}
+
+void MSNControl::refreshRow(std::int32_t handle) {
+    const std::u16string key = windowKey(handle);
+    if (!windows_.contains(key)) {
+        return;
+    }
+    const std::uint32_t change = ++windows_.Item(key).changes;
+    const std::u16string participants = GetContactsText(handle);
+    if (windows_.contains(key) && windows_.Item(key).changes == change) {
+        host_.editConversationText(rowKey(handle), participants);
+    }
+}
+
+bool MSNControl::takesPart(const std::u16string& signin_name, MessengerWindow& window) {
+    bool found = false;
+    attempt([&] {
+        const auto contacts = window.Contacts();
+        const std::int32_t count = contacts->Count();
+        for (std::int32_t i = 0; i < count && !found; ++i) {
+            found = contacts->Item(i)->SigninName() == signin_name;
+        }
     });
+    return found;
+}
+
+// Nothing for one that ends while it is being asked.
+std::optional<std::int32_t> MSNControl::handleOfNew(MessengerWindow& window) {
+    struct Asking {
+        explicit Asking(MSNControl& of) : control(of) { ++control.handles_asked_; }
+        ~Asking() {
+            if (--control.handles_asked_ == 0) {
+                control.ended_meanwhile_.clear();
+            }
+        }
+        MSNControl& control;
+    } const asking(*this);
+    const std::size_t before = ended_meanwhile_.size();
+    const std::int32_t handle = window.Handle();
+    const auto first = ended_meanwhile_.begin() + static_cast<std::ptrdiff_t>(before);
+    const bool ended = std::find(first, ended_meanwhile_.end(), handle) != ended_meanwhile_.end();
+    return ended ? std::nullopt : std::optional(handle);
 }
 
 void MSNControl::MSNAPI_OnIMWindowCreated(std::shared_ptr<MessengerWindow> pIMWindow) {
     attempt([&] {
-        const std::int32_t handle = pIMWindow->Handle();
-        const std::u16string key = windowKey(handle);
-        const bool known = windows_.contains(key);
-        if (known) { // a handle used again, its end having gone unheard
-            windows_.Item(key) = pIMWindow;
-        } else {
-            windows_.Add(pIMWindow, key);
-        }
-
-        const std::u16string participants = GetContactsText(handle);
-        if (!windows_.contains(key)) { // closed meanwhile
+        const std::uint32_t session = session_;
+        const auto handle = handleOfNew(*pIMWindow);
+        if (!handle) {
             return;
         }
-        if (known) {
-            host_.editConversationText(rowKey(handle), participants);
+        const std::u16string key = windowKey(*handle);
+        const bool known = windows_.contains(key);
+        if (known) { // a handle used again, its end having gone unheard, or a window told of anew
+            windows_.Item(key).window = pIMWindow;
         } else {
-            host_.addConversation(u"Conversation with:", participants, rowKey(handle), !IsReadingConversation);
+            windows_.Add({pIMWindow}, key);
+        }
+
+        const std::uint32_t change = ++windows_.Item(key).changes;
+        const std::u16string participants = GetContactsText(*handle);
+        const bool signed_out = session != session_ && signed_out_;
+        if (signed_out || GetWindowAt(*handle) != pIMWindow) { // closed meanwhile, or told of anew
+            return;
+        }
+        // A row that is there stays, with its new text; one that went at a sign-out comes back.
+        host_.addConversation(u"Conversation with:", participants, rowKey(*handle), !IsReadingConversation);
+        if (known && windows_.Item(key).changes == change) {
+            host_.editConversationText(rowKey(*handle), participants);
         }
         host_.enableStartConvButt(true);
     });
@@ -376,41 +449,40 @@ void MSNControl::MSNAPI_OnIMWindowCreated(std::shared_ptr<MessengerWindow> pIMWi
 void MSNControl::MSNAPI_OnIMWindowDestroyed(std::shared_ptr<MessengerWindow> pIMWindow) {
     attempt([&] {
         const std::int32_t handle = pIMWindow->Handle();
+        if (handles_asked_ > 0) {
+            ended_meanwhile_.push_back(handle);
+        }
         if (windows_.contains(windowKey(handle))) {
             windows_.Remove(windowKey(handle));
         }
         if (handle == ReadingWindowHandle) {
             RemoveMoniteredWindowContacts();
-            if (IsReadingConversation) {
+            if (IsReadingConversation && handle == ReadingWindowHandle) { // else another one has begun since
                 host_.startConvButtClick();
             }
         }
-        host_.removeConversation(rowKey(handle));
+        if (!windows_.contains(windowKey(handle))) { // else the handle is in use again
+            host_.removeConversation(rowKey(handle));
+        }
         if (host_.conversationCount() == 0) {
             host_.enableStartConvButt(false);
         }
     });
 }
 
-bool MSNControl::isBeingRead(std::int32_t handle) {
-    if (!IsReadingConversation || ReadingWindowHandle == 0) {
-        return false;
-    }
-    const auto window = GetWindowAt(ReadingWindowHandle);
-    bool same = false;
-    if (window) {
-        attempt([&] { same = window->Handle() == handle; });
-    }
-    return same;
+bool MSNControl::isBeingRead(std::int32_t handle) const {
+    return IsReadingConversation && ReadingWindowHandle != 0 && handle == ReadingWindowHandle && GetWindowAt(handle);
 }
 
 void MSNControl::MSNAPI_OnIMWindowContactAdded(std::shared_ptr<MessengerContact> pContact,
                                                std::shared_ptr<MessengerWindow> pIMWindow) {
     attempt([&] {
+        const std::uint32_t departures = departures_;
         const std::int32_t handle = pIMWindow->Handle();
-        host_.editConversationText(rowKey(handle), GetContactsText(handle));
+        refreshRow(handle);
         const std::u16string signin_name = pContact->SigninName();
-        if (isBeingRead(handle)) {
+        const bool left = isBeingRead(handle) && departures != departures_ && !takesPart(signin_name, *pIMWindow);
+        if (!left && isBeingRead(handle)) {
             LoadCharacterForContact(signin_name);
         }
     });
@@ -419,12 +491,14 @@ void MSNControl::MSNAPI_OnIMWindowContactAdded(std::shared_ptr<MessengerContact>
 void MSNControl::MSNAPI_OnIMWindowContactRemoved(std::shared_ptr<MessengerContact> pContact,
                                                  std::shared_ptr<MessengerWindow> pIMWindow) {
     attempt([&] {
+        ++departures_;
         const std::int32_t handle = pIMWindow->Handle();
-        host_.editConversationText(rowKey(handle), GetContactsText(handle));
+        refreshRow(handle);
+        const std::u16string signin_name = pContact->SigninName();
         if (!isBeingRead(handle)) {
             return;
         }
-        RemoveMoniteredContact(pContact->SigninName());
+        RemoveMoniteredContact(signin_name);
         if (AutoAttachChar) {
             ReArrangeLoadedCharacterPositions();
         }

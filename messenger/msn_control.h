@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "common/keyed_collection.h"
 #include "platform/messenger_api.h"
@@ -42,6 +43,8 @@ class MSNControl {
     MSNControl& operator=(const MSNControl&) = delete;
 
     platform::MessengerApi& MSNAPI() { return *messenger_; }
+    // A sign-out was the last that was told of the session, whatever the client's status was before.
+    bool SignedOut() const { return signed_out_; }
 
     // From 1, of the first character not yet read; 0 while the history's length is not known.
     std::int32_t LastReadPosition = 0;
@@ -79,18 +82,31 @@ class MSNControl {
                                          std::shared_ptr<platform::MessengerWindow> pIMWindow);
 
   private:
+    struct Conversation {
+        std::shared_ptr<platform::MessengerWindow> window;
+        std::uint32_t changes = 0; // of its participants
+    };
+
     std::u16string GetContactsText(std::int32_t handle);
+    std::optional<std::int32_t> handleOfNew(platform::MessengerWindow& window);
+    void refreshRow(std::int32_t handle);
+    bool takesPart(const std::u16string& signin_name, platform::MessengerWindow& window);
     std::u16string FindMessageWriter(const std::u16string& head, platform::MessengerWindow& window);
     std::int16_t GetUnreadEmailCount();
-    bool isBeingRead(std::int32_t handle);
+    bool isBeingRead(std::int32_t handle) const;
     static std::int32_t positionBehind(std::size_t length);
 
     static constexpr std::int32_t position_unknown = 0;
 
     MonitorHost host_;
-    KeyedCollection<std::shared_ptr<platform::MessengerWindow>> windows_; // "%" + handle + "%"
-    std::uint32_t reading_ = 0;                                           // number of the reading begun last
+    KeyedCollection<Conversation> windows_; // "%" + handle + "%"
+    int handles_asked_ = 0;
+    std::vector<std::int32_t> ended_meanwhile_; // windows, while a new one's handle is asked
+    std::uint32_t reading_ = 0;                 // number of the reading begun last
     bool ticking_ = false;
+    // Events heard so far: one in the middle of another one's calls counts for more than it does.
+    std::uint32_t session_ = 0, status_ = 0, mail_ = 0, departures_ = 0;
+    bool signed_out_ = false;
     std::unique_ptr<platform::MessengerApi> messenger_; // last: its events use all above
 };
 

@@ -27,13 +27,11 @@ void Neighbours::enter(std::string_view call) {
 }
 
 std::u16string Contact::FriendlyName() {
-    neighbours().enter("FriendlyName");
-    return friendly_name;
+    return neighbours().answer("FriendlyName", friendly_name);
 }
 
 std::u16string Contact::SigninName() {
-    neighbours().enter("SigninName");
-    return signin_name;
+    return neighbours().answer("SigninName", signin_name);
 }
 
 namespace {
@@ -62,39 +60,32 @@ class Contacts : public platform::MessengerContacts {
 } // namespace
 
 std::int32_t Window::Handle() {
-    neighbours().enter("HWND");
-    return handle;
+    return neighbours().answer("HWND", handle);
 }
 
 std::int32_t Window::Left() {
-    neighbours().enter("Window.Left");
-    return left;
+    return neighbours().answer("Window.Left", left);
 }
 
 std::int32_t Window::Top() {
-    neighbours().enter("Window.Top");
-    return top;
+    return neighbours().answer("Window.Top", top);
 }
 
 std::int32_t Window::Width() {
-    neighbours().enter("Window.Width");
-    return width;
+    return neighbours().answer("Window.Width", width);
 }
 
 std::int32_t Window::Height() {
-    neighbours().enter("Window.Height");
-    return height;
+    return neighbours().answer("Window.Height", height);
 }
 
 std::shared_ptr<platform::MessengerContacts> Window::Contacts() {
-    neighbours().enter("Contacts");
-    return std::make_shared<fakes::Contacts>(contacts);
+    return std::make_shared<fakes::Contacts>(neighbours().answer("Contacts", contacts));
 }
 
 std::u16string Window::History() {
     ++history_reads;
-    neighbours().enter("History");
-    return history;
+    return neighbours().answer("History", history);
 }
 
 void Window::say(const std::u16string& friendly_name, const std::u16string& message) {
@@ -107,23 +98,17 @@ class Api : public platform::MessengerApi {
   public:
     std::int32_t MyStatus() override {
         ++messenger().status_reads;
-        neighbours().enter("MyStatus");
-        return messenger().status;
+        return neighbours().answer("MyStatus", messenger().status);
     }
 
-    std::u16string MySigninName() override {
-        neighbours().enter("MySigninName");
-        return messenger().signin_name;
-    }
+    std::u16string MySigninName() override { return neighbours().answer("MySigninName", messenger().signin_name); }
 
     std::u16string MyFriendlyName() override {
-        neighbours().enter("MyFriendlyName");
-        return messenger().friendly_name;
+        return neighbours().answer("MyFriendlyName", messenger().friendly_name);
     }
 
     std::int32_t UnreadEmailCount(std::int32_t) override {
-        neighbours().enter("UnreadEmailCount");
-        return messenger().unread;
+        return neighbours().answer("UnreadEmailCount", messenger().unread);
     }
 
     std::shared_ptr<platform::MessengerContacts> MyContacts() override {

@@ -18,6 +18,15 @@ struct Neighbours {
 
     // Runs inside every call, before it answers; not inside a call that it makes itself.
     std::function<void(std::string_view call)> during;
+    bool answers_first = false; // an answer was found before what happens in the middle, and is not what holds then
+
+    // A value's answer to a call.
+    template <class T>
+    T answer(std::string_view call, const T& value) {
+        T found = value;
+        enter(call);
+        return answers_first ? found : value;
+    }
 
     // At the start of every call; throws NeighbourError for a failing one.
     void enter(std::string_view call);

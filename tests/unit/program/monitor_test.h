@@ -93,7 +93,9 @@ class MonitorTest : public ProgramTest {
         MonitorHost host;
         host.addConversation = [this](const std::u16string& caption, const std::u16string& text,
                                       const std::u16string& key, bool selected) {
-            rows_.push_back({key, caption, text, selected});
+            if (rowOf(key) == rows_.end()) {
+                rows_.push_back({key, caption, text, selected});
+            }
         };
         host.editConversationText = [this](const std::u16string& key, const std::u16string& text) {
             if (const auto row = rowOf(key); row != rows_.end()) {

@@ -47,7 +47,7 @@ TEST_F(MsnControl, UnreadCountIsAskedAgain) {
     EXPECT_EQ(caption_, u"Me  - Online (12 Unread)");
     fakes::neighbours().failing = {"UnreadEmailCount"};
     fakes::messenger().events.OnUnreadEmailChange();
-    EXPECT_EQ(caption_, u"Me  - Online (12 Unread)");
+    EXPECT_EQ(caption_, u"Me  - Online") << "the old count is not shown any longer";
 }
 
 TEST_F(MsnControl, EmoticonsInTheNameBecomeBlanks) {
@@ -62,6 +62,14 @@ TEST_F(MsnControl, NameChangeKeepsTheStatus) {
     fakes::messenger().friendly_name = u"New";
     fakes::messenger().events.OnMyFriendlyNameChange(0, u"Old");
     EXPECT_EQ(caption_, u"New - Busy (0 Unread)");
+}
+
+TEST_F(MsnControl, NameIsShownThoughTheStatusCannotBeHad) {
+    fakes::messenger().friendly_name = u"New";
+    fakes::neighbours().failing = {"MyStatus"};
+    fakes::messenger().events.OnMyFriendlyNameChange(0, u"Old");
+    EXPECT_EQ(caption_, u"New (0 Unread)");
+    EXPECT_THAT(log_, IsEmpty());
 }
 
 TEST_F(MsnControl, FailureWhileTheCaptionIsMadeSignsOut) {
@@ -284,6 +292,42 @@ TEST_F(MsnControl, HandleUsedAgainKeepsOneRow) {
     ASSERT_EQ(rows_.size(), 1u);
     EXPECT_EQ(rows_[0].text, u"Bob");
     EXPECT_EQ(monitor_.GetWindowAt(1), second);
+}
+
+TEST_F(MsnControl, RowThatIsGoneAfterASignOutIsListedAgain) {
+    const auto window = open(1, {u"Ann"});
+    fakes::messenger().events.OnSignout();
+    rows_.clear(); // as the main window does
+    start_enabled_ = false;
+    fakes::messenger().events.OnSignin(0);
+    fakes::messenger().events.OnIMWindowCreated(window);
+    EXPECT_THAT(rows_, ElementsAre(Row{u"%1", u"Conversation with:", u"Ann", true}));
+    EXPECT_TRUE(start_enabled_);
+}
+
+TEST_F(MsnControl, ContactLeavingAnotherWindowChangesItsRowAlone) {
+    const auto window = open(1, {u"Ann"}), other = open(2, {u"Ann", u"Cy"});
+    startReading(*window);
+    calls().clear();
+    const auto ann = other->contacts[0];
+    other->contacts.erase(other->contacts.begin());
+    fakes::messenger().events.OnIMWindowContactRemoved(ann, other);
+    EXPECT_EQ(rows_[0].text, u"Ann");
+    EXPECT_EQ(rows_[1].text, u"Cy");
+    EXPECT_THAT(stage(), ElementsAre(u"ann@x"));
+    EXPECT_THAT(calls(), IsEmpty());
+}
+
+TEST_F(MsnControl, CharactersThatStayAreNotMovedWithoutTheAttachOption) {
+    AutoAttachChar = 0;
+    const auto window = open(1, {u"Ann", u"Bob"});
+    startReading(*window);
+    calls().clear();
+    const auto ann = window->contacts[0];
+    window->contacts.erase(window->contacts.begin());
+    fakes::messenger().events.OnIMWindowContactRemoved(ann, window);
+    EXPECT_THAT(stage(), ElementsAre(u"bob@x"));
+    EXPECT_THAT(calls(), IsEmpty());
 }
 
 } // namespace

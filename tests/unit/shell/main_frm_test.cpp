@@ -4,6 +4,8 @@
 
 #include <gmock/gmock.h>
 
+#include "common/text.h"
+
 namespace murmelix {
 namespace {
 
@@ -211,6 +213,67 @@ TEST_F(MainFrmTest, ConversationsAreListedAndTheFirstSelected) {
     EXPECT_EQ(form().ConversationsList.GetSelectedKey(), u"%1234");
 }
 
+TEST_F(MainFrmTest, EmptyListTellsWhatToDo) {
+    EXPECT_EQ(form().ConversationsList.NoItemCaption(),
+              u"Open a conversation in your Messenger[ENTER]and it appears here");
+}
+
+TEST_F(MainFrmTest, ConversationThatOpensWhileReadingIsNotSelected) {
+    startReading();
+    openConversation(5);
+    EXPECT_EQ(form().ConversationsList.GetItemCount(), 2);
+    EXPECT_EQ(form().ConversationsList.GetSelectedKey(), u"%1234");
+    fakes::click(form().StartConvButt);
+    openConversation(6);
+    EXPECT_EQ(form().ConversationsList.GetSelectedKey(), u"%6");
+}
+
+TEST_F(MainFrmTest, StartButtonIsTheSameWithAnEmptyListWhicheverWayItCame) {
+    const auto expect_nothing_to_start = [this](const char* when) {
+        EXPECT_FALSE(form().StartConvButt.Enabled()) << when;
+        EXPECT_EQ(form().StartConvButt.Caption(), u"&Start Reading Selected Conversation") << when;
+    };
+    expect_nothing_to_start("at first");
+    const auto window = openConversation(7);
+    EXPECT_TRUE(form().StartConvButt.Enabled());
+    fakes::messenger().events.OnSignout();
+    fakes::messenger().events.OnSignin(0);
+    expect_nothing_to_start("after another sign-in");
+    fakes::messenger().events.OnIMWindowCreated(window);
+    EXPECT_TRUE(form().StartConvButt.Enabled());
+    fakes::messenger().events.OnIMWindowDestroyed(window);
+    expect_nothing_to_start("after the last conversation");
+}
+
+TEST_F(MainFrmTest, ConversationIsListedAgainAfterASignOutAndASignIn) {
+    const auto window = openConversation(7);
+    fakes::messenger().events.OnSignout();
+    fakes::messenger().events.OnSignin(0);
+    ASSERT_EQ(form().ConversationsList.GetItemCount(), 0);
+    fakes::messenger().events.OnIMWindowCreated(window);
+    EXPECT_EQ(form().ConversationsList.GetItemCount(), 1);
+    EXPECT_TRUE(fakes::click(form().StartConvButt));
+    EXPECT_EQ(ReadingWindowHandle, 7);
+}
+
+TEST_F(MainFrmTest, RowsFillTheListWholly) {
+    for (const double twips_per_pixel : {15.0, 12.0, 10.0, 7.5}) {
+        fakes::screen().twips_per_pixel = twips_per_pixel;
+        form().onSettingsChange();
+        CoolListBox& list = form().ConversationsList;
+        const int height = list.P.surface().Height(), rows = height / list.ItemHeight();
+        EXPECT_EQ(height % list.ItemHeight(), 0) << twips_per_pixel;
+        EXPECT_GE(rows, 4);
+        EXPECT_GE(list.ItemHeight() * twips_per_pixel, 600 - twips_per_pixel);
+        list.ClearList();
+        for (int row = 1; row <= rows + 1; ++row) {
+            list.AddItem(u"Conversation with:", u"Ann", u"%" + toText(row), false);
+            EXPECT_EQ(list.Scroll.Visible(), row > rows) << row;
+        }
+        EXPECT_EQ(list.Scroll.Max(), 1);
+    }
+}
+
 TEST_F(MainFrmTest, StartReadsTheSelectedConversation) {
     const auto window = openConversation(1234);
     window->left = 77;
@@ -324,14 +387,21 @@ TEST_F(MainFrmTest, TickDuringACallToANeighbourIsSkipped) {
     EXPECT_EQ(window->history_reads, reads + 1);
 }
 
-TEST_F(MainFrmTest, MovedWindowTakesTheCharactersAlong) {
+TEST_F(MainFrmTest, MovedWindowTakesTheCharactersAlongOnce) {
     const auto window = startReading();
-    fakes::state().agent.calls.clear();
+    auto& calls = fakes::state().agent.calls;
+    calls.clear();
     fakes::tick(form().WindowResizeTimer);
-    EXPECT_THAT(fakes::state().agent.calls, IsEmpty());
-    window->left += 50;
-    fakes::tick(form().WindowResizeTimer);
-    EXPECT_FALSE(fakes::state().agent.calls.empty());
+    EXPECT_THAT(calls, IsEmpty());
+    for (std::int32_t* const side : {&window->left, &window->top}) {
+        *side += 50;
+        fakes::tick(form().WindowResizeTimer);
+        EXPECT_EQ(std::count_if(calls.begin(), calls.end(), [](const auto& call) { return call.call == u"MoveTo"; }),
+                  2);
+        calls.clear();
+        fakes::tick(form().WindowResizeTimer);
+        EXPECT_THAT(calls, IsEmpty()) << "the new place is the known one";
+    }
 }
 
 TEST_F(MainFrmTest, VanishedWindowStopsTheReadingAtTheNextTick) {
@@ -352,8 +422,11 @@ TEST_F(MainFrmTest, FailingWindowIsAskedAgainAtTheNextTick) {
 }
 
 TEST_F(MainFrmTest, TimerTickDoesNothingWithoutReading) {
+    openConversation(7);
     form().WindowResizeTimer_Timer();
     EXPECT_EQ(IsReadingConversation, 0);
+    EXPECT_EQ(form().StartConvButt.Caption(), u"&Start Reading Selected Conversation");
+    EXPECT_THAT(fakes::state().agent.log, IsEmpty());
 }
 
 TEST_F(MainFrmTest, AttachOptionStopsAndRestartsTheTimerWhileReading) {
@@ -557,7 +630,7 @@ TEST_F(MainFrmTest, OptionsStayOpenWhenTheScreenChanges) {
     EXPECT_TRUE(form().MurmelixFrame.Enabled());
     const ui::Rect& pixels = fakes::screen().bounds[form().StartConvButt.handle()];
     EXPECT_EQ(pixels.height, form().StartConvButt.Height() * 2 / 15);
-    EXPECT_EQ(form().ConversationsList.ItemHeight(), 80);
+    EXPECT_GE(form().ConversationsList.ItemHeight(), 80);
     form().ReadOptnsButt_Click();
     form().onSettingsChange();
     EXPECT_EQ(form().Width(), form().MainFrame.Width() + 270);

@@ -21,12 +21,20 @@ inline const std::string account_key = "Software\\Murmelix\\me@x";
 
 class ShellTest : public testing::Test {
   protected:
-    ShellTest() {
+    ShellTest() { prepareMachine(); }
+    ~ShellTest() override {
+        clearStage();
+        characterHost = {};
+    }
+
+    // Nothing stored, nobody on stage, two character files and three sound schemes.
+    static void prepareMachine() {
         fakes::reset();
         fakes::screen() = {};
         WindowsDir = SettingsKeyPath = SoundsDir = CharPicsDir = u"";
         MainFormLoaded = IsReadingConversation = 0;
         ReadingWindowHandle = 0;
+        ReadingNumber = 0;
         SpeechCheckAnswer = 0;
         AutoHideIdleChar = AutoAttachChar = AutoMinimize = AutoUpdate = AutoIgnoreChars = AutoCorrectText =
             AutoHideBalloon = PlayReadEmoticon = ShowMinimizeFrm = ShowTipFrm = ShowEmotTipFrm = 0;
@@ -37,10 +45,6 @@ class ShellTest : public testing::Test {
         fakes::screen().files[u"C:\\WINDOWS\\msagent\\chars\\"] = {u"Anna.acs", u"Bert.acs"};
         fakes::state().agent.files[u"C:\\WINDOWS\\msagent\\chars\\Anna.acs"] = {u"Anna"};
         fakes::state().agent.files[u"C:\\WINDOWS\\msagent\\chars\\Bert.acs"] = {u"Bert"};
-    }
-    ~ShellTest() override {
-        clearStage();
-        characterHost = {};
     }
 
     static void clearStage() {
