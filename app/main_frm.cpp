@@ -430,7 +430,7 @@ void MainFrm::ShowSignOut(bool show) {
 }
 
 void MainFrm::SignInButt_Click() {
-    attempt([this] { MSNControl->MSNAPI().Signin(0, u"", u""); });
+    MSNControl->SignIn();
 }
 
 void MainFrm::HelpButt_Click() {

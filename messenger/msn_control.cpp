@@ -111,6 +111,7 @@ MSNControl::MSNControl(MonitorHost host) : host_(std::move(host)) {
                                              std::shared_ptr<MessengerWindow> window) {
         MSNAPI_OnIMWindowContactRemoved(std::move(contact), std::move(window));
     };
+    events.Returned = [this] { joinSession(); };
     messenger_ = platform::createMessengerApi(std::move(events));
 }
 
@@ -302,6 +303,22 @@ std::u16string MSNControl::FindMessageWriter(const std::u16string& head, Messeng
 std::int16_t MSNControl::GetUnreadEmailCount() {
     constexpr std::int32_t inbox = 0;
     return toInt16(messenger_->UnreadEmailCount(inbox));
+}
+
+void MSNControl::SignIn() {
+    attempt([this] { messenger_->Signin(0, u"", u""); });
+    joinSession();
+}
+
+// A client that was found signed in has not told of it.
+void MSNControl::joinSession() {
+    const std::uint32_t session = session_;
+    if (!SettingsKeyPath.empty()) {
+        return;
+    }
+    if (!SettingsKeyPathFor(*messenger_).empty() && session == session_) {
+        MSNAPI_OnSignin(0);
+    }
 }
 
 void MSNControl::MSNAPI_OnAppShutdown() {

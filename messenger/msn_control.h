@@ -68,6 +68,9 @@ class MSNControl {
     };
     std::optional<CapturedText> CaptureNewText();
 
+    // Signs in by the client's own means, in which it is started where it is not there.
+    void SignIn();
+
     void MSNAPI_OnAppShutdown();
     void MSNAPI_OnSignin(std::int32_t result);
     void MSNAPI_OnSignout();
@@ -87,6 +90,7 @@ class MSNControl {
         std::uint32_t changes = 0; // of its participants
     };
 
+    void joinSession();
     std::u16string GetContactsText(std::int32_t handle);
     std::optional<std::int32_t> handleOfNew(platform::MessengerWindow& window);
     void refreshRow(std::int32_t handle);

@@ -44,7 +44,7 @@ class AgentCharacter {
     virtual std::shared_ptr<AgentRequest> MoveTo(std::int16_t x, std::int16_t y) = 0; // Speed omitted
 };
 
-// What the server tells; functions left empty are not called.
+// What the server tells; functions left empty are not called. One that ends without a word has shut down.
 struct AgentEvents {
     std::function<void(const std::u16string& name)> Command;
     std::function<void(const std::u16string& character_id, std::int16_t button, std::int16_t shift, std::int16_t x,

@@ -38,7 +38,7 @@ class MessengerWindow {
     virtual std::u16string History() = 0;
 };
 
-// What the client tells; functions left empty are not called.
+// What the client tells; functions left empty are not called. One that ends without a word has signed out.
 struct MessengerEvents {
     std::function<void()> OnAppShutdown;
     std::function<void(std::int32_t result)> OnSignin;
@@ -50,6 +50,8 @@ struct MessengerEvents {
     std::function<void(std::shared_ptr<MessengerWindow>)> OnIMWindowDestroyed;
     std::function<void(std::shared_ptr<MessengerContact>, std::shared_ptr<MessengerWindow>)> OnIMWindowContactAdded;
     std::function<void(std::shared_ptr<MessengerContact>, std::shared_ptr<MessengerWindow>)> OnIMWindowContactRemoved;
+    // Not told by the client: it was not there, and is there again; what it told meanwhile is not known.
+    std::function<void()> Returned;
 };
 
 class MessengerApi {

@@ -135,6 +135,13 @@ class AgentClient final : public AgentControl {
         : events_(std::move(events)),
           control_(
               prog_id, agent_events, [this](DISPID event, auto& arguments) { deliver(events_, event, arguments); },
+              // What the server says of its end where it still can.
+              {.ended =
+                   [this] {
+                       if (events_.Shutdown) {
+                           events_.Shutdown();
+                       }
+                   }},
               connectControl) {}
 
     void setRaiseRequestErrors(bool raise) override {

@@ -30,7 +30,7 @@ enum EventId : DISPID {
 
 class Contact final : public MessengerContact {
   public:
-    explicit Contact(Ptr<IDispatch> contact) : contact_(std::move(contact)) {}
+    explicit Contact(Object contact) : contact_(std::move(contact)) {}
     std::u16string FriendlyName() override {
         return neighbourCall([&] { return contact_.get(u"FriendlyName").toText(); });
     }
@@ -49,8 +49,7 @@ class ContactList final : public MessengerContacts {
         return neighbourCall([&] { return contacts_.get(u"Count").toInt32(); });
     }
     std::shared_ptr<MessengerContact> Item(std::int32_t index) override {
-        return neighbourCall(
-            [&] { return std::make_shared<Contact>(contacts_.get(u"Item", {Variant(index)}).toObject()); });
+        return neighbourCall([&] { return std::make_shared<Contact>(contacts_.object(u"Item", {Variant(index)})); });
     }
 
   private:
@@ -93,7 +92,7 @@ std::shared_ptr<MessengerWindow> windowOf(const Variant& argument) {
 }
 
 std::shared_ptr<MessengerContact> contactOf(const Variant& argument) {
-    return std::make_shared<Contact>(argument.toObject());
+    return std::make_shared<Contact>(Object(argument.toObject()));
 }
 
 template <class Function, class... Arguments>
@@ -134,9 +133,11 @@ void deliver(const MessengerEvents& events, DISPID event, const std::vector<Vari
 class MessengerClient final : public MessengerApi {
   public:
     MessengerClient(const char16_t* prog_id, MessengerEvents events)
-        : events_(std::move(events)), client_(prog_id, messenger_events, [this](DISPID event, auto& arguments) {
-              deliver(events_, event, arguments);
-          }) {}
+        : events_(std::move(events)),
+          client_(prog_id, messenger_events,
+                  [this](DISPID event, auto& arguments) { deliver(events_, event, arguments); },
+                  // With the client the session ends, whatever it was.
+                  {.ended = [this] { raise(events_.OnSignout); }, .returned = [this] { raise(events_.Returned); }}) {}
 
     std::int32_t MyStatus() override {
         return neighbourCall([&] { return client_.object().get(u"MyStatus").toInt32(); });

@@ -266,6 +266,48 @@ TEST_F(LoaderTest, FailedSignInShowsThePanelAndStopsReading) {
     EXPECT_EQ(LoadedCharacterKeys.Count(), 0u);
 }
 
+TEST_F(LoaderTest, MessengerThatComesBackSignedInIsMetAsASignIn) {
+    ASSERT_TRUE(start());
+    fakes::messenger().events.OnSignout(); // as it is told for one that ended without a word
+    fakes::messenger().status = 1;
+    fakes::messenger().events.Returned();
+    EXPECT_TRUE(form().SignOutFrame.Visible()) << "nobody has signed in to it yet";
+    EXPECT_EQ(SettingsKeyPath, u"");
+    fakes::messenger().status = 2;
+    fakes::messenger().signin_name = u"other@x";
+    fakes::messenger().events.Returned();
+    EXPECT_FALSE(form().SignOutFrame.Visible());
+    EXPECT_EQ(SettingsKeyPath, u"Software\\Murmelix\\other@x");
+}
+
+TEST_F(LoaderTest, MessengerThatReturnsInTheMiddleOfASessionChangesNothing) {
+    ASSERT_TRUE(start());
+    openConversation(7);
+    form().StartConvButt_Click();
+    fakes::messenger().events.Returned();
+    EXPECT_NE(IsReadingConversation, 0);
+}
+
+TEST_F(LoaderTest, SignInButtonJoinsAMessengerThatIsSignedInAlready) {
+    fakes::messenger().status = 1;
+    ASSERT_TRUE(start());
+    fakes::messenger().status = 2; // its word of it went unheard
+    EXPECT_TRUE(fakes::click(form().SignInButt));
+    EXPECT_EQ(fakes::messenger().signin_calls, 1);
+    EXPECT_FALSE(form().SignOutFrame.Visible());
+    EXPECT_EQ(SettingsKeyPath, u"Software\\Murmelix\\me@x");
+}
+
+TEST_F(LoaderTest, SignInButtonLeavesThePanelUntilTheSignInIsTold) {
+    fakes::messenger().status = 1;
+    ASSERT_TRUE(start());
+    EXPECT_TRUE(fakes::click(form().SignInButt));
+    EXPECT_TRUE(form().SignOutFrame.Visible());
+    fakes::messenger().status = 2;
+    fakes::messenger().events.OnSignin(0);
+    EXPECT_FALSE(form().SignOutFrame.Visible());
+}
+
 TEST_F(LoaderTest, ShutdownOfMessengerRemovesTheIconAndEnds) {
     ASSERT_TRUE(start());
     EXPECT_THROW(fakes::messenger().events.OnAppShutdown(), fakes::ProcessEnded);

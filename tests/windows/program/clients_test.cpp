@@ -63,6 +63,7 @@ TEST_F(ClientsTest, MessengerEventsArriveInTheMiddleOfACallInOrder) {
         EXPECT_EQ(window->Width(), 2051);
         EXPECT_EQ(window->Height(), 2052);
         EXPECT_EQ(window->Contacts()->Count(), 1);
+        EXPECT_EQ(window->Contacts()->Item(0)->SigninName(), u"ann@test") << "Item is a method there";
         const std::u16string history = window->History();
         EXPECT_EQ(history.size(), 500000u + 1 + 2 + 9 + 2 + 2);
         EXPECT_TRUE(history.ends_with(u"Ann says:\r\nhi"));
@@ -89,6 +90,35 @@ TEST_F(ClientsTest, MessengerThatDiesInTheMiddleOfACallEndsTheCall) {
     EXPECT_THROW(messenger->Signin(0, test::ask_for_death, u""), NeighbourError);
     EXPECT_THROW(messenger->MyStatus(), NeighbourError);
     EXPECT_FALSE(neighbourCallPending());
+}
+
+// Serves messages until something has come true.
+void serveUntil(const std::function<bool()>& condition) {
+    MSG message{};
+    while (!condition() && GetMessageW(&message, nullptr, 0, 0) > 0) {
+        DispatchMessageW(&message);
+    }
+}
+
+TEST_F(ClientsTest, MessengerThatEndsWithoutAWordHasSignedOut) {
+    int signouts = 0;
+    MessengerEvents events;
+    events.OnSignout = [&] { ++signouts; };
+    const auto messenger = connectMessenger(test::vanishing_messenger_prog_id, std::move(events));
+    EXPECT_THROW(messenger->Signin(0, test::ask_for_death, u""), NeighbourError);
+    EXPECT_EQ(signouts, 0) << "not in the middle of a call";
+    serveUntil([&] { return signouts > 0; });
+    EXPECT_EQ(signouts, 1);
+}
+
+TEST_F(ClientsTest, AgentThatEndsWithoutAWordHasShutDown) {
+    int shutdowns = 0;
+    AgentEvents events;
+    events.Shutdown = [&] { ++shutdowns; };
+    const auto agent = connectAgent(test::vanishing_agent_prog_id, std::move(events));
+    EXPECT_THROW(agent->Unload(u"ann@test"), NeighbourError);
+    serveUntil([&] { return shutdowns > 0; });
+    EXPECT_EQ(shutdowns, 1);
 }
 
 TEST_F(ClientsTest, MissingNeighbourFailsEveryCall) {

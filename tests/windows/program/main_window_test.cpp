@@ -107,7 +107,7 @@ class MainWindow : public testing::Test {
 
     const com::Apartment apartment;
     const int system_dpi = ui::win32::screenDpi();
-    MainFrm form{[] {}};
+    MainFrm form{[] {}, [] { return false; }};
     std::unique_ptr<MinimizeFrm> minimize;
     std::unique_ptr<TipFrm> tip;
     std::unique_ptr<TipEmotFrm> emoticons;
@@ -174,6 +174,7 @@ TEST_F(MainWindow, LongNamesAreCutAndNothingMoves) {
 TEST_F(MainWindow, LetterOfANameIsNoAccelerator) {
     signIn();
     form.MainFrame.setCaption(u"&Sam - Online (0 Unread)");
+    form.StartConvButt.setEnabled(true);
     int starts = 0;
     form.StartConvButt.Click = [&] { ++starts; };
     form.ReadOptnsButt.SetFocus();

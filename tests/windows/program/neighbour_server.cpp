@@ -24,8 +24,10 @@ constexpr CLSID classId(int number) {
     return {0x4C1B6E11, 0x52F0, 0x4D07, {0x9A, 0x3E, 0x21, 0x6F, 0x0B, 0xC4, 0xD8, static_cast<BYTE>(number)}};
 }
 
-// The first two are Messengers, the others Agents.
-constexpr std::array prog_ids{messenger_prog_id, mortal_messenger_prog_id, agent_prog_id, mortal_agent_prog_id};
+// The Messengers first, then the Agents.
+constexpr int messengers = 3;
+constexpr std::array prog_ids{messenger_prog_id, mortal_messenger_prog_id, vanishing_messenger_prog_id,
+                              agent_prog_id,     mortal_agent_prog_id,     vanishing_agent_prog_id};
 
 com::ServerClass serverClass(int number) {
     return {classId(number), u"Murmelix test", {prog_ids.at(static_cast<std::size_t>(number))}};
@@ -50,12 +52,20 @@ class Contact final : public com::Served {
     }
 };
 
+// Its items are had by a property or by a method: automation servers do either.
 class ContactList final : public com::Served {
+  public:
+    enum class Item { property, method };
+    explicit ContactList(Item as) : as_(as) {}
+
+  private:
     std::span<const Member> members() const override {
-        static const Members<ContactList> all{
-            property(L"Item", 0, &ContactList::item, {L"Index"}),
-            property(L"Count", 1792, [](const ContactList&) { return std::int32_t{1}; })};
-        return all;
+        static const auto count = [](const ContactList&) { return std::int32_t{1}; };
+        static const Members<ContactList> by_property{property(L"Item", 0, &ContactList::item, {L"Index"}),
+                                                      property(L"Count", 1792, count)};
+        static const Members<ContactList> by_method{method(L"Item", 0, &ContactList::item, {L"Index"}),
+                                                    property(L"Count", 1792, count)};
+        return as_ == Item::property ? by_property : by_method;
     }
     Ptr<Contact> item(std::int32_t index) {
         if (index != 0) {
@@ -63,6 +73,8 @@ class ContactList final : public com::Served {
         }
         return com::make<Contact>();
     }
+
+    Item as_;
 };
 
 // Answers the conversation's members itself, as a window does whose other interface cannot cross processes.
@@ -74,7 +86,8 @@ class Window final : public com::Served {
             property(L"Top", 2050, [](const Window&) { return std::int32_t{2050}; }),
             property(L"Width", 2051, [](const Window&) { return std::int32_t{2051}; }),
             property(L"Height", 2052, [](const Window&) { return std::int32_t{2052}; }),
-            property(L"Contacts", 2057, [](const Window&) { return com::make<ContactList>(); }),
+            property(L"Contacts", 2057,
+                     [](const Window&) { return com::make<ContactList>(ContactList::Item::method); }),
             property(L"History", 2058,
                      [](const Window&) { return std::u16string(500000, u'x') + u'\0' + u"\r\nAnn says:\r\nhi"; })};
         return all;
@@ -92,7 +105,8 @@ class Messenger final : public com::Served {
             property(L"UnreadEmailCount", 1284, [](const Messenger&, std::int32_t folder) { return folder + 7; },
                      {L"Folder"}),
             method(L"Signin", 1297, &Messenger::signin, {L"Parent", L"SigninName", L"Password"}),
-            property(L"MyContacts", 1303, [](const Messenger&) { return com::make<ContactList>(); }),
+            property(L"MyContacts", 1303,
+                     [](const Messenger&) { return com::make<ContactList>(ContactList::Item::property); }),
             property(L"MySigninName", 1304,
                      [](const Messenger&) -> std::int32_t { throw com::Error(E_FAIL, u"nobody is signed in"); }),
             property(L"MyStatus", 1305, [](const Messenger&) { return std::int32_t{34}; })};
@@ -276,7 +290,8 @@ NeighbourRegistration::~NeighbourRegistration() {
 int serveNeighbour(int number) {
     const com::Apartment apartment;
     const com::ClassObject server(classId(number), [number] {
-        return number < 2 ? Ptr<IDispatch>(com::make<Messenger>().get()) : Ptr<IDispatch>(com::make<Agent>().get());
+        return number < messengers ? Ptr<IDispatch>(com::make<Messenger>().get())
+                                   : Ptr<IDispatch>(com::make<Agent>().get());
     });
     SetTimer(nullptr, 0, 60000, [](HWND, UINT, UINT_PTR, DWORD) { PostQuitMessage(0); });
     MSG message{};

@@ -8,6 +8,8 @@ inline constexpr const char16_t* agent_prog_id = u"MurmelixTest.Agent";
 // Processes of their own, for a class whose server died stays unavailable under Wine.
 inline constexpr const char16_t* mortal_messenger_prog_id = u"MurmelixTest.MortalMessenger";
 inline constexpr const char16_t* mortal_agent_prog_id = u"MurmelixTest.MortalAgent";
+inline constexpr const char16_t* vanishing_messenger_prog_id = u"MurmelixTest.VanishingMessenger";
+inline constexpr const char16_t* vanishing_agent_prog_id = u"MurmelixTest.VanishingAgent";
 // Sign-in names that have an effect.
 inline constexpr const char16_t* ask_for_events = u"events@test";
 inline constexpr const char16_t* ask_for_death = u"death@test";
