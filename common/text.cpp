@@ -7,6 +7,8 @@
 #include <cstdlib>
 #include <vector>
 
+#include "common/letter_cases.h"
+
 namespace murmelix {
 
 namespace {
@@ -67,72 +69,36 @@ void appendUtf8(std::string& bytes, char32_t code) {
     }
 }
 
-constexpr char16_t lowerByRange(char16_t unit) {
-    const auto plus = [unit](int distance) { return static_cast<char16_t>(unit + distance); };
-    const auto within = [unit](char16_t first, char16_t last) { return unit >= first && unit <= last; };
-    if (within(u'A', u'Z') || (within(0xC0, 0xDE) && unit != 0xD7)) {
-        return plus(32);
-    }
-    if (unit < 0x100) {
-        return unit;
-    }
-    if (within(0x100, 0x137) && unit != 0x130 && unit != 0x131) {
-        return static_cast<char16_t>(unit | 1);
-    }
-    if (within(0x14A, 0x177)) {
-        return static_cast<char16_t>(unit | 1);
-    }
-    if ((within(0x139, 0x148) || within(0x179, 0x17E)) && unit % 2 == 1) {
-        return plus(1);
-    }
-    if (unit == 0x178) {
-        return 0xFF;
-    }
-    if (within(0x391, 0x3AB) && unit != 0x3A2) {
-        return plus(32);
-    }
-    if (unit == 0x386) {
-        return 0x3AC;
-    }
-    if (within(0x388, 0x38A)) {
-        return plus(37);
-    }
-    if (unit == 0x38C) {
-        return 0x3CC;
-    }
-    if (unit == 0x38E || unit == 0x38F) {
-        return plus(63);
-    }
-    if (within(0x400, 0x40F)) {
-        return plus(80);
-    }
-    if (within(0x410, 0x42F)) {
-        return plus(32);
-    }
-    return unit;
-}
-
-// All letters that have two cases lie below this.
-constexpr std::size_t cased_units = 0x460;
-
-struct CaseTables {
-    std::array<char16_t, cased_units> lower{};
-    std::array<char16_t, cased_units> upper{};
-
-    constexpr CaseTables() {
-        for (std::size_t unit = 0; unit < cased_units; ++unit) {
-            lower[unit] = upper[unit] = static_cast<char16_t>(unit);
-        }
-        for (std::size_t unit = 0; unit < cased_units; ++unit) {
-            lower[unit] = lowerByRange(static_cast<char16_t>(unit));
-            if (lower[unit] != unit) {
-                upper[lower[unit]] = static_cast<char16_t>(unit);
+// How far each letter is from its other case, by pages of 256 units; a page without any is the first one.
+class CaseTable {
+  public:
+    constexpr CaseTable(bool to_lower) {
+        std::size_t used = 1;
+        for (const LetterCaseRun& run : letter_case_runs) {
+            for (std::int32_t upper = run.first; upper <= run.last; upper += run.step) {
+                const std::int32_t lower = upper + run.distance, unit = to_lower ? upper : lower;
+                std::uint8_t& page = page_of_[static_cast<std::size_t>(unit >> 8)];
+                if (page == 0) {
+                    page = static_cast<std::uint8_t>(used++);
+                }
+                pages_.at(page).at(static_cast<std::size_t>(unit & 0xFF)) =
+                    static_cast<std::uint16_t>(to_lower ? run.distance : -run.distance);
             }
         }
     }
+
+    constexpr char16_t operator()(char16_t unit) const {
+        return static_cast<char16_t>(unit + pages_[page_of_[unit >> 8]][unit & 0xFF]);
+    }
+
+  private:
+    static constexpr std::size_t most_pages = 24; // more than have letters of two cases; else this does not compile
+
+    std::array<std::uint8_t, 256> page_of_{};
+    std::array<std::array<std::uint16_t, 256>, most_pages> pages_{}; // distances modulo 65536
 };
 
-constexpr CaseTables case_tables;
+constexpr CaseTable lower_case(true), upper_case(false);
 
 // Folded texts longer than this are sought without ever going back in the text, so that no pair of texts takes longer
 // than the sum of their lengths.
@@ -210,11 +176,11 @@ std::string toUtf8(std::u16string_view text) {
 }
 
 char16_t toLower(char16_t unit) {
-    return unit < cased_units ? case_tables.lower[unit] : unit;
+    return lower_case(unit);
 }
 
 char16_t toUpper(char16_t unit) {
-    return unit < cased_units ? case_tables.upper[unit] : unit;
+    return upper_case(unit);
 }
 
 std::u16string toLower(std::u16string_view text) {

@@ -18,7 +18,8 @@ std::u16string fromUtf8(std::string_view bytes);
 // UTF-16 to UTF-8; an unpaired surrogate becomes U+FFFD.
 std::string toUtf8(std::u16string_view text);
 
-// One unit in lower or upper case: Latin (with its first extensions), Greek and Cyrillic letters; others unchanged.
+// One unit in lower or upper case, the same on every system: letters whose other case is one unit as well and leads
+// back to them (see make_letter_cases.py); others unchanged.
 char16_t toLower(char16_t unit);
 char16_t toUpper(char16_t unit);
 std::u16string toLower(std::u16string_view text);

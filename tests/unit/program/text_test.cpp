@@ -82,6 +82,48 @@ TEST(Text, ProperCaseRaisesTheFirstLetterOfEachWord) {
     EXPECT_EQ(toProperCase(u"\u00E9COLE don't"), u"\u00C9cole Don't");
 }
 
+TEST(Text, LettersOfEveryScriptWithCasesHaveBoth) {
+    const std::vector<std::pair<std::u16string, std::u16string>> texts{
+        {u"HELLO \u00C9COLE", u"hello \u00E9cole"},
+        {u"\u0218I \u021AARA", u"\u0219i \u021Bara"},                                   // Romanian
+        {u"TI\u1EBENG VI\u1EC6T \u01A0 \u01AF", u"ti\u1EBFng vi\u1EC7t \u01A1 \u01B0"}, // Vietnamese
+        {u"\u054D\u0561\u0575", u"\u057D\u0561\u0575"},                                 // Armenian
+        {u"\uFF28\uFF29", u"\uFF48\uFF49"},                                             // full-width
+        {u"\u03A9\u0386\u1F08", u"\u03C9\u03AC\u1F00"},                                 // Greek
+        {u"\u0416\u0401\u0490\u0492", u"\u0436\u0451\u0491\u0493"},                     // Cyrillic
+        {u"\u2C00\u2C80\uA640", u"\u2C30\u2C81\uA641"},
+    };
+    for (const auto& [upper, lower] : texts) {
+        EXPECT_EQ(toLower(std::u16string_view(upper)), lower);
+        EXPECT_TRUE(sameText(upper, lower, LetterCase::ignored));
+    }
+    EXPECT_EQ(toProperCase(u"\u0218I \u021AARA"), u"\u0218i \u021Aara");
+    EXPECT_EQ(toProperCase(u"\u0561\u0562"), u"\u0531\u0562");
+}
+
+TEST(Text, LettersWithoutACaseOfTheirOwnAreLeftAlone) {
+    for (const char16_t unit :
+         {u'\u0130', u'\u0131', u'\u00DF', u'\u1E9E', u'\u017F', u'\u212A', u'\u00B5', u'\u00D7', u'\u00F7', u'\u10D0',
+          u'\u1C90', u'\u10A0', u'\u2D00', u'\u4E00', u'\u0000', u'\uFFFF'}) {
+        EXPECT_EQ(toLower(unit), unit) << std::hex << static_cast<unsigned>(unit);
+        EXPECT_EQ(toUpper(unit), unit) << std::hex << static_cast<unsigned>(unit);
+    }
+}
+
+TEST(Text, CaseOfEveryUnitLeadsBack) {
+    int pairs = 0;
+    for (unsigned unit = 0; unit < 0x10000; ++unit) {
+        const auto letter = static_cast<char16_t>(unit);
+        EXPECT_EQ(toLower(toLower(letter)), toLower(letter)) << std::hex << unit;
+        EXPECT_EQ(toUpper(toUpper(letter)), toUpper(letter)) << std::hex << unit;
+        if (toLower(letter) != letter) {
+            EXPECT_EQ(toUpper(toLower(letter)), letter) << std::hex << unit;
+            ++pairs;
+        }
+    }
+    EXPECT_GT(pairs, 900);
+}
+
 } // namespace
 
 } // namespace murmelix::test
