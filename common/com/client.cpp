@@ -10,6 +10,9 @@ namespace murmelix::com {
 
 namespace {
 
+// Of servers that were killed. Asking for one takes it away (see ClassObject), so that the next one's turn comes.
+constexpr int most_dead_offers = 8;
+
 std::vector<Variant> inDeclaredOrder(const DISPPARAMS& parameters) {
     std::vector<Variant> arguments;
     arguments.reserve(parameters.cArgs);
@@ -68,7 +71,14 @@ Object Object::create(const char16_t* prog_id) {
     CLSID clsid;
     check(CLSIDFromProgID(wide(prog_id), &clsid));
     void* object = nullptr;
-    check(CoCreateInstance(clsid, nullptr, CLSCTX_LOCAL_SERVER | CLSCTX_INPROC_SERVER, IID_IDispatch, &object));
+    HRESULT made = S_OK;
+    for (int tries = 0; tries < most_dead_offers; ++tries) {
+        made = CoCreateInstance(clsid, nullptr, CLSCTX_LOCAL_SERVER | CLSCTX_INPROC_SERVER, IID_IDispatch, &object);
+        if (!isGone(made)) {
+            break;
+        }
+    }
+    check(made);
     return Object(Ptr<IDispatch>::adopt(static_cast<IDispatch*>(object)));
 }
 

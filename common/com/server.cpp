@@ -13,7 +13,14 @@ namespace {
 
 class Factory final : public Counted<IClassFactory> {
   public:
-    explicit Factory(std::function<Ptr<IDispatch>()> create) : create_(std::move(create)) {}
+    Factory(std::function<Ptr<IDispatch>()> create, std::function<void()> used)
+        : create_(std::move(create)), used_(std::move(used)) {}
+
+    // The offer has ended; who holds the factory yet gets nothing by it.
+    void withdraw() {
+        create_ = nullptr;
+        used_ = nullptr;
+    }
 
     HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID iid, void** object) override {
         if (!object) {
@@ -24,7 +31,13 @@ class Factory final : public Counted<IClassFactory> {
             return CLASS_E_NOAGGREGATION;
         }
         try {
+            if (!create_) {
+                return CO_E_SERVER_STOPPING;
+            }
             const auto created = create_();
+            if (used_) {
+                used_();
+            }
             return created ? created->QueryInterface(iid, object) : E_FAIL;
         } catch (const Error& error) {
             return error.result();
@@ -41,6 +54,7 @@ class Factory final : public Counted<IClassFactory> {
     bool answers(REFIID iid) const override { return IsEqualIID(iid, IID_IClassFactory); }
 
     std::function<Ptr<IDispatch>()> create_;
+    std::function<void()> used_;
 };
 
 class Key {
@@ -147,12 +161,27 @@ Registration unregisterServer(const ServerClass& server) {
     return refused ? Registration::refused : Registration::done;
 }
 
-ClassObject::ClassObject(const CLSID& clsid, std::function<Ptr<IDispatch>()> create) {
-    const auto factory = Ptr<Factory>::adopt(new Factory(std::move(create)));
-    check(CoRegisterClassObject(clsid, factory.get(), CLSCTX_LOCAL_SERVER, REGCLS_MULTIPLEUSE, &cookie_));
+ClassObject::ClassObject(const CLSID& clsid, std::function<Ptr<IDispatch>()> create)
+    : clsid_(clsid), factory_(Ptr<IClassFactory>::adopt(new Factory(std::move(create), [this] {
+          try {
+              offer();
+          } catch (const Error&) { // who is served now is served all the same
+          }
+      }))) {
+    offer();
+}
+
+// For one use, and anew after each: the registration of a server that was killed stays where nobody takes it back, as
+// under Wine, and would stand before that of its successor for good; so the first failing use takes it away.
+void ClassObject::offer() {
+    if (const DWORD used = std::exchange(cookie_, 0)) {
+        CoRevokeClassObject(used);
+    }
+    check(CoRegisterClassObject(clsid_, factory_.get(), CLSCTX_LOCAL_SERVER, REGCLS_SINGLEUSE, &cookie_));
 }
 
 ClassObject::~ClassObject() {
+    static_cast<Factory*>(factory_.get())->withdraw();
     if (cookie_) {
         CoRevokeClassObject(cookie_);
     }

@@ -34,6 +34,10 @@ class ClassObject {
     ClassObject& operator=(const ClassObject&) = delete;
 
   private:
+    void offer();
+
+    CLSID clsid_;
+    Ptr<IClassFactory> factory_;
     DWORD cookie_ = 0;
 };
 

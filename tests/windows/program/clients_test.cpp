@@ -109,6 +109,23 @@ TEST_F(ClientsTest, MessengerThatEndsWithoutAWordHasSignedOut) {
     EXPECT_EQ(signouts, 0) << "not in the middle of a call";
     serveUntil([&] { return signouts > 0; });
     EXPECT_EQ(signouts, 1);
+    EXPECT_EQ(messenger->MyStatus(), 34) << "the next use starts another one";
+}
+
+TEST_F(ClientsTest, MessengerThatReturnsByItselfIsJoined) {
+    int signouts = 0, returns = 0;
+    MessengerEvents events;
+    events.OnSignout = [&] { ++signouts; };
+    events.Returned = [&] { ++returns; };
+    const auto messenger = connectMessenger(test::returning_messenger_prog_id, std::move(events));
+    EXPECT_THROW(messenger->Signin(0, test::ask_for_death, u""), NeighbourError);
+    serveUntil([&] { return signouts > 0; });
+    EXPECT_EQ(returns, 0);
+    const auto another = connectMessenger(test::returning_messenger_prog_id, {}); // who starts it
+    EXPECT_EQ(another->MyStatus(), 34);
+    serveUntil([&] { return returns > 0; });
+    EXPECT_EQ(returns, 1);
+    EXPECT_EQ(messenger->MyStatus(), 34);
 }
 
 TEST_F(ClientsTest, AgentThatEndsWithoutAWordHasShutDown) {

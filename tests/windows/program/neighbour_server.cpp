@@ -25,9 +25,10 @@ constexpr CLSID classId(int number) {
 }
 
 // The Messengers first, then the Agents.
-constexpr int messengers = 3;
-constexpr std::array prog_ids{messenger_prog_id, mortal_messenger_prog_id, vanishing_messenger_prog_id,
-                              agent_prog_id,     mortal_agent_prog_id,     vanishing_agent_prog_id};
+constexpr int messengers = 4;
+constexpr std::array prog_ids{
+    messenger_prog_id, mortal_messenger_prog_id, vanishing_messenger_prog_id, returning_messenger_prog_id,
+    agent_prog_id,     mortal_agent_prog_id,     vanishing_agent_prog_id};
 
 com::ServerClass serverClass(int number) {
     return {classId(number), u"Murmelix test", {prog_ids.at(static_cast<std::size_t>(number))}};

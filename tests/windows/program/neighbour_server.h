@@ -5,10 +5,11 @@ namespace murmelix::test {
 
 inline constexpr const char16_t* messenger_prog_id = u"MurmelixTest.Messenger";
 inline constexpr const char16_t* agent_prog_id = u"MurmelixTest.Agent";
-// Processes of their own, for a class whose server died stays unavailable under Wine.
+// Processes of their own, which die.
 inline constexpr const char16_t* mortal_messenger_prog_id = u"MurmelixTest.MortalMessenger";
 inline constexpr const char16_t* mortal_agent_prog_id = u"MurmelixTest.MortalAgent";
 inline constexpr const char16_t* vanishing_messenger_prog_id = u"MurmelixTest.VanishingMessenger";
+inline constexpr const char16_t* returning_messenger_prog_id = u"MurmelixTest.ReturningMessenger";
 inline constexpr const char16_t* vanishing_agent_prog_id = u"MurmelixTest.VanishingAgent";
 // Sign-in names that have an effect.
 inline constexpr const char16_t* ask_for_events = u"events@test";
