@@ -30,7 +30,7 @@ class Vanishing(WholeProgramTest):
 
     def characters(self):
         """The windows of the characters on the screen."""
-        return [window for window in self.windows() if window.kind == "AgentCharacter" and window.visible]
+        return [window for window in self.windows() if window.kind == "AgentServerCharacter" and window.visible]
 
     def wait_for_shutdown_alert(self):
         """The character server's end is told, and the program ends after it."""
