@@ -103,6 +103,18 @@ void MainFrm::connectHandlers() {
     StartConvButt.setEnabled(false); // until there is a conversation
     ConversationsList.setNoItemCaption(u"Open a conversation in your Messenger[ENTER]and it appears here");
 
+    // The list's own keys scroll it.
+    addAccelerator({ui::Key::up, ui::control_key}, [this] { selectConversation(-1); });
+    addAccelerator({ui::Key::down, ui::control_key}, [this] { selectConversation(1); });
+    // Its letter is heard behind the panel as well: what is clicked there counts for the time after it.
+    addAccelerator({u'O', ui::alt_key}, [this] {
+        if (SignOutFrame.Visible()) {
+            ReadOptnsButt_Click();
+        } else {
+            ReadOptnsButt.onMnemonic();
+        }
+    });
+
     // The boxes are clear at first, and what they enable is disabled.
     IgnoreCharTxt.setEnabled(false);
     SoundSchemeList.setEnabled(false);
@@ -450,6 +462,15 @@ void MainFrm::StartConvButt_Click() {
     showWhetherReading();
 }
 
+void MainFrm::selectConversation(int rows_down) {
+    const int count = ConversationsList.GetItemCount();
+    if (!ConversationsList.EnabledIt() || SignOutFrame.Visible() || count == 0) {
+        return;
+    }
+    const int position = std::clamp(ConversationsList.Selected() + rows_down, 1, count);
+    ConversationsList.SelectKey(ConversationsList.Item(to16Bit(position)).Key, true);
+}
+
 void MainFrm::showWhetherReading() {
     SystemMenuStopReadingConver.setEnabled(IsReadingConversation != 0);
     // There is no matchup window yet; while reading the button tells why it could not be opened anyway.
@@ -598,6 +619,14 @@ void MainFrm::SoundSchemeList_Click() {
     }
     WriteRegistryValue(platform::Hive::current_user, SettingsKeyPath, u"CurrentSoundScheme", SoundSchemeList.Text());
     CurrentSoundScheme = SoundSchemeList.Text();
+}
+
+// Schemes may have come or gone while other windows were in front.
+bool MainFrm::onActivate() {
+    if (focused() == &SoundSchemeList) {
+        SoundSchemeList_GotFocus();
+    }
+    return false;
 }
 
 void MainFrm::SoundSchemeList_GotFocus() {

@@ -37,6 +37,7 @@ class MainFrm : public ui::Form {
     // The close box hides the window.
     void onClose() override;
     void layOut() override;
+    bool onActivate() override;
 
     void ShowSignOut(bool show = true);
     void StartReadingConversation();
@@ -161,6 +162,7 @@ class MainFrm : public ui::Form {
     void fillSoundSchemes();
     void stopReading();
     void showWhetherReading();
+    void selectConversation(int rows_down);
     void hideToTray();
     void unloadSecondaryWindows();
     template <class Window>

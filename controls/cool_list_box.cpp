@@ -53,6 +53,8 @@ CoolListBox::CoolListBox(ui::Control& parent) : Frame(parent, u"", Border::none)
             DblClick();
         }
     };
+    P.GotFocus = [this] { markFocus(true); };
+    P.LostFocus = [this] { markFocus(false); };
     P.KeyDown = [this](ui::Key key) { return P_KeyDown(key); };
     P.Wheel = [this](int rows) { Scroll.setValue(Scroll.Value() + rows); };
     P.OLEStartDrag = [this](ui::DataObject& data, ui::DropEffect& allowed) { P_OLEStartDrag(data, allowed); };
@@ -143,9 +145,14 @@ void CoolListBox::setSelected(std::int16_t position) {
         return;
     }
     const std::int16_t before = selected_;
+    const bool marked_all = marksAll();
     selected_ = position;
-    DrawItem(before);
-    DrawItem(position);
+    if (marked_all != marksAll()) {
+        Redraw();
+    } else {
+        DrawItem(before);
+        DrawItem(position);
+    }
     if (OnSelect) {
         OnSelect();
     }
@@ -292,12 +299,18 @@ void CoolListBox::Redraw() {
             paintRow(static_cast<std::int16_t>(position));
         }
     }
+    if (marksAll()) {
+        surface.FocusRect({0, 0, surface.Width(), surface.Height()});
+    }
     surface.Refresh();
 }
 
 void CoolListBox::DrawItem(std::int16_t position) {
     if (!isRow(position)) {
         return;
+    }
+    if (marksAll()) { // a row painted over the mark would leave a piece of it
+        return Redraw();
     }
     paintRow(position);
     P.surface().Refresh();
@@ -369,6 +382,22 @@ void CoolListBox::paintRow(std::int16_t position) {
     if (item.Icon) {
         surface.PaintPicture(item.Icon, icon_pos_x_, below(y, icon_pos_y_));
     }
+    if (selected && has_focus_) {
+        surface.FocusRect({0, y, surface.Width(), item_height_});
+    }
+}
+
+bool CoolListBox::marksAll() const {
+    if (!has_focus_ || !isRow(selected_)) {
+        return has_focus_;
+    }
+    const std::int32_t y = rowTop(selected_);
+    return y + item_height_ <= 0 || y >= P.surface().Height();
+}
+
+void CoolListBox::markFocus(bool has_focus) {
+    has_focus_ = has_focus;
+    Redraw();
 }
 
 void CoolListBox::drawMessage() {

@@ -111,6 +111,9 @@ class CoolListBox : public ui::Frame {
     void layOut();
     void paintRow(std::int16_t position);
     void drawMessage();
+    // The keyboard's mark is on the selected row; on the whole list where that is not to be seen.
+    bool marksAll() const;
+    void markFocus(bool has_focus);
     std::vector<std::u16string> wrappedMessage() const;
 
     void P_MouseDown(float x, float y);
@@ -130,6 +133,7 @@ class CoolListBox : public ui::Frame {
     std::int32_t icon_pos_x_ = 0, icon_pos_y_ = 0, caption_pos_x_ = 0, caption_pos_y_ = 0, text_pos_x_ = 1,
                  text_pos_y_ = 1;
     std::optional<MouseDownRecord> mouse_down_;
+    bool has_focus_ = false;
     bool repaint_due_ = false; // what is shown is drawn in another font
 };
 

@@ -13,6 +13,33 @@ TEST_F(CoolListBoxTest, EmptyListShowsTheMessageCentred) {
     EXPECT_THAT(drawings(), ElementsAre(Drawing{Drawing::Kind::text, {82, 43, 0, 0}, 0x80000011, u"No one"}));
 }
 
+TEST_F(CoolListBoxTest, ListWithTheFocusMarksTheSelectedRowOrAllOfIt) {
+    const auto marks = [this] {
+        std::vector<ui::Rect> areas;
+        for (const Drawing& drawing : drawings()) {
+            if (drawing.kind == Drawing::Kind::focus) {
+                areas.push_back(drawing.area);
+            }
+        }
+        return areas;
+    };
+    const ui::Rect whole{0, 0, list.P.surface().Width(), 100};
+    list.P.SetFocus();
+    EXPECT_THAT(marks(), ElementsAre(whole)) << "without rows";
+    fill(5);
+    EXPECT_THAT(marks(), ElementsAre(whole)) << "with nothing selected";
+    list.setSelected(2);
+    EXPECT_THAT(marks(), ElementsAre(ui::Rect{0, 20, whole.width, 20}));
+    list.P.onFocusLost();
+    EXPECT_THAT(marks(), ElementsAre());
+    list.P.GotFocus();
+    fill(20);
+    list.Scroll.setValue(10);
+    EXPECT_THAT(marks(), ElementsAre(ui::Rect{0, 0, list.P.surface().Width(), 100})) << "the row is not to be seen";
+    list.EditItemText(u"k12", u"changed");
+    EXPECT_EQ(marks().size(), 1U) << "no piece of it is left over";
+}
+
 TEST_F(CoolListBoxTest, EnterInTheMessageBreaksTheLineAndABlankMakesABlankLine) {
     list.setNoItemCaption(u"No matchups.[ENTER] [ENTER] Drag and drop");
     EXPECT_THAT(printed(), ElementsAre(u"No matchups.", u" ", u" Drag and drop"));

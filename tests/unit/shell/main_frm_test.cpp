@@ -274,6 +274,72 @@ TEST_F(MainFrmTest, RowsFillTheListWholly) {
     }
 }
 
+TEST_F(MainFrmTest, ConversationIsChosenByControlAndArrowKeys) {
+    const ui::Shortcut up{ui::Key::up, ui::control_key}, down{ui::Key::down, ui::control_key};
+    CoolListBox& list = form().ConversationsList;
+    EXPECT_TRUE(form().onKey(down));
+    EXPECT_EQ(list.Selected(), 0) << "an empty list";
+    for (const int handle : {1, 2, 3}) {
+        openConversation(handle);
+    }
+    form().StartConvButt.SetFocus();
+    EXPECT_EQ(list.GetSelectedKey(), u"%3");
+    EXPECT_TRUE(form().onKey(down));
+    EXPECT_EQ(list.GetSelectedKey(), u"%3");
+    EXPECT_TRUE(form().onKey(up));
+    EXPECT_TRUE(form().onKey(up));
+    EXPECT_EQ(list.GetSelectedKey(), u"%1");
+    EXPECT_TRUE(form().onKey(up));
+    EXPECT_EQ(list.GetSelectedKey(), u"%1");
+    form().StartConvButt_Click();
+    EXPECT_EQ(ReadingWindowHandle, 1);
+    EXPECT_TRUE(form().onKey(down));
+    EXPECT_EQ(list.GetSelectedKey(), u"%1") << "what is read stays selected";
+}
+
+TEST_F(MainFrmTest, ConversationChosenByKeysComesIntoView) {
+    CoolListBox& list = form().ConversationsList;
+    for (int handle = 1; handle <= 40; ++handle) {
+        openConversation(handle);
+    }
+    ASSERT_GT(list.Scroll.Value(), 0);
+    for (int times = 0; times < 39; ++times) {
+        form().onKey({ui::Key::up, ui::control_key});
+    }
+    EXPECT_EQ(list.Selected(), 1);
+    EXPECT_EQ(list.Scroll.Value(), 0);
+}
+
+TEST_F(MainFrmTest, SoundSchemesAreReadAgainWhenTheWindowComesBackToTheirList) {
+    showOptions();
+    form().SoundSchemeList.SetFocus();
+    fakes::system().subdirectories[u"C:\\Murmelix\\sounds\\"] = {u"aliens", u"default"};
+    EXPECT_FALSE(form().onActivate());
+    EXPECT_EQ(form().SoundSchemeList.List(0), u"aliens");
+    form().StartConvButt.setEnabled(true);
+    form().StartConvButt.SetFocus();
+    fakes::system().subdirectories[u"C:\\Murmelix\\sounds\\"] = {u"default"};
+    EXPECT_FALSE(form().onActivate());
+    EXPECT_EQ(form().SoundSchemeList.ListCount(), 2) << "read when it is in use alone";
+}
+
+TEST_F(MainFrmTest, OptionsButtonBehindThePanelIsHeardByKeyboard) {
+    fakes::messenger().status = 1;
+    fakes::messenger().events.OnSignout();
+    const ui::Shortcut alt_o{u'O', ui::alt_key};
+    const int width = form().Width();
+    EXPECT_TRUE(form().onKey(alt_o));
+    EXPECT_EQ(form().Width(), width) << "nothing visible has changed";
+    EXPECT_EQ(form().ReadOptnsButt.Caption(), u"Show &Options ->");
+    fakes::messenger().status = 2;
+    fakes::messenger().events.OnSignin(0);
+    EXPECT_TRUE(form().onKey(alt_o));
+    EXPECT_EQ(form().Width(), width) << "this one hides them";
+    EXPECT_TRUE(form().onKey(alt_o));
+    EXPECT_GT(form().Width(), width);
+    EXPECT_EQ(form().focused(), &form().ReadOptnsButt);
+}
+
 TEST_F(MainFrmTest, StartReadsTheSelectedConversation) {
     const auto window = openConversation(1234);
     window->left = 77;
