@@ -55,6 +55,41 @@ TEST_F(Capture, NameAtTheSecondCharacterIdentifiesAtTheThirdDoesNot) {
     EXPECT_EQ(tick(), chunk(u"ann@x", u"  Bob says:\r\ntwo\r\n"));
 }
 
+TEST_F(Capture, LineWithoutItsEndHasAHeadOfFourCharacters) {
+    struct Row {
+        std::u16string line, key, text;
+    };
+    for (const Row& row : {Row{u"Bob: hello", u"bob@x", u"hello"}, Row{u"Bob:", u"bob@x", u""},
+                           Row{u"Bob", u"bob@x", u""}, Row{u"  Bob", u"", u"  Bob"}, Row{u"Bo", u"", u"Bo"}}) {
+        window_->history = u"";
+        IsReadingConversation = 1;
+        ReadingWindowHandle = 1;
+        monitor_.currentUser.clear();
+        monitor_.LastReadPosition = 1;
+        window_->history = row.line;
+        EXPECT_EQ(tick(), chunk(row.key, row.text)) << toUtf8(row.line);
+    }
+}
+
+TEST_F(Capture, NameWithoutItsEmoticonsIsSoughtWithItsBlanks) {
+    window_->contacts = {contact(u":)Ann"), contact(u"Bob")};
+    startReading(*window_);
+    window_->say(u"Ann", u"one");
+    EXPECT_EQ(tick(), chunk(u"", u"\nAnn says:\r\none"));
+    tick();
+    window_->say(u" Ann", u"two");
+    EXPECT_EQ(tick(), chunk(window_->contacts[0]->signin_name, u"two"));
+}
+
+TEST_F(Capture, EmptyMessageShowsAHiddenCharacter) {
+    startReading(*window_);
+    fakes::agent().characters.at(u"ann@x")->visible = false;
+    calls().clear();
+    window_->history += u"\r\nAnn says:\r\n";
+    monitor_.ReadMoniter_Timer();
+    EXPECT_THAT(calls(), ElementsAre(showCall(u"ann@x")));
+}
+
 TEST_F(Capture, OwnLinesAreTheUsers) {
     startReading(*window_);
     window_->say(u"Me", u"mine");

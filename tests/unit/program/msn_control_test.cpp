@@ -87,6 +87,17 @@ TEST_F(MsnControl, SigninStartsAgainFromMain) {
     EXPECT_THAT(log_, ElementsAre(u"hide SignOut", u"reset", u"Main"));
 }
 
+TEST_F(MsnControl, SigninGoesStepByStep) {
+    startReading(*open(7, {u"Ann"}));
+    fakes::neighbours().during = [&](std::string_view call) {
+        if (call == "Unload") {
+            log_.push_back(IsReadingConversation && ReadingWindowHandle == 7 ? u"unload in the reading" : u"unload");
+        }
+    };
+    fakes::messenger().events.OnSignin(0);
+    EXPECT_THAT(log_, ElementsAre(u"hide SignOut", u"unload in the reading", u"reset", u"Main"));
+}
+
 TEST_F(MsnControl, FailedSigninStopsReadingAndShowsThePanel) {
     const auto window = open(7, {u"Ann"});
     startReading(*window);

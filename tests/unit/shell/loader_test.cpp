@@ -180,6 +180,49 @@ TEST_F(LoaderTest, MissingCharacterDirectoryEndsTheProgram) {
                                                 u"installation",
                                                 16, u"Character Directory not found!"}));
     EXPECT_EQ(MainFormLoaded, 0);
+    ASSERT_EQ(fakes::screen().tray_calls.size(), 1U);
+    EXPECT_EQ(fakes::screen().tray_calls.front().message, ui::TrayMessage::remove);
+    EXPECT_TRUE(fakes::system().ended);
+}
+
+TEST_F(LoaderTest, MatchupsOfTheAccountAreLoaded) {
+    SettingsKeyPath = u"Software\\Murmelix\\me@x";
+    AddMatchup(u"ann@x", u"Bert");
+    SettingsKeyPath = u"Software\\Murmelix\\other@x";
+    AddMatchup(u"bob@x", u"Anna");
+    Matchups.Clear();
+    ASSERT_TRUE(start());
+    ASSERT_EQ(Matchups.Count(), 1U);
+    EXPECT_EQ(GetMatchupCharacter(u"ann@x"), u"Bert");
+    openConversation(7);
+    form().StartConvButt_Click();
+    EXPECT_EQ(fakes::agent().characters.at(u"ann@x")->name, u"Bert");
+    fakes::messenger().signin_name = u"other@x";
+    fakes::messenger().events.OnSignin(0);
+    ASSERT_EQ(Matchups.Count(), 1U);
+    EXPECT_EQ(GetMatchupCharacter(u"bob@x"), u"Anna");
+}
+
+TEST_F(LoaderTest, MinimizedStartShowsTheTipAndRunsTheUpdaterAllTheSame) {
+    store("AutoMinimize", "1");
+    ASSERT_TRUE(start());
+    EXPECT_FALSE(form().Visible());
+    ASSERT_TRUE(form().TipFrm);
+    EXPECT_TRUE(form().TipFrm->Visible());
+    ASSERT_EQ(shellCalls().size(), 1U);
+    EXPECT_EQ(shellCalls().front().file, u"C:\\Murmelix\\updater.exe");
+}
+
+TEST_F(LoaderTest, CharacterFilesThatCameLaterAreUsed) {
+    ASSERT_TRUE(start());
+    fakes::screen().files[u"C:\\WINDOWS\\msagent\\chars\\"] = {u"Aaron.acs", u"Anna.acs", u"Bert.acs"};
+    fakes::agent().files[u"C:\\WINDOWS\\msagent\\chars\\Aaron.acs"] = {u"Aaron"};
+    openConversation(7);
+    form().StartConvButt_Click();
+    EXPECT_EQ(fakes::agent().characters.at(u"ann@x")->name, u"Aaron");
+    fakes::screen().files[u"C:\\WINDOWS\\msagent\\chars\\"] = {u"Bert.acs"};
+    fakes::messenger().events.OnSignin(0);
+    EXPECT_EQ(form().CharzList.names(), std::vector<std::u16string>{u"Bert.acs"});
 }
 
 TEST_F(LoaderTest, FirstStartShowsTheWindowAddsTheIconAndRunsTheUpdater) {

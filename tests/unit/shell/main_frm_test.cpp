@@ -653,6 +653,36 @@ TEST_F(MainFrmTest, SignInWhileReadingLeavesTheWindowAsAfterAStop) {
     EXPECT_EQ(LoadedCharacterKeys.Count(), 0U);
 }
 
+TEST_F(MainFrmTest, SignOutLeavesHiddenOptionsHidden) {
+    form().ShowSignOut();
+    EXPECT_EQ(form().OptionsShown, 0);
+    EXPECT_EQ(form().ReadOptnsButt.Caption(), u"Show &Options ->");
+    EXPECT_EQ(form().Width(), form().MainFrame.Width() + 270);
+    EXPECT_FALSE(form().MurmelixFrame.Enabled());
+}
+
+TEST_F(MainFrmTest, ContactThatWasRemovedSaysNothingMoreInThisReading) {
+    const auto window = startReading();
+    fakes::agent().events.Command(u"ann@xR%");
+    EXPECT_FALSE(fakes::agent().characters.contains(u"ann@x"));
+    EXPECT_TRUE(LoadedCharacterKeys.contains(u"ann@x")) << "it is not given another one";
+    fakes::agent().calls.clear();
+    fakes::agent().log.clear();
+    window->say(u"Ann", u"hello");
+    fakes::tick(form().ReadMoniter);
+    for (const fakes::AgentCall& call : fakes::agent().calls) {
+        EXPECT_NE(call.key, u"ann@x");
+    }
+    fakes::messenger().events.OnIMWindowContactAdded(window->contacts[0], window);
+    EXPECT_THAT(fakes::agent().log, IsEmpty());
+    const auto& calls = fakes::agent().calls;
+    window->say(u"Bob", u"hello");
+    fakes::tick(form().ReadMoniter);
+    EXPECT_TRUE(std::any_of(calls.begin(), calls.end(), [](const fakes::AgentCall& call) {
+        return call.key == u"bob@x" && call.call == u"Speak";
+    }));
+}
+
 TEST_F(MainFrmTest, SignOutEndsTheReading) {
     startReading();
     fakes::messenger().events.OnSignout();

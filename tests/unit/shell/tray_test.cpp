@@ -182,12 +182,17 @@ TEST_F(TrayTest, MenusAreTheGivenOnes) {
 }
 
 TEST_F(TrayTest, EveryItemButSeparatorsHasAPicture) {
+    std::vector<std::u16string> pictures;
     ASSERT_TRUE(start());
     for (const ui::Menu* menu : form().menus()) {
         for (const ui::MenuItem* item : menu->items()) {
             EXPECT_EQ(static_cast<bool>(item->picture()), !item->separator());
+            pictures.push_back(item->picture().name);
         }
     }
+    EXPECT_THAT(pictures, testing::ElementsAre(u"menu_minimize", u"", u"menu_characters", u"menu_voices", u"",
+                                               u"menu_exit", u"menu_about", u"", u"menu_tips", u"menu_help", u"",
+                                               u"menu_friend", u"menu_restore", u"", u"menu_stop", u"", u"menu_exit"));
 }
 
 TEST_F(TrayTest, ItemsOpenTheirPages) {
