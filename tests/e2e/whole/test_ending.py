@@ -32,7 +32,9 @@ class Ending(ShellTest):
         self.assertEqual(self.program.returncode, 0)
         self.assertEqual(self.mappings.appeared(), 0)
         self.assertIsNone(self.main())
-        self.assertFalse([window.text for window in self.windows() if window.kind.startswith("Murmelix")])
+        # The neighbours' windows are of the same toolkit; hidden ones among them own their icons.
+        self.assertFalse([window.text for window in self.windows()
+                          if window.visible and window.kind.startswith("Murmelix")])
         for neighbour in neighbours:
             self.assert_running(neighbour)
 

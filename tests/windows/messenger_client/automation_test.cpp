@@ -601,7 +601,7 @@ TEST(Orders, AreRefusedByAClientThatWasNotStartedToTakeThem) {
         EXPECT_EQ(messenger.get(u"MySigninName").toText(), u"me@x");
         EXPECT_EQ(messenger.get(u"MyFriendlyName").toText(), u"me");
     }
-    PostMessageW(window(), WM_CLOSE, 0, 0);
+    PostMessageW(window(), WM_ENDSESSION, TRUE, 0); // its close box would only hide it
     EXPECT_EQ(client.exitStatus(), 0U);
 }
 

@@ -28,6 +28,11 @@ int count(std::u16string_view text) {
     return static_cast<int>(std::min(text.size(), Lettering::longest_line));
 }
 
+// What says how the sign before it looks.
+bool isSelector(char16_t unit) {
+    return (unit >= 0xFE00 && unit <= 0xFE0F) || unit == 0x200D;
+}
+
 // How many units of the text the font of the context has no picture for; 0 where it cannot be told.
 std::size_t missingGlyphs(HDC context, std::u16string_view text) {
     std::array<WORD, Lettering::longest_line> glyphs{};
@@ -40,7 +45,8 @@ std::size_t missingGlyphs(HDC context, std::u16string_view text) {
     std::size_t missing = 0;
     for (std::size_t i = 0; i < found; ++i) {
         const bool half = text[i] >= 0xD800 && text[i] < 0xE000; // is looked for by itself
-        missing += glyphs[i] == 0xFFFF && text[i] > u' ' && !half ? 1 : 0;
+        const bool seen = text[i] > u' ' && !isSelector(text[i]);
+        missing += glyphs[i] == 0xFFFF && seen && !half ? 1 : 0;
     }
     return missing;
 }
@@ -83,11 +89,6 @@ bool isPair(std::u16string_view text, std::size_t at) {
 // Arrows, technical and other symbols, among them emoji of one unit.
 bool isSymbol(char16_t unit) {
     return unit >= 0x2190 && unit <= 0x2BFF;
-}
-
-// What says how the sign before it looks.
-bool isSelector(char16_t unit) {
-    return (unit >= 0xFE00 && unit <= 0xFE0F) || unit == 0x200D;
 }
 
 // Whether letters stand one after another from the left, each by itself.
