@@ -116,12 +116,16 @@ bool askForMenu(ui::Control& control) {
 }
 
 bool choose(ui::MenuItem& item) {
-    ui::raise(item.menu().Popup);
-    if (!item.reachable()) {
+    ui::Menu& menu = item.menu();
+    const int place = item.position();
+    ui::raise(menu.Popup); // which may make the items anew
+    const auto found = std::find_if(menu.items().begin(), menu.items().end(),
+                                    [&](const ui::MenuItem* each) { return each->position() == place; });
+    if (found == menu.items().end() || !(*found)->reachable()) {
         return false;
     }
-    ui::raise(item.menu().form().UserActs);
-    item.onClick();
+    ui::raise(menu.form().UserActs);
+    (*found)->onClick();
     return true;
 }
 
