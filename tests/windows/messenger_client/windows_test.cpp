@@ -202,8 +202,13 @@ TEST_F(Windows, ControlsOfAResizedOneShowThemselvesAlone) {
         return pictures;
     };
     resize(560, 480);
+    RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_UPDATENOW | RDW_ALLCHILDREN);
     auto before = look();
-    ASSERT_TRUE(pumpUntil([&] { return std::exchange(before, look()) == before; }));
+    int same = 0; // looks, one after the other
+    ASSERT_TRUE(pumpUntil([&] {
+        same = std::exchange(before, look()) == before ? same + 1 : 0;
+        return same >= 20;
+    }));
     for (const auto& [width, height] : {std::pair{900, 700}, {440, 330}, {1100, 400}, {470, 800}, {560, 480}}) {
         resize(width, height);
     }
