@@ -13,9 +13,9 @@ class BusyDay(unittest.TestCase):
         self.bytes = (FOLDER / "busy-day.txt").read_bytes()
 
     def test_it_is_what_the_script_writes(self):
-        specification = importlib.util.spec_from_file_location("build_busy_day", FOLDER / "build_busy_day.py")
-        script = importlib.util.module_from_spec(specification)
-        specification.loader.exec_module(script)
+        found = importlib.util.spec_from_file_location("build_busy_day", FOLDER / "build_busy_day.py")
+        script = importlib.util.module_from_spec(found)
+        found.loader.exec_module(script)
         self.assertEqual(script.Day(script.SEED).write(), self.bytes)
         self.assertNotEqual(script.Day(script.SEED + 1).write(), self.bytes)
 
