@@ -1,7 +1,7 @@
 #include "ui/button.h"
 
+#include "ui/win32/pressed.h"
 #include "ui/win32/surface.h"
-#include "ui/win32/window.h"
 
 namespace murmelix::ui {
 
@@ -9,28 +9,14 @@ using namespace win32;
 
 namespace {
 
-class ButtonWindow final : public ControlWindow {
+class ButtonWindow final : public PressedWindow {
   public:
     ButtonWindow(Control& button, HWND parent, const std::u16string& caption)
-        : ControlWindow(button, {L"BUTTON", BS_PUSHBUTTON | BS_NOTIFY | WS_TABSTOP}, parent, caption) {}
+        : PressedWindow(button, BS_PUSHBUTTON, parent, caption) {}
 
     Size room() const override { return {scaled(24), scaled(12)}; }
 
     bool keeps(const Shortcut& key) const override { return key.key == Key::space; }
-
-    void onCommand(UINT code) override {
-        switch (code) {
-        case BN_CLICKED:
-        case BN_DOUBLECLICKED: // the second click of two quick ones counts as well
-            return control().onClick();
-        case BN_SETFOCUS:
-            return control().onFocus();
-        case BN_KILLFOCUS:
-            return control().onFocusLost();
-        default:
-            return;
-        }
-    }
 
     void onDraw(const DRAWITEMSTRUCT& what) override {
         const auto& button = static_cast<const Button&>(control());

@@ -1,6 +1,6 @@
 #include "ui/check_box.h"
 
-#include "ui/win32/window.h"
+#include "ui/win32/pressed.h"
 
 namespace murmelix::ui {
 
@@ -8,26 +8,12 @@ using namespace win32;
 
 namespace {
 
-class CheckBoxWindow final : public ControlWindow {
+class CheckBoxWindow final : public PressedWindow {
   public:
     CheckBoxWindow(Control& box, HWND parent, const std::u16string& caption)
-        : ControlWindow(box, {L"BUTTON", BS_CHECKBOX | BS_NOTIFY | WS_TABSTOP}, parent, caption) {}
+        : PressedWindow(box, BS_CHECKBOX, parent, caption) {}
 
     Size room() const override { return {scaled(24), scaled(4)}; }
-
-    void onCommand(UINT code) override {
-        switch (code) {
-        case BN_CLICKED:
-        case BN_DOUBLECLICKED: // the second click of two quick ones counts as well
-            return control().onClick();
-        case BN_SETFOCUS:
-            return control().onFocus();
-        case BN_KILLFOCUS:
-            return control().onFocusLost();
-        default:
-            return;
-        }
-    }
 };
 
 } // namespace

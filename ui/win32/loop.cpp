@@ -121,6 +121,10 @@ int runMessageLoop() {
     return static_cast<int>(message.wParam);
 }
 
+void beep() {
+    MessageBeep(MB_ICONWARNING);
+}
+
 void quitMessageLoop(int status) {
     PostQuitMessage(status);
 }

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "ui/message_box.h"
 #include "ui/native.h"
 #include "ui/screen.h"
 
@@ -207,13 +206,6 @@ void post(std::function<void()> action) {
 
 void beep() {
     ++fakes::screen().beeps;
-}
-
-int messageBox(const Form*, const std::u16string& text, int style, const std::u16string& title) {
-    constexpr int ok = 1;
-    auto& screen = fakes::screen();
-    screen.message_boxes.push_back({text, style, title});
-    return screen.answer ? screen.answer(screen.message_boxes.back()) : ok;
 }
 
 void shellNotifyIcon(TrayMessage message, const TrayIconRecord& record) {

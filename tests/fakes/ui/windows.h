@@ -38,12 +38,6 @@ struct TrayCall {
     ui::TrayIconRecord record;
 };
 
-struct Shown { // by a message box
-    std::u16string text;
-    int style;
-    std::u16string title;
-};
-
 struct Run { // of a rich-text box
     std::u16string text;
     ui::RichTextBox::Looks looks;
@@ -66,8 +60,6 @@ struct Screen {
     std::map<std::uintptr_t, std::vector<Run>> runs;  // of rich-text boxes, in order
     std::map<std::uintptr_t, ui::Form::State> states; // of forms that are not normal
     std::vector<std::uintptr_t> activated;            // forms, in order
-    std::vector<Shown> message_boxes;
-    std::function<int(const Shown&)> answer; // to a message box; without it the OK button
     std::vector<std::function<void()>> posted;
     bool tray = true; // there is a notification area
     std::vector<const ui::TrayIcon*> tray_icons;

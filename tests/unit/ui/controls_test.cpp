@@ -2,7 +2,6 @@
 #include <gmock/gmock.h>
 
 #include "tests/fakes/ui/windows.h"
-#include "ui/message_box.h"
 #include "ui/screen.h"
 
 namespace murmelix::ui {
