@@ -27,7 +27,7 @@ constexpr std::int16_t on = -1;
 
 constexpr int border_room = 270, options_gap = 135; // of the width arithmetic
 // Around the frames and between them, inside them at either side, between their rows.
-constexpr int margin = 120, indent = 180, row_gap = 45;
+constexpr int margin = 120, indent = 180;
 
 const ui::Picture conversation_picture{u"picture_conversation", 32};
 const ui::Picture program_picture{u"murmelix"};
@@ -44,6 +44,14 @@ std::int32_t handleOf(const std::u16string& row_key) {
 
 std::int16_t to16Bit(std::int32_t value) {
     return static_cast<std::int16_t>(std::clamp(value, -32768, 32767));
+}
+
+// A frame with what is in it, which stands below its caption.
+ui::Layout titled(ui::Frame& frame, ui::Layout inside) {
+    const ui::Size caption = frame.neededSize();
+    return ui::within(frame, ui::rows({std::move(inside).growing()})
+                                 .pad(indent, caption.height + 75, indent, 135)
+                                 .least(caption.width + 2 * indent));
 }
 
 } // namespace
@@ -148,126 +156,87 @@ void MainFrm::connectMenus() {
 }
 
 void MainFrm::layOut() {
-    const int options_height = layOutOptions();
-    const int height = std::max(options_height, 5100);
-    const int button = std::max(StartConvButt.neededSize().height, 390);
-    const auto widest = [](const ui::Button& of, std::initializer_list<const char16_t*> captions) {
-        int width = 0;
-        for (const char16_t* caption : captions) {
-            width = std::max(width, of.sizeFor(caption).width);
-        }
-        return width + 90;
-    };
-    const int show = widest(ReadOptnsButt, {u"Show &Options ->", u"<- Hide &Options"});
-    const int start = widest(StartConvButt, {u"&Start Reading Conversation", u"&Start Reading Selected Conversation",
-                                             u"&Stop Reading Conversation"});
-    const int main_width = std::max(2 * indent + start + margin + show, 4950);
+    const ui::Layout main = mainLayout(), options = optionsLayout();
+    const int main_width = main.needed().width;
+    const int height = std::max({main.needed().height, options.needed().height, 5100});
 
     setScale(main_width + border_room, height + 2 * margin);
     setWidth(main_width + border_room);
     // What the window's border leaves of its room is shared out on both sides.
     const int left = (ScaleWidth() - main_width) / 2;
-    MainFrame.Move({left, margin, main_width, height});
-    for (ui::Frame* frame : {&MurmelixFrame, &CharFrame, &ReadTextFrame, &EmotReadingFrame}) {
-        frame->Move({left + main_width + options_gap, frame->Top(), frame->Width(), frame->Height()});
-    }
-    EmotReadingFrame.Move({EmotReadingFrame.Left(), EmotReadingFrame.Top(), EmotReadingFrame.Width(),
-                           margin + height - EmotReadingFrame.Top()});
-
-    const int top = MainFrame.neededSize().height + 105, buttons_top = height - 165 - button;
-    layOutList({indent, top, main_width - 2 * indent, buttons_top - 150 - top});
-    StartConvButt.Move({indent, buttons_top, main_width - 2 * indent - margin - show, button});
-    ReadOptnsButt.Move({main_width - indent - show, buttons_top, show, button});
-    layOutSignOut(height + 2 * margin);
+    main.place({left, margin, main_width, height});
+    layOutConversations();
+    options.place({left + main_width + options_gap, margin, options.needed().width, height});
+    signOutLayout().place({0, 0, 2 * left + main_width, height + 2 * margin});
     if (MurmelixFrame.Enabled()) {
         setWidth(MurmelixFrame.Width() + main_width + options_gap + border_room);
     }
 }
 
-int MainFrm::layOutOptions() {
-    const int line = std::max(AutoMinimizeCheck.neededSize().height, 255);
-    const int text = std::max(IgnoreCharTxt.neededSize().height, 285);
-    const int field = std::max(SoundSchemeList.neededSize().height, 330);
-    const int title = MurmelixFrame.neededSize().height + 75;
-    const int label = SoundSchemeLbl.neededSize().width + 90;
-
-    int width = std::max(CharMatchupButt.neededSize().width, label + 2400);
-    for (const ui::Frame* frame : {&MurmelixFrame, &CharFrame, &ReadTextFrame, &EmotReadingFrame}) {
-        width = std::max(width, frame->neededSize().width);
-        for (const ui::Control* control : frame->Children()) {
-            if (dynamic_cast<const ui::CheckBox*>(control)) {
-                width = std::max(width, control->neededSize().width);
-            }
+ui::Layout MainFrm::mainLayout() {
+    const auto button = [](ui::Button& of, std::initializer_list<const char16_t*> captions) {
+        int widest = 0;
+        for (const char16_t* caption : captions) {
+            widest = std::max(widest, of.sizeFor(caption).width);
         }
-    }
-
-    int frame_top = margin, y = title;
-    const auto row = [&](ui::Control& control, int left, int right, int height) {
-        control.Move({indent + left, y, right - left, height});
-        y += height + row_gap;
+        return ui::item(of).least(widest + 90, 390);
     };
-    const auto close = [&](ui::Frame& frame) {
-        const int height = y - row_gap + 135;
-        frame.Move({frame.Left(), frame_top, width + 2 * indent, height});
-        frame_top += height + margin;
-        y = title;
-    };
-    row(AutoMinimizeCheck, 0, width, line);
-    row(UpdatesCheck, 0, width, line);
-    close(MurmelixFrame);
-
-    row(CharMatchupButt, 0, std::max(CharMatchupButt.neededSize().width, 2400),
-        std::max(CharMatchupButt.neededSize().height, 390));
-    y += row_gap;
-    row(AutoAttachCheck, 0, width, line);
-    row(AutoHideBalloonCheck, 0, width, line);
-    row(HideIdleCheck, 0, width, line);
-    close(CharFrame);
-
-    row(AutoCorrectTextCheck, 0, width, line);
-    row(IgnoreCharsCheck, 0, width, line);
-    row(IgnoreCharTxt, 270, width, text);
-    close(ReadTextFrame);
-
-    row(PlayReadEmoticonCheck, 0, width, line);
-    y += row_gap;
-    const int label_height = SoundSchemeLbl.neededSize().height;
-    SoundSchemeLbl.Move({indent, y + (field - label_height) / 2, label, label_height});
-    row(SoundSchemeList, label, width, field);
-    close(EmotReadingFrame);
-    return frame_top - 2 * margin;
+    return titled(MainFrame, ui::rows({ui::item(ConversationsList).growing(),
+                                       ui::columns({button(StartConvButt, {u"&Start Reading Conversation",
+                                                                           u"&Start Reading Selected Conversation",
+                                                                           u"&Stop Reading Conversation"})
+                                                        .growing(),
+                                                    button(ReadOptnsButt, {u"Show &Options ->", u"<- Hide &Options"})})
+                                           .gap(margin)})
+                                 .gap(150))
+        .least(4950);
 }
 
-void MainFrm::layOutList(const ui::Rect& room) {
-    ConversationsList.Move(room);
+ui::Layout MainFrm::optionsLayout() {
+    const auto check = [](ui::CheckBox& box) { return ui::item(box).least(0, 255); };
+    const auto lines = [](std::vector<ui::Layout> parts) { return ui::rows(std::move(parts)).gap(45); };
+    return ui::rows(
+               {titled(MurmelixFrame, lines({check(AutoMinimizeCheck), check(UpdatesCheck)})),
+                titled(CharFrame, lines({ui::item(CharMatchupButt).least(2400, 390).atStart(), ui::space(),
+                                         check(AutoAttachCheck), check(AutoHideBalloonCheck), check(HideIdleCheck)})),
+                titled(ReadTextFrame,
+                       lines({check(AutoCorrectTextCheck), check(IgnoreCharsCheck),
+                              ui::columns({ui::space(270), ui::item(IgnoreCharTxt).least(0, 285).growing()})})),
+                titled(EmotReadingFrame, lines({check(PlayReadEmoticonCheck), ui::space(),
+                                                ui::columns({ui::item(SoundSchemeLbl).centered(),
+                                                             ui::item(SoundSchemeList).least(2400, 330).growing()})
+                                                    .gap(90)}))
+                    .growing()})
+        .gap(margin);
+}
+
+ui::Layout MainFrm::signOutLayout() {
+    const int button = std::max({SignInButt.neededSize().width, HelpButt.neededSize().width, 1260});
+    return ui::within(
+        SignOutFrame,
+        ui::rows({ui::space().growing(2), ui::item(SignOutIcon).centered(),
+                  ui::item(SignOutLbl).wrapped().widest(3600).centered(),
+                  ui::columns({ui::item(SignInButt).least(button, 390), ui::item(HelpButt).least(button, 390)})
+                      .gap(margin)
+                      .centered(),
+                  ui::space().growing(3)})
+            .gap(300));
+}
+
+// Whole rows fill the list, so that none hides below its edge.
+void MainFrm::layOutConversations() {
     const int line = ui::toTwips(ConversationsList.P.surface().TextHeight());
     const int row = std::max(2 * line + 150, 600), picture = 15 * conversation_picture.size;
     const int caption = (row - 2 * line - 30) / 2, left = 90 + picture + 90;
-    // Whole rows fill the list, so that none hides below its edge.
     const auto inside = [this] { return ConversationsList.P.surface().Height(); };
     const int rows = std::max(inside() / std::max(ui::toPixels(row), 1), 1), item_height = std::max(inside() / rows, 1);
     ConversationsList.setItemHeight(to16Bit(item_height));
-    for (int height = room.height; inside() > rows * item_height;) {
+    for (int height = ConversationsList.Height(); inside() > rows * item_height;) {
         height -= std::max(ui::toTwips(inside() - rows * item_height), 1);
-        ConversationsList.Move({room.left, room.top, room.width, height});
+        ConversationsList.Move({ConversationsList.Left(), ConversationsList.Top(), ConversationsList.Width(), height});
     }
     ConversationsList.SetPos(ui::toPixels(left), ui::toPixels(caption), ui::toPixels(left),
                              ui::toPixels(caption + line + 30), ui::toPixels(90), ui::toPixels((row - picture) / 2));
-}
-
-void MainFrm::layOutSignOut(int height) {
-    const int width = 2 * MainFrame.Left() + MainFrame.Width(), text = 3600, picture = 1020;
-    const int button = std::max({SignInButt.neededSize().width, HelpButt.neededSize().width, 1260});
-    const int button_height = std::max(SignInButt.neededSize().height, 390);
-    const int text_height = SignOutLbl.sizeFor(SignOutLbl.Caption(), text).height;
-    int y = (height - picture - 240 - text_height - 360 - button_height) / 2 - 300;
-    SignOutFrame.Move({0, 0, width, height});
-    SignOutIcon.Move({(width - picture) / 2, y, picture, picture});
-    y += picture + 240;
-    SignOutLbl.Move({(width - text) / 2, y, text, text_height});
-    y += text_height + 360;
-    SignInButt.Move({width / 2 - 60 - button, y, button, button_height});
-    HelpButt.Move({width / 2 + 60, y, button, button_height});
 }
 
 MonitorHost MainFrm::monitorHost() {

@@ -19,6 +19,7 @@
 #include "ui/form.h"
 #include "ui/frame.h"
 #include "ui/label.h"
+#include "ui/layout.h"
 #include "ui/picture_box.h"
 #include "ui/text_box.h"
 #include "ui/timer.h"
@@ -147,9 +148,10 @@ class MainFrm : public ui::Form {
   private:
     void connectHandlers();
     void connectMenus();
-    int layOutOptions(); // tells how high they are together
-    void layOutList(const ui::Rect& room);
-    void layOutSignOut(int height);
+    ui::Layout mainLayout();
+    ui::Layout optionsLayout();
+    ui::Layout signOutLayout();
+    void layOutConversations();
     MonitorHost monitorHost();
     void connectCharacters();
 

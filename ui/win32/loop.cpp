@@ -62,6 +62,12 @@ LRESULT CALLBACK postProcedure(HWND hwnd, UINT message, WPARAM wparam, LPARAM lp
     return DefWindowProcW(hwnd, message, wparam, lparam);
 }
 
+// The control that a window belongs to: a combo box has a field of the system's in it.
+const ControlWindow* controlAround(HWND hwnd) {
+    const ControlWindow* own = find(hwnd);
+    return own ? own : find(GetParent(hwnd));
+}
+
 // The toolkit's part of a keyboard message: tells whether it is done with.
 bool translate(const MSG& message) {
     auto* window = find<FormWindow>(GetAncestor(message.hwnd, GA_ROOT));
@@ -86,7 +92,7 @@ bool translate(const MSG& message) {
             return false;
         }
         const Shortcut key = keyOf(message.wParam, shiftState());
-        const ControlWindow* focused = find(message.hwnd);
+        const ControlWindow* focused = controlAround(message.hwnd);
         // A drop-down list that is open, for instance, is left by Escape; what has been typed is heard first.
         const bool kept = focused && focused->keeps(key) && !(key.shift & (control_key | alt_key));
         const bool listened = focused && focused->control().KeyPress;

@@ -278,6 +278,52 @@ TEST(Controls, ComboBoxHearsWhatIsTypedAndPicked) {
     EXPECT_EQ(textOf(windowOf(box)), u"ann");
 }
 
+TEST(Controls, KeysOfAnOpenComboBoxAreItsOwn) {
+    class Asking : public ui::Form {
+      public:
+        Asking() : Form(nullptr, u"Combo", ui::FormStyle::dialog) {
+            Name.Move({100, 100, 2000, 330});
+            Name.setItems({u"ann", u"bob"});
+            Name.KeyPress = [this](const ui::Shortcut& key) {
+                heard += key.key == ui::Key::f2 ? "f2 " : "";
+                return false;
+            };
+            Ok.Move({100, 600, 1000, 400});
+            Ok.Click = [this] { heard += "ok "; };
+            DefaultButton = &Ok;
+        }
+        bool onEscape() override {
+            heard += "escape ";
+            return true;
+        }
+        ui::ComboBox Name{*this};
+        ui::Button Ok{*this, u"OK"};
+        std::string heard;
+    } form;
+    form.Show();
+    form.Name.SetFocus();
+    const HWND box = windowOf(form.Name);
+    COMBOBOXINFO parts{};
+    parts.cbSize = sizeof parts;
+    ASSERT_TRUE(GetComboBoxInfo(box, &parts));
+    const auto open = [&] { return SendMessageW(box, CB_GETDROPPEDSTATE, 0, 0) != 0; };
+
+    SendMessageW(box, CB_SHOWDROPDOWN, TRUE, 0);
+    key(parts.hwndItem, VK_F2);
+    key(parts.hwndItem, VK_DOWN);
+    key(parts.hwndItem, VK_RETURN);
+    EXPECT_FALSE(open());
+    EXPECT_EQ(form.heard, "f2 ");
+    EXPECT_EQ(form.Name.Text(), u"ann");
+    SendMessageW(box, CB_SHOWDROPDOWN, TRUE, 0);
+    key(parts.hwndItem, VK_ESCAPE);
+    EXPECT_FALSE(open());
+    EXPECT_EQ(form.heard, "f2 ");
+    key(parts.hwndItem, VK_ESCAPE);
+    key(parts.hwndItem, VK_RETURN);
+    EXPECT_EQ(form.heard, "f2 escape ok ");
+}
+
 TEST(Controls, AreaShowsItsLinesAndTakesNone) {
     ui::Form form(nullptr, u"Area", ui::FormStyle::dialog);
     ui::TextArea area(form);
