@@ -40,7 +40,7 @@ DropEffect PictureBox::dropEffect(DropEffect allowed, int shift) const {
 
 DropEffect PictureBox::onDrop(DataObject& data, DropEffect allowed, int button, int shift, double x, double y) {
     DropEffect effect = dropEffect(allowed, shift);
-    if (effect == drop_none) {
+    if (effect == drop_none || !data.HasText()) {
         return drop_none;
     }
     if (OLEDragDrop) {

@@ -32,12 +32,12 @@ class PictureBox : public Control {
     void OLEDrag();
     std::function<void(DataObject& data, DropEffect& allowed)> OLEStartDrag;
     std::function<void(DropEffect effect)> OLECompleteDrag;
-    // Data was let go over the box: it changes `effect` where another one happened than is offered.
+    // Text was let go over the box: it changes `effect` where another one happened than is offered.
     std::function<void(DataObject& data, DropEffect& effect, int button, int shift, double x, double y)> OLEDragDrop;
 
     // What letting go here would do.
     DropEffect dropEffect(DropEffect allowed, int shift) const;
-    // It was let go; the result is what happened.
+    // It was let go; the result is what happened. What has no text is not taken.
     DropEffect onDrop(DataObject& data, DropEffect allowed, int button, int shift, double x, double y);
 
   protected:

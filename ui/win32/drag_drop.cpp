@@ -252,8 +252,8 @@ DataObject win32::received(IDataObject& data) {
     DataObject text;
     if (const auto unicode = textAs<char16_t>(CF_UNICODETEXT, data)) {
         text.SetText(*unicode);
-    } else if (const auto ansi = textAs<char>(CF_TEXT, data)) {
-        text.SetText(fromAnsi(*ansi));
+    } else {
+        text.SetText(fromAnsi(textAs<char>(CF_TEXT, data).value_or(std::string())));
     }
     return text;
 }

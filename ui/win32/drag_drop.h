@@ -13,7 +13,7 @@ namespace murmelix::ui::win32 {
 // Offers the text as CF_UNICODETEXT and CF_TEXT.
 com::Ptr<IDataObject> offered(const DataObject& data);
 
-// The text of another one's data object, cut at its NUL; no text where it has none, or does not give it.
+// The text of another one's data object, cut at its NUL; an empty one where it offers text and does not give it.
 DataObject received(IDataObject& data);
 
 // What takes drops on the box; null where it takes none.

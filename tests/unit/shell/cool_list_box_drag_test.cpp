@@ -172,9 +172,11 @@ TEST_F(CoolListBoxDrag, DropRaisesDragDropAlertAndAddsNothingByItself) {
     EXPECT_EQ(list.Selected(), 0);
 }
 
-TEST_F(CoolListBoxDrag, DropWithoutTextRaisesTheAlertWithoutText) {
+TEST_F(CoolListBoxDrag, DropWithoutTextIsRefusedAndOneOfAnEmptyTextIsTaken) {
     list.P.setOLEDropMode(ui::DropMode::manual);
-    fakes::drop(list.P, {{}, ui::drop_move});
+    EXPECT_EQ(fakes::drop(list.P, {{}, ui::drop_move}), ui::drop_none);
+    EXPECT_EQ(events, "");
+    EXPECT_EQ(fakes::drop(list.P, text(u"")), ui::drop_move);
     EXPECT_EQ(events, "alert  2 1 0 ");
 }
 
