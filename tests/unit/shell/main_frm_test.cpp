@@ -478,6 +478,28 @@ TEST_F(MainFrmTest, VanishedWindowStopsTheReadingAtTheNextTick) {
     EXPECT_FALSE(form().WindowResizeTimer.Enabled());
 }
 
+TEST_F(MainFrmTest, WindowThatVanishedWithoutAWordCanBeStoppedAndReadAnew) {
+    const auto window = startReading();
+    fakes::neighbours().failing = {"HWND", "Handle", "Top", "Left", "Width", "Height", "Contacts", "History"};
+    fakes::messenger().events.OnIMWindowDestroyed(window); // which one cannot be had any more
+    for (int times = 0; times < 3; ++times) {
+        fakes::tick(form().WindowResizeTimer);
+        fakes::tick(form().ReadMoniter);
+    }
+    EXPECT_NE(IsReadingConversation, 0);
+    EXPECT_TRUE(fakes::click(form().StartConvButt));
+    EXPECT_EQ(IsReadingConversation, 0);
+    EXPECT_EQ(LoadedCharacterKeys.Count(), 0U);
+    fakes::neighbours().failing.clear();
+    const auto next = openConversation(1234); // its handle is used again
+    EXPECT_EQ(form().ConversationsList.GetItemCount(), 1);
+    EXPECT_TRUE(fakes::click(form().StartConvButt));
+    fakes::agent().calls.clear();
+    next->say(u"Ann", u"hello");
+    fakes::tick(form().ReadMoniter);
+    EXPECT_FALSE(fakes::agent().calls.empty());
+}
+
 TEST_F(MainFrmTest, FailingWindowIsAskedAgainAtTheNextTick) {
     startReading();
     fakes::neighbours().gone = true;
@@ -597,6 +619,28 @@ TEST_F(MainFrmTest, SignOutClearsTheListHidesTheOptionsAndTheNotices) {
     EXPECT_EQ(form().Width(), form().MainFrame.Width() + 270);
     EXPECT_TRUE(form().SignOutFrame.Visible());
     EXPECT_EQ(stored("ShowTipFrm"), "1") << "nothing is written";
+}
+
+TEST_F(MainFrmTest, SignOutGoesStepByStep) {
+    for (int handle = 1; handle <= 40; ++handle) {
+        openConversation(handle);
+    }
+    showOptions();
+    form().SoundSchemeList.SetFocus();
+    const int options = form().Width();
+    std::vector<std::string> steps;
+    const auto step = [&](const std::string& what) {
+        steps.push_back(what + (SettingsKeyPath.empty() && !ShowTipFrm ? "" : ", of an account") +
+                        (form().ConversationsList.GetItemCount() > 0 ? ", with rows" : "") +
+                        (form().Width() == options ? ", with options" : "") +
+                        (form().SignOutFrame.Visible() ? ", behind the panel" : ""));
+    };
+    form().ConversationsList.Scroll.Change = [&] { step("no rows to scroll"); };
+    form().ConversationsList.P.GotFocus = [&] { step("focus away from the options"); };
+    form().SignInButt.GotFocus = [&] { step("focus on the panel"); };
+    fakes::messenger().events.OnSignout();
+    EXPECT_THAT(steps, ElementsAre("no rows to scroll, with options", "focus away from the options",
+                                   "focus on the panel, behind the panel"));
 }
 
 TEST_F(MainFrmTest, PanelKeepsWhatItCoversFromTheKeyboard) {
