@@ -1,6 +1,7 @@
 // The server's objects as another process meets them.
 #include <array>
 #include <filesystem>
+#include <limits>
 #include <map>
 
 #include <gmock/gmock.h>
@@ -525,6 +526,29 @@ TEST_F(Automation, DescribesTheCharacter) {
     character.put(u"Width", Variant(std::int16_t{128}));
     EXPECT_EQ(character.get(u"Width").toInt16(), 128);
     EXPECT_EQ(character.get(u"OriginalWidth").toInt16(), 64);
+}
+
+TEST_F(Automation, ACharacterGrowsToItsBoundAndNoFurther) {
+    Object character = load(u"a");
+    Object show = request(character, u"Show", {Variant(true)});
+    ASSERT_TRUE(over(show));
+    for (const std::int16_t side : {std::int16_t{12000}, std::numeric_limits<std::int16_t>::max()}) {
+        character.put(u"Width", Variant(side));
+        character.put(u"Height", Variant(side));
+        EXPECT_EQ(character.get(u"Width").toInt16(), acs::largest_side);
+        EXPECT_EQ(character.get(u"Height").toInt16(), acs::largest_side);
+    }
+    const HWND window = FindWindowW(L"AgentServerCharacter", nullptr);
+    EXPECT_TRUE(pumpUntil([&] {
+        RECT area{};
+        return GetWindowRect(window, &area) && area.right - area.left == acs::largest_side &&
+               area.bottom - area.top == acs::largest_side;
+    }));
+    for (const std::int16_t side : {std::int16_t{0}, std::int16_t{-1}}) {
+        EXPECT_EQ(failure([&] { character.put(u"Width", Variant(side)); }), E_INVALIDARG);
+        EXPECT_EQ(failure([&] { character.put(u"Height", Variant(side)); }), E_INVALIDARG);
+    }
+    EXPECT_EQ(character.get(u"Width").toInt16(), acs::largest_side);
 }
 
 TEST_F(Automation, WaitAndInterruptWorkBetweenCharacters) {
