@@ -359,7 +359,6 @@ void MainFrm::checkCharacterDirectory() {
         platform::endProcess();
     }
     CharzList.setPath(directory);
-    CharzList.Refresh();
     CharzList.setListIndex(0);
 }
 
