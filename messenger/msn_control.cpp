@@ -441,8 +441,7 @@ void MSNControl::MSNAPI_OnIMWindowCreated(std::shared_ptr<MessengerWindow> pIMWi
             return;
         }
         const std::u16string key = windowKey(*handle);
-        const bool known = windows_.contains(key);
-        if (known) { // a handle used again, its end having gone unheard, or a window told of anew
+        if (windows_.contains(key)) { // a handle used again, its end having gone unheard, or a window told of anew
             windows_.Item(key).window = pIMWindow;
         } else {
             windows_.Add({pIMWindow}, key);
@@ -456,7 +455,7 @@ void MSNControl::MSNAPI_OnIMWindowCreated(std::shared_ptr<MessengerWindow> pIMWi
         }
         // A row that is there stays, with its new text; one that went at a sign-out comes back.
         host_.addConversation(u"Conversation with:", participants, rowKey(*handle), !IsReadingConversation);
-        if (known && windows_.Item(key).changes == change) {
+        if (windows_.Item(key).changes == change) {
             host_.editConversationText(rowKey(*handle), participants);
         }
         host_.enableStartConvButt(true);

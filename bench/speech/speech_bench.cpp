@@ -153,6 +153,7 @@ void idleTick(benchmark::State& state) {
     setStage();
     MonitorHost host;
     host.addConversation = [](const std::u16string&, const std::u16string&, const std::u16string&, bool) {};
+    host.editConversationText = [](const std::u16string&, const std::u16string&) {};
     host.enableStartConvButt = [](bool) {};
     MSNControl monitor(std::move(host));
     const auto window = longConversation();

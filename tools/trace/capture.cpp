@@ -17,6 +17,7 @@ constexpr std::int32_t window_handle = 1;
 MonitorHost unattendedHost() {
     MonitorHost host;
     host.addConversation = [](const std::u16string&, const std::u16string&, const std::u16string&, bool) {};
+    host.editConversationText = [](const std::u16string&, const std::u16string&) {};
     host.enableStartConvButt = [](bool) {};
     host.enableReadMoniter = [](bool) {};
     return host;

@@ -329,6 +329,38 @@ TEST_F(MsnControl, ContactLeavingAnotherWindowChangesItsRowAlone) {
     EXPECT_THAT(calls(), IsEmpty());
 }
 
+TEST_F(MsnControl, ContactThatComesBackIsSpokenForAgain) {
+    const auto window = open(1, {u"Ann", u"Bob"});
+    startReading(*window);
+    const auto bob = window->contacts[1];
+    window->contacts.pop_back();
+    fakes::messenger().events.OnIMWindowContactRemoved(bob, window);
+    EXPECT_FALSE(LastRequests.contains(u"bob@x"));
+    window->contacts.push_back(bob);
+    fakes::messenger().events.OnIMWindowContactAdded(bob, window);
+    EXPECT_THAT(stage(), ElementsAre(u"ann@x", u"bob@x"));
+    calls().clear();
+    window->say(u"Bob", u"hi");
+    monitor_.ReadMoniter_Timer();
+    EXPECT_THAT(spoken(), ElementsAre(u"bob@x: Hi"));
+}
+
+TEST_F(MsnControl, HandleUsedAgainWhileItsWindowEndsKeepsItsRow) {
+    const auto window = open(1, {u"Ann"});
+    startReading(*window);
+    std::shared_ptr<fakes::Window> next;
+    fakes::neighbours().during = [&](std::string_view call) {
+        if (call == "Unload" && !next) {
+            next = open(1, {u"Bob"});
+        }
+    };
+    fakes::messenger().events.OnIMWindowDestroyed(window);
+    EXPECT_EQ(monitor_.GetWindowAt(1), next);
+    ASSERT_EQ(rows_.size(), 1u);
+    EXPECT_EQ(rows_[0].text, u"Bob");
+    EXPECT_TRUE(start_enabled_);
+}
+
 TEST_F(MsnControl, CharactersThatStayAreNotMovedWithoutTheAttachOption) {
     AutoAttachChar = 0;
     const auto window = open(1, {u"Ann", u"Bob"});
