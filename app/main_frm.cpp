@@ -264,11 +264,7 @@ MonitorHost MainFrm::monitorHost() {
     };
     host.enableReadMoniter = [this](bool enabled) { ReadMoniter.setEnabled(enabled); };
     host.unloadSecondaryWindows = [this] { unloadSecondaryWindows(); };
-    host.main = [this] {
-        if (MSNControl) { // a sign-in told while the monitor is still being made is met by the start itself
-            main_();
-        }
-    };
+    host.main = main_;
     return host;
 }
 

@@ -278,8 +278,7 @@ double leadingNumber(std::u16string_view text) {
         }
         number.push_back(static_cast<char>(unit));
     }
-    const double value = std::strtod(number.c_str(), nullptr);
-    return value == value ? value : 0.0;
+    return std::strtod(number.c_str(), nullptr);
 }
 
 std::int16_t toInt16(double value) {
