@@ -143,6 +143,14 @@ TEST_F(Capture, LongMessageIsReadTwoLinesATickByItsWriter) {
     EXPECT_EQ(tick(), chunk(u"", u"45"));
 }
 
+TEST_F(Capture, EmptyLineCountsAsALine) {
+    startReading(*window_);
+    window_->say(u"Ann", u"1\r\n2\r\n\r\n3\r\n4");
+    EXPECT_EQ(tick(), chunk(u"ann@x", u"1\r\n"));
+    EXPECT_EQ(tick(), chunk(u"ann@x", u"2\r\n\r\n"));
+    EXPECT_EQ(tick(), chunk(u"ann@x", u"3\r\n4"));
+}
+
 TEST_F(Capture, LineAfterAnOddNumberOfLinesTakesTheNextWriterLineAlong) {
     startReading(*window_);
     window_->say(u"Ann", u"1\r\n2");

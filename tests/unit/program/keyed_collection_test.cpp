@@ -52,6 +52,17 @@ TEST(KeyedCollection, FindsKeysHoweverManyComeAndGo) {
     }
 }
 
+TEST(KeyedCollection, FindsWhatCameWhileThereWereFew) {
+    auto all = numbered(30);
+    while (all.Count() > 5) {
+        all.Remove(std::size_t{1});
+    }
+    for (int number = 31; number <= 60; ++number) {
+        all.Add(number, u"k" + toText(number));
+        expectConsistent(all);
+    }
+}
+
 TEST(KeyedCollection, RefusesWhatIsThereAndWhatIsNot) {
     for (const int count : {3, 30}) {
         auto all = numbered(count);

@@ -164,6 +164,18 @@ TEST_F(Speech, RestOfAMessageIsNotSpokenByALaterCharacter) {
     EXPECT_EQ(said(u"one :) two"), justSpeak(u"One "));
 }
 
+TEST_F(Speech, LaterCharacterDoesNotHideForAnEarliersMessage) {
+    fakes::neighbours().during = [&](std::string_view call) {
+        if (call == "Speak") {
+            LoadedCharacters.Remove(u"a@x");
+            LastRequests.Remove(u"a@x");
+            LoadedCharacterKeys.Remove(u"a@x");
+            putOnStage(u"a@x", u"Other");
+        }
+    };
+    EXPECT_EQ(said(u"brb"), justSpeak(u"Be Right Back"));
+}
+
 TEST(ReplaceWord, ReplacesWholeWordsWithoutCase) {
     EXPECT_EQ(ReplaceWord(u"BRB, brb.brb", u"brb", u"be right back"), u"be right back, be right back.be right back");
     EXPECT_EQ(ReplaceWord(u"brb2 xbrb brbx \u00E9brb", u"brb", u"X"), u"brb2 xbrb brbx \u00E9X");
@@ -217,6 +229,7 @@ TEST(RemoveBracketedText, CutsEveryGroupAndTrims) {
     EXPECT_EQ(RemoveBracketedText(u"Ann - Online (3 Unread)"), u"Ann - Online");
     EXPECT_EQ(RemoveBracketedText(u"((a)b) c"), u"b) c");
     EXPECT_EQ(RemoveBracketedText(u"a)(b"), u"a)(b");
+    EXPECT_EQ(RemoveBracketedText(u"a) b (c) d"), u"a) b  d");
     EXPECT_EQ(RemoveBracketedText(u" no group "), u" no group ");
     EXPECT_EQ(RemoveBracketedText(u" (a) b (c) "), u"b");
 }

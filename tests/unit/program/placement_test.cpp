@@ -72,6 +72,12 @@ TEST_F(Placement, MinimisedWindowLinesTheCharactersUpAtTheTop) {
     EXPECT_EQ(place(0), at(128, 0));
 }
 
+TEST_F(Placement, WindowInTheCornerOfTheScreenIsOnIt) {
+    setWindow(0, 0, 400, 300);
+    EXPECT_EQ(place(0), at(-64, -128));
+    EXPECT_EQ(place(1), at(336, -128));
+}
+
 TEST_F(Placement, HalvesRoundToEven) {
     character_->width = 125; // half 62.5, quarter 31.25
     character_->height = 127;

@@ -30,6 +30,8 @@ TEST(Text, DamagedUtf8BecomesReplacementCharacters) {
     EXPECT_EQ(fromUtf8("a\xC3\xA9\xF0\x9F\x98\x80"), u"a\u00E9\U0001F600");
     EXPECT_EQ(fromUtf8("\xC3"), u"\uFFFD");
     EXPECT_EQ(fromUtf8("\xC0\xAF"), u"\uFFFD\uFFFD");
+    EXPECT_EQ(fromUtf8("\xE0\x9F\xBF"), u"\uFFFD\uFFFD\uFFFD"); // longer than it need be
+    EXPECT_EQ(fromUtf8("\xF0\x8F\xBF\xBF"), u"\uFFFD\uFFFD\uFFFD\uFFFD");
     EXPECT_EQ(fromUtf8("\xED\xA0\x80"), u"\uFFFD\uFFFD\uFFFD"); // a surrogate
     EXPECT_EQ(fromUtf8("\xF4\x90\x80\x80x"), u"\uFFFD\uFFFD\uFFFD\uFFFDx");
     EXPECT_EQ(fromUtf8("\xE2\x82x"), u"\uFFFD\uFFFDx");

@@ -38,6 +38,11 @@ TEST_F(CoolListBoxTest, ListWithTheFocusMarksTheSelectedRowOrAllOfIt) {
     EXPECT_THAT(marks(), ElementsAre(ui::Rect{0, 0, list.P.surface().Width(), 100})) << "the row is not to be seen";
     list.EditItemText(u"k12", u"changed");
     EXPECT_EQ(marks().size(), 1U) << "no piece of it is left over";
+    list.Scroll.setValue(0);
+    list.setSelected(6); // just below the five that are shown
+    EXPECT_THAT(marks(), ElementsAre(ui::Rect{0, 0, list.P.surface().Width(), 100}));
+    list.setSelected(5);
+    EXPECT_THAT(marks(), ElementsAre(ui::Rect{0, 80, list.P.surface().Width(), 20}));
 }
 
 TEST_F(CoolListBoxTest, EnterInTheMessageBreaksTheLineAndABlankMakesABlankLine) {

@@ -331,6 +331,24 @@ TEST_F(LoaderTest, MessengerThatReturnsInTheMiddleOfASessionChangesNothing) {
     EXPECT_NE(IsReadingConversation, 0);
 }
 
+TEST_F(LoaderTest, SignInInTheMiddleOfABeginningBeginsOnceMoreAndTheNextOneOnce) {
+    ASSERT_TRUE(start());
+    int beginnings = 0, interruptions = 1;
+    fakes::neighbours().during = [&](std::string_view call) {
+        if (call == "MySigninName") {
+            ++beginnings;
+            if (interruptions-- > 0) {
+                fakes::messenger().events.OnSignin(0);
+            }
+        }
+    };
+    fakes::messenger().events.OnSignin(0);
+    EXPECT_EQ(beginnings, 2);
+    beginnings = 0;
+    fakes::messenger().events.OnSignin(0);
+    EXPECT_EQ(beginnings, 1);
+}
+
 TEST_F(LoaderTest, SignInButtonJoinsAMessengerThatIsSignedInAlready) {
     fakes::messenger().status = 1;
     ASSERT_TRUE(start());

@@ -360,6 +360,15 @@ TEST_F(MainFrmTest, StartReadsTheSelectedConversation) {
     EXPECT_TRUE(form().SystemMenuStopReadingConver.Enabled());
 }
 
+TEST_F(MainFrmTest, PlaceOfAWindowFarAwayIsTheFarthestThatCanBeRecorded) {
+    const auto window = openConversation(1234);
+    window->left = -40000;
+    window->top = 40000;
+    EXPECT_TRUE(fakes::click(form().StartConvButt));
+    EXPECT_EQ(form().ReadingWindowLeft, -32768);
+    EXPECT_EQ(form().ReadingWindowTop, 32767);
+}
+
 TEST_F(MainFrmTest, StopUndoesAllOfIt) {
     startReading();
     EXPECT_TRUE(fakes::click(form().StartConvButt));

@@ -155,7 +155,11 @@ TEST_F(TrayTest, ExitWhileReadingAsks) {
     ASSERT_TRUE(start());
     openConversation(5);
     form().StartConvButt_Click();
-    fakes::messageBoxes().answers = {platform::answer_no, platform::answer_yes};
+    constexpr int not_shown = 0; // for want of memory
+    fakes::messageBoxes().answers = {not_shown, platform::answer_no, platform::answer_yes};
+    fakes::choose(form().SystemMenuExitMurmelix);
+    EXPECT_FALSE(fakes::system().ended);
+    fakes::messageBoxes().shown.clear();
     fakes::choose(form().SystemMenuExitMurmelix);
     EXPECT_THAT(boxes(), ElementsAre(MessageBox{u"There is a conversation currently being monitered for reading. Close "
                                                 u"Murmelix anyway?",
