@@ -312,6 +312,7 @@ TEST(Desktop, HasScreensWithWorkAreas) {
 
 // A character of one red image, on a theatre of its own.
 struct OnTheatre : testing::Test, Audience {
+    const Backdrop backdrop; // behind the character, which is shown later
     MessageWindow messages;
     voice::Service service{nullptr};
     voice::Output output{std::u16string()};
@@ -367,8 +368,6 @@ struct OnTheatre : testing::Test, Audience {
 };
 
 TEST_F(OnTheatre, ACharacterGrowsToItsBound) {
-    const Backdrop backdrop;
-    theatre.toFront(actor->id());
     EXPECT_TRUE(shows(220, 220, 0xFF0000));
     actor->resize(12000, 12000);
     advance(20);
@@ -378,8 +377,6 @@ TEST_F(OnTheatre, ACharacterGrowsToItsBound) {
 }
 
 TEST_F(OnTheatre, WhatCannotBeSeenIsDrawnWhenItCan) {
-    const Backdrop backdrop;
-    theatre.toFront(actor->id());
     ASSERT_TRUE(shows(220, 220, 0xFF0000));
     actor->place(-5000, -5000, MoveCause::program);
     advance(20);
@@ -391,6 +388,20 @@ TEST_F(OnTheatre, WhatCannotBeSeenIsDrawnWhenItCan) {
     advance(40);
     EXPECT_EQ(place().right - place().left, 700);
     EXPECT_TRUE(shows(500, 500, 0xFF0000));
+}
+
+TEST_F(OnTheatre, ACharacterComesToTheFront) {
+    const Backdrop in_front;
+    const auto isBehind = [](HWND behind, HWND front) {
+        HWND next = front;
+        while (next && next != behind) {
+            next = GetWindow(next, GW_HWNDNEXT);
+        }
+        return next != nullptr;
+    };
+    ASSERT_TRUE(isBehind(window, in_front.handle()));
+    theatre.toFront(actor->id());
+    EXPECT_TRUE(isBehind(in_front.handle(), window));
 }
 
 TEST_F(OnTheatre, TheStageKnowsTheScreens) {
