@@ -290,6 +290,46 @@ TEST_F(Balloons, WriteACharacterOfTwoUnitsAsOne) {
     screenshot("balloon-signs");
 }
 
+// Written from the right, too, and among words that are.
+TEST_F(Balloons, WriteSignsWhereTheDirectionOfTheTextPutsThem) {
+    const std::u16string sign = u"\xDBFF\xDFFD", first = u"\u05D0\u05D1 ", second = u" \u05D2\u05D3\u05D4";
+    Canvas canvas;
+    canvas.resize(400, 40);
+    Lettering lettering(canvas.context());
+    LOGFONTW font{};
+    font.lfHeight = -16;
+    std::wcscpy(font.lfFaceName, L"Tahoma");
+    lettering.choose(u"a " + first + sign + second, font);
+    const auto widthOf = [&](const std::u16string& text) { return lettering.widthOf(text); };
+    const auto drawnBy = [&](const std::u16string& text, bool right_to_left, int left, int width) {
+        const RECT all{0, 0, 400, 40};
+        FillRect(canvas.context(), &all, static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH)));
+        SetBkMode(canvas.context(), TRANSPARENT);
+        SetTextColor(canvas.context(), 0);
+        lettering.write(right_to_left ? 400 : 0, 0, text, right_to_left);
+        std::vector<COLORREF> pixels;
+        for (int y = 0; y < 40; ++y) {
+            for (int x = left; x < left + width; ++x) {
+                pixels.push_back(GetPixel(canvas.context(), x, y));
+            }
+        }
+        return pixels;
+    };
+    const int width = widthOf(sign);
+    const auto alone = drawnBy(sign, false, 0, width);
+    ASSERT_NE(std::count(alone.begin(), alone.end(), RGB(0, 0, 0)), 0);
+    EXPECT_EQ(drawnBy(first + sign, true, 400 - widthOf(first + sign), width), alone) << "at the left end";
+    EXPECT_EQ(drawnBy(sign + second, true, 400 - width, width), alone) << "at the right end";
+    EXPECT_EQ(drawnBy(u"a " + first + sign + second, false, widthOf(u"a ") + widthOf(second), width), alone)
+        << "with the second word at its left";
+    balloon.open(BalloonKind::words,
+                 u"\u05E9\u05DC\u05D5\u05DD \xD83D\xDE00 \u05D7\u05D1\u05E8! 12 \xD83C\xDF88 abc \xDBFF\xDFFD", look,
+                 character);
+    balloon.spoken(1000);
+    ASSERT_TRUE(drawn());
+    screenshot("balloon-signs-right-to-left");
+}
+
 TEST(Messages, TellOfAChangeOfTheScreens) {
     MessageWindow messages;
     int told = 0;

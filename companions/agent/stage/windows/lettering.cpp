@@ -18,7 +18,8 @@ constexpr std::array<const wchar_t*, 10> letter_fonts{
 constexpr std::array<const wchar_t*, 7> sign_fonts{L"Segoe UI Emoji",  L"Segoe UI Symbol", L"Noto Emoji",
                                                    L"DejaVu Sans",     L"Symbola",         L"Noto Sans Symbols2",
                                                    L"Arial Unicode MS"};
-constexpr WORD unknown_glyph = 0; // drawn as a box
+constexpr WORD unknown_glyph = 0;       // drawn as a box
+constexpr char16_t neutral = u'\u25A0'; // has no direction of its own
 
 const wchar_t* wide(const char16_t* text) {
     return reinterpret_cast<const wchar_t*>(text);
@@ -94,6 +95,25 @@ bool isSymbol(char16_t unit) {
 // Whether letters stand one after another from the left, each by itself.
 bool isPlain(std::u16string_view text) {
     return std::ranges::all_of(text, [](char16_t unit) { return unit < 0x0300 || (unit >= 0x3000 && unit < 0xD800); });
+}
+
+// How deep each unit of a line is embedded: odd numbers are written from the right.
+std::vector<BYTE> levelsOf(std::u16string_view line, bool right_to_left) {
+    SCRIPT_CONTROL control{};
+    SCRIPT_STATE state{};
+    state.uBidiLevel = right_to_left ? 1 : 0;
+    std::vector<SCRIPT_ITEM> items(line.size() + 2);
+    int found = 0;
+    std::vector<BYTE> levels(line.size(), static_cast<BYTE>(state.uBidiLevel));
+    if (line.empty() || FAILED(ScriptItemize(wide(line.data()), count(line), static_cast<int>(items.size()) - 1,
+                                             &control, &state, items.data(), &found))) {
+        return levels;
+    }
+    for (std::size_t i = 0; i < static_cast<std::size_t>(found); ++i) {
+        std::fill(levels.begin() + items[i].iCharPos, levels.begin() + items[i + 1].iCharPos,
+                  static_cast<BYTE>(items[i].a.s.uBidiLevel));
+    }
+    return levels;
 }
 
 // Those of the fonts for signs that the system has.
@@ -258,18 +278,54 @@ std::size_t Lettering::fitting(std::u16string_view piece, int width) {
     return fits;
 }
 
+std::vector<Lettering::Part> Lettering::inVisualOrder(std::u16string_view line, const std::vector<Part>& parts,
+                                                      bool right_to_left) {
+    // A sign goes with what is around it, as a whole.
+    std::u16string letters(line);
+    for (const Part& part : parts) {
+        if (!part.letters) {
+            std::fill(letters.begin() + static_cast<std::ptrdiff_t>(part.begin),
+                      letters.begin() + static_cast<std::ptrdiff_t>(part.end), neutral);
+        }
+    }
+    const std::vector<BYTE> levels = levelsOf(letters, right_to_left);
+    std::vector<Part> split;
+    std::vector<BYTE> levels_of_parts;
+    for (const Part& part : parts) {
+        for (std::size_t at = part.begin; at < part.end; ++at) {
+            if (at == part.begin || (part.letters && levels[at] != levels[at - 1])) {
+                split.push_back({at, at, part.sign, part.letters, levels[at] % 2 != 0});
+                levels_of_parts.push_back(levels[at]);
+            }
+            split.back().end = at + 1;
+        }
+    }
+    std::vector<int> order(split.size());
+    if (split.empty() ||
+        FAILED(ScriptLayout(static_cast<int>(split.size()), levels_of_parts.data(), order.data(), nullptr))) {
+        return split;
+    }
+    std::vector<Part> visual;
+    for (const int at : order) {
+        visual.push_back(split.at(static_cast<std::size_t>(at)));
+    }
+    return visual;
+}
+
+int Lettering::widthOf(std::u16string_view line, const Part& part) {
+    if (!part.letters) {
+        return part.sign.width;
+    }
+    SIZE size{};
+    GetTextExtentPoint32W(context_, wide(line.data() + part.begin), static_cast<int>(part.end - part.begin), &size);
+    return static_cast<int>(size.cx);
+}
+
 int Lettering::widthOf(std::u16string_view line) {
     const Selected selected(context_, font(0));
     int width = 0;
     for (const Part& part : partsOf(line)) {
-        if (part.letters) {
-            SIZE size{};
-            GetTextExtentPoint32W(context_, wide(line.data() + part.begin), static_cast<int>(part.end - part.begin),
-                                  &size);
-            width += static_cast<int>(size.cx);
-        } else {
-            width += part.sign.width;
-        }
+        width += widthOf(line, part);
     }
     return width;
 }
@@ -292,16 +348,21 @@ int Lettering::writeLetters(int x, int y, std::u16string_view letters, bool righ
 
 void Lettering::write(int x, int y, std::u16string_view line, bool right_to_left) {
     const Selected selected(context_, font(0));
+    line = line.substr(0, longest_line);
+    std::vector<Part> parts = partsOf(line);
+    if (right_to_left || !isPlain(line)) {
+        parts = inVisualOrder(line, parts, right_to_left);
+    }
     if (right_to_left) {
-        SetTextAlign(context_, TA_RIGHT | TA_RTLREADING);
-        writeLetters(x, y, line, true);
-        return;
+        for (const Part& part : parts) {
+            x -= widthOf(line, part);
+        }
     }
     SetTextAlign(context_, TA_LEFT | TA_BASELINE);
     y += ascent_;
-    for (const Part& part : partsOf(line)) {
+    for (const Part& part : parts) {
         if (part.letters) {
-            x = writeLetters(x, y, line.substr(part.begin, part.end - part.begin), false);
+            x = writeLetters(x, y, line.substr(part.begin, part.end - part.begin), part.right_to_left);
         } else if (part.sign.width > 0) {
             const Selected of_sign(context_, font(part.sign.font));
             const auto glyph = static_cast<wchar_t>(part.sign.glyph);

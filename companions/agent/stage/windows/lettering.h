@@ -44,8 +44,13 @@ class Lettering {
         std::size_t begin, end;
         Sign sign;
         bool letters;
+        bool right_to_left = false;
     };
     std::vector<Part> partsOf(std::u16string_view line);
+    // From the left: letters parted where their direction changes.
+    static std::vector<Part> inVisualOrder(std::u16string_view line, const std::vector<Part>& parts,
+                                           bool right_to_left);
+    int widthOf(std::u16string_view line, const Part& part);
     Sign signOf(std::u16string_view character);
     Sign unknown();
     Sign find(std::u16string_view character);
