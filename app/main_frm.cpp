@@ -63,6 +63,7 @@ MainFrm::MainFrm(std::function<void()> main, std::function<bool()> beginsAgain)
     connectMenus();
     layOut();
     Center();
+    takeLastPlace();
     connectCharacters();
     Agent = platform::createAgentControl(agentEvents());
     characterHost.agent = Agent.get();
@@ -487,19 +488,48 @@ void MainFrm::stopReading() {
 void MainFrm::ReadOptnsButt_Click() {
     const std::array<ui::Frame*, 4> frames{&MurmelixFrame, &CharFrame, &ReadTextFrame, &EmotReadingFrame};
     if (OptionsShown) {
+        const ui::Rect home = placeWithoutOptions();
+        aside_.reset();
         setWidth(MainFrame.Width() + border_room);
+        setPlace({home.left, home.top, Place().width, home.height});
         ReadOptnsButt.setCaption(u"Show &Options ->");
         for (ui::Frame* frame : frames) {
             frame->setEnabled(false);
         }
     } else if (!SignOutFrame.Visible()) {
+        const int left = Place().left;
         setWidth(MurmelixFrame.Width() + MainFrame.Width() + options_gap + border_room);
+        if (const int pushed_to = Place().left; pushed_to != left) {
+            aside_ = MoveAside{left, pushed_to};
+            onMove(); // of which was told before it was known
+        }
         ReadOptnsButt.setCaption(u"<- Hide &Options");
         for (ui::Frame* frame : frames) {
             frame->setEnabled(true);
         }
     }
     OptionsShown = OptionsShown ? std::int16_t{0} : on;
+}
+
+void MainFrm::takeLastPlace() {
+    if (const auto last = place_.last()) {
+        const ui::Rect own = Place();
+        const ui::Rect there = ui::onScreen({last->left, last->top, own.width, own.height});
+        setPlace({there.left, there.top, own.width, own.height});
+    }
+}
+
+// Unless the user has moved it since, it goes back to where it stood before they were shown.
+ui::Rect MainFrm::placeWithoutOptions() const {
+    ui::Rect place = Place();
+    if (aside_ && place.left == aside_->to) {
+        place.left = aside_->from;
+    }
+    return place;
+}
+
+void MainFrm::onMove() {
+    place_.keep(placeWithoutOptions());
 }
 
 void MainFrm::WindowResizeTimer_Timer() {

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,6 +13,7 @@
 #include "controls/cool_list_box.h"
 #include "messenger/msn_control.h"
 #include "platform/agent_control.h"
+#include "platform/kept_place.h"
 #include "ui/button.h"
 #include "ui/check_box.h"
 #include "ui/drop_down_list.h"
@@ -37,6 +39,7 @@ class MainFrm : public ui::Form {
     void Form_Load() override;
     // The close box hides the window.
     void onClose() override;
+    void onMove() override;
     void layOut() override;
     bool onActivate() override;
 
@@ -165,7 +168,8 @@ class MainFrm : public ui::Form {
     void stopReading();
     void showWhetherReading();
     void selectConversation(int rows_down);
-    void hideToTray();
+    void takeLastPlace();
+    ui::Rect placeWithoutOptions() const;
     void unloadSecondaryWindows();
     template <class Window>
     void showNotice(std::unique_ptr<Window>& notice);
@@ -173,6 +177,12 @@ class MainFrm : public ui::Form {
     std::function<void()> main_;
     std::function<bool()> begins_again_;
     ui::TrayIconRecord tray_icon_{};
+    platform::KeptPlace place_{u"Software\\MurmelixWindows", u"MainFrm"};
+    // What showing the options made of the window's left side, where they had no room on the screen; pixels.
+    struct MoveAside {
+        int from, to;
+    };
+    std::optional<MoveAside> aside_;
 };
 
 } // namespace murmelix

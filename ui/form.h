@@ -39,6 +39,8 @@ class Form : public Control {
     virtual void onClose() { Unload(); }
     // Escape, without a cancel button; tells whether the key was of use.
     virtual bool onEscape() { return false; }
+    // It has moved, or been moved, while it can be seen.
+    virtual void onMove() {}
     // The session of the user ends.
     virtual void onSessionEnd() {}
     // It was activated; tells whether it has given the focus to one of its controls.

@@ -13,6 +13,10 @@ int toPixels(int twips);
 int toTwips(int pixels);
 // Of the main screen, what no task bar takes; pixels.
 Rect workArea();
+// The same of the screen that most of a place is on, else of the nearest one.
+Rect workArea(const Rect& place);
+// The place moved onto that, where it is not wholly there; made smaller where it is larger.
+Rect onScreen(const Rect& place);
 
 // Serves the windows of this thread until the process ends, or until quitMessageLoop, whose status is the result.
 int runMessageLoop();

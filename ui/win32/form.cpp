@@ -168,6 +168,11 @@ std::optional<LRESULT> FormWindow::onMessage(UINT message, WPARAM wparam, LPARAM
     case WM_GETMINMAXINFO:
         limitSize(*reinterpret_cast<MINMAXINFO*>(lparam));
         return 0;
+    case WM_MOVE:
+        if (form().Visible() && !IsIconic(hwnd())) {
+            form().onMove();
+        }
+        return 0;
     case WM_SIZE:
         if (form().sizable() && wparam != SIZE_MINIMIZED) {
             form().onSize();

@@ -118,6 +118,15 @@ Rect workArea() {
     return {area.left, area.top, area.right - area.left, area.bottom - area.top};
 }
 
+Rect workArea(const Rect& place) {
+    const RECT area{place.left, place.top, place.left + place.width, place.top + place.height};
+    MONITORINFO screen{};
+    screen.cbSize = sizeof screen;
+    GetMonitorInfoW(MonitorFromRect(&area, MONITOR_DEFAULTTONEAREST), &screen);
+    const RECT& work = screen.rcWork;
+    return {work.left, work.top, work.right - work.left, work.bottom - work.top};
+}
+
 int runMessageLoop() {
     prepareToPost();
     MSG message{};

@@ -1,22 +1,15 @@
 #include "companions/messenger/client/account.h"
 
-#include <array>
-#include <cmath>
-
-#include "common/text.h"
 #include "platform/user_store.h"
 
 namespace messenger_client {
 
 namespace {
 
-// UTF-16 units of four numbers, with their NULs.
-constexpr std::size_t longest_place = 64;
-// Twips: 32,767 pixels, which is how far the system's windows reach, at 96 dots an inch.
-constexpr double farthest_place = 15.0 * 32'767;
+constexpr const char16_t* key = u"Software\\MessengerClient";
 
 const murmelix::platform::UserStore& store() {
-    static const murmelix::platform::UserStore the_store(u"Software\\MessengerClient");
+    static const murmelix::platform::UserStore the_store(key);
     return the_store;
 }
 
@@ -55,26 +48,14 @@ void keepRunning(bool keep) {
     store().putNumber(u"KeepRunning", keep ? 1 : 0);
 }
 
-std::optional<WindowPlace> lastPlace() {
-    const auto lines = store().lines(u"Place", longest_place);
-    std::array<int, 4> numbers{};
-    if (!lines || lines->size() != numbers.size()) {
-        return std::nullopt;
-    }
-    for (std::size_t i = 0; i < numbers.size(); ++i) {
-        const double number = murmelix::leadingNumber((*lines)[i]);
-        if (!(std::abs(number) <= farthest_place)) {
-            return std::nullopt;
-        }
-        numbers[i] = static_cast<int>(number);
-    }
-    const WindowPlace place{numbers[0], numbers[1], numbers[2], numbers[3]};
-    return place.width > 0 && place.height > 0 ? std::optional(place) : std::nullopt;
+const murmelix::platform::KeptPlace& mainPlace() {
+    static const murmelix::platform::KeptPlace place(key, u"Place");
+    return place;
 }
 
-void keepPlace(const WindowPlace& place) {
-    const auto text = [](int number) { return murmelix::toText(static_cast<long long>(number)); };
-    store().putLines(u"Place", {text(place.left), text(place.top), text(place.width), text(place.height)});
+const murmelix::platform::KeptPlace& conversationPlace() {
+    static const murmelix::platform::KeptPlace place(key, u"ConversationPlace");
+    return place;
 }
 
 } // namespace messenger_client

@@ -1,9 +1,8 @@
 // What is remembered on this computer.
 #pragma once
 
-#include <optional>
-
 #include "companions/messenger/chat/accounts.h"
+#include "platform/kept_place.h"
 
 namespace messenger_client {
 
@@ -17,13 +16,8 @@ void storeAccounts(const Accounts& accounts);
 bool keepsRunning();
 void keepRunning(bool keep);
 
-// Where the main window was, with its border; twips. The value Place (REG_MULTI_SZ): its four numbers.
-struct WindowPlace {
-    int left, top, width, height;
-    bool operator==(const WindowPlace&) const = default;
-};
-// Nothing where none is known, or what is stored is no place that a window can have.
-std::optional<WindowPlace> lastPlace();
-void keepPlace(const WindowPlace& place);
+// Where the main window was, with its border, and a conversation's that was moved or resized last.
+const murmelix::platform::KeptPlace& mainPlace();
+const murmelix::platform::KeptPlace& conversationPlace();
 
 } // namespace messenger_client

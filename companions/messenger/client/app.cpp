@@ -185,8 +185,13 @@ void App::changed(const Change& change) {
     // Before everybody else hears of it: the window of a conversation is there as long as the conversation is.
     if (change.kind == Change::Kind::window_created) {
         const WantedPlace wanted{switches_.left, switches_.top, switches_.width, switches_.height};
-        windows_.push_back(std::make_unique<ConversationWindow>(
-            client_, change.conversation, placeOfConversation(ui::workArea(), windows_.size(), wanted)));
+        std::optional<ui::Rect> last = conversationPlace().last();
+        if (last) {
+            last = ui::onScreen(*last);
+        }
+        const ui::Rect place =
+            placeOfConversation(last ? ui::workArea(*last) : ui::workArea(), windows_.size(), wanted, last);
+        windows_.push_back(std::make_unique<ConversationWindow>(client_, change.conversation, place));
         windows_.back()->ShowInactive();
     }
     main_.changed(change);
@@ -199,6 +204,7 @@ void App::changed(const Change& change) {
             return window->conversation() == change.conversation;
         });
         if (gone != windows_.end()) {
+            (*gone)->rememberPlace();
             (*gone)->Hide();
             closed_.push_back(std::move(*gone));
             windows_.erase(gone);

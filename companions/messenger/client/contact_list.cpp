@@ -141,6 +141,18 @@ ContactPtr ContactList::contactAt(int row) const {
     return nullptr;
 }
 
+bool ContactList::step(int rows) {
+    int row = ListIndex() + rows;
+    while (row >= 0 && row < ListCount() && !contactAt(row)) {
+        row += rows;
+    }
+    if (!contactAt(row)) {
+        return false;
+    }
+    setListIndex(row);
+    return true;
+}
+
 void ContactList::fitRows() {
     setItemHeight(std::max(least_row_height, 2 * sizeFor(u"X").height + 120));
 }

@@ -28,6 +28,8 @@ class ContactList final : public murmelix::ui::ListBox {
     // Of a row; null for a heading, and where there is none.
     ContactPtr contactAt(int row) const;
     ContactPtr selected() const { return contactAt(ListIndex()); }
+    // Selects the next contact down (1) or up (-1), over headings; false where there is none.
+    bool step(int rows);
     // As high as a row's two lines need it.
     void fitRows();
 

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "common/text.h"
+#include "companions/messenger/client/account.h"
 #include "ui/screen.h"
 
 namespace messenger_client {
@@ -66,8 +67,17 @@ std::u16string listed(const std::vector<ContactPtr>& people, std::size_t longest
 
 } // namespace
 
-ui::Rect placeOfConversation(const ui::Rect& work_area, std::size_t others, const WantedPlace& wanted) {
+ui::Rect placeOfConversation(const ui::Rect& work_area, std::size_t others, const WantedPlace& wanted,
+                             const std::optional<ui::Rect>& last) {
     const int number = static_cast<int>(others % most_beside);
+    if (last && !wanted.left && !wanted.top && !wanted.width && !wanted.height) {
+        // At the far side it begins again at the near one.
+        const auto stepped = [step = px(beside) * number](int at, int size, int area, int area_size) {
+            return area + (at - area + step) % (area_size - size + 1);
+        };
+        return {stepped(last->left, last->width, work_area.left, work_area.width),
+                stepped(last->top, last->height, work_area.top, work_area.height), last->width, last->height};
+    }
     const int width = wanted.width.value_or(px(first_width));
     const int left = wanted.left ? *wanted.left + px(beside) * number
                                  : std::max(std::min(work_area.left + px(first_left + beside * number),
@@ -110,6 +120,7 @@ ConversationWindow::ConversationWindow(Client& client, ConversationPtr conversat
     }
     layOut(); // with its least size, which the place may be below
     setPlace(place);
+    first_place_ = Place();
     conversation_->setWindow(static_cast<std::intptr_t>(handle()));
     showPeople();
     queue(Style::notice, conversation_->history());
@@ -118,6 +129,12 @@ ConversationWindow::ConversationWindow(Client& client, ConversationPtr conversat
 
 void ConversationWindow::onClose() {
     client_.close(conversation_);
+}
+
+void ConversationWindow::rememberPlace() const {
+    if (Visible() && WindowState() == State::normal && Place() != first_place_) {
+        conversationPlace().keep(Place());
+    }
 }
 
 bool ConversationWindow::onEscape() {
@@ -360,6 +377,9 @@ void ConversationWindow::changed(const Change& change) {
     case Change::Kind::contact_status:
         looksDifferent(*change.contact);
         break;
+    case Change::Kind::shutting_down:
+        rememberPlace();
+        break;
     default:
         break;
     }
@@ -377,7 +397,9 @@ bool ConversationWindow::Input_KeyPress(const ui::Shortcut& key) {
     return true;
 }
 
+// Whatever was pressed for it, the typing goes on.
 void ConversationWindow::Send_Click() {
+    Input.SetFocus();
     const int writer = TypeAs.ListIndex();
     if (writer < 0 || !client_.me()) {
         return;
@@ -404,8 +426,10 @@ void ConversationWindow::Guests_Popup() {
             continue;
         }
         const std::u16string name = contact->friendly.substr(0, longest_in_menu);
-        Guests.AddItem(murmelix::replaceAll(name, u"&", u"&&"),
-                       [this, contact] { client_.join(conversation_, ContactPtr(contact)); });
+        Guests.AddItem(murmelix::replaceAll(name, u"&", u"&&"), [this, contact] {
+            Input.SetFocus();
+            client_.join(conversation_, ContactPtr(contact));
+        });
         ++count;
     }
     if (count == 0) {

@@ -25,15 +25,19 @@ inline constexpr char16_t conversation_class[] = u"MessengerClientConversation";
 struct WantedPlace {
     std::optional<int> left, top, width, height;
 };
-// Where the window that is opened when there are `others` stands, in pixels: beside the main window, below what a
-// character and its balloon take above it where the screen has so much, and beside the window before it.
-ui::Rect placeOfConversation(const ui::Rect& work_area, std::size_t others, const WantedPlace& wanted);
+// Where the window that is opened when there are `others` stands, in pixels, beside the one before it: where the user
+// has left one last, else beside the main window, below what a character and its balloon take above it where the screen
+// has so much. `last` is wholly in the work area.
+ui::Rect placeOfConversation(const ui::Rect& work_area, std::size_t others, const WantedPlace& wanted,
+                             const std::optional<ui::Rect>& last);
 
 class ConversationWindow final : public ui::Form {
   public:
     ConversationWindow(Client& client, ConversationPtr conversation, const ui::Rect& place);
 
     const ConversationPtr& conversation() const { return conversation_; }
+    // Keeps its place for the next one, where the user has given it another.
+    void rememberPlace() const;
     // Follows a change of the client.
     void changed(const Change& change);
 
@@ -81,6 +85,7 @@ class ConversationWindow final : public ui::Form {
 
     Client& client_;
     ConversationPtr conversation_;
+    ui::Rect first_place_;           // pixels
     std::vector<ContactPtr> people_; // the rows of the list; below oneself the entries of the drop-down
     std::deque<Piece> queued_;       // text of the history that is not shown yet
     std::size_t line_units_ = 0;     // of the last line shown

@@ -369,17 +369,14 @@ void MainWindow::setSigningIn(std::u16string_view signin, std::u16string_view fr
 }
 
 void MainWindow::takeLastPlace() {
-    if (const auto last = lastPlace()) {
-        setPlace(
-            {ui::toPixels(last->left), ui::toPixels(last->top), ui::toPixels(last->width), ui::toPixels(last->height)});
+    if (const auto last = mainPlace().last()) {
+        setPlace(ui::onScreen(*last));
     }
 }
 
 void MainWindow::rememberPlace() const {
     if (Visible() && WindowState() == State::normal) {
-        const ui::Rect place = Place();
-        keepPlace(
-            {ui::toTwips(place.left), ui::toTwips(place.top), ui::toTwips(place.width), ui::toTwips(place.height)});
+        mainPlace().keep(Place());
     }
 }
 
@@ -454,7 +451,7 @@ bool MainWindow::Contacts_KeyPress(const ui::Shortcut& key) {
         ContactMenuRemove_Click();
         return true;
     }
-    return false;
+    return (key == ui::Key::down && Contacts.step(1)) || (key == ui::Key::up && Contacts.step(-1));
 }
 
 void MainWindow::ContactMenuOpen_Click() {

@@ -1,5 +1,7 @@
 #include "ui/form.h"
 
+#include <algorithm>
+
 #include "tests/fakes/ui/handles.h"
 #include "tests/fakes/ui/windows.h"
 
@@ -9,8 +11,37 @@ Handle createForm(Form& form, Handle, const std::u16string&, FormStyle, const ch
     return newHandle(form);
 }
 
+namespace {
+
+// A form that can be resized is told of its size, one that is shown of its place.
+void putAt(Handle handle, const Rect& inside) {
+    Rect& bounds = fakes::screen().bounds[handle];
+    const bool moved = bounds.left != inside.left || bounds.top != inside.top;
+    bounds = inside;
+    const auto found = fakes::screen().controls.find(handle);
+    if (found == fakes::screen().controls.end()) {
+        return;
+    }
+    auto& form = static_cast<Form&>(*found->second);
+    if (form.sizable()) {
+        form.onSize();
+    }
+    if (moved && form.Visible()) {
+        form.onMove();
+    }
+}
+
+} // namespace
+
 void setOuterWidth(Handle form, int pixels) {
-    fakes::screen().bounds[form].width = pixels - fakes::border_pixels;
+    Rect place = fakes::screen().bounds[form];
+    const Rect& screen = fakes::screen().work_area;
+    const int right = screen.left + screen.width;
+    if (place.left + place.width + fakes::border_pixels <= right && place.left + pixels > right) {
+        place.left = std::max(right - pixels, screen.left);
+    }
+    place.width = pixels - fakes::border_pixels;
+    putAt(form, place);
 }
 
 void setInnerSize(Handle form, int width, int height) {
@@ -33,11 +64,7 @@ Rect place(Handle form) {
 void setPlace(Handle form, const Rect& place) {
     Rect inner = place;
     inner.width -= fakes::border_pixels;
-    fakes::screen().bounds[form] = inner;
-    const auto found = fakes::screen().controls.find(form);
-    if (found != fakes::screen().controls.end() && static_cast<Form&>(*found->second).sizable()) {
-        static_cast<Form&>(*found->second).onSize();
-    }
+    putAt(form, inner);
 }
 
 Form::State windowState(Handle form) {

@@ -191,6 +191,10 @@ Rect workArea() {
     return fakes::screen().work_area;
 }
 
+Rect workArea(const Rect&) {
+    return fakes::screen().work_area;
+}
+
 int runMessageLoop() {
     fakes::runPosted();
     return fakes::screen().quit.value_or(0);

@@ -7,7 +7,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "companions/messenger/client/account.h"
 #include "tests/fakes/ui/windows.h"
+#include "tests/fakes/user_store.h"
 #include "ui/screen.h"
 
 namespace messenger_client {
@@ -26,6 +28,7 @@ struct ConversationWindows : testing::Test {
     std::unique_ptr<ConversationWindow> window;
 
     ConversationWindows() {
+        fakes::userStores() = {};
         fakes::screen() = {};
         client.signIn(u"me@x", u"Mia");
         ann = client.addContact(u"ann@x", u"Ann");
@@ -140,6 +143,24 @@ TEST_F(ConversationWindows, WhatAnotherProgramChoseToTypeAsCounts) {
     fakes::type(window->Input, u"by a program");
     fakes::click(window->Send);
     EXPECT_TRUE(says(u"\r\nAnn says:\r\nby a program"));
+}
+
+TEST_F(ConversationWindows, TheTypingGoesOnWhateverWasPressed) {
+    const auto leave = [&] {
+        window->People.SetFocus();
+        ASSERT_FALSE(window->Input.Focused());
+    };
+    leave();
+    fakes::click(window->Send);
+    EXPECT_TRUE(window->Input.Focused());
+    window->TypeAs.SetFocus();
+    fakes::pick(window->TypeAs, 1);
+    EXPECT_TRUE(fakes::key(*window, Key::enter));
+    EXPECT_TRUE(window->Input.Focused()) << "chosen by the arrows, taken by Enter";
+    leave();
+    guests();
+    ASSERT_TRUE(fakes::choose(*fakes::find(window->Guests, u"Cy")));
+    EXPECT_TRUE(window->Input.Focused());
 }
 
 TEST_F(ConversationWindows, AltAGoesToTheWriters) {
@@ -321,15 +342,15 @@ TEST_F(ConversationWindows, TheHistoryTakesWhatRoomIsLeft) {
 TEST(PlacesOfConversations, LeaveRoomAboveForACharacter) {
     const ui::Rect screen{0, 0, 1024, 740};
     for (std::size_t others = 0; others < 20; ++others) {
-        const ui::Rect place = placeOfConversation(screen, others, {});
+        const ui::Rect place = placeOfConversation(screen, others, {}, {});
         EXPECT_GE(place.top, 300);
         EXPECT_LE(place.top + place.height, 740);
         EXPECT_GE(place.height, 320);
         EXPECT_GE(place.left, 0);
         EXPECT_LE(place.left + place.width, 1024);
     }
-    EXPECT_NE(placeOfConversation(screen, 0, {}), placeOfConversation(screen, 1, {}));
-    EXPECT_EQ(placeOfConversation({0, 0, 1920, 1080}, 0, {}), (ui::Rect{330, 300, 560, 480}));
+    EXPECT_NE(placeOfConversation(screen, 0, {}, {}), placeOfConversation(screen, 1, {}, {}));
+    EXPECT_EQ(placeOfConversation({0, 0, 1920, 1080}, 0, {}, {}), (ui::Rect{330, 300, 560, 480}));
 }
 
 TEST(PlacesOfConversations, StayOnTheScreenWhereThereIsLessRoom) {
@@ -337,21 +358,53 @@ TEST(PlacesOfConversations, StayOnTheScreenWhereThereIsLessRoom) {
     fakes::screen().twips_per_pixel = 7.5;
     for (const ui::Rect screen : {ui::Rect{0, 0, 1920, 1080}, {0, 40, 1366, 728}, {-800, -600, 800, 600}}) {
         for (std::size_t others = 0; others < 10; ++others) {
-            const ui::Rect place = placeOfConversation(screen, others, {});
+            const ui::Rect place = placeOfConversation(screen, others, {}, {});
             EXPECT_GE(place.top, screen.top);
             EXPECT_GE(place.left, screen.left);
             EXPECT_LE(place.top + place.height, std::max(screen.top + screen.height, screen.top + 640));
         }
     }
-    EXPECT_EQ(placeOfConversation({0, 0, 1920, 1080}, 0, {}).top, 440);
+    EXPECT_EQ(placeOfConversation({0, 0, 1920, 1080}, 0, {}, {}).top, 440);
     fakes::screen() = {};
 }
 
 TEST(PlacesOfConversations, AreTheWantedOnes) {
     const ui::Rect screen{0, 0, 1024, 768};
-    EXPECT_EQ(placeOfConversation(screen, 0, {700, 60, 420, 300}), (ui::Rect{700, 60, 420, 300}));
-    EXPECT_EQ(placeOfConversation(screen, 2, {700, 60, 420, 300}), (ui::Rect{756, 116, 420, 300}));
-    EXPECT_EQ(placeOfConversation(screen, 0, {{}, {}, {}, 700}), (ui::Rect{330, 68, 560, 700}));
+    EXPECT_EQ(placeOfConversation(screen, 0, {700, 60, 420, 300}, {}), (ui::Rect{700, 60, 420, 300}));
+    EXPECT_EQ(placeOfConversation(screen, 2, {700, 60, 420, 300}, {}), (ui::Rect{756, 116, 420, 300}));
+    EXPECT_EQ(placeOfConversation(screen, 0, {{}, {}, {}, 700}, {}), (ui::Rect{330, 68, 560, 700}));
+}
+
+TEST(PlacesOfConversations, GoOnFromWhereTheUserHasLeftOne) {
+    const ui::Rect screen{100, 50, 1024, 768}, last{500, 300, 600, 480};
+    EXPECT_EQ(placeOfConversation(screen, 0, {}, last), last);
+    EXPECT_EQ(placeOfConversation(screen, 1, {}, last), (ui::Rect{528 - 425, 328, 600, 480}))
+        << "where it would reach out of the screen it is at the near side";
+    for (std::size_t others = 0; others < 20; ++others) {
+        const ui::Rect place = placeOfConversation(screen, others, {}, last);
+        EXPECT_GE(place.left, 100);
+        EXPECT_LE(place.left + place.width, 1124);
+        EXPECT_GE(place.top, 50);
+        EXPECT_LE(place.top + place.height, 818);
+    }
+    EXPECT_EQ(placeOfConversation(screen, 3, {}, screen), screen) << "as large as the screen";
+    EXPECT_EQ(placeOfConversation(screen, 0, {700, 60, 420, 300}, last), (ui::Rect{700, 60, 420, 300}));
+}
+
+TEST_F(ConversationWindows, KeepThePlaceThatTheUserGivesThem) {
+    window->ShowInactive();
+    window->rememberPlace();
+    EXPECT_FALSE(conversationPlace().last()) << "it stands where it was opened";
+    window->setPlace({20, 30, 640, 500});
+    window->rememberPlace();
+    EXPECT_EQ(conversationPlace().last(), (ui::Rect{20, 30, 640, 500}));
+    window->setPlace({40, 50, 640, 500});
+    client.shutDown();
+    EXPECT_EQ(conversationPlace().last(), (ui::Rect{40, 50, 640, 500}));
+    window->setPlace({0, 0, 1024, 768});
+    window->setWindowState(ui::Form::State::maximized);
+    window->rememberPlace();
+    EXPECT_EQ(conversationPlace().last(), (ui::Rect{40, 50, 640, 500})) << "as large as the screen is no place";
 }
 
 } // namespace

@@ -280,6 +280,24 @@ TEST_F(MainWindows, RowsShowNameAndStatus) {
     EXPECT_TRUE(std::any_of(focused.begin(), focused.end(), is_focus));
 }
 
+TEST_F(MainWindows, ArrowsGoFromContactToContactOverTheHeadings) {
+    MainWindow& form = openSignedIn();
+    contact(u"ann@x", u"Ann");
+    contact(u"bob@x", u"Bob", Status::offline);
+    form.Contacts.SetFocus();
+    EXPECT_FALSE(key(form, ui::Key::up)) << "nobody is there";
+    EXPECT_EQ(form.Contacts.ListIndex(), -1);
+    EXPECT_TRUE(key(form, ui::Key::down));
+    EXPECT_EQ(form.Contacts.ListIndex(), 1);
+    EXPECT_TRUE(key(form, ui::Key::down));
+    EXPECT_EQ(form.Contacts.ListIndex(), 3) << "over the heading of who is offline";
+    EXPECT_FALSE(key(form, ui::Key::down));
+    EXPECT_TRUE(key(form, ui::Key::up));
+    EXPECT_EQ(form.Contacts.ListIndex(), 1);
+    EXPECT_FALSE(key(form, ui::Key::up));
+    EXPECT_EQ(form.Contacts.ListIndex(), 1);
+}
+
 TEST_F(MainWindows, AConversationIsOpenedByDoubleClickEnterAndMenus) {
     MainWindow& form = openSignedIn();
     const ContactPtr ann = contact(u"ann@x", u"Ann");
@@ -579,16 +597,31 @@ TEST_F(MainWindows, ComesBackToItsPlace) {
         MainWindow& form = open();
         form.setPlace({120, 80, 400, 600});
         client.shutDown();
-        EXPECT_EQ(lastPlace(), (WindowPlace{1800, 1200, 6000, 9000}));
+        EXPECT_EQ(mainPlace().last(), (ui::Rect{120, 80, 400, 600}));
         made.reset();
     }
     EXPECT_EQ(open().Place(), (ui::Rect{120, 80, 400, 600}));
     made->setPlace({10, 20, 500, 700});
     made->PutAway();
-    EXPECT_EQ(lastPlace(), (WindowPlace{150, 300, 7500, 10'500}));
+    EXPECT_EQ(mainPlace().last(), (ui::Rect{10, 20, 500, 700}));
     made->setPlace({-32'000, -32'000, 100, 20});
     client.shutDown();
-    EXPECT_EQ(lastPlace(), (WindowPlace{150, 300, 7500, 10'500})) << "hidden, it has no place to come back to";
+    EXPECT_EQ(mainPlace().last(), (ui::Rect{10, 20, 500, 700})) << "hidden, it has no place to come back to";
+}
+
+TEST_F(MainWindows, IsBroughtOntoTheScreenFromAPlaceBesideIt) {
+    mainPlace().keep({4000, -300, 400, 600});
+    EXPECT_EQ(open().Place(), (ui::Rect{1024 - 400, 0, 400, 600}));
+    mainPlace().keep({-50, 700, 2000, 1600});
+    EXPECT_EQ(open().Place(), (ui::Rect{0, 0, 1024, 768}));
+}
+
+TEST_F(MainWindows, APlaceIsKeptByLengthsOnTheScreen) {
+    mainPlace().keep({100, 80, 400, 600});
+    EXPECT_EQ(fakes::userStores().values[u"Software\\MessengerClient\\Place"],
+              (fakes::UserStores::Value(std::vector<std::u16string>{u"1500", u"1200", u"6000", u"9000"})));
+    screen().twips_per_pixel = 7.5;
+    EXPECT_EQ(mainPlace().last(), (ui::Rect{200, 160, 800, 1200}));
 }
 
 TEST_F(MainWindows, AStoredPlaceThatIsNoneIsNotTaken) {
@@ -600,10 +633,10 @@ TEST_F(MainWindows, AStoredPlaceThatIsNoneIsNotTaken) {
                                                   {u"a", u"b", u"c", u"d"},
                                                   {u"1", u"2", u"3", u"4", u"5"}}) {
         fakes::userStores().values[u"Software\\MessengerClient\\Place"] = lines;
-        EXPECT_FALSE(lastPlace());
+        EXPECT_FALSE(mainPlace().last());
     }
-    keepPlace({-150, 300, 4500, 6000});
-    EXPECT_EQ(lastPlace(), (WindowPlace{-150, 300, 4500, 6000}));
+    mainPlace().keep({-10, 20, 300, 400});
+    EXPECT_EQ(mainPlace().last(), (ui::Rect{-10, 20, 300, 400}));
 }
 
 } // namespace

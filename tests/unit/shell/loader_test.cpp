@@ -405,5 +405,29 @@ TEST_F(LoaderTest, AnyFailingCallOfANeighbourLeavesTheStartWhole) {
     }
 }
 
+TEST_F(LoaderTest, WindowComesWhereItWasLast) {
+    const platform::KeptPlace kept(u"Software\\MurmelixWindows", u"MainFrm");
+    kept.keep({130, 70, 1, 1});
+    ASSERT_TRUE(start());
+    const ui::Rect first = form().Place();
+    EXPECT_EQ(first.left, 130);
+    EXPECT_EQ(first.top, 70);
+    EXPECT_GT(first.width, 1) << "its size is its own";
+    form().setPlace({210, 90, first.width, first.height});
+    EXPECT_EQ(kept.last(), (ui::Rect{210, 90, first.width, first.height}));
+    form().Hide();
+    form().setPlace({0, 0, first.width, first.height});
+    EXPECT_EQ(kept.last(), (ui::Rect{210, 90, first.width, first.height})) << "nobody sees it there";
+}
+
+TEST_F(LoaderTest, WindowOffEveryScreenIsBroughtOntoOne) {
+    const platform::KeptPlace kept(u"Software\\MurmelixWindows", u"MainFrm");
+    kept.keep({-5000, 4000, 400, 300});
+    ASSERT_TRUE(start());
+    const ui::Rect place = form().Place();
+    EXPECT_EQ(place.left, 0);
+    EXPECT_EQ(place.top + place.height, 768);
+}
+
 } // namespace
 } // namespace murmelix

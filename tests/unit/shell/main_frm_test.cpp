@@ -21,6 +21,10 @@ class MainFrmTest : public ShellTest {
         form().ReadOptnsButt_Click();
         ASSERT_NE(form().OptionsShown, 0);
     }
+    // What the next start goes by.
+    static std::optional<ui::Rect> lastPlace() {
+        return platform::KeptPlace(u"Software\\MurmelixWindows", u"MainFrm").last();
+    }
     // A conversation with two contacts, being read.
     std::shared_ptr<fakes::Window> startReading() {
         auto window = openConversation(1234);
@@ -578,6 +582,29 @@ TEST_F(MainFrmTest, OptionsChangeTheWidthByTheFramesWidths) {
     EXPECT_EQ(form().Width(), main + 270);
     EXPECT_EQ(form().ReadOptnsButt.Caption(), u"Show &Options ->");
     EXPECT_FALSE(form().EmotReadingFrame.Enabled());
+}
+
+TEST_F(MainFrmTest, HidingTheOptionsGoesBackToWhereTheWindowStood) {
+    MainFrm& f = form();
+    const int width = f.Place().width;
+    const ui::Rect home{1024 - width, 90, width, f.Place().height};
+    f.setPlace(home);
+    showOptions();
+    EXPECT_LT(f.Place().left, home.left) << "the options have no room at its right";
+    ASSERT_TRUE(lastPlace());
+    EXPECT_EQ(lastPlace()->left, home.left) << "where it is at home";
+    f.ReadOptnsButt_Click();
+    EXPECT_EQ(f.Place(), home);
+    // Where the user moves it meanwhile it stays.
+    showOptions();
+    f.setPlace({7, 60, f.Place().width, f.Place().height});
+    f.ReadOptnsButt_Click();
+    EXPECT_EQ(f.Place(), (ui::Rect{7, 60, home.width, home.height}));
+    // A sign-out hides them as well.
+    f.setPlace(home);
+    showOptions();
+    f.ShowSignOut();
+    EXPECT_EQ(f.Place(), home);
 }
 
 TEST_F(MainFrmTest, EveryControlIsInsideItsFrameAtEveryResolution) {

@@ -39,6 +39,18 @@ TEST(Toolkit, TwipsFollowTheResolution) {
     EXPECT_EQ(toPixels(-1500), -100);
 }
 
+TEST(Toolkit, WhatStandsOffTheScreenIsBroughtOntoIt) {
+    fakes::screen().work_area = {100, -50, 800, 600};
+    for (const auto& [place, brought] : {std::pair<Rect, Rect>{{200, 10, 300, 200}, {200, 10, 300, 200}},
+                                         {{-5000, 9000, 300, 200}, {100, 350, 300, 200}},
+                                         {{850, -60, 300, 200}, {600, -50, 300, 200}},
+                                         {{0, 0, 5000, 700}, {100, -50, 800, 600}},
+                                         {{100, -50, 800, 600}, {100, -50, 800, 600}}}) {
+        EXPECT_EQ(onScreen(place), brought) << place.left << " " << place.top;
+    }
+    fakes::screen() = {};
+}
+
 TEST(Toolkit, TabGoesThroughTheControlsInOrderAndRound) {
     Window window;
     window.Show();
