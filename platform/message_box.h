@@ -15,7 +15,7 @@ inline constexpr int answer_ok = 1;
 inline constexpr int answer_yes = 6;
 inline constexpr int answer_no = 7;
 
-// Owned by the main window where there is one; returns the button pressed.
+// Owned by the main window where there is one, and in front of all others; returns the button pressed.
 int messageBox(const std::u16string& text, int style, const std::u16string& title);
 
 } // namespace murmelix::platform

@@ -8,8 +8,9 @@
 namespace murmelix::platform {
 
 int messageBox(const std::u16string& text, int style, const std::u16string& title) {
+    // The user may be at work in another program, in front of which a window does not come by itself.
     return MessageBoxW(ui::win32::visibleMainWindow(), com::wide(text), com::wide(title),
-                       static_cast<UINT>(style) | MB_SETFOREGROUND);
+                       static_cast<UINT>(style) | MB_SETFOREGROUND | MB_TOPMOST);
 }
 
 } // namespace murmelix::platform

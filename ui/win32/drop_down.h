@@ -17,7 +17,11 @@ class DropDownWindow : public ControlWindow {
         SendMessageW(hwnd(), CB_SETMINVISIBLE, 12, 0);
     }
 
-    Size room() const override { return {scaled(28), scaled(9)}; }
+    // The closed one is as high as the row of its choice, and a border that no resolution widens.
+    Size room() const override {
+        const auto row = static_cast<int>(SendMessageW(hwnd(), CB_GETITEMHEIGHT, static_cast<WPARAM>(-1), 0));
+        return {scaled(28), row + 6 - lineHeight(font())};
+    }
 
     // The height is that of its list; the closed one's follows the font.
     int heightFor(int) const override { return scaled(200); }

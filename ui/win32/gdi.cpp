@@ -77,6 +77,14 @@ COLORREF toColorRef(Colour colour) {
     return colour & 0x80000000 ? GetSysColor(static_cast<int>(colour & 0xFF)) : colour;
 }
 
+int lineHeight(HFONT font) {
+    const ScreenDc dc;
+    const Selected selected(dc.get(), font);
+    TEXTMETRICW metrics{};
+    GetTextMetricsW(dc.get(), &metrics);
+    return static_cast<int>(metrics.tmHeight);
+}
+
 LOGFONTW messageFont(double points) {
     NONCLIENTMETRICSW metrics{};
     metrics.cbSize = sizeof metrics;

@@ -77,6 +77,8 @@ int systemMetric(int index);
 int dpiOf(HWND window);
 COLORREF toColorRef(Colour colour);
 
+int lineHeight(HFONT font);
+
 // The system's message font at this resolution; `points` 0 keeps its size.
 LOGFONTW messageFont(double points = 0);
 

@@ -12,6 +12,9 @@ class LineWindow final : public ControlWindow {
   public:
     LineWindow(Control& line, HWND parent, const std::u16string& caption)
         : ControlWindow(line, {L"STATIC", SS_ETCHEDHORZ}, parent, caption) {}
+
+    // What would be below its two edges is drawn by nobody.
+    int heightFor(int) const override { return GetSystemMetrics(SM_CYEDGE); }
 };
 
 } // namespace

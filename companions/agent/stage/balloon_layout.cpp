@@ -28,7 +28,11 @@ bool isInside(std::u16string_view text, std::size_t at) {
 } // namespace
 
 Lines::Lines(std::u16string_view text, int width, Fitting fitting)
-    : text_(text), width_(width), fitting_(std::move(fitting)), complete_(false) {}
+    : text_(text), width_(width), fitting_(std::move(fitting)), complete_(false) {
+    while (begin_ < text_.size() && isBlank(text_[begin_])) {
+        ++begin_;
+    }
+}
 
 void Lines::next() {
     const std::u16string_view rest = text_.substr(begin_, longest_line);

@@ -52,6 +52,11 @@ TEST(BalloonLines, LeaveOutTheBlanksAtABreak) {
     EXPECT_THAT(broken(u"abc    def   ", 50), ElementsAre(u"abc", u"def"));
 }
 
+TEST(BalloonLines, BeginWithTheFirstWord) {
+    EXPECT_THAT(broken(u"  there my friend", 80), ElementsAre(u"there my", u"friend"));
+    EXPECT_THAT(broken(u"  ", 80), ElementsAre(u""));
+}
+
 TEST(BalloonLines, OfAnEmptyTextAreOneEmptyLine) {
     EXPECT_THAT(broken(u"", 50), ElementsAre(u""));
 }

@@ -157,6 +157,7 @@ class LayoutCheck {
             const RECT own = place(*seen[i]);
             staysInside(parent, *seen[i], own);
             textFits(*seen[i]);
+            heightIsTheSystems(*seen[i]);
             for (std::size_t k = i + 1; k < seen.size(); ++k) {
                 const RECT other = place(*seen[k]);
                 RECT common{};
@@ -225,6 +226,21 @@ class LayoutCheck {
         DrawTextW(dc.get(), com::wide(text), -1, &area,
                   DT_CALCRECT | (width > 0 ? DT_WORDBREAK : DT_SINGLELINE) | (control.UseMnemonic() ? 0 : DT_NOPREFIX));
         return {area.right, area.bottom};
+    }
+
+    // The system shows the text of a field at its top, and gives a closed list a height of its own: in more room than
+    // that they would not be on one line with what is beside them.
+    void heightIsTheSystems(const ui::Control& control) {
+        RECT outer{}, inner{};
+        GetWindowRect(windowOf(control), &outer);
+        GetClientRect(windowOf(control), &inner);
+        if (dynamic_cast<const ui::TextBox*>(&control) && inner.bottom > measure(control, u"X", 0).cy + 4) {
+            mistakes.push_back(name(control) + " shows its text too high");
+        }
+        if (dynamic_cast<const ui::DropDownList*>(&control) &&
+            std::abs(ui::toPixels(control.Height()) - (outer.bottom - outer.top)) > 3) {
+            mistakes.push_back(name(control) + " is not as high as its room");
+        }
     }
 
     void textFits(const ui::Control& control) {

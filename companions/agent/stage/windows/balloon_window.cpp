@@ -8,9 +8,9 @@
 namespace agent::stage {
 namespace {
 
-constexpr int padding = 9;      // pixels between text and border
-constexpr int tail_length = 18; // pixels from the body to the character
-constexpr int corner = 12;      // radius
+constexpr int padding_at_96 = 9; // pixels between text and border, at 96 dots an inch
+constexpr int tail_length = 18;  // pixels from the body to the character, which has the same at any resolution
+constexpr int corner = 12;       // radius
 
 const wchar_t* wide(const char16_t* text) {
     return reinterpret_cast<const wchar_t*>(text);
@@ -75,8 +75,13 @@ void BalloonWindow::open(BalloonKind kind, std::u16string text, const BalloonLoo
     spoken_ = 0;
     right_to_left_ = beginsRightToLeft(text_);
 
+    // The letters are as large as those of other programs.
+    const auto scaled = [this](int pixels) {
+        return MulDiv(pixels, GetDeviceCaps(canvas_.context(), LOGPIXELSY), USER_DEFAULT_SCREEN_DPI);
+    };
+    padding_ = scaled(padding_at_96);
     LOGFONTW font{};
-    font.lfHeight = look.font_height;
+    font.lfHeight = scaled(look.font_height);
     font.lfWeight = look.weight;
     font.lfItalic = look.italic;
     font.lfStrikeOut = look.strike_out;
@@ -87,9 +92,9 @@ void BalloonWindow::open(BalloonKind kind, std::u16string text, const BalloonLoo
     lettering_.choose(text_, font);
     const Rect screen = screenOf(screens_, character).work;
     const int widest = std::clamp(lettering_.letterWidth() * std::clamp(look.characters_a_line, 8, 255), 40,
-                                  std::max(40, screen.width() - 2 * padding));
+                                  std::max(40, screen.width() - 2 * padding_));
     const std::size_t most =
-        static_cast<std::size_t>(std::max(1, (screen.height() * 3 / 5 - 2 * padding) / lettering_.lineHeight()));
+        static_cast<std::size_t>(std::max(1, (screen.height() * 3 / 5 - 2 * padding_) / lettering_.lineHeight()));
     lines_ =
         Lines(text_, widest, [this](std::u16string_view piece, int width) { return lettering_.fitting(piece, width); });
     lines_.first(most);
@@ -102,8 +107,8 @@ void BalloonWindow::open(BalloonKind kind, std::u16string text, const BalloonLoo
         width =
             std::max(width, lettering_.widthOf(std::u16string_view(text_).substr(line.begin, line.end - line.begin)));
     }
-    body_width_ = std::max(std::min(width, widest), 24) + 2 * padding;
-    body_height_ = static_cast<int>(room_) * lettering_.lineHeight() + 2 * padding;
+    body_width_ = std::max(std::min(width, widest), 24) + 2 * padding_;
+    body_height_ = static_cast<int>(room_) * lettering_.lineHeight() + 2 * padding_;
     open_ = true;
     lay(character);
 }
@@ -188,13 +193,13 @@ void BalloonWindow::draw() {
     FrameRgn(context, outline_.get(), border.get(), 1, 1);
     SetBkMode(context, TRANSPARENT);
     SetTextColor(context, look_.text_colour);
-    const int x = right_to_left_ ? body_.right - padding : body_.left + padding;
+    const int x = right_to_left_ ? body_.right - padding_ : body_.left + padding_;
     const std::vector<TextLine>& lines = lines_.laid();
     const std::size_t first = lines_.firstShown(spoken_, room_);
     for (std::size_t i = first; i < std::min(first + room_, lines.size()); ++i) {
         const TextLine& line = lines[i];
         const std::size_t end = std::min(line.end, std::max(line.begin, spoken_));
-        const int y = body_.top + padding + static_cast<int>(i - first) * lettering_.lineHeight();
+        const int y = body_.top + padding_ + static_cast<int>(i - first) * lettering_.lineHeight();
         lettering_.write(x, y, std::u16string_view(text_).substr(line.begin, end - line.begin), right_to_left_);
     }
 }

@@ -17,7 +17,7 @@ struct BalloonLook {
     bool size_to_text = true;
     std::uint32_t text_colour = 0, background_colour = 0x00E1FFFF, border_colour = 0; // 0x00BBGGRR
     std::u16string font_name = u"MS Sans Serif";
-    int font_height = -11; // as in LOGFONT
+    int font_height = -11; // as in LOGFONT, at 96 dots an inch
     int weight = FW_NORMAL;
     bool italic = false, strike_out = false, underline = false;
     std::uint8_t character_set = DEFAULT_CHARSET;
@@ -50,7 +50,7 @@ class BalloonWindow final : public Window {
     Lettering lettering_{canvas_.context()};
     Lines lines_;
     std::size_t room_ = 1; // lines
-    int body_width_ = 0, body_height_ = 0;
+    int body_width_ = 0, body_height_ = 0, padding_ = 0;
     Rect body_{0, 0, 0, 0}; // in the window
     gdi::Region outline_;
     std::size_t spoken_ = 0;
