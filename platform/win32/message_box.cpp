@@ -8,9 +8,10 @@
 namespace murmelix::platform {
 
 int messageBox(const std::u16string& text, int style, const std::u16string& title) {
-    // The user may be at work in another program, in front of which a window does not come by itself.
+    // The user may be at work in another program, in front of which a window does not come by itself. System-modal is
+    // no more than that: topmost.
     return MessageBoxW(ui::win32::visibleMainWindow(), com::wide(text), com::wide(title),
-                       static_cast<UINT>(style) | MB_SETFOREGROUND | MB_TOPMOST);
+                       static_cast<UINT>(style) | MB_SETFOREGROUND | MB_SYSTEMMODAL);
 }
 
 } // namespace murmelix::platform

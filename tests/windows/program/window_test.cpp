@@ -1,6 +1,7 @@
 #include "tests/windows/program/window_test.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 #include "common/com/handles.h"
 #include "common/text.h"
@@ -12,6 +13,7 @@
 #include "ui/frame.h"
 #include "ui/label.h"
 #include "ui/link_label.h"
+#include "ui/screen.h"
 #include "ui/text_box.h"
 #include "ui/win32/surface.h"
 #include "ui/win32/windows.h"
