@@ -200,12 +200,11 @@ ui::Layout MainFrm::optionsLayout() {
                {titled(MurmelixFrame, lines({check(AutoMinimizeCheck), check(UpdatesCheck)})),
                 titled(CharFrame, lines({ui::item(CharMatchupButt).least(2400, 390).atStart(), ui::space(),
                                          check(AutoAttachCheck), check(AutoHideBalloonCheck), check(HideIdleCheck)})),
-                titled(ReadTextFrame,
-                       lines({check(AutoCorrectTextCheck), check(IgnoreCharsCheck),
-                              ui::columns({ui::space(270), ui::item(IgnoreCharTxt).least(0, 285).growing()})})),
+                titled(ReadTextFrame, lines({check(AutoCorrectTextCheck), check(IgnoreCharsCheck),
+                                             ui::columns({ui::space(270), ui::item(IgnoreCharTxt).growing()})})),
                 titled(EmotReadingFrame, lines({check(PlayReadEmoticonCheck), ui::space(),
                                                 ui::columns({ui::item(SoundSchemeLbl).centered(),
-                                                             ui::item(SoundSchemeList).least(2400, 330).growing()})
+                                                             ui::item(SoundSchemeList).least(2400).growing()})
                                                     .gap(90)}))
                     .growing()})
         .gap(margin);
