@@ -331,6 +331,23 @@ TEST_F(LoaderTest, MessengerThatReturnsInTheMiddleOfASessionChangesNothing) {
     EXPECT_NE(IsReadingConversation, 0);
 }
 
+TEST_F(LoaderTest, MessengerThatTellsOfItsSignInWhileItIsJoinedIsMetOnce) {
+    ASSERT_TRUE(start());
+    fakes::messenger().events.OnSignout();
+    int names_asked = 0;
+    bool told = false;
+    fakes::neighbours().during = [&](std::string_view call) {
+        names_asked += call == "MySigninName" ? 1 : 0;
+        if (call == "MyStatus" && !std::exchange(told, true)) {
+            fakes::messenger().events.OnSignin(0);
+        }
+    };
+    fakes::messenger().events.Returned();
+    EXPECT_EQ(names_asked, 1) << "by the joining alone";
+    EXPECT_FALSE(form().SignOutFrame.Visible());
+    EXPECT_EQ(SettingsKeyPath, u"Software\\Murmelix\\me@x");
+}
+
 TEST_F(LoaderTest, SignInInTheMiddleOfABeginningBeginsOnceMoreAndTheNextOneOnce) {
     ASSERT_TRUE(start());
     int beginnings = 0, interruptions = 1;

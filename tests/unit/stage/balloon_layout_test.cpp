@@ -156,6 +156,11 @@ TEST(BalloonPlace, IsBelowWhereThereIsNoRoomAbove) {
     const auto place = placeBalloon(200, 60, 18, {400, 20, 500, 140}, {0, 0, 1280, 1024});
     EXPECT_EQ(place.body, (Rect{350, 158, 550, 218}));
     EXPECT_EQ(place.side, Side::below);
+    const auto sideAt = [](int top) {
+        return placeBalloon(200, 60, 18, {400, top, 500, top + 120}, {0, 0, 1280, 1024}).side;
+    };
+    EXPECT_EQ(sideAt(78), Side::above);
+    EXPECT_EQ(sideAt(77), Side::below) << "its tail needs room as well";
 }
 
 TEST(BalloonPlace, IsBesideWhereThereIsRoomNeitherAboveNorBelow) {

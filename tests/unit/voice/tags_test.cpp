@@ -49,6 +49,10 @@ TEST(Tags, EmpStressesTheNextWordAlone) {
     EXPECT_TRUE(script.pieces[1].manner.emphasis);
     EXPECT_FALSE(script.pieces[0].manner.emphasis);
     EXPECT_FALSE(script.pieces[2].manner.emphasis);
+    const Script mapped = read(u"\\Emp\\\\Map=\"too lay\"=\"tuile\"\\ is it");
+    ASSERT_EQ(mapped.pieces.size(), 2U);
+    EXPECT_TRUE(mapped.pieces[0].manner.emphasis);
+    EXPECT_FALSE(mapped.pieces[1].manner.emphasis);
 }
 
 TEST(Tags, LstRepeatsTheLastText) {
