@@ -49,6 +49,11 @@ class Prefix:
         result.setdefault("WINEDEBUG", "-all")
         return result
 
+    def set_resolution(self, dots_per_inch):
+        """Of the screen, for programs that are started in it from now on; none may have been yet."""
+        with open(self.directory / "user.reg", "a", encoding="ascii") as registry:
+            registry.write(f'\n[Control Panel\\\\Desktop]\n"LogPixels"=dword:{dots_per_inch:08x}\n')
+
     @property
     def windows(self):
         """The Windows directory, as a directory of this machine."""

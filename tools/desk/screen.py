@@ -1,6 +1,7 @@
 """A screen with a window manager: one of its own (Xvfb, openbox), or the user's."""
 
 import os
+import re
 import shutil
 import subprocess
 import tempfile
@@ -118,8 +119,16 @@ class Screen:
                 titles.append(name[1])
         return titles
 
+    def stacking(self):
+        """Ids of the windows that the window manager has, the frontmost last, as `find` tells them."""
+        answer = self._run("xprop", "-root", "_NET_CLIENT_LIST_STACKING").stdout
+        return [str(int(id_, 16)) for id_ in re.findall("0x[0-9a-f]+", answer)]
+
     def move(self, window, left, top):
         self._run("xdotool", "windowmove", "--sync", window, str(left), str(top))
+
+    def resize(self, window, width, height):
+        self._run("xdotool", "windowsize", "--sync", window, str(width), str(height))
 
     def cover(self, window, left, top):
         """Moves a window there, in front of the others, without giving it the keyboard."""

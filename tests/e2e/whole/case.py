@@ -67,6 +67,8 @@ class WholeProgramTest(unittest.TestCase):
     """One desk a test. What it leaves under build/e2e/NAME: the logs, and pictures of the screen."""
 
     maxDiff = None
+    SCREEN = (1280, 960)
+    DPI = 96
 
     def setUp(self):
         name = self.id().rsplit(".", 1)[-1]
@@ -74,9 +76,10 @@ class WholeProgramTest(unittest.TestCase):
         shutil.rmtree(self.output, ignore_errors=True)
         self.output.mkdir(parents=True)
         self._run = ROOT / "build" / "wine-runs" / f"{os.getpid()}.{name}"
-        screen = Screen.own()
+        screen = Screen.own(*self.SCREEN)
         try:
             prefix = Prefix(self._run / "prefix")
+            prefix.set_resolution(self.DPI)
         except BaseException:
             screen.close()
             raise
