@@ -1,7 +1,7 @@
 """The first minutes of a new user, on screens of several sizes and resolutions, with nothing placed beforehand."""
 
 from case import MAIN_WINDOW, main
-from shell import START_SELECTED, ShellTest
+from shell import START_SELECTED, YOU, ShellTest
 
 OTTO, MINA, THEO = (f"{name}@messenger.example" for name in ("otto", "mina", "theo"))
 BOX = "All Characters Loaded!"
@@ -79,7 +79,15 @@ class FirstMinutes(ShellTest):
             "still here" in text for window in self.windows() if window.kind == "MessengerClientConversation"
             for text in window.texts()))
         self.answer(BOX, "alt+n")
-        self.eventually("the end of the box", lambda: not self.screen.find(f"^{BOX}$"))
+        self.close_messenger()
+
+    def close_messenger(self):
+        """Closing the client's window puts it away, and the reading goes on."""
+        self.assertTrue(self.screen.type_into(self.screen.find("^robin - Messenger$")[-1], "alt+F4"))
+        self.eventually("the hidden client", lambda: not self.screen.find("^robin - Messenger$"))
+        self.client(f"say {OTTO} And on it goes")
+        self.assert_all_is_seen(3)
+        self.assert_running("MessengerClient.exe")
 
     def test_everything_can_be_seen_on_a_small_screen(self):
         self.talk()
@@ -96,42 +104,71 @@ class FirstMinutesOnAFineScreen(FirstMinutes):
 
 
 class Places(ShellTest):
-    def restart(self):
-        self.end_program()
+    def launch_and_wait(self):
         self.launch()
         self.eventually("the main window", lambda: self.screen.find(MAIN_WINDOW))
         self.eventually("the tray icon", self.own_icons)
+
+    def wait_for_place(self, place):
+        self.eventually("its place", lambda: self.main().place == place)
+
+    def show_options(self):
+        self.activate_main()
+        self.screen.key("alt+o")
+        self.eventually("the options", self.options_shown)
 
     def conversation(self):
         return next((window for window in self.windows() if window.kind == "MessengerClientConversation"), None)
 
     def test_windows_come_back_to_where_they_were(self):
         self.settle()
-        self.start_messenger("/signin", "you@messenger.example", "/friendly", "You")
-        self.start_program()
+        self.desk.start("MessengerClient.exe", self.desk.program_directory / "MessengerClient.exe", "/orders", "/signin",
+                        YOU, "/friendly", "You")
+        self.eventually("the Messenger client", lambda: self.screen.find("^You - Messenger$"))
+        self.launch_and_wait()
         self.screen.move(self.screen.find(MAIN_WINDOW)[-1], 700, 300)
         there = self.eventually("the moved window", lambda: (lambda place: place if place[0] > 600 else None)(
             self.main().place))
         # The options have no room beside it: it gives way to them, and comes back.
-        self.activate_main()
-        self.screen.key("alt+o")
-        self.eventually("the options", self.options_shown)
+        self.show_options()
         self.assertLess(self.main().place[0], there[0])
-        self.assertLessEqual(self.main().place[2], 1280)
+        self.assertLessEqual(self.main().place[2], self.SCREEN[0])
         self.screen.key("alt+o")
-        self.eventually("its place", lambda: self.main().place == there)
-        self.screen.key("alt+o")
-        self.eventually("the options", self.options_shown)
-        self.restart()
-        self.eventually("its place", lambda: self.main().place == there)
+        self.wait_for_place(there)
+        self.show_options()
+        self.end_program()
+        self.launch_and_wait()
+        self.wait_for_place(there)
         # One that is off every screen by now.
         self.end_program()
         lines = "\0".join(["90000", "-60000", "5000", "5000"]) + "\0\0"
         self.inspector.ask("put Software\\MurmelixWindows\tMainFrm\t7\t" + lines.encode("utf-16-le").hex())
-        self.launch()
-        self.eventually("the main window", lambda: self.screen.find(MAIN_WINDOW))
+        self.launch_and_wait()
         left, top, right, bottom = self.main().place
-        self.assertTrue(0 <= left and right <= 1280 and 0 <= top and bottom <= 960, self.main())
+        self.assertTrue(0 <= left < right <= self.SCREEN[0] and 0 <= top < bottom <= self.SCREEN[1], self.main())
+        self.place_of_a_conversation()
+
+    def place_of_a_conversation(self):
+        """The next one opens where the last one was left; where it was not touched, always at the same place."""
+        hazel = "hazel@messenger.example"
+        self.client(f"add {hazel} Hazel")
+        for _ in range(2):
+            self.client(f"open {hazel}")
+            first = self.eventually("the conversation", self.conversation).place
+            self.client("close")
+            self.eventually("its end", lambda: not self.conversation())
+        self.assertNotIn("ConversationPlace", self.values(r"Software\MessengerClient"))
+        self.client(f"open {hazel}")
+        window = self.eventually("the conversation", lambda: self.screen.find("^Hazel - Conversation$"))[-1]
+        self.screen.move(window, 90, 420)
+        self.screen.resize(window, 500, 400)
+        there = self.eventually("the other size", lambda: (lambda place: place if place[0] < 100 and
+                                place[2] - place[0] < first[2] - first[0] else None)(self.conversation().place))
+        self.client("close")
+        self.eventually("its end", lambda: not self.conversation())
+        self.client(f"open {hazel}")
+        self.eventually("the place of the last one", lambda: (lambda window: window and window.place == there)(
+            self.conversation()))
 
 
 if __name__ == "__main__":
