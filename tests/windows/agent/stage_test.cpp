@@ -20,7 +20,8 @@ class Backdrop final : public Window {
     Backdrop() {
         make({.class_name = L"AgentTestBackdrop",
               .style = WS_POPUP,
-              .extended_style = WS_EX_TOOLWINDOW | WS_EX_TOPMOST,
+              // Whatever is activated comes to the front: the screen may do that at any time.
+              .extended_style = WS_EX_TOOLWINDOW | WS_EX_TOPMOST | WS_EX_NOACTIVATE,
               .width = GetSystemMetrics(SM_CXSCREEN),
               .height = GetSystemMetrics(SM_CYSCREEN)});
         ShowWindow(handle(), SW_SHOWNA);
