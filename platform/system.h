@@ -1,6 +1,7 @@
 // The process and the machine around it: command line, directories, single instance, starting programs, ending.
 #pragma once
 
+#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -33,6 +34,7 @@ std::vector<std::u16string> subdirectories(const std::u16string& path);
 
 struct ProgramVersion {
     int major, minor, revision;
+    auto operator<=>(const ProgramVersion&) const = default;
 };
 ProgramVersion programVersion();
 // That a program's file says it has; nothing where it has none.

@@ -1,6 +1,8 @@
 #include "companions/updater/updater.h"
 
-#include "common/text.h"
+#include "companions/updater/asking.h"
+#include "companions/updater/last_asking.h"
+#include "platform/clock.h"
 #include "platform/message_box.h"
 #include "platform/system.h"
 
@@ -12,39 +14,50 @@ namespace {
 
 const std::u16string title = u"Murmelix Updates";
 
-// An address is opened by the shell, which would as well start a program of that name: web addresses alone pass.
-bool isWebAddress(const std::u16string& address) {
-    return murmelix::find(address, u"http://", 0, murmelix::LetterCase::ignored) == 0 ||
-           murmelix::find(address, u"https://", 0, murmelix::LetterCase::ignored) == 0;
-}
-
-// Of Murmelix.exe beside this program, as "1.0.0"; empty where it has none.
-std::u16string installedVersion() {
-    const auto version = platform::versionOf(platform::programDirectory() + u"\\Murmelix.exe");
-    if (!version) {
-        return {};
+void offer(const Version& installed, const Published& published, const std::u16string& page) {
+    std::u16string text = u"Murmelix " + versionText(published.version) + u" has been published. Version " +
+                          versionText(installed) + u" is installed.\r\n\r\n";
+    if (!published.news.empty()) {
+        text += u"What is new:\r\n" + published.news + u"\r\n\r\n";
     }
-    return murmelix::toText(version->major) + u"." + murmelix::toText(version->minor) + u"." +
-           murmelix::toText(version->revision);
+    text += u"Would you like to open the download page?\r\n" + page;
+    if (platform::messageBox(text, platform::mb_yes_no + platform::mb_information, title) == platform::answer_yes) {
+        platform::shellExecute(u"open", page, u"", u"");
+    }
 }
 
 } // namespace
 
 int run(const std::vector<std::u16string>& arguments) {
-    const std::u16string address = arguments.empty() ? std::u16string() : arguments.front();
-    if (!isWebAddress(address)) {
-        platform::messageBox(u"The address of the download page is missing: updater.exe http://…",
+    const std::u16string page = arguments.empty() ? std::u16string() : arguments.front();
+    const auto address = versionAddress(page);
+    if (!address) {
+        platform::messageBox(u"This program is started with the address of the download page: updater.exe http://…",
                              platform::mb_critical, title);
         return exit_no_address;
     }
-    const std::u16string version = installedVersion();
-    const std::u16string text =
-        (version.empty() ? std::u16string(u"Murmelix is installed.") : u"Murmelix " + version + u" is installed.") +
-        u"\r\n\r\nNew versions are published at\r\n" + address + u"\r\n\r\nWould you like to see whether there is one?";
-    if (platform::messageBox(text, platform::mb_yes_no + platform::mb_information, title) == platform::answer_yes) {
-        platform::shellExecute(u"open", address, u"", u"");
+    const auto installed = platform::versionOf(platform::programDirectory() + u"\\Murmelix.exe");
+    if (!installed) {
+        return exit_no_program;
     }
-    return exit_closed;
+    const long long now = platform::secondsSince1970();
+    if (askedLately(now)) {
+        return exit_asked_lately;
+    }
+    // Before it asks: where the asking ends this program, it does so once a day.
+    if (!noteAsking(now)) {
+        return exit_not_noted;
+    }
+    const auto answer = askPublished(*address, *installed);
+    if (const auto* why_not = std::get_if<ExitStatus>(&answer)) {
+        return *why_not;
+    }
+    const auto& published = std::get<Published>(answer);
+    if (published.version <= *installed) {
+        return exit_none_newer;
+    }
+    offer(*installed, published, page);
+    return exit_offered;
 }
 
 } // namespace updater

@@ -3,7 +3,9 @@
 
 #include "tests/fakes/agent.h"
 #include "tests/fakes/ansi.h"
+#include "tests/fakes/clock.h"
 #include "tests/fakes/files.h"
+#include "tests/fakes/http.h"
 #include "tests/fakes/messenger.h"
 #include "tests/fakes/neighbours.h"
 #include "tests/fakes/registry.h"
@@ -15,6 +17,8 @@ namespace murmelix::fakes {
 struct State {
     Registry registry;
     System system;
+    Clock clock;
+    Http http;
     Files files;
     UserStores user_stores;
     MessageBoxes message_boxes;

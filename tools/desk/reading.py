@@ -23,7 +23,7 @@ MAIN_WINDOW = r"^Murmelix v[0-9]"
 
 NEIGHBOURS = ("AgentServer.exe", "MessengerClient.exe", "Murmelix.exe")
 # The windows that a new user is greeted with, and the key that closes each.
-NOTICES = {"Murmelix Updates": "alt+n", "Getting Started": "Return", "Emoticons into Voice": "Return"}
+NOTICES = {"Getting Started": "Return", "Emoticons into Voice": "Return"}
 GESTURE_SECONDS = 60   # for a gesture to show what it has done: a second one would undo it
 FINAL_SECONDS = 60     # after the last event of all: what is missing by then does not come any more
 RECORDING_SECONDS = 3  # the recording on disk is never further behind than that

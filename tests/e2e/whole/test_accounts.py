@@ -2,7 +2,7 @@
 
 from case import main
 from shell import (ABOUT, CHECK_BOXES, DEFAULTS, GETTING_STARTED, MINIMIZED, PAGES, SHOW_OPTIONS, START_SELECTED,
-                   UPDATES, YOU, ShellTest)
+                   YOU, ShellTest)
 
 BOB = "bob@messenger.example"
 
@@ -88,7 +88,6 @@ class Accounts(ShellTest):
     def test_started_signed_out(self):
         self.start_messenger("/signedout")
         self.start_program()
-        self.answer(UPDATES, "alt+n")
         self.assertTrue(self.signed_out())
         self.assertEqual(self.inspector.ask(r"subkeys Software\Murmelix"), [])
         # What lies behind the panel is out of reach for keys and mouse.

@@ -3,6 +3,7 @@
 import subprocess
 
 from case import PATIENCE_SECONDS, ROOT, main
+from publisher import Publisher, content
 from shell import (ABOUT, CHECK_BOXES, CLOSING, EMOTICONS, GETTING_STARTED, MINIMIZED, SHOW_OPTIONS, START, STOP, TRAY,
                    UPDATES, ShellTest)
 
@@ -43,7 +44,6 @@ class Screens(ShellTest):
         self.start_agent(5)
         self.start_messenger("/signedout", "/width", 440, "/height", 340)
         self.start_program()
-        self.answer(UPDATES, "alt+n")
         self.park()
         self.activate_main()
         self.shot("main-signed-out", self.main())
@@ -216,7 +216,10 @@ class Screens(ShellTest):
         self.shot_of(title, "box-no-speech")
         self.answer(title, "alt+n")
         self.wait_for_end()
-        self.desk.start("updater", self.desk.program_directory / "updater.exe", "http://www.murmelix.example/download/")
+        news = b"Characters listen to one another.\nNew sounds: rain, and a kettle.\n"
+        publisher = Publisher(content(b"65535.0.0\n" + news))
+        self.addCleanup(publisher.close)
+        self.desk.start("updater", self.desk.program_directory / "updater.exe", publisher.page)
         self.shot_of(UPDATES, "box-updates")
         self.answer(UPDATES, "alt+n")
 

@@ -2,7 +2,7 @@
 
 from case import main
 from shell import (ABOUT, CHECK_BOXES, DEFAULTS, EMOTICONS, GETTING_STARTED, HIDE_OPTIONS, MINIMIZED, OPTION_FRAMES,
-                   PAGES, SHOW_OPTIONS, START, START_SELECTED, UPDATES, ShellTest)
+                   PAGES, SHOW_OPTIONS, START, START_SELECTED, ShellTest)
 
 ANN = "ann@messenger.example"
 
@@ -12,7 +12,6 @@ class ShellWalk(ShellTest):
         (self.own_programs() / "sounds" / "my scheme").mkdir()
         self.start_messenger()
         self.start_program()
-        self.answer(UPDATES, "alt+n")
         self.dismiss(GETTING_STARTED, never=True)
         expected = {**DEFAULTS, "ShowTipFrm": "0"}
         self.assertEqual(self.settings(), expected)

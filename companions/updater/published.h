@@ -1,0 +1,32 @@
+// version.txt beside the download page. UTF-8; the first line is the published version, "1.2.3", each number from 0 to
+// 65535 as in a program's resources; the lines below say what is new, for people.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/system.h"
+
+namespace updater {
+
+using Version = murmelix::platform::ProgramVersion;
+
+inline constexpr std::size_t most_bytes = 16 * 1024; // of the file: ten times what is shown of it, in any script
+// Of what is new; with it a message box fits the smallest screen.
+inline constexpr std::size_t most_lines = 12;
+inline constexpr std::size_t most_units = 800; // of UTF-16, but for the mark of a cut
+
+struct Published {
+    Version version;
+    std::u16string news; // lines parted by CR LF; without signs that hide or turn round what is shown
+};
+
+// Nothing for what is no such file, or longer.
+std::optional<Published> readPublished(std::string_view bytes);
+
+// "1.2.3"
+std::u16string versionText(const Version& version);
+
+} // namespace updater
