@@ -13,7 +13,6 @@ namespace {
 
 constexpr std::size_t most_digits = 5;
 constexpr int most_number = 65535;
-constexpr std::u16string_view cut_mark = u"…";
 
 std::optional<int> readNumber(std::string_view digits) {
     if (digits.empty() || digits.size() > most_digits) {
@@ -90,31 +89,42 @@ std::u16string_view beginning(std::u16string_view text, std::size_t units) {
     return text;
 }
 
+// Takes a row off a line: up to a blank where one is near enough.
+std::u16string_view takeRow(std::u16string_view& line) {
+    std::size_t word = line.find_first_not_of(u' ');
+    if (word + 1 >= longest_row) { // a row of nothing else
+        line.remove_prefix(word);
+        word = 0;
+    }
+    std::u16string_view row = line;
+    if (line.size() > longest_row) {
+        const std::size_t blank = line.rfind(u' ', longest_row);
+        row = beginning(line, blank != npos && blank > word ? blank : longest_row);
+    }
+    line.remove_prefix(row.size());
+    line.remove_prefix(std::min(line.find_first_not_of(u' '), line.size()));
+    return row.substr(0, row.find_last_not_of(u' ') + 1);
+}
+
 std::u16string readNews(std::u16string_view text) {
     std::u16string news;
-    std::size_t lines = 0;
+    std::size_t rows = 0;
     bool parted = false; // by an empty line; several are one, and those at both ends none
     while (!text.empty()) {
         const std::size_t end = std::min(text.find(u'\n'), text.size());
         const std::u16string line = shown(text.substr(0, end));
         text.remove_prefix(std::min(end + 1, text.size()));
         if (line.empty()) {
-            parted = lines > 0;
-            continue;
+            parted = rows > 0;
         }
-        std::u16string_view parting = lines == 0 ? u"" : parted ? u"\r\n\r\n" : u"\r\n";
-        lines += parted ? 2 : 1;
-        parted = false;
-        if (lines > most_lines || news.size() + parting.size() >= most_units) {
-            news += cut_mark;
-            return news;
-        }
-        news += parting;
-        const std::size_t room = most_units - news.size();
-        news += beginning(line, room);
-        if (line.size() > room) {
-            news += cut_mark;
-            return news;
+        for (std::u16string_view rest = line; !rest.empty(); parted = false) {
+            const std::size_t more = parted ? 2 : 1;
+            if (rows + more > most_rows) {
+                return news + u'…';
+            }
+            news += rows == 0 ? u"" : parted ? u"\r\n\r\n" : u"\r\n";
+            news += takeRow(rest);
+            rows += more;
         }
     }
     return news;

@@ -13,14 +13,14 @@ namespace updater {
 
 using Version = murmelix::platform::ProgramVersion;
 
-inline constexpr std::size_t most_bytes = 16 * 1024; // of the file: ten times what is shown of it, in any script
-// Of what is new; with it a message box fits the smallest screen.
-inline constexpr std::size_t most_lines = 12;
-inline constexpr std::size_t most_units = 800; // of UTF-16, but for the mark of a cut
+inline constexpr std::size_t most_bytes = 16 * 1024; // of the file: several times what is shown of it, in any script
+// Of what is new. A message box has no end otherwise: it grows with a word that is longer than the screen is wide.
+inline constexpr std::size_t most_rows = 12;
+inline constexpr std::size_t longest_row = 64; // UTF-16 units, but for the mark of a cut
 
 struct Published {
     Version version;
-    std::u16string news; // lines parted by CR LF; without signs that hide or turn round what is shown
+    std::u16string news; // rows parted by CR LF; without signs that hide or turn round what is shown
 };
 
 // Nothing for what is no such file, or longer.

@@ -127,30 +127,39 @@ TEST(Published, FileHasALimit) {
     EXPECT_FALSE(readPublished(head + std::string(most_bytes - head.size() + 1, 'x')));
 }
 
-TEST(Published, WhatIsShownHasALimit) {
-    const std::string cut = "\xE2\x80\xA6";
-    EXPECT_EQ(newsIn(std::string(most_units, 'x')), std::string(most_units, 'x'));
-    EXPECT_EQ(newsIn(std::string(most_units + 1, 'x')), std::string(most_units, 'x') + cut);
-    EXPECT_EQ(newsIn(std::string(most_units, 'x') + "\n\n"), std::string(most_units, 'x'));
-    EXPECT_EQ(newsIn(std::string(most_units, 'x') + "\ny"), std::string(most_units, 'x') + cut);
-    EXPECT_EQ(newsIn(std::string(most_units - 2, 'x') + "\ny"), std::string(most_units - 2, 'x') + cut);
-    EXPECT_EQ(newsIn(std::string(most_units - 3, 'x') + "\nyz"), std::string(most_units - 3, 'x') + "\r\ny" + cut);
-    // No character is parted.
-    EXPECT_EQ(newsIn(std::string(most_units - 1, 'x') + "\xF0\x9F\x98\x80"), std::string(most_units - 1, 'x') + cut);
+TEST(Published, LongLinesAreRows) {
+    const std::string whole(longest_row, 'x');
+    EXPECT_EQ(newsIn(whole), whole);
+    EXPECT_EQ(newsIn(whole + "y"), whole + "\r\ny");
+    EXPECT_EQ(newsIn(whole + " y"), whole + "\r\ny");
+    EXPECT_EQ(newsIn("one two   " + whole), "one two\r\n" + whole) << "at a blank";
+    EXPECT_EQ(newsIn("  " + whole), "  " + std::string(longest_row - 2, 'x') + "\r\nxx")
+        << "but for those before a word";
+    EXPECT_EQ(newsIn(std::string(longest_row - 1, 'x') + "\xF0\x9F\x98\x80"),
+              std::string(longest_row - 1, 'x') + "\r\n\xF0\x9F\x98\x80")
+        << "no character is parted";
+    EXPECT_EQ(newsIn(std::string(longest_row - 1, ' ') + "\xF0\x9F\x98\x80"), "\xF0\x9F\x98\x80") << "no row is empty";
+    EXPECT_EQ(newsIn(std::string(10 * longest_row, ' ') + "x"), "x");
+}
 
+TEST(Published, RowsHaveALimit) {
+    const std::string cut = "\xE2\x80\xA6";
     std::string lines, shown;
-    for (std::size_t i = 0; i < most_lines; ++i) {
+    for (std::size_t i = 0; i < most_rows; ++i) {
         lines += "x\n";
         shown += i ? "\r\nx" : "x";
     }
     EXPECT_EQ(newsIn(lines), shown);
     EXPECT_EQ(newsIn(lines + "\n \n"), shown);
     EXPECT_EQ(newsIn(lines + "y\nz"), shown + cut);
+    const std::string one_line = newsIn(std::string(most_rows * longest_row, 'x'));
+    EXPECT_EQ(one_line.size(), most_rows * longest_row + 2 * (most_rows - 1));
+    EXPECT_EQ(newsIn(std::string(most_rows * longest_row + 1, 'x')), one_line + cut);
     std::string spaced;
-    for (std::size_t i = 0; i < most_lines; ++i) {
+    for (std::size_t i = 0; i < most_rows; ++i) {
         spaced += "x\n\n";
     }
-    EXPECT_EQ(std::ranges::count(newsIn(spaced), '\n'), most_lines - 2) << "empty lines count";
+    EXPECT_EQ(std::ranges::count(newsIn(spaced), '\n'), most_rows - 2) << "empty rows count";
 }
 
 TEST(Published, PromisesHoldForTheCorpusAndWhateverIsNearIt) {
