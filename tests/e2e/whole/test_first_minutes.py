@@ -59,6 +59,9 @@ class FirstMinutes(ShellTest):
             return shown if len(shown) == spoken else None
         shown = self.eventually(f"{spoken} balloons", balloons)
         conversation = next(window for window in self.windows() if window.kind == "MessengerClientConversation")
+        for balloon in shown:
+            # A line of letters, with what is around it, as large as the resolution wants it.
+            self.assertGreater((balloon.place[3] - balloon.place[1]) * 96 / self.DPI, 30, balloon)
         for window in (*shown, *self.characters()):
             left, top, right, bottom = window.place
             self.assertTrue(0 <= left < right <= self.SCREEN[0] and 0 <= top < bottom <= self.SCREEN[1], window)
