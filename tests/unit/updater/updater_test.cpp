@@ -178,9 +178,11 @@ TEST_F(UpdaterTest, NotesThatAreNoneOrOfTheFutureAreNoAsking) {
         fakes::registry().put(last_asking_key, last_asking_value, type, just_now + '\0');
         expectAsking();
     }
-    fakes::registry().put(last_asking_key, last_asking_value, platform::reg_sz, "");
-    expectAsking();
     // Without the closing NUL, as another program may have stored it.
+    for (const char* text : {"", "-9223372036854775807"}) {
+        fakes::registry().put(last_asking_key, last_asking_value, platform::reg_sz, text);
+        expectAsking();
+    }
     fakes::registry().put(last_asking_key, last_asking_value, platform::reg_sz, just_now);
     EXPECT_EQ(run({page}), exit_asked_lately);
 }
