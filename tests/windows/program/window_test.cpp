@@ -12,6 +12,7 @@
 #include "ui/form.h"
 #include "ui/frame.h"
 #include "ui/label.h"
+#include "ui/line.h"
 #include "ui/link_label.h"
 #include "ui/screen.h"
 #include "ui/text_box.h"
@@ -242,6 +243,9 @@ class LayoutCheck {
         if (dynamic_cast<const ui::DropDownList*>(&control) &&
             std::abs(ui::toPixels(control.Height()) - (outer.bottom - outer.top)) > 3) {
             mistakes.push_back(name(control) + " is not as high as its room");
+        }
+        if (dynamic_cast<const ui::Line*>(&control) && outer.bottom - outer.top > GetSystemMetrics(SM_CYEDGE)) {
+            mistakes.push_back(name(control) + " has more than its two edges, which nobody draws");
         }
     }
 
