@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace murmelix::platform {
@@ -27,5 +28,12 @@ Refusal copyFile(const std::u16string& from, const std::u16string& to);
 // Within a volume: whoever opens `to` meets either the whole old file or the whole new one.
 Refusal moveFile(const std::u16string& from, const std::u16string& to);
 Refusal deleteFile(const std::u16string& path);
+
+struct WriteFailure {
+    unsigned long number; // the system's
+    std::u16string description;
+};
+// Writes from the first byte on; what an existing file has behind that stays.
+std::optional<WriteFailure> writeFile(const std::u16string& path, std::string_view bytes);
 
 } // namespace murmelix::platform

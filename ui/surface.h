@@ -30,6 +30,8 @@ class Surface {
 
     void Cls(Colour background);
     void Fill(const Rect& pixels, Colour colour);
+    // The colour where it was white, the opposite where it was black: what is there can still be read.
+    void FillNotXor(const Rect& pixels, Colour colour);
     void Print(int x, int y, std::u16string_view text, Colour colour);
     void PaintPicture(const Picture& picture, int x, int y);
     // One line in the middle of the height; what does not fit ends with an ellipsis.

@@ -125,4 +125,26 @@ Refusal deleteFile(const std::u16string& path) {
     return refusalUnless(DeleteFileW(wide(path)));
 }
 
+std::optional<WriteFailure> writeFile(const std::u16string& path, std::string_view bytes) {
+    const auto failed = [] {
+        const DWORD error = GetLastError();
+        return WriteFailure{error, errorText(error)};
+    };
+    HANDLE opened =
+        CreateFileW(wide(path), GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (opened == INVALID_HANDLE_VALUE) {
+        return failed();
+    }
+    const File file(opened);
+    while (!bytes.empty()) {
+        DWORD written = 0;
+        if (!WriteFile(file.get(), bytes.data(), static_cast<DWORD>(std::min(bytes.size(), block)), &written,
+                       nullptr)) {
+            return failed();
+        }
+        bytes.remove_prefix(written);
+    }
+    return {};
+}
+
 } // namespace murmelix::platform

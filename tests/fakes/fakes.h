@@ -9,6 +9,7 @@
 #include "tests/fakes/messenger.h"
 #include "tests/fakes/neighbours.h"
 #include "tests/fakes/registry.h"
+#include "tests/fakes/sockets.h"
 #include "tests/fakes/system.h"
 #include "tests/fakes/user_store.h"
 
@@ -22,6 +23,7 @@ struct State {
     Files files;
     UserStores user_stores;
     MessageBoxes message_boxes;
+    Network network;
     Neighbours neighbours;
     Messenger messenger;
     AgentServer agent;

@@ -1,5 +1,7 @@
 #include "tests/fakes/files.h"
 
+#include <algorithm>
+
 #include "common/text.h"
 #include "platform/automation_server.h"
 #include "platform/files.h"
@@ -89,6 +91,18 @@ Refusal deleteFile(const std::u16string& path) {
         return access_denied;
     }
     return fakes::files().content.erase(path) ? Refusal() : Refusal(not_found);
+}
+
+std::optional<WriteFailure> writeFile(const std::u16string& path, std::string_view bytes) {
+    fakes::Files& files = fakes::files();
+    if (files.refused.contains(path)) {
+        return WriteFailure{5, access_denied};
+    }
+    const bool full = files.full.contains(path);
+    std::string& content = files.content[path];
+    const std::string_view written = bytes.substr(0, full ? bytes.size() / 2 : bytes.size());
+    content.replace(0, std::min(content.size(), written.size()), written);
+    return full ? std::optional(WriteFailure{112, disk_full}) : std::nullopt;
 }
 
 ProgramEnd runAndWait(const std::u16string& path, const std::u16string& arguments, unsigned) {

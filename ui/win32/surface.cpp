@@ -124,6 +124,17 @@ void Surface::Fill(const Rect& pixels, Colour colour) {
     FillRect(impl_->dc.get(), &area, brush.get());
 }
 
+void Surface::FillNotXor(const Rect& pixels, Colour colour) {
+    impl_->drawn_on = true;
+    HDC dc = impl_->dc.get();
+    const win32::Brush brush(CreateSolidBrush(win32::toColorRef(colour)));
+    const win32::Selected with_brush(dc, brush.get()), without_pen(dc, GetStockObject(NULL_PEN));
+    const int before = SetROP2(dc, R2_NOTXORPEN);
+    // Without a pen a rectangle is one pixel smaller each way.
+    Rectangle(dc, pixels.left, pixels.top, pixels.left + pixels.width + 1, pixels.top + pixels.height + 1);
+    SetROP2(dc, before);
+}
+
 void Surface::Print(int x, int y, std::u16string_view text, Colour colour) {
     HDC dc = impl_->dc.get();
     const win32::Selected selected(dc, impl_->font());

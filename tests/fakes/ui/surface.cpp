@@ -103,6 +103,10 @@ void Surface::Fill(const Rect& pixels, Colour colour) {
     impl_->drawings.push_back({Drawing::Kind::fill, pixels, colour});
 }
 
+void Surface::FillNotXor(const Rect& pixels, Colour colour) {
+    impl_->drawings.push_back({Drawing::Kind::fill_not_xor, pixels, colour});
+}
+
 void Surface::Print(int x, int y, std::u16string_view text, Colour colour) {
     impl_->drawings.push_back({Drawing::Kind::text,
                                {x, y, 0, 0},

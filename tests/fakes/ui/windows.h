@@ -71,7 +71,7 @@ Screen& screen();
 
 // What a surface was drawn on, since it was cleared last.
 struct Drawing {
-    enum class Kind { fill, text, picture, gradient, ellipse, frame, line, focus } kind;
+    enum class Kind { fill, fill_not_xor, text, picture, gradient, ellipse, frame, line, focus } kind;
     ui::Rect area{}; // a text's and picture's place; width and height not of pictures and printed texts
     ui::Colour colour = 0;
     std::u16string text{};
