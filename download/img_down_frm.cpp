@@ -27,11 +27,8 @@ struct Server {
 Server webServer() {
     const std::u16string site = platform::siteHost();
     const std::size_t colon = site.find(u':');
-    if (colon == npos) {
-        return {site, http_port};
-    }
-    return {site.substr(0, colon),
-            static_cast<std::uint16_t>(leadingNumber(std::u16string_view(site).substr(colon + 1)))};
+    const double port = colon == npos ? 0 : leadingNumber(std::u16string_view(site).substr(colon + 1));
+    return {site.substr(0, colon), port >= 1 && port <= 65535 ? static_cast<std::uint16_t>(port) : http_port};
 }
 
 } // namespace

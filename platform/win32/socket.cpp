@@ -101,7 +101,7 @@ struct Socket::Impl : std::enable_shared_from_this<Socket::Impl> {
     }
 
     void happened(SOCKET to, int event, int error) {
-        if (to != socket) {
+        if (to != socket || state == SocketState::closing) {
             return; // of a connection that was closed
         }
         if (error) {

@@ -80,6 +80,9 @@ TEST_F(ImgDownFrmTest, SiteOnAnotherPortIsAskedThere) {
     fetch([] {});
     EXPECT_EQ(fakes::network().connections.at(0).host, u"localhost");
     EXPECT_EQ(fakes::network().connections.at(0).port, 8080);
+    fakes::system().site_host = u"localhost:99999";
+    fetch([] {});
+    EXPECT_EQ(fakes::network().connections.at(1).port, 80);
 }
 
 TEST_F(ImgDownFrmTest, ProgressIsTextInTheMiddleAndABoxOverIt) {
