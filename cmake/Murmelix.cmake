@@ -36,11 +36,20 @@ if(WIN32)
   target_link_options(murmelix_options INTERFACE -static -Wl,--gc-sections $<$<CONFIG:Release>:-s>)
 endif()
 
+if(NOT MURMELIX_FUZZ AND (NOT WIN32 OR CMAKE_SIZEOF_VOID_P EQUAL 8))
+  add_library(precompiled OBJECT EXCLUDE_FROM_ALL ${PROJECT_SOURCE_DIR}/cmake/precompiled.cpp)
+  target_link_libraries(precompiled PRIVATE murmelix_options)
+  target_precompile_headers(precompiled PRIVATE ${PROJECT_SOURCE_DIR}/cmake/precompiled.h)
+endif()
+
 # murmelix_library(NAME SOURCES… LINK…): a static library of the sources, with the project's options.
 function(murmelix_library name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
   add_library(${name} STATIC ${ARG_SOURCES})
   target_link_libraries(${name} PUBLIC murmelix_options ${ARG_LINK})
+  if(TARGET precompiled)
+    target_precompile_headers(${name} REUSE_FROM precompiled)
+  endif()
 endfunction()
 
 # murmelix_program(NAME [GUI] SOURCES… LINK…): an executable; GUI links it for the Windows subsystem, entry ui/program.h.

@@ -48,7 +48,8 @@ class Screen:
         self.is_own = True
         reading, writing = os.pipe()
         self._processes.append(subprocess.Popen(
-            ["Xvfb", "-displayfd", str(writing), "-screen", "0", f"{width}x{height}x24", "-nolisten", "tcp"],
+            ["Xvfb", "-displayfd", str(writing), "-screen", "0", f"{width}x{height}x24", "-nolisten", "tcp",
+             "-noreset"],
             pass_fds=[writing], stdin=subprocess.DEVNULL, stdout=log, stderr=log, start_new_session=True))
         os.close(writing)
         with os.fdopen(reading) as answer:

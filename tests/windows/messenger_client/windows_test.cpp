@@ -366,19 +366,26 @@ TEST(Replaying, BeginsWhenTheHistoryIsRead) {
               before + u"\r\nann says:\r\n\xFFFD one\r\nann says:\r\ntwo\r\nann says:\r\nthree");
 }
 
+// The message box that says so, once it is there with its text; null where it does not come.
+HWND boxThatSays(const wchar_t* text) {
+    HWND box = nullptr;
+    const bool said = pumpUntil([&] {
+        box = FindWindowW(L"#32770", L"Messenger");
+        return box && FindWindowExW(box, nullptr, L"Static", text);
+    });
+    return said ? box : nullptr;
+}
+
 TEST(Replaying, AMissingLogIsSaid) {
     Process process(clientProgram() + u" /conversation Z:\\no\\such\\file.txt");
-    HWND box = nullptr;
-    ASSERT_TRUE(pumpUntil([&] { return (box = FindWindowW(L"#32770", L"Messenger")) != nullptr; }));
-    EXPECT_TRUE(FindWindowExW(box, nullptr, L"Static", L"The chat log cannot be read: Z:\\no\\such\\file.txt"));
+    EXPECT_TRUE(boxThatSays(L"The chat log cannot be read: Z:\\no\\such\\file.txt"));
     process.kill();
 }
 
 TEST(CommandLine, AWrongSwitchIsSaid) {
     Process process(clientProgram() + u" /dance");
-    HWND box = nullptr;
-    ASSERT_TRUE(pumpUntil([&] { return (box = FindWindowW(L"#32770", L"Messenger")) != nullptr; }));
-    EXPECT_TRUE(FindWindowExW(box, nullptr, L"Static", L"Unknown switch: /dance"));
+    const HWND box = boxThatSays(L"Unknown switch: /dance");
+    ASSERT_TRUE(box);
     PostMessageW(box, WM_COMMAND, IDOK, 0);
     EXPECT_EQ(process.exitStatus(), 20U);
 }
