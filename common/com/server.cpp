@@ -57,6 +57,17 @@ class Factory final : public Counted<IClassFactory> {
     std::function<void()> used_;
 };
 
+// Answers one interface, whose members nobody calls.
+class Nothing final : public Counted<IUnknown> {
+  public:
+    explicit Nothing(const IID& iid) : iid_(iid) {}
+
+  private:
+    bool answers(REFIID iid) const override { return IsEqualIID(iid, iid_); }
+
+    IID iid_;
+};
+
 class Key {
   public:
     Key() = default;
@@ -159,6 +170,28 @@ Registration unregisterServer(const ServerClass& server) {
         remove(root, u"CLSID\\" + own);
     }
     return refused ? Registration::refused : Registration::done;
+}
+
+LastingInterfaces::LastingInterfaces() {
+    for (const IID& iid : {IID_IClassFactory, IID_IDispatch, IID_IConnectionPointContainer, IID_IConnectionPoint,
+                           IID_IEnumConnectionPoints, IID_IEnumConnections, IID_IEnumVARIANT}) {
+        const auto nothing = Ptr<IUnknown>::adopt(new Nothing(iid));
+        Ptr<IStream> stream;
+        check(CreateStreamOnHGlobal(nullptr, TRUE, stream.out()));
+        // What the system cannot give to another process cannot be released by it either.
+        if (SUCCEEDED(
+                CoMarshalInterface(stream.get(), iid, nothing.get(), MSHCTX_LOCAL, nullptr, MSHLFLAGS_TABLESTRONG))) {
+            marshaled_.push_back(std::move(stream));
+        }
+    }
+}
+
+LastingInterfaces::~LastingInterfaces() {
+    for (const auto& stream : marshaled_) {
+        if (SUCCEEDED(stream->Seek({}, STREAM_SEEK_SET, nullptr))) {
+            CoReleaseMarshalData(stream.get());
+        }
+    }
 }
 
 ClassObject::ClassObject(const CLSID& clsid, std::function<Ptr<IDispatch>()> create)

@@ -25,6 +25,22 @@ Registration registerServer(const ServerClass& server, const std::u16string& com
 // left, or ever was; `refused` where the registry keeps some of it.
 Registration unregisterServer(const ServerClass& server);
 
+// Something with each interface that clients are given, for as long as it lives, which nobody is given.
+//
+// Under Wine the release of a process's last object with an interface waits until the calls of that interface are over,
+// and can miss the end of one whose answer has gone out just then: it waits for ever, and so does the client that
+// released. With these there is always another one. Without effect elsewhere.
+class LastingInterfaces {
+  public:
+    LastingInterfaces();
+    ~LastingInterfaces();
+    LastingInterfaces(const LastingInterfaces&) = delete;
+    LastingInterfaces& operator=(const LastingInterfaces&) = delete;
+
+  private:
+    std::vector<Ptr<IStream>> marshaled_;
+};
+
 // Offers a class to other processes for as long as it lives.
 class ClassObject {
   public:
@@ -36,6 +52,7 @@ class ClassObject {
   private:
     void offer();
 
+    LastingInterfaces lasting_;
     CLSID clsid_;
     Ptr<IClassFactory> factory_;
     DWORD cookie_ = 0;
