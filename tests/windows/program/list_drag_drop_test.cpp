@@ -96,7 +96,12 @@ class ListDragDrop : public testing::Test {
         };
         serveAll();
     }
-    ~ListDragDrop() override { mouse(MOUSEEVENTF_LEFTUP, {1, 1}); }
+    ~ListDragDrop() override {
+        if (again_) {
+            KillTimer(nullptr, again_);
+        }
+        mouse(MOUSEEVENTF_LEFTUP, {1, 1});
+    }
 
     // What the user does once the drag has begun: nothing else is served meanwhile.
     void whenDragging(std::function<void()> go_on) {
@@ -114,9 +119,12 @@ class ListDragDrop : public testing::Test {
         mouse(0, onScreen(from, 20 + pixels, 45));
         ASSERT_TRUE(serveUntil([&] { return pulled_to == 20 + pixels; }));
     }
-    static void letGo(POINT place) {
+    // Another program can take the release of the button before the drag has the mouse: then it is let go again.
+    void letGo(POINT place) {
+        let_go_at_ = place;
         mouse(0, place);
         mouse(MOUSEEVENTF_LEFTUP, place);
+        again_ = SetTimer(nullptr, 0, 1000, [](HWND, UINT, UINT_PTR, DWORD) { mouse(MOUSEEVENTF_LEFTUP, let_go_at_); });
     }
 
     static inline std::unique_ptr<ui::Form> form;
@@ -125,6 +133,10 @@ class ListDragDrop : public testing::Test {
     double pulled_to = 0;
     POINT dropped_at{};
     std::optional<ui::DropEffect> answer;
+
+  private:
+    static inline POINT let_go_at_{};
+    UINT_PTR again_ = 0;
 };
 
 TEST_F(ListDragDrop, RowIsDraggedToAnotherListOfTheWindow) {
