@@ -303,7 +303,21 @@ class ShellTest(WholeProgramTest):
         handle = int(self.inspector.ask("focus")[0])
         return next((window for top in self.windows() for window in top.all() if window.handle == handle), None)
 
+    def focus_in(self, window):
+        focus = self.focus()
+        return focus is not None and any(part.handle == focus.handle for part in window.all())
+
     # Gestures.
+
+    def open_menu_of(self, icon):
+        """The menu of an icon of the tray, asked for again where something has closed it at once."""
+        for _ in range(10):
+            self.click(icon, button=3)
+            try:
+                return wait_for("the menu of the icon", self.popup, seconds=20)
+            except TimedOut:
+                continue
+        return self.fail("the menu of the icon does not open")
 
     def xdotool(self, *arguments):
         self.screen.xdotool(*map(str, arguments))

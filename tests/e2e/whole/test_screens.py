@@ -194,8 +194,9 @@ class Screens(ShellTest):
         properties = self.eventually("the server's window", lambda: next(
             (window for window in self.windows() if window.kind == "AgentServerProperties" and window.visible), None))
         self.shot("agent-properties", properties)
-        self.click(icon, button=3)
-        self.click_menu(self.eventually("the server's menu", self.popup), "last")
+        # A window that comes to the front closes a menu that is open.
+        self.eventually("the keyboard in the server's window", lambda: self.focus_in(properties))
+        self.click_menu(self.open_menu_of(icon), "last")
         self.shot_of("MSAgent Shutdown Alert!", "box-agent-shut-down")
         self.answer("MSAgent Shutdown Alert!")
         self.wait_for_end()
