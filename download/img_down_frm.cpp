@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "app/shell_state.h"
+#include "common/address.h"
 #include "common/text.h"
 #include "platform/files.h"
 #include "platform/message_box.h"
@@ -14,22 +15,8 @@ namespace murmelix {
 namespace {
 
 const std::u16string line_break = u"\r\n";
-constexpr std::uint16_t http_port = 80;
 constexpr std::int32_t whole = 100;            // the progress box is so wide
 constexpr std::int64_t widest_screen = 30'000; // pixels
-
-struct Server {
-    std::u16string host;
-    std::uint16_t port;
-};
-
-// "host" or "host:port".
-Server webServer() {
-    const std::u16string site = platform::siteHost();
-    const std::size_t colon = site.find(u':');
-    const double port = colon == npos ? 0 : leadingNumber(std::u16string_view(site).substr(colon + 1));
-    return {site.substr(0, colon), port >= 1 && port <= 65535 ? static_cast<std::uint16_t>(port) : http_port};
-}
 
 } // namespace
 
@@ -67,7 +54,7 @@ void ImgDownFrm::Form_Load() {
     Center();
     progress.surface().Cls(ui::button_face);
     progress.surface().Refresh();
-    const Server server = webServer();
+    const auto server = webAddress(u"http://" + platform::siteHost()).value_or(WebAddress{});
     socket.Connect(server.host, server.port);
 }
 

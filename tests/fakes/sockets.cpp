@@ -1,5 +1,7 @@
 #include "tests/fakes/sockets.h"
 
+#include <functional>
+#include <type_traits>
 #include <utility>
 
 #include "tests/fakes/fakes.h"
@@ -20,54 +22,57 @@ Network& network() {
 
 namespace {
 
-platform::Socket::Impl* openSocket() {
-    return network().open;
+using platform::SocketState;
+
+// The socket that is open, where it is in that state.
+platform::Socket::Impl* open(SocketState state) {
+    platform::Socket::Impl* socket = network().open;
+    return socket && socket->state == state ? socket : nullptr;
+}
+
+// Told by a copy: what hears of it may end the socket.
+template <class... Arguments>
+bool tell(std::function<void(Arguments...)> event, const std::type_identity_t<Arguments>&... arguments) {
+    event(arguments...);
+    return true;
 }
 
 } // namespace
 
 bool accept() {
-    auto* socket = openSocket();
-    if (!socket || socket->state != platform::SocketState::connecting) {
+    auto* socket = open(SocketState::connecting);
+    if (!socket) {
         return false;
     }
-    socket->state = platform::SocketState::connected;
-    const auto told = socket->events.Connect;
-    told();
-    return true;
+    socket->state = SocketState::connected;
+    return tell(socket->events.Connect);
 }
 
 bool send(const std::string& bytes) {
-    auto* socket = openSocket();
-    if (!socket || socket->state != platform::SocketState::connected) {
+    auto* socket = open(SocketState::connected);
+    if (!socket) {
         return false;
     }
     socket->waiting += bytes;
-    const auto told = socket->events.DataArrival;
-    told(socket->waiting.size());
-    return true;
+    return tell(socket->events.DataArrival, socket->waiting.size());
 }
 
 bool closeByServer() {
-    auto* socket = openSocket();
-    if (!socket || socket->state != platform::SocketState::connected) {
+    auto* socket = open(SocketState::connected);
+    if (!socket) {
         return false;
     }
-    socket->state = platform::SocketState::closing;
-    const auto told = socket->events.Close;
-    told();
-    return true;
+    socket->state = SocketState::closing;
+    return tell(socket->events.Close);
 }
 
 bool failConnection(unsigned long number, const std::u16string& description) {
-    auto* socket = openSocket();
-    if (!socket || socket->state == platform::SocketState::closed) {
+    auto* socket = network().open;
+    if (!socket) {
         return false;
     }
-    socket->state = platform::SocketState::error;
-    const auto told = socket->events.Error;
-    told(number, description);
-    return true;
+    socket->state = SocketState::error;
+    return tell(socket->events.Error, number, description);
 }
 
 } // namespace fakes

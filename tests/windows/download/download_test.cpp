@@ -14,6 +14,7 @@
 #include "download/img_down_frm.h"
 #include "tests/windows/download/web_server.h"
 #include "tests/windows/program/window_test.h"
+#include "ui/win32/window.h"
 
 namespace murmelix {
 namespace {
@@ -21,15 +22,10 @@ namespace {
 using namespace test;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using ui::win32::textOf;
 using Visitor = WebServer::Visitor;
 
 const std::string header = "HTTP/1.0 200 OK\r\nContent-Length: 5\r\n\r\n";
-
-std::u16string textOf(HWND window) {
-    std::array<wchar_t, 1024> text{};
-    const int length = GetWindowTextW(window, text.data(), static_cast<int>(text.size()));
-    return std::u16string(text.begin(), text.begin() + length);
-}
 
 // Presses OK in the message boxes of this thread and keeps what they said.
 class Boxes {
