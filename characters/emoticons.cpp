@@ -123,20 +123,4 @@ std::u16string MarkEmoticons(std::u16string_view text, bool mark, std::u16string
     return result;
 }
 
-std::u16string RemoveBracketedText(std::u16string_view text) {
-    std::u16string result;
-    std::size_t copied = 0;
-    for (;;) {
-        const std::size_t open = text.find(u'(', copied);
-        const std::size_t close = text.find(u')', open);
-        if (open == npos || close == npos) {
-            break;
-        }
-        result.append(text, copied, open - copied);
-        copied = close + 1;
-    }
-    result.append(text, copied);
-    return copied == 0 ? result : std::u16string(trim(result));
-}
-
 } // namespace murmelix

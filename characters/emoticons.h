@@ -11,7 +11,4 @@ namespace murmelix {
 // character of no emoticon, a blank for instance.
 std::u16string MarkEmoticons(std::u16string_view text, bool mark, std::u16string_view separator = {});
 
-// Every "(...)" group removed, the rest trimmed where there was one.
-std::u16string RemoveBracketedText(std::u16string_view text);
-
 } // namespace murmelix

@@ -248,6 +248,22 @@ std::u16string_view trim(std::u16string_view text) {
     return text.substr(first, text.find_last_not_of(u' ') - first + 1);
 }
 
+std::u16string RemoveBracketedText(std::u16string_view text) {
+    std::u16string result;
+    std::size_t copied = 0;
+    for (;;) {
+        const std::size_t open = text.find(u'(', copied);
+        const std::size_t close = text.find(u')', open);
+        if (open == npos || close == npos) {
+            break;
+        }
+        result.append(text, copied, open - copied);
+        copied = close + 1;
+    }
+    result.append(text, copied);
+    return copied == 0 ? result : std::u16string(trim(result));
+}
+
 std::u16string toProperCase(std::u16string_view text) {
     std::u16string result(text);
     bool at_start = true;

@@ -36,6 +36,9 @@ std::u16string replaceAll(std::u16string_view text, std::u16string_view wanted, 
 // Blanks (U+0020 alone) cut from both ends.
 std::u16string_view trim(std::u16string_view text);
 
+// Every "(...)" group removed, the rest trimmed where there was one.
+std::u16string RemoveBracketedText(std::u16string_view text);
+
 // First letter of each word in upper case, all others in lower case. Words are parted by blanks, tabs, line ends (LF,
 // VT, FF, CR) and NUL.
 std::u16string toProperCase(std::u16string_view text);

@@ -225,15 +225,6 @@ TEST(MarkEmoticons, EarlierEntryWinsWhereTwoOverlap) {
     EXPECT_EQ(MarkEmoticons(u":(lol)", true, u"|"), u"||Emot+:(|lol)|");
 }
 
-TEST(RemoveBracketedText, CutsEveryGroupAndTrims) {
-    EXPECT_EQ(RemoveBracketedText(u"Ann - Online (3 Unread)"), u"Ann - Online");
-    EXPECT_EQ(RemoveBracketedText(u"((a)b) c"), u"b) c");
-    EXPECT_EQ(RemoveBracketedText(u"a)(b"), u"a)(b");
-    EXPECT_EQ(RemoveBracketedText(u"a) b (c) d"), u"a) b  d");
-    EXPECT_EQ(RemoveBracketedText(u" no group "), u" no group ");
-    EXPECT_EQ(RemoveBracketedText(u" (a) b (c) "), u"b");
-}
-
 // Against the plain form of every step.
 
 class DescribedSpeech : public ProgramTest {

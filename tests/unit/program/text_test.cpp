@@ -78,6 +78,15 @@ TEST(KeyedCollection, KeepsOrderAndRefusesWhatIsNotThere) {
     EXPECT_EQ(numbers.Count(), 0u);
 }
 
+TEST(RemoveBracketedText, CutsEveryGroupAndTrims) {
+    EXPECT_EQ(RemoveBracketedText(u"Ann - Online (3 Unread)"), u"Ann - Online");
+    EXPECT_EQ(RemoveBracketedText(u"((a)b) c"), u"b) c");
+    EXPECT_EQ(RemoveBracketedText(u"a)(b"), u"a)(b");
+    EXPECT_EQ(RemoveBracketedText(u"a) b (c) d"), u"a) b  d");
+    EXPECT_EQ(RemoveBracketedText(u" no group "), u" no group ");
+    EXPECT_EQ(RemoveBracketedText(u" (a) b (c) "), u"b");
+}
+
 TEST(Text, ProperCaseRaisesTheFirstLetterOfEachWord) {
     EXPECT_EQ(toProperCase(u"HELLO world"), u"Hello World");
     EXPECT_EQ(toProperCase(u"a\tb\nc-d"), u"A\tB\nC-d");
