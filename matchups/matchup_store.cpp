@@ -30,6 +30,11 @@ std::u16string shiftCodes(const std::u16string& text, unsigned char distance) {
     return fromAnsi(codes);
 }
 
+// Loading ends at the first value that is too long, so that it would lose those behind it as well.
+bool canBeLoaded(const std::u16string& name, const std::u16string& data) {
+    return toAnsi(name).size() < value_buffer && toAnsi(data).size() < value_buffer;
+}
+
 } // namespace
 
 void LoadMatchups() {
@@ -65,7 +70,9 @@ void AddMatchup(const std::u16string& contact, const std::u16string& character) 
         Matchups.Remove(contact);
     }
     Matchups.Add(character + std::u16string(separator) + contact, contact);
-    WriteRegistryValue(platform::Hive::current_user, matchupKeyPath(), ScrambleMatchupName(contact), character);
+    if (const std::u16string name = ScrambleMatchupName(contact); canBeLoaded(name, character)) {
+        WriteRegistryValue(platform::Hive::current_user, matchupKeyPath(), name, character);
+    }
 }
 
 void RemoveMatchup(const std::u16string& contact) {

@@ -20,6 +20,8 @@ bool MatchupExists(const std::u16string& contact);
 std::u16string GetMatchupCharacter(const std::u16string& contact);
 std::u16string GetMatchupCharacterAt(std::int16_t position); // from 1
 std::u16string GetMatchupContactAt(std::int16_t position);
+// At the end, instead of the one that the contact has. What the registry cannot hold, or could not be loaded again (255
+// characters and more), is kept for this run alone.
 void AddMatchup(const std::u16string& contact, const std::u16string& character);
 void RemoveMatchup(const std::u16string& contact);
 

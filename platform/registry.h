@@ -1,4 +1,5 @@
 // The registry by its ANSI operations, one function each; names, paths and data are bytes of the ANSI code page.
+// A name or path with a NUL in it is that of nothing: every operation on it fails.
 #pragma once
 
 #include <cstddef>

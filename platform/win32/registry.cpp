@@ -15,11 +15,16 @@ HKEY keyOf(std::uintptr_t handle) {
     return reinterpret_cast<HKEY>(handle);
 }
 
+// The system would take what is before a NUL for the whole: another key's or value's name.
+bool canBeName(const std::string& text) {
+    return text.find('\0') == std::string::npos;
+}
+
 } // namespace
 
 std::optional<RegistryKey> RegistryKey::open(Hive hive, const std::string& subkey) {
     HKEY key = nullptr;
-    if (RegOpenKeyA(hiveKey(hive), subkey.c_str(), &key) != ERROR_SUCCESS) {
+    if (!canBeName(subkey) || RegOpenKeyA(hiveKey(hive), subkey.c_str(), &key) != ERROR_SUCCESS) {
         return {};
     }
     return RegistryKey(reinterpret_cast<std::uintptr_t>(key));
@@ -27,7 +32,7 @@ std::optional<RegistryKey> RegistryKey::open(Hive hive, const std::string& subke
 
 std::optional<RegistryKey> RegistryKey::create(Hive hive, const std::string& subkey) {
     HKEY key = nullptr;
-    if (RegCreateKeyA(hiveKey(hive), subkey.c_str(), &key) != ERROR_SUCCESS) {
+    if (!canBeName(subkey) || RegCreateKeyA(hiveKey(hive), subkey.c_str(), &key) != ERROR_SUCCESS) {
         return {};
     }
     return RegistryKey(reinterpret_cast<std::uintptr_t>(key));
@@ -48,7 +53,8 @@ RegistryKey::~RegistryKey() {
 
 std::optional<RegistryValueInfo> RegistryKey::query(const std::string& name) const {
     DWORD type = 0, size = 0;
-    if (RegQueryValueExA(keyOf(handle_), name.c_str(), nullptr, &type, nullptr, &size) != ERROR_SUCCESS) {
+    if (!canBeName(name) ||
+        RegQueryValueExA(keyOf(handle_), name.c_str(), nullptr, &type, nullptr, &size) != ERROR_SUCCESS) {
         return {};
     }
     return RegistryValueInfo{type, size};
@@ -58,11 +64,13 @@ bool RegistryKey::query(const std::string& name, std::string& buffer) const {
     auto size = static_cast<DWORD>(buffer.size());
     BYTE none = 0; // without a buffer the call would succeed for any length
     BYTE* data = buffer.empty() ? &none : reinterpret_cast<BYTE*>(buffer.data());
-    return RegQueryValueExA(keyOf(handle_), name.c_str(), nullptr, nullptr, data, &size) == ERROR_SUCCESS;
+    return canBeName(name) &&
+           RegQueryValueExA(keyOf(handle_), name.c_str(), nullptr, nullptr, data, &size) == ERROR_SUCCESS;
 }
 
 bool RegistryKey::set(const std::string& name, std::uint32_t type, const std::string& data) const {
-    return RegSetValueExA(keyOf(handle_), name.c_str(), 0, type, reinterpret_cast<const BYTE*>(data.data()),
+    return canBeName(name) &&
+           RegSetValueExA(keyOf(handle_), name.c_str(), 0, type, reinterpret_cast<const BYTE*>(data.data()),
                           static_cast<DWORD>(data.size())) == ERROR_SUCCESS;
 }
 
@@ -80,7 +88,7 @@ std::optional<std::pair<std::string, std::string>> RegistryKey::enumerate(std::u
 }
 
 bool RegistryKey::remove(const std::string& name) const {
-    return RegDeleteValueA(keyOf(handle_), name.c_str()) == ERROR_SUCCESS;
+    return canBeName(name) && RegDeleteValueA(keyOf(handle_), name.c_str()) == ERROR_SUCCESS;
 }
 
 } // namespace murmelix::platform

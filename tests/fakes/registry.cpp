@@ -18,10 +18,14 @@ std::string folded(const std::string& bytes) {
     return toAnsi(toLower(std::u16string_view(fromAnsi(bytes.c_str()))));
 }
 
+bool canBeName(const std::string& text) {
+    return text.find('\0') == std::string::npos;
+}
+
 // Nothing for a path that the system refuses.
 std::optional<std::string> normalPath(const std::string& path) {
     std::string normal = folded(path);
-    if (!normal.empty() && normal.front() == '\\') {
+    if (!canBeName(path) || (!normal.empty() && normal.front() == '\\')) {
         return std::nullopt;
     }
     while (!normal.empty() && normal.back() == '\\') {
@@ -136,7 +140,7 @@ RegistryKey& RegistryKey::operator=(RegistryKey&& other) noexcept {
 RegistryKey::~RegistryKey() = default;
 
 std::optional<RegistryValueInfo> RegistryKey::query(const std::string& name) const {
-    if (!fakes::registry().enter("query " + name, false)) {
+    if (!fakes::registry().enter("query " + name, false) || !fakes::canBeName(name)) {
         return std::nullopt;
     }
     const auto& values = valuesOf(handle_);
@@ -148,7 +152,7 @@ std::optional<RegistryValueInfo> RegistryKey::query(const std::string& name) con
 }
 
 bool RegistryKey::query(const std::string& name, std::string& buffer) const {
-    if (!fakes::registry().enter("query " + name, false)) {
+    if (!fakes::registry().enter("query " + name, false) || !fakes::canBeName(name)) {
         return false;
     }
     const auto& values = valuesOf(handle_);
@@ -161,7 +165,7 @@ bool RegistryKey::query(const std::string& name, std::string& buffer) const {
 }
 
 bool RegistryKey::set(const std::string& name, std::uint32_t type, const std::string& data) const {
-    if (!fakes::registry().enter("set " + name + "=" + data, true)) {
+    if (!fakes::registry().enter("set " + name + "=" + data, true) || !fakes::canBeName(name)) {
         return false;
     }
     // The system stores the terminating NUL of a text that it finds right behind the given length.
@@ -196,7 +200,7 @@ std::optional<std::pair<std::string, std::string>> RegistryKey::enumerate(std::u
 }
 
 bool RegistryKey::remove(const std::string& name) const {
-    if (!fakes::registry().enter("delete " + name, true)) {
+    if (!fakes::registry().enter("delete " + name, true) || !fakes::canBeName(name)) {
         return false;
     }
     auto& values = valuesOf(handle_);

@@ -5,7 +5,6 @@
 #include "app/settings.h"
 #include "app/shell_state.h"
 #include "common/ansi.h"
-#include "matchups/matchup_store.h"
 #include "platform/registry.h"
 #include "platform/system.h"
 
@@ -91,84 +90,22 @@ TEST_F(RegistryTest, EnumeratesAndRemoves) {
     EXPECT_FALSE(key->remove("first"));
 }
 
+TEST_F(RegistryTest, NameWithANulIsThatOfNothing) {
+    const auto key = RegistryKey::create(Hive::current_user, path);
+    const std::string cut = "first", name = cut + std::string("\0more", 5);
+    key->set(cut, reg_sz, "one");
+    EXPECT_FALSE(key->set(name, reg_sz, "two"));
+    EXPECT_FALSE(key->query(name));
+    EXPECT_FALSE(key->remove(name));
+    EXPECT_EQ(ReadRegistryValue(Hive::current_user, wide_path, u"first"), u"one");
+    const std::string below = path + std::string("\0\\key", 5);
+    EXPECT_FALSE(RegistryKey::open(Hive::current_user, below));
+    EXPECT_FALSE(RegistryKey::create(Hive::current_user, below));
+}
+
 TEST_F(RegistryTest, MissingKeyIsNothing) {
     EXPECT_FALSE(RegistryKey::open(Hive::current_user, path + "\\none"));
     EXPECT_TRUE(RegistryKey::open(Hive::current_user, "")) << "the hive itself";
-}
-
-// The matchup store on the real registry.
-class StoredMatchups : public RegistryTest {
-  protected:
-    StoredMatchups() { SettingsKeyPath = wide_path; }
-    ~StoredMatchups() override {
-        SettingsKeyPath.clear();
-        Matchups.Clear();
-    }
-    // The value's data as it is given, which need not end with a NUL.
-    void store(const std::u16string& contact, const std::string& data) const {
-        HKEY key = nullptr;
-        ASSERT_EQ(RegCreateKeyA(HKEY_CURRENT_USER, (path + "\\Matchup").c_str(), &key), ERROR_SUCCESS);
-        const std::string behind = data + "!"; // a NUL there would be stored as well
-        RegSetValueExA(key, toAnsi(ScrambleMatchupName(contact)).c_str(), 0, REG_SZ,
-                       reinterpret_cast<const BYTE*>(behind.data()), static_cast<DWORD>(data.size()));
-        RegCloseKey(key);
-    }
-    // Contacts with their characters, as "ann@x=Max".
-    static std::vector<std::u16string> loaded() {
-        Matchups.Clear();
-        LoadMatchups();
-        std::vector<std::u16string> all;
-        for (std::int16_t position = 1; position <= static_cast<std::int16_t>(Matchups.Count()); ++position) {
-            all.push_back(GetMatchupContactAt(position) + u"=" + GetMatchupCharacterAt(position));
-        }
-        return all;
-    }
-    using List = std::vector<std::u16string>;
-};
-
-TEST_F(StoredMatchups, AreReadBackWhole) {
-    AddMatchup(u"ann@x", u"Max");
-    AddMatchup(u"bob@x", u"Z\u00fcri");
-    AddMatchup(u"cyn@x", u"");
-    EXPECT_EQ(loaded(), (List{u"ann@x=Max", u"bob@x=Z\u00fcri", u"cyn@x="}));
-    AddMatchup(u"ann@x", u"Otto");
-    EXPECT_EQ(loaded().front(), u"ann@x=Otto");
-}
-
-TEST_F(StoredMatchups, LoseTheLastCharacterOfAValueThatHasNoNul) {
-    store(u"ann@x", "Max");
-    store(u"bob@x", std::string("Nelly\0", 6));
-    store(u"cyn@x", "");
-    EXPECT_EQ(loaded(), (List{u"ann@x=Ma", u"bob@x=Nelly", u"cyn@x="}));
-}
-
-TEST_F(StoredMatchups, AreInTheOrderOfTheRegistry) {
-    for (const char16_t* contact : {u"dan@x", u"ann@x", u"cyn@x", u"bob@x"}) {
-        AddMatchup(contact, u"Max");
-    }
-    List order;
-    const auto key = RegistryKey::open(Hive::current_user, path + "\\Matchup");
-    ASSERT_TRUE(key);
-    while (const auto value = key->enumerate(static_cast<std::uint32_t>(order.size()), 255, 255)) {
-        order.push_back(UnscrambleMatchupName(fromAnsi(value->first)) + u"=Max");
-    }
-    EXPECT_EQ(order.size(), 4U);
-    EXPECT_EQ(loaded(), order);
-}
-
-TEST_F(StoredMatchups, AreRemovedByAPathThatEndsWithABackslash) {
-    AddMatchup(u"ann@x", u"Max");
-    AddMatchup(u"bob@x", u"Nelly");
-    RemoveMatchup(u"ann@x");
-    EXPECT_EQ(loaded(), List{u"bob@x=Nelly"});
-    EXPECT_TRUE(RegistryKey::open(Hive::current_user, path + "\\Matchup\\"));
-}
-
-TEST_F(StoredMatchups, EndAtTheFirstValueThatIsTooLong) {
-    AddMatchup(u"ann@x", std::u16string(254, u'm')); // with its NUL as long as can be
-    AddMatchup(u"bob@x", std::u16string(255, u'n'));
-    AddMatchup(u"cyn@x", u"Otto");
-    EXPECT_EQ(loaded(), List{u"ann@x=" + std::u16string(254, u'm')});
 }
 
 // The machine's values of one name, as they were before, at the end.

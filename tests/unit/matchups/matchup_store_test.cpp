@@ -1,16 +1,35 @@
-#include "tests/unit/program/program_test.h"
+// Which character speaks for which contact, in memory and in the registry.
+#include "matchups/matchup_store.h"
 
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+#include "app/shell_state.h"
 #include "common/ansi.h"
+#include "tests/fakes/fakes.h"
 
 namespace murmelix::test {
 
 namespace {
 
+using testing::ElementsAre;
+using testing::IsEmpty;
+
 constexpr const char* matchup_key = "Software\\Murmelix\\me@x\\Matchup";
 
-class MatchupStore : public ProgramTest {
+class MatchupStore : public testing::Test {
   protected:
-    MatchupStore() { SettingsKeyPath = u"Software\\Murmelix\\me@x"; }
+    MatchupStore() {
+        fakes::reset();
+        Matchups.Clear();
+        SettingsKeyPath = u"Software\\Murmelix\\me@x";
+    }
+    ~MatchupStore() override {
+        Matchups.Clear();
+        SettingsKeyPath.clear();
+    }
 
     static void store(const std::u16string& contact, const std::string& character) {
         fakes::registry().putText(matchup_key, toAnsi(ScrambleMatchupName(contact)), character);
@@ -168,6 +187,84 @@ TEST_F(MatchupStore, FailedWriteKeepsTheMatchupForThisRun) {
     EXPECT_EQ(fakes::registry().key(matchup_key), nullptr);
     RemoveMatchup(u"ann@x");
     EXPECT_FALSE(MatchupExists(u"ann@x"));
+}
+
+TEST_F(MatchupStore, NameThatTheRegistryCutsIsNotWrittenUnderAnothersName) {
+    AddMatchup(u"j", u"Max");
+    AddMatchup(u"j\u00F6rg@x", u"Nelly"); // code 246 becomes a NUL, which ends names
+    EXPECT_EQ(GetMatchupCharacter(u"j\u00F6rg@x"), u"Nelly") << "for this run";
+    LoadMatchups();
+    EXPECT_THAT(contacts(), ElementsAre(u"j"));
+    EXPECT_EQ(GetMatchupCharacter(u"j"), u"Max");
+    RemoveMatchup(u"j\u00F6rg@x");
+    LoadMatchups();
+    EXPECT_THAT(contacts(), ElementsAre(u"j")) << "nor is the other's value deleted";
+}
+
+TEST_F(MatchupStore, WhatCouldNotBeLoadedAgainIsNotWrittenBeforeTheOthers) {
+    const std::u16string longest(254, u'a'), too_long(255, u'b');
+    AddMatchup(longest, longest);
+    AddMatchup(too_long, u"Max");
+    AddMatchup(u"ann@x", too_long);
+    AddMatchup(u"bob@x", u"Nelly");
+    EXPECT_EQ(Matchups.Count(), 4U);
+    LoadMatchups();
+    EXPECT_THAT(contacts(), ElementsAre(longest, u"bob@x"));
+    EXPECT_EQ(GetMatchupCharacter(longest), longest);
+}
+
+TEST_F(MatchupStore, CharactersOutsideTheCodePageMapAsItMapsThem) {
+    EXPECT_EQ(ScrambleMatchupName(u"\u65E5@x"), u"IJ\u201A"); // a question mark, and ten more
+    AddMatchup(u"\u65E5@x", u"Max");
+    EXPECT_EQ(GetMatchupCharacter(u"\u65E5@x"), u"Max");
+    LoadMatchups();
+    EXPECT_THAT(contacts(), ElementsAre(u"?@x"));
+}
+
+TEST_F(MatchupStore, SeparatorIsFoundByItsExactCharactersAndTheContactIsAllBehindIt) {
+    AddMatchup(u"a##b", u"#");
+    EXPECT_EQ(Matchups.Item(u"a##b"), u"###a##b");
+    EXPECT_EQ(GetMatchupCharacter(u"a##b"), u"");
+    EXPECT_EQ(GetMatchupContactAt(1), u"#a##b");
+}
+
+TEST_F(MatchupStore, RegistryIsAskedInThisOrder) {
+    store(u"ann@x", "Max");
+    fakes::registry().log.clear();
+    LoadMatchups();
+    const std::string path = std::string("open ") + matchup_key;
+    EXPECT_THAT(fakes::registry().log, ElementsAre(path, "enumerate 0", "enumerate 1"));
+    fakes::registry().log.clear();
+    AddMatchup(u"bob@x", u"Nelly");
+    EXPECT_THAT(fakes::registry().log, ElementsAre(std::string("create ") + matchup_key, "set lylJ\x82=Nelly"));
+}
+
+// The registry as it is where the program ends, or is refused, at its n-th operation: what was said of others stays.
+TEST_F(MatchupStore, OthersStayReadableWhereverItEnds) {
+    const auto changes = [] {
+        AddMatchup(u"cyn@x", u"Otto"); // a new one
+        AddMatchup(u"bob@x", u"Anna"); // another character
+        RemoveMatchup(u"cyn@x");
+        RemoveMatchup(u"dan@x"); // which never was there
+    };
+    for (int end = 1; end <= 9; ++end) {
+        fakes::reset();
+        store(u"ann@x", "Max");
+        store(u"bob@x", "Nelly");
+        store(u"eve@x", "Bert");
+        LoadMatchups();
+        fakes::registry().fail_at = end;
+        changes();
+        const bool failed = fakes::registry().fail_at == 0;
+        EXPECT_EQ(failed, end <= 8) << "as many operations as there are";
+        fakes::registry().fail_at = 0;
+        LoadMatchups();
+        ASSERT_TRUE(MatchupExists(u"ann@x") && MatchupExists(u"bob@x") && MatchupExists(u"eve@x")) << end;
+        EXPECT_EQ(GetMatchupCharacter(u"ann@x"), u"Max");
+        EXPECT_EQ(GetMatchupCharacter(u"eve@x"), u"Bert");
+        EXPECT_TRUE(GetMatchupCharacter(u"bob@x") == u"Nelly" || GetMatchupCharacter(u"bob@x") == u"Anna");
+        EXPECT_LE(Matchups.Count(), 4U);
+    }
 }
 
 TEST_F(MatchupStore, SignedOutStoresNothing) {
