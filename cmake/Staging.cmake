@@ -17,6 +17,10 @@ foreach(program Murmelix MSAGENT tv_enua updater MessengerClient)
 endforeach()
 install(DIRECTORY ${MURMELIX_ASSETS}/sounds DESTINATION . FILES_MATCHING PATTERN "*.wav")
 install(DIRECTORY DESTINATION CharPics)
+# The third one's is fetched from the web site, as that of any other character.
+foreach(name Brindle Ottoline)
+  install(FILES ${MURMELIX_ASSETS}/portraits/${name}.gif DESTINATION CharPics)
+endforeach()
 install(FILES ${PROJECT_SOURCE_DIR}/companions/messenger/demo/conversation.txt DESTINATION conversations)
 install(FILES ${PROJECT_SOURCE_DIR}/LICENSE DESTINATION . RENAME LICENSE.txt)
 # What MSAGENT.exe installs.
