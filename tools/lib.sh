@@ -20,6 +20,10 @@ MURMELIX_PACKAGES=(
     googletest libgtest-dev libbenchmark-dev nlohmann-json3-dev
     clang-15 clang-format-15
 )
+# The web server of ./run --site: its program alone, not the service that would run from then on.
+MURMELIX_SITE_PACKAGES=(apache2-bin)
+# The browser in which the tests look at the web site.
+MURMELIX_BROWSER_PACKAGES=(chromium chromium-driver)
 
 as_root() {
     if [ "$(id -u)" = 0 ]; then
@@ -42,21 +46,22 @@ apt() {
     return 1
 }
 
-# Fills MISSING_PACKAGES with those of MURMELIX_PACKAGES that are not installed.
+# find_missing_packages [PACKAGE…]: fills MISSING_PACKAGES with those of MURMELIX_PACKAGES and these that are not installed.
 find_missing_packages() {
-    local installed
-    installed=$(dpkg-query -W -f '${db:Status-Abbrev} ${Package}\n' "${MURMELIX_PACKAGES[@]}" 2>/dev/null |
+    local wanted=("${MURMELIX_PACKAGES[@]}" "$@") installed
+    installed=$(dpkg-query -W -f '${db:Status-Abbrev} ${Package}\n' "${wanted[@]}" 2>/dev/null |
         sed -n 's/^ii *//p') || true
     MISSING_PACKAGES=()
     local package
-    for package in "${MURMELIX_PACKAGES[@]}"; do
+    for package in "${wanted[@]}"; do
         grep -qxF "$package" <<<"$installed" || MISSING_PACKAGES+=("$package")
     done
 }
 
+# install_packages [PACKAGE…]: what everything needs, and these.
 install_packages() {
     command -v dpkg-query >/dev/null || die "the packages are Debian's: this machine has no dpkg"
-    find_missing_packages
+    find_missing_packages "$@"
     [ ${#MISSING_PACKAGES[@]} -gt 0 ] || return 0
     say "Installing ${MISSING_PACKAGES[*]}"
     # The lists may be old or absent: they are fetched only where the first attempt shows it.
@@ -94,7 +99,7 @@ build_preset() {
 
 # The program directory at build/Murmelix, with all that ./run, the whole-program tests and their benchmarks start.
 build_programs() {
-    build_preset host assets_characters assets_sounds assets_icons trace
+    build_preset host assets_characters assets_portraits assets_sounds assets_icons trace
     build_preset win64 programs
     stage win64
 }

@@ -1,12 +1,13 @@
 #!/usr/bin/env python3
 """Reads a conversation aloud, for ./run: whole programs in Wine, from their setup to the last word. Or starts them and
-leaves the rest to the user."""
+leaves the rest to the user. Or shows the maker's web site on this machine."""
 
 import argparse
 import contextlib
 import os
 import signal
 import sys
+import time
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parent))
@@ -16,6 +17,7 @@ from desk.prefix import Prefix, ROOT  # noqa: E402
 from desk.reading import Desk, Failed, Options, Reading, own_desk  # noqa: E402
 from desk.screen import Screen  # noqa: E402
 from desk.waiting import TimedOut, wait_for  # noqa: E402
+from desk.web_server import ServerFailed, WebServer  # noqa: E402
 
 DEMO = ROOT / "companions" / "messenger" / "demo"
 
@@ -53,9 +55,13 @@ def options_of(arguments):
     parser.add_argument("--by-hand", action="store_true",
                         help="only start the Messenger client and Murmelix, on your display, and leave the rest to you; "
                              "accounts and settings are there again the next time")
+    parser.add_argument("--site", action="store_true",
+                        help="alone: show the maker's web site on this machine, to this machine, until Ctrl-C; with others "
+                             "of these: have the programs open and fetch its pages meanwhile")
     parser.add_argument("--prefix", default="wine-by-hand", help=argparse.SUPPRESS)
     parser.add_argument("--check", action="store_true", help=argparse.SUPPRESS)
     chosen = parser.parse_args(arguments)
+    chosen.nothing_but_site = [argument for argument in arguments if argument != "--check"] == ["--site"]
     conversation = chosen.conversation
     if conversation is None:
         conversation = next(iter(sorted(DEMO.glob("*.txt"))), None)
@@ -87,7 +93,31 @@ def clear(output):
             file.unlink()
 
 
-def read_aloud(options):
+def announced(server):
+    print(f"== The web site is at {server.address}", flush=True)
+
+
+def show_site():
+    with WebServer() as server:
+        announced(server)
+        print("== until Ctrl-C here", flush=True)
+        while True:
+            time.sleep(0.5)
+            server.check()
+
+
+@contextlib.contextmanager
+def site_for(desk, wanted):
+    """Where it is wanted, the programs on the desk have the maker's web site on this machine."""
+    if not wanted:
+        yield
+        return
+    with WebServer() as server, desk.using_site(server.host):
+        announced(server)
+        yield
+
+
+def read_aloud(options, with_site):
     clear(options.output)
     print("== Setting the neighbours up", flush=True)
     screen = None if options.headless else Screen(os.environ["DISPLAY"])
@@ -101,39 +131,46 @@ def read_aloud(options):
 
         try:
             desk.set_up_all()
-            print(f"== Reading {options.conversation.name}", flush=True)
-            reading = Reading(desk, options, tell)
-            reading.start_neighbours()
-            reading.start_program()
-            reading.start_reading()
-            reading.follow()
-            reading.finish()
+            with site_for(desk, with_site):
+                read_to_the_end(desk, options, tell)
         except (Failed, TimedOut):
             desk.screen.picture(options.output / "logs" / "failed.png")
             raise
-        print(f"== All {len(reading.log.of_kind('message'))} messages were read; see {options.output}", flush=True)
-        if not options.headless:
-            print("== Murmelix stays open until you leave it: Murmelix, Exit Murmelix, or Ctrl-C here", flush=True)
-            desk.programs["Murmelix.exe"].wait()
 
 
-def start_by_hand(options, name):
+def read_to_the_end(desk, options, tell):
+    print(f"== Reading {options.conversation.name}", flush=True)
+    reading = Reading(desk, options, tell)
+    reading.start_neighbours()
+    reading.start_program()
+    reading.start_reading()
+    reading.follow()
+    reading.finish()
+    print(f"== All {len(reading.log.of_kind('message'))} messages were read; see {options.output}", flush=True)
+    if not options.headless:
+        print("== Murmelix stays open until you leave it: Murmelix, Exit Murmelix, or Ctrl-C here", flush=True)
+        desk.programs["Murmelix.exe"].wait()
+
+
+def start_by_hand(options, name, with_site):
     """Both neighbours and the program, until the user has ended the program and the Messenger client."""
     directory = ROOT / "build" / name
     first = not directory.exists()
     print("== Setting the neighbours up", flush=True)
     with Desk(Screen(os.environ["DISPLAY"]), Prefix(directory, keep=True), options.output) as desk:
         desk.set_up_all()
-        client = desk.program_directory / "MessengerClient.exe"
-        # A new user signs in; later the client does what its user has chosen there.
-        desk.start("MessengerClient.exe", client, *(["/signedout"] if first else []),
-                   directory=desk.program_directory)
-        desk.screen.wait_for_window("Messenger$")
-        desk.start("Murmelix.exe", desk.program_directory / "Murmelix.exe", directory=desk.program_directory)
-        print("== Messenger and Murmelix run until you leave them: File, Exit and Murmelix, Exit Murmelix, or Ctrl-C here",
-              flush=True)
-        wait_for("the user", lambda: not any(desk.running(name) for name in ("MessengerClient.exe", "Murmelix.exe")),
-                 float("inf"), 0.5)
+        with site_for(desk, with_site):
+            client = desk.program_directory / "MessengerClient.exe"
+            # A new user signs in; later the client does what its user has chosen there.
+            desk.start("MessengerClient.exe", client, *(["/signedout"] if first else []),
+                       directory=desk.program_directory)
+            desk.screen.wait_for_window("Messenger$")
+            desk.start("Murmelix.exe", desk.program_directory / "Murmelix.exe", directory=desk.program_directory)
+            print("== Messenger and Murmelix run until you leave them: File, Exit and Murmelix, Exit Murmelix, or Ctrl-C here",
+                  flush=True)
+            wait_for("the user",
+                     lambda: not any(desk.running(name) for name in ("MessengerClient.exe", "Murmelix.exe")),
+                     float("inf"), 0.5)
 
 
 @contextlib.contextmanager
@@ -165,16 +202,18 @@ def main():
     for number_of_signal in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
         signal.signal(number_of_signal, interrupted)
     try:
+        if chosen.nothing_but_site:
+            show_site()
         with alone(chosen, options):
             if chosen.by_hand:
-                start_by_hand(options, chosen.prefix)
+                start_by_hand(options, chosen.prefix, chosen.site)
             else:
-                read_aloud(options)
+                read_aloud(options, chosen.site)
         return 0
     except KeyboardInterrupt:
-        print("\n== Ended" if chosen.by_hand else "\n== Ended before everything was read", file=sys.stderr)
+        print("\n== Ended" if chosen.by_hand or chosen.nothing_but_site else "\n== Ended before everything was read", file=sys.stderr)
         return 130
-    except (Failed, InUse, TimedOut, RuntimeError, OSError, ValueError) as error:
+    except (Failed, InUse, ServerFailed, TimedOut, RuntimeError, OSError, ValueError) as error:
         print(f"./run: {error}", file=sys.stderr)
         return 1
 

@@ -118,6 +118,24 @@ class Desk:
         if status != 0:
             raise Failed(f"{program} {switch} ended with status {status}:\n{printed}")
 
+    @contextlib.contextmanager
+    def using_site(self, host):
+        """The programs open and fetch what the maker's web server has from this one; afterwards from where they did before."""
+        key = (r"HKLM\Software\Murmelix", "/v", "SiteHost")
+        status, printed = self.run("reg", "reg.exe", "query", *key)
+        before = printed.split("REG_SZ", 1)[1].split()[0] if status == 0 and "REG_SZ" in printed else None
+        self._set_up_site(key, host)
+        try:
+            yield
+        finally:
+            self._set_up_site(key, before)
+
+    def _set_up_site(self, key, host):
+        arguments = ("delete", *key, "/f") if host is None else ("add", *key, "/d", host, "/f")
+        status, printed = self.run("reg", "reg.exe", *arguments)
+        if status != 0:
+            raise Failed(f"the web server could not be set: reg {' '.join(arguments)}:\n{printed}")
+
     def agent_server(self):
         return self.prefix.windows / "msagent" / "AgentServer.exe"
 
