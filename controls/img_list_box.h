@@ -1,13 +1,15 @@
 // The characters as a strip of panels, one below the other: each has a character's name, its picture and the list of
 // the contacts matched with it. Contacts are dropped on panels; two buttons slide the strip. Positions count from 1.
 //
-// A panel's windows are made when they come into view, or are asked for: hundreds of panels open at once.
+// As many whole panels as there is room for are in view; page up and page down go from one to the next. A panel's
+// windows are made when it comes into view, or when they are asked for: hundreds of panels open at once.
 #pragma once
 
 #include <array>
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,6 +23,8 @@
 
 namespace murmelix {
 
+class ImgDownFrm;
+
 class ImgListBox : public ui::Frame {
   public:
     explicit ImgListBox(ui::Control& parent);
@@ -31,6 +35,7 @@ class ImgListBox : public ui::Frame {
     // characters and takes no drops.
     void AddItem(const std::u16string& ItemIMGFileName, const std::u16string& itemKeyCaption);
     void RemoveItemAtPos(std::int16_t position);
+    // A download of a picture ends with them.
     void ClearItems();
     std::int16_t GetListCount() const { return static_cast<std::int16_t>(panels_.Count()); }
     std::int16_t GetPositionFromKey(const std::u16string& key) const; // 0: none
@@ -38,34 +43,38 @@ class ImgListBox : public ui::Frame {
 
     // CollectionError where there is no such panel.
     ui::Frame& ListFrame(std::int16_t position);
-    CoolListBox&
-    ListItems(std::int16_t position); // the contacts matched with the character; a row's key is the contact
+    CoolListBox& ListItems(std::int16_t position); // the contacts; a row's key is the sign-in name
     ui::PictureBox& ItemImage(std::int16_t position);
 
-    // Matches a contact with the character of a panel, as dropping it there does. An empty name does nothing, nor does
-    // a panel without a character.
+    // Matches a contact with the character of a panel, as dropping it there does. Does nothing where the text is no
+    // contact's name, or where the panel has no character.
     void GiveContact(const std::u16string& contact, std::int16_t position);
     // From the panel that lists it; its matchup stays.
     void RemoveContact(const std::u16string& contact);
-    // Slides as far as it takes to have all of it in view.
+    // Slides as far as it takes to have it in view.
     void ShowPanel(std::int16_t position);
-    // Gives the keyboard to its list, in view.
+    // The same, and its list has the keyboard.
     void FocusPanel(std::int16_t position);
     void ScrollButt_Click(std::int16_t index); // 0 up, 1 down; nothing while the strip slides
+    // Fetches the picture where the panel has the blank one; returns when that is done.
     void ItemImage_Click(std::int16_t position);
-    bool Sliding() const { return slide_.Enabled(); }
+    bool Sliding() const { return SlideTimer.Enabled(); }
+    // Twips; a thirteenth of it is a step of a slide.
+    int PanelHeight() const { return panel_height_; }
 
-    // A contact was matched by a drop: whoever lists those without a character takes it off.
+    // A contact was matched: whoever lists those without a character takes it off.
     std::function<void(const std::u16string& contact)> ContactGiven;
     // What a row says of a contact; its sign-in name where this is not set.
     std::function<std::u16string(const std::u16string& contact)> CaptionOf;
     // A key in a panel's list, before anybody else hears of it; true when it was of use.
     std::function<bool(const ui::Shortcut& key, std::int16_t position)> PanelKey;
 
-    // Twips that a panel takes: a thirteenth of the height is a step of a slide.
-    int PanelHeight() const;
-
-    std::array<ui::Button, 2> ScrollButt{ui::Button(*this, u""), ui::Button(*this, u"")};
+    std::array<ui::Button, 2> ScrollButt{ui::Button(*this, u"Up"), ui::Button(*this, u"Down")};
+    // Never seen: they hold the pictures of panels that have none of their own.
+    ui::PictureBox BlankItemImg{*this}, MoreCharsItemImg{*this};
+    ui::Frame Strip{*this, u"", Border::none}; // what is seen of the panels
+    ui::Timer SlideTimer;
+    ui::Timer HoldTimer; // of something dragged that stays over a scroll button
 
   protected:
     void resized() override;
@@ -74,9 +83,42 @@ class ImgListBox : public ui::Frame {
     struct Windows;
     struct Panel;
 
+    Panel& at(std::int16_t position) const;
+    std::int16_t positionOf(const Panel& panel) const;
+    Windows& windows(std::int16_t position);
+    void connect(Panel& panel);
+    void showImage(Panel& panel);
+    void layOut(Windows& windows) const;
+    void place(std::int16_t position);
+    // Places the panels in view, hides the others and tells the buttons.
+    void arrange();
+    void keepFocusInView(const std::vector<Panel*>& in_view);
+
+    int panelsInView() const;
+    int lastFirst() const; // the first panel in view where the last one is in view, from 0
+    bool canScroll(std::size_t index) const;
+    void slideTo(int first);
+    void slideStep();
+    void endSlide();
+    void rest();
+    void holdOver(std::size_t index, ui::DragState state);
+
+    void drawScrollButt(std::size_t index, ui::Surface& surface, const ui::Button::Looks& looks) const;
+    bool panelKey(const ui::Shortcut& key, Panel& panel);
+    std::int16_t panelAt(double y) const; // pixels of the strip; 0: none that takes a drop
+    void dropOn(std::int16_t position, const ui::DataObject& data, ui::DropEffect& effect);
+    std::u16string captionOf(const std::u16string& contact) const;
+    void closeDownload();
+
     KeyedCollection<std::unique_ptr<Panel>> panels_;
-    ui::Frame strip_{*this, u"", Border::none};
-    ui::Timer slide_;
+    std::vector<Panel*> shown_; // whose frames are visible
+    int panel_height_;
+    int first_ = 0;  // the panel at the top, from 0; the one that a slide leads to
+    int offset_ = 0; // twips of the strip above what is in view
+    int slide_from_ = 0, slide_step_ = 0;
+    std::optional<std::size_t> held_over_; // a scroll button
+    ImgDownFrm* download_ = nullptr;       // that is open
+    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };
 
 } // namespace murmelix

@@ -1,6 +1,7 @@
 // Files of this machine by their paths, which have no "\" at their end.
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -20,6 +21,10 @@ bool fileExists(const std::u16string& path);
 bool sameContent(const std::u16string& a, const std::u16string& b);
 // Names of the files in a directory that end so, in whatever case, sorted.
 std::vector<std::u16string> filesIn(const std::u16string& directory, const std::u16string& ending);
+
+// All its bytes; nothing where there are more than `most`, where it cannot be read, or where it is no file of a disk.
+// It stays open to others, and is let go of.
+std::optional<std::string> readFile(const std::u16string& path, std::size_t most);
 
 // With those above it; one that is there already is no refusal.
 Refusal makeDirectory(const std::u16string& path);

@@ -60,6 +60,7 @@ Control::~Control() {
             top.marked_ = nullptr;
         }
     }
+    setOLEDropMode(DropMode::none);
     native::destroy(handle_);
 }
 
@@ -193,6 +194,13 @@ void Control::ZOrder() {
     }
 }
 
+void Control::setTabAfter(const Control* sibling) {
+    auto& siblings = parent_->children_;
+    std::erase(siblings, this);
+    const auto found = std::ranges::find(siblings, sibling);
+    siblings.insert(found == siblings.end() ? siblings.begin() : found + 1, this);
+}
+
 void Control::SetFocus() {
     if (!reachable()) {
         return;
@@ -236,6 +244,43 @@ void Control::onMnemonic() {
 
 void Control::onClick() {
     raise(Click);
+}
+
+void Control::setOLEDropMode(DropMode mode) {
+    if (mode == drop_mode_) {
+        return;
+    }
+    native::acceptDrops(*this, mode == DropMode::manual);
+    drop_mode_ = mode;
+}
+
+DropEffect Control::dropEffect(DropEffect allowed, int shift) const {
+    if (drop_mode_ == DropMode::none || !reachable()) {
+        return drop_none;
+    }
+    const DropEffect wanted = shift & control_key ? drop_copy : drop_move;
+    return allowed & wanted ? wanted : allowed & (drop_copy | drop_move);
+}
+
+DropEffect Control::onDragOver(DropEffect allowed, int shift, double x, double y, DragState state) {
+    DropEffect effect = state == DragState::leave ? drop_none : dropEffect(allowed, shift);
+    if (OLEDragOver && drop_mode_ != DropMode::none) {
+        const auto listener = OLEDragOver; // which may end with its control
+        listener(effect, shift, x, y, state);
+    }
+    return effect & allowed;
+}
+
+DropEffect Control::onDrop(DataObject& data, DropEffect allowed, int button, int shift, double x, double y) {
+    DropEffect effect = dropEffect(allowed, shift);
+    if (effect == drop_none || !data.HasText()) {
+        return drop_none;
+    }
+    if (OLEDragDrop) {
+        const auto listener = OLEDragDrop; // which may end with its control
+        listener(data, effect, button, shift, x, y);
+    }
+    return effect & allowed;
 }
 
 void Control::onFocus() {

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "ui/drag_drop.h"
 #include "ui/types.h"
 
 namespace murmelix::ui {
@@ -61,6 +62,8 @@ class Control {
     // In front of its siblings.
     void ZOrder();
     void SetFocus();
+    // It comes right after a sibling in the order of the Tab key; first of all where there is none.
+    void setTabAfter(const Control* sibling);
     bool Focused() const;
 
     std::function<void()> Click, GotFocus, LostFocus;
@@ -68,6 +71,18 @@ class Control {
     std::function<bool(const Shortcut& key)> KeyPress;
     // The menu of what is here was asked for, by the right mouse button or the keyboard: the place for PopupMenu.
     std::function<void()> ContextMenu;
+    // The wheel was turned over it, or over what is in it and does not use it itself; up is negative. Of windows of the
+    // toolkit's own class alone.
+    std::function<void(int rows)> Wheel;
+
+    // Whether text that is dragged can be let go here: over it, and over what is in it and takes none itself.
+    DropMode OLEDropMode() const { return drop_mode_; }
+    void setOLEDropMode(DropMode mode);
+    // Text is dragged over it; positions are pixels within. It changes `effect` where letting go here does something
+    // else than is offered. Not every move is told, and no stay.
+    std::function<void(DropEffect& effect, int shift, double x, double y, DragState state)> OLEDragOver;
+    // Text was let go over it: it changes `effect` where another one happened than is offered.
+    std::function<void(DataObject& data, DropEffect& effect, int button, int shift, double x, double y)> OLEDragDrop;
 
     Control* Parent() const { return parent_; }
     Form& form();
@@ -91,6 +106,12 @@ class Control {
     // The accelerator was pressed.
     virtual void onMnemonic();
     virtual void onClick();
+    // What letting go here would do.
+    DropEffect dropEffect(DropEffect allowed, int shift) const;
+    // The same, told to whoever listens.
+    DropEffect onDragOver(DropEffect allowed, int shift, double x, double y, DragState state);
+    // It was let go; the result is what happened. What has no text is not taken.
+    DropEffect onDrop(DataObject& data, DropEffect allowed, int button, int shift, double x, double y);
     void onFocus();
     void onFocusLost();
     // The screen's resolution, or the system's font or colours, changed: takes its place anew, with all that is in it.
@@ -119,6 +140,7 @@ class Control {
     bool visible_ = true;
     bool enabled_ = true;
     bool use_mnemonic_ = true;
+    DropMode drop_mode_ = DropMode::none;
 };
 
 // The accelerator letter of a caption in upper case, 0 where it has none.

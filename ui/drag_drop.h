@@ -1,4 +1,4 @@
-// Text that is dragged from one picture box to another, of this program or of another one.
+// Text that is dragged from a picture box to a control, of this program or of another one.
 #pragma once
 
 #include <cstdint>
@@ -11,8 +11,11 @@ namespace murmelix::ui {
 using DropEffect = std::int32_t;
 inline constexpr DropEffect drop_none = 0, drop_copy = 1, drop_move = 2;
 
-// Whether a picture box lets its owner answer to drops.
+// Whether a control lets its owner answer to drops.
 enum class DropMode { none, manual };
+
+// Of a drag over a control.
+enum class DragState { enter, leave, over };
 
 class DataObject {
   public:

@@ -1,7 +1,11 @@
 #pragma once
 
+#include <memory>
+#include <optional>
+
 #include "ui/control.h"
 #include "ui/drag_drop.h"
+#include "ui/image.h"
 #include "ui/surface.h"
 
 namespace murmelix::ui {
@@ -17,36 +21,35 @@ class PictureBox : public Control {
     void setSunken(bool sunken); // the three-dimensional border
     const Picture& picture() const { return picture_; }
     void setPicture(const Picture& picture); // shown in the middle, where the surface is not drawn on
+    // Shown instead, as large as it fits and at most in its own size; nothing is no image.
+    const std::optional<Image>& image() const { return image_; }
+    void setImage(std::optional<Image> image);
+    // That the mouse has over it.
+    enum class Pointer { arrow, hand };
+    Pointer MousePointer() const { return pointer_; }
+    void setMousePointer(Pointer pointer) { pointer_ = pointer; }
     Surface& surface() { return surface_; }
     const Surface& surface() const { return surface_; }
 
     std::function<void()> DblClick, Resize;
     std::function<void(int button, int shift, double x, double y)> MouseDown, MouseMove, MouseUp;
     std::function<bool(Key key)> KeyDown; // that the form has no use for; true when it was of use
-    std::function<void(int rows)> Wheel;  // up is negative
 
-    DropMode OLEDropMode() const { return drop_mode_; }
-    void setOLEDropMode(DropMode mode);
     // Drags what OLEStartDrag puts on the data object (nothing where it allows no effect) and returns when it was let
     // go, after OLECompleteDrag. Meanwhile the windows of this thread are served.
     void OLEDrag();
     std::function<void(DataObject& data, DropEffect& allowed)> OLEStartDrag;
     std::function<void(DropEffect effect)> OLECompleteDrag;
-    // Text was let go over the box: it changes `effect` where another one happened than is offered.
-    std::function<void(DataObject& data, DropEffect& effect, int button, int shift, double x, double y)> OLEDragDrop;
-
-    // What letting go here would do.
-    DropEffect dropEffect(DropEffect allowed, int shift) const;
-    // It was let go; the result is what happened. What has no text is not taken.
-    DropEffect onDrop(DataObject& data, DropEffect allowed, int button, int shift, double x, double y);
 
   protected:
     void resized() override;
 
   private:
     Picture picture_;
+    std::optional<Image> image_;
+    Pointer pointer_ = Pointer::arrow;
     bool takes_focus_ = false;
-    DropMode drop_mode_ = DropMode::none;
+    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
     Surface surface_;
 };
 
@@ -54,12 +57,12 @@ class PictureBox : public Control {
 namespace native {
 Handle createPictureBox(Control& box, Handle parent, const std::u16string& caption);
 void setSunken(Handle box, bool sunken);
+void imageChanged(Handle box);
 // The surface belongs to this picture box from now on and has its size.
 void attach(Surface& surface, Handle box);
 // Drags the data with the mouse, whose left button is held; returns when it was let go or taken back, with what
 // happened to it.
 DropEffect drag(const DataObject& data, DropEffect allowed);
-void acceptDrops(PictureBox& box, bool accepts);
 } // namespace native
 
 } // namespace murmelix::ui

@@ -26,6 +26,9 @@ void quitMessageLoop(int status = 0);
 // lost, however full the system's queue is.
 void post(std::function<void()> action);
 
+// Whether the user lets things move on the screen for the look of it.
+bool animates();
+
 // The sound of something that was refused.
 void beep();
 

@@ -16,7 +16,8 @@ import zlib
 SIZES = (16, 20, 24, 32, 40, 48, 64, 80, 96, 128, 256)
 # What is no icon of a program needs only the sizes that it is shown in: at 96, 120, 144 and 192 dots an inch.
 ICONS = {"murmelix": SIZES, "messenger": SIZES, "agent": SIZES, "setup": SIZES, "updater": SIZES,
-         "conversation": (16, 20, 24, 32, 40, 48, 64), "about": (96, 120, 144, 192)}
+         "conversation": (16, 20, 24, 32, 40, 48, 64), "about": (96, 120, 144, 192),
+         "blank_character": (96, 120, 144, 192), "more_characters": (96, 120, 144, 192)}
 MENU_SIZES = range(11, 33)
 SMALL_MENU_SIZE, SMALL_MENU_UP_TO = 11, 13  # pixels of the small drawings, and how far they are used
 HERE = pathlib.Path(__file__).resolve().parent

@@ -76,6 +76,24 @@ bool sameContent(const std::u16string& a, const std::u16string& b) {
     return false;
 }
 
+std::optional<std::string> readFile(const std::u16string& path, std::size_t most) {
+    const File file = openForReading(path);
+    if (!file || GetFileType(file.get()) != FILE_TYPE_DISK) {
+        return std::nullopt;
+    }
+    std::string bytes;
+    for (std::vector<char> read; readBlock(file, read);) {
+        if (read.empty()) {
+            return bytes;
+        }
+        bytes.append(read.data(), read.size());
+        if (bytes.size() > most) {
+            return std::nullopt;
+        }
+    }
+    return std::nullopt;
+}
+
 std::vector<std::u16string> filesIn(const std::u16string& directory, const std::u16string& ending) {
     std::vector<std::u16string> names;
     WIN32_FIND_DATAW entry{};

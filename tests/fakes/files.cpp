@@ -41,6 +41,12 @@ bool sameContent(const std::u16string& a, const std::u16string& b) {
     return first != files.end() && second != files.end() && first->second == second->second;
 }
 
+std::optional<std::string> readFile(const std::u16string& path, std::size_t most) {
+    const auto found = fakes::files().content.find(path);
+    const bool readable = found != fakes::files().content.end() && found->second.size() <= most;
+    return readable ? std::optional(found->second) : std::nullopt;
+}
+
 std::vector<std::u16string> filesIn(const std::u16string& directory, const std::u16string& ending) {
     std::vector<std::u16string> names;
     for (const auto& [path, content] : fakes::files().content) {

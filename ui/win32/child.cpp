@@ -63,6 +63,12 @@ std::optional<LRESULT> ChildWindow::onMessage(UINT message, WPARAM wparam, LPARA
     case WM_KILLFOCUS:
         control().onFocusLost();
         return 0;
+    case WM_MOUSEWHEEL:
+        if (!control().Wheel) {
+            return std::nullopt; // whatever it is in hears of it
+        }
+        raise(control().Wheel, -GET_WHEEL_DELTA_WPARAM(wparam) * 3 / WHEEL_DELTA);
+        return 0;
     default:
         return std::nullopt;
     }

@@ -11,6 +11,7 @@
 #include "common/ansi.h"
 #include "common/com/counted.h"
 #include "common/com/server.h"
+#include "ui/native.h"
 #include "ui/picture_box.h"
 #include "ui/win32/windows.h"
 
@@ -171,33 +172,28 @@ int shiftOf(DWORD keys) {
 
 class DropTarget final : public com::Counted<IDropTarget> {
   public:
-    explicit DropTarget(PictureBox& box) : box_(&box) {}
+    explicit DropTarget(Control& control) : control_(&control) {}
 
-    // The box takes no drops any more, or is no more.
-    void abandon() { box_ = nullptr; }
+    // The control takes no drops any more, or is no more.
+    void abandon() { control_ = nullptr; }
 
     HRESULT STDMETHODCALLTYPE DragEnter(IDataObject* data, DWORD keys, POINTL place, DWORD* effect) override {
         has_text_ =
             data && std::ranges::any_of(formats, [&](FORMATETC format) { return data->QueryGetData(&format) == S_OK; });
-        return DragOver(keys, place, effect);
+        return over(DragState::enter, keys, place, effect);
     }
-    HRESULT STDMETHODCALLTYPE DragOver(DWORD keys, POINTL, DWORD* effect) override {
-        if (!effect) {
-            return E_INVALIDARG;
-        }
-        buttons_ = win32::buttonsOf(keys);
-        const auto allowed = static_cast<DropEffect>(std::exchange(*effect, DROPEFFECT_NONE));
-        if (!box_ || !has_text_) {
+    HRESULT STDMETHODCALLTYPE DragOver(DWORD keys, POINTL place, DWORD* effect) override {
+        return over(DragState::over, keys, place, effect);
+    }
+    HRESULT STDMETHODCALLTYPE DragLeave() override {
+        const com::Ptr<DropTarget> alive_during_call(this);
+        if (!std::exchange(has_text_, false) || !control_) {
             return S_OK;
         }
         return guarded([&] {
-            *effect = static_cast<DWORD>(box_->dropEffect(allowed, shiftOf(keys)));
+            control_->onDragOver(drop_none, 0, 0, 0, DragState::leave);
             return S_OK;
         });
-    }
-    HRESULT STDMETHODCALLTYPE DragLeave() override {
-        has_text_ = false;
-        return S_OK;
     }
     HRESULT STDMETHODCALLTYPE Drop(IDataObject* data, DWORD keys, POINTL place, DWORD* effect) override {
         const com::Ptr<DropTarget> alive_during_call(this);
@@ -205,15 +201,17 @@ class DropTarget final : public com::Counted<IDropTarget> {
             return E_INVALIDARG;
         }
         const auto allowed = static_cast<DropEffect>(std::exchange(*effect, DROPEFFECT_NONE));
-        if (!box_ || !std::exchange(has_text_, false)) {
+        if (!std::exchange(has_text_, false) || !control_) {
             return S_OK;
         }
         return guarded([&] {
             DataObject text = win32::received(*data);
-            POINT inside{place.x, place.y};
-            ScreenToClient(reinterpret_cast<HWND>(box_->handle()), &inside);
+            if (!control_) { // giving the text lets events in
+                return S_OK;
+            }
+            const POINT inside = within(place);
             // The button was let go: it is the one that dragged.
-            *effect = static_cast<DWORD>(box_->onDrop(text, allowed, buttons_, shiftOf(keys), inside.x, inside.y));
+            *effect = static_cast<DWORD>(control_->onDrop(text, allowed, buttons_, shiftOf(keys), inside.x, inside.y));
             return S_OK;
         });
     }
@@ -221,7 +219,29 @@ class DropTarget final : public com::Counted<IDropTarget> {
   private:
     bool answers(REFIID iid) const override { return IsEqualIID(iid, IID_IDropTarget); }
 
-    PictureBox* box_;
+    HRESULT over(DragState state, DWORD keys, POINTL place, DWORD* effect) {
+        const com::Ptr<DropTarget> alive_during_call(this);
+        if (!effect) {
+            return E_INVALIDARG;
+        }
+        buttons_ = win32::buttonsOf(keys);
+        const auto allowed = static_cast<DropEffect>(std::exchange(*effect, DROPEFFECT_NONE));
+        if (!control_ || !has_text_) {
+            return S_OK;
+        }
+        return guarded([&] {
+            const POINT inside = within(place);
+            *effect = static_cast<DWORD>(control_->onDragOver(allowed, shiftOf(keys), inside.x, inside.y, state));
+            return S_OK;
+        });
+    }
+    POINT within(POINTL place) const {
+        POINT inside{place.x, place.y};
+        ScreenToClient(reinterpret_cast<HWND>(control_->handle()), &inside);
+        return inside;
+    }
+
+    Control* control_;
     bool has_text_ = false;
     int buttons_ = 0;
 };
@@ -258,8 +278,8 @@ DataObject win32::received(IDataObject& data) {
     return text;
 }
 
-com::Ptr<IDropTarget> win32::dropTarget(const PictureBox& box) {
-    const auto found = targets().find(box.handle());
+com::Ptr<IDropTarget> win32::dropTarget(const Control& control) {
+    const auto found = targets().find(control.handle());
     return found == targets().end() ? nullptr : com::Ptr<IDropTarget>(found->second.get());
 }
 
@@ -271,13 +291,13 @@ DropEffect native::drag(const DataObject& data, DropEffect allowed) {
     return result == DRAGDROP_S_DROP ? static_cast<DropEffect>(effect) & allowed : drop_none;
 }
 
-void native::acceptDrops(PictureBox& box, bool accepts) {
-    HWND window = reinterpret_cast<HWND>(box.handle());
+void native::acceptDrops(Control& control, bool accepts) {
+    HWND window = reinterpret_cast<HWND>(control.handle());
     if (accepts) {
-        const auto target = com::make<DropTarget>(box);
+        const auto target = com::make<DropTarget>(control);
         com::check(RegisterDragDrop(window, target.get()));
-        targets()[box.handle()] = target;
-    } else if (auto target = targets().extract(box.handle())) {
+        targets()[control.handle()] = target;
+    } else if (auto target = targets().extract(control.handle())) {
         target.mapped()->abandon();
         RevokeDragDrop(window);
     }

@@ -16,7 +16,7 @@ com::Ptr<IDataObject> offered(const DataObject& data);
 // The text of another one's data object, cut at its NUL; an empty one where it offers text and does not give it.
 DataObject received(IDataObject& data);
 
-// What takes drops on the box; null where it takes none.
-com::Ptr<IDropTarget> dropTarget(const PictureBox& box);
+// What takes drops on the control; null where it takes none.
+com::Ptr<IDropTarget> dropTarget(const Control& control);
 
 } // namespace murmelix::ui::win32

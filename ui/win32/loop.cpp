@@ -136,6 +136,12 @@ int runMessageLoop() {
     return static_cast<int>(message.wParam);
 }
 
+bool animates() {
+    BOOL moves = TRUE;
+    SystemParametersInfoW(SPI_GETCLIENTAREAANIMATION, 0, &moves, 0);
+    return moves;
+}
+
 void beep() {
     MessageBeep(MB_ICONWARNING);
 }

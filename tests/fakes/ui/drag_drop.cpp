@@ -1,5 +1,6 @@
 #include "tests/fakes/ui/drag_drop.h"
 
+#include "ui/native.h"
 #include "ui/picture_box.h"
 
 namespace murmelix {
@@ -20,9 +21,13 @@ void dragMouse(ui::PictureBox& box, double x, double y, double to_x, double to_y
     box.MouseUp(ui::left_button, 0, to_x, to_y);
 }
 
-ui::DropEffect drop(ui::PictureBox& box, const Drag& drag, double x, double y, int shift) {
+ui::DropEffect dragOver(ui::Control& control, const Drag& drag, double x, double y, ui::DragState state) {
+    return control.onDragOver(drag.allowed, 0, x, y, state);
+}
+
+ui::DropEffect drop(ui::Control& control, const Drag& drag, double x, double y, int shift) {
     ui::DataObject data = drag.data;
-    return box.onDrop(data, drag.allowed, ui::left_button, shift, x, y);
+    return control.onDrop(data, drag.allowed, ui::left_button, shift, x, y);
 }
 
 } // namespace fakes
@@ -35,7 +40,7 @@ DropEffect drag(const DataObject& data, DropEffect allowed) {
     return mouse.let_go ? mouse.let_go({data, allowed}) : drop_none;
 }
 
-void acceptDrops(PictureBox&, bool) {}
+void acceptDrops(Control&, bool) {}
 
 } // namespace ui::native
 } // namespace murmelix

@@ -24,7 +24,11 @@ DragDrop& dragDrop();
 // Moves the mouse from one place of a box to another one, the left button held.
 void dragMouse(ui::PictureBox& box, double x, double y, double to_x, double to_y);
 
-// Lets go of data over a box; what happened to it.
-ui::DropEffect drop(ui::PictureBox& box, const Drag& drag, double x = 0, double y = 0, int shift = 0);
+// Drags data over a control; what letting go would do.
+ui::DropEffect dragOver(ui::Control& control, const Drag& drag, double x = 0, double y = 0,
+                        ui::DragState state = ui::DragState::over);
+
+// Lets go of data over a control; what happened to it.
+ui::DropEffect drop(ui::Control& control, const Drag& drag, double x = 0, double y = 0, int shift = 0);
 
 } // namespace murmelix::fakes

@@ -9,5 +9,6 @@ Handle createPictureBox(Control& control, Handle, const std::u16string&) {
 }
 
 void setSunken(Handle, bool) {}
+void imageChanged(Handle) {}
 
 } // namespace murmelix::ui::native

@@ -208,6 +208,10 @@ void post(std::function<void()> action) {
     fakes::screen().posted.push_back(std::move(action));
 }
 
+bool animates() {
+    return fakes::screen().animates;
+}
+
 void beep() {
     ++fakes::screen().beeps;
 }

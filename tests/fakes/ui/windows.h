@@ -63,6 +63,7 @@ struct Screen {
     std::vector<std::function<void()>> posted;
     bool tray = true; // there is a notification area
     std::vector<const ui::TrayIcon*> tray_icons;
+    bool animates = true;
     int beeps = 0;
     std::optional<int> quit; // the message loop, with this status
 };
