@@ -271,9 +271,11 @@ void ImgListBox::resized() {
     const int inside = std::max(Height() - 2 * (button_height + gap), 0);
     const int count = std::max(inside / least_panel_height, 1);
     panel_height_ = std::max(inside / count / step_unit, 1) * step_unit;
-    ScrollButt[0].Move({0, 0, Width(), button_height});
-    Strip.Move({0, button_height + gap, Width(), inside});
-    ScrollButt[1].Move({0, Height() - button_height, Width(), button_height});
+    // No part of a panel more: the buttons share what is left.
+    const int strip = std::min(count * panel_height_, inside), button = button_height + (inside - strip) / 2;
+    ScrollButt[0].Move({0, 0, Width(), button});
+    Strip.Move({0, button + gap, Width(), strip});
+    ScrollButt[1].Move({0, Height() - button, Width(), button});
     for (std::size_t i = 1; i <= panels_.Count(); ++i) {
         if (const Panel& panel = *panels_.Item(i); panel.windows) {
             layOut(*panel.windows);
@@ -439,7 +441,7 @@ void ImgListBox::slideTo(int first) {
         return;
     }
     endSlide();
-    const bool far = std::abs(first - first_) > panelsInView();
+    const bool far = std::abs(first - first_) > 1;
     first_ = first;
     if (far || !ui::animates() || !form().Visible()) {
         return rest();

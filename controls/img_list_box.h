@@ -51,7 +51,7 @@ class ImgListBox : public ui::Frame {
     void GiveContact(const std::u16string& contact, std::int16_t position);
     // From the panel that lists it; its matchup stays.
     void RemoveContact(const std::u16string& contact);
-    // Slides as far as it takes to have it in view.
+    // Brings it into view; the strip slides where it is the next one.
     void ShowPanel(std::int16_t position);
     // The same, and its list has the keyboard.
     void FocusPanel(std::int16_t position);

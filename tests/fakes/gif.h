@@ -12,7 +12,7 @@ namespace murmelix::fakes {
 struct GifFrame {
     int width = 0, height = 0, left = 0, top = 0;
     std::vector<std::uint8_t> indices{}; // of colours, row by row
-    int transparent = -1;              // the index that is not drawn
+    int transparent = -1;                // the index that is not drawn
     bool interlaced = false;
     std::string palette{}; // of its own: red, green, blue
 };
