@@ -95,7 +95,7 @@ void ImgDownFrm::socket_Close() {
         tellNotFound();
     } else if (const auto failure = platform::writeFile(imageFile(CharacterName), answer_.body())) {
         tell(u"An Error has occured while getting/saving character image!" + line_break + failure->description,
-             u"Error #" + toText(failure->number));
+             u"Error #" + toText(static_cast<long long>(failure->number)));
         return finish(true);
     }
     finish(false);

@@ -96,11 +96,11 @@ TEST(Published, NothingHidesOrTurnsRoundWhatIsShown) {
     EXPECT_EQ(newsIn("a\0b\x01\x1B\x7F"
                      "c\rd\v"s),
               "abcd");
-    for (const char32_t hidden :
-         {0x80,   0x9F,   0xAD,   0x61C,  0x180E, 0x200B, 0x200E, 0x200F, 0x2028, 0x2029, 0x202A,
-          0x202E, 0x2060, 0x2066, 0x2069, 0x206F, 0xFEFF, 0xFFF9, 0xFFFB, 0xFFFE, 0xFFFF}) {
+    for (const unsigned hidden :
+         {0x80U,   0x9FU,   0xADU,   0x61CU,  0x180EU, 0x200BU, 0x200EU, 0x200FU, 0x2028U, 0x2029U, 0x202AU,
+          0x202EU, 0x2060U, 0x2066U, 0x2069U, 0x206FU, 0xFEFFU, 0xFFF9U, 0xFFFBU, 0xFFFEU, 0xFFFFU}) {
         const std::u16string sign(1, static_cast<char16_t>(hidden));
-        EXPECT_EQ(newsIn("a" + toUtf8(sign) + "b"), "ab") << std::hex << static_cast<unsigned>(hidden);
+        EXPECT_EQ(newsIn("a" + toUtf8(sign) + "b"), "ab") << std::hex << hidden;
     }
     EXPECT_EQ(newsIn("a\xF3\xA0\x81\x81"
                      "b"),
