@@ -1,7 +1,6 @@
 #!/usr/bin/env python3
-"""Makes the web site: build_site.py OUT --assets DIR --drawings DIR --trace PROGRAM --version V --host HOST --support ADDRESS.
-OUT/murmelix is the folder of the pages; OUT/Murmelix leads there as well. Every name below is in small letters, so that a
-server which is to answer in any spelling has one to look for."""
+"""Makes the web site at OUT. OUT/murmelix is the folder of the pages; OUT/Murmelix leads there as well. Every name below
+is in small letters, so that a server which is to answer in any spelling has one to look for."""
 
 import argparse
 import concurrent.futures
@@ -25,8 +24,9 @@ ROOT = HERE.parent
 
 # What a character does, for people.
 ACTS = {
-    "pleased": "is pleased", "blink": "winks", "uncertain": "is not so sure", "sad": "is sad", "surprised": "is surprised",
-    "confused": "is puzzled", "alert": "is all attention", "explain": "spreads both arms", "congratulate": "cheers",
+    "pleased": "is pleased", "blink": "winks", "uncertain": "is not so sure", "sad": "is sad",
+    "surprised": "is surprised", "confused": "is puzzled", "alert": "is all attention",
+    "explain": "spreads both arms", "congratulate": "cheers",
     "decline": "shakes the head",
 }
 SCREENS = ("main-selected", "main-signed-out", "main-options", "messenger-sign-in")
@@ -38,8 +38,8 @@ STAGE_SIZE = (720, 380)  # room for captions above the heads and for the player'
 STAGE_TOP = 130
 CAPTION_WIDTH, CAPTION_LETTERS = 36, 18  # of a caption: per cent of the stage, and what of a line fits into that
 LETTER_SUBJECT = "You should hear this"
-LETTER = ("Hello!\n\nI have found a little program that reads my chats aloud. Everybody I write with gets a character of their "
-          "own: a marmot, an octopus, a frog. When you laugh, it laughs; when you send me a cat, it meows.\n\n"
+LETTER = ("Hello!\n\nI have found a little program that reads my chats aloud. Everybody I write with gets a character "
+          "of their own: a marmot, an octopus, a frog. When you laugh, it laughs; when you send me a cat, it meows.\n\n"
           "Have a look, there is a live demo with sound:\nhttp://{host}/Murmelix/\n\nGuess which of them plays you.\n")
 
 
@@ -233,15 +233,17 @@ class Site:
             size = (self.folder / f"download/chars/{low}.acs").stat().st_size
             moods = "".join(self.acting(name, mood, 84, f"{name} {ACTS[mood]}")
                             for mood in ("pleased", "sad", "surprised", "congratulate"))
+            sounds_like = f"{voice['style']}, {voice['gender']}, {voice['age']} years, {voice['speed']} words a minute"
             sections.append(f"""<section id="{low}">
 <h2>{name}</h2>
 <div class="sheet">
-<img class="face" src="{{{{root}}}}pictures/{low}.svg" width="220" height="220" alt="{name}: {html.escape(figure.description)}">
+<img class="face" src="{{{{root}}}}pictures/{low}.svg" width="220" height="220"
+ alt="{name}: {html.escape(figure.description)}">
 <div>
 <p><b>{html.escape(figure.description)}</b></p>
 <dl>
 <dt>Temper</dt><dd>{html.escape(TEMPERS[name])}</dd>
-<dt>Voice</dt><dd>{html.escape(voice["style"])}, {voice["gender"]}, {voice["age"]} years, {voice["speed"]} words a minute</dd>
+<dt>Voice</dt><dd>{html.escape(sounds_like)}</dd>
 <dt>Picture</dt><dd><a href="charimgs/{low}.gif"><img src="charimgs/{low}.gif" width="96" height="96" loading="lazy"
  alt="{name}'s small picture"></a></dd>
 </dl>
@@ -289,9 +291,11 @@ class Site:
             name = f"demo/line-{number}.wav"
             (self.folder / "demo").mkdir(exist_ok=True)
             speech.write_wave(self.folder / name, line)
-            items.append(f'<li><img src="{{{{root}}}}pictures/{character.lower()}.svg" width="84" height="84" alt="{character}">'
+            picture = f"{{{{root}}}}pictures/{character.lower()}.svg"
+            items.append(f'<li><img src="{picture}" width="84" height="84" alt="{character}">'
                          f'<p class="typed"><b>{writer}</b> types: {html.escape(text)}</p>'
-                         f'<p class="heard balloon">{told(deeds)}</p>{audio(name, f"Line {number}, by {character}")}</li>')
+                         f'<p class="heard balloon">{told(deeds)}</p>'
+                         + audio(name, f"Line {number}, by {character}") + "</li>")
         speech.write_wave(self.folder / "demo/conversation.wav", whole)
         self.write("demo/conversation.vtt", self.captions(cues))
         self.write("demo/stage.png", self.stage())
@@ -307,8 +311,10 @@ class Site:
         for begin, end, character, text in cues:
             middle = (STAGE[character] + drawing.SIZE / 2) / STAGE_SIZE[0] * 100
             # Each caption hangs above the one who speaks, as its balloon would.
-            lines += [f"{clock(begin)} --> {clock(end)} line:4% position:{middle:.0f}%,center size:{CAPTION_WIDTH}% align:center",
-                      f"<v {character}>" + html.escape("\n".join(textwrap.wrap(text, CAPTION_LETTERS)), quote=False), ""]
+            place = f"line:4% position:{middle:.0f}%,center size:{CAPTION_WIDTH}% align:center"
+            wrapped = "\n".join(textwrap.wrap(text, CAPTION_LETTERS))
+            lines += [f"{clock(begin)} --> {clock(end)} {place}",
+                      f"<v {character}>{html.escape(wrapped, quote=False)}", ""]
         return "\n".join(lines)
 
     def stage(self):
@@ -336,7 +342,8 @@ class Site:
         query = urllib.parse.urlencode({"subject": LETTER_SUBJECT, "body": letter.replace("\n", "\r\n")},
                                        quote_via=urllib.parse.quote)
         parts = {
-            "version": self.chosen.version, "support": html.escape(self.chosen.support), "news": news,
+            "host": html.escape(self.chosen.host), "support": html.escape(self.chosen.support),
+            "version": self.chosen.version, "news": news,
             "emoticons": groups, "emoticon_groups": links, "emoticon_count": str(count),
             "cast": self.cast(), "taste": self.taste(), "pairs": self.pairs(), "characters": self.characters(),
             "languages": self.languages(), "language_count": str(len(LANGUAGES)), "chat": chat,

@@ -1,5 +1,5 @@
-"""What the pages list: emoticons, languages, the conversation of the live demo. What the program makes of an emoticon or a
-line is not written here: `trace` tells it."""
+"""What the pages list: emoticons, languages, the conversation of the live demo. What the program makes of an emoticon or
+a line is not written here: `trace` tells it."""
 
 # Groups of emoticons: the spellings of each, the first one shown large, and what it stands for.
 EMOTICONS = (
@@ -71,8 +71,8 @@ EMOTICONS = (
     )),
 )
 
-# The languages of the language window in its order: the name shown there, the language's own name, its code on a page, the
-# voice of espeak-ng, and a greeting.
+# The languages of the language window in its order: the name shown there, the language's own name, its code on a page,
+# the voice of espeak-ng, and a greeting.
 LANGUAGES = (
     ("Arabic", "العربية", "ar", "ar", "مرحبا! كيف حالك؟"),
     ("Basque", "Euskara", "eu", "eu", "Kaixo! Zer moduz?"),
@@ -128,8 +128,8 @@ INTRODUCTIONS = {
     "Plonk": "Plonk. That is my name, and also the sound I make.",
 }
 TEMPERS = {
-    "Brindle": "Cheerful, early to rise from April on, asleep before that. Gives everything he has got to a good laugh, and "
-               "dozes off when nobody writes.",
+    "Brindle": "Cheerful, early to rise from April on, asleep before that. Gives everything he has got to a good laugh, "
+               "and dozes off when nobody writes.",
     "Ottoline": "Warm and well brought up. Listens with all her arms, wears a flower, and finds a kind tone even for an "
                 "angry line.",
     "Plonk": "Plain-spoken, wide-mouthed, correctly dressed. Reads the long words as if he had thought of them himself.",

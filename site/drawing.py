@@ -1,5 +1,5 @@
-"""Pictures of the pages: the characters in their poses and animations, the meadow, the burrow. Drawn by the sources of the
-characters, as SVG; animated ones are put together, as APNG, from the frames that were drawn for the character files."""
+"""Pictures of the pages: the characters in their poses and animations, the meadow, the burrow. Drawn by the sources of
+the characters, as SVG; animated ones are put together, as APNG, from the frames that were drawn for the character files."""
 
 import json
 import random
@@ -13,7 +13,7 @@ sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "assets" / "charact
 
 from cast import CAST  # noqa: E402
 from choreography import animations  # noqa: E402
-from figure import REST, SIZE, num, path, points  # noqa: E402
+from figure import REST, SIZE, ellipse, num, path, points, stroke  # noqa: E402
 
 # What is shown of a moving picture after it has moved: people read on, nothing moves for ever.
 PLAYS = 5
@@ -95,13 +95,19 @@ def meadow(width, height, guests, seed):
     sky = f'<g class="day"><circle cx="{num(width * 0.77)}" cy="{num(height * 0.17)}" r="{num(height * 0.1)}" ' \
           f'fill="#ffcf4a" stroke="#e89a1c" stroke-width="4"/>{cloud(width * 0.2, height * 0.16, height / 420)}' \
           f'{cloud(width * 0.93, height * 0.27, height / 560)}</g>'
-    moon = f'<g class="night"><g fill="#fff4d0">{stars}</g><path transform="translate({points(width * 0.77, height * 0.17)}) ' \
-           f'scale({num(height / 420)})" d="M14,-40 A42,42 0 1 0 38,24 A34,34 0 1 1 14,-40 Z" fill="#ffe9a8"/></g>'
+    moon = f'<g class="night"><g fill="#fff4d0">{stars}</g><path ' \
+           f'transform="translate({points(width * 0.77, height * 0.17)}) scale({num(height / 420)})" ' \
+           'd="M14,-40 A42,42 0 1 0 38,24 A34,34 0 1 1 14,-40 Z" fill="#ffe9a8"/></g>'
     style = ("<style>.night{display:none}.far{fill:#a9b9c9}.snow{fill:#fdfdfb}.back{fill:#a6c766}.front{fill:#86b04e}"
              ".stem,.tuft{fill:none;stroke:#47702a;stroke-width:2;stroke-linecap:round}.cloud{fill:#fffdf6}"
              f"{NIGHT}{{.day{{display:none}}.night{{display:inline}}.far{{fill:#3a4470}}.snow{{fill:#8d9ac6}}"
-             ".back{fill:#2b4636}.front{fill:#33503a}.stem,.tuft{stroke:#64906a}}</style>")
-    people = "".join(placed(*guest) for guest in guests)
+             ".back{fill:#2b4636}.front{fill:#33503a}.stem,.tuft{stroke:#64906a}}"
+             # They hop when the page opens, one after the other.
+             "@media (prefers-reduced-motion: no-preference){.guest{animation:hop .7s ease-in-out 2}}"
+             "@keyframes hop{40%{transform:translateY(-9px)}70%{transform:translateY(0)}85%{transform:translateY(-3px)}}"
+             "</style>")
+    people = "".join(f'<g class="guest" style="animation-delay:{0.5 + 0.25 * number:.2f}s">{placed(*guest)}</g>'
+                     for number, guest in enumerate(guests))
     return (f'<svg xmlns="http://www.w3.org/2000/svg" width="{num(width)}" height="{num(height)}" '
             f'viewBox="0 0 {num(width)} {num(height)}">{style}{sky}{moon}{peaks}<path class="back" d="{back}"/>'
             f'<path class="front" d="{front}"/>{growing}{people}</svg>')
@@ -131,26 +137,28 @@ def burrow():
     roots = "".join(f'<path class="root" d="M{num(x)},{num(ground + 8)} c{points(rng.uniform(-14, 14), 24)} '
                     f'{points(rng.uniform(-14, 14), 30)} {points(rng.uniform(-10, 10), rng.uniform(40, 74))}"/>'
                     for x in (60, 148, 240, 905, 1010, 1130))
-    worm = ('<path d="M212,212 q14,-22 28,0 t28,0 t28,-4" fill="none" stroke="#5a2a20" stroke-width="15" stroke-linecap="round"/>'
-            '<path d="M212,212 q14,-22 28,0 t28,0 t28,-4" fill="none" stroke="#e58f83" stroke-width="10" stroke-linecap="round"/>'
-            '<circle cx="297" cy="206" r="1.8" fill="#3a1d14"/>')
-    note = ('<g fill="none" stroke="#c9a983" stroke-width="3" stroke-linecap="round"><path d="M916,236 v-34 l22,-6 v34"/>'
-            '<ellipse cx="909" cy="237" rx="7" ry="5" fill="#c9a983"/><ellipse cx="931" cy="231" rx="7" ry="5" fill="#c9a983"/></g>')
+    bends = "M212,212 q14,-22 28,0 t28,0 t28,-4"
+    worm = (path(bends, extra=stroke("#5a2a20", 15)) + path(bends, extra=stroke("#e58f83", 10)) +
+            ellipse(297, 206, 1.8, 1.8, "#3a1d14"))
+    note = (path("M916,236 v-34 l22,-6 v34", extra=stroke("#c9a983", 3)) + ellipse(909, 237, 8.5, 6.5, "#c9a983") +
+            ellipse(931, 231, 8.5, 6.5, "#c9a983"))
     tunnel = "M640,168 C720,176 742,120 770,52 L824,52 C800,150 772,226 660,224 Z"
     style = ("<style>.grass{fill:#86b04e}.tuft{fill:none;stroke:#47702a;stroke-width:2.4;stroke-linecap:round}"
-             ".stone{fill:#6d4a2e;stroke:#3a2110;stroke-width:2}.root{fill:none;stroke:#7a5331;stroke-width:4;stroke-linecap:round}"
+             ".stone{fill:#6d4a2e;stroke:#3a2110;stroke-width:2}"
+             ".root{fill:none;stroke:#7a5331;stroke-width:4;stroke-linecap:round}"
              f".soil{{fill:#4a2c17}}.hollow{{fill:#2b180b}}{NIGHT}{{.grass{{fill:#33503a}}.tuft{{stroke:#64906a}}"
              ".stone{fill:#38261a;stroke:#150c06}.root{stroke:#463020}.soil{fill:#1f140d}.hollow{fill:#0f0804}}</style>")
     doze = {**POSES["idle3_2"], "doze": 1.0, "mo": 0.12, "rise": 1.0}
     return (f'<svg xmlns="http://www.w3.org/2000/svg" width="{width}" height="{height}" viewBox="0 0 {width} {height}" '
             f'preserveAspectRatio="xMidYMid slice">{style}'
-            + path(f"M0,{ground} H{width} V{height} H0 Z", "none", 'class="soil" style="stroke:none"').replace('fill="none" ', "")
+            f'<path class="soil" d="M0,{ground} H{width} V{height} H0 Z"/>'
             + stones + roots + worm + note
             + f'<path class="hollow" d="{tunnel}"/><ellipse class="hollow" cx="600" cy="196" rx="122" ry="88"/>'
-              '<path d="M500,262 q100,34 200,0 q-30,-26 -100,-26 t-100,26 Z" fill="#c99a4c" stroke="#6d4a1e" stroke-width="3"/>'
+            + path("M500,262 q100,34 200,0 q-30,-26 -100,-26 t-100,26 Z", "#c99a4c", stroke("#6d4a1e", 3))
             + placed("Brindle", doze, 518, 112, 158)
             + f'<path class="grass" d="M0,{ground + 14} V{ground - 6} Q300,{ground - 16} 600,{ground - 6} T762,{ground - 8} '
-              f'L770,{ground + 12} Z M826,{ground + 12} L832,{ground - 8} Q1000,{ground - 16} {width},{ground - 6} V{ground + 14} Z"/>'
+              f'L770,{ground + 12} Z M826,{ground + 12} L832,{ground - 8} Q1000,{ground - 16} {width},{ground - 6} '
+              f'V{ground + 14} Z"/>'
             + grass + "</svg>")
 
 

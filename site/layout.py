@@ -22,6 +22,9 @@ FRAME = """<!DOCTYPE html>
 <meta name="viewport" content="width=device-width, initial-scale=1">
 <meta name="color-scheme" content="light dark">
 <meta name="description" content="{{description}}">
+<meta property="og:title" content="{{full_title}}">
+<meta property="og:description" content="{{description}}">
+<meta property="og:image" content="http://{{host}}/Murmelix/pictures/stage.png">
 <title>{{full_title}}</title>
 <link rel="icon" type="image/svg+xml" href="{{root}}pictures/murmelix.svg">
 <link rel="stylesheet" href="{{root}}site.css">

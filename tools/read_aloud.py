@@ -166,8 +166,8 @@ def start_by_hand(options, name, with_site):
                        directory=desk.program_directory)
             desk.screen.wait_for_window("Messenger$")
             desk.start("Murmelix.exe", desk.program_directory / "Murmelix.exe", directory=desk.program_directory)
-            print("== Messenger and Murmelix run until you leave them: File, Exit and Murmelix, Exit Murmelix, or Ctrl-C here",
-                  flush=True)
+            print("== Messenger and Murmelix run until you leave them: File, Exit and Murmelix, Exit Murmelix, or Ctrl-C "
+                  "here", flush=True)
             wait_for("the user",
                      lambda: not any(desk.running(name) for name in ("MessengerClient.exe", "Murmelix.exe")),
                      float("inf"), 0.5)
@@ -211,7 +211,8 @@ def main():
                 read_aloud(options, chosen.site)
         return 0
     except KeyboardInterrupt:
-        print("\n== Ended" if chosen.by_hand or chosen.nothing_but_site else "\n== Ended before everything was read", file=sys.stderr)
+        has_no_end = chosen.by_hand or chosen.nothing_but_site
+        print("\n== Ended" if has_no_end else "\n== Ended before everything was read", file=sys.stderr)
         return 130
     except (Failed, InUse, ServerFailed, TimedOut, RuntimeError, OSError, ValueError) as error:
         print(f"./run: {error}", file=sys.stderr)

@@ -120,7 +120,7 @@ class Desk:
 
     @contextlib.contextmanager
     def using_site(self, host):
-        """The programs open and fetch what the maker's web server has from this one; afterwards from where they did before."""
+        """The programs have this one for the maker's web server; afterwards the one that they had before."""
         key = (r"HKLM\Software\Murmelix", "/v", "SiteHost")
         status, printed = self.run("reg", "reg.exe", "query", *key)
         before = printed.split("REG_SZ", 1)[1].split()[0] if status == 0 and "REG_SZ" in printed else None

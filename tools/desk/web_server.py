@@ -26,7 +26,8 @@ UNPRIVILEGED = "nobody"  # what a server that root has started becomes
 
 _PR_SET_PDEATHSIG = 1
 
-# Names below the folder are in small letters, and are asked for in any: the program has both "/Murmelix/" and "/murmelix/".
+# Names below the folder are in small letters, and are asked for in any: the program has both "/Murmelix/" and
+# "/murmelix/".
 SETTINGS = """
 ServerRoot "{own}"
 ServerName {address}
@@ -51,7 +52,8 @@ FileETag MTime Size
 # A page that has been built anew is seen at once.
 Header always set Cache-Control "no-cache"
 Header always set X-Content-Type-Options "nosniff"
-Header always set Content-Security-Policy "default-src 'none'; img-src 'self'; media-src 'self'; style-src 'self' 'unsafe-inline'"
+Header always set Content-Security-Policy "default-src 'none'; img-src 'self'; media-src 'self'; \
+style-src 'self' 'unsafe-inline'"
 
 TypesConfig /dev/null
 AddType text/html .html
@@ -143,7 +145,7 @@ class WebServer:
             raise ServerFailed(f"{SERVER} is missing: ./run --site installs it")
         if not (self._site / "murmelix" / "index.html").is_file():
             raise ServerFailed(f"there is no site in {self._site}: ./run --site builds it")
-        # What root starts gives root's rights up, and may then not be let into the folder of the project: it is given a copy.
+        # What root starts gives root's rights up, and may then not be let into the project's folder: it is given a copy.
         _remove_left_over()
         self._own = Path(tempfile.mkdtemp(prefix=f"{OWN_FOLDER}{os.getpid()}."))
         try:

@@ -30,8 +30,9 @@ class Browser:
         log = self._own / "driver.txt"
         with open(log, "wb") as output:
             # The driver chooses a free port and tells it; what it starts ends with its group.
-            self._driver = subprocess.Popen(["chromedriver", "--port=0"], stdin=subprocess.DEVNULL, stdout=output, stderr=output,
-                                            env=dict(os.environ, HOME=str(self._own)), start_new_session=True)
+            self._driver = subprocess.Popen(
+                ["chromedriver", "--port=0"], stdin=subprocess.DEVNULL, stdout=output, stderr=output,
+                env=dict(os.environ, HOME=str(self._own)), start_new_session=True)
         try:
             self._port = wait_for("the browser's driver", lambda: self._told_port(log))
             answer = self._ask("POST", "/session", {"capabilities": {"alwaysMatch": {"goog:chromeOptions": {

@@ -15,23 +15,29 @@ import sys
 import threading
 import unittest
 import urllib.parse
+import urllib.request
 import wave
 from pathlib import Path
 
 from browser import Browser
-from case import PATIENCE_SECONDS, ROOT, WholeProgramTest, main, wait_for
+from case import PATIENCE_SECONDS, ROOT, main, wait_for
+from shell import ShellTest
 
 from desk.web_server import SITE, WebServer
 
+ASSETS = ROOT / "build" / "host" / "assets"
 READ_ALOUD = ROOT / "tools" / "read_aloud.py"
 WATCHDOG_SECONDS = 2 * PATIENCE_SECONDS
+KINDS = {"wav": "audio/wav", "gif": "image/gif", "png": "image/png", "acs": "application/octet-stream",
+         "svg": "image/svg+xml; charset=utf-8", "css": "text/css; charset=utf-8", "txt": "text/plain; charset=utf-8",
+         "vtt": "text/vtt; charset=utf-8"}
 PORTRAIT_PIXELS = 96
 CHARACTERS = ("Brindle", "Ottoline", "Plonk")
 
 # Every page that the program opens, and what it fetches; the same below "/murmelix/".
 PAGES = (
-    "/Murmelix/", "/Murmelix/help/", "/Murmelix/help/signin.html", "/Murmelix/help/tips.html", "/Murmelix/help/matchup.html",
-    "/Murmelix/help/livedemo.html", "/Murmelix/help/emoticons.html", "/Murmelix/download/",
+    "/Murmelix/", "/Murmelix/help/", "/Murmelix/help/signin.html", "/Murmelix/help/tips.html",
+    "/Murmelix/help/matchup.html", "/Murmelix/help/livedemo.html", "/Murmelix/help/emoticons.html", "/Murmelix/download/",
     "/Murmelix/download/d_characters.html", "/Murmelix/download/langauges.html", "/Murmelix/sendmail/",
 )
 
@@ -49,8 +55,8 @@ SOUNDS = {
     "(?)": "", "(%)": "", "(#)": "",
 }
 SPOKEN = {"(r)": "rainbow", "(x)": "girl", "(z)": "boy", "(?)": "age-sex-language", "(%)": "chains", "(#)": "sunshine"}
-ACTED = {":)", ";)", ":$", ":D", ":P", ":(", ":'(", ":|", ":O", ":S", "(sniff)", "(sigh)", "(l)", "(u)", "({)", "(})", "(g)", "(boo)",
-         "(y)", "(n)"}
+ACTED = {":)", ";)", ":$", ":D", ":P", ":(", ":'(", ":|", ":O", ":S", "(sniff)", "(sigh)", "(l)", "(u)", "({)", "(})",
+         "(g)", "(boo)", "(y)", "(n)"}
 
 LANGUAGES = (
     "Arabic", "Basque", "Chinese (Simplified)", "Chinese (Traditional)", "Croation", "Czech", "Danish", "Dutch",
@@ -66,7 +72,8 @@ const light = ([r, g, b]) => [r, g, b].map(v => v / 255).map(v => v <= 0.04045 ?
   .reduce((sum, v, i) => sum + v * [0.2126, 0.7152, 0.0722][i], 0);
 const found = [];
 for (const element of document.querySelectorAll("body *")) {
-  if (![...element.childNodes].some(node => node.nodeType === 3 && node.data.trim()) || !element.checkVisibility()) continue;
+  const written = [...element.childNodes].some(node => node.nodeType === 3 && node.data.trim());
+  if (!written || !element.checkVisibility()) continue;
   let ground = element;
   let colour = null;
   for (; ground; ground = ground.parentElement) {
@@ -80,7 +87,8 @@ for (const element of document.querySelectorAll("body *")) {
   const [low, high] = [light(parts(style.color)), light(colour)].sort((a, b) => a - b);
   const large = parseFloat(style.fontSize) >= 24 || (parseFloat(style.fontSize) >= 18.66 && style.fontWeight >= 700);
   const ratio = (high + 0.05) / (low + 0.05);
-  if (ratio < (large ? 3 : 4.5)) found.push(`${element.tagName} "${element.textContent.trim().slice(0, 30)}" ${ratio.toFixed(2)}`);
+  const words = element.textContent.trim().slice(0, 30);
+  if (ratio < (large ? 3 : 4.5)) found.push(`${element.tagName} "${words}" ${ratio.toFixed(2)}`);
 }
 return found;
 """
@@ -241,7 +249,8 @@ class Site(unittest.TestCase):
 
     def test_every_page_the_program_names_is_there_in_both_spellings(self):
         named = set()
-        for folder in ("app", "characters", "controls", "download", "languages", "matchups", "messenger", "companions", "platform"):
+        for folder in ("app", "characters", "controls", "download", "languages", "matchups", "messenger", "companions",
+                       "platform"):
             for file in (ROOT / folder).rglob("*.cpp"):
                 named |= set(re.findall(r'"(/Murmelix/[^"]*)"', file.read_text("utf-8")))
         self.assertEqual(named - set(PAGES), set())
@@ -291,10 +300,7 @@ class Site(unittest.TestCase):
             with self.subTest(file=address):
                 answer, body = self.get(urllib.parse.urlsplit(address).path)
                 self.assertEqual(answer.status, 200)
-                kind = {"wav": "audio/wav", "gif": "image/gif", "png": "image/png", "svg": "image/svg+xml; charset=utf-8",
-                        "acs": "application/octet-stream", "css": "text/css; charset=utf-8", "txt": "text/plain; charset=utf-8",
-                        "vtt": "text/vtt; charset=utf-8"}[address.rsplit(".", 1)[-1]]
-                self.assertEqual(answer.headers["Content-Type"], kind)
+                self.assertEqual(answer.headers["Content-Type"], KINDS[address.rsplit(".", 1)[-1]])
                 self.assertGreater(len(body), 0)
         for target, fragment in fragments:
             self.assertIn(fragment, pages[target].ids, target)
@@ -316,7 +322,8 @@ class Site(unittest.TestCase):
 
     def test_picture_is_given_to_the_request_of_the_program(self):
         for name, status in (*((name.lower(), "200") for name in CHARACTERS), ("nobody", "404")):
-            with self.subTest(name=name), socket.create_connection(("127.0.0.1", self.server.port), PATIENCE_SECONDS) as connection:
+            address = ("127.0.0.1", self.server.port)
+            with self.subTest(name=name), socket.create_connection(address, PATIENCE_SECONDS) as connection:
                 connection.sendall(f"GET /murmelix/download/charimgs/{name}.gif HTTP/1.0\r\n".encode() +
                                    b"Accept: */*\r\nAccept: image/gif\r\n\r\n")
                 answer = b""
@@ -329,13 +336,13 @@ class Site(unittest.TestCase):
                     self.assertIn("200 OK\r\n", head.decode("ascii"))
                     self.assertIn(f"Content-Length: {len(body)}", lines)
                     self.assertIn("Content-Type: image/gif", lines)
-                    self.assertEqual(body, (ROOT / "build/host/assets/portraits" / f"{name.capitalize()}.gif").read_bytes())
+                    self.assertEqual(body, (ASSETS / "portraits" / f"{name.capitalize()}.gif").read_bytes())
 
     def test_characters_and_their_pictures_are_whole(self):
         for name in CHARACTERS:
             with self.subTest(name=name):
                 answer, body = self.get(f"/Murmelix/download/chars/{name}.acs")
-                self.assertEqual((answer.status, body), (200, (ROOT / "build/host/assets/chars" / f"{name}.acs").read_bytes()))
+                self.assertEqual((answer.status, body), (200, (ASSETS / "chars" / f"{name}.acs").read_bytes()))
                 picture = self.get(f"/murmelix/download/charimgs/{name.lower()}.gif")[1]
                 self.assertEqual(gif_blocks(picture), (PORTRAIT_PIXELS, PORTRAIT_PIXELS, True, 1))
                 # Seen on its ground: through the corner, not through the middle.
@@ -349,7 +356,7 @@ class Site(unittest.TestCase):
         pictures = ROOT / "build" / "Murmelix" / "CharPics"
         for name in ("Brindle", "Ottoline"):
             self.assertEqual((pictures / f"{name}.gif").read_bytes(),
-                             (ROOT / "build/host/assets/portraits" / f"{name}.gif").read_bytes())
+                             (ASSETS / "portraits" / f"{name}.gif").read_bytes())
         self.assertFalse((pictures / "Plonk.gif").exists())
 
     def test_published_version_is_that_of_the_build(self):
@@ -372,7 +379,9 @@ class Site(unittest.TestCase):
         for spelling, sound in SOUNDS.items():
             with self.subTest(emoticon=spelling):
                 card = shown[spelling]
-                name = f"sounds/{sound.lower()}.wav" if sound else f"voices/{SPOKEN[spelling]}.wav" if spelling in SPOKEN else None
+                name = f"sounds/{sound.lower()}.wav" if sound else None
+                if spelling in SPOKEN:
+                    name = f"voices/{SPOKEN[spelling]}.wav"
                 self.assertEqual(card["sounds"], [f"../{name}"] if name else [])
                 if name:
                     answer, body = self.get(f"/Murmelix/{name}")
@@ -447,7 +456,7 @@ class Site(unittest.TestCase):
         wait_for("the end of the server whose owner was killed", lambda: not self.answers(other_port))
 
 
-class SiteAndPrograms(WholeProgramTest):
+class SiteAndPrograms(ShellTest):
     KEY = r"HKLM\Software\Murmelix"
     NONE_NEWER, TIMED_OUT = 6, 10  # exit statuses of the updater
 
@@ -469,6 +478,15 @@ class SiteAndPrograms(WholeProgramTest):
             with self.desk.using_site(server.host):
                 self.assertEqual(self.site_host(), server.host)
                 self.assertEqual(self.ask_for_updates(server.address + "download/"), self.NONE_NEWER)
+                self.settle(AutoUpdate="0")
+                self.start_messenger("/signedout")
+                self.start_program()
+                self.eventually("the panel", self.signed_out)
+                self.click("Help")
+                page = server.address + "help/signin.html"
+                self.wait_for_page(page)
+                with urllib.request.urlopen(page, timeout=PATIENCE_SECONDS) as answer:
+                    self.assertIn(b"You are not currently signed in", answer.read())
             self.assertIsNone(self.site_host())
             self.reg("add", self.KEY, "/v", "SiteHost", "/d", "pages.example:8080", "/f")
             with self.desk.using_site(server.host):
