@@ -131,9 +131,13 @@ def narrow_meadow():
 def burrow():
     width, height, ground = 1200, 300, 52
     rng = random.Random("burrow")
-    stones = "".join(f'<ellipse cx="{num(rng.uniform(0, width))}" cy="{num(rng.uniform(ground + 50, height - 6))}" '
-                     f'rx="{num(rng.uniform(5, 17))}" ry="{num(rng.uniform(4, 10))}" class="stone"/>' for _ in range(46))
-    grass = "".join(tuft(x + rng.uniform(-6, 6), ground + 4, rng.uniform(5, 10)) for x in range(8, width, 17))
+    stones = ""
+    for _ in range(60):
+        x, y = rng.uniform(0, width), rng.uniform(ground + 50, height - 6)
+        if not (200 < x < 320 or 460 < x < 850 or 890 < x < 950):  # the worm, the burrow, the note
+            stones += ellipse(x, y, rng.uniform(5, 17), rng.uniform(4, 10), "#6d4a2e", 'class="stone"')
+    grass = "".join(tuft(x + rng.uniform(-6, 6), ground + 4, rng.uniform(5, 10)) for x in range(8, width, 17)
+                    if not 748 < x < 846)  # where the tunnel comes out
     roots = "".join(f'<path class="root" d="M{num(x)},{num(ground + 8)} c{points(rng.uniform(-14, 14), 24)} '
                     f'{points(rng.uniform(-14, 14), 30)} {points(rng.uniform(-10, 10), rng.uniform(40, 74))}"/>'
                     for x in (60, 148, 240, 905, 1010, 1130))
@@ -156,7 +160,7 @@ def burrow():
             + f'<path class="hollow" d="{tunnel}"/><ellipse class="hollow" cx="600" cy="196" rx="122" ry="88"/>'
             + path("M500,262 q100,34 200,0 q-30,-26 -100,-26 t-100,26 Z", "#c99a4c", stroke("#6d4a1e", 3))
             + placed("Brindle", doze, 518, 112, 158)
-            + f'<path class="grass" d="M0,{ground + 14} V{ground - 6} Q300,{ground - 16} 600,{ground - 6} T762,{ground - 8} '
+            + f'<path class="grass" d="M0,{ground + 14} V{ground - 6} Q300,{ground - 16} 600,{ground - 6} L764,{ground - 8} '
               f'L770,{ground + 12} Z M826,{ground + 12} L832,{ground - 8} Q1000,{ground - 16} {width},{ground - 6} '
               f'V{ground + 14} Z"/>'
             + grass + "</svg>")
