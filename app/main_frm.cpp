@@ -292,6 +292,7 @@ void MainFrm::Form_Load() {
     if (begins_again_()) {
         return;
     }
+    followAccount();
     loadOptions();
     checkCharacterDirectory();
     if (MainFormLoaded) {
@@ -301,6 +302,15 @@ void MainFrm::Form_Load() {
     }
     if (ShowTipFrm) {
         showNotice(TipFrm);
+    }
+}
+
+// The matchup window shows those of the account that it was opened for.
+void MainFrm::followAccount() {
+    if (MatchupFrm && SettingsKeyPath.empty()) {
+        MatchupFrm->Unload();
+    } else if (MatchupFrm) {
+        MatchupFrm->Refill();
     }
 }
 
@@ -437,8 +447,6 @@ void MainFrm::selectConversation(int rows_down) {
 
 void MainFrm::showWhetherReading() {
     SystemMenuStopReadingConver.setEnabled(IsReadingConversation != 0);
-    // There is no matchup window yet; while reading the button tells why it could not be opened anyway.
-    CharMatchupButt.setEnabled(IsReadingConversation != 0);
 }
 
 void MainFrm::StartReadingConversation() {
@@ -570,7 +578,12 @@ void MainFrm::CharMatchupButt_Click() {
         platform::messageBox(u"There is a conversation currently being monitered for reading!\r\n"
                              u"You can't add/edit any matchups until you stop reading the current conversation!",
                              platform::mb_critical, u"Can't Add/Edit Matchup While In Conversation!");
+        return;
     }
+    if (!MatchupFrm) {
+        MatchupFrm = std::make_unique<murmelix::MatchupFrm>(this, MSNControl->MSNAPI());
+    }
+    showAlone(*MatchupFrm);
 }
 
 void MainFrm::AutoAttachCheck_Click() {
@@ -697,11 +710,16 @@ void MainFrm::MurmelixMenuExit_Click() {
 }
 
 void MainFrm::HelpMenuAbout_Click() {
-    SystemMenuRestoreWindow.setEnabled(false);
     if (!AboutFRM) {
         AboutFRM = std::make_unique<murmelix::AboutFRM>(this);
     }
-    AboutFRM->ShowModal();
+    showAlone(*AboutFRM);
+}
+
+// The main window is neither hidden nor restored under a modal one.
+void MainFrm::showAlone(ui::Form& window) {
+    SystemMenuRestoreWindow.setEnabled(false);
+    window.ShowModal();
     SystemMenuRestoreWindow.setEnabled(true);
 }
 
@@ -714,8 +732,8 @@ void MainFrm::showNotice(std::unique_ptr<Window>& notice) {
 }
 
 void MainFrm::unloadSecondaryWindows() {
-    for (ui::Form* window :
-         std::array<ui::Form*, 4>{AboutFRM.get(), MinimizeFrm.get(), TipFrm.get(), TipEmotFrm.get()}) {
+    for (ui::Form* window : std::array<ui::Form*, 5>{MatchupFrm.get(), AboutFRM.get(), MinimizeFrm.get(), TipFrm.get(),
+                                                     TipEmotFrm.get()}) {
         if (window) {
             window->Unload();
         }

@@ -11,6 +11,7 @@
 #include "app/about_frm.h"
 #include "app/notices.h"
 #include "controls/cool_list_box.h"
+#include "matchups/matchup_frm.h"
 #include "messenger/msn_control.h"
 #include "platform/agent_control.h"
 #include "platform/kept_place.h"
@@ -143,6 +144,7 @@ class MainFrm : public ui::Form {
     std::unique_ptr<murmelix::MSNControl> MSNControl;
 
     // The windows that come and go; null until they are needed first.
+    std::unique_ptr<murmelix::MatchupFrm> MatchupFrm;
     std::unique_ptr<murmelix::AboutFRM> AboutFRM;
     std::unique_ptr<murmelix::MinimizeFrm> MinimizeFrm;
     std::unique_ptr<murmelix::TipFrm> TipFrm;
@@ -158,6 +160,7 @@ class MainFrm : public ui::Form {
     MonitorHost monitorHost();
     void connectCharacters();
 
+    void followAccount();
     void loadFirstTime();
     void setMenuPictures();
     void loadOptions();
@@ -171,6 +174,7 @@ class MainFrm : public ui::Form {
     void takeLastPlace();
     ui::Rect placeWithoutOptions() const;
     void unloadSecondaryWindows();
+    void showAlone(ui::Form& window);
     template <class Window>
     void showNotice(std::unique_ptr<Window>& notice);
 

@@ -328,6 +328,7 @@ void ImgListBox::connect(Panel& panel) {
     if (!panel.has_character) {
         return;
     }
+    made.list.P.setToolTipText(ListToolTipText);
     made.list.setDragDropZone(1);
     made.list.P.setOLEDropMode(ui::DropMode::manual);
     made.list.DragDropAlert = [this, &panel](ui::DataObject& data, ui::DropEffect& effect, std::int16_t, std::int16_t,

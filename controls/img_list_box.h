@@ -68,6 +68,8 @@ class ImgListBox : public ui::Frame {
     std::function<std::u16string(const std::u16string& contact)> CaptionOf;
     // A key in a panel's list, before anybody else hears of it; true when it was of use.
     std::function<bool(const ui::Shortcut& key, std::int16_t position)> PanelKey;
+    // Of every panel's list that has a character; set before there are any.
+    std::u16string ListToolTipText;
 
     std::array<ui::Button, 2> ScrollButt{ui::Button(*this, u"Up"), ui::Button(*this, u"Down")};
     // Never seen: they hold the pictures of panels that have none of their own.

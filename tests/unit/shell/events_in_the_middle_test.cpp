@@ -99,7 +99,6 @@ class EventsInTheMiddle : public ShellTest {
         EXPECT_TRUE(window().ConversationsList.EnabledIt());
         EXPECT_FALSE(window().WindowResizeTimer.Enabled());
         EXPECT_FALSE(window().SystemMenuStopReadingConver.Enabled());
-        EXPECT_FALSE(window().CharMatchupButt.Enabled());
         EXPECT_TRUE(window().StartConvButt.Caption().starts_with(u"&Start"));
         EXPECT_EQ(LoadedCharacterKeys.Count(), 0U);
         EXPECT_EQ(LoadedCharacters.Count(), 0U);
@@ -116,7 +115,6 @@ class EventsInTheMiddle : public ShellTest {
         EXPECT_TRUE(window().WindowResizeTimer.Enabled());
         EXPECT_TRUE(window().ReadMoniter.Enabled());
         EXPECT_TRUE(window().SystemMenuStopReadingConver.Enabled());
-        EXPECT_TRUE(window().CharMatchupButt.Enabled());
         EXPECT_EQ(window().StartConvButt.Caption(), u"&Stop Reading Conversation");
         std::vector<std::u16string> on_stage, taking_part;
         for (const auto& [key, character] : fakes::agent().characters) {

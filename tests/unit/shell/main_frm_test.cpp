@@ -694,29 +694,6 @@ TEST_F(MainFrmTest, AcceleratorStartsTheReading) {
     EXPECT_NE(IsReadingConversation, 0);
 }
 
-TEST_F(MainFrmTest, MatchupsAreRefusedWhileReading) {
-    startReading();
-    form().CharMatchupButt_Click();
-    EXPECT_THAT(boxes(),
-                ElementsAre(MessageBox{u"There is a conversation currently being monitered for reading!\r\nYou can't "
-                                       u"add/edit any matchups until you stop reading the current conversation!",
-                                       16, u"Can't Add/Edit Matchup While In Conversation!"}));
-}
-
-TEST_F(MainFrmTest, MatchupButtonIsEnabledWhileReadingAlone) {
-    EXPECT_FALSE(form().CharMatchupButt.Enabled());
-    showOptions();
-    EXPECT_FALSE(form().CharMatchupButt.Enabled());
-    startReading();
-    EXPECT_TRUE(fakes::click(form().CharMatchupButt));
-    EXPECT_EQ(boxes().size(), 1U);
-    EXPECT_TRUE(fakes::click(form().StartConvButt));
-    EXPECT_FALSE(form().CharMatchupButt.Enabled());
-    form().ConversationsList.ClearList();
-    form().StartConvButt_Click(); // undoes itself
-    EXPECT_FALSE(form().CharMatchupButt.Enabled());
-}
-
 TEST_F(MainFrmTest, SignInWhileReadingLeavesTheWindowAsAfterAStop) {
     showOptions();
     startReading();
@@ -728,7 +705,6 @@ TEST_F(MainFrmTest, SignInWhileReadingLeavesTheWindowAsAfterAStop) {
     EXPECT_EQ(form().ReadingWindowLeft, 0);
     EXPECT_TRUE(form().ConversationsList.EnabledIt());
     EXPECT_FALSE(form().SystemMenuStopReadingConver.Enabled());
-    EXPECT_FALSE(form().CharMatchupButt.Enabled());
     EXPECT_EQ(form().StartConvButt.Caption(), u"&Start Reading Selected Conversation");
     EXPECT_EQ(LoadedCharacterKeys.Count(), 0U);
 }

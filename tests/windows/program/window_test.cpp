@@ -83,6 +83,31 @@ void typeKey(WORD code, WORD modifier) {
     serveAll();
 }
 
+void mouse(DWORD what, POINT place) {
+    const auto part = [](int at, int of) { return (at * 65536 + of - 1) / of; };
+    INPUT input{};
+    input.type = INPUT_MOUSE;
+    input.mi.dx = part(place.x, GetSystemMetrics(SM_CXSCREEN));
+    input.mi.dy = part(place.y, GetSystemMetrics(SM_CYSCREEN));
+    input.mi.dwFlags = what | MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE;
+    SendInput(1, &input, sizeof input);
+}
+
+void keyboard(WORD code, bool down) {
+    INPUT input{};
+    input.type = INPUT_KEYBOARD;
+    input.ki.wVk = code;
+    input.ki.wScan = static_cast<WORD>(MapVirtualKeyW(code, MAPVK_VK_TO_VSC));
+    input.ki.dwFlags = down ? 0 : KEYEVENTF_KEYUP;
+    SendInput(1, &input, sizeof input);
+}
+
+POINT onScreen(HWND window, int x, int y) {
+    POINT place{x, y};
+    ClientToScreen(window, &place);
+    return place;
+}
+
 COLORREF Image::at(int x, int y) const {
     return pixels.at(static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(x));
 }

@@ -26,6 +26,12 @@ void key(HWND window, WPARAM code);
 // is held meanwhile.
 void typeKey(WORD code, WORD modifier = 0);
 
+// The same with the mouse: MOUSEEVENTF_LEFTDOWN for instance, or 0, at a place of the screen in pixels. Nothing is
+// served: a drag has a loop of its own.
+void mouse(DWORD what, POINT place);
+void keyboard(WORD code, bool down);
+POINT onScreen(HWND window, int x, int y);
+
 // What a window's inside shows.
 struct Image {
     int width = 0, height = 0;
