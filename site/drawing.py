@@ -15,8 +15,8 @@ from cast import CAST  # noqa: E402
 from choreography import animations  # noqa: E402
 from figure import REST, SIZE, ellipse, num, path, points, stroke  # noqa: E402
 
-# What is shown of a moving picture after it has moved: people read on, nothing moves for ever.
-PLAYS = 5
+# How often a moving picture moves before it rests: nothing moves for ever beside what people read.
+PLAYS = 4
 
 NIGHT = "@media (prefers-color-scheme: dark)"
 

@@ -3,6 +3,7 @@ owner lives. It has its settings and all that it writes in a folder of its own, 
 
 import ctypes
 import errno
+import http.client
 import os
 import shutil
 import signal
@@ -154,6 +155,7 @@ class WebServer:
             candidates = [port for port in self._ports if _is_free(port)] + [None] * ATTEMPTS
             for candidate in candidates:
                 if self._start(candidate or _free_port()):
+                    self._see_that_it_may_read()
                     return self
             raise ServerFailed(f"the web server has not started:\n{self._errors()}")
         except BaseException:
@@ -197,6 +199,17 @@ class WebServer:
                                              stdout=log, stderr=log, start_new_session=True, preexec_fn=_dies_with_owner)
         wait_for("the web server", lambda: self._process.poll() is not None or self._answers(), START_SECONDS)
         return self._process.poll() is None
+
+    def _see_that_it_may_read(self):
+        connection = http.client.HTTPConnection(ADDRESS, self.port, timeout=START_SECONDS)
+        try:
+            connection.request("GET", "/murmelix/")
+            status = connection.getresponse().status
+        finally:
+            connection.close()
+        if status != http.HTTPStatus.OK:
+            raise ServerFailed(f"the web server answers {int(status)} for its first page; may {UNPRIVILEGED} read "
+                               f"{self._own}?\n{self._errors()}")
 
     def _answers(self):
         try:

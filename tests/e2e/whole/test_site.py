@@ -376,6 +376,11 @@ class Site(unittest.TestCase):
                 self.assertNotIn(spelling, shown)
                 shown[spelling] = card
         self.assertEqual(set(shown), set(SOUNDS))
+        # All that the program looks for in a message, in its lists of them.
+        lists = re.findall(r"list_\d =\s*((?:u\"[^\"]*\"\s*)+);", (ROOT / "characters/emoticons.cpp").read_text("utf-8"))
+        self.assertEqual(len(lists), 3)
+        known = ",".join("".join(re.findall(r'u"([^"]*)"', quoted)) for quoted in lists).lower().split(",")
+        self.assertEqual({spelling.lower() for spelling in shown}, set(known))
         for spelling, sound in SOUNDS.items():
             with self.subTest(emoticon=spelling):
                 card = shown[spelling]
