@@ -117,7 +117,7 @@ Loaded& Client::load(const std::u16string& id, const std::u16string& file) {
     added->id = id;
     added->file = openCharacter(file);
     const acs::Character& character = added->file->character();
-    stage::Actor& actor = server_.stage().enter(std::make_shared<stage::FileRepertoire>(added->file));
+    stage::Actor& actor = server_.stage().enter(std::make_shared<stage::FileRepertoire>(added->file), troupe_);
     added->actor = actor.id();
     actor.balloon_style = balloonStyle(character);
     if (character.voice) {
@@ -292,7 +292,7 @@ void Server::run() {
 }
 
 std::shared_ptr<Client> Server::newClient() {
-    auto client = std::make_shared<Client>(*this);
+    auto client = std::make_shared<Client>(*this, ++last_troupe_);
     std::erase_if(clients_, [](const auto& gone) { return gone.expired(); });
     clients_.push_back(client);
     had_client_ = true;

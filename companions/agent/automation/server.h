@@ -56,7 +56,7 @@ struct Loaded {
 // What one connected control has: its characters and who hears its events. The objects given to the client share it.
 class Client : public std::enable_shared_from_this<Client> {
   public:
-    explicit Client(Server& server) : server_(server) {}
+    Client(Server& server, stage::TroupeId troupe) : server_(server), troupe_(troupe) {}
     ~Client();
     Client(const Client&) = delete;
     Client& operator=(const Client&) = delete;
@@ -89,6 +89,7 @@ class Client : public std::enable_shared_from_this<Client> {
     void dismiss(const Loaded& gone);
 
     Server& server_;
+    const stage::TroupeId troupe_;
     std::vector<std::shared_ptr<Loaded>> loaded_;
     std::map<std::int32_t, RequestObject*> requests_;
     std::vector<std::weak_ptr<stage::Request>> waiting_; // and some that are over
@@ -175,6 +176,7 @@ class Server final : public stage::Audience {
     settings::SettingsFrm settings_frm_;
     std::unique_ptr<settings::Tray> tray_; // of a server that stays
     std::vector<std::weak_ptr<Client>> clients_;
+    stage::TroupeId last_troupe_ = 0;
     std::vector<Watch> watches_;
     bool menu_open_ = false;
     std::optional<Moment> ending_since_;

@@ -15,6 +15,7 @@ enum class Kind { play, speak, think, move_to, gesture_at, show, hide, wait, int
 enum class Failure { none, no_animation, hidden, no_sound, bad_target, deadlock };
 
 using ActorId = std::uint64_t;
+using TroupeId = std::uint64_t;
 
 struct Request {
     Kind kind = Kind::play;
@@ -26,6 +27,7 @@ struct Request {
     std::shared_ptr<Request> target = {}; // of Wait and Interrupt
 
     std::int32_t number = 0; // counts up over all requests
+    std::uint64_t place = 0; // in the order in which all characters were asked
     ActorId actor = 0;
     Status status = Status::pending;
     Failure failure = Failure::none;

@@ -52,14 +52,16 @@ voice::Speech thoughtOf(const std::u16string& text) {
 
 } // namespace
 
-Actor::Actor(Stage& stage, ActorId id, std::shared_ptr<const Repertoire> repertoire)
-    : stage_(stage), id_(id), repertoire_(std::move(repertoire)), player_(stage.random_), width_(repertoire_->width()),
-      height_(repertoire_->height()), rest_pose_(repertoire_->animation(u"RestPose")), quiet_since_(stage.now_) {}
+Actor::Actor(Stage& stage, ActorId id, TroupeId troupe, std::shared_ptr<const Repertoire> repertoire)
+    : stage_(stage), id_(id), troupe_(troupe), repertoire_(std::move(repertoire)), player_(stage.random_),
+      width_(repertoire_->width()), height_(repertoire_->height()), rest_pose_(repertoire_->animation(u"RestPose")),
+      quiet_since_(stage.now_) {}
 
 Actor::~Actor() = default;
 
 void Actor::add(const RequestRef& request) {
     request->actor = id_;
+    request->place = ++stage_.last_place_;
     queue_.push_back(request);
     wake();
 }
@@ -335,6 +337,23 @@ bool Actor::hasWaiter() const {
         }
     }
     return false;
+}
+
+// The first Speak that is heard if all that comes before it goes well: one whose character is hidden at its turn fails.
+RequestRef Actor::firstToBeHeard() const {
+    bool seen = visible_;
+    const auto heard = [&](const Request& request) {
+        if (request.kind == Kind::show || request.kind == Kind::hide) {
+            seen = request.kind == Kind::show;
+        }
+        return seen && request.kind == Kind::speak;
+    };
+    if (current_ && heard(*current_)) {
+        return current_;
+    }
+    const auto found =
+        std::find_if(queue_.begin(), queue_.end(), [&](const RequestRef& request) { return heard(*request); });
+    return found == queue_.end() ? nullptr : *found;
 }
 
 // Follows who waits for whom from the request that `wait` waits for; back at this character, none of them would end.
@@ -779,9 +798,9 @@ Stage::Stage(Effects& effects, Audience& audience, Random random)
 
 Stage::~Stage() = default;
 
-Actor& Stage::enter(std::shared_ptr<const Repertoire> repertoire) {
+Actor& Stage::enter(std::shared_ptr<const Repertoire> repertoire, TroupeId troupe) {
     const ActorId id = ++last_actor_;
-    return *actors_.emplace(id, std::make_unique<Actor>(*this, id, std::move(repertoire))).first->second;
+    return *actors_.emplace(id, std::make_unique<Actor>(*this, id, troupe, std::move(repertoire))).first->second;
 }
 
 void Stage::leave(ActorId id) {
@@ -844,15 +863,69 @@ void Stage::setKeepOnScreen(bool keep) {
     }
 }
 
-bool Stage::channel(ActorId actor) {
-    if (std::find(channel_.begin(), channel_.end(), actor) == channel_.end()) {
-        channel_.push_back(actor);
+// Who holds up a Speak: the character whose own Speak has its turn, this one or one that this one waits for. Null while
+// it comes nearer by itself. Those who wait for one another stand in no circle: the last Wait of one fails.
+const Actor* Stage::holderUp(const Request& request) const {
+    for (ActorId id = request.actor;;) {
+        const auto found = actors_.find(id);
+        const Request* current = found == actors_.end() ? nullptr : found->second->current_.get();
+        if (!current) {
+            return nullptr;
+        }
+        if (current->kind == Kind::speak) {
+            return found->second.get();
+        }
+        if (current->kind != Kind::wait || !found->second->begun_ || current->target->over()) {
+            return nullptr;
+        }
+        id = current->target->actor;
     }
-    return channel_.front() == actor;
+}
+
+// Each troupe goes on to its earliest Speak that is still to be heard; where that one waits for another Speak, however
+// late, the other is the next.
+std::set<ActorId> Stage::nextSpeakers() const {
+    std::map<TroupeId, RequestRef> earliest;
+    for (const auto& [id, actor] : actors_) {
+        if (RequestRef first = actor->firstToBeHeard()) {
+            RequestRef& of_troupe = earliest[actor->troupe_];
+            if (!of_troupe || first->place < of_troupe->place) {
+                of_troupe = std::move(first);
+            }
+        }
+    }
+    std::set<ActorId> next;
+    for (const auto& [troupe, request] : earliest) {
+        if (const Actor* holder = holderUp(*request)) {
+            next.insert(holder->id_);
+        }
+    }
+    return next;
+}
+
+bool Stage::channel(ActorId actor) {
+    if (std::find(asking_.begin(), asking_.end(), actor) == asking_.end()) {
+        asking_.push_back(actor);
+    }
+    if (speaker_ != 0) {
+        return speaker_ == actor;
+    }
+    const std::set<ActorId> next = nextSpeakers();
+    const auto first =
+        std::find_if(asking_.begin(), asking_.end(), [&](ActorId asking) { return next.contains(asking); });
+    if (first == asking_.end() || *first != actor) {
+        return false;
+    }
+    asking_.erase(first);
+    speaker_ = actor;
+    return true;
 }
 
 void Stage::releaseChannel(ActorId actor) {
-    std::erase(channel_, actor);
+    std::erase(asking_, actor);
+    if (speaker_ == actor) {
+        speaker_ = 0;
+    }
 }
 
 } // namespace agent::stage

@@ -9,6 +9,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -99,7 +100,7 @@ enum class StopKind { move, play, speak };
 
 class Actor {
   public:
-    Actor(Stage& stage, ActorId id, std::shared_ptr<const Repertoire> repertoire);
+    Actor(Stage& stage, ActorId id, TroupeId troupe, std::shared_ptr<const Repertoire> repertoire);
     ~Actor();
     Actor(const Actor&) = delete;
     Actor& operator=(const Actor&) = delete;
@@ -189,10 +190,12 @@ class Actor {
     void returnToScreen(MoveCause cause);
     bool travelling();
     bool hasWaiter() const;
+    RequestRef firstToBeHeard() const;
     bool wouldDeadlock(const Request& wait) const;
 
     Stage& stage_;
     const ActorId id_;
+    const TroupeId troupe_;
     std::shared_ptr<const Repertoire> repertoire_;
     AnimationPlayer player_;
     Role role_ = Role::none;
@@ -223,7 +226,8 @@ class Stage {
     Stage(const Stage&) = delete;
     Stage& operator=(const Stage&) = delete;
 
-    Actor& enter(std::shared_ptr<const Repertoire> repertoire);
+    // The characters of one troupe speak in the order in which they were asked to.
+    Actor& enter(std::shared_ptr<const Repertoire> repertoire, TroupeId troupe = 0);
     // Its requests are interrupted; it vanishes.
     void leave(ActorId actor);
     Actor* find(ActorId actor);
@@ -241,9 +245,12 @@ class Stage {
 
   private:
     friend class Actor;
-    // The one audio channel: granted in the order of asking.
+    // The one audio channel: true when the character, whose Speak has its turn in its own queue, has it. Of a troupe
+    // the one gets it whose turn it is to speak; troupes get it in the order of asking.
     bool channel(ActorId actor);
     void releaseChannel(ActorId actor);
+    std::set<ActorId> nextSpeakers() const;
+    const Actor* holderUp(const Request& request) const;
 
     Effects& effects_;
     Audience& audience_;
@@ -252,7 +259,9 @@ class Stage {
     ActorId last_actor_ = 0;
     std::int32_t last_request_ = 0;
     std::map<ActorId, std::unique_ptr<Actor>> actors_;
-    std::deque<ActorId> channel_;
+    std::uint64_t last_place_ = 0;
+    ActorId speaker_ = 0;        // who has the channel
+    std::deque<ActorId> asking_; // who could use it at once
     Screens screens_;
     bool keep_on_screen_ = true;
 };

@@ -77,15 +77,15 @@ Rehearsal::Rehearsal()
           return roll;
       }) {}
 
-Actor& Rehearsal::enter(const std::string& name, std::shared_ptr<const Repertoire> cast) {
-    Actor& actor = stage.enter(std::move(cast));
+Actor& Rehearsal::enter(const std::string& name, std::shared_ptr<const Repertoire> cast, TroupeId troupe) {
+    Actor& actor = stage.enter(std::move(cast), troupe);
     actor.name = murmelix::fromUtf8(name);
     names_[actor.id()] = name;
     return actor;
 }
 
-Actor& Rehearsal::onStage(const std::string& name, std::shared_ptr<const Repertoire> cast) {
-    Actor& actor = enter(name, std::move(cast));
+Actor& Rehearsal::onStage(const std::string& name, std::shared_ptr<const Repertoire> cast, TroupeId troupe) {
+    Actor& actor = enter(name, std::move(cast), troupe);
     show(actor);
     pass(200);
     taken();

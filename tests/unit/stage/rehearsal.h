@@ -48,14 +48,14 @@ class Rehearsal final : public Effects, public Audience {
     int orders = 0, cancelled = 0;
 
     // Named in the log by this name.
-    Actor& enter(const std::string& name, std::shared_ptr<const Repertoire> cast = usualCast());
+    Actor& enter(const std::string& name, std::shared_ptr<const Repertoire> cast = usualCast(), TroupeId troupe = 0);
     RequestRef ask(Actor& actor, Request request);
     RequestRef play(Actor& actor, const std::u16string& animation);
     RequestRef speak(Actor& actor, const std::u16string& text, const std::u16string& url = {});
     RequestRef show(Actor& actor, bool fast = true);
     RequestRef wait(Actor& actor, const RequestRef& target);
     // On the stage, at rest, the log empty.
-    Actor& onStage(const std::string& name, std::shared_ptr<const Repertoire> cast = usualCast());
+    Actor& onStage(const std::string& name, std::shared_ptr<const Repertoire> cast = usualCast(), TroupeId troupe = 0);
 
     // In steps of 10 ms.
     void pass(Time milliseconds);
