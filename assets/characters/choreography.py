@@ -170,11 +170,11 @@ def animations():
     new("Hearing_1").to(1, 6, 60, tilt=5.0, gx=0.5, brow=1.5, perk=0.5).back(1)
     new("Hearing_2").to(1, 6, 12, hy=3.0, perk=0.3).to(0, 12, hy=0.0).to(0, 12, hy=3.0).back(1)
 
-    # Pointing: the sides are the viewer's.
+    # Pointing: in names the sides are the character's own.
     made.extend(pair("GestureUp", "GestureUpReturn", mouths=True, ru=0.2, rv=1.05, gy=-0.8))
     made.extend(pair("GestureDown", "GestureDownReturn", mouths=True, ru=0.62, rv=-0.85, gy=0.8))
-    made.extend(pair("GestureLeft", "GestureLeftReturn", mouths=True, lu=0.95, lv=0.05, gx=-0.8))
-    made.extend(pair("GestureRight", "GestureRightReturn", mouths=True, ru=0.95, rv=0.05, gx=0.8))
+    made.extend(pair("GestureRight", "GestureRightReturn", mouths=True, lu=0.95, lv=0.05, gx=-0.8))
+    made.extend(pair("GestureLeft", "GestureLeftReturn", mouths=True, ru=0.95, rv=0.05, gx=0.8))
 
     # On the way: leaning into the motion.
     made.extend(pair("MoveUp", "MoveUpReturn", between=1, hold=10, sy=1.07, sx=0.95, gy=-0.8, lu=0.3, lv=-0.95, ru=0.3,
@@ -182,9 +182,9 @@ def animations():
     made.extend(pair("MoveDown", "MoveDownReturn", between=1, hold=10, sy=0.95, sx=1.03, gy=0.8, lu=0.75, lv=0.6,
                      ru=0.75,
                      rv=0.6, perk=1.0))
-    made.extend(pair("MoveLeft", "MoveLeftReturn", between=1, hold=10, lean=-7.0, gx=-0.8, lu=0.85, lv=0.1, ru=0.5,
+    made.extend(pair("MoveRight", "MoveRightReturn", between=1, hold=10, lean=-7.0, gx=-0.8, lu=0.85, lv=0.1, ru=0.5,
                      rv=-0.5))
-    made.extend(pair("MoveRight", "MoveRightReturn", between=1, hold=10, lean=7.0, gx=0.8, ru=0.85, rv=0.1, lu=0.5,
+    made.extend(pair("MoveLeft", "MoveLeftReturn", between=1, hold=10, lean=7.0, gx=0.8, ru=0.85, rv=0.1, lu=0.5,
                      lv=-0.5))
 
     # Passing the time.

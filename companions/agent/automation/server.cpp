@@ -496,12 +496,20 @@ void Server::runMenu(stage::ActorId actor, int x, int y) {
         if (!list.visible || !command.visible || command.caption.empty()) {
             continue;
         }
-        if (names.empty()) {
+        // Clients part their commands by disabled ones without a word.
+        const bool spacer = !command.enabled && murmelix::trim(command.caption).empty();
+        if ((spacer || names.empty()) && !entries.back().is_line) {
             entries.push_back({.is_line = true});
+        }
+        if (spacer) {
+            continue;
         }
         entries.push_back(
             {.caption = command.caption, .id = first_id + static_cast<int>(names.size()), .enabled = command.enabled});
         names.push_back(command.name);
+    }
+    if (entries.back().is_line) {
+        entries.pop_back();
     }
     const std::optional<int> chosen = stage::runPopupMenu(messages_.handle(), entries, x, y);
     menu_open_ = false;

@@ -50,6 +50,14 @@ voice::Speech thoughtOf(const std::u16string& text) {
     return speech;
 }
 
+// The end of a state's name for a way on the screen. Right and left are the character's own, which looks at the viewer.
+std::u16string towards(int right, int down) {
+    if (std::abs(right) >= std::abs(down)) {
+        return right > 0 ? u"LEFT" : u"RIGHT";
+    }
+    return down > 0 ? u"DOWN" : u"UP";
+}
+
 } // namespace
 
 Actor::Actor(Stage& stage, ActorId id, TroupeId troupe, std::shared_ptr<const Repertoire> repertoire)
@@ -447,11 +455,7 @@ void Actor::begin() {
             return place(request.x, request.y, MoveCause::program);
         }
         closeBalloonNow();
-        const int right = there.left - left_;
-        const int down = there.top - top_;
-        const char16_t* state = std::abs(right) >= std::abs(down) ? (right > 0 ? u"MOVINGRIGHT" : u"MOVINGLEFT")
-                                                                  : (down > 0 ? u"MOVINGDOWN" : u"MOVINGUP");
-        if (auto animation = fromState(state)) {
+        if (auto animation = fromState(u"MOVING" + towards(there.left - left_, there.top - top_))) {
             playNow(std::move(animation), Role::request);
         }
         journey_ = Journey{left_, top_, there.left, there.top, stage_.now_, request.speed};
@@ -460,9 +464,7 @@ void Actor::begin() {
     case Kind::gesture_at: {
         const int right = request.x - (left_ + width_ / 2);
         const int down = request.y - (top_ + height_ / 2);
-        const char16_t* state = std::abs(right) >= std::abs(down) ? (right > 0 ? u"GESTURINGRIGHT" : u"GESTURINGLEFT")
-                                                                  : (down > 0 ? u"GESTURINGDOWN" : u"GESTURINGUP");
-        auto animation = fromState(state);
+        auto animation = fromState(u"GESTURING" + towards(right, down));
         if (!animation) {
             return finish(Status::failed, Failure::no_animation);
         }

@@ -83,7 +83,8 @@ class Engine {
                                            const std::stop_token& stop, std::string& error) = 0;
 };
 
-// The first engine that has a voice on this machine: SAPI 5, else espeak-ng as a process; null when there is neither.
+// Speaks by what has a voice on this machine, each language by SAPI 5 or else by espeak-ng as a process; null when
+// neither has any.
 // Asks for their voices, which may take some 100 ms.
 std::unique_ptr<Engine> makeEngine();
 

@@ -107,15 +107,16 @@ TEST_P(Characters, PointAndGoTheWayOfTheState) {
     for (const auto& [state, animation] : pairs) {
         EXPECT_EQ(character_.findState(state)->animations, std::vector<std::u16string>{animation});
     }
-    // The hand that points left reaches further left than the figure at rest does; so to the right.
+    // The hand that points to the right, which is the viewer's left, reaches further that way than the figure at rest
+    // does; so to the left.
     const auto extent = [&](const char16_t* name) {
         const acs::FrameImage& shown = character_.findAnimation(name)->frames.back().images.at(0);
         return std::pair<int, int>{shown.x, shown.x + character_.images[shown.image].width};
     };
-    EXPECT_LE(extent(u"GestureLeft").first, extent(u"RestPose").first);
-    EXPECT_LT(extent(u"GestureLeft").first, 30);
-    EXPECT_GE(extent(u"GestureRight").second, extent(u"RestPose").second);
-    EXPECT_GT(extent(u"GestureRight").second, 114);
+    EXPECT_LE(extent(u"GestureRight").first, extent(u"RestPose").first);
+    EXPECT_LT(extent(u"GestureRight").first, 30);
+    EXPECT_GE(extent(u"GestureLeft").second, extent(u"RestPose").second);
+    EXPECT_GT(extent(u"GestureLeft").second, 114);
 }
 
 // The seven shapes differ, lie inside the figure, and the closed one is what the pose shows.

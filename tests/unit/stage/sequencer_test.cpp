@@ -256,7 +256,7 @@ TEST(MoveTo, GlidesInItsTimeWithTheAnimationOfItsDirection) {
     Actor& a = r.onStage("a");
     const auto move = r.ask(a, moveTo(100, 50, 500));
     r.pass(10);
-    EXPECT_EQ(a.frame(), &a.repertoire().animation(u"GoRight")->frames[0]);
+    EXPECT_EQ(a.frame(), &a.repertoire().animation(u"GoLeft")->frames[0]) << "the character's own left";
     r.pass(250);
     EXPECT_EQ(a.left(), 50);
     EXPECT_EQ(a.top(), 25);
@@ -285,8 +285,8 @@ TEST(MoveTo, ChoosesTheDirectionOfTheLongerWay) {
         }
         return std::u16string();
     };
-    EXPECT_EQ(shown(100, 400), u"GoLeft");
-    EXPECT_EQ(shown(900, 600), u"GoRight");
+    EXPECT_EQ(shown(100, 400), u"GoRight");
+    EXPECT_EQ(shown(900, 600), u"GoLeft");
     EXPECT_EQ(shown(400, 100), u"GoUp");
     EXPECT_EQ(shown(600, 900), u"GoDown");
 }
@@ -317,13 +317,21 @@ TEST(MoveTo, IsOverWhereTheUserTakesTheCharacterInHand) {
 TEST(GestureAt, PointsToTheSideOfThePlace) {
     Rehearsal r;
     Actor& a = r.onStage("a"); // 100 × 120 at 0,0
-    Request gesture;
-    gesture.kind = Kind::gesture_at;
-    gesture.x = 60;
-    gesture.y = 900;
-    r.ask(a, gesture);
-    r.pass(20);
-    EXPECT_EQ(a.frame(), &a.repertoire().animation(u"GestDown")->frames[0]);
+    const auto shown = [&](int x, int y) {
+        Request gesture = plain(Kind::gesture_at);
+        gesture.x = x;
+        gesture.y = y;
+        r.ask(a, gesture);
+        r.pass(20);
+        const auto* frame = a.frame();
+        r.pass(500);
+        return frame;
+    };
+    const auto frame = [&](const char16_t* name) { return &a.repertoire().animation(name)->frames[0]; };
+    EXPECT_EQ(shown(60, 900), frame(u"GestDown"));
+    EXPECT_EQ(shown(60, -900), frame(u"GestUp"));
+    EXPECT_EQ(shown(900, 60), frame(u"GestLeft")) << "the character's own left";
+    EXPECT_EQ(shown(-900, 60), frame(u"GestRight"));
 }
 
 TEST(Speak, ShowsItsWordsAsTheyAreHeardAndMovesTheMouth) {

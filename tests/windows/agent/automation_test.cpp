@@ -489,6 +489,22 @@ TEST_F(Automation, NamedArgumentsAreAccepted) {
     VariantClear(raw.data());
 }
 
+// All that the program offers; espeak-ng has a voice for each of them.
+TEST_F(Automation, CharactersSpeakThirtyOneLanguages) {
+    Object character = load(u"a");
+    for (const std::int32_t language :
+         {1025, 1069, 1050, 1029, 1030, 1043, 1033, 2057, 1035, 1036, 1031, 1032, 1037, 1038, 1040, 1041,
+          1042, 1044, 1045, 2070, 1046, 1048, 1049, 2052, 1051, 1060, 3082, 1053, 1054, 1028, 1055}) {
+        character.put(u"LanguageID", Variant(language));
+        EXPECT_EQ(character.get(u"LanguageID").toInt32(), language);
+    }
+    // In the last of them they are heard.
+    character.call(u"Show", {Variant(true)});
+    Object spoken = request(character, u"Speak", {Variant(u"Günaydın")});
+    EXPECT_TRUE(over(spoken));
+    EXPECT_EQ(status(spoken), 0);
+}
+
 TEST_F(Automation, ALanguageWithoutAVoiceLeavesTheOldOne) {
     Object character = load(u"a");
     character.put(u"LanguageID", Variant(std::int32_t{1023}));

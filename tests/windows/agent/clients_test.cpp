@@ -166,27 +166,66 @@ TEST_F(Clients, HearOfADragAndTheCharacterFollows) {
     EXPECT_EQ(character.get(u"MoveCause").toInt16(), 1);
 }
 
+// Posts keys to the menu that is open, as its own process sees them.
+void keys(std::initializer_list<WPARAM> pressed) {
+    for (const WPARAM key : pressed) {
+        PostMessageW(FindWindowW(L"AgentServerMessages", nullptr), WM_KEYDOWN, key, 0);
+    }
+}
+
+HWND openMenu() {
+    const HWND menu = FindWindowW(L"#32768", nullptr);
+    return menu && IsWindowVisible(menu) ? menu : nullptr;
+}
+
 TEST_F(Clients, ChooseFromTheCharactersMenu) {
     Heard heard(control);
     Object character = load(u"ann@x");
     Object commands = character.object(u"Commands");
     commands.call(u"Add", {Variant(u"ann@xQ%"), Variant(u"&Quick Message")});
     commands.call(u"Add", {Variant(u"ann@x1%"), Variant(u" "), Variant(u""), Variant(false)});
+    commands.call(u"Add", {Variant(u"ann@x2%"), Variant(u"  "), Variant(u""), Variant(false)});
     commands.call(u"Add", {Variant(u"hidden"), Variant(u"Hidden"), Variant(u""), Variant(true), Variant(false)});
     commands.call(u"Add", {Variant(u"mute"), Variant(u"")});
     commands.call(u"Add", {Variant(u"ann@xR%"), Variant(u"&Remove Me")});
+    commands.call(u"Add", {Variant(u"ann@x3%"), Variant(u" "), Variant(u""), Variant(false)});
     character.call(u"MoveTo", {Variant(std::int16_t{200}), Variant(std::int16_t{200})});
     character.call(u"Show", {Variant(true)});
     ASSERT_TRUE(pumpUntil([] { return characterWindow() && IsWindowVisible(characterWindow()); }));
-    character.call(u"ShowPopupMenu", {Variant(std::int16_t{230}), Variant(std::int16_t{220})});
-    const auto menu = [] { return FindWindowW(L"#32768", nullptr); };
-    ASSERT_TRUE(pumpUntil([&] { return menu() && IsWindowVisible(menu()); }));
+    const auto pop_up = [&] {
+        character.call(u"ShowPopupMenu", {Variant(std::int16_t{230}), Variant(std::int16_t{220})});
+        ASSERT_TRUE(pumpUntil(openMenu));
+    };
+    pop_up();
     screenshot("agent-menu");
-    // The last entry, by the keyboard, as the menu's own process sees it.
-    const HWND owner = FindWindowW(L"AgentServerMessages", nullptr);
-    PostMessageW(owner, WM_KEYDOWN, VK_UP, 0);
-    PostMessageW(owner, WM_KEYDOWN, VK_RETURN, 0);
-    EXPECT_TRUE(heard.soon("17 ann@xR% of ann@x"));
+    keys({VK_UP, VK_RETURN});
+    EXPECT_TRUE(heard.soon("17 ann@xR% of ann@x")) << "the last entry";
+    pop_up();
+    keys({VK_UP, VK_UP, VK_RETURN});
+    EXPECT_TRUE(heard.soon("17 ann@xQ% of ann@x")) << "the one above it: what parts them is no entry";
+    heard.lines.clear();
+    pop_up();
+    RECT place{};
+    GetWindowRect(openMenu(), &place);
+    SetCursorPos((place.left + place.right) / 2, place.bottom - 10);
+    mouse_event(MOUSEEVENTF_LEFTDOWN, 0, 0, 0, 0);
+    mouse_event(MOUSEEVENTF_LEFTUP, 0, 0, 0, 0);
+    EXPECT_TRUE(heard.soon("17 ann@xR% of ann@x")) << "by the mouse";
+}
+
+TEST_F(Clients, AMenuThatIsLeftGivesTheKeyboardBack) {
+    Object character = load(u"a");
+    character.call(u"Show", {Variant(true)});
+    const HWND own = CreateWindowExW(0, L"EDIT", L"", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 300, 300, 200, 100, nullptr,
+                                     nullptr, nullptr, nullptr);
+    SetForegroundWindow(own);
+    ASSERT_TRUE(pumpUntil([&] { return GetForegroundWindow() == own && GetFocus() == own; }));
+    character.call(u"ShowPopupMenu", {Variant(std::int16_t{230}), Variant(std::int16_t{220})});
+    ASSERT_TRUE(pumpUntil(openMenu));
+    EXPECT_NE(GetForegroundWindow(), own);
+    keys({VK_ESCAPE});
+    EXPECT_TRUE(pumpUntil([&] { return !openMenu() && GetForegroundWindow() == own && GetFocus() == own; }));
+    DestroyWindow(own);
 }
 
 TEST_F(Clients, EachHaveTheirOwnCharacters) {

@@ -1,6 +1,7 @@
 // The speech program of this machine, really started.
 #include <algorithm>
 #include <future>
+#include <set>
 
 #include <gtest/gtest.h>
 
@@ -43,6 +44,28 @@ TEST_F(EspeakTest, SpeaksItsLanguagesAndNoOthers) {
     }
     EXPECT_FALSE(engine->speaks(0));
     EXPECT_FALSE(engine->speaks(0xFFFF));
+}
+
+TEST_F(EspeakTest, SaysSomethingInEachOfThirtyOneLanguages) {
+    const std::pair<std::uint16_t, const char16_t*> greetings[] = {
+        {1025, u"صباح الخير"},     {1069, u"Egun on"},     {1050, u"Dobro jutro"},  {1029, u"Dobré ráno"},
+        {1030, u"God morgen"},     {1043, u"Goedemorgen"}, {1033, u"Good morning"}, {2057, u"Good morning"},
+        {1035, u"Hyvää huomenta"}, {1036, u"Bonjour"},     {1031, u"Guten Morgen"}, {1032, u"Καλημέρα"},
+        {1037, u"בוקר טוב"},       {1038, u"Jó reggelt"},  {1040, u"Buongiorno"},   {1041, u"おはよう"},
+        {1042, u"안녕하세요"},     {1044, u"God morgen"},  {1045, u"Dzień dobry"},  {2070, u"Bom dia"},
+        {1046, u"Bom dia"},        {1048, u"Bună ziua"},   {1049, u"Доброе утро"},  {2052, u"早上好"},
+        {1051, u"Dobré ráno"},     {1060, u"Dobro jutro"}, {3082, u"Buenos días"},  {1053, u"God morgon"},
+        {1054, u"สวัสดี"},           {1028, u"早上好"},      {1055, u"Günaydın"}};
+    EXPECT_EQ(std::size(greetings), 31U);
+    std::set<std::vector<std::int16_t>> sounds;
+    for (const auto& [language, words] : greetings) {
+        const Manner manner{.language_id = language};
+        EXPECT_TRUE(engine->speaks(language)) << language;
+        EXPECT_GE(audible(words, manner), 250U) << language;
+        sounds.insert(say(words, manner)->samples);
+    }
+    // One voice speaks both kinds of Chinese.
+    EXPECT_EQ(sounds.size(), 30U);
 }
 
 TEST_F(EspeakTest, SaysGerman) {

@@ -16,7 +16,8 @@ struct MenuEntry {
     bool is_line = false; // parts the entries above from those below
 };
 
-// Runs the message loop until the user chooses an entry, whose id is the result, or closes the menu.
+// Runs the message loop until the user chooses an entry, whose id is the result, or closes the menu. The keyboard is
+// the menu's until then, and then that of the window that had it.
 std::optional<int> runPopupMenu(HWND owner, const std::vector<MenuEntry>& entries, int x, int y);
 
 } // namespace agent::stage

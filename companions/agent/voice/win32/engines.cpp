@@ -5,6 +5,7 @@
 
 #include <windows.h>
 
+#include "companions/agent/voice/engine_choice.h"
 #include "companions/agent/voice/espeak.h"
 #include "companions/agent/voice/win32/child_process.h"
 
@@ -91,8 +92,13 @@ std::unique_ptr<Engine> makeEspeak() {
 }
 
 std::unique_ptr<Engine> makeEngine() {
-    std::unique_ptr<Engine> engine = makeSapi();
-    return engine ? std::move(engine) : makeEspeak();
+    std::vector<std::unique_ptr<Engine>> engines;
+    for (std::unique_ptr<Engine> (*make)() : {makeSapi, makeEspeak}) {
+        if (std::unique_ptr<Engine> engine = make()) {
+            engines.push_back(std::move(engine));
+        }
+    }
+    return engines.empty() ? nullptr : std::make_unique<EngineChoice>(std::move(engines));
 }
 
 } // namespace agent::voice
