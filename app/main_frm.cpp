@@ -54,6 +54,12 @@ ui::Layout titled(ui::Frame& frame, ui::Layout inside) {
                                  .least(caption.width + 2 * indent));
 }
 
+// On the screen, where the place is not.
+void putBeside(ui::Form& form, std::int32_t left, std::int32_t top) {
+    const ui::Rect size = form.Place();
+    form.setPlace(ui::onScreen({ui::toPixels(left), ui::toPixels(top), size.width, size.height}));
+}
+
 } // namespace
 
 MainFrm::MainFrm(std::function<void()> main, std::function<bool()> beginsAgain)
@@ -277,6 +283,9 @@ void MainFrm::connectCharacters() {
     characterHost.conversationWindow = [this] { return MSNControl->GetWindowAt(ReadingWindowHandle); };
     characterHost.messenger = [this] { return &MSNControl->MSNAPI(); };
     characterHost.removeMoniteredContact = [this](const auto& key) { MSNControl->RemoveMoniteredContact(key); };
+    characterHost.openQuickMessage = [this](const auto& key, auto left, auto top) { openQuickMessage(key, left, top); };
+    characterHost.chooseLanguage = [this](const auto& key, auto left, auto top) { chooseLanguage(key, left, top); };
+    characterHost.characterGone = [this](const auto& key) { unloadWindowsOf(key); };
     characterHost.deleteSystemTrayIcon = [this] { DeleteSystemTrayIcon(); };
 }
 
@@ -447,6 +456,9 @@ void MainFrm::selectConversation(int rows_down) {
 
 void MainFrm::showWhetherReading() {
     SystemMenuStopReadingConver.setEnabled(IsReadingConversation != 0);
+    if (!IsReadingConversation && QuickMsgFRM) {
+        QuickMsgFRM->Unload();
+    }
 }
 
 void MainFrm::StartReadingConversation() {
@@ -731,9 +743,40 @@ void MainFrm::showNotice(std::unique_ptr<Window>& notice) {
     notice->Show();
 }
 
+void MainFrm::openQuickMessage(const std::u16string& key, std::int32_t left, std::int32_t top) {
+    if (!QuickMsgFRM) {
+        QuickMsgFRM = std::make_unique<murmelix::QuickMsgFRM>();
+    }
+    if (QuickMsgFRM->Loaded()) {
+        return QuickMsgFRM->Activate();
+    }
+    QuickMsgFRM->Contact = key;
+    putBeside(*QuickMsgFRM, left, top);
+    QuickMsgFRM->Show();
+}
+
+void MainFrm::chooseLanguage(const std::u16string& key, std::int32_t left, std::int32_t top) {
+    if (!LangFRM) {
+        LangFRM = std::make_unique<murmelix::LangFRM>(this);
+    }
+    LangFRM->Contact = key;
+    putBeside(*LangFRM, left, top);
+    showAlone(*LangFRM);
+}
+
+void MainFrm::unloadWindowsOf(const std::u16string& key) {
+    if (QuickMsgFRM && QuickMsgFRM->Contact == key) {
+        QuickMsgFRM->Unload();
+    }
+    if (LangFRM && LangFRM->Contact == key) {
+        LangFRM->Unload();
+    }
+}
+
 void MainFrm::unloadSecondaryWindows() {
-    for (ui::Form* window : std::array<ui::Form*, 5>{MatchupFrm.get(), AboutFRM.get(), MinimizeFrm.get(), TipFrm.get(),
-                                                     TipEmotFrm.get()}) {
+    for (ui::Form* window :
+         std::array<ui::Form*, 7>{MatchupFrm.get(), LangFRM.get(), AboutFRM.get(), MinimizeFrm.get(), TipFrm.get(),
+                                  TipEmotFrm.get(), QuickMsgFRM.get()}) {
         if (window) {
             window->Unload();
         }

@@ -11,10 +11,12 @@
 #include "app/about_frm.h"
 #include "app/notices.h"
 #include "controls/cool_list_box.h"
+#include "languages/lang_frm.h"
 #include "matchups/matchup_frm.h"
 #include "messenger/msn_control.h"
 #include "platform/agent_control.h"
 #include "platform/kept_place.h"
+#include "quickmsg/quick_msg_frm.h"
 #include "ui/button.h"
 #include "ui/check_box.h"
 #include "ui/drop_down_list.h"
@@ -149,6 +151,8 @@ class MainFrm : public ui::Form {
     std::unique_ptr<murmelix::MinimizeFrm> MinimizeFrm;
     std::unique_ptr<murmelix::TipFrm> TipFrm;
     std::unique_ptr<murmelix::TipEmotFrm> TipEmotFrm;
+    std::unique_ptr<murmelix::QuickMsgFRM> QuickMsgFRM;
+    std::unique_ptr<murmelix::LangFRM> LangFRM;
 
   private:
     void connectHandlers();
@@ -173,6 +177,10 @@ class MainFrm : public ui::Form {
     void selectConversation(int rows_down);
     void takeLastPlace();
     ui::Rect placeWithoutOptions() const;
+    // Both beside a character, whose contact's sign-in name is `key`; twips.
+    void openQuickMessage(const std::u16string& key, std::int32_t left, std::int32_t top);
+    void chooseLanguage(const std::u16string& key, std::int32_t left, std::int32_t top);
+    void unloadWindowsOf(const std::u16string& key);
     void unloadSecondaryWindows();
     void showAlone(ui::Form& window);
     template <class Window>

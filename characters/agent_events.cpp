@@ -57,14 +57,20 @@ void sayWhoIAm(const std::u16string& key) {
 }
 
 void changeLanguage(const std::u16string& key) {
+    static bool choosing = false; // one at a time: there is one LanguageToSwitch
     const auto character = loadedCharacter(key);
-    if (!character) {
+    if (!character || choosing) {
         return;
     }
     attempt([&] {
         LanguageToSwitch = toInt16(character->LanguageID());
+        const std::int32_t left = character->Left(), top = character->Top();
         if (characterHost.chooseLanguage) {
-            characterHost.chooseLanguage(ui::toTwips(character->Left()), ui::toTwips(character->Top()));
+            struct Choice {
+                Choice() { choosing = true; }
+                ~Choice() { choosing = false; }
+            } const choice;
+            characterHost.chooseLanguage(key, ui::toTwips(left), ui::toTwips(top));
         }
         if (character->LanguageID() == LanguageToSwitch) {
             return;

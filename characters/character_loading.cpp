@@ -172,6 +172,9 @@ void LoadCharacterForContact(const std::u16string& key) {
 }
 
 void UnloadCharacters(const std::vector<std::u16string>& keys) {
+    if (characterHost.characterGone) {
+        std::for_each(keys.begin(), keys.end(), characterHost.characterGone);
+    }
     if (stage_in_use) {
         return unload(keys);
     }

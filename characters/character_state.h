@@ -35,8 +35,10 @@ struct CharacterHost {
     std::function<void(const std::u16string& key)> removeMoniteredContact;
     // Opens the quick-message window for a contact, its top-left corner at these twips; not while one is open.
     std::function<void(const std::u16string& key, std::int32_t left, std::int32_t top)> openQuickMessage;
-    // Opens the language window beside a character (left, top in twips); returns when it has closed.
-    std::function<void(std::int32_t left, std::int32_t top)> chooseLanguage;
+    // Opens the language window beside a contact's character (left, top in twips); returns when it has closed.
+    std::function<void(const std::u16string& key, std::int32_t left, std::int32_t top)> chooseLanguage;
+    // A contact's character has left the stage, or the contact has none any more.
+    std::function<void(const std::u16string& key)> characterGone;
     std::function<void()> deleteSystemTrayIcon;
 };
 extern CharacterHost characterHost;

@@ -103,6 +103,7 @@ class Form : public Control {
     friend class Control;
     friend class Menu;
     friend class MenuItem;
+    friend class BarItem;
     std::vector<Control*> tabOrder() const;
     std::vector<Control*> reachableOrder() const;
     void load();
@@ -121,6 +122,7 @@ class Form : public Control {
     Control* focused_ = nullptr;
     Control* marked_ = nullptr; // the button that is drawn as the default one
     std::vector<Menu*> menus_;
+    int bar_entries_ = 0; // of the menu bar
     std::vector<std::pair<Shortcut, std::function<void()>>> accelerators_;
 };
 

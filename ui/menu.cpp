@@ -1,6 +1,5 @@
 #include "ui/menu.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "ui/form.h"
@@ -8,9 +7,7 @@
 namespace murmelix::ui {
 
 Menu::Menu(Form& form, const std::u16string& caption)
-    : form_(form), in_bar_(true), caption_(caption),
-      position_(static_cast<int>(
-          std::count_if(form.menus_.begin(), form.menus_.end(), [](const Menu* menu) { return menu->in_bar_; }))),
+    : form_(form), in_bar_(true), caption_(caption), position_(form.bar_entries_++),
       handle_(native::createMenu(*this)) {
     form.menus_.push_back(this);
     native::addToBar(*this);
@@ -29,6 +26,7 @@ Menu::Menu(Form& form) : form_(form), handle_(native::createMenu(*this)) {
 Menu::~Menu() {
     Clear();
     std::erase(form_.menus_, this);
+    form_.bar_entries_ -= in_bar_ ? 1 : 0;
     native::destroyMenu(*this);
 }
 
@@ -107,6 +105,13 @@ void MenuItem::setDefault() {
 
 void MenuItem::setPicture(const Picture& picture) {
     picture_ = picture;
+    in_colours_ = false;
+    native::setMenuItemPicture(*this);
+}
+
+void MenuItem::setColourPicture(const Picture& picture) {
+    picture_ = picture;
+    in_colours_ = true;
     native::setMenuItemPicture(*this);
 }
 
@@ -125,6 +130,21 @@ bool MenuItem::reachable() const {
         enabled = enabled && (menu->Enabled() || (menu->inBar() && menu->Caption().empty()));
     }
     return enabled;
+}
+
+BarItem::BarItem(Form& form, const std::u16string& caption)
+    : form_(form), caption_(caption), position_(form.bar_entries_++) {
+    native::addToBar(*this);
+}
+
+BarItem::~BarItem() {
+    --form_.bar_entries_;
+    native::removeFromBar(*this);
+}
+
+void BarItem::onClick() {
+    const auto click = Click; // which may end with its form
+    raise(click);
 }
 
 } // namespace murmelix::ui

@@ -74,9 +74,12 @@ class MenuItem {
     bool Default() const { return default_; }
     void setDefault();
     bool separator() const { return caption_ == u"-"; }
-    // As the checked and the unchecked bitmap of the item.
+    // As the checked and the unchecked bitmap of the item, in the menu's own colours.
     void setPicture(const Picture& picture);
+    // Before the caption, in the picture's colours.
+    void setColourPicture(const Picture& picture);
     const Picture& picture() const { return picture_; }
+    bool inColours() const { return in_colours_; }
     const Shortcut& shortcut() const { return shortcut_; }
 
     Menu& menu() const { return menu_; }
@@ -93,6 +96,27 @@ class MenuItem {
     bool enabled_ = true, checked_ = false, default_ = false;
     int position_;
     Picture picture_;
+    bool in_colours_ = false;
+};
+
+// An entry of the menu bar that is chosen itself.
+class BarItem {
+  public:
+    BarItem(Form& form, const std::u16string& caption);
+    ~BarItem();
+    BarItem(const BarItem&) = delete;
+    BarItem& operator=(const BarItem&) = delete;
+
+    const std::u16string& Caption() const { return caption_; }
+    Form& form() const { return form_; }
+    int position() const { return position_; } // from 0, in the menu bar
+    std::function<void()> Click;
+    void onClick();
+
+  private:
+    Form& form_;
+    std::u16string caption_;
+    int position_;
 };
 
 // Carried out by win32/menu.cpp. Menus are known by their handles, items by their place.
@@ -100,6 +124,8 @@ namespace native {
 Handle createMenu(Menu& menu);
 void destroyMenu(Menu& menu);
 void addToBar(const Menu& menu);
+void addToBar(BarItem& item);
+void removeFromBar(BarItem& item);
 void addBelow(const Menu& menu);
 void changeMenu(const Menu& menu);
 void addMenuItem(MenuItem& item);

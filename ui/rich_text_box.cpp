@@ -4,8 +4,28 @@
 
 namespace murmelix::ui {
 
-RichTextBox::RichTextBox(Control& parent, Use use)
-    : Control(parent, use == Use::edit ? native::createRichEdit : native::createRichView, u"") {}
+namespace {
+
+auto makeFor(RichTextBox::Use use, RichTextBox::WindowClass window_class) {
+    using WindowClass = RichTextBox::WindowClass;
+    if (use == RichTextBox::Use::show) {
+        return window_class == WindowClass::ansi ? native::createAnsiRichView : native::createRichView;
+    }
+    switch (window_class) {
+    case WindowClass::ansi:
+        return native::createAnsiRichEdit;
+    case WindowClass::ink:
+        return native::createInkEdit;
+    case WindowClass::wide:
+        break;
+    }
+    return native::createRichEdit;
+}
+
+} // namespace
+
+RichTextBox::RichTextBox(Control& parent, Use use, WindowClass window_class)
+    : Control(parent, makeFor(use, window_class), u"") {}
 
 std::u16string RichTextBox::Text() const {
     return native::richText(handle_);

@@ -11,7 +11,10 @@ namespace murmelix::ui {
 class RichTextBox : public Control {
   public:
     enum class Use { edit, show };
-    RichTextBox(Control& parent, Use use);
+    // RichEdit20W, RichEdit20A (which keeps what the ANSI code page has), or one by the name InkEdit: what other
+    // programs look for.
+    enum class WindowClass { wide, ansi, ink };
+    RichTextBox(Control& parent, Use use, WindowClass window_class = WindowClass::wide);
     bool takesFocus() const override { return true; }
     char16_t mnemonic() const override { return 0; }
     Size neededSize(int = 0) const override { return {0, 3 * sizeFor(u"X").height}; }
@@ -39,7 +42,10 @@ class RichTextBox : public Control {
 // Carried out by win32/rich_text_box.cpp.
 namespace native {
 Handle createRichEdit(Control& box, Handle parent, const std::u16string& text);
+Handle createAnsiRichEdit(Control& box, Handle parent, const std::u16string& text);
+Handle createInkEdit(Control& box, Handle parent, const std::u16string& text);
 Handle createRichView(Control& box, Handle parent, const std::u16string& text);
+Handle createAnsiRichView(Control& box, Handle parent, const std::u16string& text);
 std::u16string richText(Handle box);
 void replaceSelection(Handle box, const std::u16string& text);
 void appendRich(Handle box, std::u16string_view text, const RichTextBox::Looks& looks);

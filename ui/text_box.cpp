@@ -20,6 +20,10 @@ void TextBox::SelectAll() {
     native::selectAll(handle_);
 }
 
+void TextBox::CaretToEnd() {
+    native::caretToEnd(handle_);
+}
+
 void TextBox::onText(const std::u16string& text) {
     if (text == text_) {
         return;

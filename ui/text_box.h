@@ -15,7 +15,8 @@ class TextBox : public Control {
     // Setting another text than the current one raises Change.
     void setText(const std::u16string& text);
     void SelectAll();
-    std::function<void()> Change;
+    void CaretToEnd();
+    std::function<void()> Change, DblClick;
     // The user changed the text.
     void onText(const std::u16string& text);
 
@@ -27,6 +28,7 @@ class TextBox : public Control {
 namespace native {
 Handle createTextBox(Control& box, Handle parent, const std::u16string& text);
 void selectAll(Handle box);
+void caretToEnd(Handle box);
 } // namespace native
 
 } // namespace murmelix::ui

@@ -4,7 +4,7 @@
 NAME.svg becomes NAME.ico; NAME_small.svg, where there is one, gives its sizes up to 24 pixels. conversation.svg becomes
 a picture, too, on white. menu/NAME.svg becomes menu_NAME.ico, of one bit a pixel and for every size that the checks of
 menus have: as the picture of a menu item it takes the menu's own colours. menu/small/NAME.svg, drawn in dots, gives the
-sizes at which little of the other would be left."""
+sizes at which little of the other would be left. smilies/NAME.svg becomes smiley_NAME.ico, in colours."""
 
 import concurrent.futures
 import pathlib
@@ -18,6 +18,7 @@ SIZES = (16, 20, 24, 32, 40, 48, 64, 80, 96, 128, 256)
 ICONS = {"murmelix": SIZES, "messenger": SIZES, "agent": SIZES, "setup": SIZES, "updater": SIZES,
          "conversation": (16, 20, 24, 32, 40, 48, 64), "about": (96, 120, 144, 192),
          "blank_character": (96, 120, 144, 192), "more_characters": (96, 120, 144, 192)}
+SMILEY_SIZES = (16, 20, 24, 32)
 MENU_SIZES = range(11, 33)
 SMALL_MENU_SIZE, SMALL_MENU_UP_TO = 11, 13  # pixels of the small drawings, and how far they are used
 HERE = pathlib.Path(__file__).resolve().parent
@@ -132,6 +133,10 @@ def main(arguments):
             images.append((size, iconImage(render(converter, svg, size), size)))
         (directory / f"{name}.ico").write_bytes(icon(images))
 
+    def buildSmiley(svg):
+        images = [(size, iconImage(render(converter, svg, size), size)) for size in SMILEY_SIZES]
+        (directory / f"smiley_{svg.stem}.ico").write_bytes(icon(images))
+
     def buildMenuPicture(svg):
         small = svg.parent / "small" / svg.name
         images = []
@@ -144,6 +149,7 @@ def main(arguments):
     with concurrent.futures.ThreadPoolExecutor() as pool:
         list(pool.map(buildIcon, ICONS))
         list(pool.map(buildMenuPicture, sorted((HERE / "menu").glob("*.svg"))))
+        list(pool.map(buildSmiley, sorted((HERE / "smilies").glob("*.svg"))))
     (directory / "conversation.bmp").write_bytes(bitmap(render(converter, HERE / "conversation.svg", 32)))
 
 

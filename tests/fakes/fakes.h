@@ -5,6 +5,7 @@
 #include "tests/fakes/ansi.h"
 #include "tests/fakes/clock.h"
 #include "tests/fakes/files.h"
+#include "tests/fakes/foreign_windows.h"
 #include "tests/fakes/http.h"
 #include "tests/fakes/messenger.h"
 #include "tests/fakes/neighbours.h"
@@ -24,6 +25,7 @@ struct State {
     UserStores user_stores;
     MessageBoxes message_boxes;
     Network network;
+    ForeignWindows foreign_windows;
     Neighbours neighbours;
     Messenger messenger;
     AgentServer agent;

@@ -23,8 +23,9 @@ std::map<HMENU, Menu*>& menus() {
 }
 
 struct Command {
-    MenuItem* item;
-    Bitmap picture;
+    MenuItem* item = nullptr;
+    BarItem* in_bar = nullptr; // where it is no item of a menu
+    Bitmap picture{};
 };
 
 std::map<UINT, Command>& commands() {
@@ -68,6 +69,16 @@ UINT commandOf(const MenuItem& item) {
     return GetMenuItemID(popupOf(item), item.position());
 }
 
+void appendToBar(const Form& form, UINT flags, UINT_PTR menu_or_command, const std::u16string& caption) {
+    HWND hwnd = windowOf(form.handle());
+    HMENU bar = GetMenu(hwnd);
+    if (!bar) {
+        bar = CreateMenu();
+    }
+    AppendMenuW(bar, flags, menu_or_command, wide(caption));
+    SetMenu(hwnd, bar);
+}
+
 void popUp(const Menu& menu, POINT at) {
     HWND hwnd = windowOf(menu.form().handle());
     SetForegroundWindow(hwnd); // else the menu would stay when the user clicks elsewhere
@@ -96,8 +107,14 @@ bool win32::chooseCommand(UINT id) {
     if (found == commands().end()) {
         return false;
     }
-    raise(found->second.item->menu().form().UserActs);
-    found->second.item->onClick();
+    MenuItem* const item = found->second.item;
+    BarItem* const in_bar = found->second.in_bar;
+    raise((item ? item->menu().form() : in_bar->form()).UserActs);
+    if (item) {
+        item->onClick();
+    } else {
+        in_bar->onClick();
+    }
     return true;
 }
 
@@ -138,13 +155,19 @@ void destroyMenu(Menu& menu) {
 }
 
 void addToBar(const Menu& menu) {
-    HWND hwnd = windowOf(menu.form().handle());
-    HMENU bar = GetMenu(hwnd);
-    if (!bar) {
-        bar = CreateMenu();
-    }
-    AppendMenuW(bar, MF_POPUP, menu.handle(), wide(menu.Caption()));
-    SetMenu(hwnd, bar);
+    appendToBar(menu.form(), MF_POPUP, menu.handle(), menu.Caption());
+}
+
+void addToBar(BarItem& item) {
+    const UINT id = freeCommand();
+    commands()[id].in_bar = &item;
+    appendToBar(item.form(), MF_STRING, id, item.Caption());
+}
+
+void removeFromBar(BarItem& item) {
+    HMENU bar = GetMenu(windowOf(item.form().handle()));
+    commands().erase(GetMenuItemID(bar, item.position()));
+    RemoveMenu(bar, static_cast<UINT>(item.position()), MF_BYPOSITION);
 }
 
 void addBelow(const Menu& menu) {
@@ -167,7 +190,7 @@ void changeMenu(const Menu& menu) {
 
 void addMenuItem(MenuItem& item) {
     const UINT id = freeCommand();
-    commands().emplace(id, Command{&item, {}});
+    commands()[id].item = &item;
     AppendMenuW(popupOf(item), item.separator() ? MF_SEPARATOR : MF_STRING, id, wide(item.text()));
 }
 
@@ -189,8 +212,16 @@ void removeMenuItem(const MenuItem& item) {
 
 void setMenuItemPicture(const MenuItem& item) {
     const UINT id = commandOf(item);
-    Bitmap bitmap = menuPicture(item.picture());
-    SetMenuItemBitmaps(popupOf(item), id, MF_BITMAP, bitmap.get(), bitmap.get());
+    Bitmap bitmap = item.inColours() ? colourPicture(item.picture()) : menuPicture(item.picture());
+    if (item.inColours()) {
+        MENUITEMINFOW info{};
+        info.cbSize = sizeof info;
+        info.fMask = MIIM_BITMAP;
+        info.hbmpItem = bitmap.get();
+        SetMenuItemInfoW(popupOf(item), placeOf(item), TRUE, &info);
+    } else {
+        SetMenuItemBitmaps(popupOf(item), id, MF_BITMAP, bitmap.get(), bitmap.get());
+    }
     commands().at(id).picture = std::move(bitmap);
 }
 

@@ -40,11 +40,30 @@ std::u16string shown(std::u16string_view text) {
     return visible;
 }
 
+constexpr wchar_t wide_class[] = L"RichEdit20W", ansi_class[] = L"RichEdit20A", ink_class[] = L"InkEdit";
+
+// The class of the tablet's ink edit box is there on few machines: where it is not, a rich edit box gets its name.
+const wchar_t* inkEditClass() {
+    static const bool there = [] {
+        loadRichEdit();
+        WNDCLASSEXW described{};
+        described.cbSize = sizeof described;
+        if (!GetClassInfoExW(nullptr, wide_class, &described)) {
+            return false;
+        }
+        described.lpszClassName = ink_class;
+        described.hInstance = GetModuleHandleW(nullptr);
+        described.style &= ~static_cast<UINT>(CS_GLOBALCLASS);
+        return RegisterClassExW(&described) != 0 || GetLastError() == ERROR_CLASS_ALREADY_EXISTS;
+    }();
+    return there ? ink_class : wide_class;
+}
+
 class RichWindow : public ControlWindow {
   public:
-    RichWindow(Control& box, DWORD style, HWND parent, const std::u16string& text)
+    RichWindow(Control& box, const wchar_t* window_class, DWORD style, HWND parent, const std::u16string& text)
         : ControlWindow(
-              box, {(loadRichEdit(), L"RichEdit20W"), style | WS_TABSTOP | WS_VSCROLL | ES_MULTILINE | ES_AUTOVSCROLL},
+              box, {(loadRichEdit(), window_class), style | WS_TABSTOP | WS_VSCROLL | ES_MULTILINE | ES_AUTOVSCROLL},
               parent, text) {
         SendMessageW(hwnd(), EM_EXLIMITTEXT, 0, 0x7FFFFFFE);
     }
@@ -60,9 +79,10 @@ class RichWindow : public ControlWindow {
     }
 };
 
-class RichEdit final : public RichWindow {
+class RichEdit : public RichWindow {
   public:
-    RichEdit(Control& box, HWND parent, const std::u16string& text) : RichWindow(box, 0, parent, text) {
+    RichEdit(Control& box, HWND parent, const std::u16string& text, const wchar_t* window_class = wide_class)
+        : RichWindow(box, window_class, 0, parent, text) {
         // What other programs put in is never taken for formatted text.
         SendMessageW(hwnd(), EM_SETTEXTMODE, TM_PLAINTEXT, 0);
     }
@@ -70,10 +90,20 @@ class RichEdit final : public RichWindow {
     bool keeps(const Shortcut& key) const override { return key.key != Key::tab && key.key != Key::escape; }
 };
 
-class RichView final : public RichWindow {
+class AnsiRichEdit final : public RichEdit {
   public:
-    RichView(Control& box, HWND parent, const std::u16string& text)
-        : RichWindow(box, ES_READONLY | ES_NOHIDESEL, parent, text) {
+    AnsiRichEdit(Control& box, HWND parent, const std::u16string& text) : RichEdit(box, parent, text, ansi_class) {}
+};
+
+class InkEdit final : public RichEdit {
+  public:
+    InkEdit(Control& box, HWND parent, const std::u16string& text) : RichEdit(box, parent, text, inkEditClass()) {}
+};
+
+class RichView : public RichWindow {
+  public:
+    RichView(Control& box, HWND parent, const std::u16string& text, const wchar_t* window_class = wide_class)
+        : RichWindow(box, window_class, ES_READONLY | ES_NOHIDESEL, parent, text) {
         SendMessageW(hwnd(), EM_SETUNDOLIMIT, 0, 0);
     }
 
@@ -174,10 +204,27 @@ class RichView final : public RichWindow {
     POINT scrolled_{};
 };
 
+class AnsiRichView final : public RichView {
+  public:
+    AnsiRichView(Control& box, HWND parent, const std::u16string& text) : RichView(box, parent, text, ansi_class) {}
+};
+
 } // namespace
 
 native::Handle native::createRichEdit(Control& box, Handle parent, const std::u16string& text) {
     return make<RichEdit>(box, parent, text);
+}
+
+native::Handle native::createAnsiRichEdit(Control& box, Handle parent, const std::u16string& text) {
+    return make<AnsiRichEdit>(box, parent, text);
+}
+
+native::Handle native::createInkEdit(Control& box, Handle parent, const std::u16string& text) {
+    return make<InkEdit>(box, parent, text);
+}
+
+native::Handle native::createAnsiRichView(Control& box, Handle parent, const std::u16string& text) {
+    return make<AnsiRichView>(box, parent, text);
 }
 
 native::Handle native::createRichView(Control& box, Handle parent, const std::u16string& text) {

@@ -2,16 +2,31 @@
 
 #include "ui/win32/window.h"
 
+#include <commctrl.h>
+
 namespace murmelix::ui {
 
 using namespace win32;
 
 namespace {
 
+// The system selects a word by a double click; whoever listens hears of it after that.
+LRESULT CALLBACK boxProcedure(HWND hwnd, UINT message, WPARAM wparam, LPARAM lparam, UINT_PTR, DWORD_PTR) {
+    const LRESULT result = DefSubclassProc(hwnd, message, wparam, lparam);
+    if (message == WM_LBUTTONDBLCLK) {
+        if (ControlWindow* window = find(hwnd)) {
+            guarded([&] { raise(static_cast<TextBox&>(window->control()).DblClick); });
+        }
+    }
+    return result;
+}
+
 class TextBoxWindow final : public ControlWindow {
   public:
     TextBoxWindow(Control& box, HWND parent, const std::u16string& text)
-        : ControlWindow(box, {L"EDIT", ES_AUTOHSCROLL | WS_TABSTOP, WS_EX_CLIENTEDGE}, parent, text) {}
+        : ControlWindow(box, {L"EDIT", ES_AUTOHSCROLL | WS_TABSTOP, WS_EX_CLIENTEDGE}, parent, text) {
+        SetWindowSubclass(hwnd(), boxProcedure, 1, 0);
+    }
 
     // The system shows the text at the top of the inside: more height than the border takes would show it too high.
     Size room() const override { return {scaled(12), 2 * GetSystemMetrics(SM_CYEDGE) + 3}; }
@@ -51,6 +66,12 @@ native::Handle native::createTextBox(Control& box, Handle parent, const std::u16
 
 void native::selectAll(Handle box) {
     SendMessageW(windowOf(box), EM_SETSEL, 0, -1);
+}
+
+void native::caretToEnd(Handle box) {
+    const int length = GetWindowTextLengthW(windowOf(box));
+    SendMessageW(windowOf(box), EM_SETSEL, static_cast<WPARAM>(length), length);
+    SendMessageW(windowOf(box), EM_SCROLLCARET, 0, 0);
 }
 
 } // namespace murmelix::ui

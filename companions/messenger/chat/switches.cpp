@@ -1,9 +1,12 @@
 #include "companions/messenger/chat/switches.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <functional>
 #include <map>
+#include <string_view>
+#include <utility>
 
 #include "common/text.h"
 
@@ -24,6 +27,20 @@ std::optional<double> number(const std::u16string& text) {
         return std::nullopt;
     }
     return value;
+}
+
+std::optional<EditClass> editClass(std::u16string_view name) {
+    static constexpr std::pair<std::u16string_view, EditClass> classes[] = {
+        {u"RichEdit20A", EditClass::rich_edit_20a},
+        {u"RichEdit20W", EditClass::rich_edit_20w},
+        {u"InkEdit", EditClass::ink_edit},
+    };
+    for (const auto& [class_name, edit_class] : classes) {
+        if (murmelix::sameText(name, class_name, murmelix::LetterCase::ignored)) {
+            return edit_class;
+        }
+    }
+    return std::nullopt;
 }
 
 } // namespace
@@ -84,6 +101,16 @@ Switches parseSwitches(const std::vector<std::u16string>& arguments) {
         switches.idle = *parsed;
         return true;
     };
+    const auto edits = [&switches](const std::u16string& value) {
+        const std::size_t plus = std::min(value.find(u'+'), value.size());
+        const auto history = editClass(std::u16string_view(value).substr(0, plus));
+        const auto input = editClass(std::u16string_view(value).substr(std::min(plus + 1, value.size())));
+        if (!history || !input || history == EditClass::ink_edit) {
+            return false;
+        }
+        switches.edits = {*history, *input};
+        return true;
+    };
     const auto command = [&switches](const std::u16string& value) {
         switches.task = Switches::Task::send;
         switches.command = value;
@@ -103,6 +130,7 @@ Switches parseSwitches(const std::vector<std::u16string>& arguments) {
         {u"top", pixels(switches.top)},
         {u"width", pixels(switches.width)},
         {u"height", pixels(switches.height)},
+        {u"edits", edits},
         {u"send", command},
     };
     const std::map<std::u16string, std::function<void()>> alone{

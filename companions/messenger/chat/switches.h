@@ -13,6 +13,9 @@
 //   /connect MS            a sign-in takes so long (900); 0: none; hold: until the command "signing finish" (control.h)
 //   /idle MINUTES          online becomes idle when nothing was touched for so long (10); 0: never
 //   /left /top /width /height N   place of the conversation window on the screen, in pixels
+//   /edits A+B             window classes of the history and of the input box of conversations, as different releases
+//   have
+//                          them (RichEdit20W+RichEdit20W): A of RichEdit20A and RichEdit20W, B of these and InkEdit
 //   /orders                take control commands (see control.h) from any program of this desktop: for tests alone
 //   /send COMMAND          hand a control command to the running client; its result is the exit status
 //   /regserver /unregserver       write or remove the registration of Messenger.UIAutomation
@@ -27,6 +30,12 @@
 #include "companions/messenger/chat/replay.h"
 
 namespace messenger_client {
+
+enum class EditClass { rich_edit_20a, rich_edit_20w, ink_edit };
+
+struct EditClasses {
+    EditClass history = EditClass::rich_edit_20w, input = EditClass::rich_edit_20w;
+};
 
 struct Switches {
     enum class Task { run, register_server, unregister_server, send };
@@ -45,6 +54,7 @@ struct Switches {
     bool hold = false;
     double idle = 10; // minutes
     std::optional<int> left, top, width, height;
+    EditClasses edits;
     bool orders = false;
     std::u16string command;
     std::u16string error; // what is wrong with the command line; empty where it is good

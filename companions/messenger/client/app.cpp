@@ -191,7 +191,7 @@ void App::changed(const Change& change) {
         }
         const ui::Rect place =
             placeOfConversation(last ? ui::workArea(*last) : ui::workArea(), windows_.size(), wanted, last);
-        windows_.push_back(std::make_unique<ConversationWindow>(client_, change.conversation, place));
+        windows_.push_back(std::make_unique<ConversationWindow>(client_, change.conversation, place, switches_.edits));
         windows_.back()->ShowInactive();
     }
     main_.changed(change);

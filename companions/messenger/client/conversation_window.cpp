@@ -54,6 +54,19 @@ ui::Rect frameOf(const ui::Control& control, int inset) {
     return pixelsOf({place.left - inset, place.top - inset, place.width + inset + pixel, place.height + 2 * inset});
 }
 
+ui::RichTextBox::WindowClass windowClass(EditClass edit_class) {
+    using WindowClass = ui::RichTextBox::WindowClass;
+    switch (edit_class) {
+    case EditClass::rich_edit_20a:
+        return WindowClass::ansi;
+    case EditClass::ink_edit:
+        return WindowClass::ink;
+    case EditClass::rich_edit_20w:
+        break;
+    }
+    return WindowClass::wide;
+}
+
 std::u16string listed(const std::vector<ContactPtr>& people, std::size_t longest) {
     std::u16string names;
     for (const ContactPtr& contact : people) {
@@ -95,9 +108,12 @@ ui::Rect placeOfConversation(const ui::Rect& work_area, std::size_t others, cons
     return {left, top, width, wanted.height.value_or(std::max(std::min(px(first_height), bottom - top), least))};
 }
 
-ConversationWindow::ConversationWindow(Client& client, ConversationPtr conversation, const ui::Rect& place)
-    : Form(nullptr, u"Conversation", ui::FormStyle::sizable, conversation_class), ShowTimer(show_delay),
-      client_(client), conversation_(std::move(conversation)) {
+ConversationWindow::ConversationWindow(Client& client, ConversationPtr conversation, const ui::Rect& place,
+                                       const EditClasses& edits)
+    : Form(nullptr, u"Conversation", ui::FormStyle::sizable, conversation_class),
+      History(*this, ui::RichTextBox::Use::show, windowClass(edits.history)),
+      Input(*this, ui::RichTextBox::Use::edit, windowClass(edits.input)), ShowTimer(show_delay), client_(client),
+      conversation_(std::move(conversation)) {
     setIcon({u"#1", 32});
     setBackColor(colour::face);
     Paint = [this](ui::Surface& surface) { paint(surface); };

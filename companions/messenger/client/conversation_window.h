@@ -1,4 +1,4 @@
-// The window of one conversation. Its children, in order: the history and the input, both RichEdit20W, the button
+// The window of one conversation. Its children, in order: the history and the input (see the switch /edits), the button
 // "&Send", the drop-down that says as whom one types, the participants, and the button "&Invite". Other programs type
 // by WM_SETTEXT to the input and VK_SPACE to the button.
 #pragma once
@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "companions/messenger/chat/client.h"
+#include "companions/messenger/chat/switches.h"
 #include "companions/messenger/client/looks.h"
 #include "ui/button.h"
 #include "ui/drop_down_list.h"
@@ -33,7 +34,8 @@ ui::Rect placeOfConversation(const ui::Rect& work_area, std::size_t others, cons
 
 class ConversationWindow final : public ui::Form {
   public:
-    ConversationWindow(Client& client, ConversationPtr conversation, const ui::Rect& place);
+    ConversationWindow(Client& client, ConversationPtr conversation, const ui::Rect& place,
+                       const EditClasses& edits = {});
 
     const ConversationPtr& conversation() const { return conversation_; }
     // Keeps its place for the next one, where the user has given it another.
@@ -41,8 +43,8 @@ class ConversationWindow final : public ui::Form {
     // Follows a change of the client.
     void changed(const Change& change);
 
-    ui::RichTextBox History{*this, ui::RichTextBox::Use::show};
-    ui::RichTextBox Input{*this, ui::RichTextBox::Use::edit};
+    ui::RichTextBox History;
+    ui::RichTextBox Input;
     ui::Button Send{*this, u"&Send"};
     ui::DropDownList TypeAs{*this};
     ui::ListBox People{*this};

@@ -23,6 +23,8 @@ void destroyMenu(Menu& menu) {
 }
 
 void addToBar(const Menu&) {}
+void addToBar(BarItem&) {}
+void removeFromBar(BarItem&) {}
 void addBelow(const Menu&) {}
 void changeMenu(const Menu&) {}
 void addMenuItem(MenuItem&) {}

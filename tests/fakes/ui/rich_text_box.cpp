@@ -9,6 +9,18 @@ Handle createRichEdit(Control& control, Handle, const std::u16string&) {
     return newHandle(control);
 }
 
+Handle createAnsiRichEdit(Control& control, Handle parent, const std::u16string& text) {
+    return createRichEdit(control, parent, text);
+}
+
+Handle createInkEdit(Control& control, Handle parent, const std::u16string& text) {
+    return createRichEdit(control, parent, text);
+}
+
+Handle createAnsiRichView(Control& control, Handle parent, const std::u16string& text) {
+    return createRichView(control, parent, text);
+}
+
 Handle createRichView(Control& control, Handle, const std::u16string&) {
     return newHandle(control);
 }

@@ -1,6 +1,7 @@
 #include "ui/text_box.h"
 
 #include "tests/fakes/ui/handles.h"
+#include "tests/fakes/ui/windows.h"
 
 namespace murmelix::ui::native {
 
@@ -8,6 +9,12 @@ Handle createTextBox(Control& control, Handle, const std::u16string&) {
     return newHandle(control);
 }
 
-void selectAll(Handle) {}
+void selectAll(Handle box) {
+    fakes::screen().selections[box] = fakes::Selection::all;
+}
+
+void caretToEnd(Handle box) {
+    fakes::screen().selections[box] = fakes::Selection::end;
+}
 
 } // namespace murmelix::ui::native

@@ -128,6 +128,15 @@ bool choose(ui::MenuItem& item) {
     return true;
 }
 
+bool choose(ui::BarItem& item) {
+    if (!item.form().Visible()) {
+        return false;
+    }
+    ui::raise(item.form().UserActs);
+    item.onClick();
+    return true;
+}
+
 ui::MenuItem* find(ui::Menu& menu, std::u16string_view caption) {
     ui::raise(menu.Popup);
     const auto found = std::find_if(menu.items().begin(), menu.items().end(),

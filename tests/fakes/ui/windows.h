@@ -43,6 +43,8 @@ struct Run { // of a rich-text box
     ui::RichTextBox::Looks looks;
 };
 
+enum class Selection { all, end }; // the whole text, or the caret at its end
+
 struct Screen {
     double twips_per_pixel = 15;
     std::map<std::u16string, std::vector<std::u16string>> files; // by directory, sorted
@@ -56,6 +58,7 @@ struct Screen {
     std::uintptr_t focus = 0;                         // the handle of what has the keyboard
     std::map<std::uintptr_t, std::u16string> texts;   // of rich-text boxes
     std::map<std::uintptr_t, int> selected;           // entries of drop-down lists
+    std::map<std::uintptr_t, Selection> selections;   // last set in text boxes
     ui::Rect work_area{0, 0, 1024, 768};              // pixels
     std::map<std::uintptr_t, std::vector<Run>> runs;  // of rich-text boxes, in order
     std::map<std::uintptr_t, ui::Form::State> states; // of forms that are not normal
@@ -99,6 +102,7 @@ bool pick(ui::ListBox& list, int index);
 bool doubleClick(ui::ListBox& list, int index);
 bool askForMenu(ui::Control& control); // by the right mouse button
 bool choose(ui::MenuItem& item);       // its menu is opened for it
+bool choose(ui::BarItem& item);
 // That reads so, "&" and shortcut left out; null where the menu has none. Fills the menu in as opening it does.
 ui::MenuItem* find(ui::Menu& menu, std::u16string_view caption);
 bool key(ui::Form& form, const ui::Shortcut& key); // tells whether it was of use

@@ -110,7 +110,8 @@ TEST_F(AgentEvents, LanguageIsChangedAndReadBack) {
     character_->left = 10;
     character_->top = 20;
     std::pair<int, int> place;
-    characterHost.chooseLanguage = [&](std::int32_t left, std::int32_t top) {
+    characterHost.chooseLanguage = [&](const std::u16string& key, std::int32_t left, std::int32_t top) {
+        EXPECT_EQ(key, u"a@x");
         place = {left, top};
         EXPECT_EQ(LanguageToSwitch, 1033);
         LanguageToSwitch = 1031;
@@ -122,7 +123,7 @@ TEST_F(AgentEvents, LanguageIsChangedAndReadBack) {
 }
 
 TEST_F(AgentEvents, ClosedLanguageWindowChangesNothing) {
-    characterHost.chooseLanguage = [](std::int32_t, std::int32_t) {};
+    characterHost.chooseLanguage = [](const std::u16string&, std::int32_t, std::int32_t) {};
     character_->language_id = 1034;
     Agent_Command(u"a@xL%");
     EXPECT_THAT(calls(), IsEmpty());
@@ -130,7 +131,7 @@ TEST_F(AgentEvents, ClosedLanguageWindowChangesNothing) {
 }
 
 TEST_F(AgentEvents, LanguageWithoutAVoiceIsTold) {
-    characterHost.chooseLanguage = [](std::int32_t, std::int32_t) { LanguageToSwitch = 1037; };
+    characterHost.chooseLanguage = [](const std::u16string&, std::int32_t, std::int32_t) { LanguageToSwitch = 1037; };
     for (const bool call_fails : {false, true}) {
         fakes::messageBoxes().shown.clear();
         if (call_fails) {
