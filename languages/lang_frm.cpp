@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "app/pages.h"
+#include "common/text.h"
 #include "languages/language_table.h"
 #include "ui/layout.h"
 #include "ui/screen.h"
@@ -78,6 +79,7 @@ void LangFRM::Form_Load() {
     }
     LanguageList.SelectKey(u"%" + toText(LanguageToSwitch), true);
     ChangeButt.setEnabled(rowSelected());
+    LanguageList.P.SetFocus();
 }
 
 void LangFRM::layOut() {

@@ -85,11 +85,11 @@ TEST_F(CharacterWindowsTest, LanguageIsChosenBesideTheCharacterWhileTheTrayWaits
         EXPECT_EQ(shown.Place().top, 200);
         EXPECT_FALSE(form().SystemMenuRestoreWindow.Enabled());
         EXPECT_EQ(form().LangFRM->LanguageList.GetSelectedKey(), u"%1033");
-        form().LangFRM->LanguageList.SelectKey(u"%1036", true);
+        form().LangFRM->LanguageList.SelectKey(u"%1031", true);
         fakes::click(form().LangFRM->ChangeButt);
     };
     command(u"ann@xL%");
-    EXPECT_EQ(character_->language_id, 1036);
+    EXPECT_EQ(character_->language_id, 1031);
     EXPECT_TRUE(form().SystemMenuRestoreWindow.Enabled());
     EXPECT_THAT(boxes(), IsEmpty());
 }
