@@ -774,9 +774,8 @@ void MainFrm::unloadWindowsOf(const std::u16string& key) {
 }
 
 void MainFrm::unloadSecondaryWindows() {
-    for (ui::Form* window :
-         std::array<ui::Form*, 7>{MatchupFrm.get(), LangFRM.get(), AboutFRM.get(), MinimizeFrm.get(), TipFrm.get(),
-                                  TipEmotFrm.get(), QuickMsgFRM.get()}) {
+    for (ui::Form* window : std::array<ui::Form*, 7>{MatchupFrm.get(), LangFRM.get(), AboutFRM.get(), MinimizeFrm.get(),
+                                                     TipFrm.get(), TipEmotFrm.get(), QuickMsgFRM.get()}) {
         if (window) {
             window->Unload();
         }
