@@ -374,7 +374,13 @@ void ImgListBox::layOut(Windows& made) const {
     made.image.Move({margin, top, side, height});
     made.list.Move({margin + side + margin, top, std::max(Strip.Width() - side - 3 * margin, 0), height});
     const int line = made.list.P.surface().TextHeight(), around = ui::toPixels(30);
-    made.list.setItemHeight(static_cast<std::int16_t>(std::clamp(2 * line + 2 * around, 1, 1000)));
+    // Whole rows fill the list, so that none hides below its edge.
+    const auto inside = [&] { return made.list.P.surface().Height(); };
+    const int rows = std::max(inside() / std::max(2 * line + 2 * around, 1), 1), row = std::max(inside() / rows, 1);
+    made.list.setItemHeight(static_cast<std::int16_t>(std::min(row, 1000)));
+    if (inside() > rows * row) {
+        made.list.Move({made.list.Left(), top, made.list.Width(), height - ui::toTwips(inside() - rows * row)});
+    }
     made.list.SetPos(ui::toPixels(60), around, ui::toPixels(60), around + line, 0, 0);
 }
 

@@ -263,6 +263,20 @@ TEST_F(ImgListBoxTest, DropOnAListMatchesTheContact) {
     EXPECT_EQ(box->ListItems(2).Selected(), 0);
 }
 
+TEST_F(ImgListBoxTest, WholeRowsFillTheList) {
+    add(1);
+    CoolListBox& list = box->ListItems(1);
+    const int inside = list.P.surface().Height();
+    EXPECT_GE(inside / list.ItemHeight(), 2);
+    EXPECT_EQ(inside % list.ItemHeight(), 0);
+    EXPECT_GE(list.ItemHeight(), 2 * list.P.surface().TextHeight());
+    for (int i = 0; i <= inside / list.ItemHeight(); ++i) {
+        EXPECT_FALSE(list.Scroll.Visible());
+        box->GiveContact(u"friend" + toText(i) + u"@x", 1);
+    }
+    EXPECT_TRUE(list.Scroll.Visible()) << "for the one that does not fit";
+}
+
 TEST_F(ImgListBoxTest, DropBesideTheListIsTheSame) {
     add(4);
     scroll(1);
