@@ -4,6 +4,7 @@ import base64
 import contextlib
 import json
 import os
+import re
 import shutil
 import signal
 import subprocess
@@ -60,8 +61,8 @@ class Browser:
     def _told_port(self, log):
         if self._driver.poll() is not None:
             raise RuntimeError("the browser's driver has ended: " + log.read_text("utf-8", "replace"))
-        words = log.read_text("utf-8", "replace").split("on port ")
-        return words[-1].split(".")[0].strip() if len(words) > 1 and words[-1].rstrip().endswith(".") else None
+        told = re.search(r"started successfully on port (\d+)", log.read_text("utf-8", "replace"))
+        return told and int(told[1])
 
     def _ask(self, method, path, content=None):
         request = urllib.request.Request(f"http://127.0.0.1:{self._port}{path}", method=method,
