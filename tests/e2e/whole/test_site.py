@@ -249,9 +249,8 @@ class Site(unittest.TestCase):
 
     def test_every_page_the_program_names_is_there_in_both_spellings(self):
         named = set()
-        for folder in ("app", "characters", "controls", "download", "languages", "matchups", "messenger", "companions",
-                       "platform"):
-            for file in (ROOT / folder).rglob("*.cpp"):
+        for folder in {file.parent for file in ROOT.glob("*/CMakeLists.txt")} - {ROOT / "build", ROOT / "tests"}:
+            for file in folder.rglob("*.cpp"):
                 named |= set(re.findall(r'"(/Murmelix/[^"]*)"', file.read_text("utf-8")))
         self.assertEqual(named - set(PAGES), set())
         for path in (*PAGES, "/Murmelix/download/version.txt",
