@@ -1,5 +1,6 @@
 #include "tests/fakes/ui/drag_drop.h"
 
+#include "tests/fakes/ui/windows.h"
 #include "ui/native.h"
 #include "ui/picture_box.h"
 
@@ -17,8 +18,11 @@ void dragMouse(ui::PictureBox& box, double x, double y, double to_x, double to_y
         return;
     }
     box.MouseDown(ui::left_button, 0, x, y);
+    const auto handle = box.handle();
     box.MouseMove(ui::left_button, 0, to_x, to_y);
-    box.MouseUp(ui::left_button, 0, to_x, to_y);
+    if (screen().controls.contains(handle)) { // a drag can end with its box
+        box.MouseUp(ui::left_button, 0, to_x, to_y);
+    }
 }
 
 ui::DropEffect dragOver(ui::Control& control, const Drag& drag, double x, double y, ui::DragState state) {

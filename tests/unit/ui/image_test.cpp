@@ -23,7 +23,7 @@ struct Noise {
             palette += {static_cast<char>(i), static_cast<char>(255 - i), static_cast<char>(i * 7)};
         }
         for (int i = 0; i < width * height; ++i) {
-            indices.push_back(static_cast<std::uint8_t>(random() % 3 ? random() : i / 9));
+            indices.push_back(static_cast<std::uint8_t>(random() % 3 ? random() : static_cast<unsigned>(i / 9)));
         }
     }
     std::uint32_t colour(std::size_t i) const {
@@ -62,7 +62,7 @@ TEST(Gif, ColoursAreThoseOfThePalette) {
 TEST(Gif, SmallFilePackedByHand) {
     const std::string file("GIF87a\x02\x00\x02\x00\x81\x00\x00\xFF\x00\x00\x00\xFF\x00\x00\x00\xFF\xFF\xFF\xFF"
                            ",\x00\x00\x00\x00\x02\x00\x02\x00\x00\x02\x03\x44\x34\x05\x00;",
-                           44);
+                           42);
     const auto image = decodeGif(file);
     ASSERT_TRUE(image);
     EXPECT_THAT(image->pixels, ElementsAre(red, green, blue, 0xFFFFFFFF));
