@@ -24,6 +24,20 @@ class Reading(WholeProgramTest):
         self.assertEqual(len(reading.log.of_kind("message")), 20)
         self.assertEqual(reading.faults(), [])
 
+    def test_several_writers_are_heard_in_the_order_of_the_conversation(self):
+        # The chat is faster than the voices; long and short messages take turns.
+        lines = [f"[09:00] <{('Ann', 'Bob', 'Cy')[number * 7 % 5 % 3]}> " +
+                 ("number %d" % number if number % 3 else "a longer message that bears the number %d" % number) + "\n"
+                 for number in range(20)]
+        reading = self.start_reading(self.conversation("".join(lines)), participants=3, speed=60, stage_speed=8)
+        reading.follow()
+        spoken = [(act.key, act.of) for act in self.acts(moment="start", what="Speak")]
+        self.assertEqual(spoken, [(act.key, act.of) for act in self.acts(moment="call", what="Speak")])
+        messages = [(event.signin, event.text.split()[-1]) for event in reading.log.of_kind("message")]
+        self.assertEqual(len(messages), 20)
+        self.assertEqual({signin for signin, _ in messages}, {ANN, BOB, CY})
+        self.assertEqual([(key, of.split()[-1]) for key, of in spoken if of.strip()], messages)
+
     def test_the_first_message_and_the_own_ones(self):
         self.start_reading(self.conversation("[09:00] <Ann> first words\n"), participants=1)
         self.wait_for_words(ANN, "First Words")
