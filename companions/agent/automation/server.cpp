@@ -250,17 +250,23 @@ Server::Server(const Options& options)
              }),
       settings_frm_(
           [this] {
-              return settings::SettingsFrm::Facts{service_.available(), sound_enabled_, stage_.keepsOnScreen()};
+              return settings::SettingsFrm::Facts{service_.available(), sound_enabled_, stage_.keepsOnScreen(), size_};
           },
           {[this](bool enabled) { enableSound(enabled); },
            [this](bool keep) {
                stage_.setKeepOnScreen(keep);
                settings::writeKeepOnScreen(keep);
+           },
+           [this](int percent) {
+               settings::writeSize(percent);
+               setSize(percent);
            }}),
       empty_since_(std::chrono::steady_clock::now()) {
     sound_enabled_ = settings::readSoundEnabled();
     theatre_->setAudible(sound_enabled_);
     stage_.setKeepOnScreen(settings::readKeepOnScreen());
+    setSize(settings::readSize());
+    theatre_->present(stage_); // the stage knows its size before the first client asks for it
     messages_.every(tick_period, [this] { tick(); });
     messages_.onClose([this] { shutDown(); });
     if (options_.stay) {
@@ -324,6 +330,11 @@ void Server::enableSound(bool enabled) {
     sound_enabled_ = enabled;
     theatre_->setAudible(enabled);
     settings::writeSoundEnabled(enabled);
+}
+
+void Server::setSize(int percent) {
+    size_ = percent;
+    theatre_->setSize(percent / 100.0);
 }
 
 void Server::tick() {

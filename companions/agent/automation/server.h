@@ -158,6 +158,7 @@ class Server final : public stage::Audience {
         std::unique_ptr<murmelix::com::ProcessWatch> process;
     };
     void tick();
+    void setSize(int percent);
     Owner ownerOf(stage::ActorId actor) const;
     void tellOfCharacter(stage::ActorId actor, DISPID event, std::vector<Variant> more = {});
     void tellOfPointer(stage::ActorId actor, DISPID event, const stage::PointerEvent& pointer);
@@ -181,6 +182,7 @@ class Server final : public stage::Audience {
     bool menu_open_ = false;
     std::optional<Moment> ending_since_;
     bool sound_enabled_ = true;
+    int size_ = settings::usual_size; // percent
     stage::ActorId active_ = 0;
     Moment empty_since_;
     bool had_client_ = false;

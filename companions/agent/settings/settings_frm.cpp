@@ -1,5 +1,7 @@
 #include "companions/agent/settings/settings_frm.h"
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "common/text.h"
@@ -19,6 +21,7 @@ SettingsFrm::SettingsFrm(std::function<Facts()> facts, Switches switches)
     Pages.Click = [this] { showFacts(); };
     SoundCheck.Click = [this] { switched(SoundCheck, switches_.enable_sound); };
     KeepOnScreenCheck.Click = [this] { switched(KeepOnScreenCheck, switches_.keep_on_screen); };
+    SizeList.Click = [this] { sizeChosen(); };
     CloseButt.Click = [this] { Unload(); };
     DefaultButton = &CloseButt;
     CancelButton = &CloseButt;
@@ -37,8 +40,9 @@ void SettingsFrm::layOut() {
         std::move(layout).gap(inside).pad(inside).place({0, 0, page.Width(), page.Height()});
     };
     fill(SpeechPage, ui::rows({ui::item(SpeechLbl).growing()}));
-    fill(OutputPage, ui::rows({ui::item(OutputLbl).wrapped(), ui::item(SoundCheck).atStart(),
-                               ui::item(KeepOnScreenCheck).atStart()}));
+    fill(OutputPage,
+         ui::rows({ui::item(OutputLbl).wrapped(), ui::item(SoundCheck).atStart(), ui::item(KeepOnScreenCheck).atStart(),
+                   ui::columns({ui::item(SizeLbl).centered(), ui::item(SizeList).least(1200, 0)}).gap(margin)}));
     fill(CopyrightPage, ui::rows({ui::item(CopyrightLbl).growing()}));
 }
 
@@ -72,7 +76,31 @@ void SettingsFrm::showFacts() {
     showing_facts_ = true;
     SoundCheck.setValue(facts.sound_enabled ? 1 : 0);
     KeepOnScreenCheck.setValue(facts.keep_on_screen ? 1 : 0);
+    showSizes(facts.size);
     showing_facts_ = false;
+}
+
+// The usual ones, and the one that it is.
+void SettingsFrm::showSizes(int size) {
+    std::vector<int> sizes{75, 100, 125, 150, 175, 200, 250, 300};
+    if (const auto place = std::ranges::lower_bound(sizes, size); place == sizes.end() || *place != size) {
+        sizes.insert(place, size);
+    }
+    if (sizes_ != sizes) {
+        sizes_ = std::move(sizes);
+        std::vector<std::u16string> texts;
+        std::ranges::transform(sizes_, std::back_inserter(texts),
+                               [](int percent) { return murmelix::toText(percent) + u" %"; });
+        SizeList.setItems(std::move(texts));
+    }
+    SizeList.setListIndex(static_cast<int>(std::ranges::find(sizes_, size) - sizes_.begin()));
+}
+
+void SettingsFrm::sizeChosen() {
+    const int index = SizeList.ListIndex();
+    if (!showing_facts_ && index >= 0) {
+        switches_.set_size(sizes_.at(static_cast<std::size_t>(index)));
+    }
 }
 
 void SettingsFrm::switched(const ui::CheckBox& box, const std::function<void(bool)>& on) {

@@ -3,9 +3,12 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "companions/agent/settings/settings_store.h"
 #include "ui/button.h"
 #include "ui/check_box.h"
+#include "ui/drop_down_list.h"
 #include "ui/form.h"
 #include "ui/label.h"
 #include "ui/tab_pages.h"
@@ -19,10 +22,12 @@ class SettingsFrm : public murmelix::ui::Form {
         bool voice = false; // there is one to speak with
         bool sound_enabled = true;
         bool keep_on_screen = true;
+        int size = usual_size; // percent
     };
-    // What the boxes switch.
+    // What the boxes switch, and the list sets.
     struct Switches {
         std::function<void(bool)> enable_sound, keep_on_screen;
+        std::function<void(int percent)> set_size;
     };
     // `facts` are asked for whenever they are about to be seen, not before.
     SettingsFrm(std::function<Facts()> facts, Switches switches);
@@ -40,12 +45,18 @@ class SettingsFrm : public murmelix::ui::Form {
     murmelix::ui::Label SpeechLbl{SpeechPage, u""}, OutputLbl, CopyrightLbl;
     murmelix::ui::CheckBox SoundCheck{OutputPage, u"&Play spoken audio"};
     murmelix::ui::CheckBox KeepOnScreenCheck{OutputPage, u"&Keep characters on the screen"};
+    murmelix::ui::Label SizeLbl{OutputPage, u"&Size of characters and balloons:"};
+    murmelix::ui::DropDownList SizeList{OutputPage};
     murmelix::ui::Button CloseButt{*this, u"Close"};
 
   private:
     void showFacts();
     void switched(const murmelix::ui::CheckBox& box, const std::function<void(bool)>& on);
 
+    void showSizes(int size);
+    void sizeChosen();
+
+    std::vector<int> sizes_; // percent, as they are listed
     std::function<Facts()> facts_;
     Switches switches_;
     bool showing_facts_ = false; // a box that changes then tells nobody

@@ -1,5 +1,7 @@
 #include "companions/agent/settings/settings_store.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <string>
 
 #include "platform/user_store.h"
@@ -15,6 +17,7 @@ const murmelix::platform::UserStore& store() {
 
 const std::u16string sound_enabled = u"SoundEnabled";
 const std::u16string keep_on_screen = u"KeepOnScreen";
+const std::u16string size = u"Size";
 
 bool read(const std::u16string& name) {
     return store().number(name).value_or(1) != 0;
@@ -32,6 +35,15 @@ bool readSoundEnabled() {
 
 void writeSoundEnabled(bool enabled) {
     write(sound_enabled, enabled);
+}
+
+int readSize() {
+    const auto kept = store().number(size);
+    return kept ? static_cast<int>(std::clamp<std::int64_t>(*kept, least_size, largest_size)) : usual_size;
+}
+
+void writeSize(int percent) {
+    store().putNumber(size, static_cast<std::uint32_t>(percent));
 }
 
 bool readKeepOnScreen() {

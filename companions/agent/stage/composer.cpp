@@ -1,6 +1,8 @@
 #include "companions/agent/stage/composer.h"
 
 #include <algorithm>
+#include <cmath>
+#include <numeric>
 #include <utility>
 
 namespace agent::stage {
@@ -44,6 +46,68 @@ void paint(const acs::Image& image, int left, int top, const std::vector<std::ui
             }
         }
     }
+}
+
+// The pixels of a row, or of a column, that one pixel of another size is made of, each with its share of 256.
+struct Blend {
+    std::size_t first = 0;
+    std::vector<std::uint32_t> shares;
+};
+
+// One for each of `to` pixels made of `from`: what lies nearer counts more, and where many become one, all of them
+// count.
+std::vector<Blend> blends(int from, int to) {
+    const double ratio = static_cast<double>(from) / to;
+    const double reach = std::max(1.0, ratio); // pixels of `from` from the middle to where the share ends
+    std::vector<Blend> all(static_cast<std::size_t>(to));
+    for (int i = 0; i < to; ++i) {
+        const double middle = (i + 0.5) * ratio - 0.5;
+        const int first = std::max(0, static_cast<int>(std::floor(middle - reach)) + 1);
+        const int last = std::min(from - 1, static_cast<int>(std::ceil(middle + reach)) - 1);
+        std::vector<double> weights;
+        for (int at = first; at <= last; ++at) {
+            weights.push_back(reach - std::abs(at - middle));
+        }
+        const double sum = std::accumulate(weights.begin(), weights.end(), 0.0);
+        Blend& blend = all[static_cast<std::size_t>(i)];
+        blend.first = static_cast<std::size_t>(first);
+        // Rounded as they add up, so that they come to the whole.
+        double passed = 0;
+        std::uint32_t given = 0;
+        for (const double weight : weights) {
+            passed += weight;
+            const auto up_to = static_cast<std::uint32_t>(std::lround(passed / sum * 256));
+            blend.shares.push_back(up_to - given);
+            given = up_to;
+        }
+    }
+    return all;
+}
+
+// Two of the four parts of a pixel at a time: a byte with a share of 256 takes two.
+std::uint32_t blended(const std::uint32_t* from, std::size_t step, const Blend& blend) {
+    constexpr std::uint32_t parts = 0x00FF00FF, half = 0x00800080;
+    std::uint32_t even = half, odd = half;
+    from += blend.first * step;
+    for (const std::uint32_t share : blend.shares) {
+        even += (*from & parts) * share;
+        odd += (*from >> 8 & parts) * share;
+        from += step;
+    }
+    return (even >> 8 & parts) | (odd & ~parts);
+}
+
+// All there, in its full colour, or not at all.
+std::uint32_t hardened(std::uint32_t pixel) {
+    const std::uint32_t alpha = pixel >> 24;
+    if (alpha < 128) {
+        return 0;
+    }
+    if (alpha == 255) {
+        return pixel;
+    }
+    const auto full = [&](int shift) { return std::min(255U, (pixel >> shift & 0xFF) * 255 / alpha) << shift; };
+    return 0xFF000000U | full(16) | full(8) | full(0);
 }
 
 } // namespace
@@ -91,25 +155,22 @@ void compose(const acs::CharacterFile& file, const acs::Frame* frame, std::optio
 }
 
 void scale(const Raster& raster, int width, int height, std::uint32_t* pixels) {
-    const std::size_t row_size = static_cast<std::size_t>(std::max(width, 0));
-    if (raster.pixels.empty() || (raster.width == width && raster.height == height)) {
+    if (raster.pixels.empty() || width <= 0 || height <= 0 || (raster.width == width && raster.height == height)) {
         std::ranges::copy(raster.pixels, pixels);
         return;
     }
-    std::vector<std::size_t> columns(row_size);
-    for (std::size_t x = 0; x < row_size; ++x) {
-        columns[x] = x * static_cast<std::size_t>(raster.width) / row_size;
+    const std::vector<Blend> columns = blends(raster.width, width), rows = blends(raster.height, height);
+    const auto row_size = static_cast<std::size_t>(width);
+    std::vector<std::uint32_t> narrowed(row_size * static_cast<std::size_t>(raster.height));
+    for (std::size_t row = 0; row < static_cast<std::size_t>(raster.height); ++row) {
+        const std::uint32_t* const from = raster.pixels.data() + row * static_cast<std::size_t>(raster.width);
+        std::ranges::transform(columns, narrowed.begin() + static_cast<std::ptrdiff_t>(row * row_size),
+                               [from](const Blend& blend) { return blended(from, 1, blend); });
     }
-    int before = -1;
-    for (int y = 0; y < height; ++y, pixels += row_size) {
-        const int row = static_cast<int>(std::int64_t{y} * raster.height / height);
-        if (row == std::exchange(before, row)) {
-            std::copy_n(pixels - row_size, row_size, pixels);
-            continue;
+    for (const Blend& blend : rows) {
+        for (std::size_t column = 0; column < row_size; ++column) {
+            *pixels++ = hardened(blended(narrowed.data() + column, row_size, blend));
         }
-        const std::uint32_t* const from =
-            raster.pixels.data() + static_cast<std::size_t>(row) * static_cast<std::size_t>(raster.width);
-        std::ranges::transform(columns, pixels, [from](std::size_t column) { return from[column]; });
     }
 }
 

@@ -37,7 +37,8 @@ class FileRepertoire final : public Repertoire {
 void compose(const acs::CharacterFile& file, const acs::Frame* frame, std::optional<acs::MouthShape> mouth,
              Raster& raster);
 
-// Writes the same picture in another size, by the nearest pixel, so that edges stay hard: `width` × `height` pixels.
+// Writes the same picture in another size, `width` × `height` pixels: smoothly, with a hard outline as before, for
+// where pixels are half there some systems show them dark.
 void scale(const Raster& raster, int width, int height, std::uint32_t* pixels);
 
 } // namespace agent::stage

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <set>
+#include <tuple>
 #include <utility>
 
 #include "common/text.h"
@@ -62,8 +63,10 @@ std::u16string towards(int right, int down) {
 
 Actor::Actor(Stage& stage, ActorId id, TroupeId troupe, std::shared_ptr<const Repertoire> repertoire)
     : stage_(stage), id_(id), troupe_(troupe), repertoire_(std::move(repertoire)), player_(stage.random_),
-      width_(repertoire_->width()), height_(repertoire_->height()), rest_pose_(repertoire_->animation(u"RestPose")),
-      quiet_since_(stage.now_) {}
+      unscaled_width_(repertoire_->width()), unscaled_height_(repertoire_->height()),
+      rest_pose_(repertoire_->animation(u"RestPose")), quiet_since_(stage.now_) {
+    std::tie(width_, height_) = scaledSize();
+}
 
 Actor::~Actor() = default;
 
@@ -214,6 +217,19 @@ void Actor::drop() {
 void Actor::resize(int width, int height) {
     width = std::clamp(width, 1, largest_side);
     height = std::clamp(height, 1, largest_side);
+    unscaled_width_ = width / stage_.scale_;
+    unscaled_height_ = height / stage_.scale_;
+    setSize(width, height);
+}
+
+// As large as it can be where the scale would make it larger, in its proportions.
+std::pair<int, int> Actor::scaledSize() const {
+    const double scale = std::min(stage_.scale_, largest_side / std::max(unscaled_width_, unscaled_height_));
+    const auto scaled = [&](double side) { return std::max(1, static_cast<int>(std::lround(side * scale))); };
+    return {scaled(unscaled_width_), scaled(unscaled_height_)};
+}
+
+void Actor::setSize(int width, int height) {
     if (width == width_ && height == height_) {
         return;
     }
@@ -903,6 +919,14 @@ std::set<ActorId> Stage::nextSpeakers() const {
         }
     }
     return next;
+}
+
+void Stage::setScale(double scale) {
+    scale_ = scale;
+    for (const auto& [id, actor] : actors_) {
+        const auto [width, height] = actor->scaledSize();
+        actor->setSize(width, height);
+    }
 }
 
 bool Stage::channel(ActorId actor) {

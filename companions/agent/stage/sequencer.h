@@ -24,8 +24,8 @@ namespace agent::stage {
 class Actor;
 class Stage;
 
-// Width and height that a character can be given, in pixels: those that a character file may have. What is drawn in a
-// frame stays within its 10 ms.
+// Width and height that a character can have on the screen, in pixels: those that a character file may have. What is
+// drawn in a frame stays within its 10 ms.
 inline constexpr int largest_side = acs::largest_side;
 
 // What the stage needs of a character file. Names compare without letter case.
@@ -136,7 +136,7 @@ class Actor {
 
     // At once, past the queue; onto the screen, where the stage keeps characters there.
     void place(int left, int top, MoveCause cause);
-    // To the nearest size that a character can have.
+    // To the nearest size that a character can have on the screen.
     void resize(int width, int height);
     // By the user's hand: told once, when it lets go, and brought back onto the screen then.
     void drag(int left, int top);
@@ -188,6 +188,8 @@ class Actor {
     void setVisible(bool visible, VisibilityCause cause);
     Rect kept(const Rect& area) const;
     void returnToScreen(MoveCause cause);
+    std::pair<int, int> scaledSize() const;
+    void setSize(int width, int height);
     bool travelling();
     bool hasWaiter() const;
     RequestRef firstToBeHeard() const;
@@ -208,6 +210,7 @@ class Actor {
     std::optional<acs::MouthShape> mouth_;
     bool visible_ = false;
     int left_ = 0, top_ = 0, width_ = 0, height_ = 0;
+    double unscaled_width_ = 0, unscaled_height_ = 0; // what the size would be at a scale of 1
     VisibilityCause visibility_cause_ = VisibilityCause::never;
     MoveCause move_cause_ = MoveCause::never;
     bool balloon_open_ = false;
@@ -242,6 +245,9 @@ class Stage {
     // is sent wholly off the screen goes there.
     void setKeepOnScreen(bool keep);
     bool keepsOnScreen() const { return keep_on_screen_; }
+    // How much larger than in its file each character is on the screen where no client gave it a size; at first 1. One
+    // with a size of its own grows as much.
+    void setScale(double scale);
 
   private:
     friend class Actor;
@@ -264,6 +270,7 @@ class Stage {
     std::deque<ActorId> asking_; // who could use it at once
     Screens screens_;
     bool keep_on_screen_ = true;
+    double scale_ = 1;
 };
 
 } // namespace agent::stage

@@ -27,11 +27,16 @@ class SettingsTest : public testing::Test {
                                                                                           [this](bool on) {
                                                                                               facts.keep_on_screen = on;
                                                                                               kept.push_back(on);
+                                                                                          },
+                                                                                          [this](int percent) {
+                                                                                              facts.size = percent;
+                                                                                              sizes.push_back(percent);
                                                                                           }});
     }
 
     SettingsFrm::Facts facts{true, true, true};
     std::vector<bool> heard, kept;
+    std::vector<int> sizes;
     std::unique_ptr<SettingsFrm> form;
 };
 
@@ -82,6 +87,31 @@ TEST_F(SettingsTest, BoxLetsCharactersLeaveTheScreen) {
     EXPECT_TRUE(heard.empty());
 }
 
+TEST_F(SettingsTest, ListSetsTheSize) {
+    form->setPage(u"Output");
+    form->present();
+    EXPECT_EQ(form->SizeList.Text(), u"100 %");
+    EXPECT_TRUE(sizes.empty()) << "what is so already is told to nobody";
+    EXPECT_EQ(form->SizeList.List(0), u"75 %");
+    EXPECT_EQ(form->SizeList.List(form->SizeList.ListCount() - 1), u"300 %");
+    EXPECT_TRUE(fakes::pick(form->SizeList, 5));
+    EXPECT_THAT(sizes, ElementsAre(200));
+    EXPECT_TRUE(fakes::accelerator(*form, u's'));
+    EXPECT_TRUE(form->SizeList.Focused());
+}
+
+TEST_F(SettingsTest, ListHasTheSizeThatItIs) {
+    facts.size = 110;
+    form->present();
+    EXPECT_EQ(form->SizeList.Text(), u"110 %");
+    EXPECT_EQ(form->SizeList.List(2), u"110 %");
+    facts.size = 75;
+    form->present();
+    EXPECT_EQ(form->SizeList.Text(), u"75 %");
+    EXPECT_EQ(form->SizeList.List(2), u"125 %");
+    EXPECT_TRUE(sizes.empty());
+}
+
 TEST_F(SettingsTest, BoxShowsWhatOthersHaveSet) {
     form->present();
     form->Hide();
@@ -126,9 +156,11 @@ TEST_F(SettingsTest, TabGoesThroughWhatTakesTheKeyboard) {
     fakes::key(*form, Key::tab);
     EXPECT_TRUE(form->KeepOnScreenCheck.Focused());
     fakes::key(*form, Key::tab);
+    EXPECT_TRUE(form->SizeList.Focused());
+    fakes::key(*form, Key::tab);
     EXPECT_TRUE(form->CloseButt.Focused());
     fakes::key(*form, {Key::tab, ui::shift_key});
-    EXPECT_TRUE(form->KeepOnScreenCheck.Focused());
+    EXPECT_TRUE(form->SizeList.Focused());
 }
 
 TEST_F(SettingsTest, EverythingThatClosesItKeepsItsPage) {
@@ -159,6 +191,8 @@ TEST_F(SettingsTest, PagesHoldWhatIsOnThemAtEveryResolution) {
         }
         EXPECT_GE(form->SoundCheck.Top(), form->OutputLbl.Top() + form->OutputLbl.Height());
         EXPECT_GE(form->KeepOnScreenCheck.Top(), form->SoundCheck.Top() + form->SoundCheck.Height());
+        EXPECT_GE(form->SizeList.Top(), form->KeepOnScreenCheck.Top() + form->KeepOnScreenCheck.Height());
+        EXPECT_GE(form->SizeList.Left(), form->SizeLbl.Left() + form->SizeLbl.Width());
         EXPECT_GE(form->CloseButt.Top(), form->Pages.Top() + form->Pages.Height());
     }
 }
@@ -168,6 +202,16 @@ TEST_F(SettingsTest, CharactersAreKeptOnTheScreenUntilThatIsSwitchedOff) {
     writeKeepOnScreen(false);
     EXPECT_FALSE(readKeepOnScreen());
     EXPECT_TRUE(readSoundEnabled()) << "each has a value of its own";
+}
+
+TEST_F(SettingsTest, SizeIsKeptWithinItsBounds) {
+    EXPECT_EQ(readSize(), 100);
+    writeSize(250);
+    EXPECT_EQ(readSize(), 250);
+    for (const auto& [written, read] : {std::pair{0U, 75}, {74U, 75}, {301U, 300}, {0xFFFFFFFFU, 300}}) {
+        fakes::state().user_stores.values[u"Software\\Murmelix AgentServer\\Size"] = written;
+        EXPECT_EQ(readSize(), read);
+    }
 }
 
 TEST_F(SettingsTest, SoundIsOnUntilItIsSwitchedOff) {

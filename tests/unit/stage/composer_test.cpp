@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <set>
+
 #include <gmock/gmock.h>
 
 #include "companions/agent/acs/writer.h"
@@ -122,14 +125,47 @@ std::vector<std::uint32_t> scaled(const Raster& raster, int width, int height) {
     return pixels;
 }
 
-TEST(Composer, ScalesByTheNearestPixel) {
-    const Raster small{2, 1, {red, blue}};
-    EXPECT_THAT(scaled(small, 4, 2), ElementsAre(red, red, blue, blue, red, red, blue, blue));
-    EXPECT_THAT(scaled(small, 1, 1), ElementsAre(red));
-    EXPECT_THAT(scaled(small, 2, 1), ElementsAre(red, blue));
-    const Raster high{1, 3, {red, green, blue}};
-    EXPECT_THAT(scaled(high, 1, 5), ElementsAre(red, red, green, green, blue));
-    EXPECT_THAT(scaled(high, 1, 2), ElementsAre(red, green));
+TEST(Composer, ScalesSmoothly) {
+    const Raster small{2, 1, {0xFF000000, 0xFF0000FF}};
+    EXPECT_THAT(scaled(small, 2, 1), ElementsAre(0xFF000000, 0xFF0000FF));
+    // A quarter and three quarters of the way from one to the other.
+    EXPECT_THAT(scaled(small, 4, 1), ElementsAre(0xFF000000, 0xFF000040, 0xFF0000BF, 0xFF0000FF));
+    EXPECT_THAT(scaled(small, 1, 1), ElementsAre(0xFF000080));
+    const Raster high{1, 2, {0xFF000000, 0xFFFF0000}};
+    EXPECT_THAT(scaled(high, 1, 4), ElementsAre(0xFF000000, 0xFF400000, 0xFFBF0000, 0xFFFF0000));
+    const Raster many{4, 1, {0xFFFFFFFF, 0xFF000000, 0xFFFFFFFF, 0xFF000000}};
+    for (const std::uint32_t pixel : scaled(many, 2, 1)) {
+        EXPECT_GT(pixel & 0xFF, 0x50U) << "none is left out";
+        EXPECT_LT(pixel & 0xFF, 0xB0U);
+    }
+}
+
+TEST(Composer, ScalesWithAHardOutlineInFullColours) {
+    // A disc: at three times its size its edge has no steps of three pixels, and no colour but its own.
+    constexpr int side = 16;
+    Raster disc{side, side, {}};
+    for (int i = 0; i < side * side; ++i) {
+        const int x = 2 * (i % side) + 1 - side, y = 2 * (i / side) + 1 - side;
+        disc.pixels.push_back(x * x + y * y < side * side ? red : clear);
+    }
+    const std::vector<std::uint32_t> large = scaled(disc, 3 * side, 3 * side);
+    EXPECT_THAT(large, testing::Each(testing::AnyOf(red, clear)));
+    const auto widthOf = [&](std::size_t row) {
+        return std::count(large.begin() + static_cast<std::ptrdiff_t>(row * 3 * side),
+                          large.begin() + static_cast<std::ptrdiff_t>((row + 1) * 3 * side), red);
+    };
+    std::set<std::ptrdiff_t> widths;
+    for (std::size_t row = 0; row < 3 * side; ++row) {
+        widths.insert(widthOf(row));
+    }
+    EXPECT_GT(widths.size(), 8U) << "a row of blocks would be as wide as the next";
+    EXPECT_EQ(widthOf(3 * side / 2), 3 * side);
+}
+
+TEST(Composer, ScalesToAndFromASinglePixel) {
+    EXPECT_THAT(scaled({1, 1, {red}}, 3, 2), testing::Each(red));
+    EXPECT_THAT(scaled({3, 2, {red, red, red, red, red, red}}, 1, 1), ElementsAre(red));
+    EXPECT_THAT(scaled({3, 1, {red, clear, clear}}, 1, 1), ElementsAre(clear));
 }
 
 } // namespace

@@ -598,6 +598,52 @@ TEST(Size, HasItsBounds) {
     EXPECT_THAT(r.taken(), Contains("a resized").Times(2));
 }
 
+TEST(Size, FollowsTheScaleOfTheStage) {
+    Rehearsal r;
+    Actor& a = r.onStage("a"); // 100 × 120
+    r.stage.setScale(2);
+    EXPECT_EQ(std::pair(a.width(), a.height()), std::pair(200, 240));
+    EXPECT_THAT(r.taken(), ElementsAre("a at 0,0", "a resized"));
+    Actor& late = r.enter("late");
+    EXPECT_EQ(std::pair(late.width(), late.height()), std::pair(200, 240));
+    r.stage.setScale(0.75);
+    EXPECT_EQ(std::pair(a.width(), a.height()), std::pair(75, 90));
+    r.taken();
+    r.stage.setScale(0.75);
+    EXPECT_THAT(r.taken(), IsEmpty());
+}
+
+TEST(Size, OfAClientGrowsWithTheScaleOfTheStage) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    r.stage.setScale(2);
+    a.resize(101, 50);
+    EXPECT_EQ(std::pair(a.width(), a.height()), std::pair(101, 50)) << "on the screen";
+    r.stage.setScale(4);
+    EXPECT_EQ(std::pair(a.width(), a.height()), std::pair(202, 100));
+    r.stage.setScale(1);
+    r.stage.setScale(2);
+    EXPECT_EQ(std::pair(a.width(), a.height()), std::pair(101, 50)) << "whatever was rounded between";
+}
+
+TEST(Size, KeepsItsProportionsWhereTheScaleIsTooLarge) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    r.stage.setScale(50);
+    EXPECT_EQ(std::pair(a.width(), a.height()), std::pair(667, largest_side));
+    r.stage.setScale(0.001);
+    EXPECT_EQ(std::pair(a.width(), a.height()), std::pair(1, 1));
+}
+
+TEST(Size, KeepsTheCharacterOnTheScreen) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    r.stage.setScreens({{{0, 0, 800, 600}, {0, 0, 800, 600}}});
+    a.place(700, 480, MoveCause::program);
+    r.stage.setScale(2);
+    EXPECT_EQ(a.area(), (Rect{600, 360, 800, 600}));
+}
+
 TEST(UserHides, BreaksEverythingOff) {
     Rehearsal r;
     Actor& a = r.onStage("a");

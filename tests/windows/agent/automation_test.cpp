@@ -645,6 +645,32 @@ TEST_F(Automation, TheSheetLetsCharactersLeaveTheScreen) {
     EXPECT_EQ(left(), 0) << "back at once";
 }
 
+TEST_F(Automation, TheSheetSetsTheSizeOfCharacters) {
+    Object character = load(u"a");
+    using Size = std::pair<int, int>;
+    const auto size = [&] { return Size(character.get(u"Width").toInt16(), character.get(u"Height").toInt16()); };
+    EXPECT_EQ(size(), Size(64, 48));
+    Object sheet = control.object(u"PropertySheet");
+    sheet.put(u"Page", Variant(u"Output"));
+    sheet.put(u"Visible", Variant(true));
+    const HWND page = GetParent(buttonOf(FindWindowW(L"AgentServerProperties", nullptr), L"&Play spoken audio"));
+    const HWND list = FindWindowExW(page, nullptr, L"ComboBox", nullptr);
+    ASSERT_TRUE(list);
+    const auto choose = [&](const wchar_t* entry) {
+        SendMessageW(list, CB_SELECTSTRING, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(entry));
+        SendMessageW(GetParent(list), WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(list), CBN_SELCHANGE),
+                     reinterpret_cast<LPARAM>(list));
+    };
+    choose(L"250 %");
+    EXPECT_TRUE(pumpUntil([&] { return size() == Size(160, 120); }));
+    Object late = load(u"late");
+    EXPECT_EQ(late.get(u"Width").toInt16(), 160);
+    EXPECT_EQ(late.get(u"OriginalWidth").toInt16(), 64);
+    screenshot("agent-properties-size");
+    choose(L"100 %");
+    EXPECT_TRUE(pumpUntil([&] { return size() == Size(64, 48); }));
+}
+
 TEST_F(Automation, TheSheetHearsTheKeyboard) {
     Object sheet = control.object(u"PropertySheet");
     const auto heard = [&] { return control.object(u"AudioOutput").get(u"Enabled").toBool(); };

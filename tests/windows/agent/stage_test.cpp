@@ -334,11 +334,19 @@ TEST_F(Balloons, WriteSignsWhereTheDirectionOfTheTextPutsThem) {
 TEST(Messages, TellOfAChangeOfTheScreens) {
     MessageWindow messages;
     int told = 0;
-    messages.onScreensChanged([&] { ++told; });
+    std::optional<int> resolution;
+    messages.onScreensChanged([&](std::optional<int> changed) {
+        ++told;
+        resolution = changed;
+    });
     SendMessageW(messages.handle(), WM_DISPLAYCHANGE, 32, MAKELPARAM(1024, 768));
     SendMessageW(messages.handle(), WM_SETTINGCHANGE, SPI_SETWORKAREA, 0);
     SendMessageW(messages.handle(), WM_SETTINGCHANGE, SPI_SETICONTITLELOGFONT, 0);
     EXPECT_EQ(told, 2);
+    EXPECT_EQ(resolution, std::nullopt);
+    SendMessageW(messages.handle(), WM_DPICHANGED, MAKEWPARAM(192, 192), 0);
+    EXPECT_EQ(told, 3);
+    EXPECT_EQ(resolution, 192);
 }
 
 TEST(Desktop, HasScreensWithWorkAreas) {
@@ -443,6 +451,37 @@ TEST_F(OnTheatre, ACharacterComesToTheFront) {
     ASSERT_TRUE(isBehind(window, in_front.handle()));
     theatre.toFront(actor->id());
     EXPECT_TRUE(isBehind(in_front.handle(), window));
+}
+
+TEST_F(OnTheatre, CharactersAndBalloonsFollowTheResolutionAndTheSize) {
+    Request speak{.kind = Kind::think, .text = u"Some words that are thought for quite a while, one after another."};
+    actor->add(stage.newRequest(speak));
+    advance(20);
+    advance(1500);
+    const HWND balloon = FindWindowW(L"AgentServerBalloon", nullptr);
+    const auto size = [](HWND of) {
+        RECT area{};
+        GetWindowRect(of, &area);
+        return std::pair(area.right - area.left, area.bottom - area.top);
+    };
+    const auto letters = size(balloon);
+    EXPECT_EQ(size(window), std::pair(40L, 40L));
+    SendMessageW(messages.handle(), WM_DPICHANGED, MAKEWPARAM(192, 192), 0);
+    advance(1510);
+    EXPECT_EQ(size(window), std::pair(80L, 80L));
+    EXPECT_EQ(actor->width(), 80);
+    EXPECT_TRUE(shows(275, 275, 0xFF0000));
+    EXPECT_NEAR(size(balloon).second, 2 * letters.second, letters.second / 2) << "at once";
+    screenshot("character-192-dpi");
+    theatre.setSize(1.5);
+    advance(1520);
+    EXPECT_EQ(size(window), std::pair(120L, 120L));
+    EXPECT_GT(size(balloon).second, 2 * letters.second);
+    SendMessageW(messages.handle(), WM_DPICHANGED, MAKEWPARAM(96, 96), 0);
+    theatre.setSize(1);
+    advance(1530);
+    EXPECT_EQ(size(window), std::pair(40L, 40L));
+    EXPECT_EQ(size(balloon), letters);
 }
 
 TEST_F(OnTheatre, TheStageKnowsTheScreens) {

@@ -4,13 +4,16 @@
 #include <array>
 #include <cmath>
 #include <cwchar>
+#include <utility>
 
 namespace agent::stage {
 namespace {
 
-constexpr int padding_at_96 = 9; // pixels between text and border, at 96 dots an inch
-constexpr int tail_length = 18;  // pixels from the body to the character, which has the same at any resolution
-constexpr int corner = 12;       // radius
+// Pixels at a scale of 1.
+constexpr int padding_at_1 = 9;   // between text and border
+constexpr int tail_at_1 = 18;     // from the body to the character
+constexpr int tail_half_at_1 = 7; // of its width, at its root
+constexpr int corner_at_1 = 12;   // radius
 
 const wchar_t* wide(const char16_t* text) {
     return reinterpret_cast<const wchar_t*>(text);
@@ -75,33 +78,48 @@ void BalloonWindow::open(BalloonKind kind, std::u16string text, const BalloonLoo
     spoken_ = 0;
     right_to_left_ = beginsRightToLeft(text_);
 
-    // The letters are as large as those of other programs.
-    const auto scaled = [this](int pixels) {
-        return MulDiv(pixels, GetDeviceCaps(canvas_.context(), LOGPIXELSY), USER_DEFAULT_SCREEN_DPI);
-    };
-    padding_ = scaled(padding_at_96);
+    character_ = character;
+    measure();
+    open_ = true;
+    lay();
+}
+
+int BalloonWindow::scaled(int pixels) const {
+    return static_cast<int>(std::lround(pixels * scale_));
+}
+
+void BalloonWindow::setScale(double scale) {
+    if (std::exchange(scale_, scale) != scale && open_) {
+        measure();
+        lines_.reach(spoken_);
+        lay();
+    }
+}
+
+void BalloonWindow::measure() {
+    padding_ = scaled(padding_at_1);
     LOGFONTW font{};
-    font.lfHeight = scaled(look.font_height);
-    font.lfWeight = look.weight;
-    font.lfItalic = look.italic;
-    font.lfStrikeOut = look.strike_out;
-    font.lfUnderline = look.underline;
-    font.lfCharSet = look.character_set;
-    std::wcsncpy(font.lfFaceName, wide(look.font_name.c_str()), LF_FACESIZE - 1);
+    font.lfHeight = scaled(look_.font_height);
+    font.lfWeight = look_.weight;
+    font.lfItalic = look_.italic;
+    font.lfStrikeOut = look_.strike_out;
+    font.lfUnderline = look_.underline;
+    font.lfCharSet = look_.character_set;
+    std::wcsncpy(font.lfFaceName, wide(look_.font_name.c_str()), LF_FACESIZE - 1);
 
     lettering_.choose(text_, font);
-    const Rect screen = screenOf(screens_, character).work;
-    const int widest = std::clamp(lettering_.letterWidth() * std::clamp(look.characters_a_line, 8, 255), 40,
+    const Rect screen = screenOf(screens_, character_).work;
+    const int widest = std::clamp(lettering_.letterWidth() * std::clamp(look_.characters_a_line, 8, 255), 40,
                                   std::max(40, screen.width() - 2 * padding_));
     const std::size_t most =
         static_cast<std::size_t>(std::max(1, (screen.height() * 3 / 5 - 2 * padding_) / lettering_.lineHeight()));
     lines_ =
         Lines(text_, widest, [this](std::u16string_view piece, int width) { return lettering_.fitting(piece, width); });
     lines_.first(most);
-    room_ = look.size_to_text ? lines_.laid().size() : static_cast<std::size_t>(std::clamp(look.lines, 1, 128));
+    room_ = look_.size_to_text ? lines_.laid().size() : static_cast<std::size_t>(std::clamp(look_.lines, 1, 128));
     room_ = std::clamp<std::size_t>(room_, 1, most);
     // Of a text that scrolls not all lines are known: they have all the room that there is.
-    int width = look.size_to_text && lines_.complete() ? 0 : widest;
+    int width = look_.size_to_text && lines_.complete() ? 0 : widest;
     for (std::size_t i = 0; width < widest && i < lines_.laid().size(); ++i) {
         const TextLine& line = lines_.laid()[i];
         width =
@@ -109,21 +127,20 @@ void BalloonWindow::open(BalloonKind kind, std::u16string text, const BalloonLoo
     }
     body_width_ = std::max(std::min(width, widest), 24) + 2 * padding_;
     body_height_ = static_cast<int>(room_) * lettering_.lineHeight() + 2 * padding_;
-    open_ = true;
-    lay(character);
 }
 
 void BalloonWindow::follow(const Rect& character) {
+    character_ = character;
     if (open_) {
-        lay(character);
+        lay();
     }
 }
 
-void BalloonWindow::lay(const Rect& character) {
+void BalloonWindow::lay() {
+    const int reach = scaled(tail_at_1), corner = scaled(corner_at_1), tail_half = scaled(tail_half_at_1);
     const BalloonPlace place =
-        placeBalloon(body_width_, body_height_, tail_length, character, screenOf(screens_, character).work);
+        placeBalloon(body_width_, body_height_, reach, character_, screenOf(screens_, character_).work);
     Rect all = place.body;
-    const int reach = tail_length;
     all.left -= place.side == Side::right ? reach : 0;
     all.right += place.side == Side::left ? reach : 0;
     all.top -= place.side == Side::below ? reach : 0;
@@ -134,9 +151,9 @@ void BalloonWindow::lay(const Rect& character) {
     // The tail grows from the body near the character's middle and ends at it, or as near as the window goes.
     const int tip_x = std::clamp(place.tail_x - all.left, 0, all.width() - 1);
     const int tip_y = std::clamp(place.tail_y - all.top, 0, all.height() - 1);
-    const int root_x =
-        std::clamp(tip_x, body_.left + corner + 8, std::max(body_.left + corner + 8, body_.right - corner - 8));
-    const int root_y = std::clamp(tip_y, body_.top + 12, std::max(body_.top + 12, body_.bottom - 12));
+    const int root_x = std::clamp(tip_x, body_.left + corner + tail_half,
+                                  std::max(body_.left + corner + tail_half, body_.right - corner - tail_half));
+    const int root_y = std::clamp(tip_y, body_.top + corner, std::max(body_.top + corner, body_.bottom - corner));
 
     gdi::Region outline = roundedRegion(body_, corner);
     const auto join = [&](HRGN part) {
@@ -147,8 +164,9 @@ void BalloonWindow::lay(const Rect& character) {
         const int inner_x = place.side == Side::left ? body_.right - 2 : body_.left + 2;
         const int inner_y = place.side == Side::above ? body_.bottom - 2 : body_.top + 2;
         const std::array<POINT, 3> corners =
-            upright ? std::array<POINT, 3>{{{root_x - 7, inner_y}, {root_x + 7, inner_y}, {tip_x, tip_y}}}
-                    : std::array<POINT, 3>{{{inner_x, root_y - 7}, {inner_x, root_y + 7}, {tip_x, tip_y}}};
+            upright
+                ? std::array<POINT, 3>{{{root_x - tail_half, inner_y}, {root_x + tail_half, inner_y}, {tip_x, tip_y}}}
+                : std::array<POINT, 3>{{{inner_x, root_y - tail_half}, {inner_x, root_y + tail_half}, {tip_x, tip_y}}};
         join(CreatePolygonRgn(corners.data(), 3, WINDING));
     } else {
         const int edge_x = place.side == Side::left ? body_.right : body_.left;
@@ -158,8 +176,8 @@ void BalloonWindow::lay(const Rect& character) {
             const int y = upright ? edge_y + (tip_y - edge_y) * part / 100 : root_y + (tip_y - root_y) * part / 100;
             join(CreateEllipticRgn(x - radius, y - radius, x + radius + 1, y + radius + 1));
         };
-        bubble(40, 5);
-        bubble(85, 3);
+        bubble(40, scaled(5));
+        bubble(85, scaled(3));
     }
     gdi::Region shape(CreateRectRgn(0, 0, 0, 0));
     CombineRgn(shape.get(), outline.get(), nullptr, RGN_COPY);

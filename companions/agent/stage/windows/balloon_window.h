@@ -31,6 +31,8 @@ class BalloonWindow final : public Window {
 
     void open(BalloonKind kind, std::u16string text, const BalloonLook& look, const Rect& character);
     void follow(const Rect& character);
+    // How much larger it is than at 96 dots an inch; at first 1.
+    void setScale(double scale);
     // The text up to here is shown.
     void spoken(std::size_t end);
     void close();
@@ -39,7 +41,9 @@ class BalloonWindow final : public Window {
     LRESULT received(UINT message, WPARAM wparam, LPARAM lparam) override;
 
   private:
-    void lay(const Rect& character);
+    void measure();
+    void lay();
+    int scaled(int pixels) const;
     void draw();
 
     const Screens& screens_;
@@ -50,6 +54,8 @@ class BalloonWindow final : public Window {
     Lettering lettering_{canvas_.context()};
     Lines lines_;
     std::size_t room_ = 1; // lines
+    double scale_ = 1;
+    Rect character_{0, 0, 0, 0};
     int body_width_ = 0, body_height_ = 0, padding_ = 0;
     Rect body_{0, 0, 0, 0}; // in the window
     gdi::Region outline_;

@@ -1,5 +1,7 @@
 #include "companions/agent/stage/windows/desktop.h"
 
+#include <algorithm>
+
 #include <windows.h>
 
 namespace agent::stage {
@@ -29,6 +31,18 @@ Screens readScreens() {
         screens.push_back({whole, whole});
     }
     return screens;
+}
+
+int readResolution() {
+    const HDC screen = GetDC(nullptr);
+    const int resolution = screen ? GetDeviceCaps(screen, LOGPIXELSX) : 0;
+    ReleaseDC(nullptr, screen);
+    return resolution > 0 ? resolution : USER_DEFAULT_SCREEN_DPI;
+}
+
+double scaleOf(int resolution) {
+    constexpr double least = 0.5, most = 8; // beyond is nothing that a screen has
+    return std::clamp(static_cast<double>(resolution) / USER_DEFAULT_SCREEN_DPI, least, most);
 }
 
 } // namespace agent::stage

@@ -79,7 +79,11 @@ LRESULT MessageWindow::received(UINT message, WPARAM wparam, LPARAM lparam) {
     }
     if ((message == WM_DISPLAYCHANGE || (message == WM_SETTINGCHANGE && wparam == SPI_SETWORKAREA)) &&
         screens_changed_) {
-        screens_changed_();
+        screens_changed_({});
+    }
+    if (message == WM_DPICHANGED && screens_changed_) {
+        screens_changed_(LOWORD(wparam));
+        return 0;
     }
     if ((message == WM_CLOSE || (message == WM_ENDSESSION && wparam)) && closing_) {
         closing_();

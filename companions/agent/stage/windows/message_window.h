@@ -4,6 +4,7 @@
 #include <deque>
 #include <functional>
 #include <mutex>
+#include <optional>
 
 #include "companions/agent/stage/windows/window.h"
 
@@ -22,8 +23,10 @@ class MessageWindow final : public Window {
     void every(UINT period, std::function<void()> tick);
     // Called when the window is asked to close, or the session ends.
     void onClose(std::function<void()> closing) { closing_ = std::move(closing); }
-    // Called when the screens, or the parts of them that taskbars leave, have changed.
-    void onScreensChanged(std::function<void()> changed) { screens_changed_ = std::move(changed); }
+    // Called when the screens, or the parts of them that taskbars leave, have changed, with the resolution (dots an
+    // inch) where that has.
+    using ScreensChanged = std::function<void(std::optional<int> resolution)>;
+    void onScreensChanged(ScreensChanged changed) { screens_changed_ = std::move(changed); }
     // The message loop; ends with quit().
     static void run();
     static void quit() { PostQuitMessage(0); }
@@ -37,7 +40,8 @@ class MessageWindow final : public Window {
     std::mutex mutex_;
     std::deque<std::function<void()>> tasks_;
     bool closed_ = false;
-    std::function<void()> tick_, closing_, screens_changed_;
+    std::function<void()> tick_, closing_;
+    ScreensChanged screens_changed_;
 };
 
 } // namespace agent::stage

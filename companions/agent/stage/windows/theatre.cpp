@@ -100,14 +100,27 @@ void Theatre::Reader::run(const std::stop_token& stop) {
 
 Theatre::Theatre(MessageWindow& messages, voice::Service& service, voice::Output& output, Hand hand)
     : messages_(messages), service_(service), output_(output), hand_(std::move(hand)), screens_(readScreens()),
-      frame_sounds_(output) {
-    messages_.onScreensChanged([this] {
-        screens_ = readScreens();
-        screens_changed_ = true;
-        for (auto& [actor, shown] : figures_) {
-            shown.redraw = shown.replace = true;
-        }
+      resolution_(scaleOf(readResolution())), frame_sounds_(output) {
+    messages_.onScreensChanged([this](std::optional<int> resolution) {
+        changeScreens(readScreens(), resolution ? scaleOf(*resolution) : resolution_);
     });
+}
+
+void Theatre::changeScreens(const Screens& screens, double resolution) {
+    screens_ = screens;
+    resolution_ = resolution;
+    screens_changed_ = true;
+    for (auto& [actor, shown] : figures_) {
+        shown.redraw = shown.replace = true;
+        if (shown.balloon) {
+            shown.balloon->setScale(scale());
+        }
+    }
+}
+
+void Theatre::setSize(double size) {
+    size_ = size;
+    changeScreens(screens_, resolution_);
 }
 
 Theatre::~Theatre() {
@@ -173,6 +186,7 @@ void Theatre::toFront(ActorId actor) {
 
 void Theatre::present(Stage& stage) {
     if (std::exchange(screens_changed_, false)) {
+        stage.setScale(scale());
         stage.setScreens(screens_);
     }
     for (auto& [id, shown] : figures_) {
@@ -299,6 +313,7 @@ void Theatre::openBalloon(Actor& actor, BalloonKind kind, const std::u16string& 
     }
     if (!found->balloon) {
         found->balloon = std::make_unique<BalloonWindow>(screens_);
+        found->balloon->setScale(scale());
     }
     BalloonLook look = found->look;
     look.size_to_text = (actor.balloon_style & balloon_size_to_text) != 0;

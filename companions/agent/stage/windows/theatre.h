@@ -44,6 +44,8 @@ class Theatre final : public Effects {
     void toFront(ActorId actor);
     // Spoken audio is heard, or passes in silence.
     void setAudible(bool audible) { audible_ = audible; }
+    // How much larger characters and balloons are than the resolution of the screen makes them.
+    void setSize(double size);
     // After every advance of the stage: draws what changed since the last one and can be seen.
     void present(Stage& stage);
 
@@ -92,6 +94,8 @@ class Theatre final : public Effects {
     };
 
     void show(Figure& shown, const Actor& actor);
+    double scale() const { return size_ * resolution_; }
+    void changeScreens(const Screens& screens, double resolution);
     void delivered(SpeechOrder order, std::optional<voice::Speech> speech);
     Figure* figure(ActorId actor);
 
@@ -100,6 +104,7 @@ class Theatre final : public Effects {
     voice::Output& output_;
     Hand hand_;
     Screens screens_;
+    double size_ = 1, resolution_;
     bool screens_changed_ = true; // since the stage was told
     FrameSounds frame_sounds_;
     std::map<ActorId, Figure> figures_;
