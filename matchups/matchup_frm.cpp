@@ -157,7 +157,12 @@ void MatchupFrm::layOut() {
 void MatchupFrm::layOutContacts() {
     const int line = ContactList.P.surface().TextHeight(), row = line + ui::toPixels(90);
     const auto inside = [this] { return ContactList.P.surface().Height(); };
-    const int rows = std::max(inside() / row, 1), item_height = std::max(inside() / rows, 1);
+    // A row may be a little higher where that leaves less room behind the last one.
+    int item_height = row;
+    for (int higher = row; higher <= row + row / 3; ++higher) {
+        item_height = inside() % higher < inside() % item_height ? higher : item_height;
+    }
+    const int rows = std::max(inside() / item_height, 1);
     ContactList.setItemHeight(static_cast<std::int16_t>(item_height));
     for (int tall = ContactList.Height(); inside() > rows * item_height;) {
         tall -= std::max(ui::toTwips(inside() - rows * item_height), 1);

@@ -19,7 +19,7 @@ void PictureBox::OLEDrag() {
         OLEStartDrag(data, allowed);
     }
     const auto alive = alive_; // windows are served meanwhile, and one of them may end this box
-    const DropEffect effect = allowed == drop_none ? drop_none : native::drag(data, allowed);
+    const DropEffect effect = allowed == drop_none ? drop_none : native::drag(handle_, data, allowed);
     if (*alive && OLECompleteDrag) {
         OLECompleteDrag(effect);
     }

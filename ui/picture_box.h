@@ -61,8 +61,8 @@ void imageChanged(Handle box);
 // The surface belongs to this picture box from now on and has its size.
 void attach(Surface& surface, Handle box);
 // Drags the data with the mouse, whose left button is held; returns when it was let go or taken back, with what
-// happened to it.
-DropEffect drag(const DataObject& data, DropEffect allowed);
+// happened to it. It is taken back as well when the form of `from` is hidden.
+DropEffect drag(Handle from, const DataObject& data, DropEffect allowed);
 } // namespace native
 
 } // namespace murmelix::ui

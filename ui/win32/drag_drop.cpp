@@ -151,11 +151,14 @@ class TextData final : public com::Counted<IDataObject> {
     std::u16string text_;
 };
 
-// The drag goes on while the left button, and no other one, is held; Escape ends it.
+// The drag goes on while the left button, and no other one, is held; Escape ends it, and so does the end of the window
+// it came from: where that has hidden, the system may not tell of the button's release any more.
 class DropSource final : public com::Counted<IDropSource> {
   public:
+    explicit DropSource(HWND form) : form_(form) {}
+
     HRESULT STDMETHODCALLTYPE QueryContinueDrag(BOOL escape, DWORD keys) override {
-        if (escape || keys & (MK_RBUTTON | MK_MBUTTON)) {
+        if (escape || keys & (MK_RBUTTON | MK_MBUTTON) || !IsWindowVisible(form_)) {
             return DRAGDROP_S_CANCEL;
         }
         return keys & MK_LBUTTON ? S_OK : DRAGDROP_S_DROP;
@@ -164,6 +167,8 @@ class DropSource final : public com::Counted<IDropSource> {
 
   private:
     bool answers(REFIID iid) const override { return IsEqualIID(iid, IID_IDropSource); }
+
+    HWND form_;
 };
 
 int shiftOf(DWORD keys) {
@@ -283,9 +288,9 @@ com::Ptr<IDropTarget> win32::dropTarget(const Control& control) {
     return found == targets().end() ? nullptr : com::Ptr<IDropTarget>(found->second.get());
 }
 
-DropEffect native::drag(const DataObject& data, DropEffect allowed) {
+DropEffect native::drag(Handle from, const DataObject& data, DropEffect allowed) {
     const auto object = win32::offered(data);
-    const auto source = com::make<DropSource>();
+    const auto source = com::make<DropSource>(GetAncestor(reinterpret_cast<HWND>(from), GA_ROOT));
     DWORD effect = DROPEFFECT_NONE;
     const HRESULT result = DoDragDrop(object.get(), source.get(), static_cast<DWORD>(allowed), &effect);
     return result == DRAGDROP_S_DROP ? static_cast<DropEffect>(effect) & allowed : drop_none;

@@ -38,7 +38,7 @@ ui::DropEffect drop(ui::Control& control, const Drag& drag, double x, double y, 
 
 namespace ui::native {
 
-DropEffect drag(const DataObject& data, DropEffect allowed) {
+DropEffect drag(Handle, const DataObject& data, DropEffect allowed) {
     auto& mouse = fakes::dragDrop();
     mouse.drags.push_back({data, allowed});
     return mouse.let_go ? mouse.let_go({data, allowed}) : drop_none;
