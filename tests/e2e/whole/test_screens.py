@@ -7,6 +7,7 @@ from publisher import Publisher, content
 from shell import (ABOUT, CHECK_BOXES, CLOSING, EMOTICONS, GETTING_STARTED, MINIMIZED, SHOW_OPTIONS, START, STOP, TRAY,
                    UPDATES, ShellTest)
 
+MATCHUPS = "Character Matchup"
 SCREENS = ROOT / "build" / "screens"
 
 
@@ -83,6 +84,7 @@ class Screens(ShellTest):
         self.shot("main-options-some-off", self.main())
         for value in ("AutoIgnoreChars", "PlayReadEmoticon"):
             self.click(CHECK_BOXES[value])
+        self.matchups()
         self.tool_tip()
         self.screen.key("alt+o")
 
@@ -101,6 +103,16 @@ class Screens(ShellTest):
 
         self.click_menu_shot("menu-tray")
         self.read_aloud()
+
+    def matchups(self):
+        self.click("Chara&cter Matchup...")
+        self.shot_of(MATCHUPS, "matchups-none")
+        for tabs in (("Tab",), ("Tab", "Tab")):
+            self.screen.key("ctrl+Up", "ctrl+x", *tabs, "ctrl+v", "alt+w")
+        self.shot_of(MATCHUPS, "matchups")
+        self.screen.key("alt+d")
+        self.eventually("the end of the matchup window", lambda: not self.window(MATCHUPS))
+        self.activate_main()
 
     def tool_tip(self):
         """The tip of the start button, for which the mouse rests on it."""

@@ -1,0 +1,213 @@
+"""Matchups: contacts dragged onto characters and back, found again after a restart, and what ends it all in between."""
+
+from case import TimedOut, main, wait_for
+from publisher import Publisher
+from shell import SHOW_OPTIONS, START_SELECTED, STOP, YOU, ShellTest
+
+ANN, BOB = "ann@messenger.example", "bob@messenger.example"
+MATCHUPS, DOWNLOAD = "Character Matchup", "Downloading Character Image"
+CONTACTS, OPEN = "Contacts &without a character:", "Chara&cter Matchup..."
+ROW_HEIGHT = 20  # pixels, about
+
+
+class Matchups(ShellTest):
+    def start(self):
+        self.settle()
+        self.start_agent()
+        self.start_messenger()
+        for account, name in ((ANN, "Ann"), (BOB, "Bob (at work)")):
+            self.client(f"add {account} {name}")
+        self.start_program()
+
+    def open_matchups(self):
+        """Presses the button; the window, in which the contacts are listed."""
+        self.activate_main()
+        if not self.options_shown():
+            self.click(SHOW_OPTIONS)
+            self.eventually("the options", self.options_shown)
+        self.click(OPEN)
+        window = self.eventually("the matchup window", lambda: self.window(MATCHUPS))
+        self.painted(window.place)
+        return window
+
+    def contact_row(self, number):
+        """Where a row of the contacts is, the first one at 0."""
+        left, _, _, bottom = self.control(CONTACTS, self.window(MATCHUPS)).place
+        return left + 30, bottom + 5 + number * ROW_HEIGHT + ROW_HEIGHT // 2
+
+    def panels(self):
+        """The characters whose panels can be seen, from the top, by name."""
+        window = self.window(MATCHUPS)
+        strip = next(part for part in window.all() if any(child.text in self.characters_installed()
+                                                          for child in part.children))
+        frames = [frame for frame in strip.children if frame.visible and frame.text]
+        return {frame.text: frame for frame in sorted(frames, key=lambda frame: frame.place[1])}
+
+    def characters_installed(self):
+        return {file.stem for file in (self.desk.prefix.windows / "msagent" / "chars").glob("*.acs")}
+
+    def list_of(self, character):
+        """The middle of a character's list."""
+        left, top, right, bottom = self.panels()[character].place
+        return left + (right - left) * 2 // 3, (top + bottom) // 2
+
+    def first_row_of(self, character):
+        left, top, right, _ = self.panels()[character].place
+        return left + (right - left) * 2 // 3, top + 30
+
+    def stored(self, account=YOU):
+        """Characters by contact, as the registry has them."""
+        def plain(name):
+            return "".join(chr((code - 10) % 256) for code in name.encode("cp1252"))
+        return {plain(name): character
+                for name, character in self.values(rf"Software\Murmelix\{account}\Matchup").items()}
+
+    def pull(self, start):
+        """Presses the button there and moves a little: a drag begins."""
+        self.xdotool("mousemove", *start)
+        self.xdotool("mousedown", 1)
+        for step in range(1, 4):
+            self.xdotool("mousemove", start[0] + 6 * step, start[1] + step)
+
+    def drag(self, start, end, done):
+        """Drags from one place to another until it is done: a drag that begins late has not seen the button let go."""
+        for _ in range(10):
+            self.pull(start)
+            self.xdotool("mousemove", end[0] - 5, end[1])
+            self.xdotool("mousemove", *end)
+            self.xdotool("mouseup", 1)
+            try:
+                return wait_for("the drop", done, 10, 0.1)
+            except TimedOut:
+                self.screen.key("Escape")
+        return self.fail(f"nothing was dropped at {end}")
+
+    def leave_matchups(self):
+        self.screen.key("alt+d")
+        self.eventually("the end of the matchup window", lambda: not self.window(MATCHUPS))
+        self.assertTrue(self.main().enabled)
+
+    def character_of(self, contact):
+        self.transcript.new()
+        return next((act.name for act in reversed(self.transcript.acts) if act.key == contact and act.what == "Show"),
+                    None)
+
+    def read(self, contact):
+        """The character that speaks for a contact in a reading begun and ended for it."""
+        self.client(f"open {contact}")
+        self.start_reading_first_row()
+        self.client(f"say {contact} Hello")
+        self.transcript.new()
+        self.eventually("the words", lambda: (self.transcript.new(), any(
+            act.key == contact and act.what == "Speak" for act in self.transcript.acts))[1])
+        character = self.character_of(contact)
+        self.activate_main()
+        self.screen.key("alt+s")
+        self.eventually("the end of reading", lambda: not self.control(STOP))
+        self.client("close")
+        return character
+
+    def test_dragged_contact_has_its_character_after_a_restart_and_can_be_taken_back(self):
+        self.start()
+        first_free = self.read(ANN)
+        self.open_matchups()
+        self.assertFalse(self.main().enabled)
+        self.double_click_icon()
+        self.assertTrue(self.shown())
+        last = list(self.panels())[-1]
+        self.assertNotEqual(last, first_free)
+        self.drag(self.contact_row(0), self.list_of(last), lambda: self.stored() == {ANN: last})
+        self.picture("matched")
+
+        # Neither the close box nor Escape leaves it.
+        self.click_close_box(self.window(MATCHUPS))
+        self.screen.key("Escape")
+        self.eventually("how to leave", lambda: self.control(
+            "Press Done to close this window. Every change is stored already.", self.window(MATCHUPS)))
+        self.leave_matchups()
+        self.end_program()
+
+        self.start_program()
+        self.assertEqual(self.read(ANN), last)
+        self.open_matchups()
+        self.drag(self.first_row_of(last), self.contact_row(5), lambda: self.stored() == {})
+        self.leave_matchups()
+        self.assertEqual(self.read(ANN), first_free)
+
+    def test_keys_do_what_dragging_does(self):
+        self.start()
+        self.open_matchups()
+        first = next(iter(self.panels()))
+        self.screen.key("ctrl+Down", "ctrl+x")
+        for _ in range(6):
+            self.screen.key("Tab", "ctrl+v")
+            if self.stored():
+                break
+        self.assertEqual(self.stored(), {BOB: first})
+        self.screen.key("ctrl+Down", "Delete")
+        self.eventually("the end of the matchup", lambda: self.stored() == {})
+        self.leave_matchups()
+
+    def test_refused_while_reading(self):
+        self.start()
+        self.client(f"open {ANN}")
+        self.start_reading_first_row()
+        self.activate_main()
+        self.click(SHOW_OPTIONS)
+        self.eventually("the options", self.options_shown)
+        self.click(OPEN)
+        title = "Can't Add/Edit Matchup While In Conversation!"
+        self.assertIn("There is a conversation currently being monitered for reading!", self.message_box(title))
+        self.answer(title)
+        self.assertIsNone(self.window(MATCHUPS))
+
+    def sign_out(self):
+        """Has the client sign out; everything that was open goes."""
+        self.client("signout")
+        self.eventually("the panel", self.signed_out)
+        for title in (MATCHUPS, DOWNLOAD):
+            self.eventually(f"the end of {title}", lambda wanted=title: not self.window(wanted))
+        self.eventually("the enabled window", lambda: self.main().enabled)
+
+    def sign_in(self):
+        self.client(f"signin {YOU} You")
+        self.eventually("the list", lambda: not self.signed_out() and self.control(START_SELECTED))
+
+    def test_sign_out_ends_it_in_the_middle_of_everything(self):
+        publisher = Publisher(None)  # which accepts, and says nothing
+        self.addCleanup(publisher.close)
+        pictures = self.own_programs() / "CharPics"
+        for file in pictures.glob("*.gif"):
+            file.unlink()
+        self.reg("add", r"HKLM\Software\Murmelix", "/v", "SiteHost", "/d", publisher.host, "/f")
+        self.start()
+        self.open_matchups()
+        self.sign_out()
+
+        self.sign_in()
+        self.open_matchups()
+        first = next(iter(self.panels()))
+        target = self.list_of(first)
+        self.pull(self.contact_row(0))
+        self.xdotool("mousemove", *target)
+        self.sign_out()
+        self.xdotool("mouseup", 1)
+        self.assertEqual(self.stored(), {})
+
+        self.sign_in()
+        self.open_matchups()
+        left, top, _, bottom = self.panels()[first].place
+        self.click_at(left + 60, (top + bottom) // 2)
+        self.eventually("the download window", lambda: self.window(DOWNLOAD))
+        self.eventually("the request", lambda: publisher.requests)
+        self.sign_out()
+
+        # All is as it was: the window opens again, and what is dropped is stored.
+        self.sign_in()
+        self.open_matchups()
+        self.drag(self.contact_row(0), self.list_of(first), lambda: self.stored() == {ANN: first})
+        self.leave_matchups()
+
+
+if __name__ == "__main__":
+    main()
