@@ -369,6 +369,24 @@ TEST_F(Browser, EscapeOverTheScrollButtonLeavesAllAsItIs) {
     EXPECT_FALSE(box->HoldTimer.Enabled());
 }
 
+// Signing out ends the dialogue whatever is open.
+TEST_F(Browser, FormMayEndDuringADownload) {
+    auto dialogue = std::make_unique<ui::Form>(nullptr, u"Dialogue", ui::FormStyle::dialog);
+    dialogue->setScale(6000, height);
+    auto browser = std::make_unique<ImgListBox>(*dialogue);
+    browser->Move({0, 0, 6000, height});
+    browser->AddItem(u"", u"Robby");
+    dialogue->Show();
+    ui::post([&] {
+        browser.reset();
+        dialogue.reset();
+    });
+    browser->ItemImage_Click(1);
+    EXPECT_FALSE(dialogue);
+    serveAll();
+    EXPECT_TRUE(IsWindowEnabled(windowOf(*form)));
+}
+
 TEST_F(Browser, LooksWellAtAllResolutions) {
     for (const int dpi : {96, 144, 192}) {
         ui::win32::setScreenDpi(dpi);
