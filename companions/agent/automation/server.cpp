@@ -243,7 +243,8 @@ Server::Server(const Options& options)
                               dragged->drag(left, top);
                               theatre_->present(stage_);
                           }
-                      }})),
+                      },
+                      [this](auto actor) { return tipOf(actor); }})),
       stage_(*theatre_, *this,
              [random = std::mt19937(std::random_device()())](int below) mutable {
                  return std::uniform_int_distribution<int>(0, below - 1)(random);
@@ -476,6 +477,17 @@ void Server::activate(stage::ActorId actor) {
     }
     active_ = actor;
     tellOfCharacter(actor, 1);
+}
+
+// Clients load a character by the id of whom it speaks for.
+std::u16string Server::tipOf(stage::ActorId id) {
+    const Owner owner = ownerOf(id);
+    const stage::Actor* actor = stage_.find(id);
+    if (!owner.loaded || !actor) {
+        return {};
+    }
+    const std::u16string& whom = owner.loaded->id;
+    return sameName(whom, actor->name) ? actor->name : actor->name + u" speaks for " + whom;
 }
 
 void Server::clicked(stage::ActorId actor, const stage::PointerEvent& pointer) {

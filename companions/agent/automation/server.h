@@ -163,6 +163,7 @@ class Server final : public stage::Audience {
     void tellOfCharacter(stage::ActorId actor, DISPID event, std::vector<Variant> more = {});
     void tellOfPointer(stage::ActorId actor, DISPID event, const stage::PointerEvent& pointer);
     void tellOfRequest(stage::Actor& actor, DISPID event, const stage::RequestRef& request);
+    std::u16string tipOf(stage::ActorId id);
     void clicked(stage::ActorId actor, const stage::PointerEvent& pointer);
     void runMenu(stage::ActorId actor, int x, int y);
 

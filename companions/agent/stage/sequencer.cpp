@@ -32,6 +32,12 @@ bool isStopped(StopKind stopped, Kind kind) {
     return false;
 }
 
+bool isBlank(char16_t unit) {
+    const bool wide = unit >= u'\u2000' && unit <= u'\u200B';
+    const bool separator = unit == u'\u2028' || unit == u'\u2029' || unit == u'\u202F' || unit == u'\u3000';
+    return unit <= u' ' || unit == u'\u00A0' || wide || separator || unit == u'\uFEFF';
+}
+
 // A thought shows its words one by one, as fast as they are read.
 voice::Speech thoughtOf(const std::u16string& text) {
     voice::Speech speech;
@@ -740,7 +746,7 @@ void Actor::beginSpeaking() {
     }
     closeBalloonNow();
     const std::u16string& shown = utterance.speech->shown;
-    const bool something = std::any_of(shown.begin(), shown.end(), [](char16_t unit) { return unit > u' '; });
+    const bool something = !std::all_of(shown.begin(), shown.end(), isBlank);
     if ((balloon_style & balloon_on) && something) {
         balloon_open_ = true;
         stage_.effects_.openBalloon(*this, utterance.quiet ? BalloonKind::thought : BalloonKind::words, shown);

@@ -409,6 +409,19 @@ TEST(Speak, OfASingleBlankShowsNoBalloon) {
     EXPECT_EQ(sound->status, Status::complete);
 }
 
+TEST(Speak, OfBlanksAndLineBreaksAloneIsHeardWithoutABalloon) {
+    for (const std::u16string text : {u"\r\n", u"\n", u"  \t ", u"", u"\u00A0\u3000\u2028\uFEFF"}) {
+        Rehearsal r;
+        Actor& a = r.onStage("a");
+        const auto speak = r.speak(a, text);
+        r.pass(100);
+        EXPECT_EQ(speak->status, Status::in_progress);
+        EXPECT_FALSE(a.balloonOpen());
+        r.pass(1500);
+        EXPECT_EQ(speak->status, Status::complete);
+    }
+}
+
 TEST(Speak, OfASoundFileThatCannotBePlayedFailsAndTheQueueGoesOn) {
     Rehearsal r;
     Actor& a = r.onStage("a");

@@ -148,6 +148,32 @@ TEST_F(Clients, HearOfThePointer) {
     EXPECT_TRUE(heard.soon("2 a 2 0 230 220"));
 }
 
+TEST_F(Clients, TellTheUserForWhomACharacterSpeaks) {
+    Object character = load(u"ann@messenger.example");
+    character.call(u"MoveTo", {Variant(std::int16_t{200}), Variant(std::int16_t{200})});
+    character.call(u"Show", {Variant(true)});
+    ASSERT_TRUE(pumpUntil([] { return characterWindow() && IsWindowVisible(characterWindow()); }));
+    const auto tip = [] {
+        std::array<wchar_t, 100> text{};
+        for (HWND found = nullptr; (found = FindWindowExW(nullptr, found, L"tooltips_class32", nullptr)) != nullptr;) {
+            if (IsWindowVisible(found)) {
+                SendMessageW(found, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()));
+            }
+        }
+        return std::wstring(text.data());
+    };
+    // As a hand comes to rest on it.
+    int x = 215;
+    EXPECT_TRUE(pumpUntil([&] {
+        if (x < 240) {
+            SetCursorPos(++x, 220);
+            PostMessageW(characterWindow(), WM_MOUSEMOVE, 0, MAKELPARAM(x - 200, 20));
+        }
+        return tip() == L"Dot speaks for ann@messenger.example";
+    }));
+    screenshot("agent-tip");
+}
+
 TEST_F(Clients, HearOfADragAndTheCharacterFollows) {
     Heard heard(control);
     Object character = load(u"a");

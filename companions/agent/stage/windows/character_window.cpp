@@ -1,6 +1,9 @@
 #include "companions/agent/stage/windows/character_window.h"
 
+#include <algorithm>
 #include <cstdlib>
+
+#include <commctrl.h>
 
 namespace agent::stage {
 namespace {
@@ -26,6 +29,7 @@ CharacterWindow::CharacterWindow(PointerHandlers handlers) : handlers_(std::move
 }
 
 CharacterWindow::~CharacterWindow() {
+    tip_ = {};
     destroy();
 }
 
@@ -104,6 +108,21 @@ void CharacterWindow::release(int button) {
     (dragged ? handlers_.drag_ended : handlers_.clicked)({button, shiftState(), at.x, at.y});
 }
 
+void CharacterWindow::makeTip() {
+    tip_ = WindowHandle(CreateWindowExW(
+        WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, CW_USEDEFAULT, CW_USEDEFAULT,
+        CW_USEDEFAULT, CW_USEDEFAULT, handle(), nullptr, GetModuleHandleW(nullptr), nullptr));
+    TOOLINFOW tool{};
+    tool.cbSize = sizeof tool;
+    tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS; // it hears of the pointer by itself from now on
+    tool.hwnd = handle();
+    tool.uId = reinterpret_cast<UINT_PTR>(handle());
+    tool.lpszText = LPSTR_TEXTCALLBACKW;
+    SendMessageW(tip_.get(), TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+    // Wider than that it has several lines.
+    SendMessageW(tip_.get(), TTM_SETMAXTIPWIDTH, 0, GetSystemMetrics(SM_CXSCREEN) / 3);
+}
+
 LRESULT CharacterWindow::received(UINT message, WPARAM wparam, LPARAM lparam) {
     switch (message) {
     case WM_MOUSEACTIVATE:
@@ -135,7 +154,19 @@ LRESULT CharacterWindow::received(UINT message, WPARAM wparam, LPARAM lparam) {
         return 0;
     }
     case WM_MOUSEMOVE:
+        if (!tip_ && handlers_.tip) {
+            makeTip();
+        }
         dragTo(pointer());
+        return 0;
+    case WM_NOTIFY:
+        if (auto* const asked = reinterpret_cast<NMTTDISPINFOW*>(lparam);
+            handlers_.tip && asked->hdr.code == static_cast<UINT>(TTN_GETDISPINFOW)) {
+            tip_text_ = handlers_.tip();
+            std::ranges::replace_if(
+                tip_text_, [](char16_t unit) { return unit < u' '; }, u' ');
+            asked->lpszText = reinterpret_cast<wchar_t*>(tip_text_.data());
+        }
         return 0;
     case WM_CAPTURECHANGED:
         if (pressed_ != 0 && reinterpret_cast<HWND>(lparam) != handle()) {

@@ -18,6 +18,7 @@ struct PointerEvent {
 struct PointerHandlers {
     std::function<void(const PointerEvent&)> clicked, double_clicked, drag_started, drag_ended;
     std::function<void(int left, int top)> dragged; // where the window shall go
+    std::function<std::u16string()> tip;            // shown where the pointer rests; empty: none
 };
 
 class CharacterWindow final : public Window {
@@ -38,8 +39,11 @@ class CharacterWindow final : public Window {
     void press(int button);
     void release(int button);
     void dragTo(POINT at);
+    void makeTip();
 
     PointerHandlers handlers_;
+    WindowHandle tip_; // made when the pointer comes first; it goes before the window
+    std::u16string tip_text_;
     Canvas canvas_;
     bool shown_ = false;
     Rect area_{0, 0, 0, 0};             // of the window, and

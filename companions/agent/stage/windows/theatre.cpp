@@ -148,13 +148,14 @@ void Theatre::admit(ActorId actor, std::shared_ptr<const acs::CharacterFile> fil
             }
         };
     };
-    added.window = std::make_unique<CharacterWindow>(PointerHandlers{with(hand_.clicked), with(hand_.double_clicked),
-                                                                     with(hand_.drag_started), with(hand_.drag_ended),
-                                                                     [actor, this](int left, int top) {
-                                                                         if (hand_.dragged) {
-                                                                             hand_.dragged(actor, left, top);
-                                                                         }
-                                                                     }});
+    const auto dragged = [actor, this](int left, int top) {
+        if (hand_.dragged) {
+            hand_.dragged(actor, left, top);
+        }
+    };
+    added.window = std::make_unique<CharacterWindow>(PointerHandlers{
+        with(hand_.clicked), with(hand_.double_clicked), with(hand_.drag_started), with(hand_.drag_ended), dragged,
+        [actor, this] { return hand_.tip ? hand_.tip(actor) : std::u16string(); }});
 }
 
 void Theatre::dismiss(ActorId actor) {

@@ -30,6 +30,7 @@ class Clock {
 struct Hand {
     std::function<void(ActorId, const PointerEvent&)> clicked, double_clicked, drag_started, drag_ended;
     std::function<void(ActorId, int left, int top)> dragged;
+    std::function<std::u16string(ActorId)> tip; // shown where the pointer rests on it
 };
 
 class Theatre final : public Effects {
