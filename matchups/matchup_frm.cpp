@@ -182,7 +182,8 @@ void MatchupFrm::FillMatchupLists() {
     ContactList.setNoItemCaption(u"Your contacts are being looked up");
     MatchUpList.ClearItems();
     listCharacters();
-    // The contacts come in when the window is there, and the matchups, which tell their names, behind them.
+    listMatchups();
+    // The contacts come in when the window is there.
     ContactTimer.setEnabled(true);
 }
 
@@ -232,7 +233,7 @@ void MatchupFrm::ContactTimer_Timer() {
         ContactTimer.setEnabled(false);
         contacts_.reset();
         ContactList.setNoItemCaption(captions_.empty() ? u"Your Messenger lists no contacts" : nobody_left);
-        listMatchups();
+        nameMatchedContacts();
     }
 }
 
@@ -264,6 +265,15 @@ void MatchupFrm::listMatchups() {
     } else if (MatchUpList.GetListCount() == 1) {
         MatchUpList.AddItem(u"MoreChars", u"");
     }
+}
+
+void MatchupFrm::nameMatchedContacts() {
+    for (std::size_t i = 1; i <= Matchups.Count(); ++i) {
+        if (captions_.contains(Matchups.KeyAt(i))) {
+            MatchUpList.RemoveContact(Matchups.KeyAt(i));
+        }
+    }
+    MatchUpList.FillListsWithMatchupsFromRegistry(); // those that are missing
 }
 
 std::u16string MatchupFrm::captionOf(const std::u16string& contact) const {

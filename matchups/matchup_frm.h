@@ -59,6 +59,8 @@ class MatchupFrm : public ui::Form {
     void listCharacters();
     void listContact(std::int32_t index, const std::shared_ptr<platform::MessengerContacts>& contacts);
     void listMatchups();
+    // Those that have been listed by their sign-in names, as nothing else of them was known yet.
+    void nameMatchedContacts();
     void addToContactList(const std::u16string& contact);
     std::u16string captionOf(const std::u16string& contact) const;
 

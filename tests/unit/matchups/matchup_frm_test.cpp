@@ -368,6 +368,18 @@ TEST_F(MatchupWindow, AnswersWhileItsContactsComeIn) {
     EXPECT_THAT(of(u"Max"), ElementsAre(u"c2@x"));
 }
 
+TEST_F(MatchupWindow, MatchedContactsAreThereBeforeTheirNames) {
+    threeContacts();
+    AddMatchup(u"cyn@x", u"Max");
+    AddMatchup(u"bob@x", u"Max");
+    form->Show();
+    EXPECT_THAT(of(u"Max"), ElementsAre(u"cyn@x", u"bob@x"));
+    EXPECT_EQ(listOf(u"Max").Item(2).Caption, u"bob@x");
+    fill();
+    EXPECT_THAT(of(u"Max"), ElementsAre(u"cyn@x", u"bob@x"));
+    EXPECT_EQ(listOf(u"Max").Item(2).Caption, u"Bob");
+}
+
 TEST_F(MatchupWindow, WaitsWhileAnotherCallIsUnderWay) {
     threeContacts();
     form->Show();
