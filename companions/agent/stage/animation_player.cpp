@@ -9,6 +9,7 @@ namespace agent::stage {
 namespace {
 
 constexpr Time longest_exit = 5000;   // ms from the stop to the cut
+constexpr Time longest_hold = 100;    // ms a frame is held at most once a stop is asked: others wait
 constexpr Time least_duration = 10;   // ms a frame of no duration is held in an endless run of them
 constexpr Time longest_backlog = 500; // ms that a late clock is made up for
 
@@ -78,6 +79,7 @@ void AnimationPlayer::askStop(Time now) {
     if (playing_ && !stopping_) {
         stopping_ = true;
         cut_at_ = now + longest_exit;
+        due_ = std::min(due_, now + longest_hold);
     }
 }
 
@@ -93,7 +95,7 @@ void AnimationPlayer::enter(std::size_t frame, Time now) {
     } else if (++without_duration_ > animation_->frames.size()) {
         duration = least_duration;
     }
-    due_ = std::max(due_, now - longest_backlog) + duration;
+    due_ = std::max(due_, now - longest_backlog) + (stopping_ ? std::min(duration, longest_hold) : duration);
 }
 
 std::size_t AnimationPlayer::following(const acs::Frame& frame) {

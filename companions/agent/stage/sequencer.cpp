@@ -81,6 +81,7 @@ void Actor::add(const RequestRef& request) {
     request->place = ++stage_.last_place_;
     queue_.push_back(request);
     wake();
+    orderAhead();
 }
 
 void Actor::wake() {

@@ -90,6 +90,24 @@ TEST(AnimationPlayer, TakesTheExitFrameOnceAStopIsAsked) {
     EXPECT_EQ(show.shown(), 4);
 }
 
+TEST(AnimationPlayer, HoldsNoFrameForLongOnceAStopIsAsked) {
+    auto animation = std::make_shared<acs::Animation>();
+    animation->frames.resize(3);
+    for (acs::Frame& frame : animation->frames) {
+        frame.duration = 200; // 2 s
+    }
+    AnimationPlayer player([](int) { return 0; });
+    player.start(animation, 0);
+    player.step(500);
+    player.askStop(1000);
+    player.step(1090);
+    EXPECT_EQ(player.frame(), &animation->frames[0]);
+    for (Time now = 1100; now <= 1300; now += 10) {
+        player.step(now);
+    }
+    EXPECT_FALSE(player.playing());
+}
+
 TEST(AnimationPlayer, ExitOfMinusOneEndsAndMinusTwoIsIgnored) {
     Show show(3);
     show.animation->frames[0].exit_frame = -2;

@@ -510,6 +510,18 @@ TEST(Speak, TheNextOneIsMadeWhileTheOneBeforeIsHeard) {
     EXPECT_EQ(r.orders, 2);
 }
 
+TEST(Speak, IsMadeFromTheMomentItIsAskedFor) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    Actor& hidden = r.enter("hidden");
+    r.speak(a, u"one");
+    EXPECT_EQ(r.orders, 1);
+    r.speak(a, u"two");
+    EXPECT_EQ(r.orders, 1) << "one by one";
+    r.speak(hidden, u"never heard");
+    EXPECT_EQ(r.orders, 1);
+}
+
 TEST(Speak, WaitsForItsSound) {
     Rehearsal r;
     r.speech_late = true;

@@ -484,6 +484,19 @@ TEST_F(OnTheatre, CharactersAndBalloonsFollowTheResolutionAndTheSize) {
     EXPECT_EQ(size(balloon), letters);
 }
 
+TEST_F(OnTheatre, WordsAreHeardAsSoonAsTheyAreMade) {
+    int ticks = 0;
+    messages.every(USER_TIMER_MAXIMUM, [&] {
+        ++ticks;
+        advance(30);
+    });
+    const auto speak = stage.newRequest({.kind = Kind::speak, .text = u"one"});
+    actor->add(speak);
+    advance(20);
+    EXPECT_TRUE(pumpUntil([&] { return speak->status == Status::in_progress; }));
+    EXPECT_EQ(ticks, 1) << "no timer ticked";
+}
+
 TEST_F(OnTheatre, TheStageKnowsTheScreens) {
     stage.setKeepOnScreen(true);
     actor->place(-10, -10, MoveCause::program);

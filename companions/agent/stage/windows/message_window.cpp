@@ -72,9 +72,7 @@ LRESULT MessageWindow::received(UINT message, WPARAM wparam, LPARAM lparam) {
     }
     if (message == WM_TIMER && wparam == tick_timer) {
         carryOutOne();
-        if (tick_) {
-            tick_();
-        }
+        tick();
         return 0;
     }
     if ((message == WM_DISPLAYCHANGE || (message == WM_SETTINGCHANGE && wparam == SPI_SETWORKAREA)) &&

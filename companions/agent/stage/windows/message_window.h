@@ -21,6 +21,12 @@ class MessageWindow final : public Window {
     void close();
     // Calls `tick` about every `period` ms.
     void every(UINT period, std::function<void()> tick);
+    // Calls it now, where something must not wait for its time.
+    void tick() const {
+        if (tick_) {
+            tick_();
+        }
+    }
     // Called when the window is asked to close, or the session ends.
     void onClose(std::function<void()> closing) { closing_ = std::move(closing); }
     // Called when the screens, or the parts of them that taskbars leave, have changed, with the resolution (dots an

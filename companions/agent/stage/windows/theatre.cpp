@@ -279,6 +279,7 @@ void Theatre::delivered(SpeechOrder order, std::optional<voice::Speech> speech) 
     const auto done = std::move(found->second.done);
     orders_.erase(found);
     done(std::move(speech));
+    messages_.tick(); // who waits to speak does so at once
 }
 
 void Theatre::cancelSpeech(SpeechOrder order) {
