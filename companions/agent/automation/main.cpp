@@ -1,4 +1,4 @@
-// AgentServer.exe [/regserver | /unregserver] [/record FILE.wav] [/transcript FILE.txt] [/speed X] [/tray]
+// AgentServer.exe [/regserver | /unregserver | /restart] [/record FILE.wav] [/transcript FILE.txt] [/speed X] [/tray]
 // /record keeps all that sounds, placed on the stage clock: with /speed 10 the characters act ten times as fast, and
 // the recording, at the natural rate, is as long as their performance would have been. COM starts it with -Embedding;
 // it then ends a few seconds after its last client.
@@ -10,6 +10,8 @@
 #include "common/text.h"
 #include "companions/agent/automation/reception.h"
 #include "companions/agent/automation/server.h"
+#include "companions/agent/stage/windows/message_window.h"
+#include "companions/agent/stage/windows/system.h"
 #include "ui/program.h"
 
 namespace {
@@ -24,7 +26,7 @@ std::u16string quoted(const std::u16string& path) {
 }
 
 struct CommandLine {
-    enum class Deed { serve, register_server, unregister_server } deed = Deed::serve;
+    enum class Deed { serve, register_server, unregister_server, restart } deed = Deed::serve;
     Options options;
 };
 
@@ -43,6 +45,8 @@ std::optional<CommandLine> parsed(const std::vector<std::u16string>& words) {
             line.deed = CommandLine::Deed::register_server;
         } else if (is(words[i], u"unregserver")) {
             line.deed = CommandLine::Deed::unregister_server;
+        } else if (is(words[i], u"restart")) {
+            line.deed = CommandLine::Deed::restart;
         } else if (is(words[i], u"Embedding")) {
             embedded = true;
         } else if (is(words[i], u"tray")) {
@@ -65,12 +69,15 @@ std::optional<CommandLine> parsed(const std::vector<std::u16string>& words) {
 }
 
 int serve(const Options& options) {
-    const murmelix::com::Apartment apartment;
-    murmelix::com::check(apartment.result());
-    agent::automation::Server server(options);
-    const agent::automation::Reception reception(server);
-    server.run();
-    return 0;
+    const auto serve_once = [&options] {
+        const murmelix::com::Apartment apartment;
+        murmelix::com::check(apartment.result());
+        agent::automation::Server server(options);
+        const agent::automation::Reception reception(server);
+        return server.run();
+    };
+    // The next one begins when nothing of this one can be found any more.
+    return !serve_once() || agent::stage::startAgain() ? 0 : 1;
 }
 
 int registration(murmelix::com::Registration result) {
@@ -86,8 +93,8 @@ int registration(murmelix::com::Registration result) {
 
 } // namespace
 
-// Exit status: 0; 1 for a wrong command line or a server that could not start; from /regserver 2 where another server
-// is registered; from /regserver and /unregserver 3 where the registry refuses.
+// Exit status: 0; 1 for a wrong command line, a server that could not start, and where /restart finds no server; from
+// /regserver 2 where another server is registered; from /regserver and /unregserver 3 where the registry refuses.
 int murmelix::ui::runProgram(const std::vector<std::u16string>& arguments) {
     try {
         const auto line = parsed(arguments);
@@ -97,6 +104,8 @@ int murmelix::ui::runProgram(const std::vector<std::u16string>& arguments) {
         switch (line->deed) {
         case CommandLine::Deed::register_server:
             return registration(murmelix::com::registerServer(serverClass(), quoted(programPath())));
+        case CommandLine::Deed::restart:
+            return agent::stage::MessageWindow::askForRestart() ? 0 : 1;
         case CommandLine::Deed::unregister_server:
             return registration(murmelix::com::unregisterServer(serverClass()));
         default:

@@ -270,8 +270,10 @@ Server::Server(const Options& options)
     theatre_->present(stage_); // the stage knows its size before the first client asks for it
     messages_.every(tick_period, [this] { tick(); });
     messages_.onClose([this] { shutDown(); });
+    messages_.onRestart([this] { restart(); });
     if (options_.stay) {
-        tray_ = std::make_unique<settings::Tray>(settings_frm_, [this] { shutDown(); });
+        tray_ = std::make_unique<settings::Tray>(
+            settings_frm_, [this] { restart(); }, [this] { shutDown(); });
     }
 }
 
@@ -286,16 +288,28 @@ Server::~Server() {
     murmelix::com::waitForSinksToEnd(murmelix::com::last_sinks_time);
 }
 
+void Server::beginEnding(DISPID event) {
+    ending_since_ = std::chrono::steady_clock::now();
+    tellAll(event);
+}
+
 void Server::shutDown() {
     if (!ending_since_) {
-        ending_since_ = std::chrono::steady_clock::now();
-        tellAll(12);
+        beginEnding(12);
     }
 }
 
-void Server::run() {
+void Server::restart() {
+    if (!ending_since_) {
+        restarts_ = true;
+        beginEnding(21);
+    }
+}
+
+bool Server::run() {
     transcript_.ready();
     murmelix::ui::runMessageLoop();
+    return restarts_;
 }
 
 std::shared_ptr<Client> Server::newClient() {

@@ -107,7 +107,8 @@ class Server final : public stage::Audience {
   public:
     explicit Server(const Options& options);
     ~Server() override;
-    void run();
+    // Until its end; true where it is to be started again.
+    bool run();
 
     std::shared_ptr<Client> newClient();
     void clientGone(Client& client);
@@ -125,6 +126,8 @@ class Server final : public stage::Audience {
 
     // Tells the clients, and ends the message loop when they have heard it, or do not answer.
     void shutDown();
+    // The same; then another server of the same kind is started.
+    void restart();
 
     // Shows a character's menu at a place on the screen, later, so that the call returns at once.
     void popUpMenu(stage::ActorId actor, int x, int y);
@@ -158,6 +161,7 @@ class Server final : public stage::Audience {
         std::unique_ptr<murmelix::com::ProcessWatch> process;
     };
     void tick();
+    void beginEnding(DISPID event);
     void setSize(int percent);
     Owner ownerOf(stage::ActorId actor) const;
     void tellOfCharacter(stage::ActorId actor, DISPID event, std::vector<Variant> more = {});
@@ -182,6 +186,7 @@ class Server final : public stage::Audience {
     std::vector<Watch> watches_;
     bool menu_open_ = false;
     std::optional<Moment> ending_since_;
+    bool restarts_ = false;
     bool sound_enabled_ = true;
     int size_ = settings::usual_size; // percent
     stage::ActorId active_ = 0;

@@ -4,9 +4,10 @@
 
 namespace agent::settings {
 
-Tray::Tray(SettingsFrm& form, std::function<void()> end) : Icon(form), IconMenu(form) {
+Tray::Tray(SettingsFrm& form, std::function<void()> restart, std::function<void()> end) : Icon(form), IconMenu(form) {
     PropertiesItem.setDefault();
     PropertiesItem.Click = [&form] { form.present(); };
+    RestartItem.Click = std::move(restart);
     ExitItem.Click = std::move(end);
     Icon.DblClick = PropertiesItem.Click;
     Icon.ContextMenu = [this, &form] { form.PopupMenu(IconMenu); };

@@ -8,15 +8,15 @@
 
 namespace agent::settings {
 
-// The server's icon beside the clock: its properties, and its end.
+// The server's icon beside the clock: its properties, its restart, and its end.
 class Tray {
   public:
-    Tray(SettingsFrm& form, std::function<void()> end);
+    Tray(SettingsFrm& form, std::function<void()> restart, std::function<void()> end);
 
     murmelix::ui::TrayIcon Icon;
     murmelix::ui::Menu IconMenu;
     murmelix::ui::MenuItem PropertiesItem{IconMenu, u"&Properties"}, SeparatorItem{IconMenu, u"-"},
-        ExitItem{IconMenu, u"E&xit"};
+        RestartItem{IconMenu, u"&Restart"}, ExitItem{IconMenu, u"E&xit"};
 };
 
 } // namespace agent::settings

@@ -225,10 +225,11 @@ TEST_F(SettingsTest, SoundIsOnUntilItIsSwitchedOff) {
     EXPECT_TRUE(readSoundEnabled());
 }
 
-TEST_F(SettingsTest, IconShowsTheWindowAndEndsTheServer) {
-    int ended = 0;
+TEST_F(SettingsTest, IconShowsTheWindowRestartsTheServerAndEndsIt) {
+    int restarted = 0, ended = 0;
     {
-        Tray tray(*form, [&] { ++ended; });
+        Tray tray(
+            *form, [&] { ++restarted; }, [&] { ++ended; });
         ASSERT_EQ(fakes::screen().tray_icons.size(), 1U);
         EXPECT_EQ(tray.Icon.Tip(), u"AgentServer");
         tray.Icon.DblClick();
@@ -239,6 +240,8 @@ TEST_F(SettingsTest, IconShowsTheWindowAndEndsTheServer) {
         EXPECT_TRUE(tray.PropertiesItem.Default());
         EXPECT_TRUE(fakes::choose(tray.PropertiesItem));
         EXPECT_TRUE(form->Visible());
+        EXPECT_TRUE(fakes::choose(tray.RestartItem));
+        EXPECT_EQ(restarted, 1);
         EXPECT_EQ(ended, 0);
         EXPECT_TRUE(fakes::choose(tray.ExitItem));
         EXPECT_EQ(ended, 1);

@@ -18,6 +18,7 @@ using murmelix::com::Variant;
 using testing::Contains;
 using testing::EndsWith;
 using testing::HasSubstr;
+using testing::Not;
 
 HWND characterWindow() {
     return FindWindowW(L"AgentServerCharacter", nullptr);
@@ -126,6 +127,27 @@ TEST_F(Clients, HearThatTheServerShutsDown) {
     Heard heard(control);
     RunningServer::close();
     EXPECT_TRUE(heard.soon("12"));
+}
+
+TEST_F(Clients, HearThatTheServerRestarts) {
+    Heard heard(control);
+    const auto window = [] { return FindWindowW(L"AgentServerMessages", L"AgentServer"); };
+    const HWND before = window();
+    const Process asking(serverProgram() + u" /restart");
+    EXPECT_EQ(asking.exitStatus(), 0U);
+    EXPECT_TRUE(heard.soon("21"));
+    EXPECT_THAT(heard.lines, Not(Contains("12"))) << "it does not shut down";
+    EXPECT_EQ(server.process().exitStatus(), 0U);
+    EXPECT_TRUE(pumpUntil([&] { return window() && window() != before; })) << "another one is there";
+    Object again = server.control();
+    again.object(u"Characters").call(u"Load", {Variant(u"a"), Variant(smallCharacterFile())});
+    again = {};
+    RunningServer::close();
+    EXPECT_TRUE(pumpUntil([&] { return !window(); }));
+}
+
+TEST(Server, IsNotRestartedWhereThereIsNone) {
+    EXPECT_EQ(Process(serverProgram() + u" /restart").exitStatus(), 1U);
 }
 
 TEST_F(Clients, HearOfThePointer) {

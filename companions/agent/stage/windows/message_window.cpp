@@ -5,14 +5,15 @@
 namespace agent::stage {
 namespace {
 
-constexpr UINT task_message = WM_APP + 1;
+constexpr UINT task_message = WM_APP + 1, restart_message = WM_APP + 2;
+constexpr wchar_t class_name[] = L"AgentServerMessages";
 constexpr UINT_PTR tick_timer = 1;
 
 } // namespace
 
 MessageWindow::MessageWindow() {
     // A hidden window of its own rather than a message-only one: it can own menus.
-    make({.class_name = L"AgentServerMessages", .style = WS_POPUP, .extended_style = WS_EX_TOOLWINDOW});
+    make({.class_name = class_name, .style = WS_POPUP, .extended_style = WS_EX_TOOLWINDOW});
 }
 
 MessageWindow::~MessageWindow() {
@@ -57,6 +58,11 @@ void MessageWindow::every(UINT period, std::function<void()> tick) {
     SetTimer(handle(), tick_timer, period, nullptr);
 }
 
+bool MessageWindow::askForRestart() {
+    const HWND server = FindWindowW(class_name, nullptr);
+    return server && PostMessageW(server, restart_message, 0, 0);
+}
+
 void MessageWindow::run() {
     MSG message;
     while (GetMessageW(&message, nullptr, 0, 0) > 0) {
@@ -68,6 +74,10 @@ void MessageWindow::run() {
 LRESULT MessageWindow::received(UINT message, WPARAM wparam, LPARAM lparam) {
     if (message == task_message) {
         carryOutOne();
+        return 0;
+    }
+    if (message == restart_message && restart_) {
+        restart_();
         return 0;
     }
     if (message == WM_TIMER && wparam == tick_timer) {

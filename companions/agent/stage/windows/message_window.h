@@ -29,6 +29,9 @@ class MessageWindow final : public Window {
     }
     // Called when the window is asked to close, or the session ends.
     void onClose(std::function<void()> closing) { closing_ = std::move(closing); }
+    // Called when another process has asked for a restart; `askForRestart` does, false where no server can be found.
+    void onRestart(std::function<void()> restart) { restart_ = std::move(restart); }
+    static bool askForRestart();
     // Called when the screens, or the parts of them that taskbars leave, have changed, with the resolution (dots an
     // inch) where that has.
     using ScreensChanged = std::function<void(std::optional<int> resolution)>;
@@ -46,7 +49,7 @@ class MessageWindow final : public Window {
     std::mutex mutex_;
     std::deque<std::function<void()>> tasks_;
     bool closed_ = false;
-    std::function<void()> tick_, closing_;
+    std::function<void()> tick_, closing_, restart_;
     ScreensChanged screens_changed_;
 };
 

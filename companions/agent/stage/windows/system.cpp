@@ -25,6 +25,19 @@ bool isRemoteDrive(char16_t letter) {
     return GetDriveTypeW(root.data()) == DRIVE_REMOTE;
 }
 
+bool startAgain() {
+    std::wstring line = GetCommandLineW();
+    STARTUPINFOW how{};
+    how.cb = sizeof how;
+    PROCESS_INFORMATION started{};
+    if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &how, &started)) {
+        return false;
+    }
+    CloseHandle(started.hThread);
+    CloseHandle(started.hProcess);
+    return true;
+}
+
 std::uint64_t counterMicroseconds() {
     LARGE_INTEGER counter{};
     LARGE_INTEGER frequency{};

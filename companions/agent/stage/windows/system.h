@@ -10,6 +10,8 @@ namespace agent::stage {
 std::u16string windowsDirectory();
 // True for the letter of a drive that is another machine's.
 bool isRemoteDrive(char16_t letter);
+// Starts this program once more, with the command line that it was started with; false where Windows refuses.
+bool startAgain();
 // Of the performance counter, comparable between processes.
 std::uint64_t counterMicroseconds();
 
