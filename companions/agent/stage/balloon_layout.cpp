@@ -1,6 +1,8 @@
 #include "companions/agent/stage/balloon_layout.h"
 
 #include <algorithm>
+#include <array>
+#include <optional>
 #include <utility>
 
 namespace agent::stage {
@@ -107,29 +109,79 @@ std::size_t Lines::firstShown(std::size_t spoken, std::size_t room) const {
     return reached > room ? reached - room : 0;
 }
 
-BalloonPlace placeBalloon(int width, int height, int tail, const Rect& character, const Rect& screen) {
+BalloonPlace placeBalloon(int width, int height, int tail, const Rect& character, const Rect& screen,
+                          std::span<const Rect> others) {
     const auto within = [](int at, int length, int low, int high) {
         return std::max(low, std::min(at, high - length));
     };
     const int middle_x = (character.left + character.right) / 2;
     const int middle_y = (character.top + character.bottom) / 2;
-    const int left = within(middle_x - width / 2, width, screen.left, screen.right);
-    const int top = within(middle_y - height / 2, height, screen.top, screen.bottom);
-
-    if (character.top - tail - height >= screen.top) {
-        const int y = within(character.top - tail - height, height, screen.top, screen.bottom);
-        return {{left, y, left + width, y + height}, Side::above, middle_x, character.top};
+    const auto at = [&](Side side, int aside) {
+        int left = middle_x - width / 2 + width * aside / 100, top = middle_y - height / 2 + height * aside / 100;
+        int tail_x = middle_x, tail_y = middle_y;
+        switch (side) {
+        case Side::above:
+            top = character.top - tail - height;
+            tail_y = character.top;
+            break;
+        case Side::below:
+            top = character.bottom + tail;
+            tail_y = character.bottom;
+            break;
+        case Side::left:
+            left = character.left - tail - width;
+            tail_x = character.left;
+            break;
+        case Side::right:
+            left = character.right + tail;
+            tail_x = character.right;
+            break;
+        }
+        left = within(left, width, screen.left, screen.right);
+        top = within(top, height, screen.top, screen.bottom);
+        return BalloonPlace{{left, top, left + width, top + height}, side, tail_x, tail_y};
+    };
+    const auto hasRoom = [&](Side side) {
+        switch (side) {
+        case Side::above:
+            return character.top - tail - height >= screen.top;
+        case Side::below:
+            return character.bottom + tail + height <= screen.bottom;
+        case Side::left:
+            return character.left - tail - width >= screen.left;
+        default:
+            return character.right + tail + width <= screen.right;
+        }
+    };
+    const auto covered = [&](const BalloonPlace& place) {
+        std::int64_t area = 0;
+        for (const Rect& other : others) {
+            area += sharedArea(place.body, other);
+        }
+        return area;
+    };
+    const bool left_first = character.left - screen.left > screen.right - character.right;
+    const std::array<Side, 4> sides{Side::above, Side::below, left_first ? Side::left : Side::right,
+                                    left_first ? Side::right : Side::left};
+    std::optional<BalloonPlace> best;
+    std::int64_t best_covered = 0;
+    for (const Side side : sides) {
+        if (!hasRoom(side)) {
+            continue;
+        }
+        for (const int aside : {0, 25, -25, 45, -45}) { // percent of its length, so that it stays over its tail
+            const BalloonPlace place = at(side, aside);
+            const std::int64_t covers = covered(place);
+            if (!best || covers < best_covered) {
+                best = place;
+                best_covered = covers;
+            }
+            if (best_covered == 0) {
+                return *best;
+            }
+        }
     }
-    if (character.bottom + tail + height <= screen.bottom) {
-        const int y = within(character.bottom + tail, height, screen.top, screen.bottom);
-        return {{left, y, left + width, y + height}, Side::below, middle_x, character.bottom};
-    }
-    if (character.left - screen.left > screen.right - character.right) {
-        const int x = within(character.left - tail - width, width, screen.left, screen.right);
-        return {{x, top, x + width, top + height}, Side::left, character.left, middle_y};
-    }
-    const int x = within(character.right + tail, width, screen.left, screen.right);
-    return {{x, top, x + width, top + height}, Side::right, character.right, middle_y};
+    return best ? *best : at(sides[2], 0);
 }
 
 } // namespace agent::stage

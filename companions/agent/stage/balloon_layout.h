@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -64,7 +65,8 @@ struct BalloonPlace {
 };
 
 // A body of this size beside the character, wholly on the screen: above it if there is room, else below, else at the
-// side with more room.
-BalloonPlace placeBalloon(int width, int height, int tail, const Rect& character, const Rect& screen);
+// side with more room; of these places the first that covers none of the others, or as little of them as can be.
+BalloonPlace placeBalloon(int width, int height, int tail, const Rect& character, const Rect& screen,
+                          std::span<const Rect> others = {});
 
 } // namespace agent::stage

@@ -1,16 +1,9 @@
 #include "companions/agent/stage/screens.h"
 
 #include <algorithm>
-#include <cstdint>
 
 namespace agent::stage {
 namespace {
-
-std::int64_t sharedArea(const Rect& a, const Rect& b) {
-    const std::int64_t width = std::int64_t{std::min(a.right, b.right)} - std::max(a.left, b.left);
-    const std::int64_t height = std::int64_t{std::min(a.bottom, b.bottom)} - std::max(a.top, b.top);
-    return std::max<std::int64_t>(0, width) * std::max<std::int64_t>(0, height);
-}
 
 // Squared, between the nearest points of two areas that share none.
 std::int64_t distance(const Rect& a, const Rect& b) {
@@ -22,6 +15,12 @@ std::int64_t distance(const Rect& a, const Rect& b) {
 }
 
 } // namespace
+
+std::int64_t sharedArea(const Rect& a, const Rect& b) {
+    const std::int64_t width = std::int64_t{std::min(a.right, b.right)} - std::max(a.left, b.left);
+    const std::int64_t height = std::int64_t{std::min(a.bottom, b.bottom)} - std::max(a.top, b.top);
+    return std::max<std::int64_t>(0, width) * std::max<std::int64_t>(0, height);
+}
 
 Screen screenOf(const Screens& screens, const Rect& area) {
     const auto best = std::ranges::max_element(screens, [&](const Screen& a, const Screen& b) {

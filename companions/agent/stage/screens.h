@@ -1,6 +1,7 @@
 // The screens that characters and balloons are on. Lengths in pixels.
 #pragma once
 
+#include <cstdint>
 #include <vector>
 
 namespace agent::stage {
@@ -18,6 +19,9 @@ struct Screen {
     friend bool operator==(const Screen&, const Screen&) = default;
 };
 using Screens = std::vector<Screen>;
+
+// Pixels that both have.
+std::int64_t sharedArea(const Rect& a, const Rect& b);
 
 // The screen with the largest part of the area, else the nearest to it; an empty one where there is none.
 Screen screenOf(const Screens& screens, const Rect& area);

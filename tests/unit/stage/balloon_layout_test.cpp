@@ -168,5 +168,31 @@ TEST(BalloonPlace, IsBesideWhereThereIsRoomNeitherAboveNorBelow) {
     EXPECT_EQ(placeBalloon(200, 900, 18, {300, 100, 400, 220}, {0, 0, 1280, 1024}).body, (Rect{418, 0, 618, 900}));
 }
 
+TEST(BalloonPlace, KeepsOffTheOtherCharacters) {
+    const Rect character{400, 300, 500, 420}, screen{0, 0, 1280, 1024};
+    const auto place = [&](const std::vector<Rect>& others) {
+        const BalloonPlace found = placeBalloon(200, 60, 18, character, screen, others);
+        for (const Rect& other : others) {
+            EXPECT_EQ(sharedArea(found.body, other), 0) << "at " << found.body.left << "," << found.body.top;
+        }
+        return found;
+    };
+    EXPECT_EQ(place({{600, 200, 700, 320}}).body, (Rect{350, 222, 550, 282})) << "nobody is in its way";
+    EXPECT_EQ(place({{300, 200, 400, 320}}).body, (Rect{400, 222, 600, 282})) << "a bit aside";
+    EXPECT_EQ(place({{500, 200, 600, 320}}).body, (Rect{300, 222, 500, 282}));
+    EXPECT_EQ(place({{400, 160, 500, 280}}).side, Side::below);
+    EXPECT_EQ(place({{400, 160, 500, 280}, {400, 440, 500, 560}}).side, Side::right);
+    EXPECT_EQ(place({{400, 160, 500, 280}, {400, 440, 500, 560}, {520, 300, 620, 420}}).side, Side::left);
+}
+
+TEST(BalloonPlace, CoversAsLittleOfTheOthersAsCanBe) {
+    const Rect character{400, 300, 500, 420}, screen{0, 0, 1280, 1024};
+    const std::vector<Rect> all_around{
+        {0, 0, 1280, 290}, {0, 430, 1280, 1024}, {0, 0, 390, 1024}, {700, 310, 1280, 1024}};
+    const BalloonPlace found = placeBalloon(200, 60, 18, character, screen, all_around);
+    EXPECT_EQ(found.side, Side::right);
+    EXPECT_GE(found.body.left, character.right);
+}
+
 } // namespace
 } // namespace agent::stage

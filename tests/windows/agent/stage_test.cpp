@@ -367,6 +367,7 @@ struct OnTheatre : testing::Test, Audience {
     voice::Output output{std::u16string()};
     Theatre theatre{messages, service, output, {}};
     Stage stage{theatre, *this, [](int) { return 0; }};
+    std::shared_ptr<const acs::CharacterFile> file;
     Actor* actor = nullptr;
     HWND window = nullptr;
 
@@ -382,7 +383,7 @@ struct OnTheatre : testing::Test, Audience {
         made.animations[0].name = u"RestPose";
         made.animations[0].frames.resize(1);
         made.animations[0].frames[0].images = {{0, 0, 0}};
-        auto file = std::make_shared<const acs::CharacterFile>(*acs::CharacterFile::open(acs::write(made), error));
+        file = std::make_shared<const acs::CharacterFile>(*acs::CharacterFile::open(acs::write(made), error));
         actor = &stage.enter(std::make_shared<FileRepertoire>(file));
         theatre.admit(actor->id(), file);
         stage.setKeepOnScreen(false);
@@ -495,6 +496,28 @@ TEST_F(OnTheatre, WordsAreHeardAsSoonAsTheyAreMade) {
     advance(20);
     EXPECT_TRUE(pumpUntil([&] { return speak->status == Status::in_progress; }));
     EXPECT_EQ(ticks, 1) << "no timer ticked";
+}
+
+TEST_F(OnTheatre, ABalloonKeepsOffTheOtherCharacters) {
+    actor->add(stage.newRequest({.kind = Kind::think, .text = u"Some words that are thought for quite a while."}));
+    advance(20);
+    advance(500);
+    const HWND balloon = FindWindowW(L"AgentServerBalloon", nullptr);
+    const auto covers = [&](const RECT& area) {
+        RECT words{}, shared{};
+        GetWindowRect(balloon, &words);
+        return IntersectRect(&shared, &words, &area) != 0;
+    };
+    const RECT above{200, 140, 240, 180};
+    EXPECT_TRUE(covers(above));
+    Actor& other = stage.enter(std::make_shared<FileRepertoire>(file));
+    theatre.admit(other.id(), file);
+    other.place(above.left, above.top, MoveCause::program);
+    other.add(stage.newRequest({.kind = Kind::show, .fast = true}));
+    advance(510);
+    advance(520);
+    EXPECT_TRUE(IsWindowVisible(balloon));
+    EXPECT_FALSE(covers(above)) << "the words made way";
 }
 
 TEST_F(OnTheatre, TheStageKnowsTheScreens) {

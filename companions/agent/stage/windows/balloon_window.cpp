@@ -71,7 +71,8 @@ BalloonWindow::~BalloonWindow() {
     destroy();
 }
 
-void BalloonWindow::open(BalloonKind kind, std::u16string text, const BalloonLook& look, const Rect& character) {
+void BalloonWindow::open(BalloonKind kind, std::u16string text, const BalloonLook& look, const Rect& character,
+                         std::vector<Rect> others) {
     kind_ = kind;
     text_ = drawable(std::move(text));
     look_ = look;
@@ -79,6 +80,7 @@ void BalloonWindow::open(BalloonKind kind, std::u16string text, const BalloonLoo
     right_to_left_ = beginsRightToLeft(text_);
 
     character_ = character;
+    others_ = std::move(others);
     measure();
     open_ = true;
     lay();
@@ -129,9 +131,11 @@ void BalloonWindow::measure() {
     body_height_ = static_cast<int>(room_) * lettering_.lineHeight() + 2 * padding_;
 }
 
-void BalloonWindow::follow(const Rect& character) {
-    character_ = character;
-    if (open_) {
+void BalloonWindow::follow(const Rect& character, std::vector<Rect> others) {
+    const bool moved = character != std::exchange(character_, character);
+    const bool others_moved = others != others_;
+    others_ = std::move(others);
+    if (open_ && (moved || others_moved)) {
         lay();
     }
 }
@@ -139,7 +143,7 @@ void BalloonWindow::follow(const Rect& character) {
 void BalloonWindow::lay() {
     const int reach = scaled(tail_at_1), corner = scaled(corner_at_1), tail_half = scaled(tail_half_at_1);
     const BalloonPlace place =
-        placeBalloon(body_width_, body_height_, reach, character_, screenOf(screens_, character_).work);
+        placeBalloon(body_width_, body_height_, reach, character_, screenOf(screens_, character_).work, others_);
     Rect all = place.body;
     all.left -= place.side == Side::right ? reach : 0;
     all.right += place.side == Side::left ? reach : 0;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "companions/agent/stage/balloon_layout.h"
 #include "companions/agent/stage/sequencer.h"
@@ -29,8 +30,10 @@ class BalloonWindow final : public Window {
     explicit BalloonWindow(const Screens& screens);
     ~BalloonWindow() override;
 
-    void open(BalloonKind kind, std::u16string text, const BalloonLook& look, const Rect& character);
-    void follow(const Rect& character);
+    // `others`: the areas of other characters, which it keeps off where it can.
+    void open(BalloonKind kind, std::u16string text, const BalloonLook& look, const Rect& character,
+              std::vector<Rect> others = {});
+    void follow(const Rect& character, std::vector<Rect> others = {});
     // How much larger it is than at 96 dots an inch; at first 1.
     void setScale(double scale);
     // The text up to here is shown.
@@ -56,6 +59,7 @@ class BalloonWindow final : public Window {
     std::size_t room_ = 1; // lines
     double scale_ = 1;
     Rect character_{0, 0, 0, 0};
+    std::vector<Rect> others_;
     int body_width_ = 0, body_height_ = 0, padding_ = 0;
     Rect body_{0, 0, 0, 0}; // in the window
     gdi::Region outline_;

@@ -190,11 +190,13 @@ void Theatre::present(Stage& stage) {
         stage.setScale(scale());
         stage.setScreens(screens_);
     }
+    bool moved = false;
     for (auto& [id, shown] : figures_) {
         Actor* actor = stage.find(id);
         if (!actor || (!shown.redraw && !shown.replace)) {
             continue;
         }
+        moved = moved || shown.replace;
         if (!actor->visible()) {
             shown.replace = false;
             shown.redraw = true;
@@ -205,6 +207,23 @@ void Theatre::present(Stage& stage) {
         }
         show(shown, *actor);
     }
+    if (moved) {
+        for (auto& [id, shown] : figures_) {
+            if (shown.balloon) {
+                shown.balloon->follow(shown.area, areasBeside(id));
+            }
+        }
+    }
+}
+
+std::vector<Rect> Theatre::areasBeside(ActorId actor) const {
+    std::vector<Rect> areas;
+    for (const auto& [id, shown] : figures_) {
+        if (id != actor && shown.shown) {
+            areas.push_back(shown.area);
+        }
+    }
+    return areas;
 }
 
 // What cannot be seen is not drawn until it can.
@@ -219,9 +238,7 @@ void Theatre::show(Figure& shown, const Actor& actor) {
     } else if (shown.replace) {
         shown.window->move(actor.left(), actor.top());
     }
-    if (shown.replace && shown.balloon) {
-        shown.balloon->follow(actor.area());
-    }
+    shown.area = actor.area();
     shown.replace = false;
 }
 
@@ -321,7 +338,7 @@ void Theatre::openBalloon(Actor& actor, BalloonKind kind, const std::u16string& 
     look.size_to_text = (actor.balloon_style & balloon_size_to_text) != 0;
     look.characters_a_line = static_cast<int>(actor.balloon_style >> 16 & 0xFF);
     look.lines = static_cast<int>(actor.balloon_style >> 24 & 0xFF);
-    found->balloon->open(kind, text, look, actor.area());
+    found->balloon->open(kind, text, look, actor.area(), areasBeside(actor.id()));
 }
 
 void Theatre::balloonWords(Actor& actor, std::size_t end) {

@@ -71,6 +71,7 @@ class Theatre final : public Effects {
         BalloonLook look;
         Raster raster;
         std::pair<int, int> size; // as it was drawn
+        Rect area{0, 0, 0, 0};    // where it is shown
         bool redraw = false;
         bool replace = false;
         bool shown = false;
@@ -95,6 +96,7 @@ class Theatre final : public Effects {
     };
 
     void show(Figure& shown, const Actor& actor);
+    std::vector<Rect> areasBeside(ActorId actor) const;
     double scale() const { return size_ * resolution_; }
     void changeScreens(const Screens& screens, double resolution);
     void delivered(SpeechOrder order, std::optional<voice::Speech> speech);
