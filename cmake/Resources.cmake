@@ -1,17 +1,21 @@
-# murmelix_resources(TARGET DESCRIPTION TEXT ICON NAME [ADMINISTRATOR]): a Windows program's manifest, version and icon
+# murmelix_resources(TARGET DESCRIPTION TEXT ICON NAME [ADMINISTRATOR] [PER_MONITOR]): a Windows program's manifest, version and icon
 # (resource 1: NAME.ico of the assets, where they are built). Controls have the system's visual styles, and pixels are
 # those of the screen: programs scale what they draw themselves. The program runs as who starts it; ADMINISTRATOR is for
-# one that writes what belongs to the machine. Saying either outright keeps Windows from guessing by the program's name.
+# one that writes what belongs to the machine. With PER_MONITOR it hears when the resolution of the screen changes. Saying either outright keeps Windows from guessing by the program's name.
 if(WIN32)
   enable_language(RC)
 endif()
 set(MURMELIX_RESOURCE_TEMPLATES ${CMAKE_CURRENT_LIST_DIR}/resources)
 
 function(murmelix_resources target)
-  cmake_parse_arguments(ARG "ADMINISTRATOR" "DESCRIPTION;ICON" "" ${ARGN})
+  cmake_parse_arguments(ARG "ADMINISTRATOR;PER_MONITOR" "DESCRIPTION;ICON" "" ${ARGN})
   set(level asInvoker)
   if(ARG_ADMINISTRATOR)
     set(level requireAdministrator)
+  endif()
+  set(awareness system)
+  if(ARG_PER_MONITOR)
+    set(awareness "PerMonitorV2, system")
   endif()
   set(icon "${MURMELIX_ASSETS}/icons/${ARG_ICON}.ico")
   set(icon_line "")

@@ -81,6 +81,9 @@ TEST_P(Resources, ManifestSaysAsWhomItRunsAndHowItDraws) {
     EXPECT_THAT(manifest, HasSubstr("requestedExecutionLevel level=\"" + std::string(GetParam().level) + "\""));
     EXPECT_THAT(manifest, HasSubstr("Microsoft.Windows.Common-Controls"));
     EXPECT_THAT(manifest, HasSubstr(">true</dpiAware>"));
+    EXPECT_EQ(manifest.find(">PerMonitorV2, system</dpiAwareness>") != manifest.npos,
+              std::string(GetParam().name) == "AgentServer")
+        << "whose characters follow the resolution at once";
     EXPECT_THAT(manifest, HasSubstr("name=\"Murmelix." + std::string(GetParam().name) + "\""));
     EXPECT_THAT(manifest, Not(HasSubstr("@")));
 }

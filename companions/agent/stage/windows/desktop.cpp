@@ -4,6 +4,8 @@
 
 #include <windows.h>
 
+#include "ui/win32/gdi.h"
+
 namespace agent::stage {
 namespace {
 
@@ -33,7 +35,10 @@ Screens readScreens() {
     return screens;
 }
 
-int readResolution() {
+int readResolution(HWND window) {
+    if (const int resolution = murmelix::ui::win32::dpiOf(window); resolution > 0) {
+        return resolution;
+    }
     const HDC screen = GetDC(nullptr);
     const int resolution = screen ? GetDeviceCaps(screen, LOGPIXELSX) : 0;
     ReleaseDC(nullptr, screen);

@@ -100,7 +100,7 @@ void Theatre::Reader::run(const std::stop_token& stop) {
 
 Theatre::Theatre(MessageWindow& messages, voice::Service& service, voice::Output& output, Hand hand)
     : messages_(messages), service_(service), output_(output), hand_(std::move(hand)), screens_(readScreens()),
-      resolution_(scaleOf(readResolution())), frame_sounds_(output) {
+      resolution_(scaleOf(readResolution(messages.handle()))), frame_sounds_(output) {
     messages_.onScreensChanged([this](std::optional<int> resolution) {
         changeScreens(readScreens(), resolution ? scaleOf(*resolution) : resolution_);
     });
