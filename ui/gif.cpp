@@ -1,7 +1,9 @@
+// The system decodes GIFs. It sees nothing of a file but what was checked here: its first frame, put together anew as a
+// picture of one frame with nothing beside it.
 #include <algorithm>
 #include <optional>
 #include <stdexcept>
-#include <vector>
+#include <string>
 
 #include "ui/image.h"
 
@@ -9,12 +11,11 @@ namespace murmelix::ui {
 
 namespace {
 
-using Palette = std::vector<std::uint32_t>;
-
-constexpr std::uint32_t opaque = 0xFF000000;
-constexpr std::uint8_t extension_block = 0x21, image_block = 0x2C;
+constexpr std::uint8_t extension_block = 0x21, image_block = 0x2C, trailer = 0x3B;
 constexpr std::uint8_t graphic_control = 0xF9;
-constexpr std::uint8_t has_palette = 0x80, interlaced = 0x40, has_transparency = 0x01;
+constexpr std::size_t graphic_control_length = 4;
+constexpr std::uint8_t has_palette = 0x80;
+constexpr int least_colour_bits = 2, most_colour_bits = 8;
 
 class Damaged : public std::runtime_error {
   public:
@@ -40,172 +41,117 @@ class Reader {
     }
     // Data in pieces, each with its length before it; an empty one is the last.
     std::string_view piece() { return take(byte()); }
-    Palette palette(std::uint8_t flags) {
-        Palette colours(std::size_t{2} << (flags & 7));
-        for (std::uint32_t& colour : colours) {
-            const std::uint32_t red = byte(), green = byte();
-            colour = opaque | red << 16 | green << 8 | byte();
+    // All pieces as they stand, the last one included.
+    std::string_view pieces() {
+        const std::string_view all = bytes_;
+        while (!piece().empty()) {
         }
-        return colours;
+        return all.substr(0, all.size() - bytes_.size());
+    }
+    // Red, green and blue of each colour; empty where the flags tell of none.
+    std::string_view palette(std::uint8_t flags) {
+        return flags & has_palette ? take(std::size_t{6} << (flags & 7)) : std::string_view();
     }
 
   private:
     std::string_view bytes_;
 };
 
-// The codes of a frame's data, of 3 to 12 bits, lowest bit first.
-class Codes {
-  public:
-    explicit Codes(Reader& data) : data_(data) {}
-
-    unsigned next(int width) {
-        while (count_ < width) {
-            if (piece_.empty()) {
-                piece_ = data_.piece();
-                if (piece_.empty()) {
-                    throw Damaged();
-                }
-            }
-            bits_ |= static_cast<unsigned>(static_cast<std::uint8_t>(piece_.front())) << count_;
-            piece_.remove_prefix(1);
-            count_ += 8;
+struct Area {
+    explicit Area(Reader& data) : width(data.number()), height(data.number()) {
+        const auto pixels = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+        if (pixels == 0 || pixels > most_gif_pixels) {
+            throw Damaged();
         }
-        const unsigned code = bits_ & ((1U << width) - 1);
-        bits_ >>= width;
-        count_ -= width;
-        return code;
     }
-
-  private:
-    Reader& data_;
-    std::string_view piece_;
-    unsigned bits_ = 0;
-    int count_ = 0;
+    int width, height;
 };
 
-// The colours of so many pixels. A code stands for one colour, or for a run that was written before and the colour
-// behind it: runs are kept as places of what is written.
-std::vector<std::uint8_t> decompressed(Reader& data, std::size_t count) {
-    constexpr int widest = 12;
-    struct Run {
-        std::size_t start, length;
-    };
-    const int colour_bits = data.byte();
-    if (colour_bits < 2 || colour_bits > 8) {
+std::string written(int number) {
+    return {static_cast<char>(number & 0xFF), static_cast<char>(number >> 8)};
+}
+
+struct FirstFrame {
+    Size whole;       // of the picture
+    Rect place;       // of the frame in it; parts can lie outside
+    std::string file; // a GIF of this frame alone
+};
+
+FirstFrame readFrame(Reader& data, const Area& whole, std::uint8_t palette_flags, std::string_view palette,
+                     std::string_view control) {
+    const int left = data.number(), top = data.number();
+    const Area frame(data);
+    const std::uint8_t flags = data.byte();
+    const std::string_view own = data.palette(flags);
+    if (own.empty() && palette.empty()) {
         throw Damaged();
     }
-    const unsigned clear = 1U << colour_bits, end = clear + 1;
-    std::vector<Run> runs; // of the codes behind `end`
-    runs.reserve(std::size_t{1} << widest);
-    std::vector<std::uint8_t> pixels;
-    pixels.reserve(count);
-    Run before{0, 0}; // none
-    int width = colour_bits + 1;
-    for (Codes codes(data); pixels.size() < count;) {
-        const unsigned code = codes.next(width);
-        if (code == clear) {
-            runs.clear();
-            before = {0, 0};
-            width = colour_bits + 1;
-            continue;
-        }
-        // The code may stand for the run that it completes itself.
-        if (before.length > 0 && end + 1 + runs.size() < std::size_t{1} << widest) {
-            runs.push_back({before.start, before.length + 1});
-        }
-        Run now{pixels.size(), 1};
-        if (code < clear) {
-            pixels.push_back(static_cast<std::uint8_t>(code));
-        } else if (code > end && code - end - 1 < runs.size()) {
-            const Run run = runs[code - end - 1];
-            now.length = std::min(run.length, count - pixels.size());
-            for (std::size_t i = 0; i < now.length; ++i) {
-                pixels.push_back(pixels[run.start + i]);
+    const std::uint8_t colour_bits = data.byte();
+    if (colour_bits < least_colour_bits || colour_bits > most_colour_bits) {
+        throw Damaged();
+    }
+    const std::string size = written(frame.width) + written(frame.height);
+    // Without a background colour, and with square pixels.
+    std::string file = "GIF89a" + size + static_cast<char>(palette_flags) + written(0);
+    file += palette;
+    if (!control.empty()) {
+        file += {static_cast<char>(extension_block), static_cast<char>(graphic_control),
+                 static_cast<char>(graphic_control_length)};
+        file += control;
+        file += '\0';
+    }
+    file += static_cast<char>(image_block) + written(0) + written(0) + size + static_cast<char>(flags);
+    file += own;
+    file += static_cast<char>(colour_bits);
+    file += data.pieces();
+    file += static_cast<char>(trailer);
+    return {{whole.width, whole.height}, {left, top, frame.width, frame.height}, std::move(file)};
+}
+
+// The blocks are followed to the end, so that a file that breaks off anywhere is found out.
+FirstFrame check(Reader data) {
+    if (const auto kind = data.take(6); kind != "GIF87a" && kind != "GIF89a") {
+        throw Damaged();
+    }
+    const Area whole(data);
+    const std::uint8_t flags = data.byte();
+    data.take(2); // a background that is not shown, and the shape of a pixel
+    const std::string_view palette = data.palette(flags);
+    std::string_view control; // of the next frame
+    std::optional<FirstFrame> first;
+    for (std::uint8_t block; (block = data.byte()) != trailer;) {
+        if (block == extension_block) {
+            const bool is_control = data.byte() == graphic_control;
+            for (auto piece = data.piece(); !piece.empty(); piece = data.piece()) {
+                if (is_control && piece.size() == graphic_control_length) {
+                    control = piece;
+                }
+            }
+        } else if (block == image_block) {
+            FirstFrame frame = readFrame(data, whole, flags, palette, control);
+            if (!first) {
+                first = std::move(frame);
             }
         } else {
             throw Damaged();
         }
-        if (end + 1 + runs.size() == std::size_t{1} << width && width < widest) {
-            ++width;
-        }
-        before = now;
     }
-    return pixels;
+    if (!first) {
+        throw Damaged();
+    }
+    return *std::move(first);
 }
 
-struct Area {
-    explicit Area(Reader& data) : width(data.number()), height(data.number()) {}
-    std::size_t pixels() const { return static_cast<std::size_t>(width) * static_cast<std::size_t>(height); }
-    bool reasonable() const { return pixels() > 0 && pixels() <= most_gif_pixels; }
-    int width, height;
-};
-
-// The row of a frame that is written at a turn: every eighth one, every eighth between, every fourth, every second.
-std::vector<int> rowsInOrder(int height, bool in_passes) {
-    struct Pass {
-        int first, step;
-    };
-    static constexpr Pass all_at_once[] = {{0, 1}}, passes[] = {{0, 8}, {4, 8}, {2, 4}, {1, 2}};
-    std::vector<int> rows;
-    const auto add = [&](const Pass& pass) {
-        for (int row = pass.first; row < height; row += pass.step) {
-            rows.push_back(row);
-        }
-    };
-    if (in_passes) {
-        std::ranges::for_each(passes, add);
-    } else {
-        std::ranges::for_each(all_at_once, add);
-    }
-    return rows;
-}
-
-Image decode(Reader data) {
-    if (const auto kind = data.take(6); kind != "GIF87a" && kind != "GIF89a") {
-        throw Damaged();
-    }
-    const Area screen(data);
-    const std::uint8_t flags = data.byte();
-    data.take(2); // a background that is not shown, and the shape of a pixel
-    Palette colours = flags & has_palette ? data.palette(flags) : Palette();
-    if (!screen.reasonable()) {
-        throw Damaged();
-    }
-    constexpr unsigned none = 256; // beyond all colours
-    unsigned transparent = none;
-    std::uint8_t block;
-    while ((block = data.byte()) == extension_block) {
-        const bool is_control = data.byte() == graphic_control;
-        for (auto piece = data.piece(); !piece.empty(); piece = data.piece()) {
-            if (is_control && piece.size() == 4) {
-                const bool some = static_cast<std::uint8_t>(piece[0]) & has_transparency;
-                transparent = some ? static_cast<std::uint8_t>(piece[3]) : none;
-            }
-        }
-    }
-    if (block != image_block) {
-        throw Damaged();
-    }
-    const int left = data.number(), top = data.number();
-    const Area frame(data);
-    const std::uint8_t frame_flags = data.byte();
-    if (!frame.reasonable()) {
-        throw Damaged();
-    }
-    if (frame_flags & has_palette) {
-        colours = data.palette(frame_flags);
-    }
-    const auto indices = decompressed(data, frame.pixels());
-    Image image{screen.width, screen.height, std::vector<std::uint32_t>(screen.pixels())};
-    auto index = indices.begin();
-    for (const int row : rowsInOrder(frame.height, frame_flags & interlaced)) {
-        for (int column = 0; column < frame.width; ++column, ++index) {
-            const int x = left + column, y = top + row;
-            if (x < screen.width && y < screen.height && *index != transparent && *index < colours.size()) {
-                image.pixels[static_cast<std::size_t>(y) * static_cast<std::size_t>(screen.width) +
-                             static_cast<std::size_t>(x)] = colours[*index];
-            }
-        }
+Image placed(const Image& frame, const FirstFrame& first) {
+    const auto width = static_cast<std::size_t>(first.whole.width);
+    Image image{first.whole.width, first.whole.height, {}};
+    image.pixels.resize(width * static_cast<std::size_t>(image.height));
+    const int columns = std::min(frame.width, image.width - first.place.left);
+    const int rows = std::min(frame.height, image.height - first.place.top);
+    for (int row = 0; row < rows && columns > 0; ++row) {
+        const auto from = frame.pixels.begin() + std::ptrdiff_t{row} * frame.width;
+        std::copy(from, from + columns,
+                  image.pixels.begin() + std::ptrdiff_t{first.place.top + row} * image.width + first.place.left);
     }
     return image;
 }
@@ -217,7 +163,12 @@ std::optional<Image> decodeGif(std::string_view bytes) {
         return std::nullopt;
     }
     try {
-        return decode(Reader(bytes));
+        const FirstFrame first = check(Reader(bytes));
+        const auto frame = native::decodedGif(first.file);
+        if (!frame || frame->width != first.place.width || frame->height != first.place.height) {
+            return std::nullopt;
+        }
+        return placed(*frame, first);
     } catch (const Damaged&) {
         return std::nullopt;
     }

@@ -12,6 +12,7 @@
 #include "tests/fakes/fakes.h"
 #include "tests/fakes/gif.h"
 #include "tests/fakes/ui/drag_drop.h"
+#include "tests/fakes/ui/gif_decoder.h"
 #include "tests/fakes/ui/windows.h"
 #include "ui/form.h"
 
@@ -163,7 +164,7 @@ TEST_F(ImgListBoxTest, MissingPictureIsBlankAndTheFileIsShownWhereItIsThere) {
     box->AddItem(u"", u"Zoe");
     ASSERT_TRUE(box->ItemImage(1).image());
     EXPECT_EQ(box->ItemImage(1).image()->width, 4);
-    EXPECT_EQ(box->ItemImage(1).image()->pixels.front(), 0xFFFF0000);
+    EXPECT_EQ(box->ItemImage(1).image()->pixels.front(), fakes::decoded_pixel);
     EXPECT_FALSE(box->ItemImage(1).Enabled());
     EXPECT_FALSE(box->ItemImage(2).image());
     EXPECT_EQ(box->ItemImage(2).picture(), box->BlankItemImg.picture());

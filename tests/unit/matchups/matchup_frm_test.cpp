@@ -276,6 +276,38 @@ TEST_F(MatchupWindow, DropOfNothingOrOfAStrangersTextOnTheContactsDoesNothing) {
     EXPECT_THAT(fakes::registry().log, IsEmpty());
 }
 
+// It may be a contact that the client has not told of: it is taken, and stays listed in one place.
+TEST_F(MatchupWindow, TextOfAnotherProgramIsMatchedMovedAndTakenBackLikeAContact) {
+    threeContacts();
+    open();
+    EXPECT_NE(dropText(listOf(u"Max"), u"stranger@x"), ui::drop_none);
+    EXPECT_EQ(stored(u"stranger@x"), "Max");
+    EXPECT_NE(dropText(listOf(u"Anna"), u"stranger@x"), ui::drop_none);
+    EXPECT_EQ(stored(u"stranger@x"), "Anna");
+    EXPECT_THAT(of(u"Max"), IsEmpty());
+    EXPECT_THAT(of(u"Anna"), ElementsAre(u"stranger@x"));
+    drag(listOf(u"Anna"), 1, form->ContactList);
+    EXPECT_EQ(stored(u"stranger@x"), std::nullopt);
+    EXPECT_THAT(of(u"Anna"), IsEmpty());
+    EXPECT_THAT(contacts(), ElementsAre(u"ann@x", u"bob@x", u"cyn@x", u"stranger@x"));
+    drag(form->ContactList, 4, listOf(u"Bert"));
+    EXPECT_EQ(stored(u"stranger@x"), "Bert");
+    EXPECT_THAT(contacts(), ElementsAre(u"ann@x", u"bob@x", u"cyn@x"));
+}
+
+TEST_F(MatchupWindow, ContactDraggedHereByAnotherProgramIsMatchedAndTakenBack) {
+    threeContacts();
+    open();
+    dropText(listOf(u"Max"), u"bob@x");
+    EXPECT_EQ(stored(u"bob@x"), "Max");
+    EXPECT_THAT(contacts(), ElementsAre(u"ann@x", u"cyn@x"));
+    dropText(form->ContactList, u"bob@x");
+    dropText(form->ContactList, u"bob@x");
+    EXPECT_EQ(stored(u"bob@x"), std::nullopt);
+    EXPECT_THAT(contacts(), ElementsAre(u"ann@x", u"cyn@x", u"bob@x"));
+    EXPECT_THAT(of(u"Max"), IsEmpty());
+}
+
 TEST_F(MatchupWindow, DropOfAListedContactOnItsOwnListLeavesItThere) {
     threeContacts();
     open();
