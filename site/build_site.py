@@ -29,7 +29,7 @@ ACTS = {
     "explain": "spreads both arms", "congratulate": "cheers",
     "decline": "shakes the head",
 }
-SCREENS = ("main-selected", "main-signed-out", "main-options", "messenger-sign-in")
+SCREENS = ("main-selected", "main-signed-out", "main-options", "matchups", "messenger-sign-in")
 TASTE = ("(lol)", "(@)", ":'(", "(boo)", "(birthday)", "(l)")
 PAUSE = 0.35       # seconds between two lines of the demo
 SHORT_PAUSE = 0.1  # and between two pieces of one
