@@ -1,8 +1,10 @@
 """Matchups: contacts dragged onto characters and back, found again after a restart, and what ends it all in between."""
 
-from case import TimedOut, main, wait_for
+from case import ROOT, TimedOut, main, wait_for
 from publisher import Publisher
 from shell import SHOW_OPTIONS, START_SELECTED, STOP, YOU, ShellTest
+
+from desk.web_server import WebServer
 
 ANN, BOB = "ann@messenger.example", "bob@messenger.example"
 MATCHUPS, DOWNLOAD = "Character Matchup", "Downloading Character Image"
@@ -206,6 +208,57 @@ class Matchups(ShellTest):
         self.sign_in()
         self.open_matchups()
         self.drag(self.contact_row(0), self.list_of(first), lambda: self.stored() == {ANN: first})
+        self.leave_matchups()
+
+
+    def portrait(self, character):
+        """The picture on a character's panel; one that is blank can be clicked, and no other is enabled."""
+        return min(self.panels()[character].children, key=lambda child: child.place[0])
+
+    def click_portrait(self, character):
+        left, top, right, bottom = self.portrait(character).place
+        self.click_at((left + right) // 2, (top + bottom) // 2)
+
+    def fail_to_fetch(self, character):
+        """Clicks the blank picture while nobody serves it."""
+        self.click_portrait(character)
+        title = "Error Downloading Image!"
+        self.assertIn("Error downloading character image from server!", self.message_box(title))
+        self.answer(title)
+        self.eventually("the end of the download window", lambda: not self.window(DOWNLOAD))
+        self.eventually("the enabled window", lambda: self.window(MATCHUPS).enabled)
+        self.assertTrue(self.portrait(character).enabled)
+
+    def test_missing_picture_is_fetched_from_the_site_by_a_click_and_there_after_a_restart(self):
+        missing = "Plonk"
+        cached = self.own_programs() / "CharPics" / f"{missing}.gif"
+        self.assertFalse(cached.exists())
+        with WebServer(ports=()) as server, self.desk.using_site(server.host):
+            self.start()
+            self.open_matchups()
+            self.assertTrue(self.portrait(missing).enabled)
+            server.close()
+            self.fail_to_fetch(missing)
+            self.fail_to_fetch(missing)
+            self.assertFalse(cached.exists())
+            self.leave_matchups()
+            self.end_program()
+
+        with WebServer(ports=()) as server, self.desk.using_site(server.host):
+            self.start_program()
+            self.open_matchups()
+            self.click_portrait(missing)
+            self.eventually("the picture", lambda: not self.portrait(missing).enabled)
+            self.eventually("the enabled window", lambda: self.window(MATCHUPS).enabled)
+            self.assertEqual(cached.read_bytes(), (ROOT / "build" / "host" / "assets" / "portraits" /
+                                                   f"{missing}.gif").read_bytes())
+            self.picture("fetched")
+            self.leave_matchups()
+            self.end_program()
+
+        self.start_program()  # no site any more
+        self.open_matchups()
+        self.assertFalse(self.portrait(missing).enabled)
         self.leave_matchups()
 
 
