@@ -83,7 +83,7 @@ void LangFRM::Form_Load() {
 }
 
 void LangFRM::layOut() {
-    constexpr int margin = 180, gap = 120, list_width = 3600;
+    constexpr int margin = 180, gap = 120, list_width = 3600, below_caption = 75;
     const int line = ui::toTwips(LanguageList.P.surface().TextHeight());
     const int row = std::max(line + 60, 15 * row_height);
     const int edge = 30; // of the list's border
@@ -94,7 +94,7 @@ void LangFRM::layOut() {
     ui::fit(
         *this,
         ui::rows({ui::within(Frame1, ui::rows({ui::item(LanguageList).least(list_width, rows_in_view * row + 2 * edge)})
-                                         .pad(gap, gap, gap, gap)),
+                                         .pad(gap, Frame1.neededSize().height + below_caption, gap, gap)),
                   buttons})
             .gap(gap)
             .pad(margin));

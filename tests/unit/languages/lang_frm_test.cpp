@@ -36,6 +36,10 @@ class LangFRMTest : public testing::Test {
     LangFRM form;
 };
 
+TEST_F(LangFRMTest, TheListLeavesTheCaptionOfItsFrameFree) {
+    EXPECT_GT(form.LanguageList.Top(), form.Frame1.neededSize().height);
+}
+
 TEST_F(LangFRMTest, TextsAreTheGivenOnes) {
     EXPECT_EQ(form.Frame1.Caption(), u"Change Language");
     EXPECT_EQ(form.ChangeButt.Caption(), u"&Change");
