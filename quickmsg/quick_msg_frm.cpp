@@ -90,6 +90,7 @@ void QuickMsgFRM::Form_Load() {
     QuicTextBox.setText(prompt);
     QuicTextBox_Change();
     QuicTextBox.SetFocus();
+    QuicTextBox.SelectAll(); // where it has the focus already, nothing tells of it
 }
 
 bool QuickMsgFRM::onEscape() {

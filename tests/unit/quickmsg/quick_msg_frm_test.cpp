@@ -108,6 +108,15 @@ TEST_F(QuickMsgFRMTest, TheTextHasTheFocusAndIsSelected) {
     EXPECT_FALSE(form.SendButt.Enabled());
 }
 
+// Else the first word typed would be put before the prompt, and sent with it.
+TEST_F(QuickMsgFRMTest, TheTextIsSelectedAgainWhereTheFocusHasNeverLeftIt) {
+    form.Unload();
+    form.QuicTextBox.GotFocus = nullptr;
+    fakes::screen().selections.clear();
+    form.Show();
+    EXPECT_EQ(fakes::screen().selections.at(form.QuicTextBox.handle()), fakes::Selection::all);
+}
+
 TEST_F(QuickMsgFRMTest, ADoubleClickSelectsTheWholeText) {
     fakes::type(form.QuicTextBox, u"hello there");
     fakes::screen().selections.clear();
