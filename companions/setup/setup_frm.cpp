@@ -55,7 +55,7 @@ void SetupFrm::DoneButt_Click() {
 void SetupFrm::carryOutNext() {
     StepsBar.setValue(static_cast<int>(progress_.done()));
     if (progress_.over()) {
-        CurrentLbl.setCaption(u"");
+        CurrentLbl.setCaption(progress_.conclusion());
         addLine(progress_.conclusion());
         DoneButt.setEnabled(true);
         DoneButt.SetFocus();

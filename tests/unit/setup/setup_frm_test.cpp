@@ -54,7 +54,7 @@ TEST_F(SetupFrmTest, StepsAreShownOneAfterAnother) {
     EXPECT_EQ(form.StepsBar.Value(), 1);
 
     carryOutOne();
-    EXPECT_EQ(form.CurrentLbl.Caption(), u"");
+    EXPECT_EQ(form.CurrentLbl.Caption(), u"Both are ready.");
     EXPECT_EQ(form.StepsBar.Value(), 2);
     EXPECT_THAT(form.LinesArea.Lines(), ElementsAre(u"One is done.", u"Two was tried.", u"Both are ready."));
     EXPECT_TRUE(fakes::screen().posted.empty());
