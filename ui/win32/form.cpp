@@ -387,6 +387,20 @@ void setIcon(Handle form, const Picture& picture) {
     at<FormWindow>(form).setIcon(picture);
 }
 
+namespace {
+
+// Above the windows of other programs, where a window manager leaves one whose owner is behind them: it raises what
+// comes to lie above all others, if only for a moment.
+void raise(HWND hwnd) {
+    constexpr UINT order_alone = SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE;
+    if (GetWindow(hwnd, GW_OWNER)) {
+        SetWindowPos(hwnd, HWND_TOPMOST, 0, 0, 0, 0, order_alone);
+        SetWindowPos(hwnd, HWND_NOTOPMOST, 0, 0, 0, 0, order_alone);
+    }
+}
+
+} // namespace
+
 void show(Handle form, bool active) {
     HWND hwnd = windowOf(form);
     if (!MonitorFromWindow(hwnd, MONITOR_DEFAULTTONULL)) { // its screen is gone
@@ -394,6 +408,7 @@ void show(Handle form, bool active) {
     }
     if (active) {
         ShowWindow(hwnd, IsIconic(hwnd) ? SW_RESTORE : SW_SHOW);
+        raise(hwnd);
         SetForegroundWindow(hwnd);
     } else {
         ShowWindow(hwnd, SW_SHOWNOACTIVATE);

@@ -1,7 +1,7 @@
 """The first minutes of a new user, on screens of several sizes and resolutions, with nothing placed beforehand."""
 
 from case import MAIN_WINDOW, main
-from shell import START_SELECTED, YOU, ShellTest
+from shell import GETTING_STARTED, START_SELECTED, YOU, ShellTest
 
 OTTO, MINA, THEO = (f"{name}@messenger.example" for name in ("otto", "mina", "theo"))
 BOX = "All Characters Loaded!"
@@ -91,6 +91,20 @@ class FirstMinutes(ShellTest):
         self.client(f"say {OTTO} And on it goes")
         self.assert_all_is_seen(3)
         self.assert_running("MessengerClient.exe")
+
+    def test_the_welcome_is_in_front_of_the_messenger(self):
+        """Which has the keyboard, as somebody has just signed in there."""
+        self.start_agent()
+        self.desk.start("MessengerClient.exe", self.desk.program_directory / "MessengerClient.exe", "/signedout")
+        self.eventually("the Messenger client", lambda: self.screen.find("^Messenger$"))
+        self.launch()
+        self.eventually("the main window", lambda: self.screen.find(MAIN_WINDOW))
+        # Where it can be covered.
+        self.screen.move(self.screen.find(MAIN_WINDOW)[-1], 100, 100)
+        self.activate("^Messenger$")
+        self.screen.key("alt+s")
+        welcome = self.eventually(GETTING_STARTED, lambda: self.screen.find(f"^{GETTING_STARTED}$"))[-1]
+        self.eventually("the welcome in front", lambda: self.screen.stacking()[-1] == welcome)
 
     def test_everything_can_be_seen_on_a_small_screen(self):
         self.talk()
