@@ -8,6 +8,7 @@ from shell import (ABOUT, CHECK_BOXES, CLOSING, EMOTICONS, GETTING_STARTED, MINI
                    UPDATES, ShellTest)
 
 MATCHUPS = "Character Matchup"
+QUICK_MESSAGE, LANGUAGES = "Quick Message", "Change Language"
 SCREENS = ROOT / "build" / "screens"
 
 
@@ -146,6 +147,7 @@ class Screens(ShellTest):
         self.activate_main()
         self.park()
         self.shot("main-reading", self.main())
+        self.character_windows()
         self.click_menu_shot("menu-tray-reading")
         self.activate_main()
         self.open_menu("m")
@@ -156,6 +158,27 @@ class Screens(ShellTest):
         self.click_close_box(self.main())
         self.wait_until_hidden()
         self.shot_of(MINIMIZED, "notice-minimized")
+
+    def character_windows(self):
+        """What a character itself opens: the quick message, its menu, its languages."""
+        left, top, right, bottom = self.characters()[0].place
+        middle = (left + right) // 2, (top + bottom) // 2
+        self.click_at(*middle, times=2)
+        self.shot_of(QUICK_MESSAGE, "quick-message")
+        self.screen.key("Escape")
+        self.eventually("the end of the quick message", lambda: not self.window(QUICK_MESSAGE))
+        self.click_at(*middle, button=3)
+        menu = self.eventually("the character's menu", self.popup)
+        self.park()  # which ends the tip over the character
+        self.eventually("the end of the tip", lambda: not [
+            window for window in self.windows() if window.kind == "tooltips_class32" and window.visible])
+        self.shot("menu-character", menu)
+        # Its last entry but one, between two lines.
+        left, top, right, bottom = menu.place
+        self.click_at((left + right) // 2, top + (bottom - top) * 3 // 4)
+        self.shot_of(LANGUAGES, "languages")
+        self.screen.key("Escape")
+        self.eventually("the end of the languages", lambda: not self.window(LANGUAGES))
 
     def desk_scene(self):
         """Everything together: the conversation, its character speaking, the program that listens."""
