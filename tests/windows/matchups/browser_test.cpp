@@ -1,4 +1,5 @@
 // The character browser with real windows: its pictures, its slide, and contacts dragged with the system's own mouse.
+#include <array>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -18,7 +19,9 @@
 #include "controls/img_list_box.h"
 #include "matchups/matchup_store.h"
 #include "tests/fakes/gif.h"
+#include "tests/windows/program/list_neighbour.h"
 #include "tests/windows/program/window_test.h"
+#include "tests/windows/support/process.h"
 #include "ui/form.h"
 #include "ui/screen.h"
 #include "ui/win32/gdi.h"
@@ -32,17 +35,6 @@ using testing::IsEmpty;
 
 constexpr COLORREF red = RGB(255, 0, 0);
 const std::string red_of_palette("\xFF\x00\x00", 3);
-
-class ApartmentOfTests : public testing::Environment {
-  public:
-    void SetUp() override { apartment_ = std::make_unique<com::Apartment>(); }
-    void TearDown() override { apartment_.reset(); }
-
-  private:
-    std::unique_ptr<com::Apartment> apartment_;
-};
-
-[[maybe_unused]] const auto* apartment = testing::AddGlobalTestEnvironment(new ApartmentOfTests);
 
 // Colours of no order, so that any two that are mistaken for each other are found out.
 struct Noise {
@@ -405,6 +397,70 @@ TEST_F(Browser, EscapeOverTheScrollButtonLeavesAllAsItIs) {
     ASSERT_TRUE(rest());
     EXPECT_EQ(Matchups.Count(), 0U);
     EXPECT_FALSE(box->HoldTimer.Enabled());
+}
+
+// Another process with a list, beside the browser.
+class BrowserAndAnotherProgram : public Browser {
+  protected:
+    static std::u16string command() {
+        std::array<wchar_t, MAX_PATH> program{};
+        const DWORD length = GetModuleFileNameW(nullptr, program.data(), static_cast<DWORD>(program.size()));
+        std::u16string line = u"\"";
+        line += com::narrow(program.data(), length);
+        return line + u"\" " + fromUtf8(neighbour_switch) + u" " + toText(left) + u" 10";
+    }
+    void SetUp() override {
+        add(3);
+        ASSERT_TRUE(serveUntil([this] {
+            window = FindWindowW(nullptr, neighbour_caption);
+            RECT area{};
+            return window && GetWindowRect(window, &area) && area.left == left && area.top == 10;
+        }));
+    }
+    // What follows the mouse during a drag is no window of the other program's own.
+    bool dragHasTheMouse() const {
+        GUITHREADINFO info{};
+        info.cbSize = sizeof info;
+        GetGUIThreadInfo(GetWindowThreadProcessId(window, nullptr), &info);
+        return info.hwndCapture && info.hwndCapture != window && !IsChild(window, info.hwndCapture);
+    }
+    // Drags the row of the other program there; what that program tells of it.
+    std::u16string dragTo(POINT place) {
+        // A window that was just shown is not under the mouse at once: then the press is lost.
+        EXPECT_TRUE(serveUntil([this] {
+            if (told(window) == u"dragging") {
+                return dragHasTheMouse();
+            }
+            mouse(MOUSEEVENTF_LEFTUP, onScreen(window, 50, 8));
+            mouse(MOUSEEVENTF_LEFTDOWN, onScreen(window, 50, 8));
+            mouse(0, onScreen(window, 50, 14));
+            return false;
+        }));
+        letGo(place);
+        EXPECT_TRUE(serveUntil([this] { return told(window) != u"dragging"; }));
+        return told(window);
+    }
+
+    static constexpr int left = 660; // pixels, right of the browser
+    Process neighbour{command()};
+    HWND window = nullptr;
+};
+
+TEST_F(BrowserAndAnotherProgram, RowOfTheOtherIsMatchedAndMovedAndListedOnce) {
+    const std::u16string stranger = u"Zo\u00eb \u263a";
+    EXPECT_EQ(dragTo(middleOf(box->ListItems(2).P)), u"completed: 2, " + stranger);
+    EXPECT_EQ(characterOf(stranger), u"C2");
+    EXPECT_EQ(box->ListItems(2).GetItemCount(), 1);
+    EXPECT_EQ(dragTo(middleOf(box->ItemImage(3))), u"completed: 2, " + stranger);
+    EXPECT_EQ(characterOf(stranger), u"C3");
+    EXPECT_EQ(box->ListItems(2).GetItemCount(), 0);
+    EXPECT_EQ(box->ListItems(3).GetItemCount(), 1);
+    EXPECT_EQ(contacts->GetItemCount(), 2);
+}
+
+TEST_F(BrowserAndAnotherProgram, RowDroppedOnAScrollButtonIsNotTaken) {
+    EXPECT_EQ(dragTo(middleOf(box->ScrollButt[0])), u"completed: 0, Zo\u00eb \u263a");
+    EXPECT_EQ(Matchups.Count(), 0U);
 }
 
 // Signing out ends the dialogue whatever is open.
