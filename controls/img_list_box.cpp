@@ -107,6 +107,7 @@ ImgListBox::ImgListBox(ui::Control& parent)
     Strip.setOLEDropMode(ui::DropMode::manual);
     Strip.OLEDragOver = [this](ui::DropEffect& effect, int, double, double y, ui::DragState) {
         effect = panelAt(y) == 0 ? ui::drop_none : effect;
+        markAt(effect == ui::drop_none ? std::nullopt : std::optional(y));
     };
     Strip.OLEDragDrop = [this](ui::DataObject& data, ui::DropEffect& effect, int, int, double, double y) {
         dropOn(panelAt(y), data, effect);
@@ -148,6 +149,7 @@ void ImgListBox::AddItem(const std::u16string& ItemIMGFileName, const std::u16st
 
 void ImgListBox::RemoveItemAtPos(std::int16_t position) {
     endSlide();
+    mark(nullptr);
     std::erase(shown_, &at(position));
     panels_.Remove(static_cast<std::size_t>(position));
     arrange();
@@ -157,6 +159,7 @@ void ImgListBox::ClearItems() {
     closeDownload();
     endSlide();
     shown_.clear();
+    mark(nullptr);
     panels_.Clear();
     arrange();
 }
@@ -333,6 +336,9 @@ void ImgListBox::connect(Panel& panel) {
     made.list.P.setOLEDropMode(ui::DropMode::manual);
     made.list.DragDropAlert = [this, &panel](ui::DataObject& data, ui::DropEffect& effect, std::int16_t, std::int16_t,
                                              float, float) { dropOn(positionOf(panel), data, effect); };
+    made.list.P.OLEDragOver = [this, &panel](ui::DropEffect& effect, int, double, double, ui::DragState) {
+        mark(effect == ui::drop_none ? nullptr : &panel);
+    };
     made.list.P.KeyPress = [this, &panel](const ui::Shortcut& key) { return panelKey(key, panel); };
     made.list.P.Wheel = [this, &panel, scroll_rows = made.list.P.Wheel](int rows) {
         if (panel.windows->list.Scroll.Visible()) {
@@ -410,6 +416,9 @@ void ImgListBox::arrange() {
         }
     }
     keepFocusInView(in_view);
+    if (dragged_to_) { // another panel slides there
+        markAt(dragged_to_);
+    }
     for (Panel* panel : std::exchange(shown_, in_view)) {
         if (std::ranges::find(in_view, panel) == in_view.end()) {
             panel->windows->frame.setVisible(false);
@@ -539,7 +548,30 @@ std::int16_t ImgListBox::panelAt(double y) const {
     return static_cast<std::int16_t>(position);
 }
 
+void ImgListBox::mark(Panel* panel) {
+    dragged_to_.reset();
+    if (panel == marked_) {
+        return;
+    }
+    if (Panel* before = std::exchange(marked_, panel)) {
+        before->windows->frame.setHighlighted(false);
+    }
+    if (panel) {
+        panel->windows->frame.setHighlighted(true);
+    }
+}
+
+void ImgListBox::markAt(std::optional<double> y) {
+    const std::int16_t position = y ? panelAt(*y) : std::int16_t{0};
+    if (position != 0) {
+        windows(position);
+    }
+    mark(position == 0 ? nullptr : &at(position));
+    dragged_to_ = y;
+}
+
 void ImgListBox::dropOn(std::int16_t position, const ui::DataObject& data, ui::DropEffect& effect) {
+    mark(nullptr);
     if (position == 0 || !isContact(data.Text())) {
         effect = ui::drop_none;
         return;

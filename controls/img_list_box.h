@@ -108,12 +108,16 @@ class ImgListBox : public ui::Frame {
     void drawScrollButt(std::size_t index, ui::Surface& surface, const ui::Button::Looks& looks) const;
     bool panelKey(const ui::Shortcut& key, Panel& panel);
     std::int16_t panelAt(double y) const; // pixels of the strip; 0: none that takes a drop
+    void mark(Panel* panel);              // the one where letting go would drop; null: none
+    void markAt(std::optional<double> y); // the same, by a place of the strip that something is dragged over
     void dropOn(std::int16_t position, const ui::DataObject& data, ui::DropEffect& effect);
     std::u16string captionOf(const std::u16string& contact) const;
     void closeDownload();
 
     KeyedCollection<std::unique_ptr<Panel>> panels_;
     std::vector<Panel*> shown_; // whose frames are visible
+    Panel* marked_ = nullptr;
+    std::optional<double> dragged_to_; // pixels of the strip, where that is what takes the drop
     int panel_height_;
     int first_ = 0;  // the panel at the top, from 0; the one that a slide leads to
     int offset_ = 0; // twips of the strip above what is in view

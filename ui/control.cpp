@@ -274,7 +274,7 @@ DropEffect Control::onDragOver(DropEffect allowed, int shift, double x, double y
 DropEffect Control::onDrop(DataObject& data, DropEffect allowed, int button, int shift, double x, double y) {
     DropEffect effect = dropEffect(allowed, shift);
     if (effect == drop_none || !data.HasText()) {
-        return drop_none;
+        return onDragOver(drop_none, shift, x, y, DragState::leave);
     }
     if (OLEDragDrop) {
         const auto listener = OLEDragDrop; // which may end with its control

@@ -110,7 +110,7 @@ class Control {
     DropEffect dropEffect(DropEffect allowed, int shift) const;
     // The same, told to whoever listens.
     DropEffect onDragOver(DropEffect allowed, int shift, double x, double y, DragState state);
-    // It was let go; the result is what happened. What has no text is not taken.
+    // It was let go; the result is what happened. What has no text is not taken: for the control, it has left.
     DropEffect onDrop(DataObject& data, DropEffect allowed, int button, int shift, double x, double y);
     void onFocus();
     void onFocusLost();

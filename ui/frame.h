@@ -9,6 +9,12 @@ class Frame : public Control {
   public:
     enum class Border { line, none };
     Frame(Control& parent, const std::u16string& caption, Border border = Border::line);
+    // Its line and its caption are drawn in the colours of what is selected.
+    bool Highlighted() const { return highlighted_; }
+    void setHighlighted(bool highlighted);
+
+  private:
+    bool highlighted_ = false;
 };
 
 // Carried out by win32/frame.cpp.

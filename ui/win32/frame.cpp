@@ -47,7 +47,9 @@ class Bordered final : public ChildWindow {
         OffsetRect(&text, indent, 0);
         text.right = std::min(text.right, area.right - indent);
         {
-            const Pen pen(CreatePen(PS_SOLID, 1, GetSysColor(COLOR_BTNSHADOW)));
+            const int thickness = highlighted() ? std::max(scaled(2), 2) : 1;
+            const Pen pen(
+                CreatePen(PS_INSIDEFRAME, thickness, GetSysColor(highlighted() ? COLOR_HIGHLIGHT : COLOR_BTNSHADOW)));
             const Selected line(dc, pen.get());
             const Selected inside(dc, GetStockObject(NULL_BRUSH));
             if (!caption.empty()) {
@@ -56,8 +58,21 @@ class Bordered final : public ChildWindow {
             RoundRect(dc, 0, text.bottom / 2, area.right, area.bottom, scaled(6), scaled(6));
             SelectClipRgn(dc, nullptr);
         }
-        SetTextColor(dc, GetSysColor(control().Enabled() ? COLOR_BTNTEXT : COLOR_GRAYTEXT));
+        if (highlighted() && !caption.empty()) {
+            const RECT behind{text.left - gap, text.top, text.right + gap, text.bottom};
+            FillRect(dc, &behind, GetSysColorBrush(COLOR_HIGHLIGHT));
+        }
+        SetTextColor(dc, GetSysColor(captionColour()));
         DrawTextW(dc, wide(caption), length, &text, DT_SINGLELINE | DT_END_ELLIPSIS | prefixes(control()));
+    }
+
+  private:
+    bool highlighted() const { return static_cast<const Frame&>(control()).Highlighted(); }
+    int captionColour() const {
+        if (highlighted()) {
+            return COLOR_HIGHLIGHTTEXT;
+        }
+        return control().Enabled() ? COLOR_BTNTEXT : COLOR_GRAYTEXT;
     }
 };
 

@@ -89,6 +89,15 @@ class ImgListBoxTest : public testing::Test {
         }
         return items;
     }
+    std::vector<std::u16string> marked() {
+        std::vector<std::u16string> captions;
+        for (const ui::Control* child : box->Strip.Children()) {
+            if (const auto* frame = dynamic_cast<const ui::Frame*>(child); frame && frame->Highlighted()) {
+                captions.push_back(frame->Caption());
+            }
+        }
+        return captions;
+    }
     void finishSlide() {
         for (int i = 0; box->Sliding(); ++i) {
             ASSERT_LT(i, 100);
@@ -333,6 +342,85 @@ TEST_F(ImgListBoxTest, RowIsDraggedFromPanelToPanel) {
     fakes::dragMouse(list.P, 10, 5, 30, 5);
     EXPECT_THAT(contacts(1), IsEmpty());
     EXPECT_THAT(contacts(2), ElementsAre(u"ann@x"));
+}
+
+TEST_F(ImgListBoxTest, PanelThatSomethingIsDraggedOverIsMarked) {
+    add(3);
+    const auto drag = dragOf(u"ann@x");
+    using enum ui::DragState;
+    EXPECT_THAT(marked(), IsEmpty());
+    fakes::dragOver(box->ListItems(2).P, drag, 5, 5, enter);
+    EXPECT_THAT(marked(), ElementsAre(u"C2"));
+    fakes::dragOver(box->ListItems(2).P, drag, 6, 5);
+    EXPECT_THAT(marked(), ElementsAre(u"C2"));
+    fakes::dragOver(box->ListItems(2).P, drag, 0, 0, leave);
+    EXPECT_THAT(marked(), IsEmpty());
+    fakes::dragOver(box->Strip, drag, 30, 129, enter);
+    EXPECT_THAT(marked(), ElementsAre(u"C1"));
+    fakes::dragOver(box->Strip, drag, 30, 130);
+    EXPECT_THAT(marked(), ElementsAre(u"C2")) << "one at a time";
+    fakes::dragOver(box->Strip, drag, 0, 0, leave);
+    EXPECT_THAT(marked(), IsEmpty());
+    EXPECT_EQ(Matchups.Count(), 0U);
+}
+
+TEST_F(ImgListBoxTest, MarkEndsWithTheDrop) {
+    add(3);
+    for (ui::Control* target :
+         {static_cast<ui::Control*>(&box->Strip), static_cast<ui::Control*>(&box->ListItems(1).P)}) {
+        fakes::dragOver(*target, dragOf(u"ann@x"), 30, 50, ui::DragState::enter);
+        ASSERT_THAT(marked(), ElementsAre(u"C1"));
+        EXPECT_EQ(fakes::drop(*target, dragOf(u"ann@x"), 30, 50), ui::drop_move);
+        EXPECT_THAT(marked(), IsEmpty());
+        fakes::dragOver(*target, dragOf(u"no\ncontact"), 30, 50, ui::DragState::enter);
+        EXPECT_EQ(fakes::drop(*target, dragOf(u"no\ncontact"), 30, 50), ui::drop_none);
+        EXPECT_THAT(marked(), IsEmpty());
+        fakes::dragOver(*target, dragOf(u"ann@x"), 30, 50, ui::DragState::enter);
+        EXPECT_EQ(fakes::drop(*target, {{}, ui::drop_move}, 30, 50), ui::drop_none);
+        EXPECT_THAT(marked(), IsEmpty()) << "what has no text is not taken";
+    }
+}
+
+TEST_F(ImgListBoxTest, WhatTakesNoDropIsNotMarked) {
+    add(1);
+    box->AddItem(u"MoreChars", u"Empty1");
+    using enum ui::DragState;
+    fakes::dragOver(box->Strip, dragOf(u"ann@x"), 30, 200, enter);
+    EXPECT_THAT(marked(), IsEmpty()) << "a placeholder";
+    fakes::dragOver(box->Strip, dragOf(u"ann@x"), 30, 300);
+    EXPECT_THAT(marked(), IsEmpty()) << "nothing";
+    fakes::dragOver(box->Strip, {{}, ui::drop_none}, 30, 50);
+    EXPECT_THAT(marked(), IsEmpty()) << "what allows nothing";
+    fakes::dragOver(box->ListItems(1).P, {{}, ui::drop_none}, 30, 50);
+    EXPECT_THAT(marked(), IsEmpty());
+    fakes::dragOver(box->ScrollButt[1], dragOf(u"ann@x"), 5, 5, enter);
+    EXPECT_THAT(marked(), IsEmpty());
+}
+
+TEST_F(ImgListBoxTest, MarkGoesToThePanelThatSlidesUnderTheMouse) {
+    add(5);
+    box->ScrollButt_Click(1);
+    fakes::dragOver(box->Strip, dragOf(u"ann@x"), 30, 60, ui::DragState::enter);
+    EXPECT_THAT(marked(), ElementsAre(u"C1"));
+    finishSlide();
+    EXPECT_THAT(marked(), ElementsAre(u"C2"));
+    EXPECT_EQ(fakes::drop(box->Strip, dragOf(u"ann@x"), 30, 60), ui::drop_move);
+    EXPECT_THAT(store(), ElementsAre(u"C2##ann@x"));
+}
+
+TEST_F(ImgListBoxTest, MarkEndsWithItsPanel) {
+    add(3);
+    fakes::dragOver(box->ListItems(2).P, dragOf(u"ann@x"), 5, 5, ui::DragState::enter);
+    box->RemoveItemAtPos(2);
+    EXPECT_THAT(marked(), IsEmpty());
+    fakes::dragOver(box->Strip, dragOf(u"ann@x"), 30, 50, ui::DragState::enter);
+    ASSERT_THAT(marked(), ElementsAre(u"C1"));
+    box->ClearItems();
+    add(2);
+    EXPECT_THAT(marked(), IsEmpty());
+    fakes::dragOver(box->Strip, dragOf(u"ann@x"), 0, 0, ui::DragState::leave);
+    fakes::dragOver(box->ListItems(2).P, dragOf(u"ann@x"), 5, 5, ui::DragState::enter);
+    EXPECT_THAT(marked(), ElementsAre(u"C2"));
 }
 
 TEST_F(ImgListBoxTest, RemovedContactKeepsItsMatchup) {

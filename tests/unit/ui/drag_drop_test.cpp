@@ -57,6 +57,25 @@ TEST_F(DragOverTest, AnswersOnlyWhatIsAllowed) {
     EXPECT_EQ(fakes::dragOver(frame, drag), drop_none) << "it cannot be reached";
 }
 
+TEST_F(DragOverTest, WhatIsNotTakenHasLeft) {
+    Frame frame(form, u"");
+    std::vector<DragState> states;
+    bool dropped = false;
+    frame.setOLEDropMode(DropMode::manual);
+    frame.OLEDragOver = [&](DropEffect&, int, double, double, DragState state) { states.push_back(state); };
+    frame.OLEDragDrop = [&](DataObject&, DropEffect&, int, int, double, double) { dropped = true; };
+    EXPECT_EQ(fakes::drop(frame, {{}, drop_move}), drop_none);
+    EXPECT_THAT(states, ElementsAre(DragState::leave)) << "no text";
+    frame.setEnabled(false);
+    EXPECT_EQ(fakes::drop(frame, drag), drop_none);
+    EXPECT_THAT(states, ElementsAre(DragState::leave, DragState::leave)) << "it cannot be reached any more";
+    EXPECT_FALSE(dropped);
+    frame.setEnabled(true);
+    EXPECT_EQ(fakes::drop(frame, drag), drop_move);
+    EXPECT_THAT(states, ElementsAre(DragState::leave, DragState::leave)) << "a drop is all that is told of it";
+    EXPECT_TRUE(dropped);
+}
+
 TEST_F(DragOverTest, ListenerMayEndItsControl) {
     auto frame = std::make_unique<Frame>(form, u"");
     frame->setOLEDropMode(DropMode::manual);

@@ -385,6 +385,54 @@ TEST_F(Browser, ContactIsCarriedToAPanelOutOfView) {
     EXPECT_FALSE(box->HoldTimer.Enabled());
 }
 
+// What is seen of a panel while a contact is dragged over it.
+TEST_F(Browser, PanelThatAContactIsDraggedOverIsMarked) {
+    add(3);
+    const Image before = seen(box->ListFrame(2));
+    static std::function<void()> look;
+    Image over, beside;
+    std::size_t stage = 0;
+    bool nearby = false;
+    const auto drawn = [this] {
+        box->Strip.Refresh();
+        return seen(box->ListFrame(2));
+    };
+    look = [&] {
+        nearby = !nearby; // where it moved before the drag had it, it moves again
+        switch (stage) {
+        case 0:
+            mouse(0, middleOf(box->ListItems(2).P, nearby));
+            if (box->ListFrame(2).Highlighted()) {
+                over = drawn();
+                keepPicture(*form, "browser_marked");
+                ++stage;
+            }
+            break;
+        case 1:
+            mouse(0, middleOf(box->ItemImage(3), nearby));
+            if (box->ListFrame(3).Highlighted()) {
+                beside = drawn();
+                ++stage;
+            }
+            break;
+        default:
+            keyboard(VK_ESCAPE, true);
+            keyboard(VK_ESCAPE, false);
+        }
+    };
+    UINT_PTR looks = 0;
+    whenDragging(*contacts, [&] { looks = SetTimer(nullptr, 0, 20, [](HWND, UINT, UINT_PTR, DWORD) { look(); }); });
+    pull(*contacts, 1);
+    KillTimer(nullptr, looks);
+    mouse(MOUSEEVENTF_LEFTUP, middleOf(box->ItemImage(3)));
+    EXPECT_NE(over.pixels, before.pixels);
+    EXPECT_EQ(over.at(over.width / 2, over.height - 1), GetSysColor(COLOR_HIGHLIGHT));
+    EXPECT_EQ(beside.pixels, before.pixels);
+    EXPECT_FALSE(box->ListFrame(3).Highlighted());
+    EXPECT_EQ(drawn().pixels, before.pixels);
+    EXPECT_EQ(Matchups.Count(), 0U);
+}
+
 TEST_F(Browser, EscapeOverTheScrollButtonLeavesAllAsItIs) {
     add(5);
     whenDragging(*contacts, [this] {

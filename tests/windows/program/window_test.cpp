@@ -160,6 +160,10 @@ Image insideOf(HWND window) {
 
 void show(const ui::Control& form, const std::string& name) {
     serveAll();
+    keepPicture(form, name);
+}
+
+void keepPicture(const ui::Control& form, const std::string& name) {
     HWND window = windowOf(form);
     RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN | RDW_UPDATENOW);
     RECT outer{};

@@ -40,7 +40,9 @@ struct Image {
 };
 Image insideOf(HWND window);
 
-// Serves what there is, draws the window anew and keeps a picture of it for people.
+// Draws the window anew and keeps a picture of it for people.
+void keepPicture(const ui::Control& form, const std::string& name);
+// The same, with all served that there is.
 void show(const ui::Control& form, const std::string& name);
 
 // What is wrong in a form that is shown: captions that do not fit, controls that stand out of what holds them or lie
