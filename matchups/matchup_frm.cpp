@@ -7,6 +7,7 @@
 #include "app/shell_state.h"
 #include "common/text.h"
 #include "matchups/matchup_store.h"
+#include "platform/clock.h"
 #include "platform/files.h"
 #include "platform/system.h"
 #include "ui/screen.h"
@@ -21,8 +22,8 @@ constexpr int margin = 180, gap = 120;
 constexpr int width = 9600, height = 9000, contacts_width = 3000; // where the screen has room
 constexpr int window_border = 120, window_title = 600;            // more than a window takes beside its inside
 constexpr int extension_length = 4;                               // ".acs"
-// Each takes some calls: the window answers between one round and the next.
-constexpr std::int32_t contacts_at_once = 20;
+// Milliseconds that contacts are listed without a break: each takes some calls, and the window answers in between.
+constexpr long long listing_time = 30;
 constexpr std::int32_t most_contacts = std::numeric_limits<std::int16_t>::max(); // a list's positions
 
 constexpr ui::Shortcut take_along{u'X', ui::control_key}, put_here{u'V', ui::control_key}, take_back{ui::Key::del},
@@ -223,7 +224,8 @@ void MatchupFrm::ContactTimer_Timer() {
         next_ = 0;
         count_ = std::clamp(count, 0, most_contacts);
     }
-    for (const std::int32_t end = std::min(count_, next_ + contacts_at_once); next_ < end;) {
+    for (const long long begun = platform::milliseconds();
+         next_ < count_ && platform::milliseconds() - begun < listing_time;) {
         listContact(next_++, contacts_);
         if (!goes_on()) {
             return;

@@ -1,6 +1,7 @@
 #include "common/com/client.h"
 
 #include <algorithm>
+#include <map>
 
 #include <ocidl.h>
 
@@ -82,6 +83,29 @@ Object Object::create(const char16_t* prog_id) {
     return Object(Ptr<IDispatch>::adopt(static_cast<IDispatch*>(object)));
 }
 
+// What is known of an interface.
+struct Object::Names {
+    std::map<std::u16string, DISPID, std::less<>> ids;
+    std::map<std::u16string, std::shared_ptr<Names>, std::less<>> given; // of what its members give
+};
+
+struct Object::Called {
+    Ptr<IDispatch> dispatch;
+    std::shared_ptr<Names> names;
+};
+
+Object::Object(Ptr<IDispatch> dispatch) : Object(std::move(dispatch), std::make_shared<Names>()) {}
+
+Object::Object(Ptr<IDispatch> dispatch, std::shared_ptr<Names> names) {
+    if (dispatch) {
+        called_ = std::make_shared<Called>(Called{std::move(dispatch), std::move(names)});
+    }
+}
+
+IDispatch* Object::dispatch() const {
+    return called_ ? called_->dispatch.get() : nullptr;
+}
+
 Variant Object::get(const char16_t* name, std::initializer_list<Variant> arguments) {
     return invoke(name, DISPATCH_PROPERTYGET, arguments);
 }
@@ -95,24 +119,63 @@ Variant Object::call(const char16_t* name, std::initializer_list<Variant> argume
 }
 
 Object Object::object(const char16_t* name, std::initializer_list<Variant> arguments) {
+    const auto called = called_; // the call lets events in, which may end this object
     auto dispatch = invoke(name, DISPATCH_METHOD | DISPATCH_PROPERTYGET, arguments).toObject();
     if (!dispatch) {
         throw Error(E_POINTER);
     }
-    return Object(std::move(dispatch));
+    auto& names = called->names->given[name];
+    if (!names) {
+        names = std::make_shared<Names>();
+    }
+    return Object(std::move(dispatch), names);
 }
 
-Variant Object::invoke(const char16_t* name, WORD flags, std::initializer_list<Variant> arguments) {
-    if (!dispatch_) {
-        throw Error(E_POINTER);
+namespace {
+
+DISPID idOf(IDispatch& object, const char16_t* name) {
+    DISPID id = DISPID_UNKNOWN;
+    auto* wide_name = const_cast<LPOLESTR>(wide(name));
+    check(object.GetIDsOfNames(IID_NULL, &wide_name, 1, LOCALE_USER_DEFAULT, &id));
+    return id;
+}
+
+struct Answer {
+    HRESULT outcome;
+    Variant value;
+    HRESULT failure = S_OK;       // of an outcome DISP_E_EXCEPTION
+    std::u16string description{}; // and what is told of it
+};
+
+Answer answerOf(IDispatch& object, DISPID id, WORD flags, std::vector<VARIANT>& arguments) {
+    DISPID put = DISPID_PROPERTYPUT;
+    DISPPARAMS parameters{arguments.data(), nullptr, static_cast<UINT>(arguments.size()), 0};
+    if (flags & DISPATCH_PROPERTYPUT) {
+        parameters.rgdispidNamedArgs = &put;
+        parameters.cNamedArgs = 1;
     }
-    const Ptr<IDispatch> dispatch = dispatch_;
-    auto known = ids_.find(name);
-    if (known == ids_.end()) {
-        DISPID id = DISPID_UNKNOWN;
-        auto* wide_name = const_cast<LPOLESTR>(wide(name));
-        check(dispatch->GetIDsOfNames(IID_NULL, &wide_name, 1, LOCALE_USER_DEFAULT, &id));
-        known = ids_.emplace(name, id).first;
+    Answer answer{};
+    EXCEPINFO exception{};
+    UINT wrong = 0;
+    answer.outcome = object.Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters,
+                                   flags & DISPATCH_PROPERTYPUT ? nullptr : answer.value.out(), &exception, &wrong);
+    if (exception.pfnDeferredFillIn) {
+        exception.pfnDeferredFillIn(&exception);
+    }
+    answer.failure = exception.scode;
+    answer.description = Bstr::textOf(exception.bstrDescription);
+    SysFreeString(exception.bstrSource);
+    SysFreeString(exception.bstrDescription);
+    SysFreeString(exception.bstrHelpFile);
+    return answer;
+}
+
+} // namespace
+
+Variant Object::invoke(const char16_t* name, WORD flags, std::initializer_list<Variant> arguments) {
+    const auto called = called_; // the calls let events in, which may end this object
+    if (!called) {
+        throw Error(E_POINTER);
     }
     std::vector<VARIANT> raw; // borrowed: the arguments own them
     raw.reserve(arguments.size());
@@ -120,29 +183,26 @@ Variant Object::invoke(const char16_t* name, WORD flags, std::initializer_list<V
         raw.push_back(argument.raw());
     }
     std::reverse(raw.begin(), raw.end());
-    DISPID put = DISPID_PROPERTYPUT;
-    DISPPARAMS parameters{raw.data(), nullptr, static_cast<UINT>(raw.size()), 0};
-    if (flags & DISPATCH_PROPERTYPUT) {
-        parameters.rgdispidNamedArgs = &put;
-        parameters.cNamedArgs = 1;
+    IDispatch& object = *called->dispatch.get();
+    const auto names = called->names;
+    const auto known = names->ids.find(name);
+    const bool learned = known != names->ids.end();
+    const DISPID id = learned ? known->second : idOf(object, name);
+    names->ids.insert_or_assign(name, id);
+    Answer answer = answerOf(object, id, flags, raw);
+    if (answer.outcome == DISP_E_MEMBERNOTFOUND && learned) {
+        const DISPID own = idOf(object, name);
+        if (own != id) { // it has another interface than those that share the names
+            called->names = std::make_shared<Names>();
+            called->names->ids[name] = own;
+            answer = answerOf(object, own, flags, raw);
+        }
     }
-    Variant result;
-    EXCEPINFO exception{};
-    UINT wrong = 0;
-    const HRESULT outcome = dispatch->Invoke(known->second, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters,
-                                             flags & DISPATCH_PROPERTYPUT ? nullptr : result.out(), &exception, &wrong);
-    if (exception.pfnDeferredFillIn) {
-        exception.pfnDeferredFillIn(&exception);
+    if (answer.outcome == DISP_E_EXCEPTION) {
+        throw Error(FAILED(answer.failure) ? answer.failure : DISP_E_EXCEPTION, answer.description);
     }
-    const auto description = Bstr::textOf(exception.bstrDescription);
-    SysFreeString(exception.bstrSource);
-    SysFreeString(exception.bstrDescription);
-    SysFreeString(exception.bstrHelpFile);
-    if (outcome == DISP_E_EXCEPTION) {
-        throw Error(FAILED(exception.scode) ? exception.scode : DISP_E_EXCEPTION, description);
-    }
-    check(outcome);
-    return result;
+    check(answer.outcome);
+    return std::move(answer.value);
 }
 
 struct Subscription::Impl {

@@ -3,7 +3,6 @@
 
 #include <functional>
 #include <initializer_list>
-#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -12,16 +11,20 @@
 
 namespace murmelix::com {
 
-// An automation object, called by name; the ids of the names are asked once. Every failed call throws Error.
+// An automation object, called by name. Every failed call throws Error.
+//
+// The ids of the names are those of an interface, and whatever one member of one interface gives has one interface: so
+// the objects that are got by `object` in the same way from one object share what they have learned. One that does not
+// know an id of the others is asked for its own.
 class Object {
   public:
     Object() = default;
-    explicit Object(Ptr<IDispatch> dispatch) : dispatch_(std::move(dispatch)) {}
+    explicit Object(Ptr<IDispatch> dispatch);
     // Starts or finds the server of a ProgID.
     static Object create(const char16_t* prog_id);
 
-    explicit operator bool() const { return static_cast<bool>(dispatch_); }
-    IDispatch* dispatch() const { return dispatch_.get(); }
+    explicit operator bool() const { return called_ != nullptr; }
+    IDispatch* dispatch() const;
 
     Variant get(const char16_t* name, std::initializer_list<Variant> arguments = {});
     void put(const char16_t* name, const Variant& value);
@@ -30,10 +33,12 @@ class Object {
     Object object(const char16_t* name, std::initializer_list<Variant> arguments = {});
 
   private:
+    struct Names;
+    struct Called;
+    Object(Ptr<IDispatch> dispatch, std::shared_ptr<Names> names);
     Variant invoke(const char16_t* name, WORD flags, std::initializer_list<Variant> arguments);
 
-    Ptr<IDispatch> dispatch_;
-    std::map<std::u16string, DISPID, std::less<>> ids_;
+    std::shared_ptr<Called> called_; // copies of an object have one; null: none
 };
 
 // Arguments of an event in their declared order (DISPPARAMS has them last first), references resolved.

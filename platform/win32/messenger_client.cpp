@@ -44,7 +44,7 @@ class Contact final : public MessengerContact {
 
 class ContactList final : public MessengerContacts {
   public:
-    explicit ContactList(Ptr<IDispatch> contacts) : contacts_(std::move(contacts)) {}
+    explicit ContactList(Object contacts) : contacts_(std::move(contacts)) {}
     std::int32_t Count() override {
         return neighbourCall([&] { return contacts_.get(u"Count").toInt32(); });
     }
@@ -65,7 +65,7 @@ class Window final : public MessengerWindow {
     std::int32_t Width() override { return number(u"Width"); }
     std::int32_t Height() override { return number(u"Height"); }
     std::shared_ptr<MessengerContacts> Contacts() override {
-        return neighbourCall([&] { return std::make_shared<ContactList>(conversation().get(u"Contacts").toObject()); });
+        return neighbourCall([&] { return std::make_shared<ContactList>(conversation().object(u"Contacts")); });
     }
     std::u16string History() override {
         return neighbourCall([&] { return conversation().get(u"History").toText(); });
@@ -152,8 +152,7 @@ class MessengerClient final : public MessengerApi {
         return neighbourCall([&] { return client_.object().get(u"UnreadEmailCount", {Variant(folder)}).toInt32(); });
     }
     std::shared_ptr<MessengerContacts> MyContacts() override {
-        return neighbourCall(
-            [&] { return std::make_shared<ContactList>(client_.object().get(u"MyContacts").toObject()); });
+        return neighbourCall([&] { return std::make_shared<ContactList>(client_.object().object(u"MyContacts")); });
     }
     void Signin(std::int32_t parent_window, const std::u16string& signin_name,
                 const std::u16string& password) override {

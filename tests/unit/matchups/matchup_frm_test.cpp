@@ -390,9 +390,13 @@ TEST_F(MatchupWindow, AnswersWhileItsContactsComeIn) {
     form->Show();
     EXPECT_EQ(form->MatchUpList.GetListCount(), 3) << "the characters are there at once";
     EXPECT_EQ(fakes::neighbours().calls, 0);
+    fakes::neighbours().during = [](std::string_view) { fakes::clock().microseconds += 2'000; };
     fakes::tick(form->ContactTimer);
-    EXPECT_LE(fakes::neighbours().calls, 2 + 3 * 20);
-    EXPECT_EQ(form->ContactList.GetItemCount(), 20);
+    EXPECT_EQ(form->ContactList.GetItemCount(), 5) << "of three calls each, for 30 milliseconds";
+    EXPECT_EQ(fakes::neighbours().calls, 2 + 3 * 5);
+    fakes::neighbours().during = [](std::string_view) { fakes::clock().microseconds += 1'000'000; };
+    fakes::tick(form->ContactTimer);
+    EXPECT_EQ(form->ContactList.GetItemCount(), 6) << "slow ones come in as well";
     // One that is given away meanwhile is not listed again.
     EXPECT_EQ(drag(form->ContactList, 3, listOf(u"Max")), ui::drop_move);
     fill();
