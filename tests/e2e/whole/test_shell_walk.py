@@ -85,7 +85,7 @@ class ShellWalk(ShellTest):
         self.screen.key("alt+o")
         self.eventually("the options", self.options_shown)
         self.assertEqual(self.focus().text, HIDE_OPTIONS)
-        around = ["&Minimize to System Tray on Startup", "A&uto Check for Updates",
+        around = ["&Minimize to System Tray on Startup", "A&uto Check for Updates", "Chara&cter Matchup...",
                   "Auto Attach to Con&versation Window", "&Auto Hide Balloon After Reading",
                   "Auto &Hide when Idle For a Short Time", "Auto Correct &Long Text (Recommended)",
                   "Ignore Reading The &Following Characters:", "Edit",
