@@ -168,6 +168,11 @@ class Screen:
         """Sets a property of that name on the screen, for those who note the events of the display."""
         self._run("xprop", "-root", "-f", name, "8s", "-set", name, "here")
 
+    def program_of(self, window):
+        """Which program's window this is, as X tells it (`WM_CLASS`); empty where it is gone."""
+        return subprocess.run(["xprop", "-id", window, "WM_CLASS"], env=self.environment(), stdin=subprocess.DEVNULL,
+                              capture_output=True, text=True, timeout=PATIENCE_SECONDS, check=False).stdout
+
     def pixels(self, left, top, width, height):
         """The colours of a rectangle, three bytes a pixel."""
         return subprocess.run(

@@ -73,6 +73,9 @@ class Inspector:
 class Mappings:
     """Top-level windows that appear on a screen, however briefly."""
 
+    # The X server gives each program the numbers of its windows from a block of this size.
+    _NUMBERS = 0x200000
+
     def __init__(self, screen):
         self._screen = screen
         self._process = subprocess.Popen(
@@ -80,6 +83,8 @@ class Mappings:
             env=screen.environment(), stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
             text=True)
         self._lines = []
+        self._framed = {}
+        self._programs = {}
         self._marks = itertools.count()
         self._thread = threading.Thread(target=self._listen, daemon=True)
         self._thread.start()
@@ -87,7 +92,23 @@ class Mappings:
 
     def _listen(self):
         for line in self._process.stdout:
-            self._lines.append(line.strip())
+            line = line.strip()
+            if line.startswith("ReparentNotify"):
+                if into := re.search(r"window (0x[0-9a-f]+), parent (0x[0-9a-f]+)", next(self._process.stdout, "")):
+                    self._framed[into[2]] = into[1]
+            elif line.startswith("MapNotify"):
+                # What the window manager maps is the frame of another program's window.
+                if mapped := re.search(r", window (0x[0-9a-f]+)", next(self._process.stdout, "")):
+                    window = self._framed.get(mapped[1], mapped[1])
+                    line = f"MapNotify {window} of {self._program(window)}"
+            self._lines.append(line)
+
+    def _program(self, window):
+        """The name of the program whose window this is. Where the window is gone by now, others of its may have been asked."""
+        block = int(window, 16) // self._NUMBERS
+        if found := re.search(r'"([^"]*)"', self._screen.program_of(window)):
+            self._programs[block] = found[1]
+        return self._programs.get(block, "an unknown program")
 
     def _settle(self):
         """Sets a property of the screen until that has been noted: so has all that happened before."""
@@ -102,10 +123,10 @@ class Mappings:
         self._settle()
         self._lines.clear()
 
-    def appeared(self):
-        """How many windows were mapped since the start, or since all was forgotten."""
+    def appeared(self, *but):
+        """The windows that were mapped since the start, or since all was forgotten, but for those of these programs."""
         self._settle()
-        return sum(line.startswith("MapNotify") for line in self._lines)
+        return [line for line in self._lines if line.startswith("MapNotify") and not line.endswith(but)]
 
     def close(self):
         self._process.terminate()

@@ -30,7 +30,8 @@ class Ending(ShellTest):
         """The program has ended, its icon is gone, no window has appeared on the way; those named are still there."""
         self.wait_for_end()
         self.assertEqual(self.program.returncode, 0)
-        self.assertEqual(self.mappings.appeared(), 0)
+        # Wine makes the topmost window the active one when another ends, and maps a character anew for that.
+        self.assertEqual(self.mappings.appeared("agentserver.exe"), [])
         self.assertIsNone(self.main())
         # The neighbours' windows are of the same toolkit; hidden ones among them own their icons.
         self.assertFalse([window.text for window in self.windows()
@@ -41,7 +42,7 @@ class Ending(ShellTest):
     def test_by_the_menus_when_nothing_is_read(self):
         self.start_all()
         menu = self.open_menu("m")
-        self.assertGreater(self.mappings.appeared(), 0)
+        self.assertRegex(" ".join(self.mappings.appeared()), "of murmelix.exe")
         self.mappings.forget()
         self.click_menu(menu, "last")
         self.assert_ended_quietly("MessengerClient.exe", "AgentServer.exe")
