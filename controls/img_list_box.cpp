@@ -401,7 +401,7 @@ void ImgListBox::place(std::int16_t position) {
 void ImgListBox::arrange() {
     if (!Sliding()) {
         first_ = std::clamp(first_, 0, lastFirst());
-        offset_ = first_ * panel_height_;
+        scrollTo(first_ * panel_height_);
     }
     const int behind = std::min((offset_ + Strip.Height() + panel_height_ - 1) / panel_height_, int{GetListCount()});
     std::vector<Panel*> in_view;
@@ -472,9 +472,17 @@ void ImgListBox::slideStep() {
     if (++slide_step_ == slide_steps) {
         return rest();
     }
-    offset_ = slide_from_ + (first_ * panel_height_ - slide_from_) / slide_steps * slide_step_;
+    scrollTo(slide_from_ + (first_ * panel_height_ - slide_from_) / slide_steps * slide_step_);
     arrange();
     Strip.Refresh();
+}
+
+// What stays in view is not drawn again.
+void ImgListBox::scrollTo(int offset) {
+    const int down = std::exchange(offset_, offset) - offset;
+    if (down != 0 && std::abs(down) < panel_height_) {
+        Strip.ScrollChildren(down);
+    }
 }
 
 void ImgListBox::endSlide() {

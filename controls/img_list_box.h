@@ -101,6 +101,7 @@ class ImgListBox : public ui::Frame {
     bool canScroll(std::size_t index) const;
     void slideTo(int first);
     void slideStep();
+    void scrollTo(int offset);
     void endSlide();
     void rest();
     void holdOver(std::size_t index, ui::DragState state);

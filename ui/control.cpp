@@ -16,6 +16,11 @@ bool covers(const Rect& front, const Rect& back) {
            front.top + front.height >= back.top + back.height;
 }
 
+bool meet(const Rect& one, const Rect& other) {
+    return one.left < other.left + other.width && other.left < one.left + one.width &&
+           one.top < other.top + other.height && other.top < one.top + one.height;
+}
+
 } // namespace
 
 int toPixels(int twips) {
@@ -143,6 +148,19 @@ void Control::Move(const Rect& twips) {
     place(false);
     if (pixels_ == before) { // the window system is not troubled, but who moves a control may mean to see it drawn
         resized();
+    }
+}
+
+void Control::ScrollChildren(int twips) {
+    const Rect inside{0, 0, pixels_.width, pixels_.height};
+    const int pixels = ui::toPixels(twips);
+    native::scrollChildren(handle_, pixels);
+    for (Control* child : children_) {
+        if (meet(child->pixels_, inside)) {
+            child->bounds_.top += twips;
+            child->pixels_.top += pixels;
+            child->place(false); // at some resolutions it is rounded in another way there
+        }
     }
 }
 

@@ -53,6 +53,9 @@ class Control {
     int Width() const { return bounds_.width; }
     int Height() const { return bounds_.height; }
     void Move(const Rect& twips);
+    // Moves those that lie in it, as they are drawn, up (negative) or down; what appears is drawn when all else is
+    // done, or by Refresh.
+    void ScrollChildren(int twips);
     // Twips that a caption would take in this control, its box or rim included; wrapped where a width is given.
     Size sizeFor(const std::u16string& caption, int width = 0) const;
     // Twips that it takes as it is; what has no caption to measure tells the least that is of use.

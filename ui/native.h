@@ -15,6 +15,8 @@ void setEnabled(Handle control, bool enabled);
 void setUseMnemonic(Handle control, bool use);
 void setToolTip(Handle control, const std::u16string& tip);
 void setBounds(Handle control, const Rect& pixels);
+// Those children that the inside of the control shows a part of, with what they show.
+void scrollChildren(Handle control, int down);
 void bringToFront(Handle control);
 void setFocus(Handle control); // waits until its window is the active one
 void invalidate(Handle control);

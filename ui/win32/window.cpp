@@ -237,6 +237,12 @@ void setBounds(Handle control, const Rect& pixels) {
     at(control).move(pixels);
 }
 
+void scrollChildren(Handle control, int down) {
+    HWND hwnd = windowOf(control);
+    const RECT inside = clientArea(hwnd); // with a rectangle, those beyond it stay where they are
+    ScrollWindowEx(hwnd, 0, down, &inside, &inside, nullptr, nullptr, SW_SCROLLCHILDREN | SW_INVALIDATE | SW_ERASE);
+}
+
 void bringToFront(Handle control) {
     SetWindowPos(windowOf(control), HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 }

@@ -273,6 +273,19 @@ Size captionSize(Handle, const std::u16string& caption, int width) {
 
 void setBounds(Handle control, const Rect& pixels) {
     fakes::screen().bounds[control] = pixels;
+    fakes::screen().moved.push_back(control);
+}
+
+void scrollChildren(Handle control, int down) {
+    auto& bounds = fakes::screen().bounds;
+    const Rect inside = bounds[control];
+    for (const Control* child : fakes::screen().controls.at(control)->Children()) {
+        Rect& place = bounds[child->handle()];
+        if (place.top < inside.height && place.top + place.height > 0 && place.left < inside.width &&
+            place.left + place.width > 0) {
+            place.top += down;
+        }
+    }
 }
 
 void setCaption(Handle control, const std::u16string& caption) {

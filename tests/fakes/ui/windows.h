@@ -52,6 +52,7 @@ struct Screen {
     std::vector<const ui::Menu*> popups;
     std::function<void(const ui::Form&)> while_modal; // what happens while a modal form is open
     std::map<std::uintptr_t, ui::Rect> bounds;        // by handle; pixels
+    std::vector<std::uintptr_t> moved;                // handles of what was given a place, in order
     std::vector<std::uintptr_t> drawn_now;            // handles of what was drawn at once, in order
     std::vector<std::uintptr_t> hidden;               // handles, in the order in which they were hidden
     std::map<std::uintptr_t, ui::Control*> controls;  // by handle

@@ -15,6 +15,7 @@
 #include "tests/fakes/ui/gif_decoder.h"
 #include "tests/fakes/ui/windows.h"
 #include "ui/form.h"
+#include "ui/screen.h"
 
 namespace murmelix {
 namespace {
@@ -487,6 +488,24 @@ TEST_F(ImgListBoxTest, StripSlidesInThirteenEqualSteps) {
                 ElementsAre(-150, -300, -450, -600, -750, -900, -1050, -1200, -1350, -1500, -1650, -1800, -1950));
     EXPECT_THAT(fourth, ElementsAre(5700, 5550, 5400, 5250, 5100, 4950, 4800, 4650, 4500, 4350, 4200, 4050, 3900));
     EXPECT_THAT(inView(), ElementsAre(u"C2", u"C3", u"C4"));
+}
+
+TEST_F(ImgListBoxTest, WhatStaysInViewSlidesAsItIsDrawn) {
+    add(5);
+    for (const std::size_t index : {1U, 1U, 0U}) {
+        fakes::screen().moved.clear();
+        scroll(index);
+        const auto frames = box->Strip.Children();
+        const auto moved = std::ranges::count_if(frames, [](const ui::Control* frame) {
+            return std::ranges::find(fakes::screen().moved, frame->handle()) != fakes::screen().moved.end();
+        });
+        EXPECT_LE(moved, 1) << "the one that comes into view";
+        for (const ui::Control* frame : frames) {
+            if (frame->Visible()) {
+                EXPECT_EQ(fakes::screen().bounds[frame->handle()].top, ui::toPixels(frame->Top()));
+            }
+        }
+    }
 }
 
 TEST_F(ImgListBoxTest, ClickWhileTheStripSlidesStartsNoSecondSlide) {

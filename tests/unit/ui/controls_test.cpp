@@ -204,6 +204,34 @@ TEST_F(ControlsTest, AcceleratorsOfAFormAreHeardBeforeItsControls) {
     EXPECT_EQ(heard, 1);
 }
 
+TEST_F(ControlsTest, WhatLiesInAControlIsScrolledAsItIsDrawn) {
+    for (const double twips_per_pixel : {15.0, 12.0, 10.0}) {
+        fakes::screen().twips_per_pixel = twips_per_pixel;
+        Frame frame(form, u"", Frame::Border::none);
+        Button above(frame, u""), in_part(frame, u""), inside(frame, u""), below(frame, u"");
+        frame.Move({0, 180, 900, 900});
+        above.Move({0, -300, 900, 300});
+        in_part.Move({0, -60, 900, 300});
+        inside.Move({0, 330, 900, 300});
+        below.Move({0, 900, 900, 300});
+        fakes::screen().moved.clear();
+        frame.ScrollChildren(-120);
+        EXPECT_EQ(above.Top(), -300) << "what is not to be seen stays";
+        EXPECT_EQ(in_part.Top(), -180);
+        EXPECT_EQ(inside.Top(), 210);
+        EXPECT_EQ(below.Top(), 900);
+        EXPECT_THAT(fakes::screen().moved, testing::IsEmpty()) << twips_per_pixel;
+        for (const Button* button : {&above, &in_part, &inside, &below}) {
+            const Rect shown = fakes::screen().bounds[button->handle()];
+            EXPECT_EQ(shown.top, toPixels(180 + button->Top()) - toPixels(180)) << twips_per_pixel;
+        }
+        // No whole pixels: what is rounded in another way at its new place is put there.
+        frame.ScrollChildren(97);
+        EXPECT_EQ(inside.Top(), 307);
+        EXPECT_EQ(fakes::screen().bounds[inside.handle()].top, toPixels(180 + 307) - toPixels(180)) << twips_per_pixel;
+    }
+}
+
 TEST_F(ControlsTest, LosingTheFocusIsTold) {
     TextBox a(form, u""), b(form, u"");
     std::string told;

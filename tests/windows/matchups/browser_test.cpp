@@ -316,6 +316,48 @@ TEST_F(Browser, StripSlidesByItself) {
     EXPECT_FALSE(IsWindowVisible(windowOf(box->ListFrame(1))));
 }
 
+TEST_F(Browser, SlidingStripShowsWhatIsThere) {
+    for (const int dpi : {96, 120}) {
+        ui::win32::setScreenDpi(dpi);
+        const auto fonts_before = ui::win32::renewFonts();
+        ui::Form window(nullptr, u"Browser", ui::FormStyle::window);
+        window.setScale(6000, height);
+        ImgListBox browser(window);
+        browser.Move({0, 0, 6000, height});
+        for (int i = 1; i <= 6; ++i) {
+            browser.AddItem(file(u"C" + toText(i), fakes::plainGif(20 * i, 80, red_of_palette)), u"C" + toText(i));
+            browser.GiveContact(u"friend" + toText(i) + u"@x", static_cast<std::int16_t>(i));
+        }
+        window.Show();
+        serveAll();
+        RECT strip{};
+        GetWindowRect(windowOf(browser.Strip), &strip);
+        for (const int index : {1, 1, 0, 1}) {
+            browser.ScrollButt_Click(static_cast<std::int16_t>(index));
+            for (int step = 0; browser.Sliding(); ++step) {
+                const Image slid = seen(browser.Strip);
+                RedrawWindow(windowOf(browser.Strip), nullptr, nullptr,
+                             RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
+                ASSERT_EQ(slid.pixels, seen(browser.Strip).pixels) << dpi << ", step " << step;
+                browser.SlideTimer.Tick();
+            }
+            for (std::int16_t i = 1; i <= 6; ++i) {
+                RECT frame{};
+                GetWindowRect(windowOf(browser.ListFrame(i)), &frame);
+                if (browser.ListFrame(i).Visible()) {
+                    const int above = browser.Top() + browser.Strip.Top();
+                    ASSERT_EQ(frame.top - strip.top,
+                              ui::toPixels(above + browser.ListFrame(i).Top()) - ui::toPixels(above))
+                        << dpi << ", panel " << i;
+                }
+            }
+        }
+        Matchups.Clear();
+    }
+    ui::win32::setScreenDpi(96);
+    const auto fonts_before = ui::win32::renewFonts();
+}
+
 TEST_F(Browser, WheelOverAPictureTurnsTheStrip) {
     add(5);
     SendMessageW(windowOf(box->ItemImage(2)), WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(-WHEEL_DELTA)), 0);
