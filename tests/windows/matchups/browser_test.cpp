@@ -212,17 +212,7 @@ class Browser : public testing::Test {
             dragged = true;
         };
         const int y = row * list.ItemHeight() - list.ItemHeight() / 2;
-        // A window that was just shown is not under the mouse at once.
-        bool there = false, nearby = false;
-        list.P.MouseMove = [&there, move = list.P.MouseMove](int button, int shift, double x, double at) {
-            there = true;
-            move(button, shift, x, at);
-        };
-        ASSERT_TRUE(serveUntil([&] {
-            nearby = !nearby;
-            mouse(0, onScreen(windowOf(list.P), nearby ? 19 : 20, y));
-            return there;
-        }));
+        ASSERT_TRUE(hover(list.P, onScreen(windowOf(list.P), 20, y)));
         mouse(MOUSEEVENTF_LEFTDOWN, onScreen(windowOf(list.P), 20, y));
         mouse(0, onScreen(windowOf(list.P), 28, y));
         ASSERT_TRUE(serveUntil([&] { return dragged; }));
@@ -507,25 +497,9 @@ class BrowserAndAnotherProgram : public Browser {
             return window && GetWindowRect(window, &area) && area.left == left && area.top == 10;
         }));
     }
-    // What follows the mouse during a drag is no window of the other program's own.
-    bool dragHasTheMouse() const {
-        GUITHREADINFO info{};
-        info.cbSize = sizeof info;
-        GetGUIThreadInfo(GetWindowThreadProcessId(window, nullptr), &info);
-        return info.hwndCapture && info.hwndCapture != window && !IsChild(window, info.hwndCapture);
-    }
     // Drags the row of the other program there; what that program tells of it.
     std::u16string dragTo(POINT place) {
-        // A window that was just shown is not under the mouse at once: then the press is lost.
-        EXPECT_TRUE(serveUntil([this] {
-            if (told(window) == u"dragging") {
-                return dragHasTheMouse();
-            }
-            mouse(MOUSEEVENTF_LEFTUP, onScreen(window, 50, 8));
-            mouse(MOUSEEVENTF_LEFTDOWN, onScreen(window, 50, 8));
-            mouse(0, onScreen(window, 50, 14));
-            return false;
-        }));
+        EXPECT_TRUE(pullRow(window));
         letGo(place);
         EXPECT_TRUE(serveUntil([this] { return told(window) != u"dragging"; }));
         return told(window);

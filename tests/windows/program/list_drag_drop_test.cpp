@@ -89,7 +89,7 @@ class ListDragDrop : public testing::Test {
     }
     // Presses the second row and moves so far to the right.
     void pull(int pixels) {
-        mouse(0, onScreen(from, 20, 45));
+        ASSERT_TRUE(hover(from.P, onScreen(from, 20, 45)));
         mouse(MOUSEEVENTF_LEFTDOWN, onScreen(from, 20, 45));
         mouse(0, onScreen(from, 20 + pixels, 45));
         ASSERT_TRUE(serveUntil([&] { return pulled_to == 20 + pixels; }));
@@ -504,14 +504,6 @@ class TwoPrograms : public ListDragDrop {
         }));
     }
 
-    // What follows the mouse during a drag is no window of the neighbour's own.
-    bool dragHasTheMouse() const {
-        GUITHREADINFO info{};
-        info.cbSize = sizeof info;
-        GetGUIThreadInfo(GetWindowThreadProcessId(window, nullptr), &info);
-        return info.hwndCapture && info.hwndCapture != window && !IsChild(window, info.hwndCapture);
-    }
-
     Process neighbour{command()};
     HWND window = nullptr;
 };
@@ -524,10 +516,7 @@ TEST_F(TwoPrograms, RowIsDraggedToTheOther) {
 }
 
 TEST_F(TwoPrograms, RowIsDraggedFromTheOther) {
-    mouse(0, onScreen(window, 50, 8));
-    mouse(MOUSEEVENTF_LEFTDOWN, onScreen(window, 50, 8));
-    mouse(0, onScreen(window, 50, 14));
-    ASSERT_TRUE(serveUntil([this] { return told(window) == u"dragging" && dragHasTheMouse(); }));
+    ASSERT_TRUE(pullRow(window));
     letGo(onScreen(to, 33, 77));
     EXPECT_TRUE(serveUntil([this] { return told(window) != u"dragging"; }));
     EXPECT_EQ(told(window), u"completed: 2, Zo\u00eb \u263a");

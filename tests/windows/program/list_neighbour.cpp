@@ -51,6 +51,31 @@ int serveListWindow(int left, int top) {
     return 0;
 }
 
+namespace {
+
+// What follows the mouse during a drag is no window of the other program's own.
+bool dragHasTheMouse(HWND window) {
+    GUITHREADINFO info{};
+    info.cbSize = sizeof info;
+    GetGUIThreadInfo(GetWindowThreadProcessId(window, nullptr), &info);
+    return info.hwndCapture && info.hwndCapture != window && !IsChild(window, info.hwndCapture);
+}
+
+} // namespace
+
+bool pullRow(HWND window) {
+    return serveUntil([window] {
+        if (told(window) == u"dragging") {
+            return dragHasTheMouse(window);
+        }
+        // A window that was just shown is not under the mouse at once: then the press is lost.
+        mouse(MOUSEEVENTF_LEFTUP, onScreen(window, 50, 8));
+        mouse(MOUSEEVENTF_LEFTDOWN, onScreen(window, 50, 8));
+        mouse(0, onScreen(window, 50, 14));
+        return false;
+    });
+}
+
 std::u16string told(HWND window) {
     std::array<wchar_t, 256> text{};
     const int length = GetWindowTextW(window, text.data(), static_cast<int>(text.size()));

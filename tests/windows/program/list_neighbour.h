@@ -16,6 +16,9 @@ inline constexpr wchar_t neighbour_caption[] = L"List of another program";
 // "dropped: EFFECT, TEXT".
 int serveListWindow(int left, int top);
 
+// Presses the row of such a window and moves the mouse until the drag has it; false where it does not in minutes.
+bool pullRow(HWND window);
+
 // What such a window tells now; empty where there is none.
 std::u16string told(HWND window);
 

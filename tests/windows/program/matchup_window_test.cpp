@@ -1,4 +1,5 @@
 // The matchup window with the real registry and the system's own mouse and keyboard.
+#include <array>
 #include <functional>
 #include <memory>
 #include <string>
@@ -17,6 +18,7 @@
 #include "matchups/matchup_frm.h"
 #include "matchups/matchup_store.h"
 #include "tests/windows/program/ending_store.h"
+#include "tests/windows/program/list_neighbour.h"
 #include "tests/windows/program/window_test.h"
 #include "tests/windows/support/process.h"
 #include "ui/screen.h"
@@ -143,7 +145,7 @@ class MatchupDialogue : public testing::Test {
         };
         const bool lasts = &list == &form->ContactList; // those of the characters can end with the window
         const POINT from = row(list, position);
-        mouse(0, from);
+        ASSERT_TRUE(hover(list.P, from));
         mouse(MOUSEEVENTF_LEFTDOWN, from);
         mouse(0, {from.x + 8, from.y});
         EXPECT_TRUE(serveUntil([&] { return begun; })) << "the drag has not begun";
@@ -257,6 +259,57 @@ TEST_F(MatchupDialogue, OtherAccountInTheMiddleOfADragFillsItAnewUnharmed) {
     ASSERT_TRUE(serveUntil([this] { return !form->ContactTimer.Enabled(); }));
     EXPECT_TRUE(form->Visible());
     EXPECT_EQ(keys(form->ContactList).size() + Matchups.Count(), 3U) << "each contact is in one place";
+}
+
+// A list of another program, beside the window.
+class MatchupDialogueAndAnotherProgram : public MatchupDialogue {
+  protected:
+    static std::u16string command() {
+        std::array<wchar_t, MAX_PATH> program{};
+        const DWORD length = GetModuleFileNameW(nullptr, program.data(), static_cast<DWORD>(program.size()));
+        std::u16string line = u"\"";
+        line += com::narrow(program.data(), length);
+        return line + u"\" " + fromUtf8(neighbour_switch) + u" " + toText(left) + u" 10";
+    }
+    // Drags its row to the contacts; what that program tells of it.
+    std::u16string dragToTheContacts() {
+        EXPECT_TRUE(pullRow(window));
+        letGo(middle(form->ContactList.P));
+        EXPECT_TRUE(serveUntil([this] { return told(window) != u"dragging"; }));
+        serveAll();
+        return told(window);
+    }
+    void SetUp() override {
+        ASSERT_TRUE(serveUntil([this] {
+            window = FindWindowW(nullptr, neighbour_caption);
+            RECT area{};
+            return window && GetWindowRect(window, &area) && area.left == left && area.top == 10;
+        }));
+    }
+
+    static constexpr int left = 800; // pixels, right of the matchup window
+    const std::u16string stranger = u"Zo\u00eb \u263a";
+    Process neighbour{command()};
+    HWND window = nullptr;
+};
+
+TEST_F(MatchupDialogueAndAnotherProgram, ItsTextIsTakenBackWhereItIsAContact) {
+    client.all.push_back(std::make_shared<Contacts::Contact>(stranger, u"Zo\u00eb"));
+    open();
+    form->MatchUpList.GiveContact(stranger, form->MatchUpList.GetPositionFromKey(u"Bert"));
+    ASSERT_TRUE(MatchupExists(stranger));
+    EXPECT_EQ(dragToTheContacts(), u"completed: 2, " + stranger);
+    EXPECT_FALSE(MatchupExists(stranger));
+    LoadMatchups();
+    EXPECT_EQ(Matchups.Count(), 0U) << "nothing of it is left in the registry";
+    EXPECT_THAT(keys(listOf(u"Bert")), IsEmpty());
+    EXPECT_THAT(keys(form->ContactList), ElementsAre(u"ann@x", u"bob@x", u"zoe@x", stranger));
+}
+
+TEST_F(MatchupDialogueAndAnotherProgram, ItsTextIsRefusedWhereItIsNoContact) {
+    open();
+    EXPECT_EQ(dragToTheContacts(), u"completed: 0, " + stranger);
+    EXPECT_THAT(keys(form->ContactList), ElementsAre(u"ann@x", u"bob@x", u"zoe@x"));
 }
 
 TEST_F(MatchupDialogue, KeyboardGivesAndTakesBack) {

@@ -147,6 +147,24 @@ class WindowDc {
 
 } // namespace
 
+bool hover(ui::PictureBox& box, POINT place) {
+    bool there = false, nearby = false;
+    const auto move = box.MouseMove;
+    box.MouseMove = [&](int button, int shift, double x, double y) {
+        POINT inside{place};
+        ScreenToClient(windowOf(box), &inside);
+        there = inside.x == static_cast<LONG>(x) && inside.y == static_cast<LONG>(y);
+        ui::raise(move, button, shift, x, y);
+    };
+    const bool heard = serveUntil([&] {
+        nearby = !nearby; // without a move nothing is told
+        mouse(0, {place.x - (nearby && !there ? 1 : 0), place.y});
+        return there;
+    });
+    box.MouseMove = move;
+    return heard;
+}
+
 Image insideOf(HWND window) {
     UpdateWindow(window);
     RECT inside{};

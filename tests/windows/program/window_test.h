@@ -8,7 +8,7 @@
 
 #include <windows.h>
 
-#include "ui/control.h"
+#include "ui/picture_box.h"
 
 namespace murmelix::test {
 
@@ -31,6 +31,10 @@ void typeKey(WORD code, WORD modifier = 0);
 void mouse(DWORD what, POINT place);
 void keyboard(WORD code, bool down);
 POINT onScreen(HWND window, int x, int y);
+
+// Moves the mouse to a place of the screen until the box hears of it there: a window that was just shown is not under
+// the mouse at once, and a press would be lost.
+bool hover(ui::PictureBox& box, POINT place);
 
 // What a window's inside shows.
 struct Image {
