@@ -112,11 +112,7 @@ ImgListBox::ImgListBox(ui::Control& parent)
     Strip.OLEDragDrop = [this](ui::DataObject& data, ui::DropEffect& effect, int, int, double, double y) {
         dropOn(panelAt(y), data, effect);
     };
-    Wheel = [this](int rows) {
-        if (rows != 0) {
-            ScrollButt_Click(rows < 0 ? 0 : 1);
-        }
-    };
+    Wheel = [this](int rows) { turn(rows); };
     SlideTimer.Tick = [this] { slideStep(); };
     HoldTimer.Tick = [this] {
         HoldTimer.setEnabled(false);
@@ -344,7 +340,7 @@ void ImgListBox::connect(Panel& panel) {
         if (panel.windows->list.Scroll.Visible()) {
             scroll_rows(rows);
         } else {
-            Wheel(rows);
+            turn(rows);
         }
     };
     made.image.Click = [this, &panel] { ItemImage_Click(positionOf(panel)); };
@@ -554,6 +550,17 @@ std::int16_t ImgListBox::panelAt(double y) const {
         return 0;
     }
     return static_cast<std::int16_t>(position);
+}
+
+// A notch turns by a panel, however fine the wheel is.
+void ImgListBox::turn(int rows) {
+    if ((rows < 0) != (turned_ < 0)) {
+        turned_ = 0;
+    }
+    turned_ = Sliding() ? 0 : turned_ + rows;
+    if (std::abs(turned_) >= rows_of_a_notch) {
+        ScrollButt_Click(std::exchange(turned_, 0) < 0 ? 0 : 1);
+    }
 }
 
 void ImgListBox::mark(Panel* panel) {

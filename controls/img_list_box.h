@@ -108,6 +108,7 @@ class ImgListBox : public ui::Frame {
 
     void drawScrollButt(std::size_t index, ui::Surface& surface, const ui::Button::Looks& looks) const;
     bool panelKey(const ui::Shortcut& key, Panel& panel);
+    void turn(int rows);
     std::int16_t panelAt(double y) const; // pixels of the strip; 0: none that takes a drop
     void mark(Panel* panel);              // the one where letting go would drop; null: none
     void markAt(std::optional<double> y); // the same, by a place of the strip that something is dragged over
@@ -123,6 +124,7 @@ class ImgListBox : public ui::Frame {
     int first_ = 0;  // the panel at the top, from 0; the one that a slide leads to
     int offset_ = 0; // twips of the strip above what is in view
     int slide_from_ = 0, slide_step_ = 0;
+    int turned_ = 0;                       // by the wheel, less than a notch: rows
     std::optional<std::size_t> held_over_; // a scroll button
     ImgDownFrm* download_ = nullptr;       // that is open
     std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);

@@ -301,6 +301,18 @@ DropEffect Control::onDrop(DataObject& data, DropEffect allowed, int button, int
     return effect & allowed;
 }
 
+void Control::onWheel(int delta) {
+    const int turned = -delta * rows_of_a_notch;
+    if ((turned < 0) != (turned_ < 0)) { // the other way: what is left over is of no use
+        turned_ = 0;
+    }
+    turned_ += turned;
+    if (const int rows = turned_ / wheel_notch; rows != 0) {
+        turned_ %= wheel_notch;
+        raise(Wheel, rows);
+    }
+}
+
 void Control::onFocus() {
     Form& top = form();
     if (top.focused_ == this) {

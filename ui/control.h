@@ -77,6 +77,7 @@ class Control {
     // The wheel was turned over it, or over what is in it and does not use it itself; up is negative. Of windows of the
     // toolkit's own class alone.
     std::function<void(int rows)> Wheel;
+    static constexpr int rows_of_a_notch = 3;
 
     // Whether text that is dragged can be let go here: over it, and over what is in it and takes none itself.
     DropMode OLEDropMode() const { return drop_mode_; }
@@ -115,6 +116,9 @@ class Control {
     DropEffect onDragOver(DropEffect allowed, int shift, double x, double y, DragState state);
     // It was let go; the result is what happened. What has no text is not taken: for the control, it has left.
     DropEffect onDrop(DataObject& data, DropEffect allowed, int button, int shift, double x, double y);
+    // The wheel turns by so many of wheel_notch, up being positive: fine ones turn by less than a row, which adds up.
+    void onWheel(int delta);
+    static constexpr int wheel_notch = 120;
     void onFocus();
     void onFocusLost();
     // The screen's resolution, or the system's font or colours, changed: takes its place anew, with all that is in it.
@@ -144,6 +148,7 @@ class Control {
     bool enabled_ = true;
     bool use_mnemonic_ = true;
     DropMode drop_mode_ = DropMode::none;
+    int turned_ = 0; // by the wheel, less than a row: parts of wheel_notch, down being positive
 };
 
 // The accelerator letter of a caption in upper case, 0 where it has none.

@@ -67,7 +67,7 @@ std::optional<LRESULT> ChildWindow::onMessage(UINT message, WPARAM wparam, LPARA
         if (!control().Wheel) {
             return std::nullopt; // whatever it is in hears of it
         }
-        raise(control().Wheel, -GET_WHEEL_DELTA_WPARAM(wparam) * 3 / WHEEL_DELTA);
+        control().onWheel(GET_WHEEL_DELTA_WPARAM(wparam));
         return 0;
     default:
         return std::nullopt;

@@ -566,6 +566,32 @@ TEST_F(ImgListBoxTest, WheelTurnsByAPanel) {
     EXPECT_EQ(tops()[0], -1950);
 }
 
+TEST_F(ImgListBoxTest, FineWheelTurnsByAPanelANotch) {
+    add(5);
+    const auto turn = [this](ui::Control& control, int delta, int times) {
+        for (int i = 0; i < times; ++i) {
+            control.onWheel(delta);
+        }
+    };
+    turn(*box, -20, 5);
+    EXPECT_FALSE(box->Sliding());
+    turn(*box, 20, 5);
+    turn(*box, -20, 5);
+    EXPECT_FALSE(box->Sliding()) << "it went there and back";
+    turn(*box, -20, 1);
+    EXPECT_TRUE(box->Sliding());
+    turn(*box, -20, 60);
+    finishSlide();
+    EXPECT_EQ(tops()[0], -1950);
+    turn(*box, -20, 4);
+    EXPECT_FALSE(box->Sliding()) << "what was turned while it slid is not kept";
+    turn(*box, -20, 2);
+    finishSlide();
+    EXPECT_EQ(tops()[0], -3900);
+    turn(box->ListItems(3).P, 20, 6);
+    EXPECT_TRUE(box->Sliding()) << "over a list that is all in view";
+}
+
 TEST_F(ImgListBoxTest, DragOverAButtonScrollsAndGoesOnWhileItStays) {
     add(6);
     const auto drag = dragOf(u"ann@x");

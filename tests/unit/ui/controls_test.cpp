@@ -232,6 +232,31 @@ TEST_F(ControlsTest, WhatLiesInAControlIsScrolledAsItIsDrawn) {
     }
 }
 
+TEST_F(ControlsTest, WheelTurnsByRowsHoweverFineItIs) {
+    PictureBox box(form);
+    box.onWheel(-Control::wheel_notch); // nobody listens
+    std::vector<int> turned;
+    box.Wheel = [&](int rows) { turned.push_back(rows); };
+    box.onWheel(-Control::wheel_notch);
+    box.onWheel(2 * Control::wheel_notch);
+    EXPECT_THAT(turned, testing::ElementsAre(3, -6));
+    turned.clear();
+    for (int i = 0; i < 120; ++i) {
+        box.onWheel(-1);
+    }
+    EXPECT_THAT(turned, testing::ElementsAre(1, 1, 1));
+    turned.clear();
+    box.onWheel(-39);
+    box.onWheel(39);
+    box.onWheel(-39);
+    EXPECT_THAT(turned, testing::IsEmpty()) << "the other way begins anew";
+    box.onWheel(-1);
+    EXPECT_THAT(turned, testing::ElementsAre(1));
+    box.onWheel(32767);
+    box.onWheel(-32768);
+    EXPECT_THAT(turned, testing::ElementsAre(1, -819, 819));
+}
+
 TEST_F(ControlsTest, LosingTheFocusIsTold) {
     TextBox a(form, u""), b(form, u"");
     std::string told;

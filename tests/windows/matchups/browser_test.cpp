@@ -353,6 +353,13 @@ TEST_F(Browser, WheelOverAPictureTurnsTheStrip) {
     SendMessageW(windowOf(box->ItemImage(2)), WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(-WHEEL_DELTA)), 0);
     ASSERT_TRUE(rest());
     EXPECT_EQ(box->ListFrame(2).Top(), 0);
+    // A fine one tells of less than a notch.
+    for (int i = 1; i <= 8; ++i) {
+        SendMessageW(windowOf(box->ItemImage(2)), WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(WHEEL_DELTA / 8)), 0);
+        EXPECT_EQ(box->Sliding(), i == 8);
+    }
+    ASSERT_TRUE(rest());
+    EXPECT_EQ(box->ListFrame(1).Top(), 0);
 }
 
 TEST_F(Browser, ContactIsDraggedToAPanelAndBack) {
