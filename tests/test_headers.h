@@ -15,3 +15,9 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#ifdef _WIN32
+#include <windows.h>
+
+#include <ole2.h>
+#endif
