@@ -301,6 +301,12 @@ class Site(unittest.TestCase):
                 self.assertEqual(answer.status, 200)
                 self.assertEqual(answer.headers["Content-Type"], KINDS[address.rsplit(".", 1)[-1]])
                 self.assertGreater(len(body), 0)
+        for address in sorted(others | {page for page in pages if not page.endswith("nothing-is-here")}):
+            path = urllib.parse.urlsplit(address).path
+            with self.subTest(other_spelling=path):
+                other, body = self.get(path.replace("/Murmelix/", "/murmelix/", 1))
+                self.assertEqual(other.status, 200)
+                self.assertEqual(body, self.get(path)[1])
         for target, fragment in fragments:
             self.assertIn(fragment, pages[target].ids, target)
         # No page is lost: each can be reached from the first one.

@@ -568,7 +568,7 @@ TEST_F(ImgListBoxTest, WheelTurnsByAPanel) {
 
 TEST_F(ImgListBoxTest, FineWheelTurnsByAPanelANotch) {
     add(5);
-    const auto turn = [this](ui::Control& control, int delta, int times) {
+    const auto turn = [](ui::Control& control, int delta, int times) {
         for (int i = 0; i < times; ++i) {
             control.onWheel(delta);
         }
