@@ -32,7 +32,7 @@ void Form::load() {
     if (!loaded_) {
         loaded_ = true;
         Form_Load();
-        if (style_ != FormStyle::sizable) {
+        if (style_ != FormStyle::sizable && !placed_) {
             Center();
         }
     }
@@ -104,6 +104,7 @@ Rect Form::Place() const {
 }
 
 void Form::setPlace(const Rect& pixels) {
+    placed_ = true;
     native::setPlace(handle_, pixels);
 }
 

@@ -23,7 +23,7 @@ class Form : public Control {
     Form(Form* owner, const std::u16string& caption, FormStyle style, const char16_t* class_name = nullptr);
     ~Form() override;
 
-    // Loads it first where it is not loaded.
+    // Loads it first where it is not loaded: one that cannot be resized, and was given no place, in the middle.
     void Show();
     // The same, but whoever is at work stays so.
     void ShowInactive();
@@ -119,6 +119,7 @@ class Form : public Control {
     FormStyle style_;
     Size least_scale_;
     bool laying_out_ = false;
+    bool placed_ = false; // where its owner wants it
     Control* focused_ = nullptr;
     Control* marked_ = nullptr; // the button that is drawn as the default one
     std::vector<Menu*> menus_;

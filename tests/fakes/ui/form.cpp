@@ -93,7 +93,14 @@ void runModal(const Form& form) {
     }
 }
 
-void center(Handle) {}
+void center(Handle form) {
+    const Rect& screen = fakes::screen().work_area;
+    Rect inside = fakes::screen().bounds[form];
+    inside.left = screen.left + (screen.width - inside.width) / 2;
+    inside.top = screen.top + (screen.height - inside.height) / 2;
+    putAt(form, inside);
+}
+
 void setIcon(Handle, const Picture&) {}
 
 } // namespace murmelix::ui::native
