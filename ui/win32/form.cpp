@@ -204,6 +204,11 @@ std::optional<LRESULT> FormWindow::onMessage(UINT message, WPARAM wparam, LPARAM
             return 0;
         }
         return std::nullopt;
+    case WM_MEASUREITEM:
+        if (measureMenuPicture(*reinterpret_cast<MEASUREITEMSTRUCT*>(lparam))) {
+            return TRUE;
+        }
+        return std::nullopt;
     case WM_INITMENUPOPUP:
         menuOpens(reinterpret_cast<HMENU>(wparam));
         return 0;

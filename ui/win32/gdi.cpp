@@ -158,22 +158,4 @@ Bitmap menuPicture(const Picture& picture) {
     return dots;
 }
 
-Bitmap colourPicture(const Picture& picture) {
-    const int size = systemMetric(SM_CXSMICON);
-    const Icon icon = loadPicture(picture, size);
-    if (!icon) {
-        return {};
-    }
-    const MemoryDc dc(CreateCompatibleDC(nullptr));
-    BITMAPINFO colours{};
-    colours.bmiHeader = {sizeof colours.bmiHeader, size, -size, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-    void* bits = nullptr;
-    Bitmap drawn(CreateDIBSection(dc.get(), &colours, DIB_RGB_COLORS, &bits, nullptr, 0));
-    if (drawn) {
-        const Selected selected(dc.get(), drawn.get());
-        DrawIconEx(dc.get(), 0, 0, icon.get(), size, size, 0, nullptr, DI_NORMAL);
-    }
-    return drawn;
-}
-
 } // namespace murmelix::ui::win32

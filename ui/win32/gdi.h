@@ -97,7 +97,5 @@ unsigned fontsNumber();
 Icon loadPicture(const Picture& picture, int pixels = 0);
 // Of the size and the one bit a pixel that the checks of menus have: the menu draws it in its own colours.
 Bitmap menuPicture(const Picture& picture);
-// Of the size that small icons have, 32 bits a pixel with what is transparent.
-Bitmap colourPicture(const Picture& picture);
 
 } // namespace murmelix::ui::win32

@@ -125,6 +125,30 @@ void win32::menuOpens(HMENU popup) {
     }
 }
 
+bool win32::measureMenuPicture(MEASUREITEMSTRUCT& what) {
+    if (what.CtlType != ODT_MENU) {
+        return false;
+    }
+    const int size = systemMetric(SM_CXSMICON);
+    what.itemWidth = static_cast<UINT>(size + scaled(4)); // with a gap before the caption
+    what.itemHeight = static_cast<UINT>(size);
+    return true;
+}
+
+bool win32::drawMenuPicture(const DRAWITEMSTRUCT& what) {
+    if (what.CtlType != ODT_MENU) {
+        return false;
+    }
+    const auto found = commands().find(what.itemID);
+    if (found != commands().end() && found->second.item) {
+        const int size = systemMetric(SM_CXSMICON);
+        const Icon icon = loadPicture(found->second.item->picture(), size);
+        const int above = (what.rcItem.bottom - what.rcItem.top - size) / 2;
+        DrawIconEx(what.hDC, what.rcItem.left, what.rcItem.top + above, icon.get(), size, size, 0, nullptr, DI_NORMAL);
+    }
+    return true;
+}
+
 void win32::renewPictures(const Form& form) {
     for (const Menu* menu : form.menus()) {
         for (const MenuItem* item : menu->items()) {
@@ -212,16 +236,16 @@ void removeMenuItem(const MenuItem& item) {
 
 void setMenuItemPicture(const MenuItem& item) {
     const UINT id = commandOf(item);
-    Bitmap bitmap = item.inColours() ? colourPicture(item.picture()) : menuPicture(item.picture());
-    if (item.inColours()) {
+    if (item.inColours()) { // drawn by drawMenuPicture, for not every system draws what is transparent
         MENUITEMINFOW info{};
         info.cbSize = sizeof info;
         info.fMask = MIIM_BITMAP;
-        info.hbmpItem = bitmap.get();
+        info.hbmpItem = HBMMENU_CALLBACK;
         SetMenuItemInfoW(popupOf(item), placeOf(item), TRUE, &info);
-    } else {
-        SetMenuItemBitmaps(popupOf(item), id, MF_BITMAP, bitmap.get(), bitmap.get());
+        return;
     }
+    Bitmap bitmap = menuPicture(item.picture());
+    SetMenuItemBitmaps(popupOf(item), id, MF_BITMAP, bitmap.get(), bitmap.get());
     commands().at(id).picture = std::move(bitmap);
 }
 

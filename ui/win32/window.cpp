@@ -136,6 +136,9 @@ std::optional<LRESULT> onChildMessage(UINT message, WPARAM wparam, LPARAM lparam
         return 0;
     case WM_DRAWITEM: {
         const auto& what = *reinterpret_cast<const DRAWITEMSTRUCT*>(lparam);
+        if (drawMenuPicture(what)) {
+            return TRUE;
+        }
         if (ControlWindow* child = find(what.hwndItem)) {
             guarded([&] { child->onDraw(what); });
         }
