@@ -493,11 +493,11 @@ void Server::activate(stage::ActorId actor) {
     tellOfCharacter(actor, 1);
 }
 
-// Clients load a character by the id of whom it speaks for.
+// Clients load a character by the id of whom it speaks for. No tip covers an open menu.
 std::u16string Server::tipOf(stage::ActorId id) {
     const Owner owner = ownerOf(id);
     const stage::Actor* actor = stage_.find(id);
-    if (!owner.loaded || !actor) {
+    if (!owner.loaded || !actor || menu_open_) {
         return {};
     }
     const std::u16string& whom = owner.loaded->id;
@@ -548,6 +548,7 @@ void Server::runMenu(stage::ActorId actor, int x, int y) {
     if (entries.back().is_line) {
         entries.pop_back();
     }
+    theatre_->hideTips();
     const std::optional<int> chosen = stage::runPopupMenu(messages_.handle(), entries, x, y);
     menu_open_ = false;
     // The menu ran the message loop: the character may have gone.

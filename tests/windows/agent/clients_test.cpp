@@ -1,6 +1,7 @@
 // Clients that come and go, and the events they hear.
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <memory>
 
 #include <gmock/gmock.h>
@@ -170,27 +171,35 @@ TEST_F(Clients, HearOfThePointer) {
     EXPECT_TRUE(heard.soon("2 a 2 0 230 220"));
 }
 
+// The text of the tip that is shown; empty where there is none.
+std::wstring tip() {
+    std::array<wchar_t, 100> text{};
+    for (HWND found = nullptr; (found = FindWindowExW(nullptr, found, L"tooltips_class32", nullptr)) != nullptr;) {
+        if (IsWindowVisible(found)) {
+            SendMessageW(found, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()));
+        }
+    }
+    return std::wstring(text.data());
+}
+
+// Comes to rest on a character that stands at 200, 200.
+struct RestingHand {
+    int x = 215;
+    void moves() {
+        if (x < 240) {
+            SetCursorPos(++x, 220);
+            PostMessageW(characterWindow(), WM_MOUSEMOVE, 0, MAKELPARAM(x - 200, 20));
+        }
+    }
+};
+
 TEST_F(Clients, TellTheUserForWhomACharacterSpeaks) {
     Object character = load(u"ann@messenger.example");
     character.call(u"MoveTo", {Variant(std::int16_t{200}), Variant(std::int16_t{200})});
     character.call(u"Show", {Variant(true)});
     ASSERT_TRUE(pumpUntil([] { return characterWindow() && IsWindowVisible(characterWindow()); }));
-    const auto tip = [] {
-        std::array<wchar_t, 100> text{};
-        for (HWND found = nullptr; (found = FindWindowExW(nullptr, found, L"tooltips_class32", nullptr)) != nullptr;) {
-            if (IsWindowVisible(found)) {
-                SendMessageW(found, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()));
-            }
-        }
-        return std::wstring(text.data());
-    };
-    // As a hand comes to rest on it.
-    int x = 215;
-    EXPECT_TRUE(pumpUntil([&] {
-        if (x < 240) {
-            SetCursorPos(++x, 220);
-            PostMessageW(characterWindow(), WM_MOUSEMOVE, 0, MAKELPARAM(x - 200, 20));
-        }
+    EXPECT_TRUE(pumpUntil([hand = RestingHand()]() mutable {
+        hand.moves();
         return tip() == L"Dot speaks for ann@messenger.example";
     }));
     screenshot("agent-tip");
@@ -259,6 +268,34 @@ TEST_F(Clients, ChooseFromTheCharactersMenu) {
     mouse_event(MOUSEEVENTF_LEFTDOWN, 0, 0, 0, 0);
     mouse_event(MOUSEEVENTF_LEFTUP, 0, 0, 0, 0);
     EXPECT_TRUE(heard.soon("17 ann@xR% of ann@x")) << "by the mouse";
+}
+
+TEST_F(Clients, NoTipCoversAnOpenMenu) {
+    Object character = load(u"ann@messenger.example");
+    character.call(u"MoveTo", {Variant(std::int16_t{200}), Variant(std::int16_t{200})});
+    character.call(u"Show", {Variant(true)});
+    ASSERT_TRUE(pumpUntil([] { return characterWindow() && IsWindowVisible(characterWindow()); }));
+    ASSERT_TRUE(pumpUntil([hand = RestingHand()]() mutable {
+        hand.moves();
+        return !tip().empty();
+    }));
+    // Elsewhere, so that the pointer still rests on the character.
+    character.call(u"ShowPopupMenu", {Variant(std::int16_t{500}), Variant(std::int16_t{400})});
+    ASSERT_TRUE(pumpUntil(openMenu));
+    EXPECT_EQ(tip(), L"") << "it goes before the menu opens";
+    // Nor comes one while it is open, where the pointer comes again and rests longer than a tip takes to come.
+    SetCursorPos(10, 10);
+    SendMessageW(characterWindow(), WM_MOUSEMOVE, 0, MAKELPARAM(20, 20));
+    RestingHand hand;
+    const auto until = std::chrono::steady_clock::now() + std::chrono::milliseconds(3 * GetDoubleClickTime());
+    EXPECT_TRUE(pumpUntil([&] {
+        hand.moves();
+        EXPECT_EQ(tip(), L"");
+        return HasFailure() || std::chrono::steady_clock::now() > until;
+    }));
+    EXPECT_TRUE(openMenu());
+    keys({VK_ESCAPE});
+    EXPECT_TRUE(pumpUntil([&] { return !openMenu(); }));
 }
 
 TEST_F(Clients, AMenuThatIsLeftGivesTheKeyboardBack) {

@@ -68,6 +68,12 @@ void CharacterWindow::hide() {
     ShowWindow(handle(), SW_HIDE);
 }
 
+void CharacterWindow::hideTip() {
+    if (tip_) {
+        SendMessageW(tip_.get(), TTM_POP, 0, 0);
+    }
+}
+
 void CharacterWindow::press(int button) {
     if (pressed_ != 0) {
         return;

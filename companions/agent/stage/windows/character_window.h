@@ -31,6 +31,8 @@ class CharacterWindow final : public Window {
     bool show(const Raster& raster, const Rect& area);
     void move(int left, int top);
     void hide();
+    // Where it shows what the pointer rests on.
+    void hideTip();
 
   protected:
     LRESULT received(UINT message, WPARAM wparam, LPARAM lparam) override;

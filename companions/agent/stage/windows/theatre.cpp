@@ -185,6 +185,14 @@ void Theatre::toFront(ActorId actor) {
     }
 }
 
+void Theatre::hideTips() {
+    for (const auto& [actor, shown] : figures_) {
+        if (shown.window) {
+            shown.window->hideTip();
+        }
+    }
+}
+
 void Theatre::present(Stage& stage) {
     if (std::exchange(screens_changed_, false)) {
         stage.setScale(scale());

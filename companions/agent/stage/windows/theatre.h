@@ -43,6 +43,7 @@ class Theatre final : public Effects {
     // Shown from the next balloon on.
     BalloonLook* look(ActorId actor);
     void toFront(ActorId actor);
+    void hideTips();
     // Spoken audio is heard, or passes in silence.
     void setAudible(bool audible) { audible_ = audible; }
     // How much larger characters and balloons are than the resolution of the screen makes them.
