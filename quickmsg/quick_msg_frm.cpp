@@ -48,14 +48,14 @@ constexpr std::array effects = {u"(lol)", u"(birthday)", u"(whistle)", u"(boo)",
 std::intptr_t inputBox(std::intptr_t window) {
     std::intptr_t history = 0;
     for (const char* rich_edit : {"RichEdit20A", "RichEdit20W"}) {
-        if (const std::intptr_t first = platform::childWindow(window, 0, rich_edit)) {
-            if (const std::intptr_t second = platform::childWindow(window, first, rich_edit)) {
+        if (const std::intptr_t first = platform::childWindow(window, rich_edit)) {
+            if (const std::intptr_t second = platform::nextChildWindow(window, first, rich_edit)) {
                 return second;
             }
             history = first;
         }
     }
-    return history ? platform::childWindow(window, history, "InkEdit") : 0;
+    return history ? platform::nextChildWindow(window, history, "InkEdit") : 0;
 }
 
 } // namespace
@@ -156,7 +156,7 @@ void QuickMsgFRM::SendButt_Click() {
                 platform::supportAddress(),
             platform::mb_critical, u"Unable to send Quick message!");
     }
-    const std::intptr_t send = platform::childWindow(window, 0, "Button", "&Send");
+    const std::intptr_t send = platform::childWindow(window, "Button", "&Send");
     platform::sendText(input, toAnsi(QuicTextBox.Text()));
     platform::sendKey(send, space_key, true);
     platform::sendKey(send, space_key, false);

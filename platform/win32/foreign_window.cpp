@@ -1,5 +1,6 @@
 #include "platform/foreign_window.h"
 
+#include <array>
 #include <string>
 
 #include <windows.h>
@@ -17,14 +18,42 @@ void send(std::intptr_t window, UINT message, WPARAM wparam, LPARAM lparam) {
                         &answer);
 }
 
+struct Search {
+    HWND parent, after;
+    const char* class_name;
+    bool passed = false; // `after`
+    HWND found = nullptr;
+};
+
+BOOL CALLBACK look(HWND child, LPARAM given) {
+    auto& search = *reinterpret_cast<Search*>(given);
+    std::array<char, 257> name{}; // no class has a longer one
+    if (search.passed && GetAncestor(child, GA_PARENT) == search.parent &&
+        GetClassNameA(child, name.data(), static_cast<int>(name.size())) &&
+        lstrcmpiA(name.data(), search.class_name) == 0) {
+        search.found = child;
+    }
+    search.passed = search.passed || child == search.after;
+    return search.found == nullptr;
+}
+
 } // namespace
 
-std::intptr_t childWindow(std::intptr_t parent, std::intptr_t after, const char* class_name, const char* caption) {
+std::intptr_t childWindow(std::intptr_t parent, const char* class_name, const char* caption) {
     if (parent == 0) { // would be the whole desktop
         return 0;
     }
-    return reinterpret_cast<std::intptr_t>(
-        FindWindowExA(reinterpret_cast<HWND>(parent), reinterpret_cast<HWND>(after), class_name, caption));
+    return reinterpret_cast<std::intptr_t>(FindWindowExA(reinterpret_cast<HWND>(parent), nullptr, class_name, caption));
+}
+
+// Not by FindWindowEx, which under Wine finds nothing after a window of another class.
+std::intptr_t nextChildWindow(std::intptr_t parent, std::intptr_t after, const char* class_name) {
+    if (parent == 0) {
+        return 0;
+    }
+    Search search{reinterpret_cast<HWND>(parent), reinterpret_cast<HWND>(after), class_name};
+    EnumChildWindows(search.parent, look, reinterpret_cast<LPARAM>(&search));
+    return reinterpret_cast<std::intptr_t>(search.found);
 }
 
 void sendText(std::intptr_t window, std::string_view text) {

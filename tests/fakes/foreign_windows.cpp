@@ -24,13 +24,22 @@ void receive(const fakes::ForeignInput& input) {
 
 } // namespace
 
-std::intptr_t childWindow(std::intptr_t parent, std::intptr_t after, const char* class_name, const char* caption) {
-    bool behind = after == 0;
+std::intptr_t childWindow(std::intptr_t parent, const char* class_name, const char* caption) {
+    for (const fakes::ForeignWindow& window : fakes::foreignWindows().windows) {
+        if (window.parent == parent && window.class_name == class_name && (!caption || window.caption == caption)) {
+            return window.handle;
+        }
+    }
+    return 0;
+}
+
+std::intptr_t nextChildWindow(std::intptr_t parent, std::intptr_t after, const char* class_name) {
+    bool behind = false;
     for (const fakes::ForeignWindow& window : fakes::foreignWindows().windows) {
         if (window.parent != parent) {
             continue;
         }
-        if (behind && window.class_name == class_name && (!caption || window.caption == caption)) {
+        if (behind && window.class_name == class_name) {
             return window.handle;
         }
         behind |= window.handle == after;
