@@ -330,15 +330,20 @@ class ShellTest(WholeProgramTest):
 
     # Gestures.
 
-    def open_menu_of(self, icon):
-        """The menu of an icon of the tray, asked for again where something has closed it at once."""
+    def open_menu_at(self, x, y):
+        """The menu of what is there, asked for again where something has closed it at once."""
         for _ in range(10):
-            self.click(icon, button=3)
+            self.click_at(x, y, button=3)
             try:
-                return wait_for("the menu of the icon", self.popup, seconds=20)
+                return wait_for("the menu", self.popup, seconds=20)
             except TimedOut:
                 continue
-        return self.fail("the menu of the icon does not open")
+        return self.fail(f"no menu opens at {x}, {y}")
+
+    def open_menu_of(self, icon):
+        """The menu of an icon of the tray."""
+        left, top, right, bottom = icon.place
+        return self.open_menu_at((left + right) // 2, (top + bottom) // 2)
 
     def xdotool(self, *arguments):
         self.screen.xdotool(*map(str, arguments))

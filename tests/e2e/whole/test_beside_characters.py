@@ -40,13 +40,31 @@ class BesideCharacters(ShellTest):
 
     def choose_from_character(self, letter):
         """By the right mouse button and an item's accelerator."""
-        self.click_at(*self.point_at(), button=3)
-        self.eventually("the character's menu", self.popup)
+        self.open_menu_at(*self.point_at())
+        self.eventually("the keyboard in it", self.menu_has_keyboard)
         self.screen.key(letter)
+        # The keyboard goes back: a menu that opens before would lose it, and close.
+        self.eventually("the end of the menu", lambda: not self.popup() and not self.menu_has_keyboard())
+
+    def menu_has_keyboard(self):
+        return self.screen.active() in self.screen.find("^AgentServer menu$")
+
+    def wait_for_keyboard(self, title):
+        """Until the window has it for Wine, and for the screen, which gives it a moment later."""
+        self.eventually(f"the keyboard in {title}", lambda: self.focus_in(self.window(title))
+                        and self.screen.active() in self.screen.find(f"^{title}$"))
 
     def history(self):
         texts = next(window for window in self.windows() if window.kind == "MessengerClientConversation").texts()
         return next((text for text in texts if " says:" in text), "")
+
+    def wait_for_speech(self, words):
+        """Until Ann's character has said them, and rests."""
+        def said():
+            self.transcript.new()
+            return any(act.moment == "end" and act.what == "Speak" and act.key == ANN and words in act.of
+                       for act in self.transcript.acts)
+        self.eventually(f"{words!r}", said)
 
     def wait_until_gone(self, title):
         self.eventually(f"the end of {title}", lambda: not self.window(title))
@@ -57,7 +75,7 @@ class BesideCharacters(ShellTest):
         left, _, _, bottom = self.character().place
         self.assertEqual(window.place[:2], (left, bottom))
         self.assertEqual(self.control("Edit", window).text, PROMPT)
-        self.eventually("the keyboard in it", lambda: self.focus_in(self.window(QUICK)))
+        self.wait_for_keyboard(QUICK)
         self.picture("quick")
         self.xdotool("type", "see you")
         self.eventually("the typed text", lambda: self.control("Edit", self.window(QUICK)).text == "see you")
@@ -67,13 +85,13 @@ class BesideCharacters(ShellTest):
         self.assertIn("You says:", self.history())
         # Ann's answer comes after it, and is what is read.
         self.client(f"say {ANN} bye then")
-        self.eventually("her answer", lambda: self.transcript.new() or [
-            act for act in self.transcript.acts if act.what == "Speak" and "Bye Then" in act.of])
+        self.wait_for_speech("Bye Then")
+        self.assertFalse(any("see you" in act.of.lower() for act in self.transcript.acts), "what was sent is not read")
 
     def test_smilies_canned_texts_and_effects_are_chosen_from_the_menus(self):
         self.read()
         self.double_click_character()
-        self.eventually("the keyboard in it", lambda: self.focus_in(self.window(QUICK)))
+        self.wait_for_keyboard(QUICK)
         text = lambda: self.control("Edit", self.window(QUICK)).text  # noqa: E731
         self.screen.key("F10")
         self.screen.key("s")
@@ -97,7 +115,7 @@ class BesideCharacters(ShellTest):
     def test_escape_stop_sign_out_and_the_contacts_end_close_the_quick_message(self):
         self.read()
         self.double_click_character()
-        self.eventually("the keyboard in it", lambda: self.focus_in(self.window(QUICK)))
+        self.wait_for_keyboard(QUICK)
         self.screen.key("Escape")
         self.wait_until_gone(QUICK)
         self.choose_from_character("q")
@@ -106,7 +124,7 @@ class BesideCharacters(ShellTest):
         self.screen.key("alt+s")
         self.wait_until_gone(QUICK)
         self.eventually("the empty stage", lambda: not self.characters())
-        for end in (f"leave {ANN}", "signout"):
+        for end in (f"part {ANN}", "signout"):
             self.start_reading_first_row()
             self.eventually("the character", self.characters)
             self.double_click_character()
@@ -120,7 +138,7 @@ class BesideCharacters(ShellTest):
     def answer_in(self, classes):
         self.read("/edits", classes)
         self.double_click_character()
-        self.eventually("the keyboard in it", lambda: self.focus_in(self.window(QUICK)))
+        self.wait_for_keyboard(QUICK)
         self.xdotool("type", "in any box")
         self.screen.key("Return")
 
@@ -142,29 +160,38 @@ class BesideCharacters(ShellTest):
         self.wait_until_gone(QUICK)
         self.assertEqual(self.history(), "")
 
-    def test_another_language_is_chosen_and_spoken(self):
+    def languages(self):
+        """What is seen of the list's lower half, which no character covers."""
+        left, top, right, bottom = self.window(LANGUAGES).place
+        return self.painted((left + 20, top + 140, left + 300, bottom - 60))
+
+    def test_another_language_is_chosen(self):
         self.read()
         self.choose_from_character("c")
         window = self.eventually("the languages", lambda: self.window(LANGUAGES))
         left, top, _, _ = self.character().place
         self.assertEqual(window.place[:2], (left, top))
-        self.eventually("the keyboard in it", lambda: self.focus_in(self.window(LANGUAGES)))
+        self.wait_for_keyboard(LANGUAGES)
         self.picture("languages")
-        self.screen.key("Down", "Down", "Down", "Down", "Return")  # Finnish, French, German? the fourth after English (US)
+        english = self.languages()
+        self.screen.key("Down", "Down", "Down", "Down", "Return")  # English (GB), Finnish, French, German
         self.wait_until_gone(LANGUAGES)
         # The window has the new one selected the next time.
         self.choose_from_character("c")
-        self.eventually("the languages again", lambda: self.window(LANGUAGES))
+        self.wait_for_keyboard(LANGUAGES)
         self.picture("languages-again")
+        german = self.languages()
+        self.assertNotEqual(english, german)
         self.screen.key("Escape")
         self.wait_until_gone(LANGUAGES)
+        self.choose_from_character("c")
+        self.wait_for_keyboard(LANGUAGES)
+        self.assertEqual(self.languages(), german, "left without a choice, nothing changes")
 
     def test_who_it_is_is_told_and_it_can_be_sent_away(self):
         self.read()
         self.choose_from_character("w")
-        self.eventually("its name", lambda: self.transcript.new() or [
-            act for act in self.transcript.acts
-            if act.what == "Speak" and act.key == ANN and "Best Known As: Ann" in act.of])
+        self.wait_for_speech("Best Known As: Ann")
         self.choose_from_character("r")
         self.eventually("the empty stage", lambda: not self.characters())
 
