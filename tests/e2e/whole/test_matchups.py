@@ -192,6 +192,8 @@ class Matchups(ShellTest):
         target = self.list_of(first)
         self.pull(self.contact_row(0))
         self.xdotool("mousemove", *target)
+        self.xdotool("mousemove", target[0] + 5, target[1])
+        self.picture("dragged")
         self.sign_out()
         self.xdotool("mouseup", 1)
         self.assertEqual(self.stored(), {})
