@@ -4,6 +4,7 @@ import faulthandler
 import html.parser
 import http.client
 import io
+import itertools
 import os
 import re
 import shutil
@@ -411,7 +412,7 @@ class Site(unittest.TestCase):
         grounds = set()
         with Browser() as browser:
             self.started.append(browser)
-            for width, scheme in ((360, "light"), (1280, "dark")):
+            for width, scheme in itertools.product((360, 1280), ("light", "dark")):
                 browser.be(width, 800, scheme)
                 for path in (*PAGES, "/Murmelix/nothing-is-here"):
                     with self.subTest(page=path, width=width, scheme=scheme):
