@@ -757,11 +757,13 @@ void MainFrm::openQuickMessage(const std::u16string& key, std::int32_t left, std
 
 void MainFrm::chooseLanguage(const std::u16string& key, std::int32_t left, std::int32_t top) {
     if (!LangFRM) {
-        LangFRM = std::make_unique<murmelix::LangFRM>(this);
+        LangFRM = std::make_unique<murmelix::LangFRM>();
     }
     LangFRM->Contact = key;
     putBeside(*LangFRM, left, top);
+    setEnabled(false);
     showAlone(*LangFRM);
+    setEnabled(true);
 }
 
 void MainFrm::unloadWindowsOf(const std::u16string& key) {

@@ -55,7 +55,7 @@ constexpr int row_height = 18, rows_in_view = 10;
 
 } // namespace
 
-LangFRM::LangFRM(ui::Form* owner) : Form(owner, u"Change Language", ui::FormStyle::dialog) {
+LangFRM::LangFRM() : Form(nullptr, u"Change Language", ui::FormStyle::dialog) {
     setIcon({u"murmelix"});
     ChangeButt.setToolTipText(u"Changes the character's language to the selected one");
     CloseButt.setToolTipText(u"Close the window and discard any changes");

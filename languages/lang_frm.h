@@ -10,10 +10,11 @@
 
 namespace murmelix {
 
-// Shown modally. LanguageToSwitch is preset by whoever opens it and set by "Change".
+// Shown modally. LanguageToSwitch is preset by whoever opens it and set by "Change". It has no owner: it comes in front
+// of the conversation whose character was asked, where a window manager would leave it with its owner behind that.
 class LangFRM : public ui::Form {
   public:
-    explicit LangFRM(ui::Form* owner);
+    LangFRM();
 
     void Form_Load() override;
     void onClose() override {} // the close box is refused

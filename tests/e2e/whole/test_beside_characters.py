@@ -188,6 +188,21 @@ class BesideCharacters(ShellTest):
         self.wait_for_keyboard(LANGUAGES)
         self.assertEqual(self.languages(), german, "left without a choice, nothing changes")
 
+    def test_the_languages_come_in_front_of_the_conversation(self):
+        self.read()
+        for conversation_first in (True, False):
+            self.activate("Conversation$") if conversation_first else self.activate_main()
+            # By the mouse: "Change My Language" is between the middle and the last of the seven.
+            menu = self.open_menu_at(*self.point_at())
+            left, _, right, bottom = menu.place
+            self.click_at((left + right) // 2, bottom - 36)
+            self.wait_for_keyboard(LANGUAGES)
+            self.eventually("the languages in front",
+                            lambda: self.screen.stacking()[-1] == self.screen.find(f"^{LANGUAGES}$")[-1])
+            self.picture("languages-in-front")
+            self.screen.key("Escape")
+            self.wait_until_gone(LANGUAGES)
+
     def test_who_it_is_is_told_and_it_can_be_sent_away(self):
         self.read()
         self.choose_from_character("w")

@@ -18,7 +18,7 @@ using testing::IsEmpty;
 
 class LangFRMTest : public testing::Test {
   protected:
-    LangFRMTest() : form(nullptr) {
+    LangFRMTest() {
         fakes::reset();
         fakes::screen() = {};
         InitLanguageTable();

@@ -81,6 +81,7 @@ TEST_F(CharacterWindowsTest, TheEndOfItsContactClosesTheQuickMessage) {
 TEST_F(CharacterWindowsTest, LanguageIsChosenBesideTheCharacterWhileTheTrayWaits) {
     fakes::screen().while_modal = [&](const ui::Form& shown) {
         ASSERT_EQ(&shown, form().LangFRM.get());
+        EXPECT_FALSE(form().Enabled()) << "the main window takes no input meanwhile";
         EXPECT_EQ(shown.Place().left, 100);
         EXPECT_EQ(shown.Place().top, 200);
         EXPECT_FALSE(form().SystemMenuRestoreWindow.Enabled());
@@ -91,6 +92,7 @@ TEST_F(CharacterWindowsTest, LanguageIsChosenBesideTheCharacterWhileTheTrayWaits
     command(u"ann@xL%");
     EXPECT_EQ(character_->language_id, 1031);
     EXPECT_TRUE(form().SystemMenuRestoreWindow.Enabled());
+    EXPECT_TRUE(form().Enabled());
     EXPECT_THAT(boxes(), IsEmpty());
 }
 
