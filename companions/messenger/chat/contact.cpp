@@ -66,11 +66,24 @@ std::u16string_view shortName(std::u16string_view signin) {
 }
 
 std::u16string completedSignin(std::u16string_view typed) {
-    std::u16string signin(typed);
-    if (!signin.empty() && signin.find(u'@') == murmelix::npos) {
-        signin += own_place;
+    if (typed.empty() || typed.find(u'@') != murmelix::npos) {
+        return std::u16string(typed);
     }
-    return signin;
+    std::u16string signin;
+    for (std::size_t i = 0; i < typed.size(); ++i) {
+        if (typed[i] != u' ') {
+            signin += typed[i];
+        } else if (i == 0 || typed[i - 1] != u' ') {
+            signin += u'.';
+        }
+    }
+    return signin + std::u16string(own_place);
+}
+
+std::u16string nameTypedForSignin(std::u16string_view typed) {
+    const std::u16string_view name = murmelix::trim(typed);
+    const bool is_name = name.find(u' ') != murmelix::npos && name.find(u'@') == murmelix::npos;
+    return is_name ? std::u16string(name) : std::u16string();
 }
 
 std::u16string_view faultOfSignin(std::u16string_view signin) {

@@ -50,8 +50,11 @@ std::u16string oneLine(std::u16string_view text);
 // The name of somebody who has told none: the sign-in name before its "@".
 std::u16string_view shortName(std::u16string_view signin);
 
-// A sign-in name as one types it, with the client's own place where it has none.
+// A sign-in name as one types it. Where it has no place it is somebody's name: it gets the client's own place, and dots
+// for its blanks.
 std::u16string completedSignin(std::u16string_view typed);
+// The name for people of who types a name with blanks for a sign-in name; empty where nobody does.
+std::u16string nameTypedForSignin(std::u16string_view typed);
 // What keeps a text from being a sign-in name that one can type, for people; empty where nothing does.
 std::u16string_view faultOfSignin(std::u16string_view signin);
 

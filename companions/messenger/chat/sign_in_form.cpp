@@ -33,6 +33,8 @@ std::optional<std::u16string> SignInForm::friendlyFor(std::u16string_view typed,
         friendly = known->friendly;
     } else if (murmelix::sameText(signin, proposed_.signin, murmelix::LetterCase::ignored)) {
         friendly = proposed_.friendly;
+    } else {
+        friendly = nameTypedForSignin(typed);
     }
     if (std::exchange(put_, friendly) == friendly) {
         return std::nullopt;
@@ -41,8 +43,8 @@ std::optional<std::u16string> SignInForm::friendlyFor(std::u16string_view typed,
 }
 
 SignInRequest SignInForm::completed(SignInRequest fields) {
-    fields.signin = completedSignin(murmelix::trim(fields.signin));
     fields.friendly = murmelix::trim(friendlyFor(fields.signin, fields.friendly).value_or(fields.friendly));
+    fields.signin = completedSignin(murmelix::trim(fields.signin));
     fields.remember = fields.remember || fields.automatic;
     return fields;
 }

@@ -51,9 +51,13 @@ void AddContactFrm::Ask() {
 
 void AddContactFrm::AddButt_Click() {
     const std::u16string signin = completedSignin(murmelix::trim(NameTxt.Text()));
+    std::u16string friendly(murmelix::trim(FriendlyTxt.Text()));
+    if (friendly.empty()) {
+        friendly = nameTypedForSignin(NameTxt.Text());
+    }
     std::u16string_view fault = faultOfSignin(signin);
     if (fault.empty()) {
-        fault = add_(signin, std::u16string(murmelix::trim(FriendlyTxt.Text())));
+        fault = add_(signin, friendly);
     }
     if (fault.empty()) {
         return Hide();

@@ -171,6 +171,15 @@ TEST_F(MainWindows, WhereNobodyIsListedItSaysHowToAddSomebody) {
     EXPECT_FALSE(form.Contacts.Visible());
 }
 
+TEST_F(MainWindows, OneGoesOnWithTheFirstContactAfterTheSignIn) {
+    client.signIn(u"kim@x", u"Kim");
+    contact(u"bob@x", u"Bob", Status::offline);
+    const ContactPtr cy = contact(u"cy@x", u"Cy");
+    MainWindow& form = open();
+    EXPECT_TRUE(form.Contacts.Focused());
+    EXPECT_EQ(form.Contacts.selected(), cy) << "not with a heading";
+}
+
 TEST_F(MainWindows, ASignInUnderWayIsShownAndCancelled) {
     MainWindow& form = open();
     form.setSigningIn(u"kim@x", u"");
@@ -528,7 +537,7 @@ TEST_F(MainWindows, AContactIsAdded) {
     EXPECT_TRUE(dialog.NameTxt.Focused());
     const std::vector<std::pair<std::u16string, std::u16string>> refused{
         {u"", u"Please type a sign-in name."},
-        {u"no body", u"A sign-in name has no blanks, and no signs but those that one sees."},
+        {u"no body@x", u"A sign-in name has no blanks, and no signs but those that one sees."},
         {u"kim@x", u"That is your own sign-in name."}};
     for (const auto& [name, fault] : refused) {
         type(dialog.NameTxt, name);
@@ -557,6 +566,10 @@ TEST_F(MainWindows, AContactIsAdded) {
     type(dialog.NameTxt, u"bea@x");
     key(dialog, ui::Key::enter);
     EXPECT_EQ(client.find(u"bea@x")->friendly, u"bea");
+    choose(form.ContactMenuAdd);
+    type(dialog.NameTxt, u"Max Muster");
+    key(dialog, ui::Key::enter);
+    EXPECT_EQ(client.find(u"max.muster@messenger.example")->friendly, u"Max Muster");
     choose(form.ContactMenuAdd);
     client.signOut();
     EXPECT_FALSE(dialog.Visible()) << "the list is gone";

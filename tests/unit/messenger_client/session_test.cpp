@@ -450,12 +450,24 @@ TEST_F(Forms, WhatIsTypedStays) {
     EXPECT_EQ(form.completed({u"ann@x", u"Anna"}).friendly, u"Anna");
 }
 
+TEST_F(Forms, ANameWithBlanksIsThatForPeopleToo) {
+    form.proposeLast();
+    EXPECT_EQ(form.friendlyFor(u"Kim", u"You"), u"");
+    EXPECT_EQ(form.friendlyFor(u"Kim ", u""), std::nullopt);
+    EXPECT_EQ(form.friendlyFor(u"Kim L", u""), u"Kim L") << "while it is typed";
+    const SignInRequest kim = form.completed({u" Kim  Lee ", u"Kim L"});
+    EXPECT_EQ(kim.signin, u"Kim.Lee@messenger.example");
+    EXPECT_EQ(kim.friendly, u"Kim  Lee");
+    EXPECT_EQ(faultOfSignin(kim.signin), u"");
+    EXPECT_EQ(form.completed({u"Kim Lee", u"K."}).friendly, u"K.") << "what is typed stays";
+}
+
 TEST_F(Forms, AnyNameWillDo) {
     EXPECT_EQ(form.completed({u" kim ", u""}).signin, u"kim@messenger.example");
     EXPECT_EQ(form.completed({u"kim@x", u""}).signin, u"kim@x");
     EXPECT_EQ(form.completed({u"", u""}).signin, u"");
     EXPECT_EQ(faultOfSignin(form.completed({u"kim", u""}).signin), u"");
-    EXPECT_NE(faultOfSignin(form.completed({u"kim k", u""}).signin), u"");
+    EXPECT_NE(faultOfSignin(form.completed({u"kim k@x", u""}).signin), u"");
     EXPECT_NE(faultOfSignin(form.completed({std::u16string(320, u'k'), u""}).signin), u"");
     const SignInRequest automatic = form.completed({u"kim", u"", Status::online, false, true});
     EXPECT_TRUE(automatic.remember) << "what signs in by itself is remembered";
