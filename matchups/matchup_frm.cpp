@@ -89,7 +89,6 @@ void MatchupFrm::connectHandlers() {
 
 void MatchupFrm::Form_Load() {
     layOut();
-    taken_along_.clear();
     tell(u"");
     FillMatchupLists();
 }
@@ -179,6 +178,7 @@ void MatchupFrm::FillMatchupLists() {
     ++filling_;
     contacts_.reset();
     captions_.clear();
+    taken_along_.clear();
     ContactList.ClearList();
     ContactList.setNoItemCaption(u"Your contacts are being looked up");
     MatchUpList.ClearItems();

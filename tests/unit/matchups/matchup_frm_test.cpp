@@ -444,27 +444,57 @@ TEST_F(MatchupWindow, FailureOfAnyCallIsPassedOver) {
     }
 }
 
-TEST_F(MatchupWindow, CountThatCannotBeIsHeldWithinTheList) {
-    class Endless final : public platform::MessengerContacts {
-      public:
+// A client whose contacts cannot be counted, and none of which can be had.
+class Endless final : public platform::MessengerApi {
+  public:
+    struct Contacts final : platform::MessengerContacts {
         std::int32_t Count() override { return 2'000'000'000; }
         std::shared_ptr<platform::MessengerContact> Item(std::int32_t) override {
             throw platform::NeighbourError(-1, "no such contact");
         }
     };
-    class Client final : public platform::MessengerApi {
-      public:
-        std::int32_t MyStatus() override { return 2; }
-        std::u16string MySigninName() override { return u"me@x"; }
-        std::u16string MyFriendlyName() override { return u"Me"; }
-        std::int32_t UnreadEmailCount(std::int32_t) override { return 0; }
-        std::shared_ptr<platform::MessengerContacts> MyContacts() override { return std::make_shared<Endless>(); }
-        void Signin(std::int32_t, const std::u16string&, const std::u16string&) override {}
-    } client;
+    std::int32_t MyStatus() override { return 2; }
+    std::u16string MySigninName() override { return u"me@x"; }
+    std::u16string MyFriendlyName() override { return u"Me"; }
+    std::int32_t UnreadEmailCount(std::int32_t) override { return 0; }
+    std::shared_ptr<platform::MessengerContacts> MyContacts() override {
+        const auto contacts = std::make_shared<Contacts>();
+        given = contacts;
+        return contacts;
+    }
+    void Signin(std::int32_t, const std::u16string&, const std::u16string&) override {}
+
+    std::weak_ptr<Contacts> given;
+};
+
+TEST_F(MatchupWindow, CountThatCannotBeIsHeldWithinTheList) {
+    Endless client;
     form = std::make_unique<MatchupFrm>(nullptr, client);
     open();
     EXPECT_THAT(contacts(), IsEmpty());
     EXPECT_EQ(form->ContactList.NoItemCaption(), u"Your Messenger lists no contacts");
+    form.reset();
+}
+
+TEST_F(MatchupWindow, NothingOfTheClientIsHeldOnceTheContactsAreListed) {
+    Endless client;
+    form = std::make_unique<MatchupFrm>(nullptr, client);
+    open();
+    EXPECT_TRUE(client.given.expired());
+    form.reset();
+}
+
+TEST_F(MatchupWindow, DownloadEndsWithTheWindow) {
+    open();
+    bool ended = false;
+    fakes::screen().while_modal = [&](const ui::Form& download) {
+        EXPECT_TRUE(download.Loaded());
+        form->Unload(); // by a sign-out
+        ended = !download.Loaded();
+    };
+    form->MatchUpList.ItemImage_Click(1);
+    EXPECT_TRUE(ended);
+    EXPECT_FALSE(form->Loaded());
 }
 
 // What comes in the middle of each call: the window is closed, or closed and opened again.
@@ -541,6 +571,34 @@ TEST_F(MatchupWindow, KeysMoveAContactBetweenCharacters) {
     press(listOf(u"Anna"), ctrl_v);
     EXPECT_EQ(stored(u"ann@x"), "Anna");
     EXPECT_THAT(of(u"Max"), IsEmpty());
+}
+
+TEST_F(MatchupWindow, ContactTakenAlongIsForgottenWhenItIsFilledAnew) {
+    threeContacts();
+    open();
+    const std::function<void()> anew[] = {[&] {
+                                              form->Unload();
+                                              open();
+                                          },
+                                          [&] { // somebody else has signed in
+                                              form->Refill();
+                                              fill();
+                                          }};
+    for (const auto& fillAnew : anew) {
+        EXPECT_TRUE(press(form->ContactList, ctrl_x));
+        fillAnew();
+        EXPECT_TRUE(press(listOf(u"Anna"), ctrl_v));
+        EXPECT_EQ(Matchups.Count(), 0U);
+        EXPECT_EQ(contacts().size(), 3U);
+    }
+}
+
+TEST_F(MatchupWindow, NamesAreToldWithAllTheirCharacters) {
+    contact(u"tom&jerry@x", u"Tom & Jerry");
+    open();
+    EXPECT_EQ(drag(form->ContactList, 1, listOf(u"Anna")), ui::drop_move);
+    EXPECT_EQ(form->StatusLbl.Caption(), u"Anna speaks for Tom & Jerry from now on.");
+    EXPECT_FALSE(form->StatusLbl.UseMnemonic());
 }
 
 TEST_F(MatchupWindow, ContactTakenAlongIsStillThereAfterAPlaceholderRefusedIt) {
