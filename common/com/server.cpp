@@ -154,6 +154,14 @@ Registration registerServer(const ServerClass& server, const std::u16string& com
     return Registration::refused;
 }
 
+bool isRegistered(const ServerClass& server) {
+    return std::ranges::any_of(registryRoots(), [&](HKEY root) {
+        return std::ranges::any_of(server.prog_ids, [root](const std::u16string& prog_id) {
+            return !defaultValue(root, classes_path + prog_id + u"\\CLSID").empty();
+        });
+    });
+}
+
 Registration unregisterServer(const ServerClass& server) {
     const std::u16string own = textOf(server.clsid);
     bool refused = false;

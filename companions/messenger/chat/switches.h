@@ -18,7 +18,8 @@
 //                          them (RichEdit20W+RichEdit20W): A of RichEdit20A and RichEdit20W, B of these and InkEdit
 //   /orders                take control commands (see control.h) from any program of this desktop: for tests alone
 //   /send COMMAND          hand a control command to the running client; its result is the exit status
-//   /regserver /unregserver       write or remove the registration of Messenger.UIAutomation
+//   /regserver /unregserver       write or remove the registration of Messenger.UIAutomation, which an ordinary start
+//                                 writes where nobody has
 //   -Embedding             started by COM
 // A switch may begin with "/" or "-"; letter case does not matter.
 #pragma once

@@ -50,6 +50,11 @@ int runClient(const Switches& switches) {
         }
         return status_failed;
     }
+    // Other programs find a client that was only copied here from its first start on. Where that is refused it is still
+    // one to talk in.
+    if (!isRegistered(automationServer())) {
+        registerAutomation();
+    }
     const murmelix::com::Apartment apartment;
     murmelix::com::check(apartment.result());
     App app(switches);

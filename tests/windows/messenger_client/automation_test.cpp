@@ -605,6 +605,17 @@ TEST(Orders, AreRefusedByAClientThatWasNotStartedToTakeThem) {
     EXPECT_EQ(client.exitStatus(), 0U);
 }
 
+TEST(Registering, IsDoneByAnOrdinaryStartWhereNobodyIsRegistered) {
+    ASSERT_EQ(Process(clientProgram() + u" /unregserver").exitStatus(), 0U);
+    EXPECT_THROW(Object::create(u"Messenger.UIAutomation"), murmelix::com::Error);
+    {
+        const RunningClient client(u"/signin me@x");
+        EXPECT_EQ(Object::create(u"Messenger.UIAutomation").get(u"MySigninName").toText(), u"me@x");
+    }
+    EXPECT_EQ(Process(clientProgram() + u" /regserver").exitStatus(), 0U)
+        << "what is there already may be written again";
+}
+
 TEST(Registering, NeverReplacesAnothersRegistration) {
     constexpr wchar_t key[] = L"Software\\Classes\\Messenger.UIAutomation\\CLSID";
     const std::u16string other = u"{00000000-1111-2222-3333-444444444444}";
@@ -614,6 +625,10 @@ TEST(Registering, NeverReplacesAnothersRegistration) {
     };
     ASSERT_EQ(set(other), ERROR_SUCCESS);
     EXPECT_EQ(Process(clientProgram() + u" /regserver").exitStatus(), 22U);
+    Process client(clientProgram() + u" /signin me@x");
+    EXPECT_TRUE(pumpUntil([] { return FindWindowW(L"MessengerClientMain", nullptr) != nullptr; }));
+    PostMessageW(FindWindowW(L"MessengerClientMain", nullptr), WM_ENDSESSION, TRUE, 0);
+    EXPECT_EQ(client.exitStatus(), 0U);
     EXPECT_EQ(Process(clientProgram() + u" /unregserver").exitStatus(), 0U);
     std::array<wchar_t, 64> now{};
     DWORD bytes = sizeof now;
