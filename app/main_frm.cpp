@@ -684,11 +684,13 @@ void MainFrm::SystemTrayPic_MouseMove(int, int, float x, float) {
 }
 
 void MainFrm::MurmelixMenuMinimize_Click() {
-    Hide();
-    MinimizedToTray = on;
+    // First, so that the keyboard passes to the notice: else the system gives it to another program, whose window comes
+    // to the front.
     if (!SettingsKeyPath.empty() && ShowMinimizeFrm) {
         showNotice(MinimizeFrm);
     }
+    Hide();
+    MinimizedToTray = on;
     SystemMenuRestoreWindow.setCaption(u"&Restore Murmelix");
 }
 
@@ -701,10 +703,10 @@ void MainFrm::SystemMenuRestoreWindow_Click() {
         SystemMenuRestoreWindow.setCaption(u"&Minimize Murmelix");
         MinimizedToTray = 0;
     } else {
-        Hide();
         if (ShowMinimizeFrm) {
             showNotice(MinimizeFrm);
         }
+        Hide();
         SystemMenuRestoreWindow.setCaption(u"&Restore Murmelix");
         MinimizedToTray = on;
     }

@@ -58,12 +58,12 @@ void drawBand(ui::Surface& surface, const ui::Rect& area) {
     surface.Gradient(area, colour::band_top, colour::band_bottom);
 }
 
-void drawAvatar(ui::Surface& surface, const ui::Rect& area, const Contact& contact) {
+void drawAvatar(ui::Surface& surface, const ui::Rect& area, const Contact& contact, std::optional<ui::Colour> ring) {
     const int size = area.width;
     const bool here = contact.status != Status::offline;
     const ui::Colour own = here ? avatarColour(contact.signin) : ui::rgb(190, 197, 204);
     const ui::Rect disc{area.left, area.top, size, size};
-    surface.Ellipse(disc, own, own);
+    surface.Ellipse(disc, own, ring.value_or(own));
     // Of a name as people decorate them, the first letter that is one.
     const auto first = std::find_if(contact.friendly.begin(), contact.friendly.end(), [](char16_t unit) {
         return unit >= 0x80 || (murmelix::toUpper(unit) >= u'A' && murmelix::toUpper(unit) <= u'Z');

@@ -2,6 +2,8 @@
 // of the surface.
 #pragma once
 
+#include <optional>
+
 #include "companions/messenger/chat/contact.h"
 #include "ui/surface.h"
 
@@ -33,8 +35,9 @@ ui::Colour mixed(ui::Colour from, ui::Colour to, int part, int whole);
 // The band at the top of a window.
 void drawBand(ui::Surface& surface, const ui::Rect& area);
 // A disc with the first letter of the name, as wide as `area`, in a colour of its own, and a small disc for the status,
-// if it is known.
-void drawAvatar(ui::Surface& surface, const ui::Rect& area, const Contact& contact);
+// if it is known. A ring round it sets it off from a ground of whatever colour.
+void drawAvatar(ui::Surface& surface, const ui::Rect& area, const Contact& contact,
+                std::optional<ui::Colour> ring = {});
 // An envelope as high as 3/4 of its width, which is that of `area`.
 void drawEnvelope(ui::Surface& surface, const ui::Rect& area, ui::Colour colour);
 // The sign of a menu that opens downwards, its middle at the left.

@@ -188,7 +188,8 @@ void MainWindow::drawBand() {
     surface.setFontScale(title_scale);
     if (const ContactPtr& me = client_.me()) {
         const int size = px(avatar_size);
-        drawAvatar(surface, {px(margin), (height - size) / 2, size, size}, *me);
+        // Somebody's own colour can be that of the band.
+        drawAvatar(surface, {px(margin), (height - size) / 2, size, size}, *me, ui::rgb(255, 255, 255));
         surface.setFontScale(100);
         return surface.Refresh();
     }

@@ -63,7 +63,7 @@ class MainWindow final : public ui::Form {
     ui::Button StatusButt{Band, u""};
     ui::Button MailButt{Band, u""};
     ContactList Contacts{*this};
-    ui::Label EmptyLbl{*this, u"Nobody is in your list yet. Add somebody with Ctrl+N."};
+    ui::Label EmptyLbl{*this, u"Nobody is in your list yet.\r\nAdd somebody with Ctrl+N."};
     SignInPage SignIn;
     SigningInPage SigningIn{*this};
     ui::TrayIcon Tray{*this};

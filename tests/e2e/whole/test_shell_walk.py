@@ -124,6 +124,26 @@ class ShellWalk(ShellTest):
             passed.append(control.kind if control.kind in ("Edit", "ComboBox") else control.text or control.kind)
         return passed
 
+    def test_what_is_told_on_the_way_to_the_tray_is_in_front(self):
+        self.settle(ShowMinimizeFrm="1")
+        self.start_agent()
+        self.start_messenger()
+        self.open_conversation()
+        self.start_program()
+        self.start_reading_first_row()
+        self.activate("Conversation$")
+        self.screen.cover(self.screen.find("Conversation$")[-1], 420, 380)
+        self.activate_main()
+        self.open_menu("m")
+        self.screen.key("m")
+        self.wait_until_hidden()
+        self.eventually("the notice in front", lambda: self.screen.find(MINIMIZED)
+                        and self.screen.stacking()[-1] == self.screen.find(MINIMIZED)[-1])
+        # Not before those that the user turns to.
+        self.activate("Conversation$")
+        self.eventually("the conversation in front",
+                        lambda: self.screen.stacking()[-1] == self.screen.find("Conversation$")[-1])
+
     def test_to_the_tray_and_back(self):
         self.settle(ShowMinimizeFrm="1")
         self.start_messenger()

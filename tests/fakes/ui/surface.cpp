@@ -130,8 +130,8 @@ void Surface::Gradient(const Rect& pixels, Colour top, Colour) {
     impl_->drawings.push_back({Drawing::Kind::gradient, pixels, top});
 }
 
-void Surface::Ellipse(const Rect& pixels, Colour inside, Colour) {
-    impl_->drawings.push_back({Drawing::Kind::ellipse, pixels, inside});
+void Surface::Ellipse(const Rect& pixels, Colour inside, Colour edge) {
+    impl_->drawings.push_back({.kind = Drawing::Kind::ellipse, .area = pixels, .colour = inside, .edge = edge});
 }
 
 void Surface::FrameRect(const Rect& pixels, Colour colour) {

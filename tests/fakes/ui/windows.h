@@ -81,7 +81,8 @@ struct Drawing {
     ui::Colour colour = 0;
     std::u16string text{};
     bool bold = false, underline = false;
-    double points = 0; // of the font
+    double points = 0;   // of the font
+    ui::Colour edge = 0; // of an ellipse
     bool operator==(const Drawing&) const = default;
 };
 

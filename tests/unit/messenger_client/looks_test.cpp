@@ -39,6 +39,17 @@ TEST(Looks, AnAvatarShowsTheFirstLetterOfTheNameAndTheStatus) {
     EXPECT_EQ(shown[2].colour, colourOf(Status::busy));
 }
 
+TEST(Looks, ARingSetsAnAvatarOffFromItsGround) {
+    const ui::Colour white = ui::rgb(255, 255, 255);
+    const Contact ada{u"ada@home", u"Ada", Status::online};
+    const auto ringed = drawn([&](ui::Surface& surface, const ui::Button::Looks&) {
+        drawAvatar(surface, {10, 20, 30, 30}, ada, white);
+    });
+    EXPECT_EQ(ringed[0].edge, white);
+    EXPECT_EQ(avatarOf(ada)[0].edge, avatarOf(ada)[0].colour);
+    EXPECT_NE(avatarOf(ada)[0].colour, white);
+}
+
 TEST(Looks, AnAvatarNeedsNeitherLetterNorStatus) {
     EXPECT_EQ(avatarOf({u"ada@home", u"123", Status::unknown}).size(), 1U);
     EXPECT_EQ(avatarOf({u"ada@home", u"", Status::unknown}).size(), 1U);
