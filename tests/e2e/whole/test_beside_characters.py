@@ -9,22 +9,37 @@ ANN = "ann@messenger.example"
 
 
 class BesideCharacters(ShellTest):
-    def read(self, *switches):
+    def read(self, *switches, **settings):
         """Ann's conversation is being read, and her character stands above it."""
-        self.settle()
+        self.settle(**settings)
         self.start_agent()
         self.start_messenger("/signin", "you@messenger.example", "/friendly", "You", *switches)
         self.start_program()
         self.open_conversation()
         self.start_reading_first_row()
-        # It walks to its place first.
-        places = []
+        self.eventually("the character at its place", lambda: self.ended("Show"))
 
-        def stands():
-            characters = self.characters()
-            places.append(characters[0].place if characters else None)
-            return len(places) > 3 and places[-1] is not None and len(set(places[-4:])) == 1
-        self.eventually("the character at its place", stands)
+    def ended(self, what):
+        """What Ann's character has done of that kind."""
+        self.transcript.new()
+        return [act for act in self.transcript.acts if act.moment == "end" and act.what == what and act.key == ANN]
+
+    def moves(self):
+        """The places to which the program has sent characters, in order."""
+        self.transcript.new()
+        return [tuple(map(int, act.of.split(","))) for act in self.transcript.acts
+                if act.moment == "call" and act.what == "MoveTo"]
+
+    def move_conversation(self, left, top):
+        """Returns when it is there, and the character has been sent after it once."""
+        before = len(self.moves())
+        character = next(window for window in self.windows() if window.kind == "AgentServerCharacter")
+        width, height = character.place[2] - character.place[0], character.place[3] - character.place[1]
+        self.screen.move(self.screen.find("Conversation$")[-1], left, top)
+        self.eventually("the way of the character", lambda: len(self.moves()) > before)
+        conversation = self.window("Ann - Conversation").place
+        self.assertEqual(self.moves()[before:], [(conversation[0] - width // 2, conversation[1] - height)])
+        return self.moves()[-1]
 
     def character(self):
         return self.characters()[0]
@@ -60,11 +75,7 @@ class BesideCharacters(ShellTest):
 
     def wait_for_speech(self, words):
         """Until Ann's character has said them, and rests."""
-        def said():
-            self.transcript.new()
-            return any(act.moment == "end" and act.what == "Speak" and act.key == ANN and words in act.of
-                       for act in self.transcript.acts)
-        self.eventually(f"{words!r}", said)
+        self.eventually(f"{words!r}", lambda: any(words in act.of for act in self.ended("Speak")))
 
     def wait_until_gone(self, title):
         self.eventually(f"the end of {title}", lambda: not self.window(title))
@@ -134,6 +145,39 @@ class BesideCharacters(ShellTest):
                 self.activate_main()
                 self.screen.key("alt+s")
                 self.client(f"join {ANN}")
+
+    def test_a_dragged_character_stays_until_its_conversation_moves(self):
+        self.read()
+        left, top, _, _ = self.character().place
+        x, y = self.point_at()
+        self.xdotool("mousemove", x, y, "mousedown", 1)
+        for step in range(1, 11):
+            self.xdotool("mousemove", x - 20 * step, y + 30 * step)
+        self.xdotool("mouseup", 1)
+        dropped = (left - 200, top + 300)
+        self.eventually("the dropped character", lambda: self.character().place[:2] == dropped)
+        self.picture("dragged")
+        self.assertIsNone(self.window(QUICK), "a drag is no click")
+        sent = len(self.moves())
+        # It speaks there, and nothing sends it away.
+        self.client(f"say {ANN} i stand here now")
+        self.wait_for_speech("I Stand Here Now")
+        self.assertEqual(self.character().place[:2], dropped)
+        self.assertEqual(len(self.moves()), sent)
+        # The one way it is sent is after its conversation.
+        place = self.move_conversation(600, 300)
+        self.eventually("the character at its conversation", lambda: self.character().place[:2] == place)
+
+    def test_an_idle_character_is_hidden_also_after_its_conversation_was_moved(self):
+        self.read(AutoHideIdleChar="1")
+        self.move_conversation(600, 300)
+        for words in ("Here Again", "Once More"):
+            # Its words show it, wherever it was; that nothing comes after them hides it.
+            self.client(f"say {ANN} {words}")
+            self.wait_for_speech(words)
+            self.eventually("the hidden character", lambda: not self.characters())
+        calls = [act.what for act in self.transcript.acts if act.moment == "call"]
+        self.assertEqual(calls[calls.index("Speak") + 1:].count("MoveTo"), 0, "nobody sends it anywhere meanwhile")
 
     def answer_in(self, classes):
         self.read("/edits", classes)
