@@ -1,5 +1,7 @@
 """What a user does with a character on the screen: answer its contact, change its language, have it tell who it is."""
 
+import shutil
+
 from case import main
 from shell import ShellTest
 
@@ -178,6 +180,45 @@ class BesideCharacters(ShellTest):
             self.eventually("the hidden character", lambda: not self.characters())
         calls = [act.what for act in self.transcript.acts if act.moment == "call"]
         self.assertEqual(calls[calls.index("Speak") + 1:].count("MoveTo"), 0, "nobody sends it anywhere meanwhile")
+
+    def test_eight_characters_stand_around_the_conversation(self):
+        self.settle()
+        self.start_agent()
+        self.start_messenger()
+        files = self.desk.prefix.windows / "msagent" / "chars"
+        cast = sorted(files.glob("*.acs"))
+        for number in range(8 - len(cast)):
+            shutil.copy(cast[number % len(cast)], files / f"Zz{number}.acs")
+        self.start_program()
+        self.open_conversation()
+        friends = ["Bob", "Cleo", "Dan", "Eve", "Finn", "Gwen", "Hal"]
+        for name in friends:
+            self.client(f"join {name.lower()}@messenger.example {name}")
+        self.screen.resize(self.screen.find("Conversation$")[-1], 480, 360)
+        self.screen.move(self.screen.find("Conversation$")[-1], 520, 330)
+        self.start_reading_first_row()
+        self.eventually("eight characters", lambda: len(self.characters()) == 8)
+        self.eventually("the last one's entrance", lambda: self.transcript.new() or len(
+            [act for act in self.transcript.acts if act.moment == "end" and act.what == "Show"]) == 8)
+        for name in ["Ann", *friends]:
+            self.client(f"say {name.lower()}@messenger.example {name} stands here")
+        self.eventually("the last one's words", lambda: self.transcript.new() or any(
+            act.what == "Speak" and act.moment == "end" and "Hal Stands Here" in act.of for act in self.transcript.acts))
+        self.picture("eight")
+        left, top, right, bottom = next(
+            window for window in self.windows() if window.kind == "MessengerClientConversation").place
+        ordered = [act.of for act in self.transcript.acts if act.moment == "call" and act.what == "MoveTo"][-8:]
+        width, height = right - left, bottom - top
+        character = self.character().place
+        cw, ch = character[2] - character[0], character[3] - character[1]
+        sides = (left - cw / 2, left + width - cw / 2, left + width / 2 - cw / 2)
+        middle, below = top + height / 2 - ch / 2, top + height - ch / 2 + ch / 4
+        places = [(sides[0], top - ch), (sides[1], top - ch), (sides[2], top - ch),
+                  (sides[0] - cw / 4, middle), (sides[1] + cw / 4, middle),
+                  (sides[0], below), (sides[1], below), (sides[2], below)]
+        self.assertEqual(ordered, [f"{round(x)},{round(y)}" for x, y in places])
+        self.assertEqual(sorted(window.place[:2] for window in self.characters()),
+                         sorted((round(x), round(y)) for x, y in places))
 
     def answer_in(self, classes):
         self.read("/edits", classes)
