@@ -2,7 +2,10 @@
 
 #include <cmath>
 #include <limits>
+#include <memory>
+#include <optional>
 #include <stdexcept>
+#include <utility>
 
 #include "characters/character_loading.h"
 #include "characters/character_state.h"
@@ -40,8 +43,32 @@ struct Place {
     std::int16_t x, y;
 };
 
-std::optional<Place> placeBeside(platform::MessengerWindow& window, platform::AgentCharacter& character,
-                                 std::int16_t slot, std::int16_t left, std::int16_t top) {
+// The conversation's window as it was when each of its values was first needed: eight characters that are arranged ask
+// the Messenger once for all of them.
+class SeenWindow {
+  public:
+    explicit SeenWindow(std::shared_ptr<platform::MessengerWindow> window) : window_(std::move(window)) {}
+
+    std::int32_t Left() { return once(left_, &platform::MessengerWindow::Left); }
+    std::int32_t Top() { return once(top_, &platform::MessengerWindow::Top); }
+    std::int32_t Width() { return once(width_, &platform::MessengerWindow::Width); }
+    std::int32_t Height() { return once(height_, &platform::MessengerWindow::Height); }
+
+  private:
+    template <class Read>
+    std::int32_t once(std::optional<std::int32_t>& value, Read read) {
+        if (!value) {
+            value = ((*window_).*read)();
+        }
+        return *value;
+    }
+
+    std::shared_ptr<platform::MessengerWindow> window_;
+    std::optional<std::int32_t> left_, top_, width_, height_;
+};
+
+std::optional<Place> placeBeside(SeenWindow& window, platform::AgentCharacter& character, std::int16_t slot,
+                                 std::int16_t left, std::int16_t top) {
     const auto width = [&] { return checked(window.Width()); };
     const auto height = [&] { return checked(window.Height()); };
     const double half_character = character.Width() / 2.0;
@@ -79,7 +106,7 @@ std::optional<Place> placeBeside(platform::MessengerWindow& window, platform::Ag
     }
 }
 
-void moveToSlot(platform::MessengerWindow& window, platform::AgentCharacter& character, std::int16_t slot) {
+void moveToSlot(SeenWindow& window, platform::AgentCharacter& character, std::int16_t slot) {
     const std::int32_t left = window.Left(), top = window.Top();
     if (left < 0 || top < 0) { // minimised, or off the screen: the characters line up along its top edge
         character.MoveTo(checked((slot + 1LL) * character.Width()), 0);
@@ -88,24 +115,37 @@ void moveToSlot(platform::MessengerWindow& window, platform::AgentCharacter& cha
     }
 }
 
-} // namespace
-
-void PlaceCharacter(platform::AgentCharacter& character, std::optional<std::int16_t> slot) {
-    const auto window = characterHost.conversationWindow ? characterHost.conversationWindow() : nullptr;
-    if (!window) {
-        return;
-    }
+void place(SeenWindow& window, platform::AgentCharacter& character, std::int16_t slot) {
     try {
-        const auto own_slot = slot.value_or(static_cast<std::int16_t>(LoadedCharacters.Count()));
-        platform::attempt([&] { moveToSlot(*window, character, own_slot); });
+        platform::attempt([&] { moveToSlot(window, character, slot); });
     } catch (const Overflow&) {
     }
 }
 
+std::shared_ptr<platform::MessengerWindow> conversationWindow() {
+    return characterHost.conversationWindow ? characterHost.conversationWindow() : nullptr;
+}
+
+} // namespace
+
+void PlaceCharacter(platform::AgentCharacter& character, std::optional<std::int16_t> slot) {
+    if (const auto window = conversationWindow()) {
+        SeenWindow seen(window);
+        place(seen, character, slot.value_or(static_cast<std::int16_t>(LoadedCharacters.Count())));
+    }
+}
+
 void ReArrangeLoadedCharacterPositions() {
+    const auto window = conversationWindow();
+    if (!window) {
+        return;
+    }
+    SeenWindow seen(window);
     std::int16_t slot = 0;
     for (const auto& character : charactersInLoadingOrder()) {
-        PlaceCharacter(*character, slot++);
+        if (conversationWindow() == window) { // not where an event has come meanwhile
+            place(seen, *character, slot++);
+        }
     }
 }
 

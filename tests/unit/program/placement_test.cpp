@@ -1,6 +1,10 @@
 #include "characters/placement.h"
 
+#include <functional>
 #include <limits>
+#include <map>
+#include <string>
+#include <string_view>
 
 #include "characters/character_loading.h"
 #include "tests/unit/program/program_test.h"
@@ -164,6 +168,78 @@ TEST_F(Placement, ArrangingAgainFillsTheSlotsInLoadingOrder) {
     EXPECT_EQ(calls()[0].x, 36);
     EXPECT_EQ(calls()[1].key, u"b@x");
     EXPECT_EQ(calls()[1].x, 436);
+}
+
+TEST_F(Placement, ArrangingAsksForThePlaceOfTheWindowOnce) {
+    for (const char16_t* key : {u"b@x", u"c@x", u"d@x", u"e@x", u"f@x", u"g@x", u"h@x"}) {
+        putOnStage(key);
+    }
+    calls().clear();
+    std::map<std::string, int, std::less<>> asked;
+    fakes::neighbours().during = [&](std::string_view call) {
+        if (call.starts_with("Window.")) {
+            ++asked[std::string(call)];
+        }
+    };
+    ReArrangeLoadedCharacterPositions();
+    fakes::neighbours().during = {};
+    const std::map<std::string, int, std::less<>> once{
+        {"Window.Left", 1}, {"Window.Top", 1}, {"Window.Width", 1}, {"Window.Height", 1}};
+    EXPECT_EQ(asked, once);
+    EXPECT_EQ(calls().size(), 8u);
+}
+
+TEST_F(Placement, ArrangingPlacesThoseThatNeedNothingThatFails) {
+    putOnStage(u"b@x");
+    putOnStage(u"c@x");
+    putOnStage(u"d@x");
+    calls().clear();
+    fakes::neighbours().failing = {"Window.Width"};
+    ReArrangeLoadedCharacterPositions();
+    ASSERT_EQ(calls().size(), 2u);
+    EXPECT_EQ(calls()[0].key, u"a@x"); // slot 0
+    EXPECT_EQ(calls()[1].key, u"d@x"); // slot 3
+}
+
+TEST_F(Placement, ArrangingEndsWithItsConversation) {
+    putOnStage(u"b@x");
+    calls().clear();
+    fakes::neighbours().during = [&](std::string_view call) {
+        if (call == "MoveTo") {
+            window_ = nullptr;
+        }
+    };
+    ReArrangeLoadedCharacterPositions();
+    fakes::neighbours().during = {};
+    EXPECT_EQ(calls().size(), 1u);
+}
+
+// A screen of 1280 x 1024 left of the first one, and one above it: there a window has negative places.
+TEST_F(Placement, OnScreensLeftOfAndAboveTheFirstCharactersLineUpAtItsTop) {
+    setWindow(-1180, 200, 400, 300);
+    EXPECT_EQ(place(0), at(128, 0));
+    EXPECT_EQ(place(7), at(1024, 0));
+    setWindow(100, -824, 400, 300);
+    EXPECT_EQ(place(4), at(640, 0));
+    setWindow(-1180, -824, 400, 300);
+    EXPECT_EQ(place(1), at(256, 0));
+    setWindow(-1, 200, 400, 300); // from one screen to the other
+    EXPECT_EQ(place(0), at(128, 0));
+}
+
+TEST_F(Placement, OnScreensRightOfAndBelowTheFirstCharactersStandAroundTheWindow) {
+    setWindow(2900, 200, 400, 300);
+    EXPECT_EQ(place(0), at(2836, 72));
+    EXPECT_EQ(place(4), at(3268, 286));
+    setWindow(100, 1300, 400, 300);
+    EXPECT_EQ(place(2), at(236, 1172));
+    EXPECT_EQ(place(6), at(436, 1568));
+    setWindow(1100, 900, 400, 300); // over the corner of four
+    EXPECT_EQ(place(3), at(1004, 986));
+    EXPECT_EQ(place(5), at(1036, 1168));
+    setWindow(20, 60, 400, 300); // a character reaches over to the left, and above
+    EXPECT_EQ(place(0), at(-44, -68));
+    EXPECT_EQ(place(3), at(-76, 146));
 }
 
 TEST_F(Placement, BalloonOptionSetsTheStyleOfEveryCharacter) {
