@@ -175,7 +175,7 @@ void ContactList::draw(ui::Surface& surface, int row, const Looks& looks) const 
         surface.PrintIn(name, contact->friendly, colour::text);
         surface.PrintIn({name.left, name.top + line, name.width, line}, nameOf(contact->status), colour::soft_text);
     }
-    if (looks.focused) {
+    if (contact && looks.focused) { // a heading is none to go on with
         surface.FocusRect({0, 0, width, height});
     }
 }

@@ -307,9 +307,6 @@ void MainWindow::focusHome() {
     } else if (Contacts.empty()) {
         StatusButt.SetFocus();
     } else {
-        if (!Contacts.selected()) {
-            Contacts.step(1); // from the heading to the first one
-        }
         Contacts.SetFocus();
     }
 }

@@ -171,13 +171,17 @@ TEST_F(MainWindows, WhereNobodyIsListedItSaysHowToAddSomebody) {
     EXPECT_FALSE(form.Contacts.Visible());
 }
 
-TEST_F(MainWindows, OneGoesOnWithTheFirstContactAfterTheSignIn) {
+TEST_F(MainWindows, AHeadingIsNeverMarked) {
     client.signIn(u"kim@x", u"Kim");
     contact(u"bob@x", u"Bob", Status::offline);
     const ContactPtr cy = contact(u"cy@x", u"Cy");
     MainWindow& form = open();
     EXPECT_TRUE(form.Contacts.Focused());
-    EXPECT_EQ(form.Contacts.selected(), cy) << "not with a heading";
+    const auto is_focus = [](const fakes::Drawing& drawing) { return drawing.kind == fakes::Drawing::Kind::focus; };
+    EXPECT_TRUE(std::ranges::none_of(fakes::drawn(form.Contacts, 0, 200, 40, {false, true}), is_focus));
+    EXPECT_TRUE(std::ranges::any_of(fakes::drawn(form.Contacts, 1, 200, 40, {false, true}), is_focus));
+    EXPECT_TRUE(key(form, ui::Key::down));
+    EXPECT_EQ(form.Contacts.selected(), cy);
 }
 
 TEST_F(MainWindows, ASignInUnderWayIsShownAndCancelled) {
