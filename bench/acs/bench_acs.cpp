@@ -128,7 +128,7 @@ void compressPixels(benchmark::State& state) {
     for (auto _ : state) {
         size = compress(bytes).size();
     }
-    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * bytes.size()));
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(bytes.size()));
     state.counters["ratio"] = static_cast<double>(bytes.size()) / static_cast<double>(size);
 }
 
@@ -138,7 +138,7 @@ void decompressPixels(benchmark::State& state) {
     for (auto _ : state) {
         benchmark::DoNotOptimize(decompress(stream, bytes));
     }
-    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * bytes.size()));
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(bytes.size()));
 }
 
 void checkPixels(benchmark::State& state) {
@@ -147,7 +147,7 @@ void checkPixels(benchmark::State& state) {
     for (auto _ : state) {
         benchmark::DoNotOptimize(streamFault(stream, bytes.size()));
     }
-    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * bytes.size()));
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(bytes.size()));
 }
 
 BENCHMARK(load)->DenseRange(0, 1)->Unit(benchmark::kMillisecond);
