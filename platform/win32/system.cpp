@@ -1,6 +1,7 @@
 #include "platform/system.h"
 
 #include <array>
+#include <cstdlib>
 
 #include <windows.h>
 
@@ -138,7 +139,9 @@ void endProcess() {
             CoUninitialize();
         }
     }
-    ExitProcess(0);
+    // Ending in the usual way, the system ends the other threads wherever they are, and then waits for what they held.
+    TerminateProcess(GetCurrentProcess(), 0);
+    std::abort(); // not reached
 }
 
 std::u16string siteHost() {
