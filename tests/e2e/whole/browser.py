@@ -36,13 +36,23 @@ class Browser:
                 env=dict(os.environ, HOME=str(self._own)), start_new_session=True)
         try:
             self._port = wait_for("the browser's driver", lambda: self._told_port(log))
-            answer = self._ask("POST", "/session", {"capabilities": {"alwaysMatch": {"goog:chromeOptions": {
-                "args": [*ARGUMENTS, f"--user-data-dir={self._own / 'profile'}"]}}}})
-            self._session = "/session/" + answer["sessionId"]
+            # On a busy machine the browser gives its first page up before the driver has met it: it is started again.
+            self._session = wait_for("the browser", self._started)
         except BaseException:
             self.__exit__()
             raise
         return self
+
+    def _started(self):
+        profile = tempfile.mkdtemp(prefix="profile.", dir=self._own)
+        try:
+            answer = self._ask("POST", "/session", {"capabilities": {"alwaysMatch": {"goog:chromeOptions": {
+                "args": [*ARGUMENTS, f"--user-data-dir={profile}"]}}}})
+        except RuntimeError as error:
+            if "unable to connect to renderer" not in str(error):
+                raise
+            return None
+        return "/session/" + answer["sessionId"]
 
     def __exit__(self, *_):
         try:
