@@ -36,7 +36,7 @@ if(WIN32)
   target_link_options(murmelix_options INTERFACE -static -Wl,--gc-sections $<$<CONFIG:Release>:-s>)
 endif()
 
-if(NOT MURMELIX_FUZZ AND (NOT WIN32 OR CMAKE_SIZEOF_VOID_P EQUAL 8))
+if(NOT MURMELIX_FUZZ)
   add_library(precompiled OBJECT EXCLUDE_FROM_ALL ${PROJECT_SOURCE_DIR}/cmake/precompiled.cpp)
   target_link_libraries(precompiled PRIVATE murmelix_options)
   target_precompile_headers(precompiled PRIVATE ${PROJECT_SOURCE_DIR}/cmake/precompiled.h)

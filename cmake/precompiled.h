@@ -1,5 +1,5 @@
 // Compiled once for the libraries of the project: what most of their sources include. Each source includes what it uses
-// all the same; the 32-bit programs, which are built without this, see to it.
+// all the same; the fuzz targets, which are built without this, see to it for what they need.
 #pragma once
 
 #include <algorithm>
