@@ -326,7 +326,7 @@ class ShellTest(WholeProgramTest):
 
     def focus_in(self, window):
         focus = self.focus()
-        return focus is not None and any(part.handle == focus.handle for part in window.all())
+        return window is not None and focus is not None and any(part.handle == focus.handle for part in window.all())
 
     # Gestures.
 
@@ -362,11 +362,20 @@ class ShellTest(WholeProgramTest):
     def activate_main(self):
         self.activate(MAIN_WINDOW)
 
-    def activate(self, pattern):
+    def bring_to_front(self, pattern):
         def in_front():
             windows = self.screen.find(pattern)
             return windows and self.screen.activate(windows[-1]) and self.screen.active() == windows[-1]
         self.eventually(f"{pattern} in front", in_front)
+
+    def activate(self, pattern):
+        """Gives a window the keyboard, which Wine hears of a moment after it is in front."""
+        def has_keyboard():
+            focus = self.focus()
+            return focus is not None and any(part.handle == focus.handle for window in self.windows()
+                                             if re.search(pattern, window.text) for part in window.all())
+        self.bring_to_front(pattern)
+        self.eventually(f"the keyboard in {pattern}", has_keyboard)
 
     def open_menu(self, accelerator):
         """Opens a menu of the menu bar by the keyboard."""
@@ -378,7 +387,7 @@ class ShellTest(WholeProgramTest):
         """Clicks the icon with the right button. Wine closes a menu when the program hears of having lost the keyboard:
         the tray has it before, and the program is given the time. Where it was too short the click is made again."""
         for seconds in (2, 3, 10):
-            self.activate(f"^{TRAY}$")
+            self.bring_to_front(f"^{TRAY}$")
             self.main()
             self.click(self.own_icons()[0], button=3)
             try:
