@@ -1,17 +1,18 @@
-"""A web browser that nobody sees, driven through its own driver by plain HTTP."""
+"""A web browser that nobody sees, driven over the pipes that it offers to its debuggers."""
 
 import base64
 import contextlib
+import fcntl
+import itertools
 import json
 import os
-import re
+import select
 import shutil
 import signal
 import subprocess
 import sys
 import tempfile
-import urllib.error
-import urllib.request
+import time
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[3] / "tools"))
@@ -19,72 +20,98 @@ sys.path.insert(0, str(Path(__file__).resolve().parents[3] / "tools"))
 from desk.waiting import PATIENCE_SECONDS, wait_for  # noqa: E402
 
 ARGUMENTS = ["--headless", "--no-sandbox", "--disable-gpu", "--disable-quic", "--no-first-run", "--disable-dev-shm-usage",
-             "--disable-background-networking", "--disable-component-update", "--disable-sync", "--mute-audio"]
+             "--disable-background-networking", "--disable-component-update", "--disable-sync", "--mute-audio",
+             "--remote-debugging-pipe"]
+START = 'exec "${@:3}" 3<&"$1" 4>&"$2"'  # by the shell: a program whose descriptors 3 and 4 are these two
+FIRST_FREE = 10  # descriptors below may be the ones the browser reads and writes
+
+
+class BrowserError(RuntimeError):
+    """What the browser was told to do failed, or it has ended."""
 
 
 class Browser:
-    """Runs from the beginning of a `with` to its end."""
+    """Runs from the beginning of a `with` to its end. A message is a JSON object that a NUL ends."""
 
     def __enter__(self):
         self._own = Path(tempfile.mkdtemp(prefix="murmelix-browser."))
-        self._session = None
-        log = self._own / "driver.txt"
-        with open(log, "wb") as output:
-            # The driver chooses a free port and tells it; what it starts ends with its group.
-            self._driver = subprocess.Popen(
-                ["chromedriver", "--port=0"], stdin=subprocess.DEVNULL, stdout=output, stderr=output,
+        self._said = self._own / "said.txt"
+        self._numbers = itertools.count(1)
+        self._unread = b""
+        self._session = {}
+        self._events = []
+        commands, self._commands = _pipe()
+        self._answers, answers = _pipe()
+        with open(self._said, "wb") as output:
+            self._process = subprocess.Popen(
+                ["bash", "-c", START, "browser", str(commands), str(answers), "chromium", *ARGUMENTS,
+                 f"--user-data-dir={self._own / 'profile'}", "about:blank"],
+                stdin=subprocess.DEVNULL, stdout=output, stderr=output, pass_fds=(commands, answers),
                 env=dict(os.environ, HOME=str(self._own)), start_new_session=True)
+        os.close(commands)
+        os.close(answers)
         try:
-            self._port = wait_for("the browser's driver", lambda: self._told_port(log))
-            # On a busy machine the browser gives its first page up before the driver has met it: it is started again.
-            self._session = wait_for("the browser", self._started)
+            page = wait_for("the browser's page", self._page)
+            self._session = {"sessionId": self._do("Target.attachToTarget", targetId=page, flatten=True)["sessionId"]}
+            self._do("Page.enable")
         except BaseException:
-            self.__exit__()
+            self.kill()
             raise
         return self
 
-    def _started(self):
-        profile = tempfile.mkdtemp(prefix="profile.", dir=self._own)
-        try:
-            answer = self._ask("POST", "/session", {"capabilities": {"alwaysMatch": {"goog:chromeOptions": {
-                "args": [*ARGUMENTS, f"--user-data-dir={profile}"]}}}})
-        except RuntimeError as error:
-            if "unable to connect to renderer" not in str(error):
-                raise
-            return None
-        return "/session/" + answer["sessionId"]
-
     def __exit__(self, *_):
-        try:
-            if self._session:
-                self._ask("DELETE", self._session)
-        finally:
-            self.kill()
+        self.kill()
 
     def kill(self):
-        """Ends the driver and all that it has started."""
+        """Ends all that was started."""
         with contextlib.suppress(ProcessLookupError):
-            os.killpg(self._driver.pid, signal.SIGKILL)
-        self._driver.wait()
+            os.killpg(self._process.pid, signal.SIGKILL)
+        self._process.wait()
+        for end in (self._commands, self._answers):
+            with contextlib.suppress(OSError):
+                os.close(end)
         shutil.rmtree(self._own, ignore_errors=True)
 
-    def _told_port(self, log):
-        if self._driver.poll() is not None:
-            raise RuntimeError("the browser's driver has ended: " + log.read_text("utf-8", "replace"))
-        told = re.search(r"started successfully on port (\d+)", log.read_text("utf-8", "replace"))
-        return told and int(told[1])
-
-    def _ask(self, method, path, content=None):
-        request = urllib.request.Request(f"http://127.0.0.1:{self._port}{path}", method=method,
-                                         data=None if content is None else json.dumps(content).encode())
-        try:
-            with urllib.request.urlopen(request, timeout=PATIENCE_SECONDS) as answer:
-                return json.load(answer)["value"]
-        except urllib.error.HTTPError as error:
-            raise RuntimeError(error.read().decode("utf-8", "replace")) from None
+    def _page(self):
+        targets = self._do("Target.getTargets")["targetInfos"]
+        return next((target["targetId"] for target in targets if target["type"] == "page"), None)
 
     def _do(self, command, **parameters):
-        return self._ask("POST", self._session + "/goog/cdp/execute", {"cmd": command, "params": parameters})
+        """What the browser answers to a command."""
+        number = next(self._numbers)
+        message = {"id": number, "method": command, "params": parameters, **self._session}
+        self._write(json.dumps(message).encode() + b"\0")
+        deadline = time.monotonic() + PATIENCE_SECONDS
+        while True:
+            message = self._read(command, deadline)
+            if message.get("id") == number:
+                break
+            self._events.append(message.get("method"))
+        if "error" in message:
+            raise BrowserError(f"{command}: {message['error'].get('message')}")
+        return message["result"]
+
+    def _write(self, data):
+        try:
+            while data:
+                data = data[os.write(self._commands, data):]
+        except BrokenPipeError:
+            raise self._ended() from None
+
+    def _read(self, what, deadline):
+        """The next message; events are among them."""
+        while b"\0" not in self._unread:
+            if not select.select([self._answers], [], [], max(0, deadline - time.monotonic()))[0]:
+                raise BrowserError(f"{what}: not within {PATIENCE_SECONDS:g} s")
+            data = os.read(self._answers, 1 << 16)
+            if not data:
+                raise self._ended()
+            self._unread += data
+        message, _, self._unread = self._unread.partition(b"\0")
+        return json.loads(message)
+
+    def _ended(self):
+        return BrowserError("the browser has ended: " + self._said.read_text("utf-8", "replace"))
 
     def be(self, width, height, scheme="light", motion="reduce"):
         """The window's size in pixels of a page, and what its user prefers."""
@@ -94,20 +121,38 @@ class Browser:
 
     def go(self, address):
         """Returns when the page and its pictures are there."""
-        self._ask("POST", self._session + "/url", {"url": address})
+        self._events.clear()
+        failed = self._do("Page.navigate", url=address).get("errorText")
+        if failed:
+            raise BrowserError(f"{address}: {failed}")
+        deadline = time.monotonic() + PATIENCE_SECONDS
+        while "Page.loadEventFired" not in self._events:
+            self._events.append(self._read(address, deadline).get("method"))
 
     def run(self, script):
         """What a function with this body, run in the page, returns."""
-        return self._ask("POST", self._session + "/execute/sync", {"script": script, "args": []})
+        answer = self._do("Runtime.evaluate", expression=f"(() => {{{script}\n}})()", returnByValue=True)
+        if "exceptionDetails" in answer:
+            raise BrowserError(str(answer["exceptionDetails"]))
+        return answer["result"].get("value")
 
     def wait_for(self, what, script):
         return wait_for(what, lambda: self.run(script))
 
     def picture(self, path, whole=True):
         """Of the whole page, or of what the window shows."""
-        shot = self._do("Page.captureScreenshot", format="png", captureBeyondViewport=whole)
+        part = {}
         if whole:
             size = self._do("Page.getLayoutMetrics")["cssContentSize"]
-            shot = self._do("Page.captureScreenshot", format="png", captureBeyondViewport=True,
-                            clip={"x": 0, "y": 0, "width": size["width"], "height": size["height"], "scale": 1})
+            part = {"clip": {"x": 0, "y": 0, "width": size["width"], "height": size["height"], "scale": 1}}
+        shot = self._do("Page.captureScreenshot", format="png", captureBeyondViewport=whole, **part)
         Path(path).write_bytes(base64.b64decode(shot["data"]))
+
+
+def _pipe():
+    """Both ends, for reading and for writing, out of the way of the browser's own."""
+    ends = os.pipe()
+    moved = tuple(fcntl.fcntl(end, fcntl.F_DUPFD_CLOEXEC, FIRST_FREE) for end in ends)
+    for end in ends:
+        os.close(end)
+    return moved
