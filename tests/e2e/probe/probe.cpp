@@ -1,17 +1,16 @@
 // Tells what windows there are, texts and all, and what the registry holds, as no program can from outside Windows.
-//   e2e_probe            one line a window:
-//     DEPTH TAB CLASS TAB VISIBLE TAB ENABLED TAB TEXT TAB HANDLE TAB LEFT TAB TOP TAB RIGHT TAB BOTTOM TAB STATE
-//   DEPTH 0 is a top-level window, its children follow. VISIBLE and ENABLED are 0 or 1; the place is in pixels of the
-//   screen. STATE is the check of a button and the selected entry of a drop-down list, from 0. TEXT has 12000
-//   characters at most. Windows of a program that does not answer within a second have no text. e2e_probe /serve
-//   answers commands of its standard input, one a line, until that ends; a line "." ends an answer.
-//     windows            as above
+// Answers commands of its standard input, one a line, until that ends; a line "." ends an answer.
+//     windows            one line a window:
+//       DEPTH TAB CLASS TAB VISIBLE TAB ENABLED TAB TEXT TAB HANDLE TAB LEFT TAB TOP TAB RIGHT TAB BOTTOM TAB STATE
+//     DEPTH 0 is a top-level window, its children follow. VISIBLE and ENABLED are 0 or 1; the place is in pixels of the
+//     screen. STATE is the check of a button and the selected entry of a drop-down list, from 0. TEXT has 12000
+//     characters at most. Windows of a program that does not answer within a second have no text.
 //     focus              the handle of the window that has the keyboard, 0 where none has
 //     values KEY         of a key below HKEY_CURRENT_USER, one line a value in their order: NAME TAB TYPE TAB DATA
 //     put KEY TAB NAME TAB TYPE TAB DATA    writes one
 //     subkeys KEY        their names, one a line
 //     client COMMAND     has the Messenger client carry it out; the result, 0 where it does not answer
-//   TYPE is the number of the registry's type; DATA is a text where it is 1, else hexadecimal.
+// TYPE is the number of the registry's type; DATA is a text where it is 1, else hexadecimal.
 // In texts a tab, a line end, a NUL and a backslash are \t, \r, \n, \0 and \\.
 #include <array>
 #include <cstdio>
@@ -276,11 +275,6 @@ void serve() {
 
 } // namespace
 
-int main(int count, char** arguments) {
-    if (count > 1 && std::string_view(arguments[1]) == "/serve") {
-        serve();
-    } else {
-        describeAll();
-    }
-    return 0;
+int main() {
+    serve();
 }

@@ -1,6 +1,7 @@
 """What every test of whole programs shares: a screen and a prefix of its own, a watchdog, and an end to everything."""
 
 import faulthandler
+import functools
 import os
 import re
 import shutil
@@ -14,15 +15,15 @@ ROOT = Path(__file__).resolve().parents[3]
 sys.path.insert(0, str(ROOT / "tools"))
 
 from desk.prefix import Prefix, windows_path  # noqa: E402
-from desk.reading import MAIN_WINDOW, PROGRAM_DIRECTORY, WIN64, Desk, Options, Reading  # noqa: E402
+from desk.reading import MAIN_WINDOW, PROGRAM_DIRECTORY, Desk, Options, Reading  # noqa: E402
 from desk.records import unescape  # noqa: E402
 from desk.screen import Screen  # noqa: E402
 from desk.waiting import PATIENCE_SECONDS, TimedOut, wait_for  # noqa: E402
+from inspector import Inspector  # noqa: E402
 
-__all__ = ["MAIN_WINDOW", "PATIENCE_SECONDS", "PROBE", "PROGRAM_DIRECTORY", "ROOT", "TimedOut", "WholeProgramTest", "Window",
-           "main", "unescape", "wait_for", "windows_of", "windows_path"]
+__all__ = ["MAIN_WINDOW", "PATIENCE_SECONDS", "PROGRAM_DIRECTORY", "ROOT", "TimedOut", "WholeProgramTest", "Window", "main",
+           "unescape", "wait_for", "windows_path"]
 
-PROBE = WIN64 / "tests" / "e2e" / "probe" / "e2e_probe.exe"
 WATCHDOG_SECONDS = 2 * PATIENCE_SECONDS
 SETTINGS_KEY = r"HKCU\Software\Murmelix"
 
@@ -128,11 +129,15 @@ class WholeProgramTest(unittest.TestCase):
 
     # Windows, as they are inside Wine.
 
+    @functools.cached_property
+    def inspector(self):
+        inspector = Inspector(self.desk)
+        self.addCleanup(inspector.close)
+        return inspector
+
     def windows(self):
         """All top-level windows with their children."""
-        status, printed = self.desk.run("probe", PROBE)
-        self.assertEqual(status, 0, printed)
-        return windows_of(printed.splitlines())
+        return windows_of(self.inspector.ask("windows"))
 
     def window(self, title):
         """The visible top-level window of that title, or None."""
