@@ -187,7 +187,7 @@ class Accounts(ShellTest):
     def test_twenty_sign_ins_while_messages_arrive(self):
         self.settle(YOU)
         self.settle(BOB)
-        self.start_agent(100)
+        self.start_agent(speed=100)
         self.start_messenger()
         self.start_program()
         empty = self.pixels(self.list_place().place)

@@ -1,9 +1,11 @@
 """What a user does with a character on the screen: answer its contact, change its language, have it tell who it is."""
 
 import shutil
+import wave
 
-from case import main
-from shell import ShellTest
+import sound
+from case import main, windows_path
+from shell import START, ShellTest
 
 QUICK, LANGUAGES = "Quick Message", "Change Language"
 PROMPT = "Enter your quick message and press Enter..."
@@ -11,10 +13,13 @@ ANN = "ann@messenger.example"
 
 
 class BesideCharacters(ShellTest):
-    def read(self, *switches, **settings):
-        """Ann's conversation is being read, and her character stands above it."""
+    def read(self, *switches, recording=None, **settings):
+        """Ann's conversation is being read, and her character stands above it. A recording goes at the clock's own speed."""
         self.settle(**settings)
-        self.start_agent()
+        if recording:
+            self.start_agent("/record", windows_path(recording), speed=1)
+        else:
+            self.start_agent()
         self.start_messenger("/signin", "you@messenger.example", "/friendly", "You", *switches)
         self.start_program()
         self.open_conversation()
@@ -220,6 +225,38 @@ class BesideCharacters(ShellTest):
         self.assertEqual(sorted(window.place[:2] for window in self.characters()),
                          sorted((round(x), round(y)) for x, y in places))
 
+    def test_characters_follow_a_conversation_that_is_resized_minimised_and_restored(self):
+        self.read()
+        self.client("join bob@messenger.example Bob")
+        self.eventually("Bob's character", lambda: len(self.characters()) == 2)
+        handle = self.screen.find("Conversation$")[-1]
+        # Taken at its upper left corner, so that it gets another place and another size.
+        self.screen.resize(handle, 470, 410)
+        self.screen.move(handle, 480, 350)
+        self.eventually("the characters at the corners", lambda: self.followed() == self.corners())
+        resized = self.followed()
+        self.picture("resized")
+        self.screen.minimize(handle)
+        widths = [window.place[2] - window.place[0] for window in self.characters()]
+        row = {(widths[0], 0), (2 * widths[1], 0)}
+        self.eventually("the characters in a row", lambda: self.followed() == row)
+        self.picture("minimised")
+        self.assertTrue(self.screen.activate(handle))
+        self.eventually("the characters where they were", lambda: self.followed() == resized)
+        self.picture("restored")
+
+    def followed(self):
+        """Where the characters stand."""
+        return frozenset(window.place[:2] for window in self.characters())
+
+    def corners(self):
+        """Where two characters belong: above both upper corners of the conversation."""
+        left, top, right, _ = next(
+            window for window in self.windows() if window.kind == "MessengerClientConversation").place
+        character = self.character().place
+        width, height = character[2] - character[0], character[3] - character[1]
+        return frozenset({(round(left - width / 2), top - height), (round(right - width / 2), top - height)})
+
     def answer_in(self, classes):
         self.read("/edits", classes)
         self.double_click_character()
@@ -234,6 +271,11 @@ class BesideCharacters(ShellTest):
 
     def test_an_ink_box_takes_the_text(self):
         self.answer_in("RichEdit20W+InkEdit")
+        self.eventually("the sent text", lambda: "in any box" in self.history())
+        self.wait_until_gone(QUICK)
+
+    def test_an_ink_box_after_an_ansi_box_takes_the_text(self):
+        self.answer_in("RichEdit20A+InkEdit")
         self.eventually("the sent text", lambda: "in any box" in self.history())
         self.wait_until_gone(QUICK)
 
@@ -273,6 +315,33 @@ class BesideCharacters(ShellTest):
         self.wait_for_keyboard(LANGUAGES)
         self.assertEqual(self.languages(), german, "left without a choice, nothing changes")
 
+    def test_the_chosen_language_is_heard(self):
+        recording = self.output / "speech.wav"
+        self.read(recording=recording)
+        said = "27 81 365"
+        self.client(f"say {ANN} {said}")
+        self.wait_for_speech(said)
+        self.choose_from_character("c")
+        self.wait_for_keyboard(LANGUAGES)
+        self.screen.key("Down", "Down", "Down", "Down", "Return")  # English (GB), Finnish, French, German
+        self.wait_until_gone(LANGUAGES)
+        self.client(f"say {ANN} {said}")
+        heard = self.eventually("both in the recording", lambda: self.two_utterances(recording))
+        alone = {language: sound.loudness(sound.spoken_alone(language, said)[0]) for language in ("en-us", "de")}
+        for language, utterance in zip(alone, heard, strict=True):
+            likeness = {other: sound.likeness(utterance, loudness) for other, loudness in alone.items()}
+            self.assertEqual(max(likeness, key=likeness.get), language, likeness)
+            self.assertGreater(likeness[language], 0.6)
+
+    def two_utterances(self, recording):
+        """How loud both utterances are as they go on; None before both are over."""
+        try:
+            samples, rate = sound.read(recording.read_bytes())
+        except (FileNotFoundError, EOFError, wave.Error):
+            return None
+        long = [part for part in sound.utterances(samples, rate) if len(part) > rate]
+        return [sound.loudness(part) for part in long] if len(long) == 2 else None
+
     def test_the_languages_come_in_front_of_the_conversation(self):
         self.read()
         for conversation_first in (True, False):
@@ -294,6 +363,16 @@ class BesideCharacters(ShellTest):
         self.wait_for_speech("Best Known As: Ann")
         self.choose_from_character("r")
         self.eventually("the empty stage", lambda: not self.characters())
+        # It stays away, whatever its contact writes, until the reading starts anew.
+        self.client(f"say {ANN} nobody says this")
+        self.activate_main()
+        self.screen.key("alt+s")
+        self.eventually("the end of the reading", lambda: self.control(START))
+        self.start_reading_first_row()
+        self.eventually("the character again", self.characters)
+        self.client(f"say {ANN} here again")
+        self.wait_for_speech("Here Again")
+        self.assertFalse(any("Nobody Says This" in act.of for act in self.transcript.acts))
 
 
 if __name__ == "__main__":

@@ -43,7 +43,7 @@ class Screens(ShellTest):
 
     def test_main_window_menus_and_notices(self):
         self.settle(ShowTipFrm="1", ShowEmotTipFrm="1", ShowMinimizeFrm="1")
-        self.start_agent(5)
+        self.start_agent(speed=5)
         self.start_messenger("/signedout", "/width", 440, "/height", 340)
         self.start_program()
         self.park()
@@ -200,7 +200,7 @@ class Screens(ShellTest):
 
     def test_boxes_and_neighbours(self):
         self.settle()
-        self.start_agent(5)
+        self.start_agent(speed=5)
         self.start_messenger("/signedout", "/connect", "hold", "/width", 460, "/height", 360)
         self.screen.move(self.screen.find("^Messenger$")[-1], 400, 200)
         self.shot_of("Messenger", "messenger-sign-in")
