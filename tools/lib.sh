@@ -18,12 +18,12 @@ MURMELIX_PACKAGES=(
     fonts-liberation fonts-dejavu-core fonts-wqy-microhei fonts-symbola
     espeak-ng sox librsvg2-bin libpng-dev
     googletest libgtest-dev libbenchmark-dev nlohmann-json3-dev
-    clang-15 clang-format-15
+    clang-15 lld-15 clang-format-15
 )
 # The web server of ./run --site: its program alone, not the service that would run from then on.
 MURMELIX_SITE_PACKAGES=(apache2-bin)
 # The browser in which the tests look at the web site.
-MURMELIX_BROWSER_PACKAGES=(chromium chromium-driver)
+MURMELIX_BROWSER_PACKAGES=(chromium)
 
 as_root() {
     if [ "$(id -u)" = 0 ]; then
