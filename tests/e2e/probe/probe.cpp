@@ -97,12 +97,15 @@ void describe(HWND window, int depth) {
     std::array<wchar_t, 256> name{};
     GetClassNameW(window, name.data(), static_cast<int>(name.size()));
     const std::string kind = utf8(name.data(), wcslen(name.data()));
-    RECT place{};
+    const bool visible = IsWindowVisible(window);
+    const bool enabled = IsWindowEnabled(window);
+    const std::string text = escaped(textOf(window));
+    const LRESULT state = stateOf(window, kind);
+    RECT place{}; // looked at last: a window that can be seen has got its place before
     GetWindowRect(window, &place);
-    std::printf("%d\t%s\t%d\t%d\t%s\t%llu\t%ld\t%ld\t%ld\t%ld\t%lld\n", depth, kind.c_str(),
-                IsWindowVisible(window) ? 1 : 0, IsWindowEnabled(window) ? 1 : 0, escaped(textOf(window)).c_str(),
-                static_cast<unsigned long long>(reinterpret_cast<ULONG_PTR>(window)), place.left, place.top,
-                place.right, place.bottom, static_cast<long long>(stateOf(window, kind)));
+    std::printf("%d\t%s\t%d\t%d\t%s\t%llu\t%ld\t%ld\t%ld\t%ld\t%lld\n", depth, kind.c_str(), visible ? 1 : 0,
+                enabled ? 1 : 0, text.c_str(), static_cast<unsigned long long>(reinterpret_cast<ULONG_PTR>(window)),
+                place.left, place.top, place.right, place.bottom, static_cast<long long>(state));
     for (HWND child = GetWindow(window, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
         describe(child, depth + 1);
     }
