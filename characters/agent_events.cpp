@@ -1,5 +1,7 @@
 #include "characters/agent_events.h"
 
+#include <utility>
+
 #include "app/settings.h"
 #include "app/shell_state.h"
 #include "characters/action_script.h"
@@ -100,7 +102,11 @@ void removeForThisRun(const std::u16string& key) {
     }
 }
 
-[[noreturn]] void endAfter(const std::u16string& text, const std::u16string& title) {
+void endAfter(const std::u16string& text, const std::u16string& title) {
+    // A server that tells of its end and then ends is heard twice, the second time in the middle of the first.
+    if (std::exchange(characterHost.ending, true)) {
+        return;
+    }
     platform::messageBox(text, platform::mb_ok | platform::mb_critical, title);
     if (characterHost.deleteSystemTrayIcon) {
         characterHost.deleteSystemTrayIcon();

@@ -40,6 +40,7 @@ struct CharacterHost {
     // A contact's character has left the stage, or the contact has none any more.
     std::function<void(const std::u16string& key)> characterGone;
     std::function<void()> deleteSystemTrayIcon;
+    bool ending = false; // the user has been told that the program ends
 };
 extern CharacterHost characterHost;
 

@@ -170,6 +170,20 @@ TEST_F(AgentEvents, ShutdownEndsTheProgram) {
     EXPECT_EQ(tray_icons_deleted_, 1);
 }
 
+TEST_F(AgentEvents, AnEndThatIsHeardAgainIsToldOnce) {
+    fakes::messageBoxes().while_open = [] {
+        agentEvents().Shutdown();
+        agentEvents().Restart();
+    };
+    characterHost.deleteSystemTrayIcon = [this] {
+        ++tray_icons_deleted_;
+        agentEvents().Shutdown();
+    };
+    EXPECT_THROW(agentEvents().Shutdown(), fakes::ProcessEnded);
+    EXPECT_EQ(fakes::messageBoxes().shown.size(), 1U);
+    EXPECT_EQ(tray_icons_deleted_, 1);
+}
+
 } // namespace
 
 } // namespace murmelix::test
