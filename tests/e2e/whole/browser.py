@@ -34,20 +34,26 @@ class Browser:
     """Runs from the beginning of a `with` to its end. A message is a JSON object that a NUL ends."""
 
     def __enter__(self):
-        self._own = Path(tempfile.mkdtemp(prefix="murmelix-browser."))
-        self._said = self._own / "said.txt"
         self._numbers = itertools.count(1)
         self._unread = b""
         self._session = {}
         self._events = []
+        # What is to be undone, each thing once, in the order of an end.
+        self._ends = contextlib.ExitStack()
+        own = Path(tempfile.mkdtemp(prefix="murmelix-browser."))
+        self._ends.callback(shutil.rmtree, own, ignore_errors=True)
+        self._said = own / "said.txt"
         commands, self._commands = _pipe()
         self._answers, answers = _pipe()
+        self._ends.callback(os.close, self._commands)
+        self._ends.callback(os.close, self._answers)
         with open(self._said, "wb") as output:
             self._process = subprocess.Popen(
                 ["bash", "-c", START, "browser", str(commands), str(answers), "chromium", *ARGUMENTS,
-                 f"--user-data-dir={self._own / 'profile'}", "about:blank"],
+                 f"--user-data-dir={own / 'profile'}", "about:blank"],
                 stdin=subprocess.DEVNULL, stdout=output, stderr=output, pass_fds=(commands, answers),
-                env=dict(os.environ, HOME=str(self._own)), start_new_session=True)
+                env=dict(os.environ, HOME=str(own)), start_new_session=True)
+        self._ends.callback(self._end_group)
         os.close(commands)
         os.close(answers)
         try:
@@ -63,14 +69,13 @@ class Browser:
         self.kill()
 
     def kill(self):
-        """Ends all that was started."""
+        """Ends all that was started; a second time does nothing."""
+        self._ends.close()
+
+    def _end_group(self):
         with contextlib.suppress(ProcessLookupError):
             os.killpg(self._process.pid, signal.SIGKILL)
         self._process.wait()
-        for end in (self._commands, self._answers):
-            with contextlib.suppress(OSError):
-                os.close(end)
-        shutil.rmtree(self._own, ignore_errors=True)
 
     def _page(self):
         targets = self._do("Target.getTargets")["targetInfos"]

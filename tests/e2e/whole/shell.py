@@ -271,6 +271,10 @@ class ShellTest(WholeProgramTest):
         """The windows of the characters that can be seen."""
         return [window for window in self.windows() if window.kind == "AgentServerCharacter" and window.visible]
 
+    def conversation(self):
+        """The window of the only conversation; None where there is none."""
+        return next((window for window in self.windows() if window.kind == "MessengerClientConversation"), None)
+
     def own_icons(self):
         """The icons that have come since the program was started."""
         return [icon for handle, icon in self.tray_icons().items() if handle not in self.icons_before]
@@ -330,12 +334,9 @@ class ShellTest(WholeProgramTest):
 
     def activate(self, pattern):
         """Gives a window the keyboard, which Wine hears of a moment after it is in front."""
-        def has_keyboard():
-            focus = self.focus()
-            return focus is not None and any(part.handle == focus.handle for window in self.windows()
-                                             if re.search(pattern, window.text) for part in window.all())
         self.bring_to_front(pattern)
-        self.eventually(f"the keyboard in {pattern}", has_keyboard)
+        self.eventually(f"the keyboard in {pattern}", lambda: any(
+            self.focus_in(window) for window in self.windows() if re.search(pattern, window.text)))
 
     def open_menu(self, accelerator):
         """Opens a menu of the menu bar by the keyboard."""

@@ -77,7 +77,7 @@ class BesideCharacters(ShellTest):
                         and self.screen.active() in self.screen.find(f"^{title}$"))
 
     def history(self):
-        texts = next(window for window in self.windows() if window.kind == "MessengerClientConversation").texts()
+        texts = self.conversation().texts()
         return next((text for text in texts if " says:" in text), "")
 
     def wait_for_speech(self, words):
@@ -210,8 +210,7 @@ class BesideCharacters(ShellTest):
         self.eventually("the last one's words", lambda: self.transcript.new() or any(
             act.what == "Speak" and act.moment == "end" and "Hal Stands Here" in act.of for act in self.transcript.acts))
         self.picture("eight")
-        left, top, right, bottom = next(
-            window for window in self.windows() if window.kind == "MessengerClientConversation").place
+        left, top, right, bottom = self.conversation().place
         ordered = [act.of for act in self.transcript.acts if act.moment == "call" and act.what == "MoveTo"][-8:]
         width, height = right - left, bottom - top
         character = self.character().place
@@ -237,8 +236,8 @@ class BesideCharacters(ShellTest):
         resized = self.followed()
         self.picture("resized")
         self.screen.minimize(handle)
-        widths = [window.place[2] - window.place[0] for window in self.characters()]
-        row = {(widths[0], 0), (2 * widths[1], 0)}
+        (width,) = {window.place[2] - window.place[0] for window in self.characters()}
+        row = {(width, 0), (2 * width, 0)}
         self.eventually("the characters in a row", lambda: self.followed() == row)
         self.picture("minimised")
         self.assertTrue(self.screen.activate(handle))
@@ -251,8 +250,7 @@ class BesideCharacters(ShellTest):
 
     def corners(self):
         """Where two characters belong: above both upper corners of the conversation."""
-        left, top, right, _ = next(
-            window for window in self.windows() if window.kind == "MessengerClientConversation").place
+        left, top, right, _ = self.conversation().place
         character = self.character().place
         width, height = character[2] - character[0], character[3] - character[1]
         return frozenset({(round(left - width / 2), top - height), (round(right - width / 2), top - height)})

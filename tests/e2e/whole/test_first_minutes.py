@@ -58,7 +58,7 @@ class FirstMinutes(ShellTest):
             shown = [window for window in self.windows() if window.kind == "AgentServerBalloon" and window.visible]
             return shown if len(shown) == spoken else None
         shown = self.eventually(f"{spoken} balloons", balloons)
-        conversation = next(window for window in self.windows() if window.kind == "MessengerClientConversation")
+        conversation = self.conversation()
         for balloon in shown:
             # A line of letters, with what is around it, as large as the resolution wants it.
             self.assertGreater((balloon.place[3] - balloon.place[1]) * 96 / self.DPI, 30, balloon)
@@ -133,9 +133,6 @@ class Places(ShellTest):
         self.activate_main()
         self.screen.key("alt+o")
         self.eventually("the options", self.options_shown)
-
-    def conversation(self):
-        return next((window for window in self.windows() if window.kind == "MessengerClientConversation"), None)
 
     def test_windows_come_back_to_where_they_were(self):
         self.settle()
