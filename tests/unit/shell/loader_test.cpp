@@ -392,11 +392,16 @@ TEST_F(LoaderTest, ShutdownOfMessengerRemovesTheIconAndEnds) {
     EXPECT_EQ(fakes::screen().tray_calls.back().message, ui::TrayMessage::remove);
 }
 
-TEST_F(LoaderTest, ShutdownAndRestartOfAgentRemoveTheIconAndEnd) {
+TEST_F(LoaderTest, ShutdownOfAgentRemovesTheIconAndEnds) {
     ASSERT_TRUE(start());
     EXPECT_THROW(fakes::state().agent.events.Shutdown(), fakes::ProcessEnded);
     EXPECT_EQ(fakes::screen().tray_calls.back().message, ui::TrayMessage::remove);
+}
+
+TEST_F(LoaderTest, RestartOfAgentRemovesTheIconAndEnds) {
+    ASSERT_TRUE(start());
     EXPECT_THROW(fakes::state().agent.events.Restart(), fakes::ProcessEnded);
+    EXPECT_EQ(fakes::screen().tray_calls.back().message, ui::TrayMessage::remove);
 }
 
 TEST_F(LoaderTest, StartsWithAnUnwritableRegistry) {
