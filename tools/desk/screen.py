@@ -101,8 +101,12 @@ class Screen:
 
     def find(self, title_pattern):
         """Ids of the visible windows whose title matches the pattern, oldest first."""
-        answer = self._run("xdotool", "search", "--onlyvisible", "--name", title_pattern)
-        return answer.stdout.split()
+        def search():
+            answer = self._run("xdotool", "search", "--onlyvisible", "--name", title_pattern)
+            # A window that vanishes meanwhile ends the search: nothing is told of those not yet looked at.
+            return None if "X Error" in answer.stderr else (answer.stdout.split(),)
+
+        return wait_for(f"a whole search for windows titled {title_pattern!r}", search)[0]
 
     def wait_for_window(self, title_pattern):
         try:
