@@ -151,7 +151,48 @@ TEST(Server, IsNotRestartedWhereThereIsNone) {
     EXPECT_EQ(Process(serverProgram() + u" /restart").exitStatus(), 1U);
 }
 
+// The pointer, which comes to a character from elsewhere. What the display tells of it reaches the programs later than
+// what a test posts, and moves it back: so each step waits until it has been heard of.
+void pointAway() {
+    SetCursorPos(10, 10);
+}
+
+// A character's window makes its tip when it first hears of the pointer.
+bool pointAt(HWND character, int x, int y) {
+    SetCursorPos(x, y);
+    return pumpUntil([=] {
+        for (HWND tip = nullptr; (tip = FindWindowExW(nullptr, tip, L"tooltips_class32", nullptr)) != nullptr;) {
+            if (GetWindow(tip, GW_OWNER) == character) {
+                return true;
+            }
+        }
+        return false;
+    });
+}
+
+bool pressAt(HWND character, int x, int y) {
+    PostMessageW(character, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(x, y));
+    return pumpUntil([=] {
+        GUITHREADINFO thread{};
+        thread.cbSize = sizeof thread;
+        return GetGUIThreadInfo(GetWindowThreadProcessId(character, nullptr), &thread) &&
+               thread.hwndCapture == character;
+    });
+}
+
+// Until the character's window stands there.
+bool dragTo(HWND character, int x, int y, POINT place) {
+    return pumpUntil([=] {
+        SetCursorPos(x, y);
+        PostMessageW(character, WM_MOUSEMOVE, MK_LBUTTON, 0);
+        RECT frame{};
+        GetWindowRect(character, &frame);
+        return frame.left == place.x && frame.top == place.y;
+    });
+}
+
 TEST_F(Clients, HearOfThePointer) {
+    pointAway();
     Heard heard(control);
     Object character = load(u"a");
     character.put(u"AutoPopupMenu", Variant(false));
@@ -159,7 +200,7 @@ TEST_F(Clients, HearOfThePointer) {
     character.call(u"Show", {Variant(true)});
     ASSERT_TRUE(pumpUntil([] { return characterWindow() && IsWindowVisible(characterWindow()); }));
     const HWND window = characterWindow();
-    SetCursorPos(230, 220);
+    ASSERT_TRUE(pointAt(window, 230, 220));
     PostMessageW(window, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(30, 20));
     PostMessageW(window, WM_LBUTTONUP, 0, MAKELPARAM(30, 20));
     EXPECT_TRUE(heard.soon("2 a 1 0 230 220"));
@@ -206,16 +247,17 @@ TEST_F(Clients, TellTheUserForWhomACharacterSpeaks) {
 }
 
 TEST_F(Clients, HearOfADragAndTheCharacterFollows) {
+    pointAway();
     Heard heard(control);
     Object character = load(u"a");
     character.call(u"MoveTo", {Variant(std::int16_t{200}), Variant(std::int16_t{200})});
     character.call(u"Show", {Variant(true)});
     ASSERT_TRUE(pumpUntil([] { return characterWindow() && IsWindowVisible(characterWindow()); }));
-    SetCursorPos(230, 220);
-    PostMessageW(characterWindow(), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(30, 20));
-    SetCursorPos(280, 260);
-    PostMessageW(characterWindow(), WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(80, 60));
-    PostMessageW(characterWindow(), WM_LBUTTONUP, 0, MAKELPARAM(30, 20));
+    const HWND window = characterWindow();
+    ASSERT_TRUE(pointAt(window, 230, 220));
+    ASSERT_TRUE(pressAt(window, 30, 20));
+    ASSERT_TRUE(dragTo(window, 280, 260, {250, 240}));
+    PostMessageW(window, WM_LBUTTONUP, 0, MAKELPARAM(30, 20));
     EXPECT_TRUE(heard.soon("6 a 1 0 280 260"));
     EXPECT_THAT(heard.lines, Contains("5 a 1 0 230 220"));
     EXPECT_TRUE(heard.soon("22 a 250 240 1"));
