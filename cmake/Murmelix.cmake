@@ -79,3 +79,4 @@ function(murmelix_program name)
 endfunction()
 
 include(${CMAKE_CURRENT_LIST_DIR}/Resources.cmake)
+include(${CMAKE_CURRENT_LIST_DIR}/TypeLibrary.cmake)

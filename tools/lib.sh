@@ -13,7 +13,7 @@ die() {
 # Debian packages that a build, the programs' start, the tests and the benchmarks need.
 MURMELIX_PACKAGES=(
     build-essential cmake ninja-build ccache python3
-    g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix
+    g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools
     wine64 xvfb xauth openbox xdotool x11-utils imagemagick
     fonts-liberation fonts-dejavu-core fonts-wqy-microhei fonts-symbola
     espeak-ng sox librsvg2-bin libpng-dev

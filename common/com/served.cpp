@@ -215,6 +215,9 @@ void Served::countAlive(long change) {
 HRESULT Served::QueryInterface(REFIID iid, void** object) {
     if (object) {
         *object = interfaceFor(iid);
+        if (!*object) {
+            *object = dualFor(iid);
+        }
         if (*object) {
             AddRef();
             return S_OK;
@@ -223,19 +226,34 @@ HRESULT Served::QueryInterface(REFIID iid, void** object) {
     return Counted::QueryInterface(iid, object);
 }
 
+void* Served::dualFor(REFIID iid) {
+    const Interface* const own = published();
+    if (!own || std::ranges::none_of(own->ids, [&](const IID& id) { return IsEqualIID(iid, id); })) {
+        return nullptr;
+    }
+    if (!dual_) {
+        dual_.reset(own->make(*this));
+    }
+    return dual_->table();
+}
+
 HRESULT Served::GetTypeInfoCount(UINT* count) {
     if (!count) {
         return E_POINTER;
     }
-    *count = 0;
+    *count = published() && typeLibrary() ? 1 : 0;
     return S_OK;
 }
 
-HRESULT Served::GetTypeInfo(UINT, LCID, ITypeInfo** info) {
-    if (info) {
-        *info = nullptr;
+HRESULT Served::GetTypeInfo(UINT index, LCID, ITypeInfo** info) {
+    if (!info) {
+        return E_POINTER;
     }
-    return DISP_E_BADINDEX;
+    *info = nullptr;
+    if (index == 0 && published()) {
+        *info = typeInfo(published()->ids.front()).detach();
+    }
+    return *info ? S_OK : DISP_E_BADINDEX;
 }
 
 HRESULT Served::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) {

@@ -12,6 +12,7 @@
 #include <array>
 #include <concepts>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -22,6 +23,7 @@
 
 #include "common/com/counted.h"
 #include "common/com/handles.h"
+#include "common/com/type_library.h"
 
 namespace murmelix::com {
 
@@ -266,12 +268,17 @@ class Served : public Counted<IDispatch> {
     virtual std::span<const Member> members() const = 0;
     // Called before a member is carried out, when its arguments are values; an Error thrown is the call's result.
     virtual void entering(const Member&) {}
+    // The object's interface in the type library of the program; null where it has none there.
+    virtual const Interface* published() const { return nullptr; }
     // Further interfaces; not counted. Null where there is none.
     virtual void* interfaceFor(REFIID) { return nullptr; }
 
   private:
     friend class Call;
     bool answers(REFIID iid) const override { return IsEqualIID(iid, IID_IDispatch); }
+    void* dualFor(REFIID iid);
+
+    std::unique_ptr<DualInterface> dual_; // made when it is asked for
 };
 
 // New object with one reference, owned by the result.

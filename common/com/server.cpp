@@ -117,6 +117,17 @@ const std::array<HKEY, 2>& registryRoots() {
     return roots;
 }
 
+// Of the program's type library; empty where it has none.
+std::u16string libraryId() {
+    TLIBATTR* attributes = nullptr;
+    if (!typeLibrary() || FAILED(typeLibrary()->GetLibAttr(&attributes))) {
+        return {};
+    }
+    std::u16string id = textOf(attributes->guid);
+    typeLibrary()->ReleaseTLibAttr(attributes);
+    return id;
+}
+
 bool write(HKEY root, const std::u16string& path, const std::u16string& text) {
     Key key;
     return key.create(root, classes_path + path) == ERROR_SUCCESS && key.set(nullptr, text) == ERROR_SUCCESS;
@@ -130,6 +141,9 @@ bool writeAll(HKEY root, const ServerClass& server, const std::u16string& comman
                 write(root, u"CLSID\\" + clsid + u"\\VersionIndependentProgID", server.prog_ids.front());
     for (const std::u16string& prog_id : server.prog_ids) {
         good = good && write(root, prog_id, server.name) && write(root, prog_id + u"\\CLSID", clsid);
+    }
+    if (const std::u16string library = libraryId(); !library.empty()) {
+        good = good && write(root, u"CLSID\\" + clsid + u"\\TypeLib", library);
     }
     return good && write(root, server.prog_ids.front() + u"\\CurVer", server.prog_ids.back());
 }
@@ -148,7 +162,8 @@ Registration registerServer(const ServerClass& server, const std::u16string& com
     }
     for (HKEY root : registryRoots()) {
         if (writeAll(root, server, command)) {
-            return Registration::done;
+            return typeLibrary() && registerTypeLibrary() == LibraryRegistration::refused ? Registration::refused
+                                                                                          : Registration::done;
         }
     }
     return Registration::refused;
@@ -164,7 +179,7 @@ bool isRegistered(const ServerClass& server) {
 
 Registration unregisterServer(const ServerClass& server) {
     const std::u16string own = textOf(server.clsid);
-    bool refused = false;
+    bool refused = unregisterTypeLibrary() == LibraryRegistration::refused;
     const auto remove = [&](HKEY root, const std::u16string& path) {
         const LSTATUS removed = RegDeleteTreeW(root, wide(classes_path + path));
         refused = refused || (removed != ERROR_SUCCESS && removed != ERROR_FILE_NOT_FOUND);
@@ -181,8 +196,11 @@ Registration unregisterServer(const ServerClass& server) {
 }
 
 LastingInterfaces::LastingInterfaces() {
-    for (const IID& iid : {IID_IClassFactory, IID_IDispatch, IID_IConnectionPointContainer, IID_IConnectionPoint,
-                           IID_IEnumConnectionPoints, IID_IEnumConnections, IID_IEnumVARIANT}) {
+    std::vector<IID> all = dualInterfaces();
+    all.insert(all.end(), {IID_IClassFactory, IID_IDispatch, IID_IConnectionPointContainer, IID_IConnectionPoint,
+                           IID_IEnumConnectionPoints, IID_IEnumConnections, IID_IEnumVARIANT, IID_IProvideClassInfo,
+                           IID_IProvideClassInfo2, IID_ITypeInfo, IID_ITypeInfo2, IID_ITypeLib, IID_ITypeLib2});
+    for (const IID& iid : all) {
         const auto nothing = Ptr<IUnknown>::adopt(new Nothing(iid));
         Ptr<IStream> stream;
         check(CreateStreamOnHGlobal(nullptr, TRUE, stream.out()));

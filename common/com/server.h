@@ -18,13 +18,14 @@ struct ServerClass {
 
 enum class Registration { done, owned_by_another, refused };
 
-// Writes the class and its ProgIDs for the whole machine, for the user alone where that is refused. `command` is the
-// command line of the server. A ProgID that belongs to another class is left alone: owned_by_another.
+// Writes the class, its ProgIDs and the program's type library for the whole machine, for the user alone where that is
+// refused. `command` is the command line of the server. A ProgID that belongs to another class is left alone:
+// owned_by_another. So is a type library of another, which is no failure.
 Registration registerServer(const ServerClass& server, const std::u16string& command);
 // A ProgID of it belongs to a class, its own or another.
 bool isRegistered(const ServerClass& server);
-// Removes the class, and the ProgIDs that belong to it, of the machine and of the user. `done` where nothing of it is
-// left, or ever was; `refused` where the registry keeps some of it.
+// Removes the class, and the ProgIDs and the type library that belong to it, of the machine and of the user. `done`
+// where nothing of it is left, or ever was; `refused` where the registry keeps some of it.
 Registration unregisterServer(const ServerClass& server);
 
 // Something with each interface that clients are given, for as long as it lives, which nobody is given.

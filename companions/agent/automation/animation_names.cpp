@@ -9,6 +9,7 @@ class AnimationNames final : public CharacterPart {
         : CharacterPart(std::move(client), std::move(loaded)) {}
 
   private:
+    const Interface* published() const override { return &type_library::IAnimationNames; }
     std::span<const Member> members() const override {
         static const Members<AnimationNames> all{property(L"Enum", DISPID_NEWENUM, &AnimationNames::each)};
         return all;

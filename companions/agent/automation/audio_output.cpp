@@ -8,6 +8,7 @@ class AudioOutput final : public ClientObject {
     explicit AudioOutput(std::shared_ptr<Client> client) : ClientObject(std::move(client)) {}
 
   private:
+    const Interface* published() const override { return &type_library::IAudioOutput; }
     std::span<const Member> members() const override {
         static const Members<AudioOutput> all{
             property(L"Enabled", 1, &AudioOutput::enabled),

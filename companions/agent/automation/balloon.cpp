@@ -21,6 +21,7 @@ class Balloon final : public CharacterPart {
         : CharacterPart(std::move(client), std::move(loaded)) {}
 
   private:
+    const Interface* published() const override { return &type_library::IBalloon; }
     std::span<const Member> members() const override {
         static const Members<Balloon> all{
             property(L"Enabled", 1, &Balloon::enabled),

@@ -67,6 +67,7 @@ class Character final : public CharacterPart {
         : CharacterPart(std::move(client), std::move(loaded)) {}
 
   private:
+    const Interface* published() const override { return &type_library::ICharacter; }
     std::span<const Member> members() const override {
         static const Members<Character> all{
             property(L"Visible", 2, [](const Character& self) { return self.actor().visible(); }),

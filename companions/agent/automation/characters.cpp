@@ -8,6 +8,7 @@ class Characters final : public ClientObject {
     explicit Characters(std::shared_ptr<Client> client) : ClientObject(std::move(client)) {}
 
   private:
+    const Interface* published() const override { return &type_library::ICharacters; }
     std::span<const Member> members() const override {
         static const Members<Characters> all{
             property(L"Item", 0, &Characters::character, {L"CharacterID"}),

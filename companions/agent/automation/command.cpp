@@ -9,6 +9,7 @@ class Command final : public CharacterPart {
         : CharacterPart(std::move(client), std::move(loaded)), name_(std::move(name)) {}
 
   private:
+    const Interface* published() const override { return &type_library::ICommand; }
     std::span<const Member> members() const override {
         static const Members<Command> all{
             property(

@@ -20,6 +20,7 @@ class Commands final : public CharacterPart {
     using OptionalLabel = std::optional<Label>;
     using OptionalFlag = std::optional<bool>;
 
+    const Interface* published() const override { return &type_library::ICommands; }
     std::span<const Member> members() const override {
         static const Members<Commands> all{
             property(L"Item", 0, &Commands::command, {L"Name"}),

@@ -9,6 +9,7 @@ class CommandsWindow final : public ClientObject {
     explicit CommandsWindow(std::shared_ptr<Client> client) : ClientObject(std::move(client)) {}
 
   private:
+    const Interface* published() const override { return &type_library::ICommandsWindow; }
     std::span<const Member> members() const override {
         static const Members<CommandsWindow> all{
             property(L"Visible", 1, &CommandsWindow::no, [](CommandsWindow&, const Variant&) { refuseSpeechInput(); }),

@@ -31,6 +31,7 @@ class Control final : public ClientObject {
         client()->hang_up = nullptr;
     }
 
+    const Interface* published() const override { return &type_library::IAgent; }
     std::span<const Member> members() const override {
         static const Members<Control> all{
             property(L"Characters", 3, &Control::characters, {L"CharacterID"}),
@@ -59,10 +60,11 @@ class Control final : public ClientObject {
     }
 
     void* interfaceFor(REFIID iid) override {
-        return IsEqualIID(iid, IID_IConnectionPointContainer) ? events_.container() : nullptr;
+        return IsEqualIID(iid, IID_IConnectionPointContainer) ? events_.container() : class_info_.answer(iid);
     }
 
     murmelix::com::EventSource events_;
+    murmelix::com::ClassInfo class_info_{*this, serverClass().clsid, agent_events};
 };
 
 } // namespace

@@ -6,9 +6,19 @@
 
 #include "companions/agent/automation/server.h"
 
+// The interfaces that agent.idl describes.
+namespace type_library {
+
+using murmelix::com::Interface;
+extern const Interface IAgent, IAnimationNames, IAudioOutput, IBalloon, ICharacter, ICharacters, ICommand, ICommands,
+    ICommandsWindow, IPropertySheet, IRequest, ISpeechInput, IUserInput;
+
+} // namespace type_library
+
 namespace agent::automation {
 
 using murmelix::com::Error;
+using murmelix::com::Interface;
 using murmelix::com::make;
 using murmelix::com::Member;
 using murmelix::com::Members;
@@ -64,6 +74,7 @@ class RequestObject final : public ClientObject {
 
   protected:
     ~RequestObject() override;
+    const Interface* published() const override { return &type_library::IRequest; }
     std::span<const Member> members() const override;
     void* interfaceFor(REFIID iid) override;
 

@@ -8,6 +8,7 @@ class PropertySheet final : public ClientObject {
     explicit PropertySheet(std::shared_ptr<Client> client) : ClientObject(std::move(client)) {}
 
   private:
+    const Interface* published() const override { return &type_library::IPropertySheet; }
     std::span<const Member> members() const override {
         static const Members<PropertySheet> all{
             property(L"Left", 1, &PropertySheet::left),

@@ -9,6 +9,7 @@ class SpeechInput final : public ClientObject {
     explicit SpeechInput(std::shared_ptr<Client> client) : ClientObject(std::move(client)) {}
 
   private:
+    const Interface* published() const override { return &type_library::ISpeechInput; }
     std::span<const Member> members() const override {
         static const Members<SpeechInput> all{
             property(L"Enabled", 1, &SpeechInput::no),

@@ -11,6 +11,7 @@ class UserInput final : public ClientObject {
         : ClientObject(std::move(client)), character_(std::move(character)), command_(std::move(command)) {}
 
   private:
+    const Interface* published() const override { return &type_library::IUserInput; }
     std::span<const Member> members() const override {
         static const Members<UserInput> all{
             property(L"Count", 1, [](const UserInput&) { return std::int16_t{1}; }),

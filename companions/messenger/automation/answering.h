@@ -7,6 +7,14 @@
 #include "common/com/served.h"
 #include "companions/messenger/automation/automation.h"
 
+// The interfaces that messenger.idl describes.
+namespace type_library {
+
+using murmelix::com::Interface;
+extern const Interface IMessenger3, IMessengerContact, IMessengerContacts, IMessengerConversationWnd, IMessengerWindow;
+
+} // namespace type_library
+
 namespace messenger_client {
 
 inline constexpr std::u16string_view service_name = u"Messenger";

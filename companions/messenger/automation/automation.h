@@ -1,6 +1,6 @@
 // The automation interface Messenger.UIAutomation: the objects that other programs call, and the events that they hear.
-// Objects are made when they are asked for and are the same as long as somebody holds them. Only IDispatch is answered,
-// not the published dual interfaces, whose virtual tables could not be marshalled without their type library.
+// Objects are made when they are asked for and are the same as long as somebody holds them. They answer IDispatch and
+// the dual interfaces of messenger.idl.
 #pragma once
 
 #include <functional>

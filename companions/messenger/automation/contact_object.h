@@ -11,6 +11,7 @@ class ContactObject final : public Answering {
 
   private:
     static const murmelix::com::Members<ContactObject>& table();
+    const murmelix::com::Interface* published() const override { return &type_library::IMessengerContact; }
     std::span<const murmelix::com::Member> members() const override { return table(); }
 
     std::u16string friendlyName() { return contact_->friendly; }

@@ -12,6 +12,7 @@ class ContactsObject final : public Answering {
 
   private:
     static const murmelix::com::Members<ContactsObject>& table();
+    const murmelix::com::Interface* published() const override { return &type_library::IMessengerContacts; }
     std::span<const murmelix::com::Member> members() const override { return table(); }
 
     const std::vector<ContactPtr>& all();

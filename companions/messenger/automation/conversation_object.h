@@ -11,6 +11,7 @@ class ConversationObject final : public WindowObject {
 
   private:
     static const murmelix::com::Members<ConversationObject>& table();
+    const murmelix::com::Interface* published() const override { return &type_library::IMessengerConversationWnd; }
     std::span<const murmelix::com::Member> members() const override { return table(); }
     // A closed window answers HWND and IsClosed alone.
     void entering(const murmelix::com::Member& member) override;

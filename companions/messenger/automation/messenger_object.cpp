@@ -16,7 +16,7 @@ constexpr IID iid_events{0xC9A6A6B6, 0x9BC1, 0x43A5, {0xB0, 0x6B, 0xE5, 0x88, 0x
 } // namespace
 
 MessengerObject::MessengerObject(Automation& automation, Automation::Key key)
-    : Answering(automation, key), source_(*this, iid_events) {
+    : Answering(automation, key), source_(*this, iid_events), class_info_(*this, automationServer().clsid, iid_events) {
     automation.setSource(&source_);
     source_.onAdded([&automation](DWORD listener) { automation.introduce(listener); });
 }
@@ -68,7 +68,7 @@ const Members<MessengerObject>& MessengerObject::table() {
 }
 
 void* MessengerObject::interfaceFor(REFIID iid) {
-    return IsEqualIID(iid, IID_IConnectionPointContainer) ? source_.container() : nullptr;
+    return IsEqualIID(iid, IID_IConnectionPointContainer) ? source_.container() : class_info_.answer(iid);
 }
 
 long MessengerObject::unreadEmailCount(std::int32_t folder) {

@@ -12,6 +12,7 @@ class MessengerObject final : public Answering {
   private:
     ~MessengerObject() override;
     static const murmelix::com::Members<MessengerObject>& table();
+    const murmelix::com::Interface* published() const override { return &type_library::IMessenger3; }
     std::span<const murmelix::com::Member> members() const override { return table(); }
     void* interfaceFor(REFIID iid) override;
 
@@ -32,6 +33,7 @@ class MessengerObject final : public Answering {
     void setMyStatus(std::int32_t code);
 
     murmelix::com::EventSource source_;
+    murmelix::com::ClassInfo class_info_;
 };
 
 } // namespace messenger_client

@@ -32,6 +32,7 @@ class MainWindowObject final : public WindowObject {
     MainWindowObject(Automation& automation, Automation::Key key) : WindowObject(automation, key) {}
 
   private:
+    const murmelix::com::Interface* published() const override { return &type_library::IMessengerWindow; }
     std::span<const murmelix::com::Member> members() const override { return table(); }
     std::intptr_t window() override { return automation().hooks().main_window(); }
     void close() override { murmelix::platform::minimiseWindow(window()); }

@@ -38,6 +38,17 @@ DISPID idOf(const Object& object, const wchar_t* name) {
     return id;
 }
 
+// As the type library writes it.
+std::wstring describedName(const Object& object, DISPID id) {
+    murmelix::com::Ptr<ITypeInfo> type;
+    murmelix::com::Bstr name;
+    if (FAILED(object.dispatch()->GetTypeInfo(0, LOCALE_USER_DEFAULT, type.out())) ||
+        FAILED(type->GetDocumentation(id, name.out(), nullptr, nullptr, nullptr))) {
+        return {};
+    }
+    return name.get();
+}
+
 HRESULT invoke(const Object& object, DISPID id, WORD flags, std::vector<Variant> arguments, Variant* result = nullptr) {
     std::vector<VARIANT> raw;
     for (auto argument = arguments.rbegin(); argument != arguments.rend(); ++argument) {
@@ -96,6 +107,7 @@ TEST_F(Automation, MembersHaveThePublishedIds) {
         for (const auto& [name, id] : members) {
             EXPECT_EQ(idOf(object, name.c_str()), id)
                 << murmelix::toUtf8(murmelix::com::narrow(name.c_str(), name.size()));
+            EXPECT_EQ(describedName(object, id), name);
         }
     };
     check(control, {{L"Characters", 3},

@@ -11,7 +11,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "messenger.h"
+
 #include "common/com/counted.h"
+#include "common/com/type_library.h"
 #include "common/text.h"
 #include "companions/messenger/chat/control.h"
 #include "tests/windows/messenger_client/client_process.h"
@@ -35,6 +38,17 @@ DISPID idOf(const Object& object, const wchar_t* name) {
     auto* text = const_cast<wchar_t*>(name);
     object.dispatch()->GetIDsOfNames(IID_NULL, &text, 1, LOCALE_USER_DEFAULT, &id);
     return id;
+}
+
+// As the type library writes it.
+std::wstring describedName(const Object& object, DISPID id) {
+    Ptr<ITypeInfo> type;
+    murmelix::com::Bstr name;
+    if (FAILED(object.dispatch()->GetTypeInfo(0, LOCALE_USER_DEFAULT, type.out())) ||
+        FAILED(type->GetDocumentation(id, name.out(), nullptr, nullptr, nullptr))) {
+        return {};
+    }
+    return name.get();
 }
 
 struct NamedId {
@@ -121,18 +135,16 @@ TEST_F(Members, HaveTheirPublishedIds) {
 
     const Object contacts = window.object(u"Contacts");
     const Object contact = messenger.object(u"GetContact", {Variant(u"ann@x"), Variant(u"")});
-    for (const auto& [name, id] : of_messenger) {
-        EXPECT_EQ(idOf(messenger, name), id) << id;
-    }
-    for (const auto& [name, id] : of_window) {
-        EXPECT_EQ(idOf(window, name), id) << id;
-    }
-    for (const auto& [name, id] : of_contact) {
-        EXPECT_EQ(idOf(contact, name), id) << id;
-    }
-    for (const auto& [name, id] : of_contacts) {
-        EXPECT_EQ(idOf(contacts, name), id) << id;
-    }
+    const auto check = [](const Object& object, const std::vector<NamedId>& members) {
+        for (const auto& [name, id] : members) {
+            EXPECT_EQ(idOf(object, name), id) << id;
+            EXPECT_EQ(describedName(object, id), name);
+        }
+    };
+    check(messenger, of_messenger);
+    check(window, of_window);
+    check(contact, of_contact);
+    check(contacts, of_contacts);
     EXPECT_EQ(idOf(messenger, L"mystatus"), 1305) << "letter case does not matter";
     EXPECT_EQ(idOf(messenger, L"History"), DISPID_UNKNOWN);
 }
@@ -369,14 +381,65 @@ TEST_F(Conversations, TheSameThingIsTheSameObject) {
     EXPECT_EQ(identity(client.automation()).get(), identity(messenger).get());
 }
 
-TEST_F(Conversations, TheDualInterfacesAreRefusedCleanly) {
-    for (const IID& iid : {IID{0xD6B0E4C8, 0xFAD6, 0x4885, {0xB2, 0x71, 0x0D, 0xC5, 0xA5, 0x84, 0xAD, 0xF8}},
-                           IID{0xD6B0E4C9, 0xFAD6, 0x4885, {0xB2, 0x71, 0x0D, 0xC5, 0xA5, 0x84, 0xAD, 0xF8}}}) {
-        void* found = nullptr;
-        EXPECT_EQ(window.dispatch()->QueryInterface(iid, &found), E_NOINTERFACE);
-        EXPECT_EQ(found, nullptr);
+TEST_F(Conversations, AreCalledByTheirTablesToo) {
+    const auto early = Ptr<IDispatch>(messenger.dispatch()).as<IMessenger3>(__uuidof(IMessenger3));
+    ASSERT_TRUE(early);
+    Ptr<IMessengerContacts> contacts;
+    ASSERT_EQ(early->get_MyContacts(contacts.out()), S_OK);
+    LONG count = 0;
+    EXPECT_EQ(contacts->get_Count(&count), S_OK);
+    EXPECT_EQ(count, 2);
+    Ptr<IMessengerContact> ann;
+    ASSERT_EQ(contacts->get_Item(0, ann.out()), S_OK);
+    murmelix::com::Bstr name;
+    EXPECT_EQ(ann->get_FriendlyName(name.out()), S_OK);
+    EXPECT_EQ(name.text(), u"Ann");
+    EXPECT_EQ(contacts->get_Item(99, ann.out()), DISP_E_BADINDEX);
+    Ptr<IMessengerConversationWnd> opened;
+    ASSERT_EQ(early->InstantMessage(Variant(u"bob@x").raw(), opened.out()), S_OK);
+    murmelix::com::Bstr history;
+    EXPECT_EQ(opened->get_History(history.out()), S_OK);
+    EXPECT_EQ(history.text(), notice);
+    EXPECT_EQ(early->put_MyStatus(10), S_OK);
+    LONG status = 0;
+    EXPECT_EQ(early->get_MyStatus(&status), S_OK);
+    EXPECT_EQ(status, 10);
+    for (const IID& iid : {__uuidof(IMessenger), __uuidof(IMessenger2)}) {
+        EXPECT_TRUE(Ptr<IDispatch>(messenger.dispatch()).as<IDispatch>(iid));
     }
-    EXPECT_EQ(window.get(u"History").toText(), notice) << "the object itself answers the names";
+    EXPECT_TRUE(Ptr<IDispatch>(window.dispatch()).as<IMessengerWindow>(__uuidof(IMessengerWindow)));
+}
+
+TEST_F(Events, HaveTheirNamesInTheTypeLibrary) {
+    const auto info = Ptr<IDispatch>(messenger.dispatch()).as<IProvideClassInfo2>(IID_IProvideClassInfo2);
+    ASSERT_TRUE(info);
+    GUID source{};
+    ASSERT_EQ(info->GetGUID(GUIDKIND_DEFAULT_SOURCE_DISP_IID, &source), S_OK);
+    EXPECT_EQ(source, __uuidof(DMessengerEvents));
+    Ptr<ITypeInfo> of_class, of_events;
+    Ptr<ITypeLib> library;
+    UINT index = 0;
+    ASSERT_EQ(info->GetClassInfo(of_class.out()), S_OK);
+    ASSERT_EQ(of_class->GetContainingTypeLib(library.out(), &index), S_OK);
+    ASSERT_EQ(library->GetTypeInfoOfGuid(source, of_events.out()), S_OK);
+    for (const auto& [name, id] : std::vector<NamedId>{{L"OnSignin", 1024},
+                                                       {L"OnSignout", 1025},
+                                                       {L"OnContactListAdd", 1026},
+                                                       {L"OnContactListRemove", 1027},
+                                                       {L"OnContactFriendlyNameChange", 1028},
+                                                       {L"OnMyFriendlyNameChange", 1029},
+                                                       {L"OnContactStatusChange", 1030},
+                                                       {L"OnMyStatusChange", 1031},
+                                                       {L"OnAppShutdown", 1032},
+                                                       {L"OnUnreadEmailChange", 1039},
+                                                       {L"OnIMWindowCreated", 1041},
+                                                       {L"OnIMWindowDestroyed", 1042},
+                                                       {L"OnIMWindowContactAdded", 1043},
+                                                       {L"OnIMWindowContactRemoved", 1044}}) {
+        murmelix::com::Bstr found;
+        EXPECT_EQ(of_events->GetDocumentation(id, found.out(), nullptr, nullptr, nullptr), S_OK) << id;
+        EXPECT_EQ(std::wstring(found.get() ? found.get() : L""), name);
+    }
 }
 
 TEST_F(Events, ArriveWithTheirIdsAndArgumentsInOrder) {
