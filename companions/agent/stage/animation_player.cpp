@@ -13,6 +13,10 @@ constexpr Time longest_hold = 100;    // ms a frame is held at most once a stop 
 constexpr Time least_duration = 10;   // ms a frame of no duration is held in an endless run of them
 constexpr Time longest_backlog = 500; // ms that a late clock is made up for
 
+bool isEndMark(const std::vector<acs::Frame>& frames, std::size_t frame) {
+    return frame + 1 == frames.size() && frames[frame].images.empty() && frames[frame].duration == 0;
+}
+
 // Calls `to` with each frame that may follow this one, the number of frames standing for the end.
 template <class To>
 void eachFollowing(const std::vector<acs::Frame>& frames, std::size_t from, To to) {
@@ -66,7 +70,7 @@ void AnimationPlayer::start(std::shared_ptr<const acs::Animation> animation, Tim
         ending_.clear();
         animation_ = std::move(animation);
     }
-    stopping_ = false;
+    stopping_ = went_round_ = ended_by_itself_ = false;
     without_duration_ = 0;
     playing_ = animation_ && !animation_->frames.empty();
     due_ = now;
@@ -83,12 +87,41 @@ void AnimationPlayer::askStop(Time now) {
     }
 }
 
+void AnimationPlayer::cut() {
+    playing_ = ended_by_itself_ = false;
+}
+
+bool AnimationPlayer::leave(Time now) {
+    if (!std::exchange(ended_by_itself_, false) || animation_->transition != acs::Transition::exit_branches ||
+        shown_animation_ != animation_) {
+        return false;
+    }
+    const std::int16_t exit = animation_->frames[shown_frame_].exit_frame;
+    if (exit < 0 || static_cast<std::size_t>(exit) >= animation_->frames.size()) {
+        return false;
+    }
+    playing_ = stopping_ = true;
+    cut_at_ = now + longest_exit;
+    due_ = now;
+    without_duration_ = 0;
+    enter(static_cast<std::size_t>(exit), now);
+    return true;
+}
+
 const acs::Frame* AnimationPlayer::frame() const {
-    return animation_ && frame_ < animation_->frames.size() ? &animation_->frames[frame_] : nullptr;
+    return shown_animation_ ? &shown_animation_->frames[shown_frame_] : nullptr;
+}
+
+std::uint16_t AnimationPlayer::sound() const {
+    return animation_ && frame_ < animation_->frames.size() ? animation_->frames[frame_].sound : acs::no_sound;
 }
 
 void AnimationPlayer::enter(std::size_t frame, Time now) {
     frame_ = frame;
+    if (!isEndMark(animation_->frames, frame)) {
+        shown_animation_ = animation_;
+        shown_frame_ = frame;
+    }
     Time duration = Time{animation_->frames[frame].duration} * 10;
     if (duration > 0) {
         without_duration_ = 0;
@@ -120,7 +153,7 @@ bool AnimationPlayer::step(Time now) {
         return false;
     }
     if (stopping_ && now >= cut_at_) {
-        playing_ = false;
+        cut();
         return true;
     }
     if (now < due_) {
@@ -129,7 +162,9 @@ bool AnimationPlayer::step(Time now) {
     const std::size_t next = following(animation_->frames[frame_]);
     if (next >= animation_->frames.size()) {
         playing_ = false;
+        ended_by_itself_ = !stopping_;
     } else {
+        went_round_ = went_round_ || next <= frame_;
         enter(next, now);
     }
     return true;

@@ -11,12 +11,12 @@
 namespace agent::stage {
 namespace {
 
-constexpr Time quiet_before_idling = 12000; // ms of nothing to do
+constexpr Time quiet_before_idling = 12000; // ms of nothing to do; so long a pose is kept, too
 constexpr Time idle_level_2 = 60000;        // ms since idling began
 constexpr Time idle_level_3 = 180000;
 constexpr int least_idle_pause = 3000; // ms between two idle animations: this and up to as much again
 constexpr Time balloon_lingers = 1500; // ms after the last word, with auto-hide
-constexpr Time patience = 20000;       // ms that a long loop with a way out may hold up what follows it
+constexpr Time patience = 20000;       // ms that a loop, or a way back, may hold up what follows it
 constexpr Time thought_word = 200;     // ms a word of a thought
 constexpr int steps_a_tick = 64;       // frames or requests that one character passes in one advance
 
@@ -95,8 +95,10 @@ void Actor::wake() {
     }
 }
 
-// The animation that plays takes its exit and belongs to no request any more.
+// The animation that plays takes its exit and belongs to no request any more; a pose that is stood in is kept no
+// longer.
 void Actor::leaveAnimation() {
+    standing_ = false;
     if (!player_.playing() || role_ == Role::returning) {
         return;
     }
@@ -121,6 +123,15 @@ void Actor::retire(const RequestRef& request, Status status) {
     stage_.audience_.requestCompleted(*this, request);
 }
 
+// Whether the animation of this request, which has begun, goes with it, and is no pose to stand in.
+bool Actor::leavesItsPose(const Request& request) const {
+    if (request.kind == Kind::speak || request.kind == Kind::think) {
+        const auto found = utterances_.find(&request);
+        return found != utterances_.end() && !found->second.posed;
+    }
+    return request.kind == Kind::move_to;
+}
+
 void Actor::stopCurrent() {
     if (!current_) {
         return;
@@ -135,7 +146,7 @@ void Actor::stopCurrent() {
         }
     }
     journey_.reset();
-    if (role_ == Role::request) {
+    if (role_ == Role::request || (began && standing_ && leavesItsPose(*stopped))) {
         leaveAnimation();
     }
     quiet_since_ = stage_.now_;
@@ -257,6 +268,7 @@ void Actor::setVisible(bool visible, VisibilityCause cause) {
         closeBalloonNow();
         idle_since_.reset();
         return_to_.clear();
+        standing_ = false;
         mouth_.reset();
         player_.cut();
         role_ = Role::none;
@@ -292,11 +304,15 @@ void Actor::playNow(std::shared_ptr<const acs::Animation> animation, Role role) 
     player_.start(std::move(animation), stage_.now_);
     role_ = role;
     return_to_.clear();
-    if (const acs::Frame* frame = player_.frame()) {
-        stage_.effects_.drawn(*this);
-        if (frame->sound != acs::no_sound && sound_effects_on) {
-            stage_.effects_.frameSound(*this, frame->sound);
-        }
+    standing_ = false;
+    played_since_ = stage_.now_;
+    showFrame();
+}
+
+void Actor::showFrame() {
+    stage_.effects_.drawn(*this);
+    if (player_.sound() != acs::no_sound && sound_effects_on) {
+        stage_.effects_.frameSound(*this, player_.sound());
     }
 }
 
@@ -315,21 +331,27 @@ bool Actor::animate() {
         return false;
     }
     if (player_.playing()) {
-        stage_.effects_.drawn(*this);
-        if (player_.frame()->sound != acs::no_sound && sound_effects_on) {
-            stage_.effects_.frameSound(*this, player_.frame()->sound);
-        }
+        showFrame();
         return true;
     }
     const acs::Animation* ended = player_.animation();
     if (role_ != Role::returning && role_ != Role::resting && ended->transition == acs::Transition::return_animation) {
         return_to_ = ended->return_animation;
     }
+    standing_ = role_ == Role::request;
+    if (role_ != Role::request && role_ != Role::idling) {
+        player_.cut(); // no pose to be left
+    }
     if (role_ == Role::idling) {
         next_idle_ = stage_.now_ + least_idle_pause + stage_.random_(least_idle_pause);
     }
     role_ = Role::none;
     return true;
+}
+
+// The rest pose has a state of its own for speaking.
+bool Actor::canSpeakInPose() const {
+    return standing_ && player_.animation() != rest_pose_.get() && player_.frame() && !player_.frame()->mouths.empty();
 }
 
 // Whether the animation before is over and its pose left, so that a new one can begin. A pose that has a mouth may be
@@ -342,14 +364,22 @@ bool Actor::settled(bool keep_mouth) {
         } else {
             if (role_ == Role::idling) {
                 leaveAnimation();
+            } else if (role_ == Role::returning && (player_.endless() || stage_.now_ - played_since_ > patience)) {
+                player_.askStop(stage_.now_);
             }
             return false;
         }
     }
-    if (return_to_.empty() || !visible_) {
+    if (!visible_ || (keep_mouth && canSpeakInPose())) {
         return true;
     }
-    if (keep_mouth && player_.frame() && !player_.frame()->mouths.empty()) {
+    standing_ = false;
+    if (player_.leave(stage_.now_)) {
+        role_ = Role::leaving;
+        showFrame();
+        return false;
+    }
+    if (return_to_.empty()) {
         return true;
     }
     auto back = repertoire_->animation(std::exchange(return_to_, {}));
@@ -564,13 +594,13 @@ bool Actor::acting() {
     case Kind::play:
     case Kind::gesture_at:
         if (playing && !player_.stopping() && (!queue_.empty() || hasWaiter()) &&
-            (player_.endless() || stage_.now_ - begun_at_ > patience)) {
+            ((player_.endless() && player_.wentRound()) || stage_.now_ - begun_at_ > patience)) {
             player_.askStop(stage_.now_);
         }
         return playing;
     case Kind::show:
     case Kind::hide:
-        if (playing && player_.endless()) {
+        if (playing && player_.endless() && (player_.wentRound() || stage_.now_ - begun_at_ > patience)) {
             player_.askStop(stage_.now_);
         }
         return playing;
@@ -584,6 +614,7 @@ bool Actor::acting() {
         if (playing) {
             player_.askStop(stage_.now_);
         }
+        standing_ = false;
         return playing;
     case Kind::wait:
         return !current_->target->over();
@@ -646,6 +677,18 @@ void Actor::idle() {
     if (!visible_ || (role_ == Role::idling && player_.playing())) {
         return;
     }
+    const Time now = stage_.now_;
+    if (!idle_on) {
+        no_idling_until_ = now + quiet_before_idling;
+        if (idle_since_) {
+            wake();
+        }
+    }
+    if (idle_since_ ? now < next_idle_ : now - quiet_since_ < quiet_before_idling) {
+        if (standing_) {
+            return;
+        }
+    }
     if (!(role_ == Role::resting && player_.playing())) {
         if (!settled(false)) {
             return;
@@ -654,12 +697,7 @@ void Actor::idle() {
             rest();
         }
     }
-    const Time now = stage_.now_;
-    if (!idle_on) {
-        quiet_since_ = now;
-        if (idle_since_) {
-            wake();
-        }
+    if (now < no_idling_until_) {
         return;
     }
     if (!idle_since_) {
@@ -730,9 +768,9 @@ void Actor::order(const RequestRef& request) {
 
 void Actor::beginSpeaking() {
     Utterance& utterance = utterances_[current_.get()];
-    const bool posed = !return_to_.empty() && player_.frame() && !player_.frame()->mouths.empty();
+    utterance.posed = canSpeakInPose();
     if (!utterance.quiet) {
-        if (auto animation = posed ? nullptr : fromState(u"SPEAKING")) {
+        if (auto animation = utterance.posed ? nullptr : fromState(u"SPEAKING")) {
             playNow(std::move(animation), Role::request);
         }
         // What cannot be heard is shown all the same, for as long as it would sound: nobody waits for it in vain.
@@ -805,7 +843,7 @@ bool Actor::speaking() {
     }
     utterance.sound = 0;
     endUtterance();
-    if (role_ == Role::request) {
+    if (role_ == Role::request || (standing_ && !utterance.posed)) {
         leaveAnimation();
     }
     return false;

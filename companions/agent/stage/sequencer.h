@@ -155,6 +155,7 @@ class Actor {
         Time length = 0;                                  // ms on the clock, of what makes no sound
         std::size_t words = 0, mouths = 0, bookmarks = 0; // of the speech, passed already
         bool quiet = false;                               // a thought: without sound or voice
+        bool posed = false;                               // in the pose of the animation before
     };
     struct Journey {
         int from_x, from_y, to_x, to_y;
@@ -166,6 +167,8 @@ class Actor {
     bool progress();
     bool ready(const Request& request);
     bool settled(bool keep_mouth);
+    bool canSpeakInPose() const;
+    bool leavesItsPose(const Request& request) const;
     void begin();
     bool acting();
     void finish(Status status, Failure failure = Failure::none);
@@ -173,6 +176,7 @@ class Actor {
     void retire(const RequestRef& request, Status status);
 
     void playNow(std::shared_ptr<const acs::Animation> animation, Role role);
+    void showFrame();
     std::shared_ptr<const acs::Animation> fromState(std::u16string_view state) const;
     void leaveAnimation();
     void rest();
@@ -202,6 +206,8 @@ class Actor {
     AnimationPlayer player_;
     Role role_ = Role::none;
     std::u16string return_to_; // the return animation that is still to be played
+    bool standing_ = false;    // in the last frame of an animation that has ended, until something else is asked
+    Time played_since_ = 0;    // the animation that plays, or did last
     std::deque<RequestRef> queue_;
     RequestRef current_;
     bool begun_ = false;
@@ -218,6 +224,7 @@ class Actor {
     std::shared_ptr<const acs::Animation> rest_pose_; // null where there is none
     Time begun_at_ = 0;
     Time quiet_since_ = 0;
+    Time no_idling_until_ = 0; // where idling was switched off
     std::optional<Time> idle_since_;
     Time next_idle_ = 0;
 };

@@ -183,6 +183,160 @@ TEST(AnimationPlayer, KnowsALoopWithoutAWayOut) {
     EXPECT_FALSE(other.player.endless());
 }
 
+// Makes the last frame of `show` an end mark; the others have a picture.
+void endWithAMark(Show& show) {
+    for (acs::Frame& frame : show.animation->frames) {
+        frame.images.resize(1);
+    }
+    show.animation->frames.back() = acs::Frame{};
+    show.animation->frames.back().duration = 0;
+}
+
+TEST(AnimationPlayer, AnEndMarkIsPassedAndWhatShowedStays) {
+    Show show(3);
+    endWithAMark(show);
+    EXPECT_THAT(show.frames(5000), ElementsAre(0, 1, 1));
+    EXPECT_FALSE(show.player.playing());
+    EXPECT_EQ(show.shown(), 1);
+    EXPECT_EQ(show.now, 210) << "no time of its own";
+}
+
+TEST(AnimationPlayer, OnlyALastFrameWithoutPicturesAndDurationIsAnEndMark) {
+    Show first(3), lasting(3), drawn(3);
+    for (Show* show : {&first, &lasting, &drawn}) {
+        endWithAMark(*show);
+    }
+    first.animation->frames[0] = acs::Frame{};
+    first.animation->frames[0].duration = 0;
+    first.player.start(first.animation, 0);
+    EXPECT_EQ(first.shown(), 0);
+    lasting.animation->frames[2].duration = 1;
+    EXPECT_THAT(lasting.frames(5000), ElementsAre(0, 1, 2));
+    drawn.animation->frames[2].images.resize(1);
+    EXPECT_THAT(drawn.frames(5000), ElementsAre(0, 1, 2));
+}
+
+TEST(AnimationPlayer, AnEndMarkHasItsBranchesAndItsSound) {
+    Show show(3);
+    endWithAMark(show);
+    show.animation->frames[2].branches = {{0, 50}};
+    show.animation->frames[2].sound = 7;
+    show.player.start(show.animation, 0);
+    show.rolls = {0};
+    EXPECT_TRUE(show.player.step(100));
+    EXPECT_TRUE(show.player.step(200));
+    EXPECT_EQ(show.shown(), 1);
+    EXPECT_EQ(show.player.sound(), 7);
+    EXPECT_TRUE(show.player.step(200));
+    EXPECT_EQ(show.shown(), 0);
+    EXPECT_EQ(show.player.sound(), acs::no_sound);
+}
+
+TEST(AnimationPlayer, NothingButAnEndMarkLeavesWhatShows) {
+    Show before(1), mark(1);
+    endWithAMark(mark);
+    AnimationPlayer player([](int) { return 0; });
+    player.start(mark.animation, 0);
+    EXPECT_EQ(player.frame(), nullptr);
+    player.start(before.animation, 0);
+    player.start(mark.animation, 100);
+    EXPECT_EQ(player.frame(), before.animation->frames.data());
+    EXPECT_TRUE(player.step(100));
+    EXPECT_FALSE(player.playing());
+    EXPECT_FALSE(player.leave(100));
+}
+
+// As their makers build them: the way there, a branch to the end mark, and behind it the way out.
+Show posing() {
+    Show show(6);
+    endWithAMark(show);
+    show.animation->frames[2].branches = {{5, 100}};
+    show.animation->frames[2].exit_frame = 3;
+    return show;
+}
+
+TEST(AnimationPlayer, AnAnimationThatHasEndedLeavesByTheExitOfTheFrameItStandsIn) {
+    Show show = posing();
+    show.rolls.assign(10, 0);
+    AnimationPlayer player([](int) { return 0; });
+    player.start(show.animation, 0);
+    for (Time now = 0; now <= 1000; now += 10) {
+        while (player.step(now)) {
+        }
+    }
+    const acs::Frame* const frames = show.animation->frames.data();
+    EXPECT_FALSE(player.playing());
+    EXPECT_EQ(player.frame(), frames + 2);
+    EXPECT_TRUE(player.leave(60'000));
+    EXPECT_EQ(player.frame(), frames + 3) << "at once";
+    while (player.step(60'100)) {
+    }
+    EXPECT_EQ(player.frame(), frames + 4);
+    while (player.step(60'200)) {
+    }
+    EXPECT_FALSE(player.playing());
+    EXPECT_EQ(player.frame(), frames + 4);
+    EXPECT_FALSE(player.leave(60'300)) << "once";
+}
+
+TEST(AnimationPlayer, WhatWasStoppedOrCutOrHasNoExitHasNoWayOut) {
+    const auto ended = [](Show& show, bool stop) {
+        AnimationPlayer player([](int) { return 0; });
+        player.start(show.animation, 0);
+        if (stop) {
+            player.askStop(0);
+        }
+        for (Time now = 0; now <= 2000; now += 10) {
+            while (player.step(now)) {
+            }
+        }
+        return player;
+    };
+    Show stopped = posing(), returning = posing(), bare = posing(), ending = posing(), cut = posing();
+    EXPECT_FALSE(ended(stopped, true).leave(2000));
+    returning.animation->transition = acs::Transition::return_animation;
+    EXPECT_FALSE(ended(returning, false).leave(2000));
+    bare.animation->frames[2].exit_frame = acs::exit_none;
+    EXPECT_FALSE(ended(bare, false).leave(2000));
+    ending.animation->frames[2].exit_frame = acs::exit_end;
+    EXPECT_FALSE(ended(ending, false).leave(2000));
+    AnimationPlayer player = ended(cut, false);
+    player.cut();
+    EXPECT_FALSE(player.leave(2000));
+}
+
+TEST(AnimationPlayer, AWayOutThatLeadsInACircleIsCut) {
+    Show show = posing();
+    show.animation->frames[4].exit_frame = 3;
+    AnimationPlayer player([](int) { return 0; });
+    player.start(show.animation, 0);
+    for (Time now = 0; now <= 1000; now += 10) {
+        while (player.step(now)) {
+        }
+    }
+    ASSERT_TRUE(player.leave(1000));
+    for (Time now = 1000; now < 6000; now += 10) {
+        player.step(now);
+    }
+    EXPECT_TRUE(player.playing());
+    player.step(6000);
+    EXPECT_FALSE(player.playing());
+}
+
+TEST(AnimationPlayer, KnowsWhenItHasGoneRound) {
+    Show show(3);
+    show.animation->frames[2].branches = {{1, 100}};
+    show.player.start(show.animation, 0);
+    show.player.step(100);
+    show.player.step(200);
+    EXPECT_FALSE(show.player.wentRound());
+    show.player.step(300);
+    EXPECT_EQ(show.shown(), 1);
+    EXPECT_TRUE(show.player.wentRound());
+    show.player.start(show.animation, 300);
+    EXPECT_FALSE(show.player.wentRound());
+}
+
 TEST(AnimationPlayer, WithoutFramesItIsOverAtOnce) {
     Show show(0);
     show.player.start(show.animation, 0);

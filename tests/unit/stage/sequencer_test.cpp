@@ -117,6 +117,43 @@ TEST(Play, ALoopIsEndedByItsExitWhenSomethingFollows) {
     EXPECT_EQ(wave->status, Status::in_progress);
 }
 
+TEST(Play, ALoopGoesRoundOnceBeforeItMakesRoom) {
+    Rehearsal r;
+    auto cast = usualCast();
+    auto& spin = cast->add(u"Spin", 4); // out of the second one
+    spin.frames[2].branches = {{0, 100}};
+    spin.frames[0].exit_frame = 3;
+    Actor& a = r.onStage("a", cast);
+    const auto look = r.play(a, u"Spin");
+    r.play(a, u"Wave");
+    std::vector<std::ptrdiff_t> seen;
+    for (int i = 0; i < 6; ++i) {
+        r.pass(i == 0 ? 50 : 100);
+        seen.push_back(a.frame() - spin.frames.data());
+    }
+    EXPECT_EQ(std::vector(seen.begin(), seen.begin() + 5), (std::vector<std::ptrdiff_t>{0, 1, 2, 0, 3}));
+    EXPECT_EQ(look->status, Status::complete);
+    EXPECT_EQ(a.frame(), cast->animation(u"Wave")->frames.data());
+}
+
+TEST(Play, ALoopThatTakesHoursToGoRoundMakesRoomAfterAWhile) {
+    Rehearsal r;
+    auto cast = usualCast();
+    auto& crawl = cast->add(u"Crawl", 100);
+    for (acs::Frame& frame : crawl.frames) {
+        frame.duration = 60'000; // ten minutes
+        frame.exit_frame = acs::exit_end;
+    }
+    crawl.frames[99].branches = {{0, 100}};
+    Actor& a = r.onStage("a", cast);
+    r.play(a, u"Crawl");
+    const auto wave = r.play(a, u"Wave");
+    r.pass(19'000);
+    EXPECT_EQ(wave->status, Status::pending);
+    r.pass(2'000);
+    EXPECT_EQ(wave->status, Status::complete);
+}
+
 TEST(Play, ALoopWithoutAnExitDoesNotHangTheQueue) {
     Rehearsal r;
     auto cast = usualCast();
@@ -174,14 +211,204 @@ TEST(Play, FrameSoundsAreHeardUnlessSwitchedOff) {
     EXPECT_THAT(r.taken(), Not(Contains("a noise 3")));
 }
 
-TEST(Rest, AfterTheLastQueuedAnimationTheRestPoseShows) {
+TEST(Rest, ShowsAWhileAfterTheLastQueuedAnimation) {
     Rehearsal r;
     Actor& a = r.onStage("a");
+    a.idle_on = false;
     r.play(a, u"Point");
+    r.pass(12'000);
+    EXPECT_EQ(a.frame(), &a.repertoire().animation(u"Point")->frames[0]) << "it stands there";
     r.pass(150);
     EXPECT_EQ(a.frame(), &a.repertoire().animation(u"PointReturn")->frames[0]);
     r.pass(100);
     EXPECT_EQ(a.frame(), &a.repertoire().animation(u"RestPose")->frames[0]);
+}
+
+// A cast whose Explain goes into a pose with a mouth (frame 1) and ends there, behind which stand its way out (frame 2)
+// and an end mark.
+std::shared_ptr<Cast> explainingCast() {
+    auto cast = usualCast();
+    auto& explain = cast->add(u"Explain", 4);
+    explain.transition = acs::Transition::exit_branches;
+    for (acs::Frame& frame : explain.frames) {
+        frame.images.resize(1);
+    }
+    explain.frames[1].mouths.resize(1);
+    explain.frames[1].branches = {{3, 100}};
+    explain.frames[1].exit_frame = 2;
+    explain.frames[3] = acs::Frame{};
+    explain.frames[3].duration = 0;
+    return cast;
+}
+
+TEST(Pose, IsStoodInUntilTheNextRequestAndThenLeftByItsExit) {
+    Rehearsal r;
+    const auto cast = explainingCast();
+    Actor& a = r.onStage("a", cast);
+    const acs::Frame* const frames = cast->animation(u"Explain")->frames.data();
+    const auto explain = r.play(a, u"Explain");
+    r.pass(10'000);
+    EXPECT_EQ(explain->status, Status::complete);
+    EXPECT_EQ(a.frame(), frames + 1);
+    const auto wave = r.play(a, u"Wave");
+    r.pass(50);
+    EXPECT_EQ(a.frame(), frames + 2);
+    EXPECT_EQ(wave->status, Status::pending);
+    r.pass(100);
+    EXPECT_EQ(a.frame(), &cast->animation(u"Wave")->frames[0]);
+    r.pass(1000);
+    EXPECT_EQ(wave->status, Status::complete);
+    EXPECT_EQ(a.frame(), &cast->animation(u"Wave")->frames[2]) << "that one has no way out";
+}
+
+TEST(Pose, IsSpokenInAgainAndAgain) {
+    Rehearsal r;
+    const auto cast = explainingCast();
+    Actor& a = r.onStage("a", cast);
+    const acs::Frame* const pose = &cast->animation(u"Explain")->frames[1];
+    r.play(a, u"Explain");
+    r.speak(a, u"one two");
+    r.pass(500);
+    EXPECT_EQ(a.frame(), pose);
+    EXPECT_NE(a.mouth(), std::nullopt);
+    r.pass(3000);
+    EXPECT_EQ(a.frame(), pose);
+    Request think;
+    think.kind = Kind::think;
+    think.text = u"well";
+    r.ask(a, think);
+    r.speak(a, u"three");
+    for (int i = 0; i < 30; ++i) {
+        r.pass(50);
+        ASSERT_EQ(a.frame(), pose) << i;
+    }
+    const auto move = r.ask(a, moveTo(50, 50, 300));
+    for (int i = 0; i < 500 && move->status == Status::pending; ++i) {
+        r.pass(10);
+    }
+    EXPECT_EQ(a.frame(), &cast->animation(u"GoLeft")->frames[0]) << "another request leaves it";
+    r.pass(1000);
+    EXPECT_EQ(move->status, Status::complete);
+    EXPECT_EQ(a.frame(), &cast->animation(u"RestPose")->frames[0]) << "no pose is left of a way";
+}
+
+TEST(Pose, WithAReturnAnimationIsSpokenInToo) {
+    Rehearsal r;
+    auto cast = usualCast();
+    auto& present = cast->add(u"Present");
+    present.transition = acs::Transition::return_animation;
+    present.return_animation = u"PointReturn";
+    present.frames[0].mouths.resize(1);
+    Actor& a = r.onStage("a", cast);
+    r.play(a, u"Present");
+    r.pass(5000);
+    r.speak(a, u"one two");
+    r.pass(500);
+    EXPECT_EQ(a.frame(), present.frames.data());
+    r.pass(1000);
+    r.play(a, u"Wave");
+    r.pass(60);
+    EXPECT_EQ(a.frame(), cast->animation(u"PointReturn")->frames.data());
+}
+
+TEST(Pose, WithoutAMouthIsLeftForSpeaking) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    r.play(a, u"Point");
+    r.pass(1000);
+    r.speak(a, u"one two");
+    r.pass(50);
+    EXPECT_EQ(a.frame(), a.repertoire().animation(u"PointReturn")->frames.data());
+    r.pass(100);
+    EXPECT_EQ(a.frame(), a.repertoire().animation(u"Talk")->frames.data());
+}
+
+TEST(Pose, OfRestIsNoneToSpeakIn) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    r.play(a, u"RestPose");
+    r.pass(500);
+    r.speak(a, u"one two");
+    r.pass(50);
+    EXPECT_EQ(a.frame(), a.repertoire().animation(u"Talk")->frames.data());
+}
+
+TEST(Pose, OfTheSpeakingStateGoesWithTheWords) {
+    Rehearsal r;
+    auto cast = usualCast();
+    auto& talk = cast->add(u"Gesticulate");
+    talk.transition = acs::Transition::return_animation;
+    talk.return_animation = u"PointReturn";
+    talk.frames[0].mouths.resize(1);
+    cast->state(u"SPEAKING", {u"Gesticulate"});
+    Actor& a = r.onStage("a", cast);
+    r.speak(a, u"one two");
+    r.pass(900);
+    EXPECT_EQ(a.frame(), talk.frames.data());
+    r.pass(180);
+    EXPECT_EQ(a.frame(), cast->animation(u"PointReturn")->frames.data());
+    r.pass(100);
+    EXPECT_EQ(a.frame(), cast->animation(u"RestPose")->frames.data());
+    for (const bool stopped : {false, true}) {
+        const auto speak = r.speak(a, u"one two");
+        r.pass(500);
+        if (stopped) {
+            a.stop(speak);
+        }
+        r.pass(stopped ? 60 : 560);
+        EXPECT_EQ(a.frame(), cast->animation(u"PointReturn")->frames.data()) << stopped;
+        r.pass(500);
+    }
+}
+
+TEST(Pose, IsLeftByAStop) {
+    Rehearsal r;
+    const auto cast = explainingCast();
+    Actor& a = r.onStage("a", cast);
+    r.play(a, u"Explain");
+    r.pass(1000);
+    a.stop();
+    r.pass(50);
+    EXPECT_EQ(a.frame(), &cast->animation(u"Explain")->frames[2]);
+    r.pass(200);
+    EXPECT_EQ(a.frame(), &cast->animation(u"RestPose")->frames[0]);
+}
+
+TEST(Pose, OfAWayLastsAsLongAsTheWay) {
+    Rehearsal r;
+    auto cast = usualCast();
+    auto& fly = cast->add(u"Fly", 3);
+    for (acs::Frame& frame : fly.frames) {
+        frame.images.resize(1);
+    }
+    fly.frames[2] = acs::Frame{};
+    fly.frames[2].duration = 0;
+    fly.transition = acs::Transition::return_animation;
+    fly.return_animation = u"PointReturn";
+    cast->state(u"MOVINGLEFT", {u"Fly"});
+    Actor& a = r.onStage("a", cast);
+    r.ask(a, moveTo(1000, 0, 1000));
+    for (int i = 0; i < 9; ++i) {
+        r.pass(100);
+        ASSERT_EQ(a.frame(), fly.frames.data() + std::min(i, 1)) << i;
+    }
+    r.pass(150);
+    EXPECT_EQ(a.frame(), cast->animation(u"PointReturn")->frames.data());
+}
+
+TEST(Pose, AWayBackWithoutAnEndHoldsNobodyUp) {
+    Rehearsal r;
+    auto cast = usualCast();
+    auto& back = cast->add(u"Back", 2);
+    back.frames[1].branches = {{0, 100}};
+    auto& away = cast->add(u"Away");
+    away.transition = acs::Transition::return_animation;
+    away.return_animation = u"Back";
+    Actor& a = r.onStage("a", cast);
+    r.play(a, u"Away");
+    const auto wave = r.play(a, u"Wave");
+    r.pass(6000);
+    EXPECT_EQ(wave->status, Status::complete);
 }
 
 TEST(Hidden, PlayAndSpeakFailWhenTheirTurnComes) {
