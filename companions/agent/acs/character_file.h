@@ -152,6 +152,10 @@ struct Character {
     // Without letter case; null when there is none.
     const Animation* findAnimation(std::u16string_view name) const;
     const State* findState(std::u16string_view name) const;
+    // The name and texts for a language (LANGID): those of the very language, else of its main language (a text stored
+    // without a region, 0x0009, serves every region of it), else of the voice's language in the same way, else the
+    // first. Null where there are none.
+    const LocalizedName* nameFor(std::uint16_t language_id) const;
     bool operator==(const Character&) const = default;
 };
 

@@ -583,6 +583,51 @@ TEST(AcsFile, LoadsFromThePath) {
     EXPECT_FALSE(CharacterFile::load(testing::TempDir(), error));
 }
 
+// Written and read, with names told apart by their descriptions; a voice of that language where it is not 0.
+Character named(const std::vector<std::uint16_t>& languages, std::uint16_t own = 0) {
+    Character made;
+    made.width = made.height = 1;
+    for (const std::uint16_t language : languages) {
+        made.names.push_back({language, u"Dot", std::u16string(1, language), u""});
+    }
+    if (own != 0) {
+        made.voice = Voice{};
+        made.voice->choice = Voice::Choice{};
+        made.voice->choice->language_id = own;
+    }
+    std::string error;
+    const auto read_again = read(write(made), error);
+    EXPECT_TRUE(read_again) << error;
+    return read_again.value_or(Character{});
+}
+
+std::uint16_t chosen(const Character& character, std::uint16_t language) {
+    const LocalizedName* const name = character.nameFor(language);
+    return name ? name->language_id : std::uint16_t{0xFFFF};
+}
+
+TEST(AcsNames, StoredWithoutARegionServeEveryRegion) {
+    const Character character = named({0x0401, 0x0009, 0x000C});
+    EXPECT_EQ(chosen(character, 0x0409), 0x0009) << "English (United States)";
+    EXPECT_EQ(chosen(character, 0x0809), 0x0009) << "English (United Kingdom)";
+    EXPECT_EQ(chosen(character, 0x100C), 0x000C) << "French (Switzerland)";
+    EXPECT_EQ(chosen(character, 0x0009), 0x0009);
+}
+
+TEST(AcsNames, OfTheVeryLanguageComeBeforeThoseOfTheMainOne) {
+    const Character character = named({0x0009, 0x0407, 0x0409});
+    EXPECT_EQ(chosen(character, 0x0409), 0x0409);
+    EXPECT_EQ(chosen(character, 0x0809), 0x0009);
+}
+
+TEST(AcsNames, OfTheCharactersOwnLanguageComeBeforeTheFirst) {
+    EXPECT_EQ(chosen(named({0x0401, 0x040C, 0x000C}, 0x040C), 0x0411), 0x040C);
+    EXPECT_EQ(chosen(named({0x0401, 0x000C}, 0x040C), 0x0411), 0x000C);
+    EXPECT_EQ(chosen(named({0x0401, 0x0809}, 0x040C), 0x0411), 0x0401);
+    EXPECT_EQ(chosen(named({0x0401, 0x040C}), 0x0411), 0x0401);
+    EXPECT_EQ(named({}).nameFor(0x0409), nullptr);
+}
+
 TEST(AcsWriter, WritesTheTinyFileByteForByte) {
     Character character = accepted(tinyFile());
     character.palette.resize(1);
