@@ -187,10 +187,7 @@ class Character final : public CharacterPart {
     }
 
     Ptr<IDispatch> speak(const std::optional<std::u16string>& text, const std::optional<Label>& url) {
-        const std::u16string sound = url ? url->text : std::u16string();
-        if (!sound.empty()) {
-            requireLocal(sound);
-        }
+        const std::u16string sound = url ? localPath(url->text) : std::u16string();
         return queue({.kind = Kind::speak, .text = text.value_or(u""), .url = sound});
     }
 

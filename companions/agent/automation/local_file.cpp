@@ -3,6 +3,7 @@
 #include <string>
 
 #include "common/com/error.h"
+#include "companions/agent/stage/file_address.h"
 #include "companions/agent/stage/windows/system.h"
 
 namespace agent::automation {
@@ -20,19 +21,24 @@ char16_t lower(char16_t letter) {
     return static_cast<char16_t>(letter | 0x20);
 }
 
-} // namespace
-
 bool isOnADrive(std::u16string_view path) {
     return !(path.size() > 1 && isSlash(path[0]) && isSlash(path[1]));
 }
 
-void requireLocal(std::u16string_view path) {
+} // namespace
+
+std::u16string localPath(std::u16string_view named) {
+    const std::optional<std::u16string> path = stage::pathOf(named);
+    if (!path || path->empty() != named.empty()) {
+        throw murmelix::com::Error(E_INVALIDARG, u"\"" + std::u16string(named) + u"\" is no address of a file.");
+    }
     const std::u16string own = stage::windowsDirectory();
-    const bool own_drive = !hasDrive(path) || (hasDrive(own) && lower(path[0]) == lower(own[0]));
-    if (!isOnADrive(path) || (!own_drive && stage::isRemoteDrive(path[0]))) {
-        throw murmelix::com::Error(E_INVALIDARG, u"\"" + std::u16string(path) +
+    const bool own_drive = !hasDrive(*path) || (hasDrive(own) && lower((*path)[0]) == lower(own[0]));
+    if (!isOnADrive(*path) || (!own_drive && stage::isRemoteDrive((*path)[0]))) {
+        throw murmelix::com::Error(E_INVALIDARG, u"\"" + std::u16string(named) +
                                                      u"\" is not on this machine. Copy the file to a drive of it.");
     }
+    return *path;
 }
 
 } // namespace agent::automation

@@ -2,15 +2,15 @@
 // a pipe for ever: the server opens files of this machine alone, and says so.
 #pragma once
 
+#include <string>
 #include <string_view>
 
 namespace agent::automation {
 
-// A path of a drive, or one without any. Not the form that reaches another machine, a device or a pipe ("\\server\…",
-// "\\.\…", "\\?\…", with either slash).
-bool isOnADrive(std::u16string_view path);
-// Error for a path that isOnADrive rules out, and for one on a drive that is another machine's. The drive of the
-// Windows directory is this machine's, wherever it is kept.
-void requireLocal(std::u16string_view path);
+// The path that a client names, as it is or by a "file:" address. Error for the form that reaches another machine, a
+// device or a pipe ("\\server\…", "\\.\…", "\\?\…", with either slash), for one on a drive that is another
+// machine's, and for an address of nothing that can be a path. The drive of the Windows directory is this machine's,
+// wherever it is kept.
+std::u16string localPath(std::u16string_view named);
 
 } // namespace agent::automation

@@ -32,8 +32,7 @@ constexpr std::size_t most_waiting = 10'000;                                // r
 constexpr std::size_t most_waiting_text = 16 * murmelix::com::longest_text; // units of their texts
 
 bool isAbsolute(std::u16string_view path) {
-    const bool drive = path.size() > 2 && path[1] == u':' && (path[2] == u'\\' || path[2] == u'/');
-    return drive || !isOnADrive(path);
+    return path.size() > 2 && path[1] == u':' && (path[2] == u'\\' || path[2] == u'/');
 }
 
 bool isFile(const std::u16string& path) {
@@ -46,14 +45,13 @@ std::size_t textIn(const stage::Request& request) {
 }
 
 // The file that Load means: an absolute path, or a name in the characters' directory.
-std::u16string characterPath(std::u16string name) {
+std::u16string characterPath(std::u16string_view named) {
+    std::u16string name = localPath(named);
     if (!isAbsolute(name)) {
         if (name.empty() || name.find_first_of(u"\\/:*?\"<>|") != std::u16string::npos) {
             throw Error(E_INVALIDARG, u"\"" + name + u"\" is no name of a character file.");
         }
         name = stage::windowsDirectory() + u"\\msagent\\chars\\" + name;
-    } else {
-        requireLocal(name);
     }
     const bool suffixed = name.size() > 4 && sameName(std::u16string_view(name).substr(name.size() - 4), u".acs");
     if (!suffixed && !isFile(name)) {
@@ -130,12 +128,10 @@ Loaded& Client::load(const std::u16string& id, const std::u16string& file) {
             }
         }
     }
-    for (const acs::LocalizedName& name : character.names) {
-        if (actor.name.empty() || name.language_id == actor.manner.language_id) {
-            actor.name = name.name;
-            added->description = name.description;
-            added->extra_data = name.extra_data;
-        }
+    if (const acs::LocalizedName* name = character.nameFor(actor.manner.language_id)) {
+        actor.name = name->name;
+        added->description = name->description;
+        added->extra_data = name->extra_data;
     }
     try {
         loaded_.push_back(added);
