@@ -45,7 +45,7 @@ struct Extent {
 std::optional<Character> read(std::span<const std::uint8_t> file, std::string& error);
 
 // A character whose images and sounds stay in the file's bytes, which it owns, and are taken from there one at a time.
-// Opening refuses exactly the files that read() refuses. For one thread.
+// Opening refuses exactly the files that read() refuses. For one thread, but for sound().
 class CharacterFile {
   public:
     static std::optional<CharacterFile> open(std::vector<std::uint8_t> bytes, std::string& error);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 
@@ -13,34 +14,47 @@ namespace agent::stage {
 
 // What they may cost, wide enough for an animation whose sounds overlap: seen are 34 sounds in one character, one in a
 // frame.
-inline constexpr std::size_t most_sounds_of_actor = 4;          // at once; further ones are left out
+inline constexpr std::size_t most_sounds_of_actor = 4;          // at once, in the workshop too; others are left out
 inline constexpr std::size_t most_frame_sounds = 32;            // at once, of all characters: half of what can be mixed
 inline constexpr std::uint32_t longest_frame_sound_ms = 30'000; // the rest is left out
 inline constexpr std::size_t most_kept_samples = std::size_t{4} << 20; // of one character, decoded: three minutes
 
-// Each sound is decoded when it is first heard, and kept. Stays behind `output`.
+// The sound of a file at the mixing rate; null where it cannot be heard. For any thread.
+using DecodedSound = std::shared_ptr<const voice::Wave>;
+DecodedSound decodedSound(const acs::CharacterFile& file, std::uint16_t sound);
+
+// Carries out `work` on another thread, and then `done` on that of the stage.
+using Workshop = std::function<void(std::function<void()> work, std::function<void()> done)>;
+
+// Each sound is decoded in the workshop when it is first heard, and kept. Stays behind `output`.
 class FrameSounds {
   public:
-    explicit FrameSounds(voice::Output& output) : output_(output) {}
-    void play(ActorId actor, const acs::CharacterFile& file, std::uint16_t sound);
+    FrameSounds(voice::Output& output, Workshop workshop);
+    // Heard at once, the first time as soon as it is decoded.
+    void play(ActorId actor, const std::shared_ptr<const acs::CharacterFile>& file, std::uint16_t sound);
     // Of a character that has gone; what sounds goes on.
     void forget(ActorId actor) { actors_.erase(actor); }
 
-    // At the mixing rate; null where it cannot be heard.
-    using Decoded = std::shared_ptr<const voice::Wave>;
-    Decoded decoded(ActorId actor, const acs::CharacterFile& file, std::uint16_t sound);
-
   private:
-    struct Sounds {
-        std::size_t sounding = 0;
-        std::size_t samples = 0; // in `decoded`
-        std::map<std::uint16_t, Decoded> decoded;
+    struct Kept {
+        bool made = false;
+        DecodedSound sound;
     };
-    const std::shared_ptr<Sounds>& soundsOf(ActorId actor);
+    struct Sounds {
+        std::size_t sounding = 0, awaited = 0;
+        std::size_t samples = 0; // in `kept`
+        std::map<std::uint16_t, Kept> kept;
+    };
+    void make(const std::shared_ptr<Sounds>& sounds, const std::shared_ptr<const acs::CharacterFile>& file,
+              std::uint16_t sound);
+    void keep(Sounds& sounds, std::uint16_t sound, DecodedSound made);
+    void start(const std::shared_ptr<Sounds>& sounds, const DecodedSound& sound);
 
     voice::Output& output_;
+    Workshop workshop_;
     std::map<ActorId, std::shared_ptr<Sounds>> actors_;
     std::shared_ptr<std::size_t> sounding_ = std::make_shared<std::size_t>(0);
+    std::shared_ptr<FrameSounds*> self_; // goes with it: what comes from the workshop afterwards finds nobody
 };
 
 } // namespace agent::stage

@@ -24,8 +24,9 @@ struct Wave {
 // What of one sound is read at most, 115 MB of samples at the highest rate: longer than anything said in one breath.
 inline constexpr std::uint32_t longest_sound_ms = 10 * 60 * 1000;
 
-// A RIFF/WAVE file (PCM, 8 or 16 bits, one or two channels, 4 to 96 kHz) as a Wave; nothing, with the reason in
-// `error`, for anything else. What comes after `most_ms` is left out.
+// A RIFF/WAVE file (one or two channels, 4 to 96 kHz; PCM of 8 or 16 bits, or an encoding of encoded.h that the system
+// converts) as a Wave; nothing, with the reason in `error`, for anything else. What comes after `most_ms` is left out.
+// Takes its time: for a worker.
 std::optional<Wave> readWave(std::span<const std::uint8_t> file, std::string& error,
                              std::uint32_t most_ms = longest_sound_ms);
 std::vector<std::uint8_t> writeWave(const Wave& wave);

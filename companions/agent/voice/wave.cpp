@@ -4,12 +4,13 @@
 #include <cstring>
 #include <string_view>
 
+#include "companions/agent/voice/encoded.h"
+
 namespace agent::voice {
 
 namespace {
 
 constexpr int most_chunks = 1000; // looked through for the sound; files have a handful
-constexpr std::uint32_t least_rate = 4000, most_rate = 96000;
 constexpr std::uint32_t format_pcm = 1, format_extensible = 0xFFFE;
 
 std::uint32_t number(std::span<const std::uint8_t> bytes, std::size_t at, std::size_t size) {
@@ -39,7 +40,7 @@ std::optional<Format> readFormat(std::span<const std::uint8_t> chunk, std::strin
     }
     const Format format{number(chunk, 4, 4), number(chunk, 2, 2), number(chunk, 14, 2)};
     if (kind != format_pcm) {
-        error = "the sound is not PCM";
+        error = "the sound is in a format that is not known here";
     } else if (format.channels != 1 && format.channels != 2) {
         error = "the sound has neither one channel nor two";
     } else if (format.bits != 8 && format.bits != 16) {
@@ -54,9 +55,13 @@ std::optional<Format> readFormat(std::span<const std::uint8_t> chunk, std::strin
     return std::nullopt;
 }
 
+std::uint64_t samplesOf(std::uint32_t ms, std::uint32_t rate) {
+    return std::uint64_t{ms} * rate / 1000;
+}
+
 Wave readSamples(std::span<const std::uint8_t> data, const Format& format, std::uint32_t most_ms) {
     const std::size_t width = format.bits / 8, block = width * format.channels;
-    const std::uint64_t most = std::uint64_t{most_ms} * format.rate / 1000 * block;
+    const std::uint64_t most = samplesOf(most_ms, format.rate) * block;
     data = data.first(static_cast<std::size_t>(std::min<std::uint64_t>(data.size(), most)));
     Wave wave{format.rate, {}};
     wave.samples.reserve(data.size() / block);
@@ -67,6 +72,28 @@ Wave readSamples(std::span<const std::uint8_t> data, const Format& format, std::
             sum += width == 1 ? (static_cast<std::int32_t>(raw) - 128) * 256 : static_cast<std::int16_t>(raw);
         }
         wave.samples.push_back(static_cast<std::int16_t>(sum / static_cast<std::int32_t>(format.channels)));
+    }
+    return wave;
+}
+
+// At most `most_samples` are the sound's own, the rest fills its last block up.
+std::optional<Wave> readEncoded(std::span<const std::uint8_t> data, const EncodedFormat& format,
+                                std::uint64_t most_samples, std::string& error) {
+    const EncodedBlocks read = readEncodedBlocks(format, data, most_samples);
+    if (read.bytes.empty()) {
+        return Wave{format.rate, {}};
+    }
+    Wave wave{format.rate, {}};
+    wave.samples.reserve(static_cast<std::size_t>(read.samples));
+    const auto keep = [&](std::span<const std::int16_t> samples) {
+        for (; samples.size() >= format.channels && wave.samples.size() < read.samples;
+             samples = samples.subspan(format.channels)) {
+            const int sum = samples[0] + samples[format.channels - 1];
+            wave.samples.push_back(static_cast<std::int16_t>(sum / 2));
+        }
+    };
+    if (!decode(format, read.bytes, keep, error)) {
+        return std::nullopt;
     }
     return wave;
 }
@@ -83,16 +110,25 @@ std::optional<Wave> readWave(std::span<const std::uint8_t> file, std::string& er
         return std::nullopt;
     }
     std::optional<Format> format;
+    std::optional<EncodedFormat> encoded;
+    std::uint64_t own_samples = 0; // of an encoded sound; 0: not told
     std::size_t at = 12;
     for (int chunks = 0; chunks < most_chunks && file.size() - at >= 8; ++chunks) {
         const std::size_t declared = number(file, at + 4, 4), begin = at + 8;
         // A sound that was cut off, or written to a pipe with its length unknown, is heard as far as it goes.
         const std::span<const std::uint8_t> chunk = file.subspan(begin, std::min(declared, file.size() - begin));
         if (isNamed(file, at, "fmt ")) {
-            format = readFormat(chunk, error);
-            if (!format) {
+            const bool plain = chunk.size() < 2 || !encodingOf(number(chunk, 0, 2));
+            format = plain ? readFormat(chunk, error) : std::nullopt;
+            encoded = plain ? std::nullopt : readEncodedFormat(chunk, error);
+            if (!format && !encoded) {
                 return std::nullopt;
             }
+        } else if (isNamed(file, at, "fact") && chunk.size() >= 4) {
+            own_samples = number(chunk, 0, 4);
+        } else if (isNamed(file, at, "data") && encoded) {
+            const std::uint64_t most = samplesOf(most_ms, encoded->rate);
+            return readEncoded(chunk, *encoded, own_samples == 0 ? most : std::min(most, own_samples), error);
         } else if (isNamed(file, at, "data")) {
             if (!format) {
                 error = "the sound comes before its format";

@@ -8,6 +8,9 @@ namespace agent::voice {
 // What all speech, mixing and recording is in.
 inline constexpr std::uint32_t mix_rate = 22050;
 
+// What a sound file may have, in Hz.
+inline constexpr std::uint32_t least_rate = 4000, most_rate = 96000;
+
 // How long so many samples take, in ms. With 64 bits wherever it is built: in 32 the thousandfold of a sound overflows
 // after three minutes.
 constexpr std::uint64_t millisecondsOf(std::uint64_t samples, std::uint32_t rate) {

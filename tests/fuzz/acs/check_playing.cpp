@@ -88,12 +88,25 @@ class Checker {
             const bool endless = player.endless();
             for (int frames = 0; player.step(now); ++frames) {
                 require(frames < 70'000, "frames without duration do not go on for ever");
-                require(player.frame() != nullptr, "something shows");
+                requireShown(player.frame(), animation);
                 require(!player.playing() || !endless || player.endless(), "what is endless stays so");
                 require(player.playing() || !endless, "what is endless does not end");
             }
         }
         player.askStop(now);
+        letEnd(player, now);
+        player.start(std::shared_ptr<const acs::Animation>(file_, &animation), now);
+        for (int steps = 0; steps < most_steps && player.playing(); ++steps, now += step) {
+            player.step(now);
+        }
+        if (player.leave(now)) {
+            require(player.playing(), "whoever leaves goes on");
+            letEnd(player, now);
+            require(!player.leave(now), "what has been left is not left again");
+        }
+    }
+
+    static void letEnd(stage::AnimationPlayer& player, Time& now) {
         for (const Time end = now + 5000; player.playing(); now += step) {
             require(now <= end, "what is stopped ends within five seconds");
             for (int frames = 0; frames < 100 && player.step(now); ++frames) {
@@ -101,19 +114,30 @@ class Checker {
         }
     }
 
+    // One of the animation's frames, unless it is nothing but an end mark.
+    static void requireShown(const acs::Frame* shown, const acs::Animation& animation) {
+        const acs::Frame& last = animation.frames.back();
+        const bool mark = last.images.empty() && last.duration == 0;
+        require(shown != nullptr || (mark && animation.frames.size() == 1), "something shows");
+        require(shown != &last || !mark, "an end mark is never shown");
+    }
+
     void sounds() {
         std::uint64_t microseconds = 0;
         voice::Output output({}, [&microseconds] { return microseconds; });
-        stage::FrameSounds heard(output);
+        stage::FrameSounds heard(output, [](const auto& work, const auto& done) {
+            work();
+            done();
+        });
         for (std::size_t sound = 0; sound < std::min(file_->soundCount(), most_sounds); ++sound) {
             const auto number = static_cast<std::uint16_t>(sound);
-            if (const auto wave = heard.decoded(1, *file_, number)) {
+            if (const auto wave = stage::decodedSound(*file_, number)) {
                 require(wave->rate == voice::mix_rate && !wave->samples.empty(), "a sound can be mixed");
                 require(wave->milliseconds() <= stage::longest_frame_sound_ms, "a sound ends");
                 const auto moves = voice::mouthMoves(*wave);
                 require(!moves.empty() && moves.back().shape == acs::MouthShape::closed, "a mouth closes");
             }
-            heard.play(1, *file_, number);
+            heard.play(1, file_, number);
             microseconds += 10'000;
             output.tick();
         }

@@ -25,9 +25,26 @@ struct FrameSoundsTest : testing::Test {
     std::uint64_t microseconds = 0;
     std::vector<std::int16_t> heard;
     voice::Output output{{}, [this] { return microseconds; }, std::make_unique<Ear>(heard)};
-    FrameSounds sounds{output};
+    bool at_once = true; // what is brought to the workshop is done; else with work()
+    int brought = 0;
+    std::vector<std::function<void()>> jobs;
+    FrameSounds sounds{output, [this](const auto& work, const auto& done) {
+                           ++brought;
+                           jobs.push_back([work, done] {
+                               work();
+                               done();
+                           });
+                           if (at_once) {
+                               this->work();
+                           }
+                       }};
 
-    static acs::CharacterFile file(std::vector<std::vector<std::uint8_t>> bytes) {
+    void work() {
+        for (const auto& job : std::exchange(jobs, {})) {
+            job();
+        }
+    }
+    static std::shared_ptr<const acs::CharacterFile> file(std::vector<std::vector<std::uint8_t>> bytes) {
         acs::Character made;
         made.width = made.height = 1;
         made.sounds = std::move(bytes);
@@ -36,7 +53,7 @@ struct FrameSoundsTest : testing::Test {
         if (!opened) {
             throw std::runtime_error(error);
         }
-        return std::move(*opened);
+        return std::make_shared<const acs::CharacterFile>(std::move(*opened));
     }
     static std::vector<std::uint8_t> wave(std::int16_t level, std::uint32_t ms, std::uint32_t rate = voice::mix_rate) {
         return voice::writeWave({rate, std::vector<std::int16_t>(std::size_t{rate} * ms / 1000, level)});
@@ -61,14 +78,65 @@ TEST_F(FrameSoundsTest, AreHeard) {
 
 TEST_F(FrameSoundsTest, AreDecodedOnce) {
     const auto character = file({wave(100, 50, 11025), wave(1, 50)});
-    const auto first = sounds.decoded(1, character, 0);
-    ASSERT_TRUE(first);
-    EXPECT_EQ(first->rate, voice::mix_rate);
-    sounds.decoded(1, character, 1);
-    EXPECT_EQ(sounds.decoded(1, character, 0), first);
-    EXPECT_NE(sounds.decoded(2, character, 0), first) << "of another character";
+    for (int time = 0; time < 3; ++time) {
+        sounds.play(1, character, 0);
+        sounds.play(1, character, 1);
+    }
+    EXPECT_EQ(brought, 2);
+    sounds.play(2, character, 0);
+    EXPECT_EQ(brought, 3) << "of another character";
     sounds.forget(1);
-    EXPECT_NE(sounds.decoded(1, character, 0), first);
+    sounds.play(1, character, 0);
+    EXPECT_EQ(brought, 4);
+}
+
+TEST_F(FrameSoundsTest, AreHeardAsSoonAsTheyAreDecoded) {
+    at_once = false;
+    const auto character = file({wave(100, 50)});
+    sounds.play(1, character, 0);
+    sounds.play(1, character, 0);
+    pass(100);
+    EXPECT_TRUE(heard.empty());
+    EXPECT_EQ(brought, 1) << "awaited already";
+    work();
+    pass(100);
+    EXPECT_EQ(loudest(), 100) << "once";
+    EXPECT_EQ(std::ranges::count(heard, 100), 22050 / 20);
+    sounds.play(1, character, 0);
+    heard.clear();
+    pass(100);
+    EXPECT_EQ(loudest(), 100) << "at once the next time";
+}
+
+TEST_F(FrameSoundsTest, OfACharacterThatHasGoneComeTooLate) {
+    at_once = false;
+    const auto character = file({wave(100, 50)});
+    sounds.play(1, character, 0);
+    sounds.forget(1);
+    work();
+    pass(100);
+    EXPECT_TRUE(heard.empty());
+    std::optional<FrameSounds> other(std::in_place, output, [this](const auto& work, const auto& done) {
+        jobs.push_back(work);
+        jobs.push_back(done);
+    });
+    other->play(1, character, 0);
+    other.reset();
+    work();
+    pass(100);
+    EXPECT_TRUE(heard.empty());
+}
+
+TEST_F(FrameSoundsTest, OfOneCharacterDoNotCrowdTheWorkshop) {
+    at_once = false;
+    const auto character = file(std::vector(100, wave(100, 50)));
+    for (std::uint16_t sound = 0; sound < 100; ++sound) {
+        sounds.play(1, character, sound);
+    }
+    EXPECT_EQ(brought, static_cast<int>(most_sounds_of_actor));
+    work();
+    sounds.play(1, character, 99);
+    EXPECT_EQ(brought, static_cast<int>(most_sounds_of_actor) + 1) << "another time";
 }
 
 // A frame of 10 ms that goes round, with a sound of half a minute.
@@ -100,15 +168,19 @@ TEST_F(FrameSoundsTest, AreHeardForHalfAMinuteAndKeptForThree) {
     const auto character =
         file({wave(1, 31'000, 8000), wave(2, 31'000, 8000), wave(3, 31'000, 8000), wave(4, 31'000, 8000),
               wave(5, 31'000, 8000), wave(6, 31'000, 8000), wave(7, 31'000, 8000)});
-    const auto first = sounds.decoded(1, character, 0);
+    const auto first = decodedSound(*character, 0);
     ASSERT_TRUE(first);
     EXPECT_EQ(first->samples.size(), 30U * voice::mix_rate);
-    for (std::uint16_t other = 1; other < 6; ++other) {
-        sounds.decoded(1, character, other);
+    for (std::uint16_t sound = 0; sound < 6; ++sound) {
+        sounds.play(1, character, sound);
     }
-    EXPECT_EQ(sounds.decoded(1, character, 0), first);
-    sounds.decoded(1, character, 6);
-    EXPECT_NE(sounds.decoded(1, character, 0), first);
+    sounds.play(1, character, 0);
+    EXPECT_EQ(brought, 6);
+    sounds.play(1, character, 6);
+    sounds.play(1, character, 0);
+    EXPECT_EQ(brought, 8);
+    sounds.play(1, character, 6);
+    EXPECT_EQ(brought, 8);
 }
 
 TEST_F(FrameSoundsTest, ThatAreNoneAreSilent) {

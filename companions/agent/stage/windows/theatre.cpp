@@ -69,20 +69,20 @@ std::uint64_t Clock::microseconds() const {
     return static_cast<std::uint64_t>(passed.count() * speed_);
 }
 
-Theatre::Reader::Reader() : thread_([this](const std::stop_token& stop) { run(stop); }) {}
+Theatre::Worker::Worker() : thread_([this](const std::stop_token& stop) { run(stop); }) {}
 
-Theatre::Reader::~Reader() {
+Theatre::Worker::~Worker() {
     thread_.request_stop();
     changed_.notify_all();
 }
 
-void Theatre::Reader::add(std::function<void()> task) {
+void Theatre::Worker::add(std::function<void()> task) {
     const std::lock_guard lock(mutex_);
     tasks_.push_back(std::move(task));
     changed_.notify_all();
 }
 
-void Theatre::Reader::run(const std::stop_token& stop) {
+void Theatre::Worker::run(const std::stop_token& stop) {
     while (true) {
         std::function<void()> task;
         {
@@ -100,7 +100,13 @@ void Theatre::Reader::run(const std::stop_token& stop) {
 
 Theatre::Theatre(MessageWindow& messages, voice::Service& service, voice::Output& output, Hand hand)
     : messages_(messages), service_(service), output_(output), hand_(std::move(hand)), screens_(readScreens()),
-      resolution_(scaleOf(readResolution(messages.handle()))), frame_sounds_(output) {
+      resolution_(scaleOf(readResolution(messages.handle()))),
+      frame_sounds_(output, [this](const auto& work, const auto& done) {
+          decoder_.add([this, work, done] {
+              work();
+              messages_.post(done);
+          });
+      }) {
     messages_.onScreensChanged([this](std::optional<int> resolution) {
         changeScreens(readScreens(), resolution ? scaleOf(*resolution) : resolution_);
     });
@@ -265,7 +271,7 @@ void Theatre::drawn(Actor& actor) {
 
 void Theatre::frameSound(Actor& actor, std::uint16_t sound) {
     if (const Figure* found = figure(actor.id()); found && audible_) {
-        frame_sounds_.play(actor.id(), *found->file, sound);
+        frame_sounds_.play(actor.id(), found->file, sound);
     }
 }
 

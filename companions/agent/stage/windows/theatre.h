@@ -81,11 +81,11 @@ class Theatre final : public Effects {
         voice::Service::Order service = 0; // 0: of a sound file
         std::function<void(std::optional<voice::Speech>)> done;
     };
-    // Reads sound files, one after another, so that no slow disk holds up the stage.
-    class Reader {
+    // Does one thing after another on a thread of its own, so that nothing slow holds up the stage.
+    class Worker {
       public:
-        Reader();
-        ~Reader();
+        Worker();
+        ~Worker();
         void add(std::function<void()> task);
 
       private:
@@ -115,7 +115,9 @@ class Theatre final : public Effects {
     std::map<SpeechOrder, Order> orders_;
     SpeechOrder last_order_ = 0;
     bool audible_ = true;
-    Reader reader_; // last: its thread ends first
+    // Last: their threads end first. A slow disk, from which the one reads sound files, must not make those of frames
+    // come late, which the other decodes.
+    Worker reader_, decoder_;
 };
 
 } // namespace agent::stage
