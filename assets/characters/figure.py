@@ -161,7 +161,9 @@ class Figure:
         outward = -1 if side == 0 else 1
         aside = self.spread * max(0.0, min(1.0, u * 4)) * max(0.0, min(1.0, v + 0.3))
         x += outward * (u * self.arm[0] + aside)
-        return max(self.margin, min(SIZE - self.margin, x)), min(self.floor, y - v * self.arm[0])
+        y = min(self.floor, y - v * self.arm[0])
+        leant = math.sin(math.radians(pose["lean"])) * (GROUND - y)
+        return max(self.margin - leant, min(SIZE - self.margin - leant, x)), y
 
     def limb(self, pose, side):
         """The curve of an arm from shoulder to hand, its elbow outward and below."""

@@ -16,12 +16,17 @@
 #include <functional>
 #include <nlohmann/json.hpp>
 #include <set>
+#include <span>
+#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "companions/agent/acs/reader.h"
 #include "companions/agent/acs/writer.h"
+#include "companions/agent/stage/composer.h"
+#include "tests/unit/stage/rehearsal.h"
+#include "tests/unit/voice/encoded_files.h"
 #include "tools/acsbuild/manifest.h"
 #include "tools/acsbuild/palette.h"
 #include "tools/acsbuild/picture.h"
@@ -241,6 +246,135 @@ TEST_F(Acsbuild, APictureWithoutAnOpaquePixelIsLeftOut) {
     const acs::Character character = written(manifest);
     EXPECT_TRUE(character.images.empty());
     EXPECT_TRUE(character.animations[0].frames[0].images.empty());
+}
+
+// As most characters are made: red at rest, blue and yellow to its own left and right, green in a pose with a mouth
+// that is left by exit branches behind the end, MS-ADPCM, names of languages without a region.
+class CharacterOfOthers : public Acsbuild {
+  protected:
+    CharacterOfOthers() {
+        json manifest = smallest();
+        const auto draws = [&](const char* name, std::uint32_t colour) {
+            writePng(std::string(name) + ".png", picture(4, 3, std::vector(12, colour)));
+            manifest["images"][name] = {{"file", std::string(name) + ".png"}};
+        };
+        draws("red", red);
+        draws("blue", blue);
+        draws("green", green);
+        draws("yellow", yellow);
+        draws("grey", grey);
+        writePng("mouth.png", picture(1, 1, {blue}));
+        manifest["images"]["mouth"] = {{"file", "mouth.png"}};
+        const auto bytes = agent::voice::encodedFile({}, agent::voice::tone(11025, 1, 200));
+        sound_.assign(bytes.begin(), bytes.end());
+        writeFile("adpcm.wav", sound_);
+        manifest["sounds"] = {{"adpcm", "adpcm.wav"}};
+        manifest["names"] = {{{"language", 0x0401}, {"name", "Nuqta"}}, {{"language", 0x0009}, {"name", "Dot"}}};
+        const auto frame = [](const char* image) { return json{{"duration", 10}, {"images", {{{"image", image}}}}}; };
+        const json end_mark = {{"duration", 0}};
+        json pose = frame("green");
+        pose["mouths"] = {{"wide1", {{"image", "mouth"}}}};
+        pose["branches"] = {{{"to", 3}, {"percent", 100}}};
+        pose["exit"] = 2;
+        json heard = frame("grey");
+        heard["sound"] = "adpcm";
+        const auto moving = [&](const char* name, const char* image) {
+            return json{{"name", name}, {"transition", "none"}, {"frames", {frame(image), end_mark}}};
+        };
+        manifest["animations"] = {
+            {{"name", "RestPose"}, {"transition", "none"}, {"frames", {frame("red")}}},
+            {{"name", "Explain"}, {"transition", "exits"}, {"frames", {heard, pose, frame("grey"), end_mark}}},
+            moving("Left", "blue"),
+            moving("Right", "yellow")};
+        manifest["states"] = {{"MOVINGLEFT", {"Left"}},
+                              {"MOVINGRIGHT", {"Right"}},
+                              {"GESTURINGLEFT", {"Left"}},
+                              {"GESTURINGRIGHT", {"Right"}},
+                              {"SPEAKING", {"RestPose"}}};
+        std::string error;
+        auto file = acs::CharacterFile::open(acs::write(build(manifest)), error);
+        if (!file) {
+            throw std::runtime_error(error);
+        }
+        file_ = std::make_shared<const acs::CharacterFile>(std::move(*file));
+        actor_ = &rehearsal_.onStage("dot", std::make_shared<agent::stage::FileRepertoire>(file_));
+        actor_->place(100, 100, agent::stage::MoveCause::program);
+    }
+
+    agent::stage::RequestRef ask(agent::stage::Kind kind, int x, int y, int speed = 0) {
+        agent::stage::Request request;
+        request.kind = kind;
+        request.x = x;
+        request.y = y;
+        request.speed = speed;
+        return rehearsal_.ask(*actor_, request);
+    }
+    // What shows at the right below, where no mouth is.
+    std::uint32_t shown() {
+        agent::stage::compose(*file_, actor_->frame(), actor_->mouth(), raster_);
+        return raster_.pixels.back();
+    }
+
+    static constexpr std::uint32_t yellow = 0xFFFFFF00, grey = 0xFF808080;
+    std::string sound_;
+    std::shared_ptr<const acs::CharacterFile> file_;
+    agent::stage::Rehearsal rehearsal_;
+    agent::stage::Actor* actor_ = nullptr;
+    agent::stage::Raster raster_;
+};
+
+TEST_F(CharacterOfOthers, PointsAndGoesToTheRightOfTheScreenByItsOwnLeft) {
+    using agent::stage::Kind;
+    for (const Kind kind : {Kind::gesture_at, Kind::move_to}) {
+        ask(kind, 900, 100, 500);
+        rehearsal_.pass(50);
+        EXPECT_EQ(shown(), blue);
+        rehearsal_.pass(1000);
+        ask(kind, -900, 100, 500);
+        rehearsal_.pass(50);
+        EXPECT_EQ(shown(), yellow);
+        rehearsal_.pass(1000);
+    }
+}
+
+TEST_F(CharacterOfOthers, IsSeenAllTheWay) {
+    const auto move = ask(agent::stage::Kind::move_to, 900, 100, 2000);
+    rehearsal_.pass(20);
+    for (int passed = 20; passed < 2000; passed += 20) {
+        ASSERT_EQ(shown(), blue) << passed << " ms";
+        rehearsal_.pass(20);
+    }
+    rehearsal_.pass(100);
+    EXPECT_TRUE(move->over());
+    EXPECT_EQ(shown(), red);
+}
+
+TEST_F(CharacterOfOthers, SpeaksInItsPoseAndLeavesItByItsExit) {
+    rehearsal_.play(*actor_, u"Explain");
+    rehearsal_.pass(3000);
+    EXPECT_EQ(shown(), green);
+    rehearsal_.speak(*actor_, u"one two");
+    rehearsal_.pass(300);
+    EXPECT_EQ(shown(), green);
+    EXPECT_EQ(raster_.pixels.front(), blue) << "the mouth";
+    rehearsal_.pass(2000);
+    EXPECT_EQ(shown(), green);
+    rehearsal_.play(*actor_, u"RestPose");
+    rehearsal_.pass(50);
+    EXPECT_EQ(shown(), grey);
+    rehearsal_.pass(100);
+    EXPECT_EQ(shown(), red);
+}
+
+TEST_F(CharacterOfOthers, IsNamedAndHeardAsItsFileSays) {
+    ASSERT_NE(file_->character().nameFor(0x0409), nullptr);
+    EXPECT_EQ(file_->character().nameFor(0x0409)->name, u"Dot");
+    ASSERT_EQ(file_->soundCount(), 1U);
+    EXPECT_TRUE(std::ranges::equal(file_->sound(0), std::as_bytes(std::span(sound_)),
+                                   [](std::uint8_t a, std::byte b) { return a == std::to_integer<std::uint8_t>(b); }));
+    rehearsal_.play(*actor_, u"Explain");
+    rehearsal_.pass(10);
+    EXPECT_THAT(rehearsal_.taken(), testing::Contains("dot noise 0"));
 }
 
 TEST(AcsbuildPalette, UpTo255ColoursAreExact) {

@@ -119,6 +119,17 @@ TEST_P(Characters, PointAndGoTheWayOfTheState) {
     EXPECT_GT(extent(u"GestureLeft").second, 114);
 }
 
+TEST_P(Characters, AreNotCutOffAtTheSidesWhereTheyPointAndGo) {
+    for (const char16_t* name : {u"GestureLeft", u"GestureRight", u"MoveLeft", u"MoveRight", u"GestureUp", u"MoveUp"}) {
+        for (const acs::Frame& frame : character_.findAnimation(name)->frames) {
+            for (const acs::FrameImage& shown : frame.images) {
+                EXPECT_GT(shown.x, 0) << murmelix::toUtf8(name);
+                EXPECT_LT(shown.x + character_.images[shown.image].width, character_.width) << murmelix::toUtf8(name);
+            }
+        }
+    }
+}
+
 // The seven shapes differ, lie inside the figure, and the closed one is what the pose shows.
 TEST_P(Characters, SpeakWithSevenMouths) {
     for (const char16_t* name : {u"RestPose", u"Speak", u"Explain"}) {
