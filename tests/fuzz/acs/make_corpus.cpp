@@ -3,6 +3,7 @@
 #include "companions/agent/voice/wave.h"
 #include "tests/unit/acs/sample_character.h"
 #include "tests/unit/acs/tiny_file.h"
+#include "tests/unit/voice/encoded_files.h"
 
 #include <cstdio>
 #include <filesystem>
@@ -35,6 +36,28 @@ int main(int argument_count, char** arguments) {
         frame.branches = {{0, 60}, {1, 40}};
     }
     saved = saved && save("playing.acs", agent::acs::write(playing));
+    // A pose that is left by its exit, behind it an end mark, and sounds that a converter has to decode.
+    agent::acs::Character posing = character;
+    posing.sounds = {
+        agent::voice::encodedFile({}, agent::voice::tone(11025, 1, 100)),
+        agent::voice::encodedFile({agent::voice::Encoding::ima_adpcm, 8000, 2, 64}, agent::voice::tone(8000, 2, 50))};
+    posing.names.push_back({0x0009, u"Sample", u"", u""});
+    posing.animations.push_back(posing.animations[1]);
+    agent::acs::Animation& pose = posing.animations.back();
+    pose.name = u"Pose";
+    pose.transition = agent::acs::Transition::exit_branches;
+    pose.return_animation.clear();
+    pose.frames.resize(4, pose.frames[0]);
+    for (agent::acs::Frame& frame : pose.frames) {
+        frame.branches.clear();
+        frame.exit_frame = agent::acs::exit_none;
+        frame.sound = 1;
+    }
+    pose.frames[1].branches = {{3, 100}};
+    pose.frames[1].exit_frame = 2;
+    pose.frames[3] = agent::acs::Frame{};
+    pose.frames[3].duration = 0;
+    saved = saved && save("posing.acs", agent::acs::write(posing));
     character.voice.reset();
     character.balloon.reset();
     character.tray_icon.reset();
