@@ -85,7 +85,20 @@ HRESULT report(const Error& error, EXCEPINFO* exception) {
 
 class Enumerator final : public Counted<IEnumVARIANT> {
   public:
-    explicit Enumerator(std::vector<Variant> values, std::size_t at = 0) : values_(std::move(values)), at_(at) {}
+    Enumerator(std::vector<Variant> values, std::shared_ptr<Holder> holder, std::size_t at = 0)
+        : values_(std::move(values)), holder_(std::move(holder)), at_(at) {
+        if (holder_) {
+            holder_->joined(this);
+        }
+        Served::countAlive(1);
+    }
+    ~Enumerator() override {
+        if (holder_) {
+            holder_->left(this);
+        }
+        values_.clear();
+        Served::countAlive(-1);
+    }
 
     HRESULT STDMETHODCALLTYPE Next(ULONG wanted, VARIANT* values, ULONG* fetched) override {
         if (!values) {
@@ -117,7 +130,7 @@ class Enumerator final : public Counted<IEnumVARIANT> {
         if (!copy) {
             return E_POINTER;
         }
-        *copy = new Enumerator(values_, at_);
+        *copy = new Enumerator(values_, holder_, at_);
         return S_OK;
     }
 
@@ -125,6 +138,7 @@ class Enumerator final : public Counted<IEnumVARIANT> {
     bool answers(REFIID iid) const override { return IsEqualIID(iid, IID_IEnumVARIANT); }
 
     std::vector<Variant> values_;
+    std::shared_ptr<Holder> holder_;
     std::size_t at_;
 };
 
@@ -311,11 +325,11 @@ HRESULT Served::Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* paramete
     }
 }
 
-Variant enumerate(std::vector<Variant> values) {
+Variant enumerate(std::vector<Variant> values, std::shared_ptr<Holder> holder) {
     VARIANT raw;
     VariantInit(&raw);
     raw.vt = VT_UNKNOWN;
-    raw.punkVal = new Enumerator(std::move(values));
+    raw.punkVal = new Enumerator(std::move(values), std::move(holder));
     Variant result(raw);
     raw.punkVal->Release();
     return result;

@@ -5,7 +5,7 @@
 //                                                             for its default value, of which it is asked
 //   Ptr<IDispatch>       an object, null for Nothing
 //   Variant              whatever was given, as it is
-//   std::optional<T>     a T that may be left out
+//   std::optional<T>     a T that may be left out; Empty counts as left out, unless T has a refuses_empty
 //   a class of one's own that has a static of(const Variant&)
 #pragma once
 
@@ -56,7 +56,9 @@ struct IsOptional<std::optional<T>> : std::true_type {};
 template <class T>
 T argument(const Variant& given) {
     if constexpr (IsOptional<T>::value) {
-        return given.isOmitted() ? T() : T(argument<typename T::value_type>(given));
+        constexpr bool refuses_empty = requires { T::value_type::refuses_empty; };
+        const bool omitted = given.isOmitted() && !(refuses_empty && given.type() == VT_EMPTY);
+        return omitted ? T() : T(argument<typename T::value_type>(given));
     } else if constexpr (std::same_as<T, Variant>) {
         return given;
     } else if constexpr (std::same_as<T, Ptr<IDispatch>>) {
@@ -287,7 +289,16 @@ Ptr<T> make(Arguments&&... arguments) {
     return Ptr<T>::adopt(new T(std::forward<Arguments>(arguments)...));
 }
 
-// An IEnumVARIANT over a copy of the values, as an IUnknown in a Variant (for the member -4).
-Variant enumerate(std::vector<Variant> values);
+// Is told of the enumerators that a client comes to hold, so that they can be taken from one that died.
+class Holder {
+  public:
+    virtual ~Holder() = default;
+    virtual void joined(IUnknown* object) = 0;
+    virtual void left(IUnknown* object) = 0;
+};
+
+// An IEnumVARIANT over a copy of the values, as an IUnknown in a Variant (for the member -4). It is alive as other
+// objects are.
+Variant enumerate(std::vector<Variant> values, std::shared_ptr<Holder> holder = nullptr);
 
 } // namespace murmelix::com

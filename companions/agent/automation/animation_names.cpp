@@ -20,7 +20,7 @@ class AnimationNames final : public CharacterPart {
         for (const acs::Animation& animation : loaded().file->character().animations) {
             names.emplace_back(animation.name);
         }
-        return murmelix::com::enumerate(std::move(names));
+        return murmelix::com::enumerate(std::move(names), client());
     }
 };
 

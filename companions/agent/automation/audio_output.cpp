@@ -3,6 +3,8 @@
 namespace agent::automation {
 namespace {
 
+constexpr std::int16_t available = 0, not_installed = 1; // of Status
+
 class AudioOutput final : public ClientObject {
   public:
     explicit AudioOutput(std::shared_ptr<Client> client) : ClientObject(std::move(client)) {}
@@ -13,8 +15,9 @@ class AudioOutput final : public ClientObject {
         static const Members<AudioOutput> all{
             property(L"Enabled", 1, &AudioOutput::enabled),
             property(L"SoundEffects", 2, &AudioOutput::enabled),
-            // Where there is no device sound passes on the clock: it is available all the same.
-            property(L"Status", 3, [](const AudioOutput&) { return std::int16_t{0}; }),
+            property(
+                L"Status", 3,
+                [](const AudioOutput& self) { return self.server().output().hasDevice() ? available : not_installed; }),
         };
         return all;
     }

@@ -9,7 +9,8 @@ namespace {
 constexpr std::size_t longest_font_name = 31; // of Windows
 constexpr std::int32_t largest_font = 72;     // points
 constexpr int points_an_inch = 72, pixels_an_inch = 96;
-constexpr int bold = 700; // the weight from which letters are bold
+constexpr std::uint32_t characters_mask = 0x00FF0000, lines_mask = 0xFF000000; // of Style; 0 leaves what is there
+constexpr int bold = 700;                                                      // the weight from which letters are bold
 
 std::int32_t colour(std::uint32_t value) {
     return static_cast<std::int32_t>(value);
@@ -76,7 +77,9 @@ class Balloon final : public CharacterPart {
 
     bool visible() const { return actor().balloonOpen(); }
     void setVisible(bool visible) {
-        if (!visible) {
+        if (visible) {
+            actor().showBalloon();
+        } else {
             actor().hideBalloon();
         }
     }
@@ -85,7 +88,17 @@ class Balloon final : public CharacterPart {
     void setFontCharSet(std::int16_t set) { look().character_set = static_cast<std::uint8_t>(set & 0xFF); }
 
     std::int32_t style() const { return static_cast<std::int32_t>(actor().balloon_style); }
-    void setStyle(std::int32_t style) { actor().balloon_style = static_cast<std::uint32_t>(style); }
+    void setStyle(std::int32_t style) {
+        auto wanted = static_cast<std::uint32_t>(style);
+        const std::uint32_t now = actor().balloon_style;
+        for (const std::uint32_t part : {characters_mask, lines_mask}) {
+            wanted |= (wanted & part) == 0 ? now & part : 0;
+        }
+        if (!loaded().file->character().balloon) {
+            wanted &= ~stage::balloon_on;
+        }
+        actor().balloon_style = wanted;
+    }
 };
 
 } // namespace

@@ -1,10 +1,12 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <filesystem>
 
 #include "common/text.h"
 #include "companions/agent/automation/local_file.h"
 #include "companions/agent/automation/objects.h"
+#include "companions/agent/voice/tags.h"
 
 namespace agent::automation {
 namespace {
@@ -17,8 +19,7 @@ constexpr std::int32_t default_move = 1000;   // ms, where MoveTo names no speed
 constexpr std::int32_t longest_move = 600000; // ms
 constexpr std::int32_t default_speed = 170;   // words a minute, where neither the voice nor the character names one
 constexpr std::int32_t no_recognition = 1;    // of SRStatus
-constexpr std::int16_t is_active = 2, is_not_active = 1;
-constexpr std::int32_t to_top = 2; // of Activate
+constexpr std::int16_t not_active = 0, active_client = 1, topmost = 2; // of Active and Activate
 
 std::u16string textOf(const acs::Guid& guid) {
     const auto at = [&](std::size_t i) { return static_cast<unsigned>(guid[i]); };
@@ -34,6 +35,27 @@ int side(std::int16_t pixels) {
         throw Error(E_INVALIDARG, u"A character is at least one pixel wide and high.");
     }
     return pixels;
+}
+
+bool isLocalFile(const std::u16string& named) {
+    try {
+        const std::u16string path = localPath(named);
+        std::error_code none;
+        return path.find(u'\0') == path.npos && std::filesystem::is_regular_file(std::filesystem::path(path), none);
+    } catch (const Error&) {
+        return false;
+    }
+}
+
+// The names in a list parted by commas.
+std::vector<std::u16string> listed(const std::u16string& list) {
+    std::vector<std::u16string> names;
+    for (std::size_t at = 0; at <= list.size();) {
+        const std::size_t comma = std::min(list.find(u',', at), list.size());
+        names.emplace_back(murmelix::trim(std::u16string_view(list).substr(at, comma - at)));
+        at = comma + 1;
+    }
+    return names;
 }
 
 // The kinds of a list parted by commas; nothing for a list without any.
@@ -54,7 +76,9 @@ std::optional<std::vector<stage::StopKind>> stopKinds(const std::u16string& list
             kinds.push_back(stage::StopKind::play);
         } else if (sameName(name, u"Speak")) {
             kinds.push_back(stage::StopKind::speak);
-        } else if (!sameName(name, u"Get") && !sameName(name, u"NonQueuedGet")) {
+        } else if (sameName(name, u"Get")) {
+            kinds.push_back(stage::StopKind::get);
+        } else if (!sameName(name, u"NonQueuedGet")) { // over as soon as it is asked for
             throw Error(E_INVALIDARG, u"\"" + std::u16string(name) + u"\" is no kind of request.");
         }
     }
@@ -110,8 +134,8 @@ class Character final : public CharacterPart {
                      [](const Character& self) { return static_cast<std::int16_t>(self.actor().moveCause()); }),
             property(L"VisibilityCause", 33,
                      [](const Character& self) { return static_cast<std::int16_t>(self.actor().visibilityCause()); }),
-            // Every client has characters of its own.
-            property(L"HasOtherClients", 34, [](const Character&) { return false; }),
+            property(L"HasOtherClients", 34,
+                     [](const Character& self) { return self.server().hasOtherClients(self.loaded()); }),
             property(
                 L"SoundEffectsOn", 35, [](const Character& self) { return self.actor().sound_effects_on; },
                 [](Character& self, bool on) { self.actor().sound_effects_on = on; }),
@@ -133,8 +157,7 @@ class Character final : public CharacterPart {
                 L"SRModeID", 46, [](const Character&) { return u""; },
                 [](Character&, const Variant&) { refuseSpeechInput(); }),
             property(
-                L"TTSModeID", 47, [](const Character& self) { return self.loaded().tts_mode; },
-                [](Character& self, Label mode) { self.loaded().tts_mode = std::move(mode.text); }),
+                L"TTSModeID", 47, [](const Character& self) { return self.ownVoice(); }, &Character::setTtsModeId),
             property(
                 L"HelpFile", 48, [](const Character& self) { return self.loaded().help_file; },
                 [](Character& self, Label file) { self.loaded().help_file = std::move(file.text); }),
@@ -191,7 +214,9 @@ class Character final : public CharacterPart {
         return queue({.kind = Kind::speak, .text = text.value_or(u""), .url = sound});
     }
 
-    Ptr<IDispatch> think(const std::u16string& text) { return queue({.kind = Kind::think, .text = text}); }
+    Ptr<IDispatch> think(const std::u16string& text) {
+        return queue({.kind = Kind::think, .text = voice::readTags(text, actor().manner, {}).shown});
+    }
 
     Ptr<IDispatch> gestureAt(std::int16_t x, std::int16_t y) {
         return queue({.kind = Kind::gesture_at, .x = x, .y = y});
@@ -235,30 +260,60 @@ class Character final : public CharacterPart {
     }
 
     bool activate(std::optional<std::int32_t> state) {
-        const std::int32_t wanted = state.value_or(to_top);
-        if (wanted < 0 || wanted > to_top) {
+        const std::int32_t wanted = state.value_or(topmost);
+        if (wanted < not_active || wanted > topmost) {
             throw Error(E_INVALIDARG, u"A character is activated by 0, 1 or 2.");
         }
         if (!actor().visible()) {
             return false;
         }
-        if (wanted == to_top) {
+        if (wanted == topmost) {
             server().activate(actor().id());
+        } else if (wanted == active_client) {
+            server().claim(loaded());
+        } else {
+            server().giveUp(loaded());
         }
         return true;
     }
 
-    std::int16_t active() const { return server().active() == actor().id() ? is_active : is_not_active; }
+    std::int16_t active() const {
+        if (server().active() == actor().id()) {
+            return topmost;
+        }
+        return server().isActiveClient(loaded()) ? active_client : not_active;
+    }
 
-    // All of a character is there once it is loaded: what Get asks for is so at once.
-    Ptr<IDispatch> get(const Label& type, const Label&, const std::optional<Variant>&) {
-        if (!sameName(type.text, u"Animation") && !sameName(type.text, u"State") && !sameName(type.text, u"WaveFile")) {
+    // The file's; empty where it names none.
+    std::u16string ownVoice() const {
+        const auto& voice = file().voice;
+        return voice && voice->mode != acs::Guid{} ? textOf(voice->mode) : u"";
+    }
+    void setTtsModeId(const Label& mode) {
+        if (!mode.text.empty() && !sameName(mode.text, ownVoice())) {
+            throw Error(E_INVALIDARG, u"There is no voice \"" + mode.text + u"\".");
+        }
+    }
+
+    // All that a character has is there once it is loaded: Get finds out whether it is.
+    Ptr<IDispatch> get(const Label& type, const Label& names, std::optional<bool> queued) {
+        stage::Failure failure = stage::Failure::none;
+        if (sameName(type.text, u"WaveFile")) {
+            failure = isLocalFile(names.text) ? failure : stage::Failure::no_sound;
+        } else if (sameName(type.text, u"Animation")) {
+            const auto has = [this](const std::u16string& name) { return file().findAnimation(name) != nullptr; };
+            failure = std::ranges::all_of(listed(names.text), has) ? failure : stage::Failure::no_animation;
+        } else if (sameName(type.text, u"State")) {
+            const auto has = [this](const std::u16string& name) { return !actor().repertoire().state(name).empty(); };
+            failure = std::ranges::all_of(listed(names.text), has) ? failure : stage::Failure::no_state;
+        } else {
             throw Error(E_INVALIDARG, u"\"" + type.text + u"\" is nothing that can be got.");
         }
-        const stage::RequestRef done = server().stage().newRequest({});
-        done->actor = actor().id();
-        done->status = stage::Status::complete;
-        return Ptr<IDispatch>(client()->object(done).get());
+        if (failure != stage::Failure::none && client()->raise_request_errors) {
+            throw Error(HRESULT_FROM_WIN32(ERROR_NOT_FOUND), u"The character has no \"" + names.text + u"\".");
+        }
+        Request request{.kind = Kind::get, .text = names.text, .actor = actor().id(), .failure = failure};
+        return queued.value_or(true) ? queue(std::move(request)) : finished(client(), std::move(request), failure);
     }
 
     bool showPopupMenu(std::int16_t x, std::int16_t y) {

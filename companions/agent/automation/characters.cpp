@@ -24,11 +24,16 @@ class Characters final : public ClientObject {
     Ptr<IDispatch> character(const Label& id) { return characterOf(client(), id.text); }
 
     Ptr<IDispatch> load(const Label& id, const std::optional<Label>& file) {
-        const Loaded& loaded = client()->load(id.text, file ? file->text : id.text);
-        const stage::RequestRef done = server().stage().newRequest({});
-        done->actor = loaded.actor;
-        done->status = stage::Status::complete;
-        return Ptr<IDispatch>(client()->object(done).get());
+        try {
+            const Loaded& loaded = client()->load(id.text, file ? file->text : id.text);
+            return finished(client(), {.kind = stage::Kind::load, .text = id.text, .actor = loaded.actor});
+        } catch (const Error& error) {
+            if (client()->raise_request_errors) {
+                throw;
+            }
+            return finished(client(), {.kind = stage::Kind::load, .text = std::u16string(error.description())},
+                            stage::Failure::not_loaded);
+        }
     }
 
     void unload(const Label& id) { client()->unload(id.text); }
@@ -38,7 +43,7 @@ class Characters final : public ClientObject {
         for (const auto& loaded : client()->loaded()) {
             all.emplace_back(makeCharacter(client(), loaded));
         }
-        return murmelix::com::enumerate(std::move(all));
+        return murmelix::com::enumerate(std::move(all), client());
     }
 };
 

@@ -3,6 +3,8 @@
 namespace agent::automation {
 namespace {
 
+constexpr std::int32_t surest = 100; // of how sure a recognition is
+
 class Command final : public CharacterPart {
   public:
     Command(std::shared_ptr<Client> client, std::shared_ptr<Loaded> loaded, std::u16string name)
@@ -19,8 +21,7 @@ class Command final : public CharacterPart {
                 L"Caption", 2, [](Command& self) { return self.command().caption; },
                 [](Command& self, Label caption) { self.command().caption = std::move(caption.text); }),
             property(
-                L"Confidence", 3, [](Command& self) { return self.command().confidence; },
-                [](Command& self, std::int32_t confidence) { self.command().confidence = confidence; }),
+                L"Confidence", 3, [](Command& self) { return self.command().confidence; }, &Command::setConfidence),
             property(
                 L"ConfidenceText", 4, [](Command& self) { return self.command().confidence_text; },
                 [](Command& self, Label text) { self.command().confidence_text = std::move(text.text); }),
@@ -32,6 +33,13 @@ class Command final : public CharacterPart {
                 [](Command& self, bool visible) { self.command().visible = visible; }),
         };
         return all;
+    }
+
+    void setConfidence(std::int32_t confidence) {
+        if (confidence < -surest || confidence > surest) {
+            throw Error(E_INVALIDARG, u"A confidence is from -100 to 100.");
+        }
+        command().confidence = confidence;
     }
 
     MenuCommand& command() {

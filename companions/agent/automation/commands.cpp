@@ -11,6 +11,10 @@ constexpr std::size_t most_commands = 200;
     throw Error(E_INVALIDARG, u"There is no command \"" + name + u"\".");
 }
 
+[[noreturn]] void refuseFont() {
+    refuse(u"Menus are written in the system's own font.");
+}
+
 class Commands final : public CharacterPart {
   public:
     Commands(std::shared_ptr<Client> client, std::shared_ptr<Loaded> loaded)
@@ -42,16 +46,14 @@ class Commands final : public CharacterPart {
             method(L"Command", 15, &Commands::command, {L"Name"}),
             property(
                 L"DefaultCommand", 16, [](Commands& self) { return self.list().default_command; },
-                [](Commands& self, Label name) { self.list().default_command = std::move(name.text); }),
+                &Commands::setDefaultCommand),
             property(
-                L"FontName", 21, [](Commands& self) { return self.list().font_name; },
-                [](Commands& self, Label name) { self.list().font_name = std::move(name.text); }),
+                L"FontName", 21, [](Commands&) { return u""; }, [](Commands&, const Label&) { refuseFont(); }),
             property(
                 L"VoiceCaption", 22, [](Commands& self) { return self.list().voice_caption; },
                 [](Commands& self, Label caption) { self.list().voice_caption = std::move(caption.text); }),
             property(
-                L"FontSize", 23, [](Commands& self) { return self.list().font_size; },
-                [](Commands& self, std::int32_t size) { self.list().font_size = size; }),
+                L"FontSize", 23, [](Commands&) { return 0; }, [](Commands&, std::int32_t) { refuseFont(); }),
             property(
                 L"GlobalVoiceCommandsEnabled", 24, [](Commands& self) { return self.list().global_voice_commands; },
                 [](Commands& self, bool enabled) { self.list().global_voice_commands = enabled; }),
@@ -61,6 +63,13 @@ class Commands final : public CharacterPart {
     }
 
     CommandList& list() { return loaded().commands; }
+
+    void setDefaultCommand(const Label& name) {
+        if (!name.text.empty() && !list().find(name.text)) {
+            noSuchCommand(name.text);
+        }
+        list().default_command = name.text;
+    }
 
     std::int32_t count() { return static_cast<std::int32_t>(list().commands.size()); }
 
@@ -113,7 +122,7 @@ class Commands final : public CharacterPart {
         for (const MenuCommand& command : list().commands) {
             all.emplace_back(makeCommand(client(), shared(), command.name));
         }
-        return murmelix::com::enumerate(std::move(all));
+        return murmelix::com::enumerate(std::move(all), client());
     }
 };
 

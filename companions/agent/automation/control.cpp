@@ -1,4 +1,5 @@
 #include "companions/agent/automation/objects.h"
+#include "ui/screen.h"
 
 namespace agent::automation {
 namespace {
@@ -42,6 +43,7 @@ class Control final : public ClientObject {
                 L"Connected", 9, [](Control& self) { return self.client()->connected; },
                 [](Control& self, bool connected) { self.client()->connected = connected; }),
             property(L"CommandsWindow", 12, [](Control& self) { return makeCommandsWindow(self.client()); }),
+            // Only an idle server without a client would be.
             property(L"Suspended", 14, [](Control&) { return false; }),
             method(L"ShowDefaultCharacterProperties", 20, &Control::showDefaultCharacterProperties, {L"x", L"y"}),
             property(
@@ -55,8 +57,12 @@ class Control final : public ClientObject {
         return id ? characterOf(client(), id->text) : makeCharacters(client());
     }
 
-    void showDefaultCharacterProperties(const std::optional<Variant>&, const std::optional<Variant>&) {
-        server().settingsFrm().present();
+    void showDefaultCharacterProperties(std::optional<std::int16_t> x, std::optional<std::int16_t> y) {
+        settings::SettingsFrm& sheet = server().settingsFrm();
+        sheet.present();
+        const murmelix::ui::Rect now = sheet.Place();
+        sheet.setPlace(
+            murmelix::ui::onScreen({x.value_or(small(now.left)), y.value_or(small(now.top)), now.width, now.height}));
     }
 
     void* interfaceFor(REFIID iid) override {

@@ -79,6 +79,7 @@ class RequestObject final : public ClientObject {
     void* interfaceFor(REFIID iid) override;
 
   private:
+    stage::Failure failure() const;
     std::u16string description() const;
     std::int32_t number() const;
 
@@ -87,6 +88,7 @@ class RequestObject final : public ClientObject {
 
 // An argument that is a request; anything else is a type error.
 struct GivenRequest {
+    static constexpr bool refuses_empty = true;
     static GivenRequest of(const Variant& given);
     stage::RequestRef request;
 };
@@ -111,6 +113,10 @@ Ptr<IDispatch> commandOf(const std::shared_ptr<Client>& client, const std::share
 Ptr<IDispatch> makeControl(Server& server, murmelix::com::ProcessId process);
 // The argument of the Command event.
 Ptr<IDispatch> makeUserInput(const std::shared_ptr<Client>& client, std::u16string character, std::u16string command);
+
+// The object of a request that is over when it is made: complete, or failed.
+Ptr<IDispatch> finished(const std::shared_ptr<Client>& client, stage::Request request,
+                        stage::Failure failure = stage::Failure::none);
 
 // A call that is right but cannot be carried out here.
 [[noreturn]] void refuse(const std::u16string& reason);

@@ -22,12 +22,20 @@ std::span<const Member> RequestObject::members() const {
     return all;
 }
 
+stage::Failure RequestObject::failure() const {
+    return request_->status == stage::Status::failed ? request_->failure : stage::Failure::none;
+}
+
 std::u16string RequestObject::description() const {
-    switch (request_->failure) {
+    switch (failure()) {
     case stage::Failure::none:
         return u"";
     case stage::Failure::no_animation:
         return u"The character has no such animation.";
+    case stage::Failure::no_state:
+        return u"The character has no such state.";
+    case stage::Failure::not_loaded:
+        return request_->text;
     case stage::Failure::hidden:
         return u"The character is hidden.";
     case stage::Failure::no_sound:
@@ -41,12 +49,14 @@ std::u16string RequestObject::description() const {
 }
 
 std::int32_t RequestObject::number() const {
-    switch (request_->failure) {
+    switch (failure()) {
     case stage::Failure::none:
         return 0;
     case stage::Failure::no_animation:
+    case stage::Failure::no_state:
         return HRESULT_FROM_WIN32(ERROR_NOT_FOUND);
     case stage::Failure::no_sound:
+    case stage::Failure::not_loaded:
         return HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND);
     default:
         return E_FAIL;
@@ -55,6 +65,14 @@ std::int32_t RequestObject::number() const {
 
 void* RequestObject::interfaceFor(REFIID iid) {
     return IsEqualIID(iid, own_interface) ? static_cast<IDispatch*>(this) : nullptr;
+}
+
+Ptr<IDispatch> finished(const std::shared_ptr<Client>& client, stage::Request request, stage::Failure failure) {
+    const stage::RequestRef done = client->server().stage().newRequest(std::move(request));
+    done->status = failure == stage::Failure::none ? stage::Status::complete : stage::Status::failed;
+    done->failure = failure;
+    client->server().tellOfDone(client, done);
+    return Ptr<IDispatch>(client->object(done).get());
 }
 
 GivenRequest GivenRequest::of(const Variant& given) {

@@ -21,6 +21,8 @@ using murmelix::com::Error;
 
 using namespace std::chrono_literals;
 
+constexpr DISPID property_change = 31; // the event AgentPropertyChange
+
 constexpr unsigned tick_period = 10;     // ms
 constexpr auto first_client = 30s;       // that a started server waits for its first client
 constexpr auto grace = 3s;               // after the last one, in case another follows
@@ -75,7 +77,10 @@ std::shared_ptr<const acs::CharacterFile> openCharacter(const std::u16string& na
 }
 
 std::uint32_t balloonStyle(const acs::Character& character) {
-    const acs::Balloon balloon = character.balloon.value_or(acs::Balloon{});
+    if (!character.balloon) {
+        return 0;
+    }
+    const acs::Balloon& balloon = *character.balloon;
     return stage::balloon_on | stage::balloon_size_to_text | stage::balloon_auto_hide | stage::balloon_auto_pace |
            std::uint32_t{balloon.characters_a_line} << 16 | std::uint32_t{balloon.lines} << 24;
 }
@@ -136,6 +141,7 @@ Loaded& Client::load(const std::u16string& id, const std::u16string& file) {
     try {
         loaded_.push_back(added);
         server_.theatre().admit(actor.id(), added->file);
+        server_.claimUnclaimed(*added);
     } catch (...) {
         dismiss(*added);
         throw;
@@ -147,7 +153,11 @@ void Client::dismiss(const Loaded& gone) {
     // Told while it can still be found.
     server_.stage().leave(gone.actor);
     server_.theatre().dismiss(gone.actor);
-    std::erase_if(loaded_, [&](const auto& loaded) { return loaded.get() == &gone; });
+    const auto held = find(gone.actor);
+    std::erase(loaded_, held);
+    if (held) {
+        server_.giveUp(*held);
+    }
 }
 
 void Client::unload(const std::u16string& id) {
@@ -210,7 +220,7 @@ void Client::cutOff() {
     const auto self = shared_from_this();
     unloadAll();
     // Held while they are cut off: cutting one off may end others.
-    std::vector<Ptr<IDispatch>> objects(objects_.begin(), objects_.end());
+    std::vector<Ptr<IUnknown>> objects(objects_.begin(), objects_.end());
     if (hang_up) {
         hang_up();
     }
@@ -226,7 +236,7 @@ Server::Server(const Options& options)
       theatre_(std::make_unique<stage::Theatre>(
           messages_, service_, output_,
           stage::Hand{[this](auto actor, const auto& pointer) { clicked(actor, pointer); },
-                      [this](auto actor, const auto& pointer) { tellOfPointer(actor, 4, pointer); },
+                      [this](auto actor, const auto& pointer) { doubleClicked(actor, pointer); },
                       [this](auto actor, const auto& pointer) { tellOfPointer(actor, 5, pointer); },
                       [this](auto actor, const auto& pointer) {
                           tellOfPointer(actor, 6, pointer);
@@ -253,10 +263,12 @@ Server::Server(const Options& options)
            [this](bool keep) {
                stage_.setKeepOnScreen(keep);
                settings::writeKeepOnScreen(keep);
+               tellAll(property_change);
            },
            [this](int percent) {
                settings::writeSize(percent);
                setSize(percent);
+               tellAll(property_change);
            }}),
       empty_since_(std::chrono::steady_clock::now()) {
     sound_enabled_ = settings::readSoundEnabled();
@@ -341,6 +353,7 @@ void Server::enableSound(bool enabled) {
     sound_enabled_ = enabled;
     theatre_->setAudible(enabled);
     settings::writeSoundEnabled(enabled);
+    tellAll(property_change);
 }
 
 void Server::setSize(int percent) {
@@ -412,6 +425,71 @@ void Server::tellOfPointer(stage::ActorId actor, DISPID event, const stage::Poin
     tellOfCharacter(actor, event, {small(pointer.button), small(pointer.shift), small(pointer.x), small(pointer.y)});
 }
 
+void Server::tellOfDone(const std::shared_ptr<Client>& client, const stage::RequestRef& request) {
+    messages_.post([client, request] {
+        if (client->fire) {
+            tell(*client, 9, {Variant(client->object(request))});
+            tell(*client, 11, {Variant(client->object(request))});
+        }
+    });
+}
+
+std::vector<Server::Owner> Server::sharersOf(const acs::Guid& character) const {
+    std::vector<Owner> found;
+    for (const auto& weak : clients_) {
+        if (auto client = weak.lock()) {
+            for (const auto& loaded : client->loaded()) {
+                if (loaded->file->character().guid == character) {
+                    found.push_back({client, loaded});
+                }
+            }
+        }
+    }
+    return found;
+}
+
+bool Server::hasOtherClients(const Loaded& loaded) const {
+    const Owner own = ownerOf(loaded.actor);
+    return std::ranges::any_of(sharersOf(loaded.file->character().guid),
+                               [&](const Owner& other) { return other.client != own.client; });
+}
+
+bool Server::isActiveClient(const Loaded& loaded) const {
+    const auto found = active_clients_.find(loaded.file->character().guid);
+    return found != active_clients_.end() && found->second == loaded.actor;
+}
+
+void Server::passTo(const acs::Guid& character, stage::ActorId actor) {
+    const stage::ActorId before = std::exchange(active_clients_[character], actor);
+    if (before != 0 && before != actor) {
+        tellOfCharacter(before, 32, {false});
+        tellOfCharacter(actor, 32, {true});
+    }
+}
+
+void Server::claimUnclaimed(const Loaded& loaded) {
+    active_clients_.try_emplace(loaded.file->character().guid, loaded.actor);
+}
+
+void Server::claim(const Loaded& loaded) {
+    passTo(loaded.file->character().guid, loaded.actor);
+}
+
+void Server::giveUp(const Loaded& loaded) {
+    const acs::Guid& character = loaded.file->character().guid;
+    if (!isActiveClient(loaded)) {
+        return;
+    }
+    const auto sharers = sharersOf(character);
+    const auto next =
+        std::ranges::find_if(sharers, [&](const Owner& other) { return other.loaded->actor != loaded.actor; });
+    if (next != sharers.end()) {
+        passTo(character, next->loaded->actor);
+    } else if (sharers.empty()) {
+        active_clients_.erase(character);
+    }
+}
+
 void Server::tellOfRequest(stage::Actor& actor, DISPID event, const stage::RequestRef& request) {
     if (const Owner owner = ownerOf(actor.id()); owner.client && owner.client->fire) {
         tell(*owner.client, event, {Variant(owner.client->object(request))});
@@ -479,6 +557,9 @@ void Server::balloonHidden(stage::Actor& actor) {
 
 void Server::activate(stage::ActorId actor) {
     theatre_->toFront(actor);
+    if (const Owner owner = ownerOf(actor); owner.loaded) {
+        claim(*owner.loaded);
+    }
     if (active_ == actor) {
         return;
     }
@@ -511,6 +592,19 @@ void Server::clicked(stage::ActorId actor, const stage::PointerEvent& pointer) {
     }
 }
 
+void Server::doubleClicked(stage::ActorId actor, const stage::PointerEvent& pointer) {
+    tellOfPointer(actor, 4, pointer);
+    const Owner owner = ownerOf(actor);
+    if (!owner.loaded) {
+        return;
+    }
+    CommandList& list = owner.loaded->commands;
+    const MenuCommand* command = list.find(list.default_command);
+    if (command && command->enabled) {
+        tell(*owner.client, 17, {Variant(makeUserInput(owner.client, owner.loaded->id, command->name))});
+    }
+}
+
 void Server::popUpMenu(stage::ActorId actor, int x, int y) {
     messages_.post([this, actor, x, y] { runMenu(actor, x, y); });
 }
@@ -524,7 +618,7 @@ void Server::runMenu(stage::ActorId actor, int x, int y) {
     std::vector<stage::MenuEntry> entries{{.caption = u"&Open Voice Commands Window", .enabled = false},
                                           {.caption = u"&Hide", .id = hide_id}};
     std::vector<std::u16string> names;
-    const CommandList& list = owner.loaded->commands;
+    CommandList& list = owner.loaded->commands;
     for (const MenuCommand& command : list.commands) {
         if (!list.visible || !command.visible || command.caption.empty()) {
             continue;
@@ -537,9 +631,25 @@ void Server::runMenu(stage::ActorId actor, int x, int y) {
         if (spacer) {
             continue;
         }
-        entries.push_back(
-            {.caption = command.caption, .id = first_id + static_cast<int>(names.size()), .enabled = command.enabled});
+        entries.push_back({.caption = command.caption,
+                           .id = first_id + static_cast<int>(names.size()),
+                           .enabled = command.enabled,
+                           .is_default = sameName(command.name, list.default_command)});
         names.push_back(command.name);
+    }
+    // The other clients that have this character are chosen by what their commands are called.
+    const int first_other = first_id + static_cast<int>(names.size());
+    std::vector<stage::ActorId> others;
+    for (const Owner& other : sharersOf(owner.loaded->file->character().guid)) {
+        const CommandList& commands = other.loaded->commands;
+        if (other.client == owner.client || !commands.visible || murmelix::trim(commands.caption).empty()) {
+            continue;
+        }
+        if (others.empty() && !entries.back().is_line) {
+            entries.push_back({.is_line = true});
+        }
+        entries.push_back({.caption = commands.caption, .id = first_other + static_cast<int>(others.size())});
+        others.push_back(other.loaded->actor);
     }
     if (entries.back().is_line) {
         entries.pop_back();
@@ -554,6 +664,11 @@ void Server::runMenu(stage::ActorId actor, int x, int y) {
     }
     if (*chosen == hide_id) {
         still->hideByUser();
+    } else if (*chosen >= first_other) {
+        if (const stage::ActorId other = others.at(static_cast<std::size_t>(*chosen - first_other));
+            stage_.find(other)) {
+            activate(other);
+        }
     } else {
         const std::u16string& name = names.at(static_cast<std::size_t>(*chosen - first_id));
         tell(*owner.client, 17, {Variant(makeUserInput(owner.client, owner.loaded->id, name))});

@@ -34,8 +34,7 @@ struct MenuCommand {
 
 // A client's command list of one character.
 struct CommandList {
-    std::u16string caption, voice, default_command, font_name, voice_caption;
-    std::int32_t font_size = 8;
+    std::u16string caption, voice, default_command, voice_caption;
     bool visible = true, global_voice_commands = true;
     std::vector<MenuCommand> commands;
 
@@ -47,17 +46,17 @@ struct Loaded {
     std::u16string id;
     std::shared_ptr<const acs::CharacterFile> file;
     stage::ActorId actor = 0;
-    std::u16string description, extra_data, help_file, tts_mode;
+    std::u16string description, extra_data, help_file;
     CommandList commands;
     bool auto_popup_menu = true, help_mode = false;
     std::int32_t help_context = 0;
 };
 
 // What one connected control has: its characters and who hears its events. The objects given to the client share it.
-class Client : public std::enable_shared_from_this<Client> {
+class Client : public murmelix::com::Holder, public std::enable_shared_from_this<Client> {
   public:
     Client(Server& server, stage::TroupeId troupe) : server_(server), troupe_(troupe) {}
-    ~Client();
+    ~Client() override;
     Client(const Client&) = delete;
     Client& operator=(const Client&) = delete;
 
@@ -81,8 +80,8 @@ class Client : public std::enable_shared_from_this<Client> {
     Ptr<RequestObject> object(const stage::RequestRef& request);
     void forget(std::int32_t request) { requests_.erase(request); }
     // All objects of this client, so that they can be cut off from one that died.
-    void joined(IDispatch* object) { objects_.push_back(object); }
-    void left(IDispatch* object) { std::erase(objects_, object); }
+    void joined(IUnknown* object) override { objects_.push_back(object); }
+    void left(IUnknown* object) override { std::erase(objects_, object); }
     void cutOff();
 
   private:
@@ -94,7 +93,7 @@ class Client : public std::enable_shared_from_this<Client> {
     std::map<std::int32_t, RequestObject*> requests_;
     std::vector<std::weak_ptr<stage::Request>> waiting_; // and some that are over
     std::size_t waiting_text_ = 0;                       // units of it, of all in waiting_
-    std::vector<IDispatch*> objects_;
+    std::vector<IUnknown*> objects_;
 };
 
 struct Options {
@@ -120,6 +119,7 @@ class Server final : public stage::Audience {
     voice::Service& service() { return service_; }
     Transcript& transcript() { return transcript_; }
     stage::MessageWindow& messages() { return messages_; }
+    const voice::Output& output() const { return output_; }
     bool soundEnabled() const { return sound_enabled_; }
     void enableSound(bool enabled);
     settings::SettingsFrm& settingsFrm() { return settings_frm_; }
@@ -133,6 +133,14 @@ class Server final : public stage::Audience {
     void popUpMenu(stage::ActorId actor, int x, int y);
     void activate(stage::ActorId actor);
     stage::ActorId active() const { return active_; }
+
+    // Of the clients that have the same character loaded, one is its active client: the first, until another claims it
+    // or it gives it up.
+    bool hasOtherClients(const Loaded& loaded) const;
+    bool isActiveClient(const Loaded& loaded) const;
+    void claimUnclaimed(const Loaded& loaded);
+    void claim(const Loaded& loaded);
+    void giveUp(const Loaded& loaded);
 
     void requestStarted(stage::Actor& actor, const stage::RequestRef& request) override;
     void requestCompleted(stage::Actor& actor, const stage::RequestRef& request) override;
@@ -149,6 +157,8 @@ class Server final : public stage::Audience {
     // Tells a client of an event; it hears of it later.
     static void tell(const Client& client, DISPID event, const std::vector<Variant>& arguments);
     void tellAll(DISPID event);
+    // Tells of a request that was over when it was made, after the call that made it.
+    void tellOfDone(const std::shared_ptr<Client>& client, const stage::RequestRef& request);
 
   private:
     using Moment = std::chrono::steady_clock::time_point;
@@ -164,6 +174,9 @@ class Server final : public stage::Audience {
     void beginEnding(DISPID event);
     void setSize(int percent);
     Owner ownerOf(stage::ActorId actor) const;
+    std::vector<Owner> sharersOf(const acs::Guid& character) const;
+    void passTo(const acs::Guid& character, stage::ActorId actor);
+    void doubleClicked(stage::ActorId actor, const stage::PointerEvent& pointer);
     void tellOfCharacter(stage::ActorId actor, DISPID event, std::vector<Variant> more = {});
     void tellOfPointer(stage::ActorId actor, DISPID event, const stage::PointerEvent& pointer);
     void tellOfRequest(stage::Actor& actor, DISPID event, const stage::RequestRef& request);
@@ -190,6 +203,7 @@ class Server final : public stage::Audience {
     bool sound_enabled_ = true;
     int size_ = settings::usual_size; // percent
     stage::ActorId active_ = 0;
+    std::map<acs::Guid, stage::ActorId> active_clients_;
     Moment empty_since_;
     bool had_client_ = false;
     Moment flushed_at_;

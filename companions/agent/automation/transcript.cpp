@@ -55,6 +55,10 @@ std::string_view kindName(stage::Kind kind) {
         return "Wait";
     case stage::Kind::interrupt:
         return "Interrupt";
+    case stage::Kind::get:
+        return "Get";
+    case stage::Kind::load:
+        return "Load";
     }
     return "";
 }

@@ -4,8 +4,8 @@
 //   microseconds of the performance counter, comparable between processes
 //   "ready" alone, once, when clients can find the server; "call" as the call arrives, "start" when its turn comes,
 //   "end" when it is over the character's id, and its name "Play", "Speak", "Think", "MoveTo", "GestureAt", "Show",
-//   "Hide", "Wait", "Interrupt" or "Stop" the words, the animation, the sound file after "file:", or "x,y"; at "end" a
-//   tab and the outcome follow: "complete", "failed" or "interrupted"
+//   "Hide", "Wait", "Interrupt", "Get" or "Stop" the words, the animation, the sound file after "file:", or "x,y"; at
+//   "end" a tab and the outcome follow: "complete", "failed" or "interrupted"
 // Within a field a tab is \t, CR is \r, LF is \n and a backslash is \\.
 #pragma once
 

@@ -28,6 +28,8 @@ bool isStopped(StopKind stopped, Kind kind) {
         return kind == Kind::play || kind == Kind::gesture_at;
     case StopKind::speak:
         return kind == Kind::speak || kind == Kind::think;
+    case StopKind::get:
+        return kind == Kind::get;
     }
     return false;
 }
@@ -292,6 +294,16 @@ void Actor::hideBalloon() {
     closeBalloonNow();
 }
 
+void Actor::showBalloon() {
+    if (balloon_open_ || !visible_ || last_words_.empty() || !(balloon_style & balloon_on)) {
+        return;
+    }
+    balloon_open_ = true;
+    stage_.effects_.openBalloon(*this, last_kind_, last_words_);
+    stage_.effects_.balloonWords(*this, last_words_.size());
+    stage_.audience_.balloonShown(*this);
+}
+
 void Actor::closeBalloonNow() {
     balloon_closes_.reset();
     if (std::exchange(balloon_open_, false)) {
@@ -445,6 +457,8 @@ bool Actor::ready(const Request& request) {
     switch (request.kind) {
     case Kind::wait:
     case Kind::interrupt:
+    case Kind::get:
+    case Kind::load:
         return true;
     case Kind::think:
         return !visible_ || settled(true);
@@ -558,6 +572,13 @@ void Actor::begin() {
             other->stop(request.target);
         }
         return;
+    case Kind::get:
+        if (request.failure != Failure::none) {
+            finish(Status::failed, request.failure);
+        }
+        return;
+    case Kind::load: // never in a queue
+        return;
     }
 }
 
@@ -619,6 +640,8 @@ bool Actor::acting() {
     case Kind::wait:
         return !current_->target->over();
     case Kind::interrupt:
+    case Kind::get:
+    case Kind::load:
         return false;
     }
     return false;
@@ -788,7 +811,9 @@ void Actor::beginSpeaking() {
     const bool something = !std::all_of(shown.begin(), shown.end(), isBlank);
     if ((balloon_style & balloon_on) && something) {
         balloon_open_ = true;
-        stage_.effects_.openBalloon(*this, utterance.quiet ? BalloonKind::thought : BalloonKind::words, shown);
+        last_kind_ = utterance.quiet ? BalloonKind::thought : BalloonKind::words;
+        last_words_ = shown;
+        stage_.effects_.openBalloon(*this, last_kind_, shown);
         if (!(balloon_style & balloon_auto_pace)) {
             stage_.effects_.balloonWords(*this, shown.size());
         }

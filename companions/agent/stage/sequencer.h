@@ -96,7 +96,7 @@ inline constexpr std::uint32_t balloon_auto_hide = 4;
 inline constexpr std::uint32_t balloon_auto_pace = 8;
 
 // The kinds that StopAll can name.
-enum class StopKind { move, play, speak };
+enum class StopKind { move, play, speak, get };
 
 class Actor {
   public:
@@ -143,6 +143,8 @@ class Actor {
     void drop();
     void hideByUser();
     void hideBalloon();
+    // With the words that it had last, until it is hidden or has others. Nothing where it had none.
+    void showBalloon();
 
   private:
     friend class Stage;
@@ -220,6 +222,8 @@ class Actor {
     VisibilityCause visibility_cause_ = VisibilityCause::never;
     MoveCause move_cause_ = MoveCause::never;
     bool balloon_open_ = false;
+    BalloonKind last_kind_ = BalloonKind::words;
+    std::u16string last_words_; // that the balloon showed
     std::optional<Time> balloon_closes_;
     std::shared_ptr<const acs::Animation> rest_pose_; // null where there is none
     Time begun_at_ = 0;

@@ -28,13 +28,48 @@ constexpr std::uint16_t primary_language = 0x3FF; // the part of a language id w
 
 constexpr std::uint32_t slowest = 80, fastest = 450; // words a minute
 
-// Measured: the pitch heard at the middle setting, for the male voice and the female variant used here; about
-// `octave_steps` settings make an octave.
-constexpr double male_hertz = 99, female_hertz = 188, octave_steps = 70;
+// Measured: the pitch heard at the middle setting, for the male voice and the female variant used here; and how many
+// settings make an octave above it and below it.
+constexpr double male_hertz = 105, female_hertz = 197, steps_above = 67, steps_below = 96;
+constexpr long middle_setting = 50, highest_setting = 99;
+constexpr std::uint16_t lowest_pitch = 50, highest_pitch = 400; // hertz, as the tag has them
+constexpr std::uint32_t usual_speed = 175;                      // words a minute, where none is named
 
-std::uint32_t pitchSetting(std::uint16_t hertz, bool female) {
-    const double steps = std::log2(hertz / (female ? female_hertz : male_hertz)) * octave_steps;
-    return static_cast<std::uint32_t>(std::clamp(std::lround(50 + steps), 0L, 99L));
+struct Pitch {
+    long setting;
+    // How many times as fast the sound is to be heard as it is spoken, and so as high: 1 within the voice's own range.
+    double faster;
+};
+
+Pitch pitchOf(const Manner& manner) {
+    const double octaves = std::log2(std::clamp(manner.pitch, lowest_pitch, highest_pitch) /
+                                     (manner.gender == 1 ? female_hertz : male_hertz));
+    const double steps = octaves < 0 ? steps_below : steps_above;
+    const long wanted = std::lround(static_cast<double>(middle_setting) + octaves * steps);
+    const long setting = std::clamp(wanted, 0L, highest_setting);
+    return {setting, std::exp2(static_cast<double>(wanted - setting) / steps)};
+}
+
+// So that what is heard faster lasts as long as if it were not.
+std::uint32_t speedOf(const Manner& manner) {
+    const double speed = manner.speed == 0 ? usual_speed : manner.speed;
+    const double faster = manner.pitch == 0 ? 1 : pitchOf(manner).faster;
+    return std::clamp(static_cast<std::uint32_t>(std::lround(speed / faster)), slowest, fastest);
+}
+
+Wave heardFaster(const Wave& wave, double faster) {
+    Wave heard{wave.rate, {}};
+    const auto count = static_cast<std::size_t>(static_cast<double>(wave.samples.size()) / faster);
+    heard.samples.reserve(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        const double at = static_cast<double>(i) * faster;
+        const auto before = std::min(static_cast<std::size_t>(at), wave.samples.size() - 1);
+        const auto after = std::min(before + 1, wave.samples.size() - 1);
+        const double part = at - static_cast<double>(before);
+        heard.samples.push_back(
+            static_cast<std::int16_t>(std::lround(wave.samples[before] * (1 - part) + wave.samples[after] * part)));
+    }
+    return heard;
 }
 
 } // namespace
@@ -92,11 +127,12 @@ std::vector<std::string> espeakArguments(const Manner& manner) {
         voice += "+m3";
     }
     std::vector<std::string> arguments{"-v", voice, "-b", "1", "-z", "--stdin", "--stdout"};
-    if (manner.speed != 0) {
-        arguments.insert(arguments.end(), {"-s", std::to_string(std::clamp(manner.speed, slowest, fastest))});
+    const bool shifted = manner.pitch != 0 && pitchOf(manner).faster != 1;
+    if (manner.speed != 0 || shifted) {
+        arguments.insert(arguments.end(), {"-s", std::to_string(speedOf(manner))});
     }
     if (manner.pitch != 0) {
-        arguments.insert(arguments.end(), {"-p", std::to_string(pitchSetting(manner.pitch, manner.gender == 1))});
+        arguments.insert(arguments.end(), {"-p", std::to_string(pitchOf(manner).setting)});
     }
     if (manner.emphasis) {
         arguments.insert(arguments.end(), {"-a", "160"});
@@ -104,8 +140,11 @@ std::vector<std::string> espeakArguments(const Manner& manner) {
     return arguments;
 }
 
-std::string espeakText(std::u16string_view text) {
-    std::string bytes = murmelix::toUtf8(speakable(text));
+std::string espeakText(std::u16string_view text, Delivery delivery) {
+    // The program's own command for a range of pitch without any width.
+    constexpr std::string_view monotone = "\0010R";
+    std::string bytes(delivery == Delivery::monotone ? monotone : "");
+    bytes += murmelix::toUtf8(speakable(text));
     // Two brackets would begin phonemes in the program's own notation.
     for (std::size_t at = bytes.find("[["); at != bytes.npos; at = bytes.find("[[", at + 1)) {
         bytes.insert(at + 1, 1, ' ');
@@ -131,11 +170,15 @@ std::optional<Wave> Espeak::synthesise(const std::u16string& text, const Manner&
         error = "the program has no voice for this language";
         return std::nullopt;
     }
-    const auto file = run_({espeakArguments(manner), espeakText(text)}, stop, error);
+    const auto file = run_({espeakArguments(manner), espeakText(text, manner.delivery)}, stop, error);
     if (!file) {
         return std::nullopt;
     }
-    return readWave(*file, error);
+    auto wave = readWave(*file, error);
+    if (wave && manner.pitch != 0 && pitchOf(manner).faster != 1 && !wave->samples.empty()) {
+        wave = heardFaster(*wave, pitchOf(manner).faster);
+    }
+    return wave;
 }
 
 } // namespace agent::voice

@@ -32,7 +32,7 @@ std::string_view espeakLanguage(std::uint16_t language_id);
 std::vector<std::string> espeakArguments(const Manner& manner);
 
 // The text as the program takes it: UTF-8, nothing in it that the program would take for a command.
-std::string espeakText(std::u16string_view text);
+std::string espeakText(std::u16string_view text, Delivery delivery = Delivery::normal);
 
 class Espeak : public Engine {
   public:

@@ -10,7 +10,7 @@ namespace agent::voice {
 
 namespace {
 
-enum class Name { chr, ctx, emp, lst, map, mrk, pau, pit, rst, spd, vol };
+enum class Name { chr, ctx, emp, lst, map, mrk, pau, pit, rst, spd, vct, vol };
 enum class Values { none, word, number, two_quotes };
 
 struct Form {
@@ -20,7 +20,7 @@ struct Form {
     std::int64_t least = 0, most = 0;
 };
 
-constexpr std::array<Form, 11> forms{{
+constexpr std::array<Form, 12> forms{{
     {u"Chr", Name::chr, Values::word},
     {u"Ctx", Name::ctx, Values::word},
     {u"Emp", Name::emp, Values::none},
@@ -31,6 +31,7 @@ constexpr std::array<Form, 11> forms{{
     {u"Pit", Name::pit, Values::number, 50, 400},
     {u"Rst", Name::rst, Values::none},
     {u"Spd", Name::spd, Values::number, 50, 450},
+    {u"Vct", Name::vct, Values::word},
     {u"Vol", Name::vol, Values::number, 0, 65535},
 }};
 constexpr std::size_t name_length = 3;
@@ -225,6 +226,7 @@ class Writer {
             }
             break;
         case Name::ctx: // how addresses are read out is each engine's own matter
+        case Name::vct: // and so are the kinds of voice that it knows by name
             break;
         case Name::emp:
             manner_.emphasis = true;

@@ -1,6 +1,6 @@
 // The text of a Speak call, read: alternatives, and the tags between backslashes that change the voice.
 //
-// A tag is a backslash, one of the eleven names (without letter case), its values after "=", and a backslash. Whatever
+// A tag is a backslash, one of the twelve names (without letter case), its values after "=", and a backslash. Whatever
 // is not exactly that is text, shown and spoken as it stands. Numbers beyond a tag's range count as the nearest in it.
 #pragma once
 

@@ -176,7 +176,8 @@ std::string label(const Request& request) {
     static const std::map<Kind, std::string> kinds{
         {Kind::play, "Play"},      {Kind::speak, "Speak"},         {Kind::think, "Think"},
         {Kind::move_to, "MoveTo"}, {Kind::show, "Show"},           {Kind::hide, "Hide"},
-        {Kind::wait, "Wait"},      {Kind::interrupt, "Interrupt"}, {Kind::gesture_at, "GestureAt"}};
+        {Kind::wait, "Wait"},      {Kind::interrupt, "Interrupt"}, {Kind::gesture_at, "GestureAt"},
+        {Kind::get, "Get"}};
     const std::string text = murmelix::toUtf8(request.text);
     return kinds.at(request.kind) + (text.empty() ? "" : " " + text);
 }

@@ -908,5 +908,52 @@ TEST(UserHides, BreaksEverythingOff) {
     r.pass(1000);
 }
 
+TEST(Balloon, IsShownAgainWithItsLastWords) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    a.showBalloon();
+    EXPECT_FALSE(a.balloonOpen()) << "it had no words yet";
+    r.speak(a, u"one");
+    r.pass(10000);
+    ASSERT_FALSE(a.balloonOpen());
+    r.taken();
+    a.showBalloon();
+    EXPECT_TRUE(a.balloonOpen());
+    EXPECT_THAT(r.taken("a says"), testing::ElementsAre("a says one"));
+    r.pass(10000);
+    EXPECT_TRUE(a.balloonOpen()) << "until it is hidden";
+    a.hideBalloon();
+    EXPECT_FALSE(a.balloonOpen());
+    a.balloon_style &= ~balloon_on;
+    a.showBalloon();
+    EXPECT_FALSE(a.balloonOpen());
+}
+
+TEST(Get, HasItsTurnInTheQueue) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    const auto wave = r.play(a, u"Wave");
+    const auto there = r.ask(a, {.kind = Kind::get, .text = u"Wave"});
+    const auto missing = r.ask(a, {.kind = Kind::get, .text = u"Fly", .failure = Failure::no_animation});
+    r.pass(50);
+    EXPECT_EQ(there->status, Status::pending);
+    r.pass(1000);
+    EXPECT_EQ(wave->status, Status::complete);
+    EXPECT_EQ(there->status, Status::complete);
+    EXPECT_EQ(missing->status, Status::failed);
+    EXPECT_EQ(missing->failure, Failure::no_animation);
+}
+
+TEST(Get, IsStoppedByItsKind) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    const auto wave = r.play(a, u"Wave");
+    const auto get = r.ask(a, {.kind = Kind::get, .text = u"Wave"});
+    r.pass(50);
+    a.stopAll({StopKind::get});
+    EXPECT_EQ(get->status, Status::interrupted);
+    EXPECT_EQ(wave->status, Status::in_progress);
+}
+
 } // namespace
 } // namespace agent::stage

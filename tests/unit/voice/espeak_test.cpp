@@ -67,6 +67,24 @@ TEST(Espeak, ArgumentsFollowTheManner) {
     EXPECT_EQ(espeakArguments(manner)[1], "de+whisper");
 }
 
+TEST(Espeak, WhatTheVoiceCannotReachIsSpokenSlowerToBeHeardFaster) {
+    Manner manner;
+    manner.pitch = 240; // the usual voice reaches about 170
+    const auto arguments = espeakArguments(manner);
+    ASSERT_EQ(arguments.size(), 11U);
+    EXPECT_EQ(arguments[7], "-s");
+    EXPECT_EQ(arguments[8], "127"); // 175 words a minute, heard 1.4 times as fast
+    EXPECT_EQ(arguments[9], "-p");
+    EXPECT_EQ(arguments[10], "99");
+    manner.pitch = 100;
+    EXPECT_EQ(espeakArguments(manner)[7], "-p") << "one that it reaches is spoken as it is heard";
+}
+
+TEST(Espeak, MonotoneIsSpokenWithoutARangeOfPitch) {
+    EXPECT_EQ(espeakText(u"one", Delivery::monotone), "\0010Rone\n");
+    EXPECT_EQ(espeakText(u"one", Delivery::whisper), "one\n");
+}
+
 TEST(Espeak, TextHoldsNoCommands) {
     EXPECT_EQ(espeakText(u"ä [[p]] \1x"), "\xC3\xA4 [ [p]]  x\n");
     EXPECT_EQ(espeakText(u"[[[["), "[ [ [ [\n");
@@ -105,6 +123,17 @@ TEST_F(EspeakRun, ReturnsTheSound) {
     ASSERT_TRUE(wave);
     EXPECT_EQ(wave->samples, fakes::tone(100).samples);
     EXPECT_EQ(runs.back().input, "hello\n");
+}
+
+TEST_F(EspeakRun, ASoundHeardFasterIsAsMuchShorter) {
+    answer = writeWave(fakes::tone(300));
+    std::string error;
+    Manner high;
+    high.pitch = 349; // an octave above the highest that the voice reaches
+    const auto wave = engine.synthesise(u"hello", high, {}, error);
+    ASSERT_TRUE(wave);
+    EXPECT_NEAR(wave->milliseconds(), 150, 2);
+    EXPECT_EQ(wave->rate, fakes::tone(300).rate);
 }
 
 TEST_F(EspeakRun, FailuresAreTold) {

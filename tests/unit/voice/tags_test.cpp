@@ -41,6 +41,12 @@ TEST(Tags, CtxIsNotShown) {
     EXPECT_EQ(read(u"\\Ctx=E-mail\\a@b.c").shown, u"a@b.c");
 }
 
+TEST(Tags, VctChangesNothingAndIsNotShown) {
+    const Script script = read(u"one \\Vct=\"Mary\"\\two \\vct=Sam\\three");
+    EXPECT_EQ(script.shown, u"one two three");
+    EXPECT_EQ(only(script).spoken, u"one two three");
+}
+
 TEST(Tags, EmpStressesTheNextWordAlone) {
     const Script script = read(u"I \\Emp\\ really mean it");
     EXPECT_EQ(script.shown, u"I  really mean it");

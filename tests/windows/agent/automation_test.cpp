@@ -12,6 +12,8 @@
 #include "companions/agent/acs/writer.h"
 #include "tests/windows/agent/server_process.h"
 
+#include <mmsystem.h>
+
 namespace agent {
 namespace {
 
@@ -254,6 +256,7 @@ TEST_F(Automation, StopWithATextIsATypeErrorAndStopsNothing) {
     EXPECT_EQ(failure([&] { character.call(u"Stop", {Variant(u"play")}); }), DISP_E_TYPEMISMATCH);
     EXPECT_EQ(failure([&] { character.call(u"Stop", {Variant(std::int32_t{5})}); }), DISP_E_TYPEMISMATCH);
     EXPECT_EQ(failure([&] { character.call(u"Stop", {Variant(control.dispatch())}); }), DISP_E_TYPEMISMATCH);
+    EXPECT_EQ(failure([&] { character.call(u"Stop", {Variant()}); }), DISP_E_TYPEMISMATCH) << "Empty";
     EXPECT_EQ(status(loop), 4);
     character.call(u"Stop");
     EXPECT_EQ(status(loop), 3);
@@ -278,6 +281,130 @@ TEST_F(Automation, AnUnknownAnimationRaisesOrFails) {
     EXPECT_EQ(status(play), 1);
     EXPECT_NE(play.get(u"Number").toInt32(), 0);
     EXPECT_NE(play.get(u"Description").toText(), u"");
+}
+
+TEST_F(Automation, GetFailsForWhatThereIsNot) {
+    Object character = load(u"a");
+    for (const auto& [type, name] : std::vector<std::pair<const char16_t*, const char16_t*>>{
+             {u"Animation", u"Wave, Juggle"}, {u"State", u"Dancing"}, {u"WaveFile", u"C:\\nothing.wav"}}) {
+        EXPECT_EQ(failure([&] {
+                      character.call(u"Get", {Variant(type), Variant(name)});
+                  }),
+                  HRESULT_FROM_WIN32(ERROR_NOT_FOUND));
+    }
+    EXPECT_EQ(failure([&] { character.call(u"Get", {Variant(u"Hat"), Variant(u"Wave")}); }), E_INVALIDARG);
+    Object both = request(character, u"Get", {Variant(u"animation"), Variant(u"wave, Show")});
+    Object state = request(character, u"Get", {Variant(u"State"), Variant(u"Showing")});
+    EXPECT_TRUE(over(both) && over(state));
+    EXPECT_EQ(status(both), 0);
+    EXPECT_EQ(status(state), 0);
+    control.put(u"RaiseRequestErrors", Variant(false));
+    Object queued = request(character, u"Get", {Variant(u"Animation"), Variant(u"Juggle")});
+    EXPECT_TRUE(over(queued));
+    EXPECT_EQ(status(queued), 1);
+    EXPECT_NE(queued.get(u"Description").toText(), u"");
+}
+
+TEST_F(Automation, GetWaitsForItsTurnUnlessToldNotTo) {
+    Object character = load(u"a");
+    request(character, u"Show", {Variant(true)});
+    Object loop =
+        request(character, u"Wait", {Variant(load(u"b").call(u"Speak", {Variant(u"long words")}).toObject())});
+    Object queued = request(character, u"Get", {Variant(u"Animation"), Variant(u"Wave")});
+    Object at_once = request(character, u"Get", {Variant(u"Animation"), Variant(u"Wave"), Variant(false)});
+    EXPECT_EQ(status(at_once), 0);
+    EXPECT_TRUE(over(loop));
+    EXPECT_TRUE(over(queued));
+    EXPECT_EQ(status(queued), 0);
+}
+
+TEST_F(Automation, AFailingLoadIsAFailedRequestWhereErrorsAreNotRaised) {
+    EXPECT_TRUE(FAILED(failure([&] { characters.call(u"Load", {Variant(u"x"), Variant(u"C:\\nothing.acs")}); })));
+    control.put(u"RaiseRequestErrors", Variant(false));
+    Object failed(characters.call(u"Load", {Variant(u"x"), Variant(u"C:\\nothing.acs")}).toObject());
+    EXPECT_EQ(status(failed), 1);
+    EXPECT_NE(failed.get(u"Number").toInt32(), 0);
+    EXPECT_THAT(murmelix::toUtf8(failed.get(u"Description").toText()), HasSubstr("nothing.acs"));
+}
+
+TEST_F(Automation, OnlyTheVoiceThatIsThereIsTaken) {
+    Object character = load(u"a");
+    EXPECT_EQ(failure([&] { character.put(u"TTSModeID", Variant(u"{00000000-1111-2222-3333-444444444444}")); }),
+              E_INVALIDARG);
+    EXPECT_EQ(character.get(u"TTSModeID").toText(), u"");
+    character.put(u"TTSModeID", Variant(u""));
+}
+
+TEST_F(Automation, TheBalloonIsShownAgain) {
+    Object character = load(u"a");
+    request(character, u"Show", {Variant(true)});
+    Object balloon = character.object(u"Balloon");
+    Object thought = request(character, u"Think", {Variant(u"Once more")});
+    EXPECT_TRUE(over(thought));
+    EXPECT_TRUE(pumpUntil([&] { return !balloon.get(u"Visible").toBool(); }));
+    balloon.put(u"Visible", Variant(true));
+    EXPECT_TRUE(balloon.get(u"Visible").toBool());
+    balloon.put(u"Visible", Variant(false));
+    EXPECT_FALSE(balloon.get(u"Visible").toBool());
+}
+
+TEST_F(Automation, AStyleWithoutSizesKeepsThem) {
+    Object balloon = load(u"a").object(u"Balloon");
+    const int lines = balloon.get(u"NumberOfLines").toInt32(),
+              characters_a_line = balloon.get(u"CharsPerLine").toInt32();
+    ASSERT_GT(lines, 0);
+    ASSERT_GT(characters_a_line, 0);
+    balloon.put(u"Style", Variant(std::int32_t{3}));
+    EXPECT_EQ(balloon.get(u"NumberOfLines").toInt32(), lines);
+    EXPECT_EQ(balloon.get(u"CharsPerLine").toInt32(), characters_a_line);
+    EXPECT_EQ(balloon.get(u"Style").toInt32() & 0xFFFF, 3);
+    balloon.put(u"Style", Variant(std::int32_t{0x05140003}));
+    EXPECT_EQ(balloon.get(u"NumberOfLines").toInt32(), 5);
+    EXPECT_EQ(balloon.get(u"CharsPerLine").toInt32(), 20);
+}
+
+TEST_F(Automation, ACharacterWithoutABalloonHasNone) {
+    acs::Character mute = smallCharacter();
+    mute.balloon.reset();
+    file = temporaryFile(u"Mute.acs");
+    write(file, acs::write(mute));
+    Object character = load(u"m");
+    request(character, u"Show", {Variant(true)});
+    Object balloon = character.object(u"Balloon");
+    EXPECT_FALSE(balloon.get(u"Enabled").toBool());
+    balloon.put(u"Style", Variant(std::int32_t{0x02200001}));
+    EXPECT_FALSE(balloon.get(u"Enabled").toBool());
+    Object thought = request(character, u"Think", {Variant(u"Nothing")});
+    EXPECT_TRUE(pumpUntil([&] { return status(thought) == 4; }));
+    EXPECT_FALSE(balloon.get(u"Visible").toBool());
+    EXPECT_TRUE(over(thought));
+}
+
+TEST_F(Automation, CommandsRefuseWhatCannotBe) {
+    Object commands = load(u"a").object(u"Commands");
+    EXPECT_EQ(failure([&] { commands.put(u"DefaultCommand", Variant(u"hello")); }), E_INVALIDARG);
+    Object command(commands.call(u"Add", {Variant(u"hello"), Variant(u"&Hello")}).toObject());
+    commands.put(u"DefaultCommand", Variant(u"hello"));
+    EXPECT_EQ(commands.get(u"DefaultCommand").toText(), u"hello");
+    EXPECT_TRUE(FAILED(failure([&] { commands.put(u"FontName", Variant(u"Courier New")); })));
+    EXPECT_EQ(failure([&] { command.put(u"Confidence", Variant(std::int32_t{101})); }), E_INVALIDARG);
+    command.put(u"Confidence", Variant(std::int32_t{-100}));
+    EXPECT_EQ(command.get(u"Confidence").toInt32(), -100);
+}
+
+TEST_F(Automation, TheSheetStandsWhereItIsShown) {
+    control.call(u"ShowDefaultCharacterProperties", {Variant(std::int16_t{90}), Variant(std::int16_t{70})});
+    Object sheet = control.object(u"PropertySheet");
+    EXPECT_TRUE(sheet.get(u"Visible").toBool());
+    EXPECT_EQ(sheet.get(u"Left").toInt16(), 90);
+    EXPECT_EQ(sheet.get(u"Top").toInt16(), 70);
+    control.call(u"ShowDefaultCharacterProperties");
+    EXPECT_EQ(sheet.get(u"Left").toInt16(), 90) << "it stays where it is";
+}
+
+TEST_F(Automation, SoundIsThereWhereADeviceIs) {
+    EXPECT_EQ(control.object(u"AudioOutput").get(u"Status").toInt16(), waveOutGetNumDevs() == 0 ? 1 : 0);
+    EXPECT_FALSE(control.get(u"Suspended").toBool());
 }
 
 TEST_F(Automation, PlayAndSpeakOfAHiddenCharacterFailAtTheirTurn) {

@@ -363,6 +363,81 @@ TEST_F(Clients, EachHaveTheirOwnCharacters) {
     others.call(u"Load", {Variant(u"a"), Variant(smallCharacterFile())});
 }
 
+TEST_F(Clients, KnowOfOthersWithTheSameCharacter) {
+    Object second = server.control();
+    Heard first_heard(control), second_heard(second);
+    Object mine = load(u"mine");
+    EXPECT_FALSE(mine.get(u"HasOtherClients").toBool());
+    EXPECT_EQ(mine.get(u"Active").toInt16(), 1);
+    Object others = second.object(u"Characters");
+    others.call(u"Load", {Variant(u"theirs"), Variant(smallCharacterFile())});
+    Object theirs = others.object(u"Character", {Variant(u"theirs")});
+    EXPECT_TRUE(mine.get(u"HasOtherClients").toBool());
+    EXPECT_TRUE(theirs.get(u"HasOtherClients").toBool());
+    EXPECT_EQ(theirs.get(u"Active").toInt16(), 0);
+    EXPECT_FALSE(theirs.call(u"Activate", {Variant(std::int16_t{1})}).toBool()) << "it is hidden";
+    theirs.call(u"Show", {Variant(true)});
+    EXPECT_TRUE(pumpUntil([&] { return theirs.get(u"Visible").toBool(); }));
+    EXPECT_TRUE(theirs.call(u"Activate", {Variant(std::int16_t{1})}).toBool());
+    EXPECT_TRUE(first_heard.soon("32 mine False"));
+    EXPECT_TRUE(second_heard.soon("32 theirs True"));
+    EXPECT_EQ(mine.get(u"Active").toInt16(), 0);
+    EXPECT_EQ(theirs.get(u"Active").toInt16(), 1);
+    EXPECT_TRUE(theirs.call(u"Activate", {Variant(std::int16_t{2})}).toBool());
+    EXPECT_EQ(theirs.get(u"Active").toInt16(), 2);
+    theirs = {};
+    others.call(u"Unload", {Variant(u"theirs")});
+    EXPECT_TRUE(pumpUntil([&] { return mine.get(u"Active").toInt16() == 1; })) << "the one that is left";
+    EXPECT_FALSE(mine.get(u"HasOtherClients").toBool());
+}
+
+TEST_F(Clients, HearOfLoadAndGet) {
+    Heard heard(control);
+    Object loaded(characters.call(u"Load", {Variant(u"a"), Variant(smallCharacterFile())}).toObject());
+    const std::string id = " #" + murmelix::toUtf8(loaded.get(u"ID").toText());
+    EXPECT_TRUE(heard.soon("11" + id));
+    EXPECT_LT(heard.place("9" + id), heard.place("11" + id));
+    Object character = characters.object(u"Character", {Variant(u"a")});
+    for (const bool queued : {false, true}) {
+        Object got(character.call(u"Get", {Variant(u"Animation"), Variant(u"Wave"), Variant(queued)}).toObject());
+        const std::string of_get = " #" + murmelix::toUtf8(got.get(u"ID").toText());
+        EXPECT_TRUE(heard.soon("11" + of_get));
+        EXPECT_LT(heard.place("9" + of_get), heard.place("11" + of_get));
+    }
+    for (const std::string& line : heard.lines) {
+        EXPECT_FALSE(line.starts_with("27") || line.starts_with("28")) << "nobody listens";
+    }
+}
+
+TEST_F(Clients, HearThatTheSettingsChanged) {
+    Heard heard(control);
+    control.call(u"ShowDefaultCharacterProperties");
+    const HWND window = FindWindowW(L"AgentServerProperties", nullptr);
+    ASSERT_TRUE(window);
+    Object sheet = control.object(u"PropertySheet");
+    sheet.put(u"Page", Variant(u"Output"));
+    HWND box = nullptr;
+    for (HWND child = nullptr; !box && (child = FindWindowExW(window, child, nullptr, nullptr)) != nullptr;) {
+        for (HWND page = nullptr; !box && (page = FindWindowExW(child, page, nullptr, nullptr)) != nullptr;) {
+            box = FindWindowExW(page, nullptr, L"Button", L"&Play spoken audio");
+        }
+        box = box ? box : FindWindowExW(child, nullptr, L"Button", L"&Play spoken audio");
+    }
+    ASSERT_TRUE(box);
+    SendMessageW(box, BM_CLICK, 0, 0);
+    EXPECT_TRUE(heard.soon("31"));
+    SendMessageW(box, BM_CLICK, 0, 0);
+}
+
+TEST_F(Clients, OneKilledInTheMiddleOfForEachLeavesNothing) {
+    const OtherClient client(u"--enumerating");
+    ASSERT_TRUE(client.ready());
+    control = {};
+    characters = {};
+    client.kill();
+    EXPECT_EQ(server.process().exitStatus(), 0U) << "the server ends as after its last client";
+}
+
 TEST_F(Clients, AVanishedOneLosesItsCharacters) {
     const OtherClient client(u"--client");
     ASSERT_TRUE(client.ready());

@@ -1,5 +1,6 @@
 // The speech program of this machine, really started.
 #include <algorithm>
+#include <cmath>
 #include <future>
 #include <set>
 
@@ -28,6 +29,46 @@ class EspeakTest : public testing::Test {
         return static_cast<std::uint32_t>((last - first) * 1000 / wave->rate);
     }
 
+    // Of the voiced parts, in hertz, from the lowest; by how well the sound agrees with itself a period later.
+    std::vector<double> pitches(const Manner& manner) {
+        const auto wave = say(u"Nobody knows where the yellow lorry was going. Are you sure we may go on?", manner);
+        EXPECT_TRUE(wave) << error;
+        std::vector<double> found;
+        if (!wave) {
+            return found;
+        }
+        constexpr std::size_t length = 1024, step = 512;
+        const std::size_t shortest = wave->rate / 450, longest = wave->rate / 50;
+        for (std::size_t at = 0; at + length + longest < wave->samples.size(); at += step) {
+            std::vector<double> agreement(longest + 1);
+            double power = 0;
+            for (std::size_t i = at; i < at + length; i += 4) {
+                power += double{1} * wave->samples[i] * wave->samples[i];
+            }
+            for (std::size_t lag = shortest; lag <= longest; ++lag) {
+                double together = 0, later = 0;
+                for (std::size_t i = at; i < at + length; i += 4) {
+                    together += double{1} * wave->samples[i] * wave->samples[i + lag];
+                    later += double{1} * wave->samples[i + lag] * wave->samples[i + lag];
+                }
+                agreement[lag] = together / std::sqrt(std::max(1.0, power * later));
+            }
+            const double best = *std::max_element(agreement.begin(), agreement.end());
+            if (4 * power / length < 400.0 * 400.0 || best < 0.8) {
+                continue;
+            }
+            for (std::size_t lag = shortest + 1; lag < longest; ++lag) {
+                if (agreement[lag] > 0.9 * best && agreement[lag] >= agreement[lag - 1] &&
+                    agreement[lag] >= agreement[lag + 1]) {
+                    found.push_back(static_cast<double>(wave->rate) / static_cast<double>(lag));
+                    break;
+                }
+            }
+        }
+        std::sort(found.begin(), found.end());
+        return found;
+    }
+
     std::unique_ptr<Engine> engine = makeEspeak();
     std::string error;
 };
@@ -36,6 +77,35 @@ TEST_F(EspeakTest, SaysHelloWorld) {
     const std::uint32_t ms = audible(u"Hello World");
     EXPECT_GE(ms, 300U);
     EXPECT_LE(ms, 3000U);
+}
+
+TEST_F(EspeakTest, IsHeardAtThePitchAskedFor) {
+    for (const std::uint16_t gender : {std::uint16_t{1}, std::uint16_t{2}}) {
+        for (const int hertz : {60, 100, 160, 240, 320}) {
+            const auto heard = pitches({.pitch = static_cast<std::uint16_t>(hertz), .gender = gender});
+            ASSERT_GT(heard.size(), 10U) << hertz;
+            const double middle = heard[heard.size() / 2];
+            EXPECT_NEAR(middle, hertz, hertz * 0.15) << "gender " << gender;
+        }
+    }
+}
+
+TEST_F(EspeakTest, LastsAsLongAtAnyPitch) {
+    const std::uint32_t usual = audible(u"Where has the yellow lorry gone?");
+    EXPECT_NEAR(audible(u"Where has the yellow lorry gone?", {.pitch = 240}), usual, usual * 0.2);
+}
+
+TEST_F(EspeakTest, MonotoneKeepsItsPitchAndAWhisperHasNone) {
+    const auto spread = [](const std::vector<double>& heard) {
+        return heard[heard.size() * 9 / 10] / heard[heard.size() / 10];
+    };
+    const auto usual = pitches({});
+    const auto monotone = pitches({.delivery = Delivery::monotone});
+    ASSERT_GT(usual.size(), 10U);
+    ASSERT_GT(monotone.size(), 10U);
+    EXPECT_GT(spread(usual), 1.15);
+    EXPECT_LT(spread(monotone), 1.06);
+    EXPECT_LT(pitches({.delivery = Delivery::whisper}).size(), usual.size() / 5);
 }
 
 TEST_F(EspeakTest, SpeaksItsLanguagesAndNoOthers) {

@@ -33,6 +33,9 @@ std::optional<int> runPopupMenu(HWND owner, const std::vector<MenuEntry>& entrie
         const auto* caption = reinterpret_cast<const wchar_t*>(entry.caption.c_str());
         AppendMenuW(menu.get(), entry.enabled ? kind : kind | MF_GRAYED, first + static_cast<UINT_PTR>(entry.id),
                     entry.is_line ? nullptr : caption);
+        if (entry.is_default) {
+            SetMenuDefaultItem(menu.get(), static_cast<UINT>(first + static_cast<UINT_PTR>(entry.id)), FALSE);
+        }
     }
     const HWND before = GetForegroundWindow();
     const Keyboard keyboard(owner, x, y);

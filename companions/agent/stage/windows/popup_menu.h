@@ -13,6 +13,7 @@ struct MenuEntry {
     std::u16string caption = {};
     int id = 0;
     bool enabled = true;
+    bool is_default = false;
     bool is_line = false; // parts the entries above from those below
 };
 
