@@ -75,10 +75,11 @@ install_packages() {
 # A compilation found again, in this tree or in another clone of it, precompiled headers included.
 export CCACHE_BASEDIR=$MURMELIX_ROOT CCACHE_NOHASHDIR=1 CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime
 
-# build_preset PRESET [TARGET…]: configures once, and builds what has changed.
+# build_preset PRESET [TARGET…]: configures once, and builds what has changed. The preset host-asan takes its tests from host.
 build_preset() {
     local preset=$1
     shift
+    [ "$preset" != host-asan ] || build_preset host
     local targets=()
     [ $# -eq 0 ] || targets=(--target "$@")
     say "Building $preset"

@@ -26,7 +26,7 @@ struct Outcome {
 
 Outcome acsinfo(const std::string& arguments) {
     Outcome outcome;
-    std::FILE* pipe = popen(("timeout 60 " ACSINFO " " + arguments + " 2>&1").c_str(), "r");
+    std::FILE* pipe = popen(("timeout 60 \"$ACSINFO\" " + arguments + " 2>&1").c_str(), "r");
     if (pipe == nullptr) {
         return outcome;
     }

@@ -558,10 +558,10 @@ TEST_F(Acsbuild, SaysWhatIsWrongAndWhere) {
 
 // Runs the program itself: its exit status, and what it printed to standard error.
 std::pair<int, std::string> runProgram(const std::string& arguments) {
-    const std::string command = std::string("'" ACSBUILD "' ") + arguments + " 2>&1 >/dev/null";
+    const std::string command = "\"$ACSBUILD\" " + arguments + " 2>&1 >/dev/null";
     FILE* const pipe = popen(command.c_str(), "r");
     if (pipe == nullptr) {
-        return {-1, "cannot start " ACSBUILD};
+        return {-1, "cannot start acsbuild"};
     }
     std::string printed;
     std::array<char, 256> buffer{};
