@@ -10,15 +10,19 @@ die() {
     exit 1
 }
 
-# Debian packages that a build, the programs' start, the tests and the benchmarks need.
-MURMELIX_PACKAGES=(
-    build-essential cmake ninja-build ccache python3
-    g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools
-    wine64 xvfb xauth openbox xdotool x11-utils imagemagick
+# Debian packages that the preset host is built with.
+MURMELIX_HOST_PACKAGES=(
+    build-essential cmake ninja-build ccache python3 clang-15 lld-15
     fonts-liberation fonts-dejavu-core fonts-wqy-microhei fonts-symbola
-    espeak-ng sox librsvg2-bin libpng-dev
+    librsvg2-bin imagemagick libpng-dev
     googletest libgtest-dev libbenchmark-dev nlohmann-json3-dev
-    clang-15 lld-15 clang-format-15
+)
+# These, and those that the other builds, the programs' start, the tests and the benchmarks need.
+MURMELIX_PACKAGES=(
+    "${MURMELIX_HOST_PACKAGES[@]}"
+    g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools
+    wine64 xvfb xauth openbox xdotool x11-utils
+    espeak-ng sox clang-format-15
 )
 # The web server of ./run --site: its program alone, not the service that would run from then on.
 MURMELIX_SITE_PACKAGES=(apache2-bin)
@@ -46,19 +50,19 @@ apt() {
     return 1
 }
 
-# find_missing_packages [PACKAGE…]: fills MISSING_PACKAGES with those of MURMELIX_PACKAGES and these that are not installed.
+# find_missing_packages PACKAGE…: fills MISSING_PACKAGES with those of them that are not installed.
 find_missing_packages() {
-    local wanted=("${MURMELIX_PACKAGES[@]}" "$@") installed
-    installed=$(dpkg-query -W -f '${db:Status-Abbrev} ${Package}\n' "${wanted[@]}" 2>/dev/null |
+    local installed
+    installed=$(dpkg-query -W -f '${db:Status-Abbrev} ${Package}\n' "$@" 2>/dev/null |
         sed -n 's/^ii *//p') || true
     MISSING_PACKAGES=()
     local package
-    for package in "${wanted[@]}"; do
+    for package in "$@"; do
         grep -qxF "$package" <<<"$installed" || MISSING_PACKAGES+=("$package")
     done
 }
 
-# install_packages [PACKAGE…]: what everything needs, and these.
+# install_packages PACKAGE…: where they are missing.
 install_packages() {
     command -v dpkg-query >/dev/null || die "the packages are Debian's: this machine has no dpkg"
     find_missing_packages "$@"
@@ -178,27 +182,34 @@ is_bare_prefix() {
 
 # copy_prefix FROM TO: in a moment, because files are shared by hard links; those that are written in place are not.
 copy_prefix() {
-    local from=$1 to=$2 half_done=$2.new file
+    local from=$1 to=$2 half_done=$2.new written
     rm -rf "$half_done"
     cp -al "$from" "$half_done"
-    for file in system.reg user.reg userdef.reg drive_c/windows/win.ini drive_c/windows/system.ini; do
-        [ ! -e "$from/$file" ] || cp -a --remove-destination "$from/$file" "$half_done/$file"
+    for written in system.reg user.reg userdef.reg drive_c/windows/win.ini drive_c/windows/system.ini \
+        drive_c/windows/msagent; do
+        [ -e "$from/$written" ] || continue
+        rm -r "${half_done:?}/$written"
+        cp -a "$from/$written" "$half_done/$written"
     done
     mv "$half_done" "$to"
 }
 
-# Makes the prefix of WINEPREFIX where it is not there yet, out of one that no program has written into.
+# Makes the prefix of WINEPREFIX where it is not there yet, as a copy of the one at MURMELIX_ORIGIN, in which nothing may run.
+# Where that is not set, no program has written into the copied one.
 make_prefix() {
     [ ! -e "$WINEPREFIX/.ready" ] || return 0
-    local bare=$MURMELIX_ROOT/build/wine-bare
-    make_bare_prefix "$bare"
+    local origin=${MURMELIX_ORIGIN:-}
+    if [ -z "$origin" ]; then
+        origin=$MURMELIX_ROOT/build/wine-bare
+        make_bare_prefix "$origin"
+    fi
     mkdir -p "$(dirname "$WINEPREFIX")"
     (
         exec 9>"$WINEPREFIX.lock"
         flock -w 600 9 || die "another process has been making $WINEPREFIX for ten minutes"
         if [ ! -e "$WINEPREFIX/.ready" ]; then
             rm -rf "$WINEPREFIX" # what another version of this script, or half of a copy, has left
-            copy_prefix "$bare" "$WINEPREFIX"
+            copy_prefix "$origin" "$WINEPREFIX"
         fi
     ) || exit 1
 }

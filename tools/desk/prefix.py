@@ -1,4 +1,4 @@
-"""A Wine prefix for one session: copied from the bare one, ended and removed afterwards."""
+"""A Wine prefix for one session: copied from the bare one or another, ended and removed afterwards."""
 
 import os
 import shutil
@@ -24,16 +24,16 @@ def _library(command, **environment):
 
 
 class Prefix:
-    def __init__(self, directory, keep=False):
-        """Makes the prefix at `directory`, which lies below build/ of the project; what was there is removed, but for
-        a prefix to `keep`, whose programs are ended alone."""
+    def __init__(self, directory, keep=False, origin=None):
+        """Makes the prefix at `directory`, which lies below build/ of the project, as a copy of the one at `origin` where
+        that is given; what was there is removed, but for a prefix to `keep`, whose programs are ended alone."""
         self.directory = Path(directory).resolve()
         if self.directory.exists():
             self._end_server_of(self.directory)
             if not keep:
                 shutil.rmtree(self.directory)
         lines = _library('wine_environment; make_prefix; printf "%s\\n" "$WINE" "$WINESERVER" "$WINEPREFIX"',
-                         WINEPREFIX=str(self.directory)).splitlines()
+                         WINEPREFIX=str(self.directory), MURMELIX_ORIGIN=str(origin or "")).splitlines()
         self.wine, self._server = lines[:2]
         if lines[2] != str(self.directory):
             raise RuntimeError(f"{self.directory} is not below {ROOT}/build")

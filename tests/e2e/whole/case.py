@@ -20,6 +20,7 @@ from desk.records import unescape  # noqa: E402
 from desk.screen import Screen  # noqa: E402
 from desk.waiting import PATIENCE_SECONDS, TimedOut, wait_for  # noqa: E402
 from inspector import Inspector  # noqa: E402
+from neighbours import set_up_once  # noqa: E402
 
 __all__ = ["MAIN_WINDOW", "PATIENCE_SECONDS", "PROGRAM_DIRECTORY", "ROOT", "TimedOut", "WholeProgramTest", "Window", "main",
            "unescape", "wait_for", "windows_path"]
@@ -70,6 +71,7 @@ class WholeProgramTest(unittest.TestCase):
     maxDiff = None
     SCREEN = (1280, 960)
     DPI = 96
+    SET_UP = True  # the neighbours, before the test begins
 
     def setUp(self):
         name = self.id().rsplit(".", 1)[-1]
@@ -77,9 +79,10 @@ class WholeProgramTest(unittest.TestCase):
         shutil.rmtree(self.output, ignore_errors=True)
         self.output.mkdir(parents=True)
         self._run = ROOT / "build" / "wine-runs" / f"{os.getpid()}.{name}"
+        origin = set_up_once() if self.SET_UP else None
         screen = Screen.own(*self.SCREEN)
         try:
-            prefix = Prefix(self._run / "prefix")
+            prefix = Prefix(self._run / "prefix", origin=origin)
             prefix.set_resolution(self.DPI)
         except BaseException:
             screen.close()

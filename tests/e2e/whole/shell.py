@@ -101,11 +101,10 @@ class Mappings:
 
 
 class ShellTest(WholeProgramTest):
-    """Neighbours set up; the program is started by `start_program`."""
+    """The program is started by `start_program`."""
 
     def setUp(self):
         super().setUp()
-        self.desk.set_up_all()
         self.client_log = ClientLog(self.output / "logs" / "messenger.tsv")
         self.transcript = Transcript(self.output / "logs" / "agent.tsv")
         self._pages = self.output / "pages.txt"

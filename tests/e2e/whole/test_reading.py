@@ -10,10 +10,6 @@ ANN, BOB, CY = (f"{name}@messenger.example" for name in ("ann", "bob", "cy"))
 
 
 class Reading(WholeProgramTest):
-    def setUp(self):
-        super().setUp()
-        self.desk.set_up_all()
-
     def wait_for_words(self, key, words):
         self.eventually(f"{words!r} of {key}", lambda: words in [said.strip() for said in self.said(key)])
 

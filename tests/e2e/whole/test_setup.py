@@ -6,6 +6,8 @@ OTHER = "{11111111-2222-3333-4444-555555555555}"
 
 
 class Setup(WholeProgramTest):
+    SET_UP = False
+
     def set_up(self, *switches):
         return self.desk.run("MSAGENT.exe", PROGRAM_DIRECTORY / "MSAGENT.exe", "/quiet", *switches)
 

@@ -5,7 +5,7 @@ from case import MAIN_WINDOW, PROGRAM_DIRECTORY, WholeProgramTest, main
 HEADER = "[09:00] <Ann> hello\n[09:01] <Bob> hello Ann\n"
 
 
-class Start(WholeProgramTest):
+class StartTest(WholeProgramTest):
     def start_program(self, *arguments, name="Murmelix.exe"):
         return self.desk.start(name, PROGRAM_DIRECTORY / "Murmelix.exe", *arguments, directory=PROGRAM_DIRECTORY)
 
@@ -22,6 +22,10 @@ class Start(WholeProgramTest):
         lines = self.window(title).texts()
         self.answer(title)
         return "\n".join(lines)
+
+
+class BareMachine(StartTest):
+    SET_UP = False
 
     def test_first_start_on_a_bare_machine_ends_in_a_working_one(self):
         self.desk.set_up_messenger()
@@ -52,8 +56,9 @@ class Start(WholeProgramTest):
         self.start_program(name="second")
         self.wait_for_main_window()
 
+
+class Start(StartTest):
     def test_second_instance_says_so_and_ends(self):
-        self.desk.set_up_all()
         self.start_program()
         self.wait_for_main_window()
         second = self.start_program(name="second")
@@ -67,7 +72,6 @@ class Start(WholeProgramTest):
         self.assert_running("Murmelix.exe")
 
     def test_missing_character_directory_ends_the_program(self):
-        self.desk.set_up_all()
         characters = self.desk.prefix.windows / "msagent" / "chars"
         characters.rename(characters.with_name("elsewhere"))
         program = self.start_program()
@@ -79,7 +83,6 @@ class Start(WholeProgramTest):
         self.eventually("the program's end", lambda: program.poll() is not None)
 
     def test_no_characters_is_said_once_for_each_contact_and_reading_goes_on(self):
-        self.desk.set_up_all()
         for file in (self.desk.prefix.windows / "msagent" / "chars").glob("*.acs"):
             file.unlink()
         reading = self.open_program(self.conversation(HEADER), participants=2)
@@ -95,7 +98,6 @@ class Start(WholeProgramTest):
         self.assertEqual(self.acts(what="Speak"), [])
 
     def test_all_characters_in_use_is_said_and_the_others_are_read(self):
-        self.desk.set_up_all()
         characters = sorted((self.desk.prefix.windows / "msagent" / "chars").glob("*.acs"))
         for file in characters[1:]:
             file.unlink()
@@ -111,14 +113,12 @@ class Start(WholeProgramTest):
         self.assert_responsive()
 
     def test_unwritable_registry_lets_the_program_read_all_the_same(self):
-        self.desk.set_up_all()
         # A value where the program wants to make its key: nothing can be stored below it.
         self.reg("add", r"HKCU\Software", "/v", "Murmelix", "/d", "not a key", "/f")
         reading = self.start_reading(self.conversation(HEADER), participants=2)
         reading.follow()
 
     def test_minimised_start_shows_no_window(self):
-        self.desk.set_up_all()
         self.desk.start("MessengerClient.exe", PROGRAM_DIRECTORY / "MessengerClient.exe", "/signedout")
         self.eventually("the client's window", lambda: any("Messenger" in text for text in self.screen.titles()))
         self.start_program("/Min")

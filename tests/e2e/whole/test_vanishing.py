@@ -7,10 +7,6 @@ LOG = "".join(f"[09:{minute:02d}] <Ann> message number {minute}\n" for minute in
 
 
 class Vanishing(WholeProgramTest):
-    def setUp(self):
-        super().setUp()
-        self.desk.set_up_all()
-
     def read_some(self, messages):
         self.start_reading(self.conversation(LOG), participants=1, speed=30)
         self.eventually(f"{messages} messages", lambda: len(self.said(ANN)) >= messages)
