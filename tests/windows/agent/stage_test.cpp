@@ -365,7 +365,11 @@ struct OnTheatre : testing::Test, Audience {
     MessageWindow messages;
     voice::Service service{nullptr};
     voice::Output output{std::u16string()};
-    Theatre theatre{messages, service, output, {}};
+    int asked_for_screens = 0;
+    Theatre theatre{messages, service, output, {}, [this] {
+                        ++asked_for_screens;
+                        return readScreens();
+                    }};
     Stage stage{theatre, *this, [](int) { return 0; }};
     std::shared_ptr<const acs::CharacterFile> file;
     Actor* actor = nullptr;
@@ -526,6 +530,19 @@ TEST_F(OnTheatre, TheStageKnowsTheScreens) {
     advance(20);
     EXPECT_EQ(place().left, 0);
     EXPECT_EQ(place().top, 0);
+}
+
+TEST_F(OnTheatre, TheScreensAreAskedForOnceAChange) {
+    actor->add(stage.newRequest({.kind = Kind::think, .text = u"A thought that takes a while."}));
+    for (Time now = 20; now < 2000; now += 10) {
+        actor->place(static_cast<int>(now), 200, MoveCause::program);
+        advance(now);
+    }
+    EXPECT_EQ(asked_for_screens, 1);
+    SendMessageW(messages.handle(), WM_DISPLAYCHANGE, 32, MAKELPARAM(1280, 1024));
+    advance(2010);
+    advance(2020);
+    EXPECT_EQ(asked_for_screens, 2);
 }
 
 } // namespace

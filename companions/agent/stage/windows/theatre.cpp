@@ -98,8 +98,10 @@ void Theatre::Worker::run(const std::stop_token& stop) {
     }
 }
 
-Theatre::Theatre(MessageWindow& messages, voice::Service& service, voice::Output& output, Hand hand)
-    : messages_(messages), service_(service), output_(output), hand_(std::move(hand)), screens_(readScreens()),
+Theatre::Theatre(MessageWindow& messages, voice::Service& service, voice::Output& output, Hand hand,
+                 std::function<Screens()> read_screens)
+    : messages_(messages), service_(service), output_(output), hand_(std::move(hand)),
+      read_screens_(std::move(read_screens)), screens_(read_screens_()),
       resolution_(scaleOf(readResolution(messages.handle()))),
       frame_sounds_(output, [this](const auto& work, const auto& done) {
           decoder_.add([this, work, done] {
@@ -108,7 +110,7 @@ Theatre::Theatre(MessageWindow& messages, voice::Service& service, voice::Output
           });
       }) {
     messages_.onScreensChanged([this](std::optional<int> resolution) {
-        changeScreens(readScreens(), resolution ? scaleOf(*resolution) : resolution_);
+        changeScreens(read_screens_(), resolution ? scaleOf(*resolution) : resolution_);
     });
 }
 

@@ -10,6 +10,7 @@
 #include "companions/agent/stage/sequencer.h"
 #include "companions/agent/stage/windows/balloon_window.h"
 #include "companions/agent/stage/windows/character_window.h"
+#include "companions/agent/stage/windows/desktop.h"
 #include "companions/agent/stage/windows/message_window.h"
 
 namespace agent::stage {
@@ -35,7 +36,9 @@ struct Hand {
 
 class Theatre final : public Effects {
   public:
-    Theatre(MessageWindow& messages, voice::Service& service, voice::Output& output, Hand hand);
+    // The screens are asked for at once, and again whenever the system tells of a change.
+    Theatre(MessageWindow& messages, voice::Service& service, voice::Output& output, Hand hand,
+            std::function<Screens()> read_screens = readScreens);
     ~Theatre() override;
 
     void admit(ActorId actor, std::shared_ptr<const acs::CharacterFile> file);
@@ -107,6 +110,7 @@ class Theatre final : public Effects {
     voice::Service& service_;
     voice::Output& output_;
     Hand hand_;
+    std::function<Screens()> read_screens_;
     Screens screens_;
     double size_ = 1, resolution_;
     bool screens_changed_ = true; // since the stage was told
