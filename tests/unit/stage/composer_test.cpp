@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <random>
 #include <set>
 
 #include <gmock/gmock.h>
@@ -121,7 +122,8 @@ TEST(Composer, WithoutAFrameAllIsTransparent) {
 
 std::vector<std::uint32_t> scaled(const Raster& raster, int width, int height) {
     std::vector<std::uint32_t> pixels(static_cast<std::size_t>(width * height));
-    scale(raster, width, height, pixels.data());
+    const Rect whole = Scaler().scale(raster, {0, 0, raster.width, raster.height}, width, height, pixels.data());
+    EXPECT_EQ(whole, (Rect{0, 0, width, height}));
     return pixels;
 }
 
@@ -160,6 +162,61 @@ TEST(Composer, ScalesWithAHardOutlineInFullColours) {
     }
     EXPECT_GT(widths.size(), 8U) << "a row of blocks would be as wide as the next";
     EXPECT_EQ(widthOf(3 * side / 2), 3 * side);
+}
+
+TEST(Composer, AreaThatChangedIsTheSmallest) {
+    const Raster before{4, 3, std::vector<std::uint32_t>(12, red)};
+    EXPECT_EQ(changedArea(before, before).width(), 0);
+    Raster after = before;
+    after.pixels[5] = clear; // at 1, 1
+    EXPECT_EQ(changedArea(before, after), (Rect{1, 1, 2, 2}));
+    after.pixels[11] = clear; // at 3, 2
+    EXPECT_EQ(changedArea(before, after), (Rect{1, 1, 4, 3}));
+    after.pixels[0] = clear;
+    EXPECT_EQ(changedArea(before, after), (Rect{0, 0, 4, 3}));
+}
+
+// Whatever changes, and whatever the sizes: drawing what has changed leaves the same picture as drawing all.
+TEST(Composer, WhatHasChangedIsScaledAlone) {
+    std::mt19937 random(20);
+    const auto below = [&](int bound) { return std::uniform_int_distribution<int>(0, bound - 1)(random); };
+    for (int round = 0; round < 200; ++round) {
+        const int width = 1 + below(24), height = 1 + below(24);
+        const int wide = 1 + below(60), high = 1 + below(60);
+        Raster picture{width, height, {}};
+        for (int i = 0; i < width * height; ++i) {
+            picture.pixels.push_back(below(4) == 0 ? clear : 0xFF000000U | static_cast<std::uint32_t>(below(1 << 24)));
+        }
+        Scaler scaler;
+        std::vector<std::uint32_t> pixels(static_cast<std::size_t>(wide * high));
+        scaler.scale(picture, {0, 0, width, height}, wide, high, pixels.data());
+        for (int step = 0; step < 4; ++step) {
+            Raster next = picture;
+            for (int changes = below(5); changes > 0; --changes) {
+                next.pixels[static_cast<std::size_t>(below(width * height))] ^= 0x00FFFFFFU;
+            }
+            const std::vector<std::uint32_t> before = pixels;
+            const Rect drawn = scaler.scale(next, changedArea(picture, next), wide, high, pixels.data());
+            ASSERT_EQ(pixels, scaled(next, wide, high)) << round;
+            for (int i = 0; i < wide * high; ++i) {
+                const int x = i % wide, y = i / wide;
+                if (x < drawn.left || x >= drawn.right || y < drawn.top || y >= drawn.bottom) {
+                    ASSERT_EQ(pixels[static_cast<std::size_t>(i)], before[static_cast<std::size_t>(i)]) << round;
+                }
+            }
+            picture = next;
+        }
+    }
+}
+
+TEST(Composer, ScalesAnotherPictureInAnotherSize) {
+    Scaler scaler;
+    for (const auto& [from, to] : {std::pair{3, 6}, std::pair{5, 6}, std::pair{5, 9}, std::pair{3, 6}}) {
+        const Raster picture{from, 1, std::vector<std::uint32_t>(static_cast<std::size_t>(from), red)};
+        std::vector<std::uint32_t> pixels(static_cast<std::size_t>(to));
+        EXPECT_EQ(scaler.scale(picture, {0, 0, from, 1}, to, 1, pixels.data()), (Rect{0, 0, to, 1}));
+        EXPECT_THAT(pixels, testing::Each(red));
+    }
 }
 
 TEST(Composer, ScalesToAndFromASinglePixel) {

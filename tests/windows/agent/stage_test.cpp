@@ -73,6 +73,27 @@ TEST(CharacterWindow, HasTheShapeOfThePicture) {
     EXPECT_TRUE(shows(310, 230, backdrop_colour));
 }
 
+TEST(CharacterWindow, DrawsWhatHasChanged) {
+    const Backdrop backdrop;
+    CharacterWindow window({});
+    Raster picture = ring();
+    window.show(picture, {100, 100, 220, 220});
+    const auto paint = [&](int x, int y, std::uint32_t colour) {
+        for (int i = 0; i < 100; ++i) {
+            picture.pixels[static_cast<std::size_t>((y + i / 10) * 60 + x + i % 10)] = colour;
+        }
+        window.show(picture, {100, 100, 220, 220});
+    };
+    paint(25, 25, 0xFF0000FF); // in the hole
+    EXPECT_TRUE(shows(160, 160, 0x0000FF));
+    EXPECT_TRUE(shows(120, 160, 0xFF8000)) << "beside it all is as it was";
+    paint(25, 25, 0);
+    EXPECT_TRUE(shows(160, 160, backdrop_colour)) << "the hole is back";
+    paint(5, 25, 0);
+    EXPECT_TRUE(shows(120, 160, backdrop_colour)) << "and another beside it";
+    EXPECT_TRUE(shows(200, 160, 0xFF8000));
+}
+
 TEST(CharacterWindow, IsTopmostAndTakesNoFocus) {
     CharacterWindow window({});
     const HWND active = GetActiveWindow();

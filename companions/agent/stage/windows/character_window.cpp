@@ -34,20 +34,39 @@ CharacterWindow::~CharacterWindow() {
 }
 
 bool CharacterWindow::show(const Raster& raster, const Rect& area) {
-    if (raster.pixels.empty() || area.width() <= 0 || area.height() <= 0 ||
-        (shown_ && area == area_ && raster.pixels == pixels_)) {
+    if (raster.pixels.empty() || area.width() <= 0 || area.height() <= 0) {
         return false;
     }
+    const bool alike = shown_ && area.width() == area_.width() && area.height() == area_.height() &&
+                       raster.width == picture_.width && raster.height == picture_.height;
+    const Rect changed = alike ? changedArea(picture_, raster) : Rect{0, 0, raster.width, raster.height};
+    if (alike && changed.width() == 0) {
+        if (area == area_) {
+            return false;
+        }
+        move(area.left, area.top);
+        return true;
+    }
     area_ = area;
-    pixels_ = raster.pixels;
+    picture_ = raster;
     canvas_.resize(area.width(), area.height());
-    scale(raster, area.width(), area.height(), canvas_.pixels());
+    const Rect drawn = scaler_.scale(raster, changed, area.width(), area.height(), canvas_.pixels());
     SIZE size = canvas_.size();
     POINT at{area.left, area.top};
     POINT from{0, 0};
+    const RECT part{drawn.left, drawn.top, drawn.right, drawn.bottom};
     // By its alpha a pixel is there or not, for the eye and for the pointer.
     BLENDFUNCTION blend{AC_SRC_OVER, 0, 255, AC_SRC_ALPHA};
-    UpdateLayeredWindow(handle(), nullptr, &at, &size, canvas_.context(), &from, 0, &blend, ULW_ALPHA);
+    UPDATELAYEREDWINDOWINFO update{};
+    update.cbSize = sizeof update;
+    update.pptDst = &at;
+    update.psize = &size;
+    update.hdcSrc = canvas_.context();
+    update.pptSrc = &from;
+    update.pblend = &blend;
+    update.dwFlags = ULW_ALPHA;
+    update.prcDirty = alike ? &part : nullptr;
+    UpdateLayeredWindowIndirect(handle(), &update);
     if (!shown_) {
         shown_ = true;
         SetWindowPos(handle(), HWND_TOPMOST, 0, 0, 0, 0, SWP_NOACTIVATE | SWP_NOMOVE | SWP_NOSIZE | SWP_SHOWWINDOW);

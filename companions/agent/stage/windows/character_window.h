@@ -26,8 +26,8 @@ class CharacterWindow final : public Window {
     explicit CharacterWindow(PointerHandlers handlers);
     ~CharacterWindow() override;
 
-    // The picture, scaled to the area; false where that is what shows already: drawing costs the system much more than
-    // comparing.
+    // The picture, scaled to the area; false where that is what shows already. Only what differs from the picture
+    // before is drawn: that costs the system much more than comparing.
     bool show(const Raster& raster, const Rect& area);
     void move(int left, int top);
     void hide();
@@ -48,8 +48,9 @@ class CharacterWindow final : public Window {
     std::u16string tip_text_;
     Canvas canvas_;
     bool shown_ = false;
-    Rect area_{0, 0, 0, 0};             // of the window, and
-    std::vector<std::uint32_t> pixels_; // of the picture in it, before it was scaled
+    Rect area_{0, 0, 0, 0}; // of the window, and
+    Raster picture_;        // in it, before it was scaled
+    Scaler scaler_;
 
     int pressed_ = 0; // the button that is held down on it
     bool dragging_ = false;
