@@ -30,28 +30,17 @@ bool isAdpcm(Encoding encoding) {
     return encoding == Encoding::ms_adpcm || encoding == Encoding::ima_adpcm;
 }
 
-// Of each channel in that many bytes of a block; 0 where they are too few.
+// Of each channel in that many bytes of an ADPCM block, the first of which stand in its header; 0 where they are too
+// few.
 std::uint32_t samplesIn(const EncodedFormat& format, std::size_t size) {
-    const auto bytes = static_cast<std::uint32_t>(size);
-    switch (format.encoding) {
-    case Encoding::ms_adpcm:
-        return bytes < ms_header * format.channels
-                   ? 0
-                   : (bytes - ms_header * format.channels) * 2 / format.channels + 2; // two stand in the header
-    case Encoding::ima_adpcm: {
-        // Of two channels eight samples of the one and eight of the other come in turns.
-        const std::uint32_t group = format.channels == 2 ? 8 : 1;
-        return bytes < ima_header * format.channels
-                   ? 0
-                   : (bytes - ima_header * format.channels) / group * group * 2 / format.channels + 1;
+    const bool ms = format.encoding == Encoding::ms_adpcm;
+    const std::size_t header = (ms ? ms_header : ima_header) * format.channels;
+    if (size < header) {
+        return 0;
     }
-    case Encoding::gsm:
-        return bytes < gsm_block ? 0 : gsm_samples;
-    case Encoding::a_law:
-    case Encoding::mu_law:
-        return bytes / format.channels;
-    }
-    return 0;
+    // Of two channels of IMA-ADPCM eight samples of the one and eight of the other come in turns.
+    const std::size_t group = !ms && format.channels == 2 ? 8 : 1;
+    return static_cast<std::uint32_t>((size - header) / group * group * 2 / format.channels + (ms ? 2 : 1));
 }
 
 // A converter reads its tables at these places.
@@ -145,7 +134,14 @@ EncodedBlocks readEncodedBlocks(const EncodedFormat& format, std::span<const std
     EncodedBlocks read;
     const std::uint64_t most_blocks = (most_samples + format.samples_per_block - 1) / format.samples_per_block;
     const auto room = static_cast<std::size_t>(std::min<std::uint64_t>(data.size(), most_blocks * format.block));
-    for (data = data.first(room); !data.empty();) {
+    data = data.first(room);
+    if (!isAdpcm(format.encoding)) {
+        const std::size_t whole = data.size() / format.block;
+        read.bytes.assign(data.begin(), data.begin() + static_cast<std::ptrdiff_t>(whole * format.block));
+        read.samples = std::min<std::uint64_t>(whole * format.samples_per_block, most_samples);
+        return read;
+    }
+    while (!data.empty()) {
         const std::span<const std::uint8_t> block = data.first(std::min<std::size_t>(data.size(), format.block));
         const std::uint32_t samples = samplesIn(format, block.size());
         if (samples == 0 || !isSound(format, block)) {
