@@ -18,6 +18,7 @@
 #include "common/text.h"
 #include "companions/messenger/chat/control.h"
 #include "tests/windows/messenger_client/client_process.h"
+#include "tests/windows/support/examples.h"
 
 namespace messenger_client {
 
@@ -699,6 +700,15 @@ TEST(Registering, NeverReplacesAnothersRegistration) {
     EXPECT_EQ(std::u16string(murmelix::com::narrow(now.data(), std::wcslen(now.data()))), other);
     RegDeleteTreeW(HKEY_LOCAL_MACHINE, L"Software\\Classes\\Messenger.UIAutomation");
     EXPECT_EQ(Process(clientProgram() + u" /regserver").exitStatus(), 0U);
+}
+
+TEST(Examples, OfTheMessengerWritesWhatIsSaid) {
+    const RunningClient client(u"/signin me@x /friendly Mia");
+    ASSERT_EQ(client.command("add ann@x Ann"), 1);
+    ASSERT_EQ(client.command("add bob@x Bob"), 1);
+    const auto all = murmelix::test::examples();
+    ASSERT_EQ(all.size(), 10U);
+    EXPECT_EQ(murmelix::test::outputOfScript(all.back(), u""), all.back().output);
 }
 
 TEST_F(Members, AnswerAScript) {
