@@ -312,6 +312,50 @@ TEST_F(Clients, ChooseFromTheCharactersMenu) {
     EXPECT_TRUE(heard.soon("17 ann@xR% of ann@x")) << "by the mouse";
 }
 
+TEST_F(Clients, ADoubleClickIsTheDefaultCommand) {
+    pointAway();
+    Heard heard(control);
+    Object character = load(u"a");
+    Object commands = character.object(u"Commands");
+    Object greet(commands.call(u"Add", {Variant(u"greet"), Variant(u"&Greet")}).toObject());
+    character.call(u"MoveTo", {Variant(std::int16_t{200}), Variant(std::int16_t{200})});
+    character.call(u"Show", {Variant(true)});
+    ASSERT_TRUE(pumpUntil([] { return characterWindow() && IsWindowVisible(characterWindow()); }));
+    ASSERT_TRUE(pointAt(characterWindow(), 230, 220));
+    const auto double_click = [&] {
+        heard.lines.clear();
+        PostMessageW(characterWindow(), WM_LBUTTONDBLCLK, MK_LBUTTON, MAKELPARAM(30, 20));
+        EXPECT_TRUE(heard.soon("4 a 1 0 230 220"));
+        // What comes after it has come when the next request is over.
+        Object after(character.call(u"Get", {Variant(u"Animation"), Variant(u"Wave"), Variant(false)}).toObject());
+        EXPECT_TRUE(heard.soon("11 #" + murmelix::toUtf8(after.get(u"ID").toText())));
+        return heard.lines;
+    };
+    EXPECT_THAT(double_click(), Not(Contains("17 greet of a")));
+    commands.put(u"DefaultCommand", Variant(u"greet"));
+    EXPECT_THAT(double_click(), Contains("17 greet of a"));
+    greet.put(u"Enabled", Variant(false));
+    EXPECT_THAT(double_click(), Not(Contains("17 greet of a")));
+}
+
+TEST_F(Clients, ChooseAnotherClientByTheCaptionOfItsCommands) {
+    Object second = server.control();
+    Heard heard(control), second_heard(second);
+    Object others = second.object(u"Characters");
+    others.call(u"Load", {Variant(u"theirs"), Variant(smallCharacterFile())});
+    Object theirs = others.object(u"Character", {Variant(u"theirs")});
+    theirs.object(u"Commands").put(u"Caption", Variant(u"The other program"));
+    Object mine = load(u"mine");
+    mine.call(u"Show", {Variant(true)});
+    ASSERT_TRUE(pumpUntil([&] { return mine.get(u"Visible").toBool(); }));
+    mine.call(u"ShowPopupMenu", {Variant(std::int16_t{230}), Variant(std::int16_t{220})});
+    ASSERT_TRUE(pumpUntil(openMenu));
+    screenshot("agent-menu-others");
+    keys({VK_UP, VK_RETURN});
+    EXPECT_TRUE(second_heard.soon("1 theirs")) << "the last entry";
+    EXPECT_EQ(theirs.get(u"Active").toInt16(), 2);
+}
+
 TEST_F(Clients, NoTipCoversAnOpenMenu) {
     Object character = load(u"ann@messenger.example");
     character.call(u"MoveTo", {Variant(std::int16_t{200}), Variant(std::int16_t{200})});
