@@ -637,6 +637,7 @@ TEST(Server, WritesATranscriptAndARecording) {
         character.call(u"Show", {Variant(true)});
         Object speak(character.call(u"Speak", {Variant(u"one\ttwo\\three")}).toObject());
         EXPECT_TRUE(pumpUntil([&] { return speak.get(u"Status").toInt32() == 0; }));
+        character.call(u"Think", {Variant(u"\\Chr=\"Whisper\"\\not \\Map=\"a\"=\"b\"\\ aloud")});
     }
     const std::string lines = contents(transcript);
     EXPECT_THAT(lines.substr(0, lines.find('\n')), EndsWith("\tready\t\t\t\t"));
@@ -644,6 +645,7 @@ TEST(Server, WritesATranscriptAndARecording) {
     EXPECT_THAT(lines, HasSubstr("\tend\tann@x\tDot\tShow\t\tcomplete\n"));
     EXPECT_THAT(lines, HasSubstr("\tcall\tann@x\tDot\tSpeak\tone\\ttwo\\\\three\n"));
     EXPECT_THAT(lines, HasSubstr("\tend\tann@x\tDot\tSpeak\tone\\ttwo\\\\three\tcomplete\n"));
+    EXPECT_THAT(lines, HasSubstr("\tcall\tann@x\tDot\tThink\tnot b aloud\n")) << "tags are not shown";
     const std::string wave = contents(recording);
     EXPECT_EQ(wave.substr(0, 4), "RIFF");
     EXPECT_GT(wave.size(), 20000U);
