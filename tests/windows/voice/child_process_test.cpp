@@ -36,7 +36,7 @@ struct Ran {
 Ran run(const std::wstring& command, std::string_view input = {}, milliseconds limit = patience,
         const std::stop_token& stop = {}, std::size_t most_output = most) {
     Ran ran;
-    ran.result = runChild(command, System::windows, input, limit, most_output, stop, ran.error);
+    ran.result = runChild(command, input, limit, most_output, stop, ran.error);
     return ran;
 }
 
@@ -171,33 +171,6 @@ TEST(ChildProcess, NobodyElseReadsWhatIsOnItsWay) {
     EXPECT_TRUE(temporaryFiles().empty());
     run(L"\"C:\\no such folder\\no such program.exe\"", "private words");
     EXPECT_TRUE(temporaryFiles().empty()) << "also where no program was started";
-}
-
-// A program of the system below Wine; nothing to start elsewhere.
-TEST(ChildProcess, BelowWineTheOutputIsBehindTheInput) {
-    if (GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") == nullptr) {
-        GTEST_SKIP() << "this is not Wine";
-    }
-    const auto below = [](const std::wstring& script, const std::string& input, milliseconds limit = patience) {
-        Ran ran;
-        ran.result = runChild(L"\"\\\\?\\unix\\bin\\sh\" -c \"" + script + L"\"", System::below_wine, input, limit,
-                              most, {}, ran.error);
-        return ran;
-    };
-    std::string input;
-    for (int i = 0; input.size() < 300'000; ++i) {
-        input += std::to_string(i);
-    }
-    const Ran copied = below(L"t=$(cat); printf %s $t >&0; sleep 0.2; printf end >&0; echo 0", input);
-    EXPECT_EQ(copied.output(), input + "end");
-    const Ran failed = below(L"echo 42", "text");
-    ASSERT_TRUE(failed.result) << failed.error;
-    EXPECT_EQ(failed.result->exit_code, 42U);
-    const Ran mode = below(L"cat >/dev/null; stat -Lc %a /dev/stdin >&0; echo 0", "text");
-    ASSERT_EQ(mode.output().size(), 4U) << mode.error;
-    EXPECT_TRUE(mode.output().starts_with("6") && mode.output().ends_with("0\n")) << mode.output() << mode.error;
-    EXPECT_EQ(below(L"exit 0", "text").error, "the program ended without telling how");
-    EXPECT_EQ(below(L"exec sleep 2", "text", seconds(1)).error, "the program takes too long");
 }
 
 TEST(ChildProcess, ManyRunSideBySide) {

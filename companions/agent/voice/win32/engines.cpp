@@ -8,20 +8,20 @@
 #include "companions/agent/voice/engine_choice.h"
 #include "companions/agent/voice/espeak.h"
 #include "companions/agent/voice/win32/child_process.h"
+#include "companions/agent/voice/win32/lasting_shell.h"
 
 namespace agent::voice {
 
 namespace {
 
-constexpr std::chrono::seconds time_limit{22}; // more than the shell's own, below
+constexpr std::chrono::seconds time_limit{22}; // more than the program's own below Wine
 // What the longest text can sound, and more.
 constexpr std::size_t most_output = std::size_t{60} << 20;
 
-// The shell of the system below Wine has the sound written behind the text (which espeak-ng reads to its end first),
-// tells the exit code, looks the program's name up where that system looks, and ends one that hangs or writes beyond
-// all measure (in blocks of 512 bytes).
-constexpr std::wstring_view shell_command = L"\"\\\\?\\unix\\bin\\sh\" -c \"ulimit -f 131072; "
-                                            L"timeout -k 1 20 espeak-ng \\\"$@\\\" >&0 2>/dev/null; echo $?\" sh";
+// Below Wine the sound is written behind the text, which espeak-ng reads to its end first. One that hangs or writes
+// beyond all measure (in blocks of 1024 bytes) ends.
+constexpr std::wstring_view below_wine =
+    L"(ulimit -f 65536; exec timeout -k 1 20 espeak-ng $arguments >&0 2>/dev/null 3>&-)";
 
 bool runsUnderWine() {
     const HMODULE ntdll = GetModuleHandleW(L"ntdll.dll");
@@ -59,20 +59,25 @@ std::wstring withArguments(std::wstring command, const std::vector<std::string>&
     return command;
 }
 
-// `command` runs espeak-ng with the arguments that follow it.
-RunProgram runnerOf(std::wstring command, System system) {
-    return [command = std::move(command), system](const ProgramRun& run, const std::stop_token& stop,
-                                                  std::string& error) -> std::optional<std::vector<std::uint8_t>> {
-        std::optional<ChildResult> result =
-            runChild(withArguments(command, run.arguments), system, run.input, time_limit, most_output, stop, error);
-        if (!result) {
-            return std::nullopt;
-        }
-        if (result->exit_code != 0) {
-            error = "espeak-ng failed with the exit code " + std::to_string(result->exit_code);
-            return std::nullopt;
-        }
-        return std::move(result->output);
+std::optional<std::vector<std::uint8_t>> written(std::optional<ChildResult> result, std::string& error) {
+    if (result && result->exit_code != 0) {
+        error = "espeak-ng failed with the exit code " + std::to_string(result->exit_code);
+        return std::nullopt;
+    }
+    return result ? std::optional(std::move(result->output)) : std::nullopt;
+}
+
+RunProgram runnerOf(const std::wstring& path) {
+    return [command = L"\"" + path + L"\""](const ProgramRun& run, const std::stop_token& stop, std::string& error) {
+        return written(runChild(withArguments(command, run.arguments), run.input, time_limit, most_output, stop, error),
+                       error);
+    };
+}
+
+RunProgram runnerBelowWine() {
+    return [shell = std::make_shared<LastingShell>(std::wstring(below_wine))](
+               const ProgramRun& run, const std::stop_token& stop, std::string& error) {
+        return written(shell->run(run.arguments, run.input, time_limit, most_output, stop, error), error);
     };
 }
 
@@ -81,9 +86,9 @@ RunProgram runnerOf(std::wstring command, System system) {
 std::unique_ptr<Engine> makeEspeak() {
     std::unique_ptr<Espeak> engine;
     if (const std::wstring path = findProgram(); !path.empty()) {
-        engine = std::make_unique<Espeak>(runnerOf(L"\"" + path + L"\"", System::windows));
+        engine = std::make_unique<Espeak>(runnerOf(path));
     } else if (runsUnderWine()) {
-        engine = std::make_unique<Espeak>(runnerOf(std::wstring(shell_command), System::below_wine));
+        engine = std::make_unique<Espeak>(runnerBelowWine());
     }
     if (engine && !engine->hasVoice()) {
         engine.reset();
