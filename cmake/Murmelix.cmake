@@ -19,13 +19,9 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_L
 endif()
 if(MURMELIX_SANITIZE)
   # What is left on the stack by a return is not looked for: each exception would take a while.
-  target_compile_options(murmelix_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all
+  # The fuzz targets follow by which ways they have come.
+  target_compile_options(murmelix_options INTERFACE -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all
     -fsanitize-address-use-after-return=never)
-  target_link_options(murmelix_options INTERFACE -fsanitize=address,undefined)
-endif()
-if(MURMELIX_FUZZ)
-  target_compile_options(murmelix_options INTERFACE -fsanitize=fuzzer-no-link,address,undefined
-    -fno-sanitize-recover=all)
   target_link_options(murmelix_options INTERFACE -fsanitize=address,undefined)
 endif()
 if(WIN32)
@@ -36,15 +32,13 @@ if(WIN32)
   target_link_options(murmelix_options INTERFACE -static -Wl,--gc-sections $<$<CONFIG:Release>:-s>)
 endif()
 
-if(NOT MURMELIX_FUZZ)
-  add_library(precompiled OBJECT EXCLUDE_FROM_ALL ${PROJECT_SOURCE_DIR}/cmake/precompiled.cpp)
-  target_link_libraries(precompiled PRIVATE murmelix_options)
-  target_precompile_headers(precompiled PRIVATE ${PROJECT_SOURCE_DIR}/cmake/precompiled.h)
-  if(WIN32)
-    add_library(precompiled_windows OBJECT EXCLUDE_FROM_ALL ${PROJECT_SOURCE_DIR}/cmake/precompiled_windows.cpp)
-    target_link_libraries(precompiled_windows PRIVATE murmelix_options)
-    target_precompile_headers(precompiled_windows PRIVATE ${PROJECT_SOURCE_DIR}/cmake/precompiled_windows.h)
-  endif()
+add_library(precompiled OBJECT EXCLUDE_FROM_ALL ${PROJECT_SOURCE_DIR}/cmake/precompiled.cpp)
+target_link_libraries(precompiled PRIVATE murmelix_options)
+target_precompile_headers(precompiled PRIVATE ${PROJECT_SOURCE_DIR}/cmake/precompiled.h)
+if(WIN32)
+  add_library(precompiled_windows OBJECT EXCLUDE_FROM_ALL ${PROJECT_SOURCE_DIR}/cmake/precompiled_windows.cpp)
+  target_link_libraries(precompiled_windows PRIVATE murmelix_options)
+  target_precompile_headers(precompiled_windows PRIVATE ${PROJECT_SOURCE_DIR}/cmake/precompiled_windows.h)
 endif()
 
 # murmelix_library(NAME [WINDOWS] SOURCES… LINK…): a static library of the sources, with the project's options. WINDOWS
@@ -55,7 +49,7 @@ function(murmelix_library name)
   target_link_libraries(${name} PUBLIC murmelix_options ${ARG_LINK})
   if(ARG_WINDOWS AND TARGET precompiled_windows)
     target_precompile_headers(${name} REUSE_FROM precompiled_windows)
-  elseif(TARGET precompiled)
+  else()
     target_precompile_headers(${name} REUSE_FROM precompiled)
   endif()
 endfunction()
