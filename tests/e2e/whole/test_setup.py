@@ -15,7 +15,8 @@ class Setup(WholeProgramTest):
         return self.desk.prefix.windows / "msagent"
 
     def test_second_setup_finds_everything_there(self):
-        self.assertEqual(self.set_up()[0], 0)
+        status, printed = self.set_up()
+        self.assertEqual(status, 0, printed)
         status, printed = self.set_up()
         self.assertEqual(status, 0, printed)
         self.assertIn("AgentServer.exe is there already.", printed)
@@ -51,7 +52,8 @@ class Setup(WholeProgramTest):
         self.assertIn("Not everything could be done.", printed)
 
     def test_removal_takes_away_what_was_installed_and_no_more(self):
-        self.assertEqual(self.set_up()[0], 0)
+        status, printed = self.set_up()
+        self.assertEqual(status, 0, printed)
         own = self.installed() / "chars" / "own.acs"
         own.write_bytes(b"mine")
         status, printed = self.set_up("/uninstall")
