@@ -5,7 +5,6 @@ Beside the program, Wine's own notepad is started in the same run, in turn, for 
 bench_stopwatch, in milliseconds from the start of the process to a window that is drawn, and to one that answers;
 processor time and memory are what the system of the host accounts for the process. Fails where a limit is passed."""
 
-import os
 import re
 import shutil
 import statistics
@@ -18,6 +17,7 @@ sys.path.insert(0, str(ROOT / "tools"))
 
 from desk.reading import MAIN_WINDOW, WIN64, Options, Reading, own_desk  # noqa: E402
 from desk.waiting import wait_for  # noqa: E402
+from measuring import memory_mb, pid_of, processor_seconds  # noqa: E402
 
 STOPWATCH = WIN64 / "bench" / "windows" / "shell" / "bench_stopwatch.exe"
 STARTS = 10
@@ -25,33 +25,6 @@ IDLE_SECONDS = 30
 START_LIMIT_MS = 400
 IDLE_LIMIT_PERCENT, READING_LIMIT_PERCENT = 0.5, 3
 MEMORY_LIMIT_MB = 25
-
-
-def pid_of(desk, program):
-    """The process of the host that runs a Windows program on this desk; None where there is none."""
-    for folder in Path("/proc").glob("[0-9]*"):
-        try:
-            command = (folder / "cmdline").read_bytes().split(b"\0")[0].replace(b"\\", b"/")
-            environment = (folder / "environ").read_bytes()
-        except OSError:
-            continue
-        if command.endswith(b"/" + program.encode()) and \
-                f"WINEPREFIX={desk.prefix.directory}".encode() in environment.split(b"\0"):
-            return int(folder.name)
-    return None
-
-
-def processor_seconds(pid):
-    fields = Path(f"/proc/{pid}/stat").read_text("ascii", "replace").rpartition(")")[2].split()
-    return (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK")
-
-
-def memory_mb(pid):
-    """What is the process' own: the memory that would be free without it; and all that is resident, with what it shares
-    with the other programs in Wine."""
-    lines = Path(f"/proc/{pid}/smaps_rollup").read_text("utf-8", "replace").splitlines()
-    kilobytes = {line.split(":")[0]: int(line.split()[1]) for line in lines if line.endswith(" kB")}
-    return (kilobytes["Private_Clean"] + kilobytes["Private_Dirty"]) / 1024, kilobytes["Rss"] / 1024
 
 
 def percent_of_a_core(pid):
