@@ -1,4 +1,5 @@
-// Speaks short texts one after another, as many as its argument says, and tells every thousand what the median of them took.
+// Speaks short texts one after another, as many as its argument says, and tells every thousand what the median of them
+// took.
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
