@@ -117,17 +117,6 @@ const std::array<HKEY, 2>& registryRoots() {
     return roots;
 }
 
-// Of the program's type library; empty where it has none.
-std::u16string libraryId() {
-    TLIBATTR* attributes = nullptr;
-    if (!typeLibrary() || FAILED(typeLibrary()->GetLibAttr(&attributes))) {
-        return {};
-    }
-    std::u16string id = textOf(attributes->guid);
-    typeLibrary()->ReleaseTLibAttr(attributes);
-    return id;
-}
-
 bool write(HKEY root, const std::u16string& path, const std::u16string& text) {
     Key key;
     return key.create(root, classes_path + path) == ERROR_SUCCESS && key.set(nullptr, text) == ERROR_SUCCESS;
@@ -142,8 +131,8 @@ bool writeAll(HKEY root, const ServerClass& server, const std::u16string& comman
     for (const std::u16string& prog_id : server.prog_ids) {
         good = good && write(root, prog_id, server.name) && write(root, prog_id + u"\\CLSID", clsid);
     }
-    if (const std::u16string library = libraryId(); !library.empty()) {
-        good = good && write(root, u"CLSID\\" + clsid + u"\\TypeLib", library);
+    if (const auto library = typeLibraryId()) {
+        good = good && write(root, u"CLSID\\" + clsid + u"\\TypeLib", textOf(*library));
     }
     return good && write(root, server.prog_ids.front() + u"\\CurVer", server.prog_ids.back());
 }

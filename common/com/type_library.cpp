@@ -87,6 +87,10 @@ ITypeLib* typeLibrary() {
     return own;
 }
 
+std::optional<GUID> typeLibraryId() {
+    return typeLibrary() ? std::optional(LibraryAttributes(*typeLibrary())->guid) : std::nullopt;
+}
+
 Ptr<ITypeInfo> typeInfo(const IID& interface_or_class) {
     Ptr<ITypeInfo> found;
     if (!typeLibrary() || FAILED(typeLibrary()->GetTypeInfoOfGuid(interface_or_class, found.out()))) {

@@ -2,6 +2,7 @@
 // the members by the tables of dual interfaces, and find the source of its events.
 #pragma once
 
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -28,6 +29,7 @@ struct Interface {
 
 // The program's own; null where it has none.
 ITypeLib* typeLibrary();
+std::optional<GUID> typeLibraryId();
 // How a program that calls an object by its dispatch ids sees the interface; null where the library lacks it.
 Ptr<ITypeInfo> typeInfo(const IID& interface_or_class);
 // All dual interfaces of the library.

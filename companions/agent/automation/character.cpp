@@ -62,10 +62,7 @@ std::vector<std::u16string> listed(const std::u16string& list) {
 std::optional<std::vector<stage::StopKind>> stopKinds(const std::u16string& list) {
     std::vector<stage::StopKind> kinds;
     bool named = false;
-    for (std::size_t at = 0; at <= list.size();) {
-        const std::size_t comma = std::min(list.find(u',', at), list.size());
-        const std::u16string_view name = murmelix::trim(std::u16string_view(list).substr(at, comma - at));
-        at = comma + 1;
+    for (const std::u16string& name : listed(list)) {
         if (name.empty()) {
             continue;
         }
@@ -79,7 +76,7 @@ std::optional<std::vector<stage::StopKind>> stopKinds(const std::u16string& list
         } else if (sameName(name, u"Get")) {
             kinds.push_back(stage::StopKind::get);
         } else if (!sameName(name, u"NonQueuedGet")) { // over as soon as it is asked for
-            throw Error(E_INVALIDARG, u"\"" + std::u16string(name) + u"\" is no kind of request.");
+            throw Error(E_INVALIDARG, u"\"" + name + u"\" is no kind of request.");
         }
     }
     return named ? std::optional(kinds) : std::nullopt;

@@ -2,21 +2,13 @@
 
 #include "companions/agent/acs/reader.h"
 #include "companions/agent/acs/writer.h"
+#include "tests/fuzz/require.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
 
 namespace {
 
 using namespace agent::acs;
-
-void require(bool holds, const char* what) {
-    if (!holds) {
-        std::fprintf(stderr, "A character file breaks a promise: %s\n", what);
-        std::abort();
-    }
-}
 
 void checkFrame(const Character& character, const Animation& animation, const Frame& frame) {
     for (const FrameImage& image : frame.images) {

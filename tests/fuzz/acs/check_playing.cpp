@@ -1,8 +1,6 @@
 #include "tests/fuzz/acs/check_playing.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
 #include <random>
 #include <vector>
 
@@ -10,6 +8,7 @@
 #include "companions/agent/stage/composer.h"
 #include "companions/agent/stage/frame_sounds.h"
 #include "companions/agent/voice/wave.h"
+#include "tests/fuzz/require.h"
 #include "tests/unit/stage/rehearsal.h"
 
 namespace {
@@ -21,13 +20,6 @@ using stage::Time;
 constexpr std::size_t most_animations = 20, most_frames = 50, most_sounds = 20, most_pixels = std::size_t{8} << 20;
 constexpr int most_steps = 200;
 constexpr Time step = 10; // ms
-
-void require(bool holds, const char* what) {
-    if (!holds) {
-        std::fprintf(stderr, "A character breaks a promise on the stage: %s\n", what);
-        std::abort();
-    }
-}
 
 class Checker {
   public:

@@ -2,22 +2,14 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 
 #include "common/text.h"
 #include "companions/updater/published.h"
+#include "tests/fuzz/require.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 namespace {
-
-void require(bool holds, const char* what) {
-    if (!holds) {
-        std::fprintf(stderr, "version.txt breaks a promise: %s\n", what);
-        std::abort();
-    }
-}
 
 bool is16Bit(int number) {
     return number >= 0 && number <= 65535;

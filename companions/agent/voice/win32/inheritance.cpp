@@ -1,6 +1,7 @@
 #include "companions/agent/voice/win32/inheritance.h"
 
 #include <algorithm>
+#include <array>
 #include <random>
 #include <string>
 
@@ -49,6 +50,34 @@ std::wstring unguessableName() {
     }
     return name + L".tmp";
 }
+
+// The list of handles that a new process inherits: these and no others.
+class InheritedHandles {
+  public:
+    explicit InheritedHandles(std::array<HANDLE, 2> handles) : handles_(handles) {
+        SIZE_T size = 0;
+        InitializeProcThreadAttributeList(nullptr, 1, 0, &size);
+        memory_.resize(size);
+        list_ = reinterpret_cast<LPPROC_THREAD_ATTRIBUTE_LIST>(memory_.data());
+        made_ = InitializeProcThreadAttributeList(list_, 1, 0, &size) != 0;
+        good_ = made_ && UpdateProcThreadAttribute(list_, 0, PROC_THREAD_ATTRIBUTE_HANDLE_LIST, handles_.data(),
+                                                   sizeof handles_, nullptr, nullptr) != 0;
+    }
+    ~InheritedHandles() {
+        if (made_) {
+            DeleteProcThreadAttributeList(list_);
+        }
+    }
+    InheritedHandles(const InheritedHandles&) = delete;
+    InheritedHandles& operator=(const InheritedHandles&) = delete;
+    LPPROC_THREAD_ATTRIBUTE_LIST get() const { return good_ ? list_ : nullptr; }
+
+  private:
+    std::array<HANDLE, 2> handles_;
+    std::vector<std::uint8_t> memory_;
+    LPPROC_THREAD_ATTRIBUTE_LIST list_ = nullptr;
+    bool made_ = false, good_ = false;
+};
 
 } // namespace
 

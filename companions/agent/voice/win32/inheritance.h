@@ -1,7 +1,6 @@
 // What a started program is given: handles of this one's, and private files to read from and to write to.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -38,34 +37,6 @@ std::uint64_t sizeOf(const Handle& file); // bytes
 bool fill(const Handle& file, std::string_view content);
 // All from a position on; nothing where the file ends before.
 bool readFrom(const Handle& file, std::size_t begin, std::vector<std::uint8_t>& content);
-
-// The list of handles that a new process inherits: these and no others.
-class InheritedHandles {
-  public:
-    explicit InheritedHandles(std::array<HANDLE, 2> handles) : handles_(handles) {
-        SIZE_T size = 0;
-        InitializeProcThreadAttributeList(nullptr, 1, 0, &size);
-        memory_.resize(size);
-        list_ = reinterpret_cast<LPPROC_THREAD_ATTRIBUTE_LIST>(memory_.data());
-        made_ = InitializeProcThreadAttributeList(list_, 1, 0, &size) != 0;
-        good_ = made_ && UpdateProcThreadAttribute(list_, 0, PROC_THREAD_ATTRIBUTE_HANDLE_LIST, handles_.data(),
-                                                   sizeof handles_, nullptr, nullptr) != 0;
-    }
-    ~InheritedHandles() {
-        if (made_) {
-            DeleteProcThreadAttributeList(list_);
-        }
-    }
-    InheritedHandles(const InheritedHandles&) = delete;
-    InheritedHandles& operator=(const InheritedHandles&) = delete;
-    LPPROC_THREAD_ATTRIBUTE_LIST get() const { return good_ ? list_ : nullptr; }
-
-  private:
-    std::array<HANDLE, 2> handles_;
-    std::vector<std::uint8_t> memory_;
-    LPPROC_THREAD_ATTRIBUTE_LIST list_ = nullptr;
-    bool made_ = false, good_ = false;
-};
 
 // Starts a program, detached from any console, with two standard handles and no others of this program's; null where it
 // does not start. (A program below Wine that would get a console of its own, as one does whose starter has none, gets
