@@ -115,6 +115,15 @@ class Evening:
         if grown:
             self.failures.append("utterances")
 
+    def again(self, what, script, times):
+        """The system's heap keeps what the first ones needed at once: as many later ones must do with it."""
+        for number in range(times):
+            self.run(number, script)
+        before = self.sample()
+        for number in range(times):
+            self.run(number, script)
+        self.compare(f"{what}, {times} more", before, self.sample())
+
     def clients(self, count):
         for number in range(20):  # what is loaded once is loaded
             self.run(number, "talks")
@@ -122,14 +131,8 @@ class Evening:
         for number in range(count):
             self.run(number, "talks")
         self.compare(f"{count} clients in turn", before, self.sample())
-        self.run(0, "brings fifty")
-        before = self.sample()
-        self.run(1, "brings fifty")
-        self.compare("fifty characters at once", before, self.sample())
-        self.run(0, "queues ten thousand")
-        before = self.sample()
-        self.run(1, "queues ten thousand")
-        self.compare("ten thousand requests queued", before, self.sample())
+        self.again("fifty characters at once", "brings fifty", 3)
+        self.again("ten thousand requests queued", "queues ten thousand", 1)
 
         chance = random.Random(11)
 

@@ -45,6 +45,30 @@ void RichTextBox::Append(std::u16string_view text, const Looks& looks) {
     EndUpdate();
 }
 
+int RichTextBox::Length() const {
+    return native::richLength(handle_);
+}
+
+void RichTextBox::Remove(int from, int length) {
+    BeginUpdate();
+    native::removeRich(handle_, from, length);
+    EndUpdate();
+}
+
+void RichTextBox::setLooks(int from, int length, const Looks& looks) {
+    BeginUpdate();
+    native::setRichLooks(handle_, from, length, looks);
+    EndUpdate();
+}
+
+bool RichTextBox::Find(const std::u16string& text, bool back) {
+    return !text.empty() && native::findRich(handle_, text, back);
+}
+
+void RichTextBox::ShowEnd() {
+    native::showRichEnd(handle_);
+}
+
 void RichTextBox::BeginUpdate() {
     native::beginUpdate(handle_);
 }

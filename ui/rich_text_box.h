@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+#include <string>
 #include <string_view>
 
 #include "ui/control.h"
@@ -30,10 +32,24 @@ class RichTextBox : public Control {
         bool bold = false;
         // Of the lines that begin in this run; twips.
         int indent = 0, space_before = 0;
+        bool link = false; // underlined, and clicked to go somewhere
+        bool operator==(const Looks&) const = default;
     };
     // At the end of what is shown; what the user sees and has selected stays where it is, unless the end was in sight,
     // which is followed. A run that begins with a line end gives its looks to the line after it.
     void Append(std::u16string_view text, const Looks& looks);
+    // Positions count every line end as one, and go as far as there is text. What the user sees and has selected stays.
+    int Length() const;
+    void Remove(int from, int length);
+    // Of its colour, weight and link alone.
+    void setLooks(int from, int length, const Looks& looks);
+    // Selects the next place after the selection, or before it, where the text stands in any letter case, and shows it;
+    // past an end it goes on at the other one. False where there is none.
+    bool Find(const std::u16string& text, bool back = false);
+    void ShowEnd();
+    // A run that is a link was clicked; its text.
+    std::function<void(const std::u16string& text)> LinkClick;
+
     // Several runs between them are drawn once.
     void BeginUpdate();
     void EndUpdate();
@@ -49,6 +65,11 @@ Handle createAnsiRichView(Control& box, Handle parent, const std::u16string& tex
 std::u16string richText(Handle box);
 void replaceSelection(Handle box, const std::u16string& text);
 void appendRich(Handle box, std::u16string_view text, const RichTextBox::Looks& looks);
+int richLength(Handle box);
+void removeRich(Handle box, int from, int length);
+void setRichLooks(Handle box, int from, int length, const RichTextBox::Looks& looks);
+bool findRich(Handle box, const std::u16string& text, bool back);
+void showRichEnd(Handle box);
 void beginUpdate(Handle box);
 void endUpdate(Handle box);
 } // namespace native

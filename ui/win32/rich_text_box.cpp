@@ -5,6 +5,7 @@
 
 #include "ui/win32/window.h"
 
+#include <commdlg.h>
 #include <richedit.h>
 
 #include "common/com/handles.h"
@@ -105,6 +106,19 @@ class RichView : public RichWindow {
     RichView(Control& box, HWND parent, const std::u16string& text, const wchar_t* window_class = wide_class)
         : RichWindow(box, window_class, ES_READONLY | ES_NOHIDESEL, parent, text) {
         SendMessageW(hwnd(), EM_SETUNDOLIMIT, 0, 0);
+        SendMessageW(hwnd(), EM_SETEVENTMASK, 0, SendMessageW(hwnd(), EM_GETEVENTMASK, 0, 0) | ENM_LINK);
+    }
+
+    void onNotify(const NMHDR& notice) override {
+        if (notice.code != EN_LINK) {
+            return;
+        }
+        const auto& link = reinterpret_cast<const ENLINK&>(notice);
+        if (link.msg == WM_LBUTTONUP && selection().cpMin == selection().cpMax) {
+            if (const auto& clicked = dynamic_cast<RichTextBox&>(control()).LinkClick) {
+                clicked(textOfRange(link.chrg));
+            }
+        }
     }
 
     bool keeps(const Shortcut& key) const override {
@@ -113,25 +127,14 @@ class RichView : public RichWindow {
 
     // Of another width it has other lines: the end stays in sight, or else what stood first.
     void move(const Rect& pixels) override {
-        const bool follows = atEnd();
-        const LRESULT first = SendMessageW(hwnd(), EM_LINEINDEX, static_cast<WPARAM>(firstLine()), 0);
-        const LONG before = placeOf(first).y;
+        const View view = look();
         RichWindow::move(pixels);
-        if (follows) {
-            SendMessageW(hwnd(), WM_VSCROLL, SB_BOTTOM, 0);
-            return;
-        }
-        POINT scrolled{};
-        SendMessageW(hwnd(), EM_GETSCROLLPOS, 0, reinterpret_cast<LPARAM>(&scrolled));
-        scrolled.y += placeOf(first).y - before;
-        SendMessageW(hwnd(), EM_SETSCROLLPOS, 0, reinterpret_cast<LPARAM>(&scrolled));
+        show(view);
     }
 
     void beginUpdate() {
         if (updates_++ == 0) {
-            follows_ = atEnd();
-            SendMessageW(hwnd(), EM_EXGETSEL, 0, reinterpret_cast<LPARAM>(&selection_));
-            SendMessageW(hwnd(), EM_GETSCROLLPOS, 0, reinterpret_cast<LPARAM>(&scrolled_));
+            view_ = look();
             SendMessageW(hwnd(), WM_SETREDRAW, FALSE, 0);
         }
     }
@@ -140,27 +143,22 @@ class RichView : public RichWindow {
         if (--updates_ > 0) {
             return;
         }
-        if (selection_.cpMin != selection_.cpMax) {
-            SendMessageW(hwnd(), EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&selection_));
+        if (view_.selection.cpMin != view_.selection.cpMax) {
+            select(view_.selection);
         }
-        if (!follows_) {
-            SendMessageW(hwnd(), EM_SETSCROLLPOS, 0, reinterpret_cast<LPARAM>(&scrolled_));
+        if (!view_.follows) {
+            show(view_);
         }
         SendMessageW(hwnd(), WM_SETREDRAW, TRUE, 0);
-        if (follows_) {
-            SendMessageW(hwnd(), WM_VSCROLL, SB_BOTTOM, 0);
+        if (view_.follows) {
+            showEnd();
         }
         RedrawWindow(hwnd(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME);
     }
 
     void append(std::u16string_view text, const RichTextBox::Looks& looks) {
-        CHARRANGE end{0x7FFFFFFE, 0x7FFFFFFE};
-        SendMessageW(hwnd(), EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&end));
-        CHARFORMAT2W format{};
-        format.cbSize = sizeof format;
-        format.dwMask = CFM_COLOR | CFM_BOLD;
-        format.dwEffects = looks.bold ? CFE_BOLD : 0;
-        format.crTextColor = toColorRef(looks.colour);
+        select({0x7FFFFFFE, 0x7FFFFFFE});
+        const CHARFORMAT2W format = formatOf(looks);
         const auto insert = [&](std::u16string_view part) {
             SendMessageW(hwnd(), EM_SETCHARFORMAT, SCF_SELECTION, reinterpret_cast<LPARAM>(&format));
             SendMessageW(hwnd(), EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(wide(shown(part))));
@@ -179,7 +177,94 @@ class RichView : public RichWindow {
         insert(text);
     }
 
+    LONG length() const {
+        GETTEXTLENGTHEX what{GTL_NUMCHARS | GTL_PRECISE, 1200}; // UTF-16; without GTL_USECRLF a line end is one
+        return static_cast<LONG>(SendMessageW(hwnd(), EM_GETTEXTLENGTHEX, reinterpret_cast<WPARAM>(&what), 0));
+    }
+
+    void remove(LONG from, LONG count) {
+        const LONG end = std::min(from + count, length());
+        if (from < 0 || end <= from) {
+            return;
+        }
+        select({from, end});
+        SendMessageW(hwnd(), EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(L""));
+        for (LONG* place : {&view_.first, &view_.selection.cpMin, &view_.selection.cpMax}) {
+            *place = *place >= end ? *place - (end - from) : std::min(*place, from);
+        }
+    }
+
+    void setLooks(LONG from, LONG count, const RichTextBox::Looks& looks) {
+        select({from, from + count});
+        const CHARFORMAT2W format = formatOf(looks);
+        SendMessageW(hwnd(), EM_SETCHARFORMAT, SCF_SELECTION, reinterpret_cast<LPARAM>(&format));
+    }
+
+    bool find(const std::u16string& text, bool back) {
+        const CHARRANGE selected = selection();
+        const auto found = [&](LONG from, LONG to) {
+            FINDTEXTEXW what{{from, to}, wide(text), {}};
+            if (SendMessageW(hwnd(), EM_FINDTEXTEXW, back ? 0 : FR_DOWN, reinterpret_cast<LPARAM>(&what)) < 0) {
+                return false;
+            }
+            select(what.chrgText);
+            SendMessageW(hwnd(), EM_SCROLLCARET, 0, 0);
+            return true;
+        };
+        return back ? found(selected.cpMin, 0) || found(length(), 0) : found(selected.cpMax, -1) || found(0, -1);
+    }
+
+    void showEnd() { SendMessageW(hwnd(), WM_VSCROLL, SB_BOTTOM, 0); }
+
   private:
+    // What the user sees and has selected.
+    struct View {
+        bool follows = true; // the end, which is in sight
+        CHARRANGE selection{};
+        LONG first = 0; // the character that begins the first line in sight
+        LONG top = 0;   // where it stands; pixels
+    };
+
+    View look() const {
+        const auto first = static_cast<LONG>(SendMessageW(hwnd(), EM_LINEINDEX, static_cast<WPARAM>(firstLine()), 0));
+        return {atEnd(), selection(), first, placeOf(first).y};
+    }
+
+    void show(const View& view) {
+        if (view.follows) {
+            return showEnd();
+        }
+        POINT scrolled{};
+        SendMessageW(hwnd(), EM_GETSCROLLPOS, 0, reinterpret_cast<LPARAM>(&scrolled));
+        scrolled.y += placeOf(view.first).y - view.top;
+        SendMessageW(hwnd(), EM_SETSCROLLPOS, 0, reinterpret_cast<LPARAM>(&scrolled));
+    }
+
+    static CHARFORMAT2W formatOf(const RichTextBox::Looks& looks) {
+        CHARFORMAT2W format{};
+        format.cbSize = sizeof format;
+        format.dwMask = CFM_COLOR | CFM_BOLD | CFM_LINK | CFM_UNDERLINE;
+        format.dwEffects = (looks.bold ? CFE_BOLD : 0u) | (looks.link ? CFE_LINK | CFE_UNDERLINE : 0u);
+        format.crTextColor = toColorRef(looks.colour);
+        return format;
+    }
+
+    CHARRANGE selection() const {
+        CHARRANGE selected{};
+        SendMessageW(hwnd(), EM_EXGETSEL, 0, reinterpret_cast<LPARAM>(&selected));
+        return selected;
+    }
+
+    void select(CHARRANGE range) { SendMessageW(hwnd(), EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&range)); }
+
+    std::u16string textOfRange(CHARRANGE range) const {
+        std::u16string text(static_cast<std::size_t>(std::max<LONG>(range.cpMax - range.cpMin, 0)) + 1, u'\0');
+        TEXTRANGEW what{range, reinterpret_cast<wchar_t*>(text.data())};
+        text.resize(
+            static_cast<std::size_t>(SendMessageW(hwnd(), EM_GETTEXTRANGE, 0, reinterpret_cast<LPARAM>(&what))));
+        return text;
+    }
+
     LRESULT firstLine() const { return SendMessageW(hwnd(), EM_GETFIRSTVISIBLELINE, 0, 0); }
 
     POINTL placeOf(LRESULT character) const {
@@ -199,9 +284,7 @@ class RichView : public RichWindow {
     }
 
     int updates_ = 0;
-    bool follows_ = true;
-    CHARRANGE selection_{};
-    POINT scrolled_{};
+    View view_; // as it was before the updates
 };
 
 class AnsiRichView final : public RichView {
@@ -241,6 +324,26 @@ void native::replaceSelection(Handle box, const std::u16string& text) {
 
 void native::appendRich(Handle box, std::u16string_view text, const RichTextBox::Looks& looks) {
     at<RichView>(box).append(text, looks);
+}
+
+int native::richLength(Handle box) {
+    return at<RichView>(box).length();
+}
+
+void native::removeRich(Handle box, int from, int length) {
+    at<RichView>(box).remove(from, length);
+}
+
+void native::setRichLooks(Handle box, int from, int length, const RichTextBox::Looks& looks) {
+    at<RichView>(box).setLooks(from, length, looks);
+}
+
+bool native::findRich(Handle box, const std::u16string& text, bool back) {
+    return at<RichView>(box).find(text, back);
+}
+
+void native::showRichEnd(Handle box) {
+    at<RichView>(box).showEnd();
 }
 
 void native::beginUpdate(Handle box) {

@@ -50,20 +50,23 @@ struct Screen {
     std::map<std::u16string, std::vector<std::u16string>> files; // by directory, sorted
     std::vector<TrayCall> tray_calls;
     std::vector<const ui::Menu*> popups;
-    std::function<void(const ui::Form&)> while_modal; // what happens while a modal form is open
-    std::map<std::uintptr_t, ui::Rect> bounds;        // by handle; pixels
-    std::vector<std::uintptr_t> moved;                // handles of what was given a place, in order
-    std::vector<std::uintptr_t> drawn_now;            // handles of what was drawn at once, in order
-    std::vector<std::uintptr_t> hidden;               // handles, in the order in which they were hidden
-    std::map<std::uintptr_t, ui::Control*> controls;  // by handle
-    std::uintptr_t focus = 0;                         // the handle of what has the keyboard
-    std::map<std::uintptr_t, std::u16string> texts;   // of rich-text boxes
-    std::map<std::uintptr_t, int> selected;           // entries of drop-down lists
-    std::map<std::uintptr_t, Selection> selections;   // last set in text boxes
-    ui::Rect work_area{0, 0, 1024, 768};              // pixels
-    std::map<std::uintptr_t, std::vector<Run>> runs;  // of rich-text boxes, in order
-    std::map<std::uintptr_t, ui::Form::State> states; // of forms that are not normal
-    std::vector<std::uintptr_t> activated;            // forms, in order
+    std::function<void(const ui::Form&)> while_modal;       // what happens while a modal form is open
+    std::map<std::uintptr_t, ui::Rect> bounds;              // by handle; pixels
+    std::vector<std::uintptr_t> moved;                      // handles of what was given a place, in order
+    std::vector<std::uintptr_t> drawn_now;                  // handles of what was drawn at once, in order
+    std::vector<std::uintptr_t> hidden;                     // handles, in the order in which they were hidden
+    std::map<std::uintptr_t, ui::Control*> controls;        // by handle
+    std::uintptr_t focus = 0;                               // the handle of what has the keyboard
+    std::map<std::uintptr_t, std::u16string> texts;         // of rich-text boxes
+    std::map<std::uintptr_t, int> selected;                 // entries of drop-down lists
+    std::map<std::uintptr_t, Selection> selections;         // last set in text boxes
+    ui::Rect work_area{0, 0, 1024, 768};                    // pixels
+    std::map<std::uintptr_t, std::vector<Run>> runs;        // of rich-text boxes, in order
+    std::map<std::uintptr_t, std::size_t> found;            // where the next search in a rich-text box begins
+    std::map<std::uintptr_t, std::u16string> selected_text; // of rich-text boxes, by a search
+    std::vector<std::uintptr_t> end_shown;                  // rich-text boxes that were told to show their end
+    std::map<std::uintptr_t, ui::Form::State> states;       // of forms that are not normal
+    std::vector<std::uintptr_t> activated;                  // forms, in order
     std::vector<std::function<void()>> posted;
     bool tray = true; // there is a notification area
     std::vector<const ui::TrayIcon*> tray_icons;

@@ -186,6 +186,142 @@ TEST(Controls, ViewShowsRunsAndFollowsItsEndUnlessTheUserLooksBack) {
     EXPECT_EQ(format.crTextColor, RGB(90, 90, 90));
 }
 
+// A form whose view has a hundred lines, "line 0" to "line 99".
+struct LongView : Sizable {
+    LongView() {
+        Show();
+        View.BeginUpdate();
+        for (int i = 0; i < 100; ++i) {
+            View.Append((i == 0 ? u"line " : u"\r\nline ") + toText(i), {});
+        }
+        View.EndUpdate();
+        serveAll();
+    }
+    HWND view() { return windowOf(View); }
+    std::u16string firstInSight() {
+        const auto line = static_cast<int>(SendMessageW(view(), EM_GETFIRSTVISIBLELINE, 0, 0));
+        wchar_t text[64] = {63};
+        const auto length = SendMessageW(view(), EM_GETLINE, static_cast<WPARAM>(line), reinterpret_cast<LPARAM>(text));
+        std::u16string seen(reinterpret_cast<const char16_t*>(text), static_cast<std::size_t>(length));
+        return seen.substr(0, seen.find(u'\r'));
+    }
+    CHARRANGE selection() {
+        CHARRANGE range{};
+        SendMessageW(view(), EM_EXGETSEL, 0, reinterpret_cast<LPARAM>(&range));
+        return range;
+    }
+    void select(LONG from, LONG to) {
+        CHARRANGE range{from, to};
+        SendMessageW(view(), EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&range));
+    }
+    CHARFORMAT2W formatAt(LONG from, LONG to) {
+        select(from, to);
+        CHARFORMAT2W format{};
+        format.cbSize = sizeof format;
+        SendMessageW(view(), EM_GETCHARFORMAT, SCF_SELECTION, reinterpret_cast<LPARAM>(&format));
+        return format;
+    }
+};
+
+TEST(Controls, WhatTheUserSeesInAViewStaysWhenLinesBeforeItGo) {
+    LongView form;
+    EXPECT_EQ(form.View.Length(), 10 * 7 + 90 * 8 - 1);
+    form.View.Find(u"line 60");
+    SendMessageW(form.view(), WM_VSCROLL, SB_TOP, 0);
+    for (int i = 0; i < 50; ++i) {
+        SendMessageW(form.view(), WM_VSCROLL, SB_LINEDOWN, 0);
+    }
+    const std::u16string seen = form.firstInSight();
+    ASSERT_TRUE(seen.starts_with(u"line ")) << "scrolled to the middle";
+    ASSERT_NE(seen, u"line 0");
+    form.View.Remove(0, 10 * 7);
+    serveAll();
+    EXPECT_EQ(form.firstInSight(), seen);
+    EXPECT_TRUE(textOf(form.view()).starts_with(u"line 10\r\n"));
+    form.View.Find(u"line 11");
+    const CHARRANGE selected = form.selection();
+    EXPECT_EQ(selected.cpMin, 8);
+    form.View.Remove(0, 8);
+    EXPECT_EQ(form.selection().cpMin, 0);
+    EXPECT_EQ(form.selection().cpMax, 7);
+}
+
+TEST(Controls, ViewAtItsEndStaysThereWhenLinesGo) {
+    LongView form;
+    ASSERT_NE(form.firstInSight(), u"line 0");
+    form.View.Remove(0, 10 * 7);
+    serveAll();
+    SCROLLINFO info{};
+    info.cbSize = sizeof info;
+    info.fMask = SIF_ALL;
+    GetScrollInfo(form.view(), SB_VERT, &info);
+    EXPECT_GE(info.nPos + static_cast<int>(info.nPage) + 24, info.nMax);
+}
+
+TEST(Controls, RemovingFromAViewWhereThereIsNothingDoesNothing) {
+    LongView form;
+    const int length = form.View.Length();
+    form.View.Remove(length, 5);
+    form.View.Remove(-1, 5);
+    form.View.Remove(3, 0);
+    EXPECT_EQ(form.View.Length(), length);
+    form.View.Remove(length - 7, 500);
+    EXPECT_EQ(form.View.Length(), length - 7);
+}
+
+TEST(Controls, LooksOfWhatAViewShowsChange) {
+    LongView form;
+    form.View.setLooks(7, 6, {.colour = ui::rgb(1, 2, 3), .bold = true});
+    EXPECT_EQ(form.formatAt(7, 13).crTextColor, RGB(1, 2, 3));
+    EXPECT_TRUE(form.formatAt(7, 13).dwEffects & CFE_BOLD);
+    EXPECT_FALSE(form.formatAt(0, 6).dwEffects & CFE_BOLD);
+    form.View.setLooks(7, 6, {});
+    EXPECT_FALSE(form.formatAt(7, 13).dwEffects & CFE_BOLD);
+}
+
+TEST(Controls, ViewIsSearchedRoundItsEnds) {
+    LongView form;
+    EXPECT_TRUE(form.View.Find(u"LINE 98"));
+    const LONG near_end = form.selection().cpMin;
+    EXPECT_EQ(near_end, 98 * 8 - 10);
+    EXPECT_TRUE(form.View.Find(u"line 5"));
+    EXPECT_EQ(form.selection().cpMin, 5 * 7);
+    EXPECT_TRUE(form.View.Find(u"line 5"));
+    EXPECT_EQ(form.selection().cpMin, 50 * 8 - 10);
+    EXPECT_TRUE(form.View.Find(u"line 5", true));
+    EXPECT_EQ(form.selection().cpMin, 5 * 7);
+    EXPECT_TRUE(form.View.Find(u"line 5", true));
+    EXPECT_EQ(form.selection().cpMin, 59 * 8 - 10);
+    EXPECT_FALSE(form.View.Find(u"line 100"));
+    EXPECT_EQ(form.selection().cpMin, 59 * 8 - 10);
+    EXPECT_FALSE(form.View.Find(u""));
+    form.View.ShowEnd();
+}
+
+TEST(Controls, LinkInAViewIsClicked) {
+    Sizable form;
+    std::vector<std::u16string> clicked;
+    form.View.LinkClick = [&](const std::u16string& text) { clicked.push_back(text); };
+    form.Show();
+    form.View.Append(u"see ", {});
+    form.View.Append(u"http://example.org/", {.link = true});
+    form.View.Append(u" there", {});
+    serveAll();
+    HWND view = windowOf(form.View);
+    const auto click = [&](int character) {
+        POINTL at{};
+        SendMessageW(view, EM_POSFROMCHAR, reinterpret_cast<WPARAM>(&at), character);
+        const LPARAM place = MAKELPARAM(at.x + 2, at.y + 4);
+        SendMessageW(view, WM_LBUTTONDOWN, MK_LBUTTON, place);
+        SendMessageW(view, WM_LBUTTONUP, 0, place);
+        serveAll();
+    };
+    click(10);
+    EXPECT_THAT(clicked, testing::ElementsAre(u"http://example.org/"));
+    click(1);
+    EXPECT_EQ(clicked.size(), 1u);
+}
+
 TEST(Controls, NulInAViewIsSeenAsItsSign) {
     Sizable form;
     form.View.Append(std::u16string_view(u"a\0b", 3), {});
