@@ -203,6 +203,26 @@ Served& Call::enter() {
     return object_;
 }
 
+// Whose errors the caller's thread is told in words: those of calls by the object's own table.
+class Served::ErrorSupport final : public ISupportErrorInfo {
+  public:
+    explicit ErrorSupport(Served& object) : object_(object) {}
+    ErrorSupport(const ErrorSupport&) = delete;
+    ErrorSupport& operator=(const ErrorSupport&) = delete;
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
+        return object_.QueryInterface(iid, object);
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return object_.AddRef(); }
+    ULONG STDMETHODCALLTYPE Release() override { return object_.Release(); }
+    HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID iid) override {
+        return object_.publishes(iid) ? S_OK : S_FALSE;
+    }
+
+  private:
+    Served& object_;
+};
+
 Served::Served() {
     countAlive(1);
 }
@@ -232,6 +252,12 @@ HRESULT Served::QueryInterface(REFIID iid, void** object) {
         if (!*object) {
             *object = dualFor(iid);
         }
+        if (!*object && IsEqualIID(iid, IID_ISupportErrorInfo) && published()) {
+            if (!errors_) {
+                errors_ = std::make_unique<ErrorSupport>(*this);
+            }
+            *object = static_cast<ISupportErrorInfo*>(errors_.get());
+        }
         if (*object) {
             AddRef();
             return S_OK;
@@ -240,13 +266,17 @@ HRESULT Served::QueryInterface(REFIID iid, void** object) {
     return Counted::QueryInterface(iid, object);
 }
 
-void* Served::dualFor(REFIID iid) {
+bool Served::publishes(REFIID iid) const {
     const Interface* const own = published();
-    if (!own || std::ranges::none_of(own->ids, [&](const IID& id) { return IsEqualIID(iid, id); })) {
+    return own && std::ranges::any_of(own->ids, [&](const IID& id) { return IsEqualIID(iid, id); });
+}
+
+void* Served::dualFor(REFIID iid) {
+    if (!publishes(iid)) {
         return nullptr;
     }
     if (!dual_) {
-        dual_.reset(own->make(*this));
+        dual_.reset(published()->make(*this));
     }
     return dual_->table();
 }

@@ -277,10 +277,15 @@ class Served : public Counted<IDispatch> {
 
   private:
     friend class Call;
+    class ErrorSupport;
+
     bool answers(REFIID iid) const override { return IsEqualIID(iid, IID_IDispatch); }
     void* dualFor(REFIID iid);
+    bool publishes(REFIID iid) const;
 
-    std::unique_ptr<DualInterface> dual_; // made when it is asked for
+    // Made when they are asked for.
+    std::unique_ptr<DualInterface> dual_;
+    std::unique_ptr<ErrorSupport> errors_;
 };
 
 // New object with one reference, owned by the result.

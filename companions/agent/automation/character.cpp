@@ -116,7 +116,10 @@ class Character final : public CharacterPart {
             property(L"Balloon", 23, [](Character& self) { return makeBalloon(self.client(), self.shared()); }),
             property(
                 L"Name", 24, [](const Character& self) { return self.actor().name; },
-                [](Character& self, Label name) { self.actor().name = std::move(name.text); }),
+                [](Character& self, Label name) {
+                    self.actor().name = std::move(name.text);
+                    self.loaded().renamed = true;
+                }),
             property(L"Commands", 25, &Character::commands, {L"Name"}),
             method(L"Activate", 26, &Character::activate, {L"State"}),
             method(L"Get", 27, &Character::get, {L"Type", L"Name", L"Queue"}),
@@ -186,6 +189,7 @@ class Character final : public CharacterPart {
     void setLanguageId(std::int32_t language) {
         if (language > 0 && language <= 0xFFFF && server().service().speaks(static_cast<std::uint16_t>(language))) {
             actor().manner.language_id = static_cast<std::uint16_t>(language);
+            client()->takeNames(loaded());
         }
     }
 

@@ -133,11 +133,7 @@ Loaded& Client::load(const std::u16string& id, const std::u16string& file) {
             }
         }
     }
-    if (const acs::LocalizedName* name = character.nameFor(actor.manner.language_id)) {
-        actor.name = name->name;
-        added->description = name->description;
-        added->extra_data = name->extra_data;
-    }
+    takeNames(*added);
     try {
         loaded_.push_back(added);
         server_.theatre().admit(actor.id(), added->file);
@@ -158,6 +154,19 @@ void Client::dismiss(const Loaded& gone) {
     if (held) {
         server_.giveUp(*held);
     }
+}
+
+void Client::takeNames(Loaded& loaded) {
+    stage::Actor& actor = *server_.stage().find(loaded.actor);
+    const acs::LocalizedName* const name = loaded.file->character().nameFor(actor.manner.language_id);
+    if (!name) {
+        return;
+    }
+    if (!loaded.renamed) {
+        actor.name = name->name;
+    }
+    loaded.description = name->description;
+    loaded.extra_data = name->extra_data;
 }
 
 void Client::unload(const std::u16string& id) {

@@ -50,6 +50,7 @@ struct Loaded {
     CommandList commands;
     bool auto_popup_menu = true, help_mode = false;
     std::int32_t help_context = 0;
+    bool renamed = false; // by a program: the name is no longer the file's
 };
 
 // What one connected control has: its characters and who hears its events. The objects given to the client share it.
@@ -68,6 +69,8 @@ class Client : public murmelix::com::Holder, public std::enable_shared_from_this
 
     // Ids compare without letter case.
     Loaded& load(const std::u16string& id, const std::u16string& file);
+    // Name, description and extra data are the file's in the character's language, from now on.
+    void takeNames(Loaded& loaded);
     void unload(const std::u16string& id);
     std::shared_ptr<Loaded> find(std::u16string_view id) const;
     std::shared_ptr<Loaded> find(stage::ActorId actor) const;

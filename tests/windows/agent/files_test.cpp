@@ -58,6 +58,21 @@ TEST_F(FilesOfOthers, ATextWithoutARegionServesEveryRegion) {
     EXPECT_EQ(character.get(u"ExtraData").toText(), u"more");
 }
 
+TEST_F(FilesOfOthers, TextsFollowTheCharactersLanguage) {
+    acs::Character made = smallCharacter();
+    made.names = {{0x0409, u"Dot", u"A disc.", u"more"}, {0x0407, u"Punkt", u"Eine Scheibe.", u"mehr"}};
+    Object character = load(made);
+    ASSERT_EQ(character.get(u"Name").toText(), u"Dot");
+    character.put(u"LanguageID", Variant(std::int32_t{0x0407}));
+    EXPECT_EQ(character.get(u"Name").toText(), u"Punkt");
+    EXPECT_EQ(character.get(u"Description").toText(), u"Eine Scheibe.");
+    EXPECT_EQ(character.get(u"ExtraData").toText(), u"mehr");
+    character.put(u"Name", Variant(u"Spot"));
+    character.put(u"LanguageID", Variant(std::int32_t{0x0409}));
+    EXPECT_EQ(character.get(u"Name").toText(), u"Spot") << "a name that a program gave stays";
+    EXPECT_EQ(character.get(u"Description").toText(), u"A disc.");
+}
+
 TEST_F(FilesOfOthers, AreNamedByTheirAddress) {
     const std::u16string file = temporaryFile(u"a dot.acs"), sound = temporaryFile(u"a sound.wav");
     write(file, acs::write(smallCharacter()));

@@ -254,6 +254,16 @@ TEST_F(TypeLibrary, EachObjectCanBeCalledByItsTable) {
     EXPECT_EQ(visible, VARIANT_FALSE);
 }
 
+TEST_F(TypeLibrary, ObjectsTellThatTheirErrorsHaveWords) {
+    const auto one = early<ICharacter>(character);
+    ASSERT_TRUE(one);
+    const auto errors = one.as<ISupportErrorInfo>(IID_ISupportErrorInfo);
+    ASSERT_TRUE(errors) << "asked for by those who then look for the words";
+    EXPECT_EQ(errors->InterfaceSupportsErrorInfo(__uuidof(ICharacter)), S_OK);
+    EXPECT_EQ(errors->InterfaceSupportsErrorInfo(__uuidof(IAgent)), S_FALSE) << "another object's";
+    EXPECT_TRUE(errors.as<ICharacter>(__uuidof(ICharacter))) << "it is the same object";
+}
+
 TEST_F(TypeLibrary, CollectionsAreEnumeratedByTheirTable) {
     const auto one = early<ICharacter>(character);
     ASSERT_TRUE(one);

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "common/com/client.h"
+#include "common/com/dual.h"
 #include "common/com/server.h"
 #include "common/text.h"
 
@@ -164,6 +165,18 @@ TEST_F(ServedTest, AnErrorIsTheCallsResult) {
     std::u16string description;
     EXPECT_EQ(invoke(16, DISPATCH_METHOD, {}, {}, nullptr, &description), E_ACCESSDENIED);
     EXPECT_EQ(description, u"not for you");
+}
+
+TEST_F(ServedTest, WhatGoesWrongInACallByATableIsToldInWords) {
+    Variant result;
+    EXPECT_EQ(callMember(*thing.get(), IID_IDispatch, 16, DISPATCH_METHOD, {}, result), E_ACCESSDENIED);
+    Ptr<IErrorInfo> told;
+    ASSERT_EQ(GetErrorInfo(0, told.out()), S_OK);
+    Bstr words;
+    EXPECT_EQ(told->GetDescription(words.out()), S_OK);
+    EXPECT_EQ(words.text(), u"not for you");
+    EXPECT_EQ(callMember(*thing.get(), IID_IDispatch, 99, DISPATCH_METHOD, {}, result), DISP_E_MEMBERNOTFOUND);
+    EXPECT_EQ(GetErrorInfo(0, told.out()), S_FALSE) << "the result says it all";
 }
 
 TEST_F(ServedTest, ObjectsAreAskedForTheirValuesBeforeTheMemberIsEntered) {
