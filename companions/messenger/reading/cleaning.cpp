@@ -45,21 +45,26 @@ bool isAsciiWord(char16_t unit) {
     return unit < 0x80 && (isLetterOrDigit(unit) || unit == u'_');
 }
 
+bool partsPair(View text, std::size_t at) {
+    return at > 0 && at < text.size() && (text[at] & 0xFC00) == 0xDC00 && (text[at - 1] & 0xFC00) == 0xD800;
+}
+
 // Units from the start that hold no more than `most`, and no half character.
 View firstUnits(View text, std::size_t most) {
     if (text.size() <= most) {
         return text;
     }
-    const bool parts_pair = most > 0 && (text[most] & 0xFC00) == 0xDC00 && (text[most - 1] & 0xFC00) == 0xD800;
-    return text.substr(0, parts_pair ? most - 1 : most);
+    return text.substr(0, partsPair(text, most) ? most - 1 : most);
 }
 
 // In order, within the text and apart from one another.
-std::vector<Range> sound(std::vector<Range> ranges, std::size_t length) {
+std::vector<Range> sound(std::vector<Range> ranges, View text) {
     std::ranges::sort(ranges, {}, &Range::begin);
     std::vector<Range> kept;
     for (const Range& range : ranges) {
-        if (range.begin < range.end && range.end <= length && (kept.empty() || kept.back().end <= range.begin)) {
+        const bool whole = !partsPair(text, range.begin) && !partsPair(text, range.end);
+        const bool apart = kept.empty() || kept.back().end <= range.begin;
+        if (range.begin < range.end && range.end <= text.size() && whole && apart) {
             kept.push_back(range);
         }
     }
@@ -71,7 +76,7 @@ std::u16string withFewEmotes(View text, const std::vector<Range>& emotes, std::s
     std::u16string result;
     std::size_t at = 0, in_row = 0;
     View last;
-    for (const Range& emote : sound(emotes, text.size())) {
+    for (const Range& emote : sound(emotes, text)) {
         const View between = text.substr(at, emote.begin - at);
         if (!std::ranges::all_of(between, [](char16_t unit) { return isBlank(unit); })) {
             in_row = 0;
@@ -164,7 +169,8 @@ std::u16string withLinks(View text, Links links) {
         }
         const std::size_t end = std::min(text.find_first_of(u" <>\"", start), text.size());
         const View link = withoutTail(text.substr(at, end - at));
-        if (at + link.size() <= start && link.size() < 5) { // "www." and nothing more
+        const std::size_t head = start > at ? start - at : 4; // "www."
+        if (link.size() <= head) {
             ++at;
             continue;
         }

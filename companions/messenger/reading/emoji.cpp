@@ -126,6 +126,11 @@ char32_t codeAt(View text, std::size_t at) {
     return at < text.size() ? characterAt(text, at).code : 0;
 }
 
+// Signs of plain text as well: pictures where a selector says so alone.
+bool isTextAtFirst(char32_t code) {
+    return code < 0x2318 || (code >= 0x2460 && code < 0x25FD) || (code >= 0x3000 && code < 0x3300);
+}
+
 bool beginsEmoji(char32_t code) {
     return code >= 0x203C && (table().begins(code) || isInEmojiBlock(code) || isTone(code));
 }
@@ -303,7 +308,8 @@ std::size_t emojiAt(std::u16string_view text, std::size_t at) {
     if (isFlagLetter(first)) {
         return isFlagLetter(codeAt(text, at + 2)) ? 4 : 2;
     }
-    if (!beginsEmoji(first) || codeAt(text, at + characterAt(text, at).units) == text_selector) {
+    const char32_t selector = codeAt(text, at + characterAt(text, at).units);
+    if (!beginsEmoji(first) || selector == text_selector || (isTextAtFirst(first) && selector != emoji_selector)) {
         return 0;
     }
     std::size_t end = partEnd(text, at);
@@ -373,9 +379,6 @@ std::u16string withoutEmoji(std::u16string_view text, const EmojiReading& readin
         }
         Meaning meaning = meaningOf(text.substr(at, units));
         at += units;
-        if (!result.empty() && result.back() != u' ') {
-            result.push_back(u' ');
-        }
         parted = true;
         if (meaning.text.empty() || (!meaning.emoticon && reading.others == OtherEmoji::left_out)) {
             continue;
@@ -383,6 +386,9 @@ std::u16string withoutEmoji(std::u16string_view text, const EmojiReading& readin
         const std::u16string said = meaning.emoticon ? meaning.text : u"[" + meaning.text + u"]";
         if (said == last || in_row >= reading.most_in_row) {
             continue;
+        }
+        if (!result.empty() && result.back() != u' ') {
+            result.push_back(u' ');
         }
         last = said;
         ++in_row;
