@@ -1,0 +1,91 @@
+#include "companions/messenger/irc/features.h"
+
+#include <algorithm>
+#include <charconv>
+
+namespace messenger_client::irc {
+
+namespace {
+
+// Below this a line would have no room for a name and a word.
+constexpr std::size_t shortest_line = 256;
+
+std::string_view takeUntil(std::string_view& rest, char separator) {
+    const std::string_view part = rest.substr(0, rest.find(separator));
+    rest.remove_prefix(std::min(part.size() + 1, rest.size()));
+    return part;
+}
+
+bool has(std::string_view signs, char sign) {
+    return signs.find(sign) != std::string_view::npos;
+}
+
+} // namespace
+
+void Features::read(const Message& message) {
+    // The first parameter is one's own nick, the last a sentence.
+    for (std::size_t i = 1; i + 1 < message.parameters().size(); ++i) {
+        std::string_view value = message.parameter(i);
+        if (value.size() <= longest_feature) {
+            const std::string_view key = takeUntil(value, '=');
+            readFeature(key, value);
+        }
+    }
+}
+
+void Features::readFeature(std::string_view key, std::string_view value) {
+    if (key == "CASEMAPPING") {
+        case_mapping_ = value == "rfc1459"          ? CaseMapping::rfc1459
+                        : value == "strict-rfc1459" ? CaseMapping::strict_rfc1459
+                                                    : CaseMapping::ascii;
+    } else if (key == "NETWORK") {
+        network_ = value;
+    } else if (key == "LINELEN") {
+        std::size_t length = 0;
+        if (std::from_chars(value.data(), value.data() + value.size(), length).ec == std::errc()) {
+            line_length_ = std::clamp(length, shortest_line, longest_sent_line);
+        }
+    } else if (key == "CHANTYPES") {
+        channel_signs_ = value;
+    } else if (key == "PREFIX") {
+        readRanks(value);
+    } else if (key == "STATUSMSG") {
+        rank_targets_ = value;
+    } else if (key == "CHANMODES") {
+        always_ = takeUntil(value, ',');
+        always_ += takeUntil(value, ',');
+        when_set_ = takeUntil(value, ',');
+    }
+}
+
+void Features::readRanks(std::string_view value) {
+    if (value.empty()) {
+        rank_modes_.clear();
+        rank_signs_.clear();
+        return;
+    }
+    const std::size_t close = value.find(')');
+    if (!value.starts_with('(') || close == std::string_view::npos) {
+        return;
+    }
+    const std::string_view modes = value.substr(1, close - 1), signs = value.substr(close + 1);
+    if (modes.size() == signs.size() && modes.size() <= most_ranks) {
+        rank_modes_ = modes;
+        rank_signs_ = signs;
+    }
+}
+
+bool Features::isChannel(std::string_view target) const {
+    return target.size() > 1 && has(channel_signs_, target.front());
+}
+
+std::string_view Features::withoutRank(std::string_view target) const {
+    const bool ranked = target.size() > 1 && has(rank_targets_, target.front()) && isChannel(target.substr(1));
+    return target.substr(ranked ? 1 : 0);
+}
+
+bool Features::takesParameter(char mode, bool set) const {
+    return has(always_, mode) || (set && has(when_set_, mode));
+}
+
+} // namespace messenger_client::irc
