@@ -22,10 +22,10 @@ inline constexpr std::size_t longest_channel = 200;
 
 struct Address {
     Dialect dialect = Dialect::irc;
-    std::u16string host;
+    std::u16string host = {};
     std::uint16_t port = tls_port;
     bool tls = true;
-    std::vector<std::u16string> channels; // with their sign, "#channel"
+    std::vector<std::u16string> channels = {}; // with their sign, "#channel"
     bool operator==(const Address&) const = default;
 };
 

@@ -95,13 +95,20 @@ void LineReader::clear() {
     too_long_ = false;
 }
 
+Prefix parsePrefix(std::string_view prefix) {
+    std::string_view rest = prefix.substr(0, prefix.find('@'));
+    const std::string_view host = prefix.substr(std::min(rest.size() + 1, prefix.size()));
+    const std::string_view nick = take(rest, '!');
+    return {nick, rest, host};
+}
+
 Message::Message(std::string_view line) {
     if (line.starts_with('@')) {
         readTags(take(line, ' ').substr(1));
         skipBlanks(line);
     }
     if (line.starts_with(':')) {
-        readPrefix(take(line, ' ').substr(1));
+        prefix_ = parsePrefix(take(line, ' ').substr(1));
         skipBlanks(line);
     }
     command_ = take(line, ' ');
@@ -115,14 +122,6 @@ void Message::readTags(std::string_view tags) {
             tags_.push_back({key, value});
         }
     }
-}
-
-void Message::readPrefix(std::string_view prefix) {
-    const std::size_t at = std::min(prefix.find('@'), prefix.size());
-    prefix_.host = prefix.substr(std::min(at + 1, prefix.size()));
-    prefix.remove_suffix(prefix.size() - at);
-    prefix_.nick = take(prefix, '!');
-    prefix_.user = prefix;
 }
 
 void Message::readParameters(std::string_view rest) {

@@ -43,6 +43,9 @@ struct Prefix {
     bool isServer() const { return user.empty() && host.empty() && nick.find('.') != std::string_view::npos; }
 };
 
+// "nick!user@host", of which the user and the host may be missing.
+Prefix parsePrefix(std::string_view prefix);
+
 // A line's parts, as views into it.
 class Message {
   public:
@@ -69,7 +72,6 @@ class Message {
     };
 
     void readTags(std::string_view tags);
-    void readPrefix(std::string_view prefix);
     void readParameters(std::string_view rest);
     const Tag* findTag(std::string_view key) const;
 

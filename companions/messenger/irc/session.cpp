@@ -1,0 +1,576 @@
+#include "companions/messenger/irc/session.h"
+
+#include <algorithm>
+#include <unordered_map>
+#include <utility>
+
+#include "common/text.h"
+#include "companions/messenger/irc/text.h"
+
+namespace messenger_client::irc {
+
+namespace {
+
+// What is taken at a time, so that much at once does not need as much memory again.
+constexpr std::size_t portion = 16 * 1024;
+
+// Answers to PING, and to programs that ask for one's own: more at a time nobody needs.
+constexpr int answers_at_once = 20, requests_at_once = 1;
+constexpr long long answer_interval = 100, request_interval = 10'000;
+
+// Shorter secrets are not looked for in sentences: they would be found in half of all words.
+constexpr std::size_t shortest_secret = 3;
+
+// Channels in one line of JOIN: few enough for any names of usual length.
+constexpr std::size_t joined_at_once = 10;
+
+constexpr std::string_view ping_word = "still-there";
+
+} // namespace
+
+// What concerns the session itself. Everything is read by the network besides.
+Session::Handler Session::handlerOf(std::string_view command) {
+    static const std::unordered_map<std::string_view, Handler> handlers{
+        {"001", &Session::onWelcome},
+        {"376", &Session::onEndOfGreeting},
+        {"422", &Session::onEndOfGreeting},
+        {"432", &Session::onNickUnusable},
+        {"433", &Session::onNickTaken},
+        {"436", &Session::onNickTaken},
+        {"437", &Session::onNickTaken},
+        {"464", &Session::onNotAllowed},
+        {"465", &Session::onNotAllowed},
+        {"902", &Session::onSaslFailed},
+        {"903", &Session::onSaslDone},
+        {"904", &Session::onSaslFailed},
+        {"905", &Session::onSaslFailed},
+        {"906", &Session::onSaslFailed},
+        {"907", &Session::onSaslFailed},
+        {"AUTHENTICATE", &Session::onAuthenticate},
+        {"CAP", &Session::onCap},
+        {"ERROR", &Session::onError},
+        {"NOTICE", &Session::onNotice},
+        {"PING", &Session::onPing},
+        {"PRIVMSG", &Session::onPrivateMessage},
+        {"RECONNECT", &Session::onReconnect},
+    };
+    const auto found = handlers.find(command);
+    return found == handlers.end() ? nullptr : found->second;
+}
+
+Session::Session(Settings settings, Hooks hooks)
+    : settings_(std::move(settings)), hooks_(std::move(hooks)),
+      network_(settings_.address, [this](Event event) { learn(std::move(event)); }),
+      handshake_(
+          settings_, [this](std::initializer_list<std::string_view> parts) { sendAtOnce(parts); },
+          [this](std::u16string sentence) { tellUser(std::move(sentence)); }, hooks_.random),
+      outbox_(Pace(sent_burst, settings_.address.dialect == Dialect::twitch ? sent_interval_twitch : sent_interval)),
+      answers_(answers_at_once, answer_interval), requests_(requests_at_once, request_interval) {
+    for (const std::u16string& channel : settings_.address.channels) {
+        wanted_.push_back(murmelix::toUtf8(channel));
+    }
+}
+
+// ---- The way of a connection
+
+void Session::start(long long now) {
+    if (state_ == State::idle || state_ == State::refused) {
+        reconnectNow(now);
+    }
+}
+
+void Session::reconnectNow(long long now) {
+    now_ = now;
+    failures_ = 0;
+    if (isConnected() || state_ == State::connecting) {
+        forgetConnection();
+        hooks_.close();
+    }
+    beginConnecting();
+    deliver();
+}
+
+void Session::beginConnecting() {
+    state_ = State::connecting;
+    deadline_ = now_ + longest_connecting;
+    learn(event::Connecting{});
+    hooks_.open();
+}
+
+void Session::connected(long long now) {
+    if (state_ != State::connecting) {
+        return;
+    }
+    now_ = now;
+    state_ = State::registering;
+    deadline_ = now_ + longest_registration;
+    heard_ = now_;
+    network_.begin();
+    learn(event::Registering{});
+    if (!handshake_.begin()) {
+        refuse(u"A nick has no blanks, and does not begin with a colon.");
+    }
+    deliver();
+}
+
+void Session::received(std::string_view bytes, long long now) {
+    now_ = now;
+    heard_ = now;
+    pinged_.reset();
+    const std::uint64_t connection = connection_;
+    while (!bytes.empty() && isConnected()) {
+        reader_.feed(bytes.substr(0, portion));
+        bytes.remove_prefix(std::min(portion, bytes.size()));
+        // A line can end the connection, and what is told of it as well.
+        while (isConnected() && connection == connection_) {
+            const auto line = reader_.next();
+            if (!line) {
+                break;
+            }
+            take(*line);
+            deliver();
+        }
+        if (connection != connection_) {
+            return;
+        }
+    }
+}
+
+void Session::take(std::string_view line) {
+    const Message message(line);
+    const std::uint64_t connection = connection_;
+    if (const Handler handler = handlerOf(message.command())) {
+        (this->*handler)(message);
+    }
+    if (connection == connection_) {
+        network_.read(message, now_);
+    }
+}
+
+void Session::lost(std::u16string_view why, long long now) {
+    if (isConnected() || state_ == State::connecting) {
+        now_ = now;
+        giveUp(std::u16string(why));
+        deliver();
+    }
+}
+
+void Session::failed(std::u16string_view why, long long now) {
+    if (isConnected() || state_ == State::connecting) {
+        now_ = now;
+        refuse(std::u16string(why));
+        deliver();
+    }
+}
+
+void Session::quit(std::u16string_view why, long long now) {
+    now_ = now;
+    if (state_ == State::idle) {
+        return;
+    }
+    const bool open = isConnected() || state_ == State::connecting;
+    if (isConnected()) {
+        const std::vector<std::string> pieces = piecesOf(why, longest_sent_line / 2);
+        sendAtOnce({"QUIT", pieces.empty() ? std::string() : pieces.front()});
+    }
+    forgetConnection();
+    state_ = State::idle;
+    if (open) {
+        hooks_.close();
+    }
+    learn(event::Ended{});
+    deliver();
+}
+
+void Session::giveUp(std::u16string why) {
+    if (online_since_ && now_ - *online_since_ >= lasting_connection) {
+        failures_ = 0;
+    }
+    forgetConnection();
+    state_ = State::waiting;
+    hooks_.close();
+    long long pause = shortest_pause;
+    for (int i = 0; i < failures_ && pause < longest_pause; ++i) {
+        pause *= 2;
+    }
+    pause = std::min(pause, longest_pause);
+    pause += hooks_.random() % (pause / 4 + 1);
+    ++failures_;
+    deadline_ = now_ + pause;
+    learn(event::Lost{std::move(why), deadline_});
+}
+
+void Session::refuse(std::u16string why) {
+    forgetConnection();
+    state_ = State::refused;
+    hooks_.close();
+    learn(event::Refused{std::move(why)});
+}
+
+void Session::forgetConnection() {
+    ++connection_;
+    reader_.clear();
+    network_.end();
+    pinged_.reset();
+    online_since_.reset();
+    if (outbox_.size() > 0) {
+        tellUser(murmelix::toText(static_cast<long long>(outbox_.size())) +
+                 u" lines were not sent: the connection ended before it was their turn.");
+        outbox_.clear();
+    }
+}
+
+void Session::tick(long long now) {
+    now_ = now;
+    switch (state_) {
+    case State::idle:
+    case State::refused:
+        return;
+    case State::waiting:
+        if (now >= deadline_) {
+            beginConnecting();
+        }
+        break;
+    case State::connecting:
+        if (now >= deadline_) {
+            giveUp(u"The server cannot be reached: it does not answer.");
+        }
+        break;
+    case State::registering:
+        if (now >= deadline_) {
+            giveUp(u"The server does not let anybody in: it did not answer for a minute.");
+        }
+        break;
+    case State::online:
+        if (pinged_ && now >= *pinged_ + silence_after_ping) {
+            giveUp(u"The server has become silent.");
+        } else if (!pinged_ && now >= heard_ + silence_before_ping) {
+            pinged_ = now;
+            sendAtOnce({"PING", ping_word});
+        }
+        sendDue();
+    }
+    deliver();
+}
+
+std::optional<long long> Session::nextTick() const {
+    switch (state_) {
+    case State::idle:
+    case State::refused:
+        return std::nullopt;
+    case State::waiting:
+    case State::connecting:
+    case State::registering:
+        return deadline_;
+    case State::online:
+        break;
+    }
+    const long long alive = pinged_ ? *pinged_ + silence_after_ping : heard_ + silence_before_ping;
+    return std::min(alive, outbox_.due().value_or(alive));
+}
+
+// ---- What the server says about the session
+
+void Session::onCap(const Message& message) {
+    handshake_.onCapabilities(message);
+}
+
+void Session::onAuthenticate(const Message& message) {
+    handshake_.onAuthenticate(message);
+}
+
+void Session::onSaslDone(const Message&) {
+    handshake_.saslDone();
+}
+
+void Session::onSaslFailed(const Message& message) {
+    // 907 says that one is signed in already.
+    if (message.command() == "907") {
+        handshake_.saslDone();
+    } else if (handshake_.isAuthenticating()) {
+        refuse(u"The server does not accept the account’s name or password: " + plainText(decoded(message.last())));
+    }
+}
+
+void Session::onWelcome(const Message& message) {
+    if (state_ == State::registering) {
+        handshake_.welcomed();
+        network_.welcome(message);
+    }
+}
+
+void Session::onEndOfGreeting(const Message&) {
+    if (state_ != State::registering || !network_.me()) {
+        return;
+    }
+    state_ = State::online;
+    online_since_ = now_;
+    network_.settle();
+    learn(event::Online{network_.me(), network_.name(), !handshake_.isAnonymous()});
+    joinWanted(wanted_);
+}
+
+void Session::onNickTaken(const Message&) {
+    if (state_ == State::registering && !handshake_.takeOtherNick()) {
+        giveUp(u"The nick is in use, and so are others like it.");
+    }
+}
+
+void Session::onNickUnusable(const Message& message) {
+    if (state_ == State::registering) {
+        refuse(u"The server does not take this nick: " + plainText(decoded(message.last())));
+    }
+}
+
+void Session::onNotAllowed(const Message& message) {
+    if (state_ == State::registering) {
+        refuse(u"The server does not let you in: " + plainText(decoded(message.last())));
+    }
+}
+
+void Session::onPing(const Message& message) {
+    if (answers_.take(now_)) {
+        sendAtOnce({"PONG", message.parameter(0)});
+    }
+}
+
+void Session::onError(const Message& message) {
+    giveUp(u"The server has ended the connection: " + plainText(decoded(message.last())));
+}
+
+void Session::onReconnect(const Message&) {
+    if (settings_.address.dialect == Dialect::twitch) {
+        giveUp(u"The server wants to be connected to again.");
+    }
+}
+
+// The streaming chat has no number for a wrong token.
+void Session::onNotice(const Message& message) {
+    const bool twitch = settings_.address.dialect == Dialect::twitch;
+    if (!twitch || state_ != State::registering || network_.me() || message.parameter(0) != "*") {
+        return;
+    }
+    refuse(u"The server does not accept the name or the token: " + plainText(decoded(message.last())));
+}
+
+void Session::onPrivateMessage(const Message& message) {
+    const auto request = requestIn(message.last());
+    if (!request || state_ != State::online || !network_.isMe(message.parameter(0)) ||
+        network_.isMe(message.prefix().nick) || message.prefix().user.empty() ||
+        settings_.address.dialect == Dialect::twitch) {
+        return;
+    }
+    std::string answer;
+    if (request->command == "VERSION" && !settings_.program.empty()) {
+        answer = "VERSION " + murmelix::toUtf8(settings_.program);
+    } else if (request->command == "PING") {
+        answer = "PING " + std::string(request->argument);
+    }
+    if (!answer.empty() && requests_.take(now_)) {
+        sendAtOnce({"NOTICE", message.prefix().nick, '\x01' + answer + '\x01'});
+    }
+}
+
+// ---- The user's deeds
+
+bool Session::readyToSend(std::u16string_view channel) {
+    if (state_ != State::online) {
+        tellUser(u"Not sent: there is no connection at the moment.", channel);
+    } else if (handshake_.isAnonymous()) {
+        tellUser(u"Not sent: without an account one can only read along.", channel);
+    } else {
+        return true;
+    }
+    return false;
+}
+
+void Session::say(std::u16string_view target, std::u16string_view text, long long now) {
+    now_ = now;
+    talk(target, text, false);
+    deliver();
+}
+
+void Session::act(std::u16string_view target, std::u16string_view text, long long now) {
+    now_ = now;
+    talk(target, text, true);
+    deliver();
+}
+
+void Session::talk(std::u16string_view target, std::u16string_view text, bool action) {
+    constexpr std::string_view around = "\x01"
+                                        "ACTION \x01";
+    if (!readyToSend(target)) {
+        return;
+    }
+    const std::string name = network_.nameOf(target);
+    const std::size_t room = network_.roomFor(name);
+    const std::vector<std::string> pieces = piecesOf(text, action ? room - around.size() : room);
+    if (pieces.size() > outbox_.room()) {
+        tellUser(u"Not sent: these are too many lines at a time.", target);
+        return;
+    }
+    for (const std::string& piece : pieces) {
+        const std::string body = action ? "\x01"
+                                          "ACTION " +
+                                              piece + '\x01'
+                                        : piece;
+        std::optional<Echo> echo;
+        if (!handshake_.hasEcho()) {
+            echo = Echo{name, murmelix::fromUtf8(piece), action};
+        }
+        queue(formatLine({"PRIVMSG", name, body}), std::move(echo));
+    }
+}
+
+void Session::join(const std::vector<std::u16string>& channels, long long now) {
+    now_ = now;
+    std::vector<std::string> names;
+    for (const std::u16string& channel : channels) {
+        const std::string name = murmelix::toUtf8(channel);
+        if (!network_.features().isChannel(name) || !formatLine({"JOIN", name, ""}) ||
+            name.find(',') != std::string::npos) {
+            tellUser(u"A channel looks like #name, without blanks.");
+        } else if (wanted_.size() >= most_channels) {
+            tellUser(u"These are more channels than one can be in.");
+        } else if (!network_.isIn(name)) {
+            names.push_back(name);
+            forgetWish(name);
+            wanted_.push_back(name);
+        }
+    }
+    if (state_ == State::online) {
+        joinWanted(names);
+    }
+    deliver();
+}
+
+void Session::joinWanted(const std::vector<std::string>& channels) {
+    for (std::size_t at = 0; at < channels.size();) {
+        std::string names;
+        for (std::size_t count = 0; at < channels.size() && count < joined_at_once; ++count, ++at) {
+            const std::string more = names.empty() ? channels[at] : names + "," + channels[at];
+            if (!names.empty() && !formatLine({"JOIN", more})) {
+                break;
+            }
+            names = more;
+        }
+        queue(formatLine({"JOIN", names}));
+    }
+}
+
+void Session::forgetWish(std::string_view channel) {
+    std::erase_if(wanted_, [&](const std::string& wanted) { return network_.sameName(wanted, channel); });
+}
+
+void Session::part(std::u16string_view channel, std::u16string_view why, long long now) {
+    now_ = now;
+    const std::string name = network_.nameOf(channel);
+    forgetWish(name);
+    if (state_ == State::online) {
+        const std::vector<std::string> pieces = piecesOf(why, longest_sent_line / 2);
+        queue(pieces.empty() ? formatLine({"PART", name}) : formatLine({"PART", name, pieces.front()}));
+    }
+    deliver();
+}
+
+void Session::nick(std::u16string_view nick, long long now) {
+    now_ = now;
+    if (readyToSend({})) {
+        queue(formatLine({"NICK", murmelix::toUtf8(nick)}));
+    }
+    deliver();
+}
+
+void Session::away(std::u16string_view why, long long now) {
+    now_ = now;
+    if (readyToSend({})) {
+        const std::vector<std::string> pieces = piecesOf(why, longest_sent_line / 2);
+        queue(pieces.empty() ? formatLine({"AWAY"}) : formatLine({"AWAY", pieces.front()}));
+    }
+    deliver();
+}
+
+void Session::quote(std::u16string_view line, long long now) {
+    now_ = now;
+    if (readyToSend({})) {
+        queue(formatRawLine(murmelix::toUtf8(line)));
+    }
+    deliver();
+}
+
+void Session::queue(std::optional<std::string> line, std::optional<Echo> echo) {
+    if (!line) {
+        tellUser(u"Not sent: that makes no line that a server takes.");
+    } else if (outbox_.room() == 0) {
+        tellUser(u"Not sent: too many lines wait already.");
+    } else {
+        outbox_.add({std::move(*line), std::move(echo)});
+        sendDue();
+    }
+}
+
+void Session::sendDue() {
+    while (state_ == State::online) {
+        const auto line = outbox_.next(now_);
+        if (!line) {
+            return;
+        }
+        hooks_.send(line->bytes);
+        if (line->echo) {
+            network_.echo(*line->echo);
+        }
+    }
+}
+
+void Session::sendAtOnce(std::initializer_list<std::string_view> parts) {
+    if (const auto line = formatLine(parts)) {
+        hooks_.send(*line);
+    }
+}
+
+// ---- What is told
+
+void Session::learn(Event event) {
+    if (auto* left = std::get_if<event::ChannelLeft>(&event)) {
+        forgetWish(network_.nameOf(left->channel));
+        left->why = withoutSecrets(std::move(left->why));
+    } else if (auto* told = std::get_if<event::Told>(&event)) {
+        told->text = withoutSecrets(std::move(told->text));
+    } else if (auto* lost = std::get_if<event::Lost>(&event)) {
+        lost->why = withoutSecrets(std::move(lost->why));
+    } else if (auto* refused = std::get_if<event::Refused>(&event)) {
+        refused->why = withoutSecrets(std::move(refused->why));
+    }
+    events_.push_back(std::move(event));
+}
+
+void Session::tellUser(std::u16string text, std::u16string_view channel) {
+    learn(event::Told{std::u16string(channel), std::move(text)});
+}
+
+// A server may repeat what it was sent.
+std::u16string Session::withoutSecrets(std::u16string text) const {
+    for (const std::u16string& secret : {settings_.password, settings_.server_password}) {
+        if (secret.size() >= shortest_secret) {
+            text = murmelix::replaceAll(text, secret, u"…", murmelix::LetterCase::ignored);
+        }
+    }
+    return text;
+}
+
+void Session::deliver() {
+    if (std::exchange(delivering_, true)) {
+        return;
+    }
+    struct Done {
+        bool& delivering;
+        ~Done() { delivering = false; }
+    } done{delivering_};
+    while (!events_.empty()) {
+        const Event event = std::move(events_.front());
+        events_.pop_front();
+        hooks_.tell(event);
+    }
+}
+
+} // namespace messenger_client::irc
