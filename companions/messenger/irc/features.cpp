@@ -49,8 +49,6 @@ void Features::readFeature(std::string_view key, std::string_view value) {
         channel_signs_ = value;
     } else if (key == "PREFIX") {
         readRanks(value);
-    } else if (key == "STATUSMSG") {
-        rank_targets_ = value;
     } else if (key == "CHANMODES") {
         always_ = takeUntil(value, ',');
         always_ += takeUntil(value, ',');
@@ -80,7 +78,7 @@ bool Features::isChannel(std::string_view target) const {
 }
 
 std::string_view Features::withoutRank(std::string_view target) const {
-    const bool ranked = target.size() > 1 && has(rank_targets_, target.front()) && isChannel(target.substr(1));
+    const bool ranked = target.size() > 1 && has(rank_signs_, target.front()) && isChannel(target.substr(1));
     return target.substr(ranked ? 1 : 0);
 }
 

@@ -43,7 +43,6 @@ class Features {
     std::size_t line_length_ = longest_sent_line;
     std::string channel_signs_ = "#&";
     std::string rank_modes_ = "ov", rank_signs_ = "@+";
-    std::string rank_targets_;                     // STATUSMSG: signs that may stand before a channel
     std::string always_ = "beIk", when_set_ = "l"; // CHANMODES: lists and keys, limits
 };
 

@@ -192,7 +192,6 @@ void Handshake::request(const Capabilities& wanted) {
     }
     pending_ |= wanted;
     if (!names.empty()) {
-        // Always as a trailing parameter: some servers take one word, else.
         send_({"CAP", "REQ", names});
     }
 }

@@ -1,11 +1,14 @@
 // A session with a server that is a script: its lines go in, and what the session sends and tells is looked at.
 #pragma once
 
+#include <algorithm>
 #include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
+#include "common/text.h"
 #include "companions/messenger/irc/session.h"
 #include "tests/unit/messenger_irc/told.h"
 
@@ -67,6 +70,7 @@ class Chat {
     void enter(std::string_view features = "") {
         connect();
         welcome("me", features);
+        pass(sent_interval); // so that a whole burst is there
         server(":me!user@host JOIN #room");
         server(":irc.example.org 353 me = #room :me @ann bob");
         server(":irc.example.org 366 me #room :End");

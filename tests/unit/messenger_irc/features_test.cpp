@@ -39,9 +39,8 @@ TEST(FeaturesTest, AreThoseOfTheProtocolAtFirst) {
 }
 
 TEST(FeaturesTest, AreRead) {
-    const Features features =
-        told("CASEMAPPING=ascii NETWORK=Test.Net LINELEN=400 CHANTYPES=# PREFIX=(qaohv)~&@%+ STATUSMSG=~&@%+ "
-             "CHANMODES=b,k,l,imnpst SAFELIST");
+    const Features features = told("CASEMAPPING=ascii NETWORK=Test.Net LINELEN=400 CHANTYPES=# PREFIX=(qaohv)~&@%+ "
+                                   "CHANMODES=b,k,l,imnpst SAFELIST");
     EXPECT_EQ(features.caseMapping(), CaseMapping::ascii);
     EXPECT_EQ(features.network(), "Test.Net");
     EXPECT_EQ(features.lineLength(), 400U);
