@@ -10,6 +10,7 @@
 #include "common/ansi.h"
 #include "common/com/handles.h"
 #include "platform/win32/system_error.h"
+#include "platform/win32/winsock.h"
 
 namespace murmelix::platform {
 
@@ -18,17 +19,6 @@ namespace {
 constexpr UINT resolved_message = WM_APP, socket_message = WM_APP + 1;
 constexpr wchar_t window_class[] = L"MurmelixSocket";
 constexpr std::size_t block = 65536; // bytes received at once
-
-class Winsock {
-  public:
-    Winsock() { WSAStartup(MAKEWORD(2, 2), &data_); }
-    Winsock(const Winsock&) = delete;
-    Winsock& operator=(const Winsock&) = delete;
-    ~Winsock() { WSACleanup(); }
-
-  private:
-    WSADATA data_{};
-};
 
 } // namespace
 

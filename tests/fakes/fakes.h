@@ -4,12 +4,14 @@
 #include "tests/fakes/agent.h"
 #include "tests/fakes/ansi.h"
 #include "tests/fakes/clock.h"
+#include "tests/fakes/connections.h"
 #include "tests/fakes/files.h"
 #include "tests/fakes/foreign_windows.h"
 #include "tests/fakes/http.h"
 #include "tests/fakes/messenger.h"
 #include "tests/fakes/neighbours.h"
 #include "tests/fakes/registry.h"
+#include "tests/fakes/secrets.h"
 #include "tests/fakes/sockets.h"
 #include "tests/fakes/system.h"
 #include "tests/fakes/user_store.h"
@@ -25,6 +27,8 @@ struct State {
     UserStores user_stores;
     MessageBoxes message_boxes;
     Network network;
+    Servers servers;
+    Secrets secrets;
     ForeignWindows foreign_windows;
     Neighbours neighbours;
     Messenger messenger;
