@@ -149,7 +149,8 @@ TEST(HostileLines, TagsOfEightKilobytesAreRead) {
     while (tags.size() < 8191 - 4) {
         tags += "a=b;";
     }
-    const Message many("@first=1;" + tags + "last=1 PING x");
+    const std::string tagged = "@first=1;" + tags + "last=1 PING x";
+    const Message many(tagged);
     EXPECT_EQ(many.command(), "PING");
     EXPECT_TRUE(many.hasTag("first"));
     EXPECT_FALSE(many.hasTag("last")) << "more than most_tags";
