@@ -20,6 +20,16 @@ bool isIn(const Span (&spans)[count], char32_t code) {
     return after != std::begin(spans) && code <= std::prev(after)->last;
 }
 
+template <std::size_t count>
+constexpr bool inOrder(const Span (&spans)[count]) {
+    for (std::size_t i = 0; i < count; ++i) {
+        if (spans[i].last < spans[i].first || (i > 0 && spans[i].first <= spans[i - 1].last)) {
+            return false;
+        }
+    }
+    return true;
+}
+
 // From Unicode's classes Mn, Mc and Me, in the scripts that chats are written in.
 constexpr Span marks[] = {
     {0x0300, 0x036F},   {0x0483, 0x0489},   {0x0591, 0x05BD}, {0x05BF, 0x05BF}, {0x05C1, 0x05C2}, {0x05C4, 0x05C5},
@@ -35,17 +45,17 @@ constexpr Span marks[] = {
 };
 
 constexpr Span blanks[] = {
-    {0x0009, 0x000D}, {0x0020, 0x0020}, {0x0085, 0x0085}, {0x00A0, 0x00A0}, {0x1680, 0x1680},
-    {0x2000, 0x200A}, {0x2028, 0x2029}, {0x202F, 0x202F}, {0x205F, 0x205F}, {0x2800, 0x2800},
-    {0x3000, 0x3000}, {0x3164, 0x3164}, {0xFFA0, 0xFFA0},
+    // beyond ASCII
+    {0x0085, 0x0085}, {0x00A0, 0x00A0}, {0x1680, 0x1680}, {0x2000, 0x200A}, {0x2028, 0x2029}, {0x202F, 0x202F},
+    {0x205F, 0x205F}, {0x2800, 0x2800}, {0x3000, 0x3000}, {0x3164, 0x3164}, {0xFFA0, 0xFFA0},
 };
 
 // The joiner, the selectors and the tags of emoji are not among them: what they stand with needs them.
 constexpr Span invisibles[] = {
     {0x00AD, 0x00AD},   {0x034F, 0x034F},   {0x061C, 0x061C},   {0x115F, 0x1160},   {0x180B, 0x180E},
     {0x200B, 0x200C},   {0x200E, 0x200F},   {0x202A, 0x202E},   {0x2060, 0x206F},   {0xFEFF, 0xFEFF},
-    {0xFFF0, 0xFFFB},   {0xFFFE, 0xFFFF},   {0x1D173, 0x1D17A}, {0xE0000, 0xE001F}, {0xE0080, 0xE00FF},
-    {0xE01F0, 0xE0FFF}, {0x1FFFE, 0x1FFFF},
+    {0xFFF0, 0xFFFB},   {0xFFFE, 0xFFFF},   {0x1D173, 0x1D17A}, {0x1FFFE, 0x1FFFF}, {0xE0000, 0xE001F},
+    {0xE0080, 0xE00FF}, {0xE01F0, 0xE0FFF},
 };
 
 // Signs, pictures and what has no meaning of its own, beyond ASCII.
@@ -57,6 +67,8 @@ constexpr Span signs[] = {
     {0xFE10, 0xFE6F},   {0xFF01, 0xFF0F},   {0xFF1A, 0xFF20},    {0xFF3B, 0xFF40}, {0xFF5B, 0xFF65}, {0xFFE0, 0xFFFF},
     {0x1D100, 0x1D1FF}, {0x1F000, 0x1FBFF}, {0xE0000, 0x10FFFF},
 };
+
+static_assert(inOrder(marks) && inOrder(blanks) && inOrder(invisibles) && inOrder(signs));
 
 constexpr bool isHigh(char16_t unit) {
     return (unit & 0xFC00) == 0xD800;
@@ -105,6 +117,9 @@ bool isMark(char32_t code) {
 }
 
 bool isBlank(char32_t code) {
+    if (code < 0x80) {
+        return code == U' ' || (code >= U'\t' && code <= U'\r');
+    }
     return isIn(blanks, code);
 }
 
@@ -118,7 +133,7 @@ std::size_t clusterEnd(std::u16string_view text, std::size_t at) {
     if (isFlagLetter(first.code) && at < text.size() && isFlagLetter(characterAt(text, at).code)) {
         at += 2;
     }
-    while (at < text.size()) {
+    for (std::size_t codes = 2; at < text.size() && codes < most_in_cluster; ++codes) {
         const Character next = characterAt(text, at);
         if (!isMark(next.code)) {
             break;
@@ -126,6 +141,7 @@ std::size_t clusterEnd(std::u16string_view text, std::size_t at) {
         at += next.units;
         if (next.code == joiner && at < text.size() && !isBlank(characterAt(text, at).code)) {
             at += characterAt(text, at).units;
+            ++codes;
         }
     }
     return at;

@@ -26,7 +26,9 @@ bool isBlank(char32_t code);
 // What nobody sees but what steers how text is shown: directions, tags, breaks.
 bool isInvisible(char32_t code);
 
-// Where what people take for one character ends: with its marks, and with what is joined to it.
+// Where what people take for one character ends: with its marks, and with what is joined to it, up to so many code
+// points: half as many again as any emoji has.
+inline constexpr std::size_t most_in_cluster = 20;
 std::size_t clusterEnd(std::u16string_view text, std::size_t at);
 
 // On one line and safe to show and to say: line ends, control characters and blanks of every kind as one blank,

@@ -103,9 +103,10 @@ std::vector<Queue::PassedOver> Reader::takePassedOver() {
 std::vector<Previewed> preview(const std::vector<Line>& lines, const Rules& rules, const Surroundings& surroundings) {
     std::vector<Previewed> result(lines.size());
     Reader reader(rules, surroundings);
+    const auto of = [&](unsigned long long number) -> Previewed& { return result[static_cast<std::size_t>(number)]; };
     const auto takePassedOver = [&] {
         for (const Queue::PassedOver& line : reader.takePassedOver()) {
-            result[line.number].unread = line.why;
+            of(line.number).unread = line.why;
         }
     };
     long long now = 0;
@@ -114,7 +115,7 @@ std::vector<Previewed> preview(const std::vector<Line>& lines, const Rules& rule
             now = std::max(now, *due);
             const auto reading = reader.next(now);
             if (reading && reading->has_line) {
-                result[reading->number].text = reading->text;
+                of(reading->number).text = reading->text;
             }
         }
     };
