@@ -22,7 +22,7 @@ class AudioOutput final : public ClientObject {
         return all;
     }
 
-    bool enabled() const { return server().soundEnabled(); }
+    bool enabled() const { return server().listener().sound(); }
 };
 
 } // namespace

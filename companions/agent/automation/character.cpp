@@ -1,6 +1,4 @@
 #include <algorithm>
-#include <array>
-#include <cstdio>
 #include <filesystem>
 
 #include "common/text.h"
@@ -20,15 +18,6 @@ constexpr std::int32_t longest_move = 600000; // ms
 constexpr std::int32_t default_speed = 170;   // words a minute, where neither the voice nor the character names one
 constexpr std::int32_t no_recognition = 1;    // of SRStatus
 constexpr std::int16_t not_active = 0, active_client = 1, topmost = 2; // of Active and Activate
-
-std::u16string textOf(const acs::Guid& guid) {
-    const auto at = [&](std::size_t i) { return static_cast<unsigned>(guid[i]); };
-    std::array<char, 40> result{};
-    std::snprintf(result.data(), result.size(),
-                  "{%02X%02X%02X%02X-%02X%02X-%02X%02X-%02X%02X-%02X%02X%02X%02X%02X%02X}", at(3), at(2), at(1), at(0),
-                  at(5), at(4), at(7), at(6), at(8), at(9), at(10), at(11), at(12), at(13), at(14), at(15));
-    return murmelix::fromUtf8(result.data());
-}
 
 int side(std::int16_t pixels) {
     if (pixels < 1) {

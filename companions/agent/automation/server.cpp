@@ -1,7 +1,9 @@
 #include "companions/agent/automation/server.h"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
+#include <cstdio>
 #include <filesystem>
 #include <random>
 #include <utility>
@@ -95,6 +97,15 @@ const murmelix::com::ServerClass& serverClass() {
     return served;
 }
 
+std::u16string textOf(const acs::Guid& guid) {
+    const auto at = [&](std::size_t i) { return static_cast<unsigned>(guid[i]); };
+    std::array<char, 40> result{};
+    std::snprintf(result.data(), result.size(),
+                  "{%02X%02X%02X%02X-%02X%02X-%02X%02X-%02X%02X-%02X%02X%02X%02X%02X%02X}", at(3), at(2), at(1), at(0),
+                  at(5), at(4), at(7), at(6), at(8), at(9), at(10), at(11), at(12), at(13), at(14), at(15));
+    return murmelix::fromUtf8(result.data());
+}
+
 MenuCommand* CommandList::find(std::u16string_view name) {
     const auto found = std::find_if(commands.begin(), commands.end(),
                                     [&](const MenuCommand& command) { return sameName(command.name, name); });
@@ -134,10 +145,12 @@ Loaded& Client::load(const std::u16string& id, const std::u16string& file) {
         }
     }
     takeNames(*added);
+    actor.setSilenced(server_.listener().silenced(textOf(character.guid)));
     try {
         loaded_.push_back(added);
         server_.theatre().admit(actor.id(), added->file);
         server_.claimUnclaimed(*added);
+        server_.showTray();
     } catch (...) {
         dismiss(*added);
         throw;
@@ -264,24 +277,27 @@ Server::Server(const Options& options)
              [random = std::mt19937(std::random_device()())](int below) mutable {
                  return std::uniform_int_distribution<int>(0, below - 1)(random);
              }),
-      settings_frm_(
-          [this] {
-              return settings::SettingsFrm::Facts{service_.available(), sound_enabled_, stage_.keepsOnScreen(), size_};
-          },
-          {[this](bool enabled) { enableSound(enabled); },
-           [this](bool keep) {
-               stage_.setKeepOnScreen(keep);
-               settings::writeKeepOnScreen(keep);
-               tellAll(property_change);
-           },
-           [this](int percent) {
-               settings::writeSize(percent);
-               setSize(percent);
-               tellAll(property_change);
-           }}),
+      settings_frm_(listener_,
+                    [this] {
+                        return settings::SettingsFrm::Facts{service_.available(), stage_.keepsOnScreen(), size_};
+                    },
+                    {[this](bool keep) {
+                         stage_.setKeepOnScreen(keep);
+                         settings::writeKeepOnScreen(keep);
+                         tellAll(property_change);
+                     },
+                     [this](int percent) {
+                         settings::writeSize(percent);
+                         setSize(percent);
+                         tellAll(property_change);
+                     }}),
       empty_since_(std::chrono::steady_clock::now()) {
-    sound_enabled_ = settings::readSoundEnabled();
-    theatre_->setAudible(sound_enabled_);
+    listener_.Skip = [this] { stage_.skip(); };
+    listener_.Changed = [this] {
+        listen();
+        tellAll(property_change);
+    };
+    listen();
     stage_.setKeepOnScreen(settings::readKeepOnScreen());
     setSize(settings::readSize());
     theatre_->present(stage_); // the stage knows its size before the first client asks for it
@@ -289,8 +305,15 @@ Server::Server(const Options& options)
     messages_.onClose([this] { shutDown(); });
     messages_.onRestart([this] { restart(); });
     if (options_.stay) {
+        showTray();
+    }
+}
+
+void Server::showTray() {
+    if (!tray_) {
         tray_ = std::make_unique<settings::Tray>(
-            settings_frm_, [this] { restart(); }, [this] { shutDown(); });
+            settings_frm_, listener_, [this] { return loadedCharacters(); }, [this] { restart(); },
+            [this] { shutDown(); });
     }
 }
 
@@ -358,11 +381,41 @@ void Server::watch(const std::shared_ptr<Client>& client, murmelix::com::Process
     }
 }
 
-void Server::enableSound(bool enabled) {
-    sound_enabled_ = enabled;
-    theatre_->setAudible(enabled);
-    settings::writeSoundEnabled(enabled);
-    tellAll(property_change);
+// What the user wants of all that is said takes effect.
+void Server::listen() {
+    theatre_->setVolume(listener_.sound() ? listener_.volume() / 100.0 : 0);
+    stage_.setListening({listener_.speed() / 100.0, listener_.longest() * 1000, listener_.mostWaiting() * 1000});
+    if (stage_.paused() != listener_.paused()) {
+        stage_.setPaused(listener_.paused());
+    }
+    for (stage::Actor* actor : stage_.actors()) {
+        if (const Owner owner = ownerOf(actor->id()); owner.loaded) {
+            actor->setSilenced(listener_.silenced(textOf(owner.loaded->file->character().guid)));
+        }
+    }
+    settings_frm_.refresh();
+    if (tray_) {
+        tray_->showState();
+    }
+}
+
+// Each file once, in the order of the names.
+std::vector<settings::KnownCharacter> Server::loadedCharacters() {
+    std::vector<settings::KnownCharacter> all;
+    for (const auto& weak : clients_) {
+        if (const auto client = weak.lock()) {
+            for (const auto& loaded : client->loaded()) {
+                const stage::Actor* actor = stage_.find(loaded->actor);
+                const acs::Character& character = loaded->file->character();
+                all.push_back({textOf(character.guid), actor ? actor->name : std::u16string()});
+            }
+        }
+    }
+    std::ranges::stable_sort(all, {}, &settings::KnownCharacter::key);
+    const auto repeated = std::ranges::unique(all, {}, &settings::KnownCharacter::key);
+    all.erase(repeated.begin(), repeated.end());
+    std::ranges::stable_sort(all, {}, &settings::KnownCharacter::name);
+    return all;
 }
 
 void Server::setSize(int percent) {

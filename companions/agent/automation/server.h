@@ -13,6 +13,7 @@
 #include "common/com/server.h"
 #include "companions/agent/acs/reader.h"
 #include "companions/agent/automation/transcript.h"
+#include "companions/agent/settings/listener.h"
 #include "companions/agent/settings/settings_frm.h"
 #include "companions/agent/settings/tray.h"
 #include "companions/agent/stage/sequencer.h"
@@ -31,6 +32,9 @@ struct MenuCommand {
     bool enabled = true, visible = true;
     std::int32_t confidence = 0;
 };
+
+// "{01234567-89AB-CDEF-0123-456789ABCDEF}".
+std::u16string textOf(const acs::Guid& guid);
 
 // A client's command list of one character.
 struct CommandList {
@@ -123,8 +127,9 @@ class Server final : public stage::Audience {
     Transcript& transcript() { return transcript_; }
     stage::MessageWindow& messages() { return messages_; }
     const voice::Output& output() const { return output_; }
-    bool soundEnabled() const { return sound_enabled_; }
-    void enableSound(bool enabled);
+    const settings::Listener& listener() const { return listener_; }
+    // The icon beside the clock, where the user gets at what is said.
+    void showTray();
     settings::SettingsFrm& settingsFrm() { return settings_frm_; }
 
     // Tells the clients, and ends the message loop when they have heard it, or do not answer.
@@ -176,6 +181,8 @@ class Server final : public stage::Audience {
     void tick();
     void beginEnding(DISPID event);
     void setSize(int percent);
+    void listen();
+    std::vector<settings::KnownCharacter> loadedCharacters();
     Owner ownerOf(stage::ActorId actor) const;
     std::vector<Owner> sharersOf(const acs::Guid& character) const;
     void passTo(const acs::Guid& character, stage::ActorId actor);
@@ -195,15 +202,15 @@ class Server final : public stage::Audience {
     voice::Output output_;
     std::unique_ptr<stage::Theatre> theatre_;
     stage::Stage stage_;
+    settings::Listener listener_;
     settings::SettingsFrm settings_frm_;
-    std::unique_ptr<settings::Tray> tray_; // of a server that stays
+    std::unique_ptr<settings::Tray> tray_; // of a server that stays, or has had a character
     std::vector<std::weak_ptr<Client>> clients_;
     stage::TroupeId last_troupe_ = 0;
     std::vector<Watch> watches_;
     bool menu_open_ = false;
     std::optional<Moment> ending_since_;
     bool restarts_ = false;
-    bool sound_enabled_ = true;
     int size_ = settings::usual_size; // percent
     stage::ActorId active_ = 0;
     std::map<acs::Guid, stage::ActorId> active_clients_;

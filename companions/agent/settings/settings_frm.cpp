@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 #include <utility>
+#include <vector>
 
 #include "common/text.h"
 #include "ui/layout.h"
@@ -11,17 +12,70 @@ namespace agent::settings {
 
 namespace ui = murmelix::ui;
 
-SettingsFrm::SettingsFrm(std::function<Facts()> facts, Switches switches)
+namespace {
+
+std::u16string percent(int number) {
+    return murmelix::toText(number) + u" %";
+}
+
+// `none` stands for 0.
+NumberList::Name seconds(const char16_t* none) {
+    return [none](int number) {
+        return number == 0 ? std::u16string(none) : murmelix::toText(number) + (number == 1 ? u" second" : u" seconds");
+    };
+}
+
+} // namespace
+
+void NumberList::show(int number) {
+    showing_ = true;
+    if (auto numbers = withCurrent(usual_, number); numbers != listed_) {
+        listed_ = std::move(numbers);
+        std::vector<std::u16string> texts;
+        std::ranges::transform(listed_, std::back_inserter(texts), name_);
+        setItems(std::move(texts));
+    }
+    setListIndex(static_cast<int>(std::ranges::find(listed_, number) - listed_.begin()));
+    showing_ = false;
+}
+
+void NumberList::picked() const {
+    const int index = ListIndex();
+    if (!showing_ && index >= 0) {
+        murmelix::ui::raise(Picked, listed_.at(static_cast<std::size_t>(index)));
+    }
+}
+
+SettingsFrm::SettingsFrm(Listener& listener, std::function<Facts()> facts, Switches switches)
     : Form(nullptr, u"Character Properties", ui::FormStyle::dialog, u"AgentServerProperties"),
       OutputLbl(OutputPage,
                 u"What characters say is heard through the sound device, and shown in their word balloons."),
       CopyrightLbl(CopyrightPage, u"AgentServer, a part of Murmelix.\n\nReleased under the MIT licence."),
-      facts_(std::move(facts)), switches_(std::move(switches)) {
+      SizeList(OutputPage, {75, 100, 125, 150, 175, 200, 250, 300}, percent),
+      VolumeList(ListeningPage, {0, 10, 20, 30, 40, 50, 60, 70, 80, 90, 100}, percent),
+      SpeedList(ListeningPage, {50, 75, 90, 100, 110, 125, 150, 175, 200}, percent),
+      LongestList(ListeningPage, {0, 5, 10, 15, 20, 30, 60, 120}, seconds(u"As long as it takes")),
+      WaitingList(ListeningPage, {0, 5, 10, 15, 20, 30, 60, 120, 300}, seconds(u"Never")),
+      HurryLbl(ListeningPage, u"In a hurry, characters speak up to twice as fast. Where that is not enough, what has "
+                              u"waited longest is left out."),
+      listener_(listener), facts_(std::move(facts)), switches_(std::move(switches)) {
     setIcon({u"#1"}); // the program's own
     Pages.Click = [this] { showFacts(); };
-    SoundCheck.Click = [this] { switched(SoundCheck, switches_.enable_sound); };
-    KeepOnScreenCheck.Click = [this] { switched(KeepOnScreenCheck, switches_.keep_on_screen); };
-    SizeList.Click = [this] { sizeChosen(); };
+    SoundCheck.Click = [this] {
+        if (!showing_facts_) {
+            listener_.setSound(SoundCheck.Value() != 0);
+        }
+    };
+    KeepOnScreenCheck.Click = [this] {
+        if (!showing_facts_) {
+            switches_.keep_on_screen(KeepOnScreenCheck.Value() != 0);
+        }
+    };
+    SizeList.Picked = [this](int percent) { switches_.set_size(percent); };
+    VolumeList.Picked = [this](int percent) { listener_.setVolume(percent); };
+    SpeedList.Picked = [this](int percent) { listener_.setSpeed(percent); };
+    LongestList.Picked = [this](int seconds) { listener_.setLongest(seconds); };
+    WaitingList.Picked = [this](int seconds) { listener_.setMostWaiting(seconds); };
     CloseButt.Click = [this] { Unload(); };
     DefaultButton = &CloseButt;
     CancelButton = &CloseButt;
@@ -44,6 +98,23 @@ void SettingsFrm::layOut() {
          ui::rows({ui::item(OutputLbl).wrapped(), ui::item(SoundCheck).atStart(), ui::item(KeepOnScreenCheck).atStart(),
                    ui::columns({ui::item(SizeLbl).centered(), ui::item(SizeList).least(1200, 0)}).gap(margin)}));
     fill(CopyrightPage, ui::rows({ui::item(CopyrightLbl).growing()}));
+    layOutListening(margin, inside);
+}
+
+// The lists stand below one another, beside the widest of their names.
+void SettingsFrm::layOutListening(int margin, int inside) {
+    int names = 0;
+    for (const ui::Label* label : {&VolumeLbl, &SpeedLbl, &LongestLbl, &WaitingLbl}) {
+        names = std::max(names, label->neededSize().width);
+    }
+    const auto row = [&](ui::Label& name, ui::DropDownList& list) {
+        return ui::columns({ui::item(name).centered().least(names), ui::item(list).growing()}).gap(margin);
+    };
+    ui::rows({row(VolumeLbl, VolumeList), row(SpeedLbl, SpeedList), row(LongestLbl, LongestList),
+              row(WaitingLbl, WaitingList), ui::item(HurryLbl).wrapped()})
+        .gap(margin)
+        .pad(inside)
+        .place({0, 0, ListeningPage.Width(), ListeningPage.Height()});
 }
 
 bool SettingsFrm::setPage(std::u16string_view page) {
@@ -74,38 +145,19 @@ void SettingsFrm::showFacts() {
                     : u"No text-to-speech voice is installed: characters show their words without a sound.\n\nNo "
                       u"speech recognition is installed: characters do not listen.");
     showing_facts_ = true;
-    SoundCheck.setValue(facts.sound_enabled ? 1 : 0);
+    SoundCheck.setValue(listener_.sound() ? 1 : 0);
     KeepOnScreenCheck.setValue(facts.keep_on_screen ? 1 : 0);
-    showSizes(facts.size);
     showing_facts_ = false;
+    SizeList.show(facts.size);
+    VolumeList.show(listener_.volume());
+    SpeedList.show(listener_.speed());
+    LongestList.show(listener_.longest());
+    WaitingList.show(listener_.mostWaiting());
 }
 
-// The usual ones, and the one that it is.
-void SettingsFrm::showSizes(int size) {
-    std::vector<int> sizes{75, 100, 125, 150, 175, 200, 250, 300};
-    if (const auto place = std::ranges::lower_bound(sizes, size); place == sizes.end() || *place != size) {
-        sizes.insert(place, size);
-    }
-    if (sizes_ != sizes) {
-        sizes_ = std::move(sizes);
-        std::vector<std::u16string> texts;
-        std::ranges::transform(sizes_, std::back_inserter(texts),
-                               [](int percent) { return murmelix::toText(percent) + u" %"; });
-        SizeList.setItems(std::move(texts));
-    }
-    SizeList.setListIndex(static_cast<int>(std::ranges::find(sizes_, size) - sizes_.begin()));
-}
-
-void SettingsFrm::sizeChosen() {
-    const int index = SizeList.ListIndex();
-    if (!showing_facts_ && index >= 0) {
-        switches_.set_size(sizes_.at(static_cast<std::size_t>(index)));
-    }
-}
-
-void SettingsFrm::switched(const ui::CheckBox& box, const std::function<void(bool)>& on) {
-    if (!showing_facts_) {
-        on(box.Value() != 0);
+void SettingsFrm::refresh() {
+    if (Visible()) {
+        showFacts();
     }
 }
 

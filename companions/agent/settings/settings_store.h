@@ -1,6 +1,11 @@
 // The server's settings, each user's own: HKEY_CURRENT_USER, Software\Murmelix AgentServer.
 #pragma once
 
+#include <string>
+#include <vector>
+
+#include "companions/agent/settings/listener.h"
+
 namespace agent::settings {
 
 // "SoundEnabled" (a DWORD; on without it).
@@ -11,6 +16,16 @@ void writeSoundEnabled(bool enabled);
 inline constexpr int least_size = 75, usual_size = 100, largest_size = 300;
 int readSize(); // the nearest to what is kept
 void writeSize(int percent);
+
+// Numbers of the listener (DWORDs; the usual one without it, the nearest within the bounds).
+inline const std::u16string volume_name = u"Volume", speed_name = u"Speed", longest_name = u"LongestRequest",
+                            most_waiting_name = u"MostWaiting";
+int readNumber(const std::u16string& name, const Bounds& bounds);
+void writeNumber(const std::u16string& name, int number);
+
+// "Silenced": what the silenced characters are known by (a list; what is none, too long or there twice is left out).
+std::vector<std::u16string> readSilenced();
+void writeSilenced(const std::vector<std::u16string>& characters);
 
 // "KeepOnScreen" (as "SoundEnabled").
 bool readKeepOnScreen();

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <functional>
+#include <string>
+#include <vector>
 
 #include "companions/agent/settings/settings_frm.h"
 #include "ui/menu.h"
@@ -8,15 +10,29 @@
 
 namespace agent::settings {
 
-// The server's icon beside the clock: its properties, its restart, and its end.
+// The server's icon beside the clock: what the user wants of what is said, the server's properties, its restart, and
+// its end.
 class Tray {
   public:
-    Tray(SettingsFrm& form, std::function<void()> restart, std::function<void()> end);
+    // `characters`: those that are loaded, asked for when the menu is opened.
+    Tray(SettingsFrm& form, Listener& listener, std::function<std::vector<KnownCharacter>()> characters,
+         std::function<void()> restart, std::function<void()> end);
+    // The icon tells what keeps the characters from being heard.
+    void showState();
 
     murmelix::ui::TrayIcon Icon;
     murmelix::ui::Menu IconMenu;
-    murmelix::ui::MenuItem PropertiesItem{IconMenu, u"&Properties"}, SeparatorItem{IconMenu, u"-"},
-        RestartItem{IconMenu, u"&Restart"}, ExitItem{IconMenu, u"E&xit"};
+    murmelix::ui::MenuItem SkipItem{IconMenu, u"&Skip What Is Being Said"}, PauseItem{IconMenu, u"P&ause"};
+    murmelix::ui::Menu SilenceMenu{IconMenu, u"S&ilence"}, VolumeMenu{IconMenu, u"&Volume"},
+        SpeedMenu{IconMenu, u"Sp&eed"};
+    murmelix::ui::MenuItem ListenerSeparatorItem{IconMenu, u"-"}, PropertiesItem{IconMenu, u"&Properties"},
+        SeparatorItem{IconMenu, u"-"}, RestartItem{IconMenu, u"&Restart"}, ExitItem{IconMenu, u"E&xit"};
+
+  private:
+    void fillSilence();
+
+    Listener& listener_;
+    std::function<std::vector<KnownCharacter>()> characters_;
 };
 
 } // namespace agent::settings

@@ -2,11 +2,14 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <set>
 #include <tuple>
 #include <utility>
 
 #include "common/text.h"
+#include "companions/agent/voice/speech.h"
+#include "companions/agent/voice/stretch.h"
 
 namespace agent::stage {
 namespace {
@@ -18,6 +21,10 @@ constexpr int least_idle_pause = 3000; // ms between two idle animations: this a
 constexpr Time balloon_lingers = 1500; // ms after the last word, with auto-hide
 constexpr Time patience = 20000;       // ms that a loop, or a way back, may hold up what follows it
 constexpr Time thought_word = 200;     // ms a word of a thought
+constexpr double most_haste = 2;       // times as fast
+constexpr double haste_step = 0.05;    // smaller changes are not worth one
+constexpr Time longest_word = 1500;    // ms that a word goes on in which the time of a request ends
+constexpr Time usual_sound = 3000;     // ms of a sound file that has not been read yet
 constexpr int steps_a_tick = 64;       // frames or requests that one character passes in one advance
 
 bool isStopped(StopKind stopped, Kind kind) {
@@ -82,6 +89,7 @@ void Actor::add(const RequestRef& request) {
     request->actor = id_;
     request->place = ++stage_.last_place_;
     queue_.push_back(request);
+    stage_.waiting_changed_ = true;
     wake();
     orderAhead();
 }
@@ -113,6 +121,7 @@ void Actor::leaveAnimation() {
 }
 
 void Actor::retire(const RequestRef& request, Status status) {
+    stage_.waiting_changed_ = true;
     if (const auto found = utterances_.find(request.get()); found != utterances_.end()) {
         stage_.effects_.cancelSpeech(found->second.order);
         if (found->second.sound != 0) {
@@ -323,7 +332,7 @@ void Actor::playNow(std::shared_ptr<const acs::Animation> animation, Role role) 
 
 void Actor::showFrame() {
     stage_.effects_.drawn(*this);
-    if (player_.sound() != acs::no_sound && sound_effects_on) {
+    if (player_.sound() != acs::no_sound && sound_effects_on && !silenced_ && !stage_.paused_) {
         stage_.effects_.frameSound(*this, player_.sound());
     }
 }
@@ -414,6 +423,9 @@ bool Actor::hasWaiter() const {
 
 // The first Speak that is heard if all that comes before it goes well: one whose character is hidden at its turn fails.
 RequestRef Actor::firstToBeHeard() const {
+    if (silenced_) {
+        return nullptr;
+    }
     bool seen = visible_;
     const auto heard = [&](const Request& request) {
         if (request.kind == Kind::show || request.kind == Kind::hide) {
@@ -461,7 +473,7 @@ bool Actor::ready(const Request& request) {
     case Kind::load:
         return true;
     case Kind::think:
-        return !visible_ || settled(true);
+        return !visible_ || (!stage_.paused_ && settled(true));
     case Kind::speak: {
         if (!visible_) {
             return true;
@@ -471,7 +483,7 @@ bool Actor::ready(const Request& request) {
         if (utterance.failed) {
             return true;
         }
-        return settled(true) && utterance.speech && stage_.channel(id_);
+        return settled(true) && utterance.speech && !stage_.paused_ && (silenced_ || stage_.channel(id_));
     }
     case Kind::play:
         // The way back may be just what is asked for.
@@ -489,6 +501,7 @@ void Actor::begin() {
     request.status = Status::in_progress;
     begun_ = true;
     begun_at_ = stage_.now_;
+    stage_.waiting_changed_ = true;
     stage_.audience_.requestStarted(*this, current_);
 
     const bool needs_stage = request.kind == Kind::play || request.kind == Kind::speak || request.kind == Kind::think ||
@@ -783,6 +796,7 @@ void Actor::order(const RequestRef& request) {
                 }
                 found->second.failed = !speech;
                 found->second.speech = std::move(speech);
+                stage.waiting_changed_ = true;
             });
     } catch (const std::exception&) {
         utterance.failed = true;
@@ -791,6 +805,7 @@ void Actor::order(const RequestRef& request) {
 
 void Actor::beginSpeaking() {
     Utterance& utterance = utterances_[current_.get()];
+    utterance.since = stage_.now_;
     utterance.posed = canSpeakInPose();
     if (!utterance.quiet) {
         if (auto animation = utterance.posed ? nullptr : fromState(u"SPEAKING")) {
@@ -799,7 +814,7 @@ void Actor::beginSpeaking() {
         // What cannot be heard is shown all the same, for as long as it would sound: nobody waits for it in vain.
         utterance.length = utterance.speech->sound.milliseconds();
         try {
-            utterance.sound = stage_.effects_.startSound(std::move(utterance.speech->sound));
+            utterance.sound = stage_.effects_.startSound(std::move(utterance.speech->sound), hearing());
         } catch (const std::exception&) {
             utterance.sound = 0;
         }
@@ -827,14 +842,18 @@ bool Actor::speaking() {
         return false; // there was no memory for it
     }
     const voice::Speech& speech = *utterance.speech;
+    const Time step = stage_.now_ - std::exchange(utterance.since, stage_.now_);
+    if (stage_.paused_) {
+        setMouth(mouth_ ? std::optional(acs::MouthShape::closed) : std::nullopt);
+        return true;
+    }
+    utterance.taken += step;
+    utterance.passed += static_cast<double>(step) * stage_.tempo();
     std::optional<std::uint32_t> heard;
-    if (utterance.sound == 0) {
-        const Time gone = stage_.now_ - begun_at_;
-        if (gone < utterance.length) {
-            heard = static_cast<std::uint32_t>(gone);
-        }
-    } else {
+    if (utterance.sound != 0) {
         heard = stage_.effects_.heard(utterance.sound);
+    } else if (utterance.passed < static_cast<double>(utterance.length)) {
+        heard = static_cast<std::uint32_t>(utterance.passed);
     }
     const auto due = [&](std::uint32_t at) { return !heard || at <= *heard; };
 
@@ -842,16 +861,22 @@ bool Actor::speaking() {
     while (utterance.words < speech.words.size() && due(speech.words[utterance.words].at)) {
         ++utterance.words;
     }
+    if (const Time longest = stage_.listening_.longest;
+        heard && longest > 0 && utterance.taken >= longest &&
+        (utterance.words != words_before || utterance.taken >= longest + longest_word)) {
+        if (utterance.sound != 0) {
+            stage_.effects_.stopSound(utterance.sound);
+        }
+        heard.reset();
+    }
     if (utterance.words != words_before && balloon_open_ && (balloon_style & balloon_auto_pace)) {
         stage_.effects_.balloonWords(*this, speech.words[utterance.words - 1].end);
     }
-    const std::size_t mouths_before = utterance.mouths;
     while (utterance.mouths < speech.mouth.size() && due(speech.mouth[utterance.mouths].at)) {
         ++utterance.mouths;
     }
-    if (utterance.mouths != mouths_before) {
-        mouth_ = speech.mouth[utterance.mouths - 1].shape;
-        stage_.effects_.drawn(*this);
+    if (utterance.mouths != 0) {
+        setMouth(speech.mouth[utterance.mouths - 1].shape);
     }
     while (utterance.bookmarks < speech.bookmarks.size() && due(speech.bookmarks[utterance.bookmarks].at)) {
         stage_.audience_.bookmark(*this, speech.bookmarks[utterance.bookmarks].id);
@@ -875,10 +900,86 @@ bool Actor::speaking() {
 }
 
 void Actor::endUtterance() {
-    if (mouth_) {
-        mouth_.reset();
+    setMouth(std::nullopt);
+}
+
+void Actor::setMouth(std::optional<acs::MouthShape> mouth) {
+    if (mouth != mouth_) {
+        mouth_ = mouth;
         stage_.effects_.drawn(*this);
     }
+}
+
+// Whether it says or thinks something now.
+bool Actor::utters() const {
+    return current_ && begun_ && (current_->kind == Kind::speak || current_->kind == Kind::think);
+}
+
+Hearing Actor::hearing() const {
+    return {stage_.speaker_ == id_, stage_.tempo()};
+}
+
+void Actor::hearAnew() {
+    if (!utters()) {
+        return;
+    }
+    if (const auto found = utterances_.find(current_.get()); found != utterances_.end() && found->second.sound != 0) {
+        stage_.effects_.setHearing(found->second.sound, hearing());
+    }
+}
+
+// In the middle of a word, too: where nobody else speaks by then, what is left of it is heard again.
+void Actor::setSilenced(bool silenced) {
+    if (silenced == silenced_) {
+        return;
+    }
+    silenced_ = silenced;
+    stage_.waiting_changed_ = true;
+    if (silenced) {
+        stage_.releaseChannel(id_);
+    } else if (utters() && current_->kind == Kind::speak && stage_.speaker_ == 0) {
+        stage_.speaker_ = id_;
+    }
+    hearAnew();
+}
+
+void Actor::orderAnew() {
+    const Request* const said = begun_ ? current_.get() : nullptr;
+    std::erase_if(utterances_, [&](const auto& entry) {
+        const bool ahead = entry.first != said;
+        if (ahead) {
+            stage_.effects_.cancelSpeech(entry.second.order);
+        }
+        return ahead;
+    });
+    orderAhead();
+}
+
+// How long a Speak will sound; a guess where it has not been made yet.
+Time Actor::lengthOf(const Request& request) const {
+    Time length = usual_sound;
+    if (const auto found = utterances_.find(&request); found != utterances_.end() && found->second.speech) {
+        length = found->second.speech->sound.milliseconds();
+    } else if (request.url.empty()) {
+        const std::uint64_t units = std::min(request.text.size(), voice::most_heard_units);
+        length = static_cast<Time>(units * 60'000 / (std::uint64_t{voice::reading_speed} * voice::units_a_word));
+    }
+    length = static_cast<Time>(static_cast<double>(length) / stage_.listening_.tempo);
+    return stage_.listening_.longest > 0 ? std::min(length, stage_.listening_.longest) : length;
+}
+
+// The Speaks that are to be heard and have not begun.
+std::vector<RequestRef> Actor::unspoken() const {
+    std::vector<RequestRef> all;
+    if (silenced_) {
+        return all;
+    }
+    if (current_ && !begun_ && current_->kind == Kind::speak) {
+        all.push_back(current_);
+    }
+    std::ranges::copy_if(queue_, std::back_inserter(all),
+                         [](const RequestRef& request) { return request->kind == Kind::speak; });
+    return all;
 }
 
 Stage::Stage(Effects& effects, Audience& audience, Random random)
@@ -927,6 +1028,7 @@ RequestRef Stage::newRequest(Request request) {
 
 void Stage::advance(Time now) {
     now_ = std::max(now_, now);
+    hurry();
     bool more = true;
     for (int step = 0; more && step < steps_a_tick; ++step) {
         more = false;
@@ -996,6 +1098,96 @@ void Stage::setScale(double scale) {
     for (const auto& [id, actor] : actors_) {
         const auto [width, height] = actor->scaledSize();
         actor->setSize(width, height);
+    }
+}
+
+double Stage::tempo() const {
+    return listening_.tempo * haste_;
+}
+
+void Stage::skip() {
+    const auto skipped = [this](auto meant) {
+        bool any = false;
+        for (Actor* actor : actors()) {
+            if (actor->current_ && meant(*actor)) {
+                actor->stopCurrent();
+                any = true;
+            }
+        }
+        return any;
+    };
+    if (skipped([this](const Actor& actor) { return actor.id_ == speaker_; }) ||
+        skipped([](const Actor& actor) { return actor.utters(); })) {
+        return;
+    }
+    RequestRef next;
+    for (const auto& [id, actor] : actors_) {
+        const RequestRef& current = actor->current_;
+        if (current && current->kind == Kind::speak && (!next || current->place < next->place)) {
+            next = current;
+        }
+    }
+    if (next) {
+        find(next->actor)->stop(next);
+    }
+}
+
+void Stage::setPaused(bool paused) {
+    paused_ = paused;
+    effects_.setPaused(paused);
+}
+
+void Stage::setListening(const Listening& listening) {
+    listening_ = listening;
+    listening_.tempo = std::clamp(listening.tempo, voice::least_tempo, voice::most_tempo / most_haste);
+    waiting_changed_ = true;
+    hurry();
+    for (const auto& [id, actor] : actors_) {
+        actor->hearAnew();
+    }
+}
+
+void Stage::voicesChanged() {
+    for (const auto& [id, actor] : actors_) {
+        actor->orderAnew();
+    }
+}
+
+// Goes faster the more waits to be said; where that is not enough, the oldest that waits is let go. The last one is
+// said however long it is: it would be followed by nothing.
+void Stage::hurry() {
+    if (!std::exchange(waiting_changed_, false)) {
+        return;
+    }
+    double haste = 1;
+    if (listening_.most_waiting > 0) {
+        std::vector<std::pair<RequestRef, Time>> waiting;
+        Time length = 0;
+        for (const auto& [id, actor] : actors_) {
+            for (RequestRef& request : actor->unspoken()) {
+                const Time of_it = actor->lengthOf(*request);
+                length += of_it;
+                waiting.emplace_back(std::move(request), of_it);
+            }
+        }
+        const auto most = static_cast<double>(listening_.most_waiting);
+        if (static_cast<double>(length) > most * most_haste) {
+            std::ranges::sort(waiting, {}, [](const auto& entry) { return entry.first->place; });
+            for (std::size_t i = 0; i + 1 < waiting.size() && static_cast<double>(length) > most * most_haste; ++i) {
+                const auto& [oldest, of_it] = waiting[i];
+                length -= of_it;
+                find(oldest->actor)->stop(oldest);
+            }
+            waiting_changed_ = false; // by those alone
+        }
+        haste = std::clamp(static_cast<double>(length) / most, 1.0, most_haste);
+        haste = std::round(haste / haste_step) * haste_step;
+    }
+    if (haste != haste_) {
+        haste_ = haste;
+        for (const auto& [id, actor] : actors_) {
+            actor->hearAnew();
+        }
     }
 }
 

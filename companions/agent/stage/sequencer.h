@@ -43,6 +43,13 @@ enum class BalloonKind { words, thought };
 using SpeechOrder = std::uint64_t;
 using Sound = std::uint64_t;
 
+// How a Speak sounds: heard, or taking its time in silence; how many times as fast as it was made.
+struct Hearing {
+    bool heard = true;
+    double tempo = 1;
+    bool operator==(const Hearing&) const = default;
+};
+
 // What can be seen and heard. Called on the thread of the stage.
 class Effects {
   public:
@@ -59,10 +66,13 @@ class Effects {
                                     std::function<void(std::optional<voice::Speech>)> done) = 0;
     virtual void cancelSpeech(SpeechOrder order) = 0;
     // 0 where it cannot be started.
-    virtual Sound startSound(voice::Wave wave) = 0;
+    virtual Sound startSound(voice::Wave wave, const Hearing& hearing) = 0;
+    virtual void setHearing(Sound sound, const Hearing& hearing) = 0;
     virtual void stopSound(Sound sound) = 0;
-    // How far it has been heard, in ms; nothing when it is over.
+    // How far it has been heard, in ms of its own; nothing when it is over.
     virtual std::optional<std::uint32_t> heard(Sound sound) = 0;
+    // No sound goes on while it is paused.
+    virtual void setPaused(bool paused) = 0;
 
     virtual void openBalloon(Actor& actor, BalloonKind kind, const std::u16string& text) = 0;
     // The text up to this position (UTF-16 units) has been spoken.
@@ -94,6 +104,15 @@ inline constexpr std::uint32_t balloon_on = 1;
 inline constexpr std::uint32_t balloon_size_to_text = 2;
 inline constexpr std::uint32_t balloon_auto_hide = 4;
 inline constexpr std::uint32_t balloon_auto_pace = 8;
+
+// What the user wants of all that is said.
+struct Listening {
+    double tempo = 1;      // how many times as fast as the characters speak
+    Time longest = 0;      // ms that one Speak or Think takes at most, and the word in which that ends; 0: any
+    Time most_waiting = 0; // ms of Speaks that may wait; with more it goes faster and faster, up to double, and then
+                           // the oldest are let go; 0: any
+    bool operator==(const Listening&) const = default;
+};
 
 // The kinds that StopAll can name.
 enum class StopKind { move, play, speak, get };
@@ -134,6 +153,10 @@ class Actor {
     void stop(const RequestRef& request); // that one, if it is this character's and not over
     void stopAll(const std::vector<StopKind>& kinds);
 
+    // One that is silenced speaks in its balloon alone, without waiting for its turn to be heard.
+    bool silenced() const { return silenced_; }
+    void setSilenced(bool silenced);
+
     // At once, past the queue; onto the screen, where the stage keeps characters there.
     void place(int left, int top, MoveCause cause);
     // To the nearest size that a character can have on the screen.
@@ -155,6 +178,8 @@ class Actor {
         bool failed = false;
         Sound sound = 0;
         Time length = 0;                                  // ms on the clock, of what makes no sound
+        Time since = 0, taken = 0;                        // ms: of the last look, and of what it took up to then
+        double passed = 0;                                // ms of its own, of what makes no sound
         std::size_t words = 0, mouths = 0, bookmarks = 0; // of the speech, passed already
         bool quiet = false;                               // a thought: without sound or voice
         bool posed = false;                               // in the pose of the animation before
@@ -190,6 +215,13 @@ class Actor {
     void orderAhead();
     void order(const RequestRef& request);
     void endUtterance();
+    void setMouth(std::optional<acs::MouthShape> mouth);
+    bool utters() const;
+    Hearing hearing() const;
+    void hearAnew();
+    void orderAnew();
+    Time lengthOf(const Request& request) const;
+    std::vector<RequestRef> unspoken() const;
     void closeBalloonNow();
     void setVisible(bool visible, VisibilityCause cause);
     Rect kept(const Rect& area) const;
@@ -216,6 +248,7 @@ class Actor {
     std::map<const Request*, Utterance> utterances_; // of the current request and of the one ordered ahead
     std::optional<Journey> journey_;
     std::optional<acs::MouthShape> mouth_;
+    bool silenced_ = false;
     bool visible_ = false;
     int left_ = 0, top_ = 0, width_ = 0, height_ = 0;
     double unscaled_width_ = 0, unscaled_height_ = 0; // what the size would be at a scale of 1
@@ -260,6 +293,17 @@ class Stage {
     // with a size of its own grows as much.
     void setScale(double scale);
 
+    // What is being said is interrupted; where nothing is, what would be next.
+    void skip();
+    // Nothing is said, begun or not, until that ends. All else goes on.
+    void setPaused(bool paused);
+    bool paused() const { return paused_; }
+    void setListening(const Listening& listening);
+    // How the characters sound has changed: what was made ahead is made anew.
+    void voicesChanged();
+    // How many times as fast all is said now.
+    double tempo() const;
+
   private:
     friend class Actor;
     // The one audio channel: true when the character, whose Speak has its turn in its own queue, has it. Of a troupe
@@ -268,6 +312,7 @@ class Stage {
     void releaseChannel(ActorId actor);
     std::set<ActorId> nextSpeakers() const;
     const Actor* holderUp(const Request& request) const;
+    void hurry();
 
     Effects& effects_;
     Audience& audience_;
@@ -282,6 +327,10 @@ class Stage {
     Screens screens_;
     bool keep_on_screen_ = true;
     double scale_ = 1;
+    bool paused_ = false;
+    Listening listening_;
+    double haste_ = 1;            // how many times as fast it goes because so much waits
+    bool waiting_changed_ = true; // since that was found out
 };
 
 } // namespace agent::stage

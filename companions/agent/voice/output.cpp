@@ -1,10 +1,12 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <cmath>
 #include <map>
 
 #include "companions/agent/voice/recording.h"
 #include "companions/agent/voice/sink.h"
+#include "companions/agent/voice/stretch.h"
 #include "companions/agent/voice/wave.h"
 
 namespace agent::voice {
@@ -13,6 +15,8 @@ namespace {
 
 // With a device sound is mixed this far ahead of the clock, for a tick may be late.
 constexpr std::uint64_t lead = mix_rate * 120 / 1000; // samples
+
+constexpr std::int32_t full = 32768; // what loudness is counted in
 
 std::uint64_t steadyMicroseconds() {
     return static_cast<std::uint64_t>(
@@ -26,10 +30,10 @@ std::uint64_t steadyMicroseconds() {
 // device that is missing or falls behind changes nothing of it.
 struct Output::Impl {
     struct Sound {
-        std::shared_ptr<const Wave> wave; // at the mixing rate
-        std::uint64_t begin = 0;          // on the time line
+        Stretch stretch;
         std::function<void()> finished;
-        std::uint64_t end() const { return begin + wave->samples.size(); }
+        double tempo = 1, loudness = 1;
+        std::optional<std::uint64_t> end = {}; // on the time line, once all of it is mixed
     };
 
     Clock clock;
@@ -40,6 +44,9 @@ struct Output::Impl {
     Playing next = 1;
     std::uint64_t mixed_to = 0; // samples
     std::uint64_t fed_to = 0;   // samples that the device was given up to there
+    double volume = 1;
+    bool paused = false;
+    std::uint64_t paused_at = 0, paused_mixed_to = 0; // since when, and what was mixed then
     std::string no_error;
 
     std::uint64_t now() const {
@@ -50,11 +57,7 @@ struct Output::Impl {
     void advance() {
         const std::uint64_t current = now(), wanted = current + (sink ? lead : 0);
         while (mixed_to < wanted) {
-            std::uint64_t end = 0;
-            for (const auto& [playing, sound] : sounds) {
-                end = std::max(end, sound.end());
-            }
-            if (end <= mixed_to) {
+            if (paused || std::ranges::all_of(sounds, [](const auto& entry) { return entry.second.end.has_value(); })) {
                 quiet(wanted - mixed_to);
                 continue;
             }
@@ -71,16 +74,27 @@ struct Output::Impl {
         mixed_to += count;
     }
 
+    // True where there was some of it left.
+    bool mix(Sound& sound, std::span<std::int16_t> block) {
+        if (sound.end) {
+            return false;
+        }
+        std::array<std::int16_t, 1024> part;
+        const std::size_t count = sound.stretch.read(std::span(part).first(block.size()), sound.tempo);
+        const auto share = static_cast<std::int32_t>(std::lround(volume * sound.loudness * full));
+        for (std::size_t i = 0; i < count; ++i) {
+            block[i] = mixed(block[i], static_cast<std::int16_t>(part[i] * share / full));
+        }
+        if (sound.stretch.over()) {
+            sound.end = mixed_to + count;
+        }
+        return count > 0;
+    }
+
     void mixBlock(std::span<std::int16_t> block, std::uint64_t current) {
         bool silent = true;
-        for (const auto& [playing, sound] : sounds) {
-            const std::uint64_t first = std::max(sound.begin, mixed_to);
-            const std::uint64_t last = std::min(sound.end(), mixed_to + block.size());
-            for (std::uint64_t at = first; at < last; ++at) {
-                std::int16_t& sample = block[static_cast<std::size_t>(at - mixed_to)];
-                sample = mixed(sample, sound.wave->samples[static_cast<std::size_t>(at - sound.begin)]);
-            }
-            silent = silent && first >= last;
+        for (auto& [playing, sound] : sounds) {
+            silent = !mix(sound, block) && silent;
         }
         if (recording) {
             if (silent) {
@@ -94,6 +108,16 @@ struct Output::Impl {
         if (sink && !silent && mixed_to > current && !feed(block, current)) {
             sink.reset();
         }
+    }
+
+    // How far a sound is heard now, in samples of its own: what is mixed and not heard yet follows.
+    double heard(const Sound& sound) const {
+        const std::uint64_t current = paused ? paused_at : now();
+        const std::uint64_t mixed = paused ? paused_mixed_to : mixed_to;
+        const double ahead =
+            (sound.end ? static_cast<double>(*sound.end) : static_cast<double>(mixed)) - static_cast<double>(current);
+        return std::clamp(sound.stretch.position() - ahead * sound.tempo, 0.0,
+                          static_cast<double>(sound.stretch.length()));
     }
 
     // Gives the device the block that ends at `mixed_to`, each sample at its time: a device that was given nothing for
@@ -113,11 +137,14 @@ struct Output::Impl {
     }
 
     void tellFinished() {
+        if (paused) {
+            return;
+        }
         // What the clock has passed since the mixing is not mixed yet.
         const std::uint64_t current = std::min(now(), mixed_to);
         std::vector<Playing> ended;
         for (const auto& [playing, sound] : sounds) {
-            if (sound.end() <= current) {
+            if (sound.end && *sound.end <= current) {
                 ended.push_back(playing);
             }
         }
@@ -166,7 +193,11 @@ Output::Playing Output::play(std::shared_ptr<const Wave> wave, std::function<voi
         wave = std::make_shared<const Wave>(resampled(*wave, mix_rate));
     }
     const Playing playing = impl_->next++;
-    impl_->sounds.emplace(playing, Impl::Sound{std::move(wave), impl_->mixed_to, std::move(finished)});
+    Impl::Sound sound{Stretch(std::move(wave)), std::move(finished)};
+    if (sound.stretch.over()) {
+        sound.end = impl_->mixed_to; // there is nothing in it
+    }
+    impl_->sounds.emplace(playing, std::move(sound));
     return playing;
 }
 
@@ -180,11 +211,48 @@ std::optional<std::uint32_t> Output::heard(Playing playing) const {
     if (found == impl_->sounds.end()) {
         return std::nullopt;
     }
-    const std::uint64_t current = impl_->now();
-    const Impl::Sound& sound = found->second;
-    const std::uint64_t passed = current > sound.begin ? current - sound.begin : 0;
-    return static_cast<std::uint32_t>(
-        millisecondsOf(std::min<std::uint64_t>(passed, sound.wave->samples.size()), mix_rate));
+    return static_cast<std::uint32_t>(impl_->heard(found->second) * 1000 / mix_rate);
+}
+
+void Output::setVolume(double volume) {
+    impl_->advance();
+    impl_->volume = std::clamp(volume, 0.0, 1.0);
+}
+
+void Output::setLoudness(Playing playing, double loudness) {
+    impl_->advance();
+    if (const auto found = impl_->sounds.find(playing); found != impl_->sounds.end()) {
+        found->second.loudness = std::clamp(loudness, 0.0, 1.0);
+    }
+}
+
+void Output::setTempo(Playing playing, double tempo) {
+    impl_->advance();
+    if (const auto found = impl_->sounds.find(playing); found != impl_->sounds.end()) {
+        found->second.tempo = std::clamp(tempo, least_tempo, most_tempo);
+    }
+}
+
+void Output::setPaused(bool paused) {
+    impl_->advance();
+    if (paused == impl_->paused) {
+        return;
+    }
+    impl_->paused = paused;
+    if (paused) {
+        impl_->paused_at = impl_->now();
+        impl_->paused_mixed_to = impl_->mixed_to;
+        return;
+    }
+    for (auto& [playing, sound] : impl_->sounds) {
+        if (sound.end) {
+            *sound.end += impl_->mixed_to - impl_->paused_mixed_to;
+        }
+    }
+}
+
+bool Output::paused() const {
+    return impl_->paused;
 }
 
 bool Output::hasDevice() const {

@@ -49,7 +49,8 @@ std::uint32_t readingTime(std::u16string_view spoken, std::uint32_t speed) {
     for (const auto& [begin, end] : splitWords(spoken)) {
         weight += weightOf(spoken.substr(begin, end - begin));
     }
-    return static_cast<std::uint32_t>(weight * 60000 / (std::uint64_t{speed == 0 ? reading_speed : speed} * 6));
+    return static_cast<std::uint32_t>(weight * 60000 /
+                                      (std::uint64_t{speed == 0 ? reading_speed : speed} * units_a_word));
 }
 
 std::u16string_view cutAtBlank(std::u16string_view text, std::size_t most) {

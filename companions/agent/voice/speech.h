@@ -12,7 +12,8 @@ namespace agent::voice {
 inline constexpr std::size_t most_heard_units = 4000;
 inline constexpr std::uint32_t most_heard_ms = 5 * 60 * 1000;
 inline constexpr std::size_t most_synthesised_pieces = 64; // parted by tags; further ones are read in silence
-inline constexpr std::uint32_t reading_speed = 180;        // words a minute, a word being six units with its blank
+inline constexpr std::uint32_t reading_speed = 180;        // words a minute
+inline constexpr std::uint32_t units_a_word = 6;           // with its blank
 
 // Begin and end of each run of non-blank units; an ideograph or kana is a word of its own.
 std::vector<std::pair<std::size_t, std::size_t>> splitWords(std::u16string_view text);

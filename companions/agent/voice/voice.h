@@ -143,8 +143,17 @@ class Output {
     // The same for a sound that is heard again and again: at the mixing rate it is not copied.
     Playing play(std::shared_ptr<const Wave> wave, std::function<void()> finished);
     void stop(Playing playing);
-    // How far it has been heard, in ms; nothing once it is stopped or its end was told.
+    // How far it has been heard, in ms of the sound itself; nothing once it is stopped or its end was told.
     std::optional<std::uint32_t> heard(Playing playing) const;
+    // What follows takes effect on what sounds already, a moment later with a device, which is fed ahead.
+    // How loud everything is, 1 being as it was made; and how loud one sound is beside it. Beyond 0 to 1 the nearest.
+    void setVolume(double volume);
+    void setLoudness(Playing playing, double loudness);
+    // How many times as fast one sound is heard, in its own pitch; beyond stretch.h's limits the nearest.
+    void setTempo(Playing playing, double tempo);
+    // Nothing sounds, and all that did goes on where it was once that ends.
+    void setPaused(bool paused);
+    bool paused() const;
     bool hasDevice() const;
     // To be called about every 10 ms by the owner's timer.
     void tick();

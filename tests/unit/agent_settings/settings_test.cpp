@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include "common/text.h"
 #include "companions/agent/settings/settings_frm.h"
 #include "companions/agent/settings/settings_store.h"
 #include "companions/agent/settings/tray.h"
@@ -19,24 +20,35 @@ class SettingsTest : public testing::Test {
     SettingsTest() {
         fakes::reset();
         fakes::screen() = {};
-        form =
-            std::make_unique<SettingsFrm>([this] { return facts; }, SettingsFrm::Switches{[this](bool on) {
-                                                                                              facts.sound_enabled = on;
-                                                                                              heard.push_back(on);
-                                                                                          },
-                                                                                          [this](bool on) {
-                                                                                              facts.keep_on_screen = on;
-                                                                                              kept.push_back(on);
-                                                                                          },
-                                                                                          [this](int percent) {
-                                                                                              facts.size = percent;
-                                                                                              sizes.push_back(percent);
-                                                                                          }});
+        listener = std::make_unique<Listener>();
+        listener->Changed = [this] {
+            ++changes;
+            form->refresh();
+        };
+        form = std::make_unique<SettingsFrm>(
+            *listener, [this] { return facts; },
+            SettingsFrm::Switches{[this](bool on) {
+                                      facts.keep_on_screen = on;
+                                      kept.push_back(on);
+                                  },
+                                  [this](int percent) {
+                                      facts.size = percent;
+                                      sizes.push_back(percent);
+                                  }});
+    }
+    static std::uint32_t stored(const std::u16string& name) {
+        return std::get<std::uint32_t>(fakes::state().user_stores.values.at(key + name));
+    }
+    static void store(const std::u16string& name, fakes::UserStores::Value value) {
+        fakes::state().user_stores.values[key + name] = std::move(value);
     }
 
-    SettingsFrm::Facts facts{true, true, true};
-    std::vector<bool> heard, kept;
+    static inline const std::u16string key = u"Software\\Murmelix AgentServer\\";
+    SettingsFrm::Facts facts{true, true};
+    int changes = 0;
+    std::vector<bool> kept;
     std::vector<int> sizes;
+    std::unique_ptr<Listener> listener;
     std::unique_ptr<SettingsFrm> form;
 };
 
@@ -70,10 +82,12 @@ TEST_F(SettingsTest, BoxSwitchesTheSound) {
     form->setPage(u"Output");
     form->present();
     EXPECT_EQ(form->SoundCheck.Value(), 1);
-    EXPECT_TRUE(heard.empty()) << "what is so already is told to nobody";
+    EXPECT_EQ(changes, 0) << "what is so already is told to nobody";
     EXPECT_TRUE(fakes::click(form->SoundCheck));
+    EXPECT_FALSE(listener->sound());
     EXPECT_TRUE(fakes::accelerator(*form, u'p'));
-    EXPECT_THAT(heard, ElementsAre(false, true));
+    EXPECT_TRUE(listener->sound());
+    EXPECT_EQ(changes, 2);
 }
 
 TEST_F(SettingsTest, BoxLetsCharactersLeaveTheScreen) {
@@ -84,7 +98,7 @@ TEST_F(SettingsTest, BoxLetsCharactersLeaveTheScreen) {
     EXPECT_TRUE(fakes::click(form->KeepOnScreenCheck));
     EXPECT_TRUE(fakes::accelerator(*form, u'k'));
     EXPECT_THAT(kept, ElementsAre(false, true));
-    EXPECT_TRUE(heard.empty());
+    EXPECT_EQ(changes, 0);
 }
 
 TEST_F(SettingsTest, ListSetsTheSize) {
@@ -115,13 +129,15 @@ TEST_F(SettingsTest, ListHasTheSizeThatItIs) {
 TEST_F(SettingsTest, BoxShowsWhatOthersHaveSet) {
     form->present();
     form->Hide();
-    facts.sound_enabled = false;
+    listener->setSound(false);
     facts.keep_on_screen = false;
     form->setPage(u"Output");
     form->present();
     EXPECT_EQ(form->SoundCheck.Value(), 0);
     EXPECT_EQ(form->KeepOnScreenCheck.Value(), 0);
-    EXPECT_TRUE(heard.empty());
+    EXPECT_EQ(changes, 1);
+    listener->setSound(true);
+    EXPECT_EQ(form->SoundCheck.Value(), 1) << "while it is shown, too";
     EXPECT_TRUE(kept.empty());
 }
 
@@ -129,20 +145,20 @@ TEST_F(SettingsTest, BoxOfAPageBehindIsOutOfReach) {
     form->present();
     EXPECT_FALSE(fakes::click(form->SoundCheck));
     EXPECT_FALSE(fakes::accelerator(*form, u'p'));
-    EXPECT_TRUE(heard.empty());
+    EXPECT_EQ(changes, 0);
 }
 
 TEST_F(SettingsTest, ControlTabTurnsThePages) {
     form->present();
     const ui::Shortcut next{Key::tab, ui::control_key}, back{Key::tab, ui::control_key | ui::shift_key};
     std::vector<std::u16string> pages;
-    for (int i = 0; i < 3; ++i) {
+    for (int i = 0; i < 4; ++i) {
         EXPECT_TRUE(fakes::key(*form, next));
         pages.push_back(form->page());
     }
     EXPECT_TRUE(fakes::key(*form, back));
     pages.push_back(form->page());
-    EXPECT_THAT(pages, ElementsAre(u"Output", u"Copyright", u"Speech", u"Copyright"));
+    EXPECT_THAT(pages, ElementsAre(u"Output", u"Listening", u"Copyright", u"Speech", u"Copyright"));
 }
 
 TEST_F(SettingsTest, TabGoesThroughWhatTakesTheKeyboard) {
@@ -193,6 +209,8 @@ TEST_F(SettingsTest, PagesHoldWhatIsOnThemAtEveryResolution) {
         EXPECT_GE(form->KeepOnScreenCheck.Top(), form->SoundCheck.Top() + form->SoundCheck.Height());
         EXPECT_GE(form->SizeList.Top(), form->KeepOnScreenCheck.Top() + form->KeepOnScreenCheck.Height());
         EXPECT_GE(form->SizeList.Left(), form->SizeLbl.Left() + form->SizeLbl.Width());
+        EXPECT_EQ(form->VolumeList.Left(), form->WaitingList.Left());
+        EXPECT_GE(form->HurryLbl.Top(), form->WaitingList.Top() + form->WaitingList.Height());
         EXPECT_GE(form->CloseButt.Top(), form->Pages.Top() + form->Pages.Height());
     }
 }
@@ -225,11 +243,184 @@ TEST_F(SettingsTest, SoundIsOnUntilItIsSwitchedOff) {
     EXPECT_TRUE(readSoundEnabled());
 }
 
+TEST_F(SettingsTest, ListsSetWhatTheListenerWants) {
+    form->setPage(u"Listening");
+    form->present();
+    EXPECT_EQ(form->VolumeList.Text(), u"100 %");
+    EXPECT_EQ(form->SpeedList.Text(), u"100 %");
+    EXPECT_EQ(form->LongestList.Text(), u"As long as it takes");
+    EXPECT_EQ(form->WaitingList.Text(), u"Never");
+    EXPECT_EQ(changes, 0);
+    EXPECT_TRUE(fakes::pick(form->VolumeList, 3));
+    EXPECT_TRUE(fakes::pick(form->SpeedList, 8));
+    EXPECT_TRUE(fakes::pick(form->LongestList, 2));
+    EXPECT_TRUE(fakes::pick(form->WaitingList, 1));
+    EXPECT_EQ(listener->volume(), 30);
+    EXPECT_EQ(listener->speed(), 200);
+    EXPECT_EQ(listener->longest(), 10);
+    EXPECT_EQ(listener->mostWaiting(), 5);
+    EXPECT_EQ(changes, 4);
+    EXPECT_EQ(form->LongestList.Text(), u"10 seconds");
+    listener->setSpeed(111); // by another way
+    EXPECT_EQ(form->SpeedList.Text(), u"111 %");
+    for (const auto& [letter, list] : {std::pair<char16_t, ui::Control*>{u'v', &form->VolumeList},
+                                       {u'e', &form->SpeedList},
+                                       {u'm', &form->LongestList},
+                                       {u'h', &form->WaitingList}}) {
+        EXPECT_TRUE(fakes::accelerator(*form, letter));
+        EXPECT_TRUE(list->Focused()) << static_cast<char>(letter);
+    }
+}
+
+TEST_F(SettingsTest, WhatTheListenerWantsIsKept) {
+    listener->setVolume(40);
+    listener->setSpeed(150);
+    listener->setLongest(20);
+    listener->setMostWaiting(60);
+    listener->setSound(false);
+    listener->setSilenced(u"{A}", true);
+    listener->setSilenced(u"{b}", true);
+    listener->setSilenced(u"{a}", false);
+    listener->setPaused(true);
+    const Listener again;
+    EXPECT_EQ(again.volume(), 40);
+    EXPECT_EQ(again.speed(), 150);
+    EXPECT_EQ(again.longest(), 20);
+    EXPECT_EQ(again.mostWaiting(), 60);
+    EXPECT_FALSE(again.sound());
+    EXPECT_TRUE(again.silenced(u"{B}")) << "letter case makes no other character";
+    EXPECT_FALSE(again.silenced(u"{A}"));
+    EXPECT_FALSE(again.paused()) << "a server does not begin in silence";
+}
+
+TEST_F(SettingsTest, NumbersStayWithinTheirBounds) {
+    for (const auto& [name, number, least, usual, most] : {std::tuple{u"Volume", &Listener::volume, 0, 100, 100},
+                                                           {u"Speed", &Listener::speed, 50, 100, 200},
+                                                           {u"LongestRequest", &Listener::longest, 0, 0, 300},
+                                                           {u"MostWaiting", &Listener::mostWaiting, 0, 0, 3600}}) {
+        EXPECT_EQ((Listener().*number)(), usual);
+        store(name, 0xFFFFFFFFU);
+        EXPECT_EQ((Listener().*number)(), most) << murmelix::toUtf8(name);
+        store(name, 0U);
+        EXPECT_EQ((Listener().*number)(), least);
+        store(name, u"seven");
+        EXPECT_EQ((Listener().*number)(), usual) << "of another type";
+    }
+    listener->setVolume(-5);
+    listener->setSpeed(100'000);
+    EXPECT_EQ(stored(u"Volume"), 0U);
+    EXPECT_EQ(stored(u"Speed"), 200U);
+}
+
+TEST_F(SettingsTest, NothingIsToldThatIsSoAlready) {
+    listener->setVolume(1000);
+    listener->setSpeed(100);
+    listener->setLongest(-1);
+    listener->setSound(true);
+    listener->setPaused(false);
+    listener->setSilenced(u"{a}", false);
+    EXPECT_EQ(changes, 0);
+    listener->setSilenced(u"{a}", true);
+    listener->setSilenced(u"{A}", true);
+    EXPECT_EQ(changes, 1);
+}
+
+TEST_F(SettingsTest, SilencedCharactersHaveALimit) {
+    constexpr auto most = static_cast<int>(most_silenced);
+    for (int i = 0; i <= most; ++i) {
+        listener->setSilenced(murmelix::toText(i), true);
+    }
+    EXPECT_FALSE(listener->silenced(u"0")) << "the oldest is forgotten";
+    EXPECT_TRUE(listener->silenced(u"1"));
+    EXPECT_TRUE(listener->silenced(murmelix::toText(most)));
+    listener->setSilenced(std::u16string(longest_key + 1, u'x'), true);
+    listener->setSilenced(u"", true);
+    EXPECT_EQ(readSilenced().size(), most_silenced);
+    const Listener again;
+    EXPECT_TRUE(again.silenced(u"1"));
+}
+
+TEST_F(SettingsTest, AListOfTheSilencedThatIsNoneIsLeftOut) {
+    std::vector<std::u16string> lines{u"{a}", std::u16string(longest_key + 1, u'x'), u"{a}", u"{b}"};
+    store(u"Silenced", lines);
+    EXPECT_THAT(readSilenced(), ElementsAre(u"{a}", u"{b}"));
+    store(u"Silenced", std::vector<std::u16string>(100'000, u"x"));
+    EXPECT_TRUE(readSilenced().empty());
+    store(u"Silenced", 7U);
+    EXPECT_TRUE(readSilenced().empty());
+}
+
+class TrayTest : public SettingsTest {
+  protected:
+    TrayTest()
+        : tray(
+              *form, *listener, [this] { return characters; }, [this] { ++restarted; }, [this] { ++ended; }) {
+        listener->Skip = [this] { ++skipped; };
+        listener->Changed = [this] { tray.showState(); };
+    }
+    ui::MenuItem& item(ui::Menu& menu, std::u16string_view caption) {
+        ui::MenuItem* found = fakes::find(menu, caption);
+        EXPECT_NE(found, nullptr) << testing::PrintToString(std::u16string(caption));
+        return found ? *found : tray.ExitItem;
+    }
+
+    std::vector<KnownCharacter> characters{{u"{1}", u"Pip"}, {u"{2}", u"Fish & Chip"}};
+    int skipped = 0, restarted = 0, ended = 0;
+    Tray tray;
+};
+
+TEST_F(TrayTest, SkipsAndPauses) {
+    EXPECT_TRUE(fakes::choose(tray.SkipItem));
+    EXPECT_EQ(skipped, 1);
+    EXPECT_TRUE(fakes::choose(tray.PauseItem));
+    EXPECT_TRUE(listener->paused());
+    EXPECT_EQ(tray.Icon.Tip(), u"AgentServer - paused");
+    tray.IconMenu.Popup();
+    EXPECT_TRUE(tray.PauseItem.Checked());
+    EXPECT_TRUE(fakes::choose(tray.PauseItem));
+    EXPECT_FALSE(listener->paused());
+    tray.IconMenu.Popup();
+    EXPECT_FALSE(tray.PauseItem.Checked());
+    EXPECT_EQ(tray.Icon.Tip(), u"AgentServer");
+}
+
+TEST_F(TrayTest, SilencesAllCharactersOrOne) {
+    EXPECT_TRUE(fakes::choose(item(tray.SilenceMenu, u"All Characters")));
+    EXPECT_FALSE(listener->sound());
+    EXPECT_EQ(tray.Icon.Tip(), u"AgentServer - all characters are silenced");
+    EXPECT_TRUE(item(tray.SilenceMenu, u"All Characters").Checked());
+    EXPECT_TRUE(fakes::choose(item(tray.SilenceMenu, u"All Characters")));
+    EXPECT_TRUE(listener->sound());
+    EXPECT_TRUE(fakes::choose(item(tray.SilenceMenu, u"Pip")));
+    EXPECT_TRUE(listener->silenced(u"{1}"));
+    EXPECT_FALSE(listener->silenced(u"{2}"));
+    EXPECT_TRUE(item(tray.SilenceMenu, u"Pip").Checked());
+    EXPECT_EQ(tray.SilenceMenu.items().back()->Caption(), u"Fish && Chip");
+    EXPECT_FALSE(tray.SilenceMenu.items().back()->Checked());
+    EXPECT_TRUE(fakes::choose(item(tray.SilenceMenu, u"Pip")));
+    EXPECT_FALSE(listener->silenced(u"{1}"));
+    characters.clear();
+    tray.SilenceMenu.Popup();
+    EXPECT_EQ(tray.SilenceMenu.items().size(), 1U) << "without a line that parts it from nothing";
+}
+
+TEST_F(TrayTest, SetsVolumeAndSpeed) {
+    EXPECT_TRUE(fakes::choose(item(tray.VolumeMenu, u"50 %")));
+    EXPECT_EQ(listener->volume(), 50);
+    EXPECT_TRUE(item(tray.VolumeMenu, u"50 %").Checked());
+    EXPECT_FALSE(item(tray.VolumeMenu, u"100 %").Checked());
+    listener->setSpeed(110);
+    EXPECT_TRUE(item(tray.SpeedMenu, u"110 %").Checked());
+    EXPECT_TRUE(fakes::choose(item(tray.SpeedMenu, u"200 %")));
+    EXPECT_EQ(listener->speed(), 200);
+    EXPECT_EQ(fakes::find(tray.SpeedMenu, u"110 %"), nullptr);
+}
+
 TEST_F(SettingsTest, IconShowsTheWindowRestartsTheServerAndEndsIt) {
     int restarted = 0, ended = 0;
     {
         Tray tray(
-            *form, [&] { ++restarted; }, [&] { ++ended; });
+            *form, *listener, [] { return std::vector<KnownCharacter>(); }, [&] { ++restarted; }, [&] { ++ended; });
         ASSERT_EQ(fakes::screen().tray_icons.size(), 1U);
         EXPECT_EQ(tray.Icon.Tip(), u"AgentServer");
         tray.Icon.DblClick();

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <new>
+#include <sstream>
 #include <utility>
 
 #include "common/text.h"
@@ -146,11 +147,13 @@ void Rehearsal::deliver() {
         }
         voice::Speech speech;
         speech.shown = order.text;
-        speech.sound.samples.resize(std::size_t{speech.sound.rate} * speech_length / 1000);
+        const auto named = lengths.find(order.text);
+        const std::uint32_t length = named == lengths.end() ? speech_length : named->second;
+        speech.sound.samples.resize(std::size_t{speech.sound.rate} * length / 1000);
         const std::size_t half = order.text.size() / 2;
-        speech.words = {voice::Word{0, half, 0}, voice::Word{half, order.text.size(), speech_length / 2}};
-        speech.mouth = {{0, acs::MouthShape::wide1}, {speech_length / 2, acs::MouthShape::closed}};
-        speech.bookmarks = {{7, speech_length / 2}};
+        speech.words = {voice::Word{0, half, 0}, voice::Word{half, order.text.size(), length / 2}};
+        speech.mouth = {{0, acs::MouthShape::wide1}, {length / 2, acs::MouthShape::closed}};
+        speech.bookmarks = {{7, length / 2}};
         order.done(std::move(speech));
     }
 }
@@ -207,15 +210,33 @@ void Rehearsal::cancelSpeech(SpeechOrder order) {
         ++cancelled;
     }
 }
-Sound Rehearsal::startSound(voice::Wave) {
+Sound Rehearsal::startSound(voice::Wave wave, const Hearing& hearing) {
     if (device_throws) {
         throw std::bad_alloc();
     }
     if (sound_fails) {
         return 0;
     }
-    sounds_[++last_sound_] = now;
+    if (hearing != Hearing{}) {
+        noteHearing("sounds", hearing);
+    }
+    sounds_[++last_sound_] = {hearing, now, 0, wave.milliseconds()};
     return last_sound_;
+}
+void Rehearsal::setHearing(Sound sound, const Hearing& hearing) {
+    Sounding& changed = sounds_.at(sound);
+    look(changed);
+    changed.hearing = hearing;
+    noteHearing("now", hearing);
+}
+void Rehearsal::noteHearing(const std::string& what, const Hearing& hearing) {
+    std::ostringstream text;
+    text << what << (hearing.heard ? "" : " unheard") << " x" << hearing.tempo;
+    log.push_back(text.str());
+}
+void Rehearsal::look(Sounding& sound) const {
+    const Time passed = now - std::exchange(sound.looked_at, now);
+    sound.passed += paused_ ? 0 : static_cast<double>(passed) * sound.hearing.tempo;
 }
 void Rehearsal::stopSound(Sound sound) {
     sounds_.erase(sound);
@@ -223,10 +244,21 @@ void Rehearsal::stopSound(Sound sound) {
 }
 std::optional<std::uint32_t> Rehearsal::heard(Sound sound) {
     const auto found = sounds_.find(sound);
-    if (found == sounds_.end() || now - found->second >= speech_length) {
+    if (found == sounds_.end()) {
         return std::nullopt;
     }
-    return static_cast<std::uint32_t>(now - found->second);
+    look(found->second);
+    if (found->second.passed >= found->second.length) {
+        return std::nullopt;
+    }
+    return static_cast<std::uint32_t>(found->second.passed);
+}
+
+void Rehearsal::setPaused(bool paused) {
+    for (auto& [number, sound] : sounds_) {
+        look(sound);
+    }
+    paused_ = paused;
 }
 
 void Rehearsal::openBalloon(Actor& actor, BalloonKind kind, const std::u16string& text) {

@@ -46,6 +46,7 @@ class Rehearsal final : public Effects, public Audience {
     bool sound_fails = false, device_throws = false;
     bool order_throws = false;
     int orders = 0, cancelled = 0;
+    std::map<std::u16string, std::uint32_t> lengths; // ms of speeches by their text, where not speech_length
 
     // Named in the log by this name.
     Actor& enter(const std::string& name, std::shared_ptr<const Repertoire> cast = usualCast(), TroupeId troupe = 0);
@@ -69,9 +70,11 @@ class Rehearsal final : public Effects, public Audience {
     SpeechOrder orderSpeech(Actor& actor, const std::u16string& text, const std::u16string& url,
                             std::function<void(std::optional<voice::Speech>)> done) override;
     void cancelSpeech(SpeechOrder order) override;
-    Sound startSound(voice::Wave wave) override;
+    Sound startSound(voice::Wave wave, const Hearing& hearing) override;
+    void setHearing(Sound sound, const Hearing& hearing) override;
     void stopSound(Sound sound) override;
     std::optional<std::uint32_t> heard(Sound sound) override;
+    void setPaused(bool paused) override;
     void openBalloon(Actor& actor, BalloonKind kind, const std::u16string& text) override;
     void balloonWords(Actor& actor, std::size_t end) override;
     void closeBalloon(Actor& actor) override;
@@ -93,12 +96,21 @@ class Rehearsal final : public Effects, public Audience {
         std::u16string text;
         std::function<void(std::optional<voice::Speech>)> done;
     };
+    struct Sounding {
+        Hearing hearing;
+        Time looked_at = 0; // when
+        double passed = 0;  // ms of its own up to then
+        std::uint32_t length = 0;
+    };
     void note(const Actor& actor, const std::string& what);
+    void noteHearing(const std::string& what, const Hearing& hearing);
+    void look(Sounding& sound) const;
     std::map<ActorId, std::string> names_;
     std::map<SpeechOrder, Order> orders_;
-    std::map<Sound, Time> sounds_; // since when
+    std::map<Sound, Sounding> sounds_;
     SpeechOrder last_order_ = 0;
     Sound last_sound_ = 0;
+    bool paused_ = false;
 };
 
 } // namespace agent::stage

@@ -266,6 +266,101 @@ TEST_F(OutputTest, ANameThatIsNoTextIsRefused) {
     EXPECT_FALSE(output.recordingError().empty());
 }
 
+TEST_F(OutputTest, VolumeActsInTheMiddleOfASound) {
+    {
+        Output output = make();
+        output.play(level(1000, 22050), {});
+        pass(200);
+        output.setVolume(0.25);
+        pass(300);
+        output.setVolume(0);
+        pass(100);
+        output.setVolume(7);
+        pass(400);
+    }
+    const Wave wave = recorded();
+    EXPECT_EQ(std::count(wave.samples.begin(), wave.samples.end(), 250), 6615);
+    EXPECT_EQ(std::count(wave.samples.begin(), wave.samples.end(), 0), 2205);
+    EXPECT_EQ(std::count(wave.samples.begin(), wave.samples.end(), 1000), 22050 - 6615 - 2205) << "no louder than made";
+    EXPECT_EQ(wave.samples[4410], 250);
+}
+
+TEST_F(OutputTest, OneSoundIsSilencedBesideOthers) {
+    {
+        Output output = make();
+        const Output::Playing one = output.play(level(1000, 4410), {});
+        output.play(level(30, 4410), {});
+        pass(100);
+        output.setLoudness(one, 0);
+        output.setLoudness(12345, 0);
+        pass(100);
+    }
+    const Wave wave = recorded();
+    EXPECT_EQ(std::count(wave.samples.begin(), wave.samples.end(), 1030), 2205);
+    EXPECT_EQ(std::count(wave.samples.begin(), wave.samples.end(), 30), 2205);
+}
+
+TEST_F(OutputTest, PausedInTheMiddleASoundGoesOnWhereItWas) {
+    std::vector<std::int16_t> samples(22050);
+    for (std::size_t i = 0; i < samples.size(); ++i) {
+        samples[i] = static_cast<std::int16_t>(i + 1);
+    }
+    int told = 0;
+    {
+        Output output = make();
+        const Output::Playing playing = output.play(Wave{22050, samples}, [&] { ++told; });
+        pass(400);
+        output.setPaused(true);
+        EXPECT_TRUE(output.paused());
+        output.setPaused(true);
+        EXPECT_EQ(output.heard(playing), 400U);
+        const Output::Playing later = output.play(level(7, 2205), {});
+        pass(5000);
+        output.tick();
+        EXPECT_EQ(output.heard(playing), 400U);
+        EXPECT_EQ(output.heard(later), 0U);
+        output.setPaused(false);
+        EXPECT_EQ(output.heard(playing), 400U);
+        output.stop(later);
+        pass(599);
+        output.tick();
+        EXPECT_EQ(told, 0);
+        pass(1);
+        output.tick();
+        EXPECT_EQ(told, 1);
+    }
+    Wave wave = recorded();
+    const auto half = wave.samples.begin() + 8820;
+    EXPECT_EQ(std::vector(half, half + 22050 * 5), std::vector<std::int16_t>(22050 * 5));
+    wave.samples.erase(half, half + 22050 * 5);
+    EXPECT_EQ(wave.samples, samples) << "nothing is lost, nothing heard twice";
+}
+
+TEST_F(OutputTest, AFasterSoundEndsSoonerAndCountsItsOwnTime) {
+    int told = 0;
+    Output output = make(false);
+    const Output::Playing playing = output.play(fakes::tone(2000), [&] { ++told; });
+    pass(500);
+    output.setTempo(playing, 2);
+    output.setTempo(12345, 2);
+    EXPECT_EQ(output.heard(playing), 500U);
+    for (int i = 0; i < 50; ++i) {
+        pass(10);
+        output.tick();
+    }
+    EXPECT_NEAR(output.heard(playing).value_or(0), 1500, 30);
+    for (int i = 0; i < 22; ++i) {
+        pass(10);
+        output.tick();
+    }
+    EXPECT_EQ(told, 0);
+    for (int i = 0; i < 6; ++i) {
+        pass(10);
+        output.tick();
+    }
+    EXPECT_EQ(told, 1);
+}
+
 // Keeps what it is given; vanishes when told.
 struct Heard {
     std::vector<std::int16_t> samples;
@@ -395,6 +490,41 @@ TEST_F(DeviceTest, AVanishedDeviceChangesNoTime) {
     const Wave wave = recorded();
     EXPECT_EQ(std::count(wave.samples.begin(), wave.samples.end(), 500), 22050);
     EXPECT_EQ(wave.samples.size(), 22050U * 112 / 100);
+}
+
+TEST_F(DeviceTest, APauseHoldsWhatTheDeviceHasNotYetBeenGiven) {
+    const auto output = onDevice();
+    int told = 0;
+    const Output::Playing playing = output->play(level(500, 22050), [&] { ++told; });
+    passInTicks(*output, 30);
+    output->setPaused(true);
+    const std::size_t given = heard.samples.size();
+    const auto at = output->heard(playing);
+    passInTicks(*output, 300);
+    EXPECT_EQ(heard.samples.size(), given);
+    EXPECT_EQ(output->heard(playing), at);
+    output->setPaused(false);
+    EXPECT_EQ(output->heard(playing), at);
+    passInTicks(*output, 81);
+    EXPECT_EQ(told, 0);
+    passInTicks(*output, 2);
+    EXPECT_EQ(told, 1);
+    EXPECT_EQ(std::count(heard.samples.begin(), heard.samples.end(), 500), 22050);
+}
+
+TEST_F(DeviceTest, WhatIsMixedToItsEndWaitsForTheEndOfAPause) {
+    const auto output = onDevice();
+    int told = 0;
+    output->play(level(500, 220), [&] { ++told; });
+    passInTicks(*output, 2); // all of it was given to the device, and none of it has been heard
+    output->setPaused(true);
+    passInTicks(*output, 100);
+    EXPECT_EQ(told, 0);
+    output->setPaused(false);
+    passInTicks(*output, 10);
+    EXPECT_EQ(told, 0);
+    passInTicks(*output, 3);
+    EXPECT_EQ(told, 1);
 }
 
 TEST_F(DeviceTest, WhatIsLateIsRecordedButNotQueued) {

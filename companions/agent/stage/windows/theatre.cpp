@@ -272,7 +272,7 @@ void Theatre::drawn(Actor& actor) {
 }
 
 void Theatre::frameSound(Actor& actor, std::uint16_t sound) {
-    if (const Figure* found = figure(actor.id()); found && audible_) {
+    if (const Figure* found = figure(actor.id()); found && volume_ > 0) {
         frame_sounds_.play(actor.id(), found->file, sound);
     }
 }
@@ -326,11 +326,24 @@ void Theatre::cancelSpeech(SpeechOrder order) {
     orders_.erase(found);
 }
 
-Sound Theatre::startSound(voice::Wave wave) {
-    if (!audible_) {
-        std::ranges::fill(wave.samples, std::int16_t{0});
-    }
-    return output_.play(std::move(wave), {});
+Sound Theatre::startSound(voice::Wave wave, const Hearing& hearing) {
+    const Sound sound = output_.play(std::move(wave), {});
+    setHearing(sound, hearing);
+    return sound;
+}
+
+void Theatre::setHearing(Sound sound, const Hearing& hearing) {
+    output_.setLoudness(sound, hearing.heard ? 1 : 0);
+    output_.setTempo(sound, hearing.tempo);
+}
+
+void Theatre::setVolume(double volume) {
+    volume_ = volume;
+    output_.setVolume(volume);
+}
+
+void Theatre::setPaused(bool paused) {
+    output_.setPaused(paused);
 }
 
 void Theatre::stopSound(Sound sound) {

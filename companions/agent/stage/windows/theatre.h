@@ -47,8 +47,8 @@ class Theatre final : public Effects {
     BalloonLook* look(ActorId actor);
     void toFront(ActorId actor);
     void hideTips();
-    // Spoken audio is heard, or passes in silence.
-    void setAudible(bool audible) { audible_ = audible; }
+    // How loud everything is, from 0 to 1. At 0 spoken audio passes in silence.
+    void setVolume(double volume);
     // How much larger characters and balloons are than the resolution of the screen makes them.
     void setSize(double size);
     // After every advance of the stage: draws what changed since the last one and can be seen.
@@ -60,9 +60,11 @@ class Theatre final : public Effects {
     SpeechOrder orderSpeech(Actor& actor, const std::u16string& text, const std::u16string& url,
                             std::function<void(std::optional<voice::Speech>)> done) override;
     void cancelSpeech(SpeechOrder order) override;
-    Sound startSound(voice::Wave wave) override;
+    Sound startSound(voice::Wave wave, const Hearing& hearing) override;
+    void setHearing(Sound sound, const Hearing& hearing) override;
     void stopSound(Sound sound) override;
     std::optional<std::uint32_t> heard(Sound sound) override;
+    void setPaused(bool paused) override;
     void openBalloon(Actor& actor, BalloonKind kind, const std::u16string& text) override;
     void balloonWords(Actor& actor, std::size_t end) override;
     void closeBalloon(Actor& actor) override;
@@ -118,7 +120,7 @@ class Theatre final : public Effects {
     std::map<ActorId, Figure> figures_;
     std::map<SpeechOrder, Order> orders_;
     SpeechOrder last_order_ = 0;
-    bool audible_ = true;
+    double volume_ = 1;
     // Last: their threads end first. A slow disk, from which the one reads sound files, must not make those of frames
     // come late, which the other decodes.
     Worker reader_, decoder_;

@@ -1,0 +1,71 @@
+// What the user wants of all that characters say: changed by the menu of the icon, the window and the keys, kept, and
+// told to the server, which has it take effect at once.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace agent::settings {
+
+// Whole numbers that are kept, each within its bounds.
+struct Bounds {
+    int least, usual, most;
+    int nearest(long long number) const;
+};
+inline constexpr Bounds volume_bounds{0, 100, 100};      // percent
+inline constexpr Bounds speed_bounds{50, 100, 200};      // percent
+inline constexpr Bounds longest_bounds{0, 0, 300};       // s a request; 0: to its end
+inline constexpr Bounds most_waiting_bounds{0, 0, 3600}; // s of speech that may wait; 0: any
+// Characters that are silenced: many more than anybody has. The oldest is forgotten.
+inline constexpr std::size_t most_silenced = 500;
+inline constexpr std::size_t longest_key = 64; // units of what a character is known by
+
+// A character that a program has loaded: what it is known by, and its name.
+struct KnownCharacter {
+    std::u16string key, name;
+    bool operator==(const KnownCharacter&) const = default;
+};
+
+// Numbers to choose from, in order, and among them the one that it is.
+std::vector<int> withCurrent(std::vector<int> numbers, int current);
+
+class Listener {
+  public:
+    Listener(); // as it was kept
+
+    bool sound() const { return sound_; }
+    void setSound(bool on);
+    int volume() const { return volume_; }
+    void setVolume(int percent);
+    int speed() const { return speed_; }
+    void setSpeed(int percent);
+    int longest() const { return longest_; }
+    void setLongest(int seconds);
+    int mostWaiting() const { return most_waiting_; }
+    void setMostWaiting(int seconds);
+    // By the character file's own id, as text, whoever has it loaded; without letter case.
+    bool silenced(std::u16string_view character) const;
+    void setSilenced(std::u16string_view character, bool silenced);
+
+    // Until the server ends: one that begins in silence would seem to be broken.
+    bool paused() const { return paused_; }
+    void setPaused(bool paused);
+    void skip() const;
+
+    // Something of the above is different now.
+    std::function<void()> Changed;
+    std::function<void()> Skip;
+
+  private:
+    void changed() const;
+    void setNumber(int& number, const std::u16string& name, int wanted);
+
+    bool sound_;
+    int volume_, speed_, longest_, most_waiting_;
+    std::vector<std::u16string> silenced_;
+    bool paused_ = false;
+};
+
+} // namespace agent::settings

@@ -1,0 +1,118 @@
+"""What a listener does with the icon of the character server while characters speak: what is heard, and what is told."""
+
+import wave
+
+import sound
+from case import main, windows_path
+from shell import ShellTest
+
+ANN, BOB = "ann@messenger.example", "bob@messenger.example"
+LONG = "one two three four five six seven eight nine ten eleven twelve thirteen fourteen fifteen sixteen"
+SKIP, PAUSE = 1, 2  # items of the menu
+HOLD_SECONDS = 2  # that a pause lasts in the recording
+
+
+class Listening(ShellTest):
+    def read(self):
+        """Ann's conversation is being read at the clock's own speed, and recorded."""
+        self.settle(AutoHideBalloon="0")
+        self.recording = self.output / "speech.wav"
+        self.icons_of_others = set(self.tray_icons())
+        self.start_agent("/record", windows_path(self.recording), speed=1)
+        (self.server_icon,) = [icon for handle, icon in self.tray_icons().items() if handle not in self.icons_of_others]
+        self.start_messenger()
+        self.start_program()
+        self.open_conversation()
+        self.start_reading_first_row()
+        self.eventually("the character", lambda: self.acts_of("Show", "end"))
+
+    def acts_of(self, what, moment, key=ANN):
+        self.transcript.new()
+        return [act for act in self.transcript.acts
+                if act.moment == moment and act.what == what and act.key == key]
+
+    def spoken(self, words):
+        """The end of the request that spoke them; None before it has come."""
+        return next((act for act in self.acts_of("Speak", "end") if words in act.of), None)
+
+    def say(self, words, by=ANN):
+        """Returns when it is being spoken."""
+        self.client(f"say {by} {words}")
+        begun = words.split()[-1].lower()
+        self.eventually(f"{words!r}", lambda: any(begun in act.of.lower() for act in self.acts_of("Speak", "start", by)))
+
+    def server_menu(self):
+        place = next(icon for handle, icon in self.tray_icons().items() if handle == self.server_icon.handle).place
+        return self.open_menu_at((place[0] + place[2]) // 2, (place[1] + place[3]) // 2)
+
+    def choose(self, number, picture=None):
+        """The first item or the second from the menu of the server's icon: of eight, and two lines half as high."""
+        menu = self.server_menu()
+        if picture:
+            self.picture(picture)
+        left, top, right, bottom = menu.place
+        self.click_at((left + right) // 2, top + round((number - 0.5) * (bottom - top) / 9))
+        self.eventually("the end of the menu", lambda: not self.popup())
+
+    def heard(self):
+        """The recording up to now, and its rate."""
+        try:
+            return sound.read(self.recording.read_bytes())
+        except (FileNotFoundError, EOFError, wave.Error):
+            return [], 1
+
+    def loud_seconds(self):
+        samples, rate = self.heard()
+        return sum(len(part) for part in sound.utterances([*samples, *[0] * rate], rate)) / rate
+
+    def sounding(self):
+        """Whether something has been heard within the last half second."""
+        samples, rate = self.heard()
+        return any(abs(value) > sound.QUIET for value in samples[-rate // 2:])
+
+    def seconds(self):
+        samples, rate = self.heard()
+        return len(samples) / rate
+
+    def wait_for_quiet(self):
+        self.eventually("quiet", lambda: not self.sounding())
+
+    def hold(self):
+        """Lets the clock of the recording go on, in quiet."""
+        since = self.seconds()
+        self.eventually("a while", lambda: self.seconds() > since + HOLD_SECONDS)
+        self.assertFalse(self.sounding())
+
+    def test_what_is_said_is_skipped_by_the_menu(self):
+        self.read()
+        self.say(LONG)
+        self.eventually("its sound", self.sounding)
+        self.choose(SKIP, "menu")
+        act = self.eventually("the end of the long one", lambda: self.spoken("Sixteen") or self.spoken("sixteen"))
+        self.assertEqual(act.outcome, "interrupted")
+        self.wait_for_quiet()
+        self.say("short words")
+        act = self.eventually("the end of the next", lambda: self.spoken("Words") or self.spoken("words"))
+        self.assertEqual(act.outcome, "complete")
+
+    def test_a_pause_is_silence_in_the_middle_of_a_sentence(self):
+        self.read()
+        self.say(LONG)
+        self.eventually("its sound", self.sounding)
+        self.choose(PAUSE)
+        self.wait_for_quiet()
+        self.assertFalse(self.acts_of("Speak", "end"))
+        self.hold()
+        self.assertFalse(self.acts_of("Speak", "end"))
+        self.choose(PAUSE, "paused")
+        self.eventually("its sound again", self.sounding)
+        act = self.eventually("its end", lambda: self.spoken("Sixteen") or self.spoken("sixteen"))
+        self.assertEqual(act.outcome, "complete")
+        self.wait_for_quiet()
+        samples, rate = self.heard()
+        self.assertEqual(len([part for part in sound.utterances(samples, rate) if len(part) > rate / 4]), 2,
+                         "it was heard in two parts")
+
+
+if __name__ == "__main__":
+    main()
