@@ -31,7 +31,7 @@ class PropertySheet final : public ClientObject {
     std::u16string page() const { return sheet().page(); }
     void setPage(const Label& page) {
         if (!sheet().setPage(page.text)) {
-            throw Error(E_INVALIDARG, u"The pages are Speech, Output and Copyright.");
+            throw Error(E_INVALIDARG, u"The pages are Speech, Output, Listening, Voices, Keys and Copyright.");
         }
     }
 

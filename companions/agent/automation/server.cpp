@@ -11,6 +11,7 @@
 #include "common/text.h"
 #include "companions/agent/automation/local_file.h"
 #include "companions/agent/automation/objects.h"
+#include "companions/agent/settings/languages.h"
 #include "companions/agent/settings/settings_store.h"
 #include "companions/agent/stage/windows/popup_menu.h"
 #include "companions/agent/stage/windows/system.h"
@@ -277,7 +278,7 @@ Server::Server(const Options& options)
              [random = std::mt19937(std::random_device()())](int below) mutable {
                  return std::uniform_int_distribution<int>(0, below - 1)(random);
              }),
-      settings_frm_(listener_,
+      settings_frm_(listener_, keys_,
                     [this] {
                         return settings::SettingsFrm::Facts{service_.available(), stage_.keepsOnScreen(), size_};
                     },
@@ -290,9 +291,18 @@ Server::Server(const Options& options)
                          settings::writeSize(percent);
                          setSize(percent);
                          tellAll(property_change);
-                     }}),
+                     }},
+                    {[this] { return loadedCharacters(); },
+                     [this](std::uint16_t language) { return service_.speaks(language); },
+                     [this](std::uint16_t language) { return service_.voices(language); },
+                     [this](const settings::KnownCharacter& character) { sayHowItSounds(character); }}),
       empty_since_(std::chrono::steady_clock::now()) {
+    theatre_->setManners([this](const stage::Actor& actor) { return mannerOf(actor); });
     listener_.Skip = [this] { stage_.skip(); };
+    listener_.VoicesChanged = [this] {
+        stage_.voicesChanged();
+        tellAll(property_change);
+    };
     listener_.Changed = [this] {
         listen();
         tellAll(property_change);
@@ -312,7 +322,7 @@ Server::Server(const Options& options)
 void Server::showTray() {
     if (!tray_) {
         tray_ = std::make_unique<settings::Tray>(
-            settings_frm_, listener_, [this] { return loadedCharacters(); }, [this] { restart(); },
+            settings_frm_, listener_, keys_, [this] { return loadedCharacters(); }, [this] { restart(); },
             [this] { shutDown(); });
     }
 }
@@ -399,6 +409,53 @@ void Server::listen() {
     }
 }
 
+// As its client has set it, but for what the user wants of its voice.
+voice::Manner Server::mannerOf(const stage::Actor& actor) {
+    voice::Manner manner = actor.manner;
+    const Owner owner = ownerOf(actor.id());
+    if (!owner.loaded) {
+        return manner;
+    }
+    const settings::OwnVoice own = listener_.ownVoice(textOf(owner.loaded->file->character().guid));
+    manner.voice = own.voice;
+    if (own.language != 0 && service_.speaks(own.language)) {
+        manner.language_id = own.language;
+    }
+    if (own.pitch != 0) {
+        manner.pitch = static_cast<std::uint16_t>(own.pitch);
+    }
+    if (own.speed != 0) {
+        manner.speed = static_cast<std::uint32_t>(own.speed);
+    }
+    return manner;
+}
+
+// At once, over what others say. Each time anew: what is under way is broken off.
+void Server::sayHowItSounds(const settings::KnownCharacter& character) {
+    const auto actors = stage_.actors();
+    const auto found = std::ranges::find_if(actors, [&](const stage::Actor* actor) {
+        const Owner owner = ownerOf(actor->id());
+        return owner.loaded && textOf(owner.loaded->file->character().guid) == character.key;
+    });
+    if (found == actors.end() || stage_.paused()) {
+        murmelix::ui::beep();
+        return;
+    }
+    voice::Manner manner = mannerOf(**found);
+    manner.speaker = UINT32_MAX; // it is no text of the character's
+    const settings::Language* const language = settings::languageOf(manner.language_id);
+    service_.cancel(std::exchange(sample_order_, 0));
+    output_.stop(std::exchange(sample_, 0));
+    sample_order_ = service_.order(
+        std::u16string(language ? language->sample : u"This is how I sound."), manner, [this](voice::Speech speech) {
+            messages_.post([this, sound = std::make_shared<voice::Wave>(std::move(speech.sound))]() mutable {
+                output_.stop(sample_);
+                sample_ = output_.play(std::move(*sound), {});
+                output_.setTempo(sample_, stage_.tempo());
+            });
+        });
+}
+
 // Each file once, in the order of the names.
 std::vector<settings::KnownCharacter> Server::loadedCharacters() {
     std::vector<settings::KnownCharacter> all;
@@ -407,7 +464,8 @@ std::vector<settings::KnownCharacter> Server::loadedCharacters() {
             for (const auto& loaded : client->loaded()) {
                 const stage::Actor* actor = stage_.find(loaded->actor);
                 const acs::Character& character = loaded->file->character();
-                all.push_back({textOf(character.guid), actor ? actor->name : std::u16string()});
+                all.push_back({textOf(character.guid), actor ? actor->name : std::u16string(),
+                               actor ? actor->manner.language_id : std::uint16_t{0}});
             }
         }
     }

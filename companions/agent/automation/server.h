@@ -182,6 +182,8 @@ class Server final : public stage::Audience {
     void beginEnding(DISPID event);
     void setSize(int percent);
     void listen();
+    voice::Manner mannerOf(const stage::Actor& actor);
+    void sayHowItSounds(const settings::KnownCharacter& character);
     std::vector<settings::KnownCharacter> loadedCharacters();
     Owner ownerOf(stage::ActorId actor) const;
     std::vector<Owner> sharersOf(const acs::Guid& character) const;
@@ -203,6 +205,7 @@ class Server final : public stage::Audience {
     std::unique_ptr<stage::Theatre> theatre_;
     stage::Stage stage_;
     settings::Listener listener_;
+    settings::Keys keys_{listener_};
     settings::SettingsFrm settings_frm_;
     std::unique_ptr<settings::Tray> tray_; // of a server that stays, or has had a character
     std::vector<std::weak_ptr<Client>> clients_;
@@ -211,7 +214,9 @@ class Server final : public stage::Audience {
     bool menu_open_ = false;
     std::optional<Moment> ending_since_;
     bool restarts_ = false;
-    int size_ = settings::usual_size; // percent
+    int size_ = settings::usual_size;        // percent
+    voice::Service::Order sample_order_ = 0; // of how a voice sounds
+    voice::Output::Playing sample_ = 0;
     stage::ActorId active_ = 0;
     std::map<acs::Guid, stage::ActorId> active_clients_;
     Moment empty_since_;

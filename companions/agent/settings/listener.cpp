@@ -97,6 +97,20 @@ void Listener::setSilenced(std::u16string_view character, bool silenced) {
     changed();
 }
 
+OwnVoice Listener::ownVoice(std::u16string_view character) const {
+    return readOwnVoice(character);
+}
+
+void Listener::setOwnVoice(std::u16string_view character, const OwnVoice& voice) {
+    if (voice == ownVoice(character)) {
+        return;
+    }
+    writeOwnVoice(character, voice);
+    if (VoicesChanged) {
+        VoicesChanged();
+    }
+}
+
 void Listener::setPaused(bool paused) {
     if (paused != paused_) {
         paused_ = paused;

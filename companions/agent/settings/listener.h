@@ -2,6 +2,7 @@
 // told to the server, which has it take effect at once.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -22,9 +23,22 @@ inline constexpr Bounds most_waiting_bounds{0, 0, 3600}; // s of speech that may
 inline constexpr std::size_t most_silenced = 500;
 inline constexpr std::size_t longest_key = 64; // units of what a character is known by
 
-// A character that a program has loaded: what it is known by, and its name.
+// How the user wants one character to sound; what is empty or 0 is as the character has it.
+struct OwnVoice {
+    std::u16string voice;       // one of the engine's
+    std::uint16_t language = 0; // see languages.h
+    int pitch = 0;              // hertz
+    int speed = 0;              // words a minute
+    bool operator==(const OwnVoice&) const = default;
+};
+// Those of the tags that a text can have.
+inline constexpr Bounds own_pitch_bounds{50, 0, 400}, own_speed_bounds{50, 0, 450};
+inline constexpr std::size_t longest_voice = 200; // units of its name
+
+// A character that a program has loaded: what it is known by, its name, and the language that it is asked to speak.
 struct KnownCharacter {
     std::u16string key, name;
+    std::uint16_t language = 0;
     bool operator==(const KnownCharacter&) const = default;
 };
 
@@ -49,13 +63,16 @@ class Listener {
     bool silenced(std::u16string_view character) const;
     void setSilenced(std::u16string_view character, bool silenced);
 
+    OwnVoice ownVoice(std::u16string_view character) const;
+    void setOwnVoice(std::u16string_view character, const OwnVoice& voice);
+
     // Until the server ends: one that begins in silence would seem to be broken.
     bool paused() const { return paused_; }
     void setPaused(bool paused);
     void skip() const;
 
-    // Something of the above is different now.
-    std::function<void()> Changed;
+    // Something of the above is different now; but for the voices, which tell it themselves.
+    std::function<void()> Changed, VoicesChanged;
     std::function<void()> Skip;
 
   private:

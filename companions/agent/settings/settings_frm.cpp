@@ -25,29 +25,17 @@ NumberList::Name seconds(const char16_t* none) {
     };
 }
 
+template <std::size_t... I>
+std::array<SettingsFrm::KeyRow, sizeof...(I)> keyRows(ui::Control& page, std::index_sequence<I...>) {
+    return {SettingsFrm::KeyRow(page, deeds[I])...};
+}
+
 } // namespace
 
-void NumberList::show(int number) {
-    showing_ = true;
-    if (auto numbers = withCurrent(usual_, number); numbers != listed_) {
-        listed_ = std::move(numbers);
-        std::vector<std::u16string> texts;
-        std::ranges::transform(listed_, std::back_inserter(texts), name_);
-        setItems(std::move(texts));
-    }
-    setListIndex(static_cast<int>(std::ranges::find(listed_, number) - listed_.begin()));
-    showing_ = false;
-}
-
-void NumberList::picked() const {
-    const int index = ListIndex();
-    if (!showing_ && index >= 0) {
-        murmelix::ui::raise(Picked, listed_.at(static_cast<std::size_t>(index)));
-    }
-}
-
-SettingsFrm::SettingsFrm(Listener& listener, std::function<Facts()> facts, Switches switches)
+SettingsFrm::SettingsFrm(Listener& listener, Keys& keys, std::function<Facts()> facts, Switches switches,
+                         VoicesPage::Sources sources)
     : Form(nullptr, u"Character Properties", ui::FormStyle::dialog, u"AgentServerProperties"),
+      Voices(Pages, listener, std::move(sources)),
       OutputLbl(OutputPage,
                 u"What characters say is heard through the sound device, and shown in their word balloons."),
       CopyrightLbl(CopyrightPage, u"AgentServer, a part of Murmelix.\n\nReleased under the MIT licence."),
@@ -58,7 +46,8 @@ SettingsFrm::SettingsFrm(Listener& listener, std::function<Facts()> facts, Switc
       WaitingList(ListeningPage, {0, 5, 10, 15, 20, 30, 60, 120, 300}, seconds(u"Never")),
       HurryLbl(ListeningPage, u"In a hurry, characters speak up to twice as fast. Where that is not enough, what has "
                               u"waited longest is left out."),
-      listener_(listener), facts_(std::move(facts)), switches_(std::move(switches)) {
+      KeyRows(keyRows(KeysPage, std::make_index_sequence<deeds.size()>())), KeysLbl(KeysPage, u""), listener_(listener),
+      keys_(keys), facts_(std::move(facts)), switches_(std::move(switches)) {
     setIcon({u"#1"}); // the program's own
     Pages.Click = [this] { showFacts(); };
     SoundCheck.Click = [this] {
@@ -76,6 +65,11 @@ SettingsFrm::SettingsFrm(Listener& listener, std::function<Facts()> facts, Switc
     SpeedList.Picked = [this](int percent) { listener_.setSpeed(percent); };
     LongestList.Picked = [this](int seconds) { listener_.setLongest(seconds); };
     WaitingList.Picked = [this](int seconds) { listener_.setMostWaiting(seconds); };
+    for (std::size_t i = 0; i < KeyRows.size(); ++i) {
+        KeyRows[i].Box.Picked = [this, i](const ui::Shortcut& key) { showKeys(keys_.set(i, key)); };
+        KeyRows[i].Box.GotFocus = [this] { keys_.setHeard(false); };
+        KeyRows[i].Box.LostFocus = [this] { keys_.setHeard(true); };
+    }
     CloseButt.Click = [this] { Unload(); };
     DefaultButton = &CloseButt;
     CancelButton = &CloseButt;
@@ -83,7 +77,7 @@ SettingsFrm::SettingsFrm(Listener& listener, std::function<Facts()> facts, Switc
 }
 
 void SettingsFrm::layOut() {
-    constexpr int width = 5700, height = 3900, margin = 120, inside = 240;
+    constexpr int width = 5700, height = 4700, margin = 120, inside = 240;
     ui::fit(*this,
             ui::rows({ui::item(Pages).growing(), ui::columns({ui::stretch(), ui::item(CloseButt).least(1200, 390)})})
                 .gap(margin)
@@ -99,6 +93,31 @@ void SettingsFrm::layOut() {
                    ui::columns({ui::item(SizeLbl).centered(), ui::item(SizeList).least(1200, 0)}).gap(margin)}));
     fill(CopyrightPage, ui::rows({ui::item(CopyrightLbl).growing()}));
     layOutListening(margin, inside);
+    Voices.layOut(margin / 2, inside);
+    layOutKeys(margin / 2, inside);
+}
+
+void SettingsFrm::layOutKeys(int margin, int inside) {
+    int names = 0;
+    for (const KeyRow& row : KeyRows) {
+        names = std::max(names, row.Lbl.neededSize().width);
+    }
+    std::vector<ui::Layout> rows;
+    for (KeyRow& row : KeyRows) {
+        rows.push_back(
+            ui::columns({ui::item(row.Lbl).centered().least(names), ui::item(row.Box).growing()}).gap(2 * margin));
+    }
+    rows.push_back(ui::item(KeysLbl).growing());
+    ui::rows(std::move(rows)).gap(margin).pad(inside).place({0, 0, KeysPage.Width(), KeysPage.Height()});
+}
+
+void SettingsFrm::showKeys(const std::u16string& problem) {
+    for (std::size_t i = 0; i < KeyRows.size(); ++i) {
+        KeyRows[i].Box.setValue(keys_.key(i));
+    }
+    KeysLbl.setCaption(!problem.empty() ? problem
+                                        : u"Keys that are heard in every program. Press one in its field, with Ctrl or "
+                                          u"Alt, or one of F1 to F12; Backspace takes it away.");
 }
 
 // The lists stand below one another, beside the widest of their names.
@@ -153,6 +172,8 @@ void SettingsFrm::showFacts() {
     SpeedList.show(listener_.speed());
     LongestList.show(listener_.longest());
     WaitingList.show(listener_.mostWaiting());
+    Voices.show();
+    showKeys(keys_.problem());
 }
 
 void SettingsFrm::refresh() {

@@ -5,38 +5,21 @@
 #include <string_view>
 #include <vector>
 
+#include "companions/agent/settings/keys.h"
+#include "companions/agent/settings/number_list.h"
 #include "companions/agent/settings/settings_store.h"
+#include "companions/agent/settings/voices_page.h"
 #include "ui/button.h"
 #include "ui/check_box.h"
-#include "ui/drop_down_list.h"
 #include "ui/form.h"
 #include "ui/label.h"
+#include "ui/shortcut_box.h"
 #include "ui/tab_pages.h"
 
 namespace agent::settings {
 
-// A drop-down list of numbers: some that are usual, and always the one that it is.
-class NumberList : public murmelix::ui::DropDownList {
-  public:
-    using Name = std::function<std::u16string(int)>;
-    NumberList(murmelix::ui::Control& parent, std::vector<int> usual, Name name)
-        : DropDownList(parent), usual_(std::move(usual)), name_(std::move(name)) {
-        Click = [this] { picked(); };
-    }
-    // Raises nothing.
-    void show(int number);
-    std::function<void(int)> Picked; // by the user
-
-  private:
-    void picked() const;
-
-    std::vector<int> usual_, listed_;
-    Name name_;
-    bool showing_ = false;
-};
-
-// The server's own settings, on the pages "Speech", "Output", "Listening" and "Copyright". Closing hides it: it keeps
-// its page.
+// The server's own settings, on the pages "Speech", "Output", "Listening", "Voices", "Keys" and "Copyright". Closing
+// hides it: it keeps its page.
 class SettingsFrm : public murmelix::ui::Form {
   public:
     struct Facts {
@@ -50,7 +33,8 @@ class SettingsFrm : public murmelix::ui::Form {
         std::function<void(int percent)> set_size;
     };
     // `facts` are asked for whenever they are about to be seen, not before.
-    SettingsFrm(Listener& listener, std::function<Facts()> facts, Switches switches);
+    SettingsFrm(Listener& listener, Keys& keys, std::function<Facts()> facts, Switches switches,
+                VoicesPage::Sources sources);
     void layOut() override;
 
     // By its name, without letter case; false where there is none.
@@ -63,7 +47,9 @@ class SettingsFrm : public murmelix::ui::Form {
 
     murmelix::ui::TabPages Pages{*this};
     murmelix::ui::TabPage SpeechPage{Pages, u"Speech"}, OutputPage{Pages, u"Output"},
-        ListeningPage{Pages, u"Listening"}, CopyrightPage{Pages, u"Copyright"};
+        ListeningPage{Pages, u"Listening"};
+    VoicesPage Voices;
+    murmelix::ui::TabPage KeysPage{Pages, u"Keys"}, CopyrightPage{Pages, u"Copyright"};
     murmelix::ui::Label SpeechLbl{SpeechPage, u""}, OutputLbl, CopyrightLbl;
     murmelix::ui::CheckBox SoundCheck{OutputPage, u"&Play spoken audio"};
     murmelix::ui::CheckBox KeepOnScreenCheck{OutputPage, u"&Keep characters on the screen"};
@@ -78,13 +64,23 @@ class SettingsFrm : public murmelix::ui::Form {
     murmelix::ui::Label WaitingLbl{ListeningPage, u"&Hurry where more waits than:"};
     NumberList WaitingList;
     murmelix::ui::Label HurryLbl;
+    struct KeyRow {
+        KeyRow(murmelix::ui::Control& page, const Deed& deed) : Lbl(page, deed.caption), Box(page) {}
+        murmelix::ui::Label Lbl;
+        murmelix::ui::ShortcutBox Box;
+    };
+    std::array<KeyRow, std::tuple_size_v<decltype(deeds)>> KeyRows;
+    murmelix::ui::Label KeysLbl; // how to set one, or why one cannot be had
     murmelix::ui::Button CloseButt{*this, u"Close"};
 
   private:
     void showFacts();
     void layOutListening(int margin, int inside);
+    void layOutKeys(int margin, int inside);
+    void showKeys(const std::u16string& problem);
 
     Listener& listener_;
+    Keys& keys_;
     std::function<Facts()> facts_;
     Switches switches_;
     bool showing_facts_ = false; // a box that changes then tells nobody

@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <optional>
+#include <utility>
 
+#include "companions/agent/settings/languages.h"
 #include "platform/user_store.h"
 
 namespace agent::settings {
@@ -48,6 +51,14 @@ void writeNumber(const std::u16string& name, int number) {
     store().putNumber(name, static_cast<std::uint32_t>(number));
 }
 
+std::uint32_t readKey(const std::u16string& name) {
+    return store().number(name).value_or(0);
+}
+
+void writeKey(const std::u16string& name, std::uint32_t key) {
+    store().putNumber(name, key);
+}
+
 int readSize() {
     return readNumber(size, {least_size, usual_size, largest_size});
 }
@@ -69,6 +80,63 @@ std::vector<std::u16string> readSilenced() {
 
 void writeSilenced(const std::vector<std::u16string>& characters) {
     store().putLines(silenced, characters);
+}
+
+namespace {
+
+const std::u16string own_voice = u"Voice", own_language = u"Language", own_pitch = u"Pitch", own_speed = u"Speed";
+
+// Nothing for what is no name of a key.
+std::optional<murmelix::platform::UserStore> storeOf(std::u16string_view character) {
+    if (character.empty() || character.size() > longest_key ||
+        character.find_first_of(std::u16string_view(u"\\\0", 2)) != character.npos) {
+        return std::nullopt;
+    }
+    return murmelix::platform::UserStore(u"Software\\Murmelix AgentServer\\Voices\\" + std::u16string(character));
+}
+
+} // namespace
+
+OwnVoice readOwnVoice(std::u16string_view character) {
+    OwnVoice voice;
+    const auto store = storeOf(character);
+    if (!store) {
+        return voice;
+    }
+    const auto number = [&](const std::u16string& name, const Bounds& bounds) {
+        const auto kept = store->number(name).value_or(0);
+        return kept == static_cast<std::uint32_t>(bounds.nearest(kept)) ? static_cast<int>(kept) : 0;
+    };
+    if (auto lines = store->lines(own_voice, longest_voice + 2); lines && !lines->empty()) {
+        voice.voice = std::move(lines->front());
+    }
+    const auto language = static_cast<std::uint16_t>(number(own_language, {0, 0, 0xFFFF}));
+    voice.language = languageOf(language) ? language : std::uint16_t{0};
+    voice.pitch = number(own_pitch, own_pitch_bounds);
+    voice.speed = number(own_speed, own_speed_bounds);
+    return voice;
+}
+
+void writeOwnVoice(std::u16string_view character, const OwnVoice& voice) {
+    const auto store = storeOf(character);
+    if (!store) {
+        return;
+    }
+    if (voice.voice.empty()) {
+        store->remove(own_voice);
+    } else {
+        store->putLines(own_voice, {voice.voice});
+    }
+    const auto put = [&](const std::u16string& name, int number) {
+        if (number == 0) {
+            store->remove(name);
+        } else {
+            store->putNumber(name, static_cast<std::uint32_t>(number));
+        }
+    };
+    put(own_language, voice.language);
+    put(own_pitch, voice.pitch);
+    put(own_speed, voice.speed);
 }
 
 bool readKeepOnScreen() {

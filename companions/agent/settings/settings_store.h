@@ -1,7 +1,9 @@
 // The server's settings, each user's own: HKEY_CURRENT_USER, Software\Murmelix AgentServer.
 #pragma once
 
+#include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "companions/agent/settings/listener.h"
@@ -23,9 +25,19 @@ inline const std::u16string volume_name = u"Volume", speed_name = u"Speed", long
 int readNumber(const std::u16string& name, const Bounds& bounds);
 void writeNumber(const std::u16string& name, int number);
 
+// A key for all programs (a DWORD, see keys.h; 0 without it).
+std::uint32_t readKey(const std::u16string& name);
+void writeKey(const std::u16string& name, std::uint32_t key);
+
 // "Silenced": what the silenced characters are known by (a list; what is none, too long or there twice is left out).
 std::vector<std::u16string> readSilenced();
 void writeSilenced(const std::vector<std::u16string>& characters);
+
+// How the user wants one character to sound: of the key Software\Murmelix AgentServer\Voices\CHARACTER "Voice" (a list
+// of one line) and "Language", "Pitch", "Speed" (DWORDs). What is missing, or beyond its bounds, is as the character
+// has it.
+OwnVoice readOwnVoice(std::u16string_view character);
+void writeOwnVoice(std::u16string_view character, const OwnVoice& voice);
 
 // "KeepOnScreen" (as "SoundEnabled").
 bool readKeepOnScreen();

@@ -1,5 +1,6 @@
 #include "companions/agent/settings/tray.h"
 
+#include <tuple>
 #include <utility>
 
 #include "common/text.h"
@@ -21,10 +22,14 @@ void fill(ui::Menu& menu, std::vector<int> percents, int current, const std::fun
 
 } // namespace
 
-Tray::Tray(SettingsFrm& form, Listener& listener, std::function<std::vector<KnownCharacter>()> characters,
-           std::function<void()> restart, std::function<void()> end)
-    : Icon(form), IconMenu(form), listener_(listener), characters_(std::move(characters)) {
-    IconMenu.Popup = [this] { PauseItem.setChecked(listener_.paused()); };
+Tray::Tray(SettingsFrm& form, Listener& listener, const Keys& keys,
+           std::function<std::vector<KnownCharacter>()> characters, std::function<void()> restart,
+           std::function<void()> end)
+    : Icon(form), IconMenu(form), listener_(listener), keys_(keys), characters_(std::move(characters)) {
+    IconMenu.Popup = [this] {
+        PauseItem.setChecked(listener_.paused());
+        showKeys();
+    };
     SkipItem.Click = [this] { listener_.skip(); };
     PauseItem.Click = [this] { listener_.setPaused(!listener_.paused()); };
     SilenceMenu.Popup = [this] { fillSilence(); };
@@ -48,6 +53,14 @@ void Tray::showState() {
     Icon.Show({u"#1"}, listener_.paused()   ? u"AgentServer - paused"
                        : !listener_.sound() ? u"AgentServer - all characters are silenced"
                                             : u"AgentServer");
+}
+
+void Tray::showKeys() {
+    for (const auto& [item, caption, deed] : {std::tuple{&SkipItem, u"&Skip What Is Being Said", skip_deed},
+                                              std::tuple{&PauseItem, u"P&ause", pause_deed}}) {
+        const ui::Shortcut& key = keys_.key(deed);
+        item->setCaption(key ? caption + (u"\t" + nameOf(key)) : caption);
+    }
 }
 
 void Tray::fillSilence() {

@@ -15,8 +15,9 @@ namespace agent::settings {
 class Tray {
   public:
     // `characters`: those that are loaded, asked for when the menu is opened.
-    Tray(SettingsFrm& form, Listener& listener, std::function<std::vector<KnownCharacter>()> characters,
-         std::function<void()> restart, std::function<void()> end);
+    Tray(SettingsFrm& form, Listener& listener, const Keys& keys,
+         std::function<std::vector<KnownCharacter>()> characters, std::function<void()> restart,
+         std::function<void()> end);
     // The icon tells what keeps the characters from being heard.
     void showState();
 
@@ -30,8 +31,10 @@ class Tray {
 
   private:
     void fillSilence();
+    void showKeys();
 
     Listener& listener_;
+    const Keys& keys_;
     std::function<std::vector<KnownCharacter>()> characters_;
 };
 

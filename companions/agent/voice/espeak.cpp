@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 #include "common/text.h"
 #include "companions/agent/voice/speech.h"
@@ -35,6 +36,32 @@ constexpr long middle_setting = 50, highest_setting = 99;
 constexpr std::uint16_t lowest_pitch = 50, highest_pitch = 400; // hertz, as the tag has them
 constexpr std::uint32_t usual_speed = 175;                      // words a minute, where none is named
 
+// Voices that the program has for every language, as its variants.
+struct Variant {
+    std::u16string_view name;
+    std::string_view argument;
+    bool female;
+};
+constexpr Variant variants[] = {
+    {u"Woman 1", "f1", true},          {u"Woman 2", "f2", true},
+    {u"Woman 3", "f3", true},          {u"Woman 4", "f4", true},
+    {u"Woman 5", "f5", true},          {u"Man 1", "m1", false},
+    {u"Man 2", "m2", false},           {u"Man 3", "m3", false},
+    {u"Man 4", "m4", false},           {u"Man 5", "m5", false},
+    {u"Man 6", "m6", false},           {u"Man 7", "m7", false},
+    {u"Grandmother", "grandma", true}, {u"Grandfather", "grandpa", false},
+};
+
+const Variant* variantOf(const Manner& manner) {
+    const auto* const found = std::ranges::find(variants, manner.voice, &Variant::name);
+    return found == std::end(variants) ? nullptr : found;
+}
+
+bool isFemale(const Manner& manner) {
+    const Variant* const variant = variantOf(manner);
+    return variant ? variant->female : manner.gender == 1;
+}
+
 struct Pitch {
     long setting;
     // How many times as fast the sound is to be heard as it is spoken, and so as high: 1 within the voice's own range.
@@ -43,7 +70,7 @@ struct Pitch {
 
 Pitch pitchOf(const Manner& manner) {
     const double octaves = std::log2(std::clamp(manner.pitch, lowest_pitch, highest_pitch) /
-                                     (manner.gender == 1 ? female_hertz : male_hertz));
+                                     (isFemale(manner) ? female_hertz : male_hertz));
     const double steps = octaves < 0 ? steps_below : steps_above;
     const long wanted = std::lround(static_cast<double>(middle_setting) + octaves * steps);
     const long setting = std::clamp(wanted, 0L, highest_setting);
@@ -120,7 +147,9 @@ std::string_view espeakLanguage(std::uint16_t language_id) {
 std::vector<std::string> espeakArguments(const Manner& manner) {
     std::string voice(espeakLanguage(manner.language_id));
     if (manner.delivery == Delivery::whisper) {
-        voice += manner.gender == 1 ? "+whisperf" : "+whisper";
+        voice += isFemale(manner) ? "+whisperf" : "+whisper";
+    } else if (const Variant* const variant = variantOf(manner)) {
+        voice.append("+").append(variant->argument);
     } else if (manner.gender == 1) {
         voice += "+f2";
     } else if (manner.gender == 2) {
@@ -162,6 +191,15 @@ Espeak::Espeak(RunProgram run) : run_(std::move(run)) {
 
 bool Espeak::speaks(std::uint16_t language_id) const {
     return languages_.contains(espeakLanguage(language_id));
+}
+
+std::vector<std::u16string> Espeak::voices(std::uint16_t language_id) const {
+    std::vector<std::u16string> names;
+    if (speaks(language_id)) {
+        std::ranges::transform(variants, std::back_inserter(names),
+                               [](const Variant& variant) { return std::u16string(variant.name); });
+    }
+    return names;
 }
 
 std::optional<Wave> Espeak::synthesise(const std::u16string& text, const Manner& manner, const std::stop_token& stop,

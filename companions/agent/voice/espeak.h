@@ -40,6 +40,7 @@ class Espeak : public Engine {
     explicit Espeak(RunProgram run);
     bool hasVoice() const { return !languages_.empty(); }
     bool speaks(std::uint16_t language_id) const override;
+    std::vector<std::u16string> voices(std::uint16_t language_id) const override;
     std::optional<Wave> synthesise(const std::u16string& text, const Manner& manner, const std::stop_token& stop,
                                    std::string& error) override;
 

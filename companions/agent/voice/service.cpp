@@ -130,6 +130,10 @@ bool Service::speaks(std::uint16_t language_id) const {
     return impl_->engine != nullptr && impl_->engine->speaks(language_id);
 }
 
+std::vector<std::u16string> Service::voices(std::uint16_t language_id) const {
+    return impl_->engine ? impl_->engine->voices(language_id) : std::vector<std::u16string>();
+}
+
 Service::Order Service::order(std::u16string text, Manner manner, std::function<void(Speech)> done) {
     const std::lock_guard lock(impl_->mutex);
     const Order number = impl_->next_number++;

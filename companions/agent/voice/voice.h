@@ -70,16 +70,19 @@ struct Manner {
     Delivery delivery = Delivery::normal;
     bool emphasis = false;
     std::uint32_t speaker = 0; // whose last text the tag \Lst\ repeats
+    std::u16string voice = {}; // one of Engine::voices; empty, or another: by language and gender
     friend bool operator==(const Manner&, const Manner&) = default;
 };
 
-// One engine that turns text into sound. `speaks` may be called on any thread and always answers the same; `synthesise`
-// is called on the service's worker thread alone, has a time limit of its own, and returns soon (with nothing) once
-// `stop` is requested.
+// One engine that turns text into sound. `speaks` and `voices` may be called on any thread and always answer the same;
+// `synthesise` is called on the service's worker thread alone, has a time limit of its own, and returns soon (with
+// nothing) once `stop` is requested.
 class Engine {
   public:
     virtual ~Engine() = default;
     virtual bool speaks(std::uint16_t language_id) const = 0;
+    // The names of the voices that it has for a language, for people to choose from.
+    virtual std::vector<std::u16string> voices(std::uint16_t) const { return {}; }
     virtual std::optional<Wave> synthesise(const std::u16string& text, const Manner& manner,
                                            const std::stop_token& stop, std::string& error) = 0;
 };
@@ -99,6 +102,7 @@ class Service {
 
     bool available() const;
     bool speaks(std::uint16_t language_id) const;
+    std::vector<std::u16string> voices(std::uint16_t language_id) const;
 
     // `text` as it was given to Speak: alternatives parted by "|" (one is chosen at random) and tags between
     // backslashes. `done` is called on the worker thread, once, with the speech; without a usable voice the speech is

@@ -8,6 +8,7 @@ from shell import (ABOUT, CHECK_BOXES, CLOSING, EMOTICONS, GETTING_STARTED, MINI
                    UPDATES, ShellTest)
 
 MATCHUPS = "Character Matchup"
+PROPERTIES = "Character Properties"
 QUICK_MESSAGE, LANGUAGES = "Quick Message", "Change Language"
 SCREENS = ROOT / "build" / "screens"
 
@@ -149,6 +150,7 @@ class Screens(ShellTest):
         self.shot("main-reading", self.main())
         self.character_windows()
         self.click_menu_shot("menu-tray-reading")
+        self.server_windows()
         self.activate_main()
         self.open_menu("m")
         self.screen.key("x")
@@ -179,6 +181,20 @@ class Screens(ShellTest):
         self.shot_of(LANGUAGES, "languages")
         self.screen.key("Escape")
         self.eventually("the end of the languages", lambda: not self.window(LANGUAGES))
+
+    def server_windows(self):
+        """The menu of the character server's icon, and the pages of its window."""
+        icon = self.tray_icons()[next(iter(self.icons_before))]
+        self.bring_to_front(f"^{TRAY}$")
+        self.shot("menu-tray-agent", self.open_menu_of(icon), self.window(TRAY))
+        self.leave_menu()
+        self.click(icon, times=2)
+        for page in ("speech", "output", "listening", "voices", "keys"):
+            if page != "speech":
+                self.screen.key("ctrl+Tab")
+            self.shot_of(PROPERTIES, f"agent-{page}")
+        self.screen.key("Escape")
+        self.eventually("the end of the server's window", lambda: not self.window(PROPERTIES))
 
     def desk_scene(self):
         """Everything together: the conversation, its character speaking, the program that listens."""

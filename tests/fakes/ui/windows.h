@@ -14,6 +14,7 @@
 #include "ui/drop_down_list.h"
 #include "ui/form.h"
 #include "ui/frame.h"
+#include "ui/global_key.h"
 #include "ui/label.h"
 #include "ui/line.h"
 #include "ui/link_label.h"
@@ -22,6 +23,7 @@
 #include "ui/progress_bar.h"
 #include "ui/rich_text_box.h"
 #include "ui/scroll_bar.h"
+#include "ui/shortcut_box.h"
 #include "ui/tab_pages.h"
 #include "ui/text_area.h"
 #include "ui/text_box.h"
@@ -41,6 +43,11 @@ struct TrayCall {
 struct Run { // of a rich-text box
     std::u16string text;
     ui::RichTextBox::Looks looks;
+};
+
+struct TakenKey { // from all programs
+    ui::Shortcut key;
+    ui::GlobalKey* listener = nullptr;
 };
 
 enum class Selection { all, end }; // the whole text, or the caret at its end
@@ -70,6 +77,8 @@ struct Screen {
     std::vector<std::function<void()>> posted;
     bool tray = true; // there is a notification area
     std::vector<const ui::TrayIcon*> tray_icons;
+    std::map<int, TakenKey> global_keys;
+    std::vector<ui::Shortcut> keys_of_others; // that other programs have taken
     bool animates = true;
     int beeps = 0;
     std::optional<int> quit; // the message loop, with this status
@@ -112,6 +121,7 @@ bool choose(ui::BarItem& item);
 ui::MenuItem* find(ui::Menu& menu, std::u16string_view caption);
 bool key(ui::Form& form, const ui::Shortcut& key); // tells whether it was of use
 bool accelerator(ui::Form& form, char16_t letter);
+bool pressAnywhere(const ui::Shortcut& key); // whoever has the keyboard; tells whether somebody heard it
 void press(ui::PictureBox& box, double x, double y, int button = ui::left_button); // and lets go
 void tick(ui::Timer& timer);
 void close(ui::Form& form); // by its close box

@@ -21,12 +21,13 @@ class SettingsTest : public testing::Test {
         fakes::reset();
         fakes::screen() = {};
         listener = std::make_unique<Listener>();
+        keys = std::make_unique<Keys>(*listener);
         listener->Changed = [this] {
             ++changes;
             form->refresh();
         };
         form = std::make_unique<SettingsFrm>(
-            *listener, [this] { return facts; },
+            *listener, *keys, [this] { return facts; },
             SettingsFrm::Switches{[this](bool on) {
                                       facts.keep_on_screen = on;
                                       kept.push_back(on);
@@ -34,7 +35,13 @@ class SettingsTest : public testing::Test {
                                   [this](int percent) {
                                       facts.size = percent;
                                       sizes.push_back(percent);
-                                  }});
+                                  }},
+            VoicesPage::Sources{[this] { return characters; }, [](std::uint16_t language) { return language != 1036; },
+                                [](std::uint16_t language) {
+                                    return language == 1031 ? std::vector<std::u16string>{u"Heidi"}
+                                                            : std::vector<std::u16string>{u"Zoe", u"Max"};
+                                },
+                                [this](const KnownCharacter& character) { listened.push_back(character.key); }});
     }
     static std::uint32_t stored(const std::u16string& name) {
         return std::get<std::uint32_t>(fakes::state().user_stores.values.at(key + name));
@@ -46,9 +53,12 @@ class SettingsTest : public testing::Test {
     static inline const std::u16string key = u"Software\\Murmelix AgentServer\\";
     SettingsFrm::Facts facts{true, true};
     int changes = 0;
+    std::vector<KnownCharacter> characters;
+    std::vector<std::u16string> listened; // to
     std::vector<bool> kept;
     std::vector<int> sizes;
     std::unique_ptr<Listener> listener;
+    std::unique_ptr<Keys> keys;
     std::unique_ptr<SettingsFrm> form;
 };
 
@@ -152,13 +162,13 @@ TEST_F(SettingsTest, ControlTabTurnsThePages) {
     form->present();
     const ui::Shortcut next{Key::tab, ui::control_key}, back{Key::tab, ui::control_key | ui::shift_key};
     std::vector<std::u16string> pages;
-    for (int i = 0; i < 4; ++i) {
+    for (int i = 0; i < 6; ++i) {
         EXPECT_TRUE(fakes::key(*form, next));
         pages.push_back(form->page());
     }
     EXPECT_TRUE(fakes::key(*form, back));
     pages.push_back(form->page());
-    EXPECT_THAT(pages, ElementsAre(u"Output", u"Listening", u"Copyright", u"Speech", u"Copyright"));
+    EXPECT_THAT(pages, ElementsAre(u"Output", u"Listening", u"Voices", u"Keys", u"Copyright", u"Speech", u"Copyright"));
 }
 
 TEST_F(SettingsTest, TabGoesThroughWhatTakesTheKeyboard) {
@@ -272,6 +282,35 @@ TEST_F(SettingsTest, ListsSetWhatTheListenerWants) {
     }
 }
 
+TEST_F(SettingsTest, FieldsSetTheKeys) {
+    form->setPage(u"Keys");
+    form->present();
+    auto& [label, skip] = form->KeyRows[skip_deed];
+    EXPECT_EQ(skip.Text(), u"None");
+    EXPECT_TRUE(form->KeysLbl.Caption().starts_with(u"Keys that are heard in every program."));
+    EXPECT_TRUE(fakes::accelerator(*form, u's'));
+    ASSERT_TRUE(skip.Focused());
+    const ui::Shortcut key{u'S', ui::control_key | ui::alt_key};
+    EXPECT_TRUE(fakes::key(*form, key));
+    EXPECT_EQ(skip.Text(), u"Ctrl+Alt+S");
+    EXPECT_EQ(keys->key(skip_deed), key);
+    // Another program has it: the field shows what is set, and the page why.
+    fakes::screen().keys_of_others = {ui::Shortcut(ui::Key::f9)};
+    EXPECT_TRUE(fakes::key(*form, ui::Shortcut(ui::Key::f9)));
+    EXPECT_EQ(skip.Text(), u"Ctrl+Alt+S");
+    EXPECT_TRUE(form->KeysLbl.Caption().starts_with(u"F9 is used by another program"));
+    EXPECT_TRUE(fakes::key(*form, {u'S', 0})) << "heard, and refused";
+    EXPECT_EQ(keys->key(skip_deed), key);
+    EXPECT_FALSE(fakes::pressAnywhere(key)) << "the field is to be told";
+    fakes::key(*form, Key::tab);
+    EXPECT_TRUE(form->KeyRows[pause_deed].Box.Focused());
+    form->CloseButt.SetFocus();
+    EXPECT_TRUE(fakes::pressAnywhere(key));
+    fakes::type(skip, u"Ctrl+Alt+"); // by Backspace
+    EXPECT_EQ(skip.Text(), u"None");
+    EXPECT_FALSE(keys->key(skip_deed));
+}
+
 TEST_F(SettingsTest, WhatTheListenerWantsIsKept) {
     listener->setVolume(40);
     listener->setSpeed(150);
@@ -350,11 +389,128 @@ TEST_F(SettingsTest, AListOfTheSilencedThatIsNoneIsLeftOut) {
     EXPECT_TRUE(readSilenced().empty());
 }
 
+class VoicesTest : public SettingsTest {
+  protected:
+    VoicesTest() {
+        characters = {{u"{1}", u"Pip", 1033}, {u"{2}", u"Chip", 1031}};
+        listener->VoicesChanged = [this] { ++voices_changed; };
+        form->setPage(u"Voices");
+    }
+    static int indexOf(const ui::DropDownList& list, std::u16string_view text) {
+        for (int i = 0; i < list.ListCount(); ++i) {
+            if (list.List(i) == text) {
+                return i;
+            }
+        }
+        return -1;
+    }
+    int voices_changed = 0;
+    VoicesPage& page = form->Voices;
+};
+
+TEST_F(VoicesTest, AreAsMadeAtFirst) {
+    form->present();
+    EXPECT_EQ(page.CharacterList.Text(), u"Pip");
+    EXPECT_EQ(page.VoiceList.Text(), u"As it was made");
+    EXPECT_EQ(page.LanguageList.Text(), u"As programs ask for");
+    EXPECT_EQ(page.PitchList.Text(), u"As it was made");
+    EXPECT_EQ(page.SpeedList.Text(), u"As it was made");
+    EXPECT_EQ(indexOf(page.LanguageList, u"French"), -1) << "nobody speaks it";
+    EXPECT_GE(indexOf(page.LanguageList, u"German"), 1);
+    EXPECT_FALSE(page.NobodyLbl.Visible());
+    EXPECT_EQ(voices_changed, 0);
+}
+
+TEST_F(VoicesTest, AreEachCharactersOwnAndKept) {
+    form->present();
+    EXPECT_TRUE(fakes::pick(page.VoiceList, indexOf(page.VoiceList, u"Max")));
+    EXPECT_TRUE(fakes::pick(page.PitchList, 2));
+    EXPECT_TRUE(fakes::pick(page.SpeedList, 3));
+    EXPECT_EQ(voices_changed, 3);
+    EXPECT_EQ(Listener().ownVoice(u"{1}"), (OwnVoice{u"Max", 0, 80, 125}));
+    EXPECT_EQ(Listener().ownVoice(u"{2}"), OwnVoice{});
+    EXPECT_TRUE(fakes::pick(page.CharacterList, 1));
+    EXPECT_EQ(page.VoiceList.Text(), u"As it was made");
+    EXPECT_EQ(page.VoiceList.List(1), u"Heidi");
+    EXPECT_TRUE(fakes::pick(page.CharacterList, 0));
+    EXPECT_EQ(page.VoiceList.Text(), u"Max");
+    EXPECT_EQ(page.PitchList.Text(), u"80 hertz");
+    EXPECT_EQ(page.SpeedList.Text(), u"125 words a minute");
+    EXPECT_EQ(voices_changed, 3) << "looking at one changes nothing";
+    EXPECT_TRUE(fakes::click(page.ResetButt));
+    EXPECT_EQ(Listener().ownVoice(u"{1}"), OwnVoice{});
+    EXPECT_EQ(page.VoiceList.Text(), u"As it was made");
+}
+
+TEST_F(VoicesTest, AVoiceGoesWithItsLanguage) {
+    form->present();
+    fakes::pick(page.VoiceList, 1);
+    ASSERT_EQ(page.VoiceList.Text(), u"Zoe");
+    EXPECT_TRUE(fakes::pick(page.LanguageList, indexOf(page.LanguageList, u"Italian")));
+    EXPECT_EQ(page.VoiceList.Text(), u"Zoe");
+    EXPECT_TRUE(fakes::pick(page.LanguageList, indexOf(page.LanguageList, u"German")));
+    EXPECT_EQ(page.VoiceList.Text(), u"As it was made");
+    EXPECT_EQ(page.VoiceList.List(1), u"Heidi");
+    EXPECT_EQ(Listener().ownVoice(u"{1}"), (OwnVoice{u"", 1031, 0, 0}));
+}
+
+TEST_F(VoicesTest, AreListenedTo) {
+    form->present();
+    fakes::pick(page.CharacterList, 1);
+    EXPECT_TRUE(fakes::click(page.ListenButt));
+    EXPECT_TRUE(fakes::accelerator(*form, u'l'));
+    EXPECT_THAT(listened, ElementsAre(u"{2}", u"{2}"));
+}
+
+TEST_F(VoicesTest, TheChosenCharacterStaysSoWhereOthersComeAndGo) {
+    form->present();
+    fakes::pick(page.CharacterList, 1);
+    characters.insert(characters.begin(), {u"{0}", u"Ada", 1033});
+    form->refresh();
+    EXPECT_EQ(page.CharacterList.Text(), u"Chip");
+    characters.clear();
+    form->refresh();
+    EXPECT_EQ(page.CharacterList.ListCount(), 0);
+    EXPECT_TRUE(page.NobodyLbl.Visible());
+    EXPECT_FALSE(fakes::click(page.ListenButt));
+    EXPECT_FALSE(fakes::pick(page.VoiceList, 0));
+    EXPECT_TRUE(listened.empty());
+}
+
+TEST_F(VoicesTest, OneThatIsGoneIsShownAllTheSame) {
+    listener->setOwnVoice(u"{1}", {u"Gone", 1036, 0, 0});
+    form->present();
+    EXPECT_EQ(page.VoiceList.Text(), u"Gone");
+    EXPECT_EQ(page.LanguageList.Text(), u"French");
+}
+
+TEST_F(VoicesTest, WhatIsKeptIsTakenOnlyWithinItsBounds) {
+    const std::u16string place = u"Voices\\{1}\\";
+    store(place + u"Voice", std::vector<std::u16string>{std::u16string(longest_voice + 1, u'x')});
+    for (const std::uint32_t number : {1U, 49U, 401U, 451U, 0xFFFFFFFFU}) {
+        store(place + u"Pitch", number);
+        store(place + u"Speed", number == 401U ? 49U : number);
+        store(place + u"Language", number);
+        EXPECT_EQ(readOwnVoice(u"{1}"), OwnVoice{}) << number;
+    }
+    store(place + u"Voice", 7U);
+    store(place + u"Pitch", u"high");
+    store(place + u"Speed", 50U);
+    store(place + u"Language", 1031U);
+    EXPECT_EQ(readOwnVoice(u"{1}"), (OwnVoice{u"", 1031, 0, 50}));
+    for (const std::u16string& key :
+         {std::u16string(), std::u16string(u"..\\x"), std::u16string(longest_key + 1, u'x')}) {
+        writeOwnVoice(key, {u"Max", 1031, 100, 100});
+        EXPECT_EQ(readOwnVoice(key), OwnVoice{}) << "no name of a key";
+    }
+}
+
 class TrayTest : public SettingsTest {
   protected:
     TrayTest()
         : tray(
-              *form, *listener, [this] { return characters; }, [this] { ++restarted; }, [this] { ++ended; }) {
+              *form, *listener, *keys, [this] { return characters; }, [this] { ++restarted; }, [this] { ++ended; }) {
+        characters = {{u"{1}", u"Pip"}, {u"{2}", u"Fish & Chip"}};
         listener->Skip = [this] { ++skipped; };
         listener->Changed = [this] { tray.showState(); };
     }
@@ -364,7 +520,6 @@ class TrayTest : public SettingsTest {
         return found ? *found : tray.ExitItem;
     }
 
-    std::vector<KnownCharacter> characters{{u"{1}", u"Pip"}, {u"{2}", u"Fish & Chip"}};
     int skipped = 0, restarted = 0, ended = 0;
     Tray tray;
 };
@@ -382,6 +537,16 @@ TEST_F(TrayTest, SkipsAndPauses) {
     tray.IconMenu.Popup();
     EXPECT_FALSE(tray.PauseItem.Checked());
     EXPECT_EQ(tray.Icon.Tip(), u"AgentServer");
+}
+
+TEST_F(TrayTest, TellsTheKeys) {
+    keys->set(skip_deed, {Key::f9});
+    tray.IconMenu.Popup();
+    EXPECT_EQ(tray.SkipItem.Caption(), u"&Skip What Is Being Said\tF9");
+    EXPECT_EQ(tray.PauseItem.Caption(), u"P&ause");
+    keys->set(skip_deed, {});
+    tray.IconMenu.Popup();
+    EXPECT_EQ(tray.SkipItem.Caption(), u"&Skip What Is Being Said");
 }
 
 TEST_F(TrayTest, SilencesAllCharactersOrOne) {
@@ -420,7 +585,8 @@ TEST_F(SettingsTest, IconShowsTheWindowRestartsTheServerAndEndsIt) {
     int restarted = 0, ended = 0;
     {
         Tray tray(
-            *form, *listener, [] { return std::vector<KnownCharacter>(); }, [&] { ++restarted; }, [&] { ++ended; });
+            *form, *listener, *keys, [] { return std::vector<KnownCharacter>(); }, [&] { ++restarted; },
+            [&] { ++ended; });
         ASSERT_EQ(fakes::screen().tray_icons.size(), 1U);
         EXPECT_EQ(tray.Icon.Tip(), u"AgentServer");
         tray.Icon.DblClick();

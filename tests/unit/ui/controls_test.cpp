@@ -55,6 +55,69 @@ TEST_F(ControlsTest, DropDownListKeepsItsSelectionWhereEntriesComeAndGo) {
     EXPECT_EQ(list.ListCount(), 3);
 }
 
+TEST_F(ControlsTest, ShortcutBoxTakesTheKeyThatIsPressedInIt) {
+    ShortcutBox box(form);
+    Button button(form, u"b");
+    std::vector<Shortcut> picked;
+    box.Picked = [&](const Shortcut& key) { picked.push_back(key); };
+    box.Accepts = [](const Shortcut& key) { return key.shift != 0; };
+    form.Show();
+    box.SetFocus();
+    EXPECT_EQ(box.Text(), u"None");
+    const Shortcut key{u'K', control_key | shift_key};
+    EXPECT_TRUE(fakes::key(form, key));
+    EXPECT_EQ(box.Text(), u"Ctrl+Shift+K");
+    EXPECT_EQ(box.Value(), key);
+    EXPECT_TRUE(fakes::key(form, Key::f5)) << "no other control hears of it";
+    EXPECT_EQ(box.Value(), key);
+    EXPECT_EQ(fakes::screen().beeps, 1);
+    EXPECT_TRUE(fakes::key(form, Key::del));
+    EXPECT_EQ(box.Value(), Shortcut());
+    EXPECT_THAT(picked, ElementsAre(key, Shortcut()));
+    EXPECT_TRUE(fakes::key(form, Key::tab));
+    EXPECT_TRUE(button.Focused()) << "it does not hold the keyboard";
+}
+
+TEST_F(ControlsTest, ShortcutBoxIsNotTypedInto) {
+    ShortcutBox box(form);
+    int picked = 0;
+    box.Picked = [&](const Shortcut&) { ++picked; };
+    form.Show();
+    fakes::type(box, u"No"); // the system's own Backspace, where there is nothing to take away
+    EXPECT_EQ(box.Text(), u"None");
+    box.setValue({Key::f1, alt_key});
+    EXPECT_EQ(picked, 0) << "only the user picks";
+    fakes::type(box, u"Alt+F1 pasted");
+    EXPECT_EQ(box.Text(), u"Alt+F1");
+    EXPECT_EQ(picked, 0);
+    fakes::type(box, u"Alt+F");
+    EXPECT_EQ(box.Text(), u"None");
+    EXPECT_EQ(picked, 1);
+}
+
+TEST_F(ControlsTest, GlobalKeyIsHeardUntilItEnds) {
+    int pressed = 0;
+    {
+        GlobalKey key;
+        key.Pressed = [&] { ++pressed; };
+        EXPECT_TRUE(key.Set({Key::f2}));
+        EXPECT_TRUE(fakes::pressAnywhere({Key::f2}));
+        GlobalKey other;
+        EXPECT_FALSE(other.Set({Key::f2})) << "it is taken";
+        EXPECT_TRUE(other.Set({Key::f3}));
+        EXPECT_FALSE(other.Set({Key::f2}));
+        EXPECT_EQ(other.Key(), Shortcut(Key::f3)) << "the one from before stays";
+        EXPECT_TRUE(key.Set({u'A', control_key}));
+        EXPECT_FALSE(fakes::pressAnywhere({Key::f2}));
+        EXPECT_TRUE(fakes::pressAnywhere({u'A', control_key}));
+        EXPECT_TRUE(key.Set({}));
+        EXPECT_FALSE(fakes::pressAnywhere({u'A', control_key}));
+        EXPECT_TRUE(key.Set({Key::f2}));
+    }
+    EXPECT_FALSE(fakes::pressAnywhere({Key::f2}));
+    EXPECT_EQ(pressed, 2);
+}
+
 TEST_F(ControlsTest, DropDownListTellsWhenItsUserHasChosen) {
     DropDownList list(form);
     list.setItems({u"a", u"b"});

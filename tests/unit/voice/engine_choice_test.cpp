@@ -8,8 +8,10 @@ namespace {
 // Speaks one language, by a sound of so many samples.
 class OneLanguage final : public Engine {
   public:
-    OneLanguage(std::uint16_t language_id, std::size_t length) : language_id_(language_id), length_(length) {}
+    OneLanguage(std::uint16_t language_id, std::size_t length, std::vector<std::u16string> voices = {})
+        : language_id_(language_id), length_(length), voices_(std::move(voices)) {}
     bool speaks(std::uint16_t language_id) const override { return language_id == language_id_; }
+    std::vector<std::u16string> voices(std::uint16_t) const override { return voices_; }
     std::optional<Wave> synthesise(const std::u16string&, const Manner&, const std::stop_token&,
                                    std::string&) override {
         return Wave{22050, std::vector<std::int16_t>(length_)};
@@ -18,6 +20,7 @@ class OneLanguage final : public Engine {
   private:
     std::uint16_t language_id_;
     std::size_t length_;
+    std::vector<std::u16string> voices_;
 };
 
 TEST(EngineChoice, SpeaksEachLanguageByTheFirstEngineThatHasAVoiceForIt) {
@@ -37,6 +40,25 @@ TEST(EngineChoice, SpeaksEachLanguageByTheFirstEngineThatHasAVoiceForIt) {
     EXPECT_EQ(length(1036), 0U);
     EXPECT_TRUE(choice.speaks(1031));
     EXPECT_FALSE(choice.speaks(1036));
+}
+
+TEST(EngineChoice, SpeaksByTheEngineThatHasTheVoice) {
+    std::vector<std::unique_ptr<Engine>> engines;
+    engines.push_back(std::make_unique<OneLanguage>(std::uint16_t{1033}, 1, std::vector<std::u16string>{u"Ann"}));
+    engines.push_back(std::make_unique<OneLanguage>(std::uint16_t{1031}, 2, std::vector<std::u16string>{u"Bert"}));
+    engines.push_back(std::make_unique<OneLanguage>(std::uint16_t{1033}, 3, std::vector<std::u16string>{u"Cleo"}));
+    EngineChoice choice(std::move(engines));
+    const auto length = [&](const std::u16string& voice) {
+        std::string error;
+        const auto wave = choice.synthesise(u"words", {.language_id = 1033, .voice = voice}, {}, error);
+        return wave ? wave->samples.size() : 0;
+    };
+    EXPECT_EQ(choice.voices(1033), (std::vector<std::u16string>{u"Ann", u"Cleo"}));
+    EXPECT_TRUE(choice.voices(1036).empty());
+    EXPECT_EQ(length(u"Cleo"), 3U);
+    EXPECT_EQ(length(u"Ann"), 1U);
+    EXPECT_EQ(length(u"Bert"), 1U) << "which speaks another language";
+    EXPECT_EQ(length(u"nobody"), 1U);
 }
 
 } // namespace

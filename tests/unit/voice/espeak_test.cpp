@@ -67,6 +67,15 @@ TEST(Espeak, ArgumentsFollowTheManner) {
     EXPECT_EQ(espeakArguments(manner)[1], "de+whisper");
 }
 
+TEST(Espeak, AVoiceThatIsNamedIsAVariant) {
+    EXPECT_EQ(espeakArguments({.gender = 1, .voice = u"Man 5"})[1], "en-us+m5");
+    EXPECT_EQ(espeakArguments({.gender = 2, .voice = u"Grandmother"})[1], "en-us+grandma");
+    EXPECT_EQ(espeakArguments({.gender = 1, .voice = u"Zira; rm"})[1], "en-us+f2") << "of another engine";
+    // Its pitch is measured from that of its kind: the middle of a woman's voice is far above a man's.
+    EXPECT_EQ(espeakArguments({.pitch = 197, .voice = u"Woman 3"}).back(), "50");
+    EXPECT_EQ(espeakArguments({.pitch = 105, .gender = 1, .voice = u"Man 2"}).back(), "50");
+}
+
 TEST(Espeak, WhatTheVoiceCannotReachIsSpokenSlowerToBeHeardFaster) {
     Manner manner;
     manner.pitch = 240; // the usual voice reaches about 170

@@ -748,7 +748,7 @@ TEST_F(Automation, TheSheetShowsItsPages) {
     ASSERT_TRUE(window);
     const HWND box = buttonOf(window, L"&Play spoken audio");
     ASSERT_TRUE(box);
-    for (const char16_t* page : {u"Speech", u"Copyright", u"Output"}) {
+    for (const char16_t* page : {u"Speech", u"Copyright", u"Listening", u"Voices", u"Keys", u"Output"}) {
         sheet.put(u"Page", Variant(page));
         screenshot(("agent-properties-" + murmelix::toUtf8(page)).c_str());
     }

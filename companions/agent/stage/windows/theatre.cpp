@@ -288,8 +288,8 @@ SpeechOrder Theatre::orderSpeech(Actor& actor, const std::u16string& text, const
         });
     };
     if (url.empty()) {
-        added.service =
-            service_.order(text, actor.manner, [deliver](voice::Speech speech) { deliver(std::move(speech)); });
+        added.service = service_.order(text, manners_ ? manners_(actor) : actor.manner,
+                                       [deliver](voice::Speech speech) { deliver(std::move(speech)); });
     } else {
         reader_.add([deliver, text, url] {
             std::optional<voice::Speech> speech;

@@ -47,6 +47,8 @@ class Theatre final : public Effects {
     BalloonLook* look(ActorId actor);
     void toFront(ActorId actor);
     void hideTips();
+    // How a character's words are to be spoken, where it is not its own manner.
+    void setManners(std::function<voice::Manner(const Actor&)> manners) { manners_ = std::move(manners); }
     // How loud everything is, from 0 to 1. At 0 spoken audio passes in silence.
     void setVolume(double volume);
     // How much larger characters and balloons are than the resolution of the screen makes them.
@@ -121,6 +123,7 @@ class Theatre final : public Effects {
     std::map<SpeechOrder, Order> orders_;
     SpeechOrder last_order_ = 0;
     double volume_ = 1;
+    std::function<voice::Manner(const Actor&)> manners_;
     // Last: their threads end first. A slow disk, from which the one reads sound files, must not make those of frames
     // come late, which the other decodes.
     Worker reader_, decoder_;

@@ -50,6 +50,7 @@ class TaskText {
 
 struct InstalledVoice {
     std::wstring id;
+    std::u16string name; // as the system shows it
     std::vector<std::uint16_t> languages;
     std::uint16_t gender = 0; // 1 female, 2 male
 };
@@ -70,9 +71,12 @@ std::vector<std::uint16_t> languagesOf(std::wstring_view text) {
 
 InstalledVoice describe(ISpObjectToken& token) {
     InstalledVoice voice;
-    TaskText id, languages, gender;
+    TaskText id, name, languages, gender;
     check(token.GetId(id.out()));
     voice.id = id.view();
+    if (SUCCEEDED(token.GetStringValue(nullptr, name.out()))) {
+        voice.name.assign(name.view().begin(), name.view().end());
+    }
     Ptr<ISpDataKey> attributes;
     if (SUCCEEDED(token.OpenKey(L"Attributes", attributes.out()))) {
         if (SUCCEEDED(attributes->GetStringValue(L"Language", languages.out()))) {
@@ -155,7 +159,17 @@ class Sapi : public Engine {
   public:
     explicit Sapi(std::vector<InstalledVoice> voices) : voices_(std::move(voices)) {}
 
-    bool speaks(std::uint16_t language_id) const override { return find(language_id, 0) != nullptr; }
+    bool speaks(std::uint16_t language_id) const override { return find({.language_id = language_id}) != nullptr; }
+
+    std::vector<std::u16string> voices(std::uint16_t language_id) const override {
+        std::vector<std::u16string> names;
+        for (const InstalledVoice& voice : voices_) {
+            if (!voice.name.empty() && nearness(voice, language_id) > 0) {
+                names.push_back(voice.name);
+            }
+        }
+        return names;
+    }
 
     std::optional<Wave> synthesise(const std::u16string& text, const Manner& manner, const std::stop_token& stop,
                                    std::string& error) override {
@@ -169,21 +183,30 @@ class Sapi : public Engine {
     }
 
   private:
-    // Exactly this language before another dialect of it, the wanted gender before the other.
-    const InstalledVoice* find(std::uint16_t language_id, std::uint16_t gender) const {
+    // 4 for a voice of exactly this language, 2 for one of another dialect of it, 0 for others.
+    static int nearness(const InstalledVoice& voice, std::uint16_t language_id) {
+        int nearest = 0;
+        for (const std::uint16_t language : voice.languages) {
+            if (language == language_id) {
+                nearest = 4;
+            } else if ((language & primary_language) == (language_id & primary_language)) {
+                nearest = std::max(nearest, 2);
+            }
+        }
+        return nearest;
+    }
+
+    // The voice that is named, before the nearest language, before the wanted gender.
+    const InstalledVoice* find(const Manner& manner) const {
         const InstalledVoice* best = nullptr;
         int best_score = 0;
         for (const InstalledVoice& voice : voices_) {
-            int score = 0;
-            for (const std::uint16_t language : voice.languages) {
-                if (language == language_id) {
-                    score = std::max(score, 4);
-                } else if ((language & primary_language) == (language_id & primary_language)) {
-                    score = std::max(score, 2);
-                }
-            }
-            if (score > 0 && gender != 0 && voice.gender == gender) {
+            int score = nearness(voice, manner.language_id);
+            if (score > 0 && manner.gender != 0 && voice.gender == manner.gender) {
                 ++score;
+            }
+            if (score > 0 && !manner.voice.empty() && voice.name == manner.voice) {
+                return &voice;
             }
             if (score > best_score) {
                 best = &voice;
@@ -193,12 +216,15 @@ class Sapi : public Engine {
         return best;
     }
 
-    std::optional<Wave> speak(const std::u16string& text, const Manner& manner, const std::stop_token& stop,
+    std::optional<Wave> speak(const std::u16string& text, Manner manner, const std::stop_token& stop,
                               std::string& error) const {
-        const InstalledVoice* installed = find(manner.language_id, manner.gender);
+        const InstalledVoice* installed = find(manner);
         if (installed == nullptr) {
             error = "no voice for this language";
             return std::nullopt;
+        }
+        if (installed->name == manner.voice) {
+            manner.gender = installed->gender; // which its pitch is measured from
         }
         const auto token = create<ISpObjectToken>(CLSID_SpObjectToken, IID_ISpObjectToken);
         check(token->SetId(nullptr, installed->id.c_str(), FALSE));
