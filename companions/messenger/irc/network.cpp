@@ -31,17 +31,13 @@ bool isNumber(std::string_view command) {
 
 } // namespace
 
-// What each command means. In the streaming chat some mean more, and some are there that others do not have.
-Network::Handler Network::handlerOf(std::string_view command) {
+// What each command means; in the streaming chat some are there besides, and one means more.
+Network::Handler Network::handlerOf(std::string_view command) const {
     static const std::unordered_map<std::string_view, Handler> handlers{
-        {"005", &Network::onFeatures},
-        {"301", &Network::onSomebodyAway},
-        {"305", &Network::onMyAway},
-        {"306", &Network::onMyAway},
-        {"332", &Network::onTopicNow},
-        {"353", &Network::onNames},
-        {"366", &Network::onEndOfNames},
-        {"396", &Network::onHiddenHost},
+        {"005", &Network::onFeatures},       {"301", &Network::onSomebodyAway},
+        {"305", &Network::onMyAway},         {"306", &Network::onMyAway},
+        {"332", &Network::onTopicNow},       {"353", &Network::onNames},
+        {"366", &Network::onEndOfNames},     {"396", &Network::onHiddenHost},
         {"403", &Network::onRefusedChannel}, // there is none
         {"405", &Network::onRefusedChannel}, // too many channels
         {"437", &Network::onRefusedChannel}, // not now
@@ -53,29 +49,25 @@ Network::Handler Network::handlerOf(std::string_view command) {
         {"476", &Network::onRefusedChannel}, // no such name is possible
         {"477", &Network::onRefusedChannel}, // people with an account alone
         {"489", &Network::onRefusedChannel}, // people with TLS alone
-        {"ACCOUNT", &Network::onAccount},
-        {"AWAY", &Network::onAway},
-        {"BATCH", &Network::onBatch},
-        {"CHGHOST", &Network::onChangedHost},
-        {"INVITE", &Network::onInvite},
-        {"JOIN", &Network::onJoin},
-        {"KICK", &Network::onKick},
-        {"MODE", &Network::onMode},
-        {"NICK", &Network::onNick},
-        {"NOTICE", &Network::onMessage},
-        {"PART", &Network::onPart},
-        {"PRIVMSG", &Network::onMessage},
-        {"QUIT", &Network::onQuit},
-        {"TOPIC", &Network::onTopic},
-        // The streaming chat's.
-        {"CLEARCHAT", &Network::onClearChat},
-        {"CLEARMSG", &Network::onClearMessage},
-        {"GLOBALUSERSTATE", &Network::onMyState},
-        {"ROOMSTATE", &Network::onRoomState},
-        {"USERNOTICE", &Network::onUserNotice},
-        {"USERSTATE", &Network::onMyState},
-        {"WHISPER", &Network::onMessage},
+        {"ACCOUNT", &Network::onAccount},    {"AWAY", &Network::onAway},
+        {"BATCH", &Network::onBatch},        {"CHGHOST", &Network::onChangedHost},
+        {"INVITE", &Network::onInvite},      {"JOIN", &Network::onJoin},
+        {"KICK", &Network::onKick},          {"MODE", &Network::onMode},
+        {"NICK", &Network::onNick},          {"NOTICE", &Network::onMessage},
+        {"PART", &Network::onPart},          {"PRIVMSG", &Network::onMessage},
+        {"QUIT", &Network::onQuit},          {"TOPIC", &Network::onTopic},
     };
+    static const std::unordered_map<std::string_view, Handler> streaming_handlers{
+        {"CLEARCHAT", &Network::onClearChat},     {"CLEARMSG", &Network::onClearMessage},
+        {"GLOBALUSERSTATE", &Network::onMyState}, {"NOTICE", &Network::onStreamingNotice},
+        {"ROOMSTATE", &Network::onRoomState},     {"USERNOTICE", &Network::onUserNotice},
+        {"USERSTATE", &Network::onMyState},       {"WHISPER", &Network::onMessage},
+    };
+    if (address_.dialect == Dialect::twitch) {
+        if (const auto found = streaming_handlers.find(command); found != streaming_handlers.end()) {
+            return found->second;
+        }
+    }
     const auto found = handlers.find(command);
     return found != handlers.end() ? found->second : isNumber(command) ? &Network::onAnswer : nullptr;
 }

@@ -71,7 +71,7 @@ class Network {
         std::uint8_t rules = 0;               // of the streaming chat, a bit for each that holds
     };
     using Handler = void (Network::*)(const Message&);
-    static Handler handlerOf(std::string_view command);
+    Handler handlerOf(std::string_view command) const;
 
     // network.cpp
     void onFeatures(const Message& message);
@@ -99,11 +99,11 @@ class Network {
     // network_talk.cpp
     void onMessage(const Message& message); // PRIVMSG, NOTICE, WHISPER
     void tellSaid(const Message& message, event::Said said, const KnownPtr& writer, std::string_view text);
-    // network_twitch.cpp
+    // network_streaming.cpp
     void onClearChat(const Message& message);
     void onClearMessage(const Message& message);
     void onUserNotice(const Message& message);
-    void onTwitchNotice(const Message& message);
+    void onStreamingNotice(const Message& message);
     void onRoomState(const Message& message);
     void onMyState(const Message& message);
     KnownPtr meetTagged(const Message& message, std::string_view login, std::string_view user_id);

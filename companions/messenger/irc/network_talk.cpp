@@ -46,10 +46,6 @@ bool Network::isOld(const Message& message, const Channel* channel) const {
 
 void Network::onMessage(const Message& message) {
     const bool notice = message.command() == "NOTICE";
-    if (notice && address_.dialect == Dialect::twitch) {
-        onTwitchNotice(message);
-        return;
-    }
     const std::string_view target = features_.withoutRank(message.parameter(0));
     const bool to_channel = features_.isChannel(target);
     const Channel* channel = findChannel(target);

@@ -426,7 +426,8 @@ void Session::join(const std::vector<std::u16string>& channels, long long now) {
     now_ = now;
     std::vector<std::string> names;
     for (const std::u16string& channel : channels) {
-        const std::string name = murmelix::toUtf8(channel);
+        const bool twitch = settings_.address.dialect == Dialect::twitch;
+        const std::string name = murmelix::toUtf8(twitch ? murmelix::toLower(channel) : channel);
         if (!network_.features().isChannel(name) || !formatLine({"JOIN", name, ""}) ||
             name.find(',') != std::string::npos) {
             tellUser(u"A channel looks like #name, without blanks.");
@@ -476,6 +477,7 @@ void Session::part(std::u16string_view channel, std::u16string_view why, long lo
 void Session::nick(std::u16string_view nick, long long now) {
     now_ = now;
     if (readyToSend({})) {
+        wished_nick_ = nick;
         queue(formatLine({"NICK", murmelix::toUtf8(nick)}));
     }
     deliver();
@@ -534,6 +536,11 @@ void Session::learn(Event event) {
     if (auto* left = std::get_if<event::ChannelLeft>(&event)) {
         forgetWish(network_.nameOf(left->channel));
         left->why = withoutSecrets(std::move(left->why));
+    } else if (const auto* renamed = std::get_if<event::Renamed>(&event)) {
+        // The next connection begins with the nick that the user has taken, not with one that a server has given.
+        if (renamed->person == network_.me() && renamed->person->nick == wished_nick_) {
+            settings_.nick = wished_nick_;
+        }
     } else if (auto* told = std::get_if<event::Told>(&event)) {
         told->text = withoutSecrets(std::move(told->text));
     } else if (auto* lost = std::get_if<event::Lost>(&event)) {

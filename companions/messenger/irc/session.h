@@ -46,7 +46,8 @@ enum class State {
 class Session {
   public:
     // None of them may destroy the session. tell() is called when the session has done its work: it may do anything
-    // else. close() and open() are answered by nothing, or later by connected(), lost() or failed().
+    // else. open() is answered by connected(), lost() or failed(); after close(), which may be for a connection that is
+    // lost already, nothing of that connection is told any more.
     struct Hooks {
         std::function<void()> open; // a connection to settings.address
         std::function<void(std::string_view bytes)> send;
@@ -143,6 +144,7 @@ class Session {
     Outbox outbox_;
     Pace answers_, requests_;
     std::vector<std::string> wanted_; // channels to be in, as sent
+    std::u16string wished_nick_;      // asked for last
 
     long long deadline_ = 0; // of connecting, registering or waiting
     long long heard_ = 0;    // the last word of the server

@@ -274,6 +274,18 @@ TEST(Nicks, ThatNoServerTakesAreRefused) {
     }
 }
 
+TEST(Nicks, ThatTheUserTakesAreThoseOfTheNextConnection) {
+    Chat chat;
+    chat.enter();
+    chat.session.nick(u"myself", chat.now);
+    chat.server(":me!user@host NICK myself");
+    chat.server(":myself!user@host NICK Guest1");
+    chat.sent();
+    chat.session.reconnectNow(chat.now);
+    chat.session.connected(chat.now);
+    EXPECT_THAT(chat.sent(), Contains("NICK myself"));
+}
+
 TEST(Nicks, InUseWhileOnlineAreTold) {
     Chat chat;
     chat.enter();

@@ -243,6 +243,23 @@ TEST(Streaming, ConnectsAgainWhereTheServerAsks) {
     EXPECT_EQ(other.session.state(), State::online);
 }
 
+TEST(Streaming, ChannelsHaveSmallLetters) {
+    StreamingChat chat;
+    chat.sent();
+    chat.session.join({u"#SomeBody"}, chat.now);
+    EXPECT_THAT(chat.sent(), ElementsAre("JOIN #somebody"));
+}
+
+TEST(Streaming, ItsCommandsMeanNothingElsewhere) {
+    Chat chat;
+    chat.enter();
+    for (const char* line : {"CLEARCHAT #room", "CLEARMSG #room :x", "ROOMSTATE #room", "USERSTATE #room",
+                             "USERNOTICE #room :x", "GLOBALUSERSTATE", "WHISPER me :x"}) {
+        chat.server(std::string("@system-msg=x;login=x;slow=10;mod=1;target-msg-id=1 :ann!u@h ") + line);
+    }
+    EXPECT_THAT(chat.told(), IsEmpty());
+}
+
 TEST(Streaming, SendsMoreSlowly) {
     StreamingChat chat(withToken());
     chat.pass(10'000);

@@ -83,7 +83,7 @@ void Network::onUserNotice(const Message& message) {
     }
 }
 
-void Network::onTwitchNotice(const Message& message) {
+void Network::onStreamingNotice(const Message& message) {
     const std::string_view name = message.parameter(0);
     const std::string id = message.tag("msg-id");
     const std::u16string text = plainText(decoded(message.last()));
