@@ -30,8 +30,10 @@ class Chat {
                                         .close = [this] { ++closed; },
                                         .tell =
                                             [this](const Event& event) {
-                                                told_.push_back(describe(event));
-                                                events.push_back(event);
+                                                if (recording) {
+                                                    told_.push_back(describe(event));
+                                                    events.push_back(event);
+                                                }
                                                 if (on_event) {
                                                     on_event(event);
                                                 }
@@ -91,6 +93,7 @@ class Chat {
     long long now = 1'000'000;
     std::uint32_t random = 0;
     int opened = 0, closed = 0;
+    bool recording = true; // what is told
     std::function<void(const Event&)> on_event;
     std::vector<Event> events;
     Session session;

@@ -183,14 +183,12 @@ TEST(Hostile, AHundredThousandLines) {
     Chat chat;
     chat.enter();
     std::size_t said = 0;
-    chat.on_event = [&](const Event& event) {
-        said += std::holds_alternative<event::Said>(event) ? 1 : 0;
-        chat.told();
-        chat.events.clear();
-    };
+    chat.recording = false;
+    chat.on_event = [&](const Event& event) { said += std::holds_alternative<event::Said>(event) ? 1 : 0; };
     std::string bytes;
     for (int i = 0; i < 100'000; ++i) {
-        bytes += "@time=2026-11-21T18:00:00.000Z :writer" + std::to_string(i) + "!u@h PRIVMSG #room :hello\r\n";
+        const std::string writer = i % 10 == 0 ? "writer" + std::to_string(i) : "ann";
+        bytes += ":" + writer + "!u@h PRIVMSG #room :hello\r\n";
     }
     chat.session.received(bytes, chat.now);
     EXPECT_EQ(said, 100'000U);
@@ -213,11 +211,8 @@ TEST(Hostile, FiftyThousandPeopleJoin) {
     Chat chat;
     chat.enter();
     std::size_t joined = 0;
-    chat.on_event = [&](const Event& event) {
-        joined += std::holds_alternative<event::Joined>(event) ? 1 : 0;
-        chat.told();
-        chat.events.clear();
-    };
+    chat.recording = false;
+    chat.on_event = [&](const Event& event) { joined += std::holds_alternative<event::Joined>(event) ? 1 : 0; };
     std::string bytes;
     for (int i = 0; i < 50'000; ++i) {
         bytes += ":nick" + std::to_string(i) + "!u@h JOIN #room\r\n";
@@ -236,14 +231,11 @@ TEST(Hostile, FiftyThousandPeopleJoin) {
 TEST(Hostile, ManyChannelsOfManyPeople) {
     Chat chat;
     chat.enter();
-    chat.on_event = [&](const Event&) {
-        chat.told();
-        chat.events.clear();
-    };
-    for (int c = 0; c < 300; ++c) {
+    chat.recording = false;
+    for (int c = 0; c < 110; ++c) {
         const std::string channel = "#c" + std::to_string(c);
         std::string bytes = ":me!user@host JOIN " + channel + "\r\n";
-        for (int i = 0; i < 1000; ++i) {
+        for (int i = 0; i < 320; ++i) {
             bytes += ":nick" + std::to_string(c) + "x" + std::to_string(i) + "!u@h JOIN " + channel + "\r\n";
         }
         chat.session.received(bytes, chat.now);
