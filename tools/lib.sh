@@ -28,6 +28,9 @@ MURMELIX_PACKAGES=(
 MURMELIX_SITE_PACKAGES=(apache2-bin)
 # The browser in which the tests look at the web site.
 MURMELIX_BROWSER_PACKAGES=(chromium)
+# The chat servers that the tests talk to, unpacked alone: installed, they would run as services from then on. And what they need.
+MURMELIX_CHAT_SERVERS=(ngircd inspircd)
+MURMELIX_CHAT_SERVER_LIBRARIES=(libgnutls30 libident)
 
 as_root() {
     if [ "$(id -u)" = 0 ]; then
@@ -74,6 +77,30 @@ install_packages() {
     fi
     apt update
     apt install --no-install-recommends "${MISSING_PACKAGES[@]}" || die "the packages could not be installed"
+}
+
+# unpack_packages DIRECTORY PACKAGE…: the files of these packages below the directory, where they are not there yet. Nothing of
+# them is installed, and nothing started.
+unpack_packages() {
+    local directory=$1 half_done=$1.new file
+    shift
+    [ "$(cat "$directory/.packages" 2>/dev/null)" != "$*" ] || return 0
+    command -v dpkg-deb >/dev/null || die "the packages are Debian's: this machine has no dpkg"
+    say "Unpacking $*"
+    rm -rf "$half_done" "$directory"
+    mkdir -p "$half_done/download"
+    (
+        cd "$half_done/download"
+        apt-get -q -o Acquire::Retries=3 download "$@" >/dev/null 2>&1 && exit
+        apt update
+        apt-get -q -o Acquire::Retries=3 download "$@"
+    ) || die "the packages could not be fetched: $*"
+    for file in "$half_done"/download/*.deb; do
+        dpkg-deb -x "$file" "$half_done"
+    done
+    rm -r "$half_done/download"
+    echo "$*" >"$half_done/.packages"
+    mv "$half_done" "$directory"
 }
 
 # A compilation found again, in this tree or in another clone of it, precompiled headers included.

@@ -93,7 +93,7 @@ class ServerFailed(Exception):
     """The server does not run; the message says why."""
 
 
-def _dies_with_owner():
+def dies_with_owner():
     ctypes.CDLL(None).prctl(_PR_SET_PDEATHSIG, signal.SIGTERM)
 
 
@@ -110,16 +110,16 @@ def _is_free(port):
             raise
 
 
-def _free_port():
+def free_port():
     with socket.socket() as attempt:
         attempt.bind((ADDRESS, 0))
         return attempt.getsockname()[1]
 
 
-def _remove_left_over():
-    """Folders of owners that were killed."""
-    for folder in Path(tempfile.gettempdir()).glob(OWN_FOLDER + "*"):
-        if not Path("/proc", folder.name.removeprefix(OWN_FOLDER).split(".")[0]).exists():
+def remove_left_over(prefix):
+    """Folders of owners that were killed: their names begin with the prefix and the owner's process id."""
+    for folder in Path(tempfile.gettempdir()).glob(prefix + "*"):
+        if not Path("/proc", folder.name.removeprefix(prefix).split(".")[0]).exists():
             shutil.rmtree(folder, ignore_errors=True)
 
 
@@ -147,14 +147,14 @@ class WebServer:
         if not (self._site / "murmelix" / "index.html").is_file():
             raise ServerFailed(f"there is no site in {self._site}: ./run --site builds it")
         # What root starts gives root's rights up, and may then not be let into the project's folder: it is given a copy.
-        _remove_left_over()
+        remove_left_over(OWN_FOLDER)
         self._own = Path(tempfile.mkdtemp(prefix=f"{OWN_FOLDER}{os.getpid()}."))
         try:
             self._own.chmod(0o755)
             shutil.copytree(self._site, self._own / "pages", symlinks=True)
             candidates = [port for port in self._ports if _is_free(port)] + [None] * ATTEMPTS
             for candidate in candidates:
-                if self._start(candidate or _free_port()):
+                if self._start(candidate or free_port()):
                     self._see_that_it_may_read()
                     return self
             raise ServerFailed(f"the web server has not started:\n{self._errors()}")
@@ -196,7 +196,7 @@ class WebServer:
         with open(self._own / "errors.log", "ab") as log:
             # A group of its own: Ctrl-C in the terminal is for the owner, who ends the server when it has done with it.
             self._process = subprocess.Popen([SERVER, "-f", str(settings), "-D", "FOREGROUND"], stdin=subprocess.DEVNULL,
-                                             stdout=log, stderr=log, start_new_session=True, preexec_fn=_dies_with_owner)
+                                             stdout=log, stderr=log, start_new_session=True, preexec_fn=dies_with_owner)
         wait_for("the web server", lambda: self._process.poll() is not None or self._answers(), START_SECONDS)
         return self._process.poll() is None
 
