@@ -195,6 +195,48 @@ class InspIrcd(_RealServer):
         return command + ["--runasroot"] if os.geteuid() == 0 else command
 
 
+class _Tls:
+    """TLS over a connection that one thread reads while others write: of Python's own sockets that is more than they bear."""
+
+    def __init__(self, connection, context, **options):
+        """Returns when both sides have agreed; what `options` are is told with SSLContext.wrap_bio."""
+        self._connection = connection
+        self._lock = threading.Lock()
+        self._coming, self._going = ssl.MemoryBIO(), ssl.MemoryBIO()
+        self._tls = context.wrap_bio(self._coming, self._going, **options)
+        self._attempt(self._tls.do_handshake)
+
+    def _attempt(self, deed):
+        while True:
+            with self._lock:
+                try:
+                    return deed()
+                except ssl.SSLWantReadError:
+                    pass
+                finally:
+                    if self._going.pending:
+                        self._connection.sendall(self._going.read())
+            data = self._connection.recv(PIECE)
+            with self._lock:
+                if data:
+                    self._coming.write(data)
+                else:
+                    self._coming.write_eof()
+
+    def recv(self, size):
+        try:
+            return self._attempt(lambda: self._tls.read(size))
+        except (ssl.SSLZeroReturnError, ssl.SSLEOFError):
+            return b""
+
+    def sendall(self, data):
+        if data:
+            self._attempt(lambda: self._tls.write(data))
+
+    def __getattr__(self, name):
+        return getattr(self._connection, name)
+
+
 # Another person, as the servers have them.
 
 def untagged(line):
@@ -218,7 +260,7 @@ class Person:
         connection = socket.create_connection((ADDRESS, self._port), PATIENCE_SECONDS)
         if self._issuer:
             context = ssl.create_default_context(cafile=self._issuer)
-            connection = context.wrap_socket(connection, server_hostname="localhost")
+            connection = _Tls(connection, context, server_hostname="localhost")
         connection.settimeout(None)
         self._socket = connection
         threading.Thread(target=self._hear, daemon=True).start()
@@ -361,9 +403,9 @@ class _Viewer:
     def end(self, rudely=False):
         with contextlib.suppress(OSError):
             if rudely:
-                socket.socket.setsockopt(self.connection, socket.SOL_SOCKET, socket.SO_LINGER, struct.pack("ii", 1, 0))
+                self.connection.setsockopt(socket.SOL_SOCKET, socket.SO_LINGER, struct.pack("ii", 1, 0))
             # Its thread waits for what comes, and would hold the connection.
-            socket.socket.shutdown(self.connection, socket.SHUT_RD if rudely else socket.SHUT_RDWR)
+            self.connection.shutdown(socket.SHUT_RD if rudely else socket.SHUT_RDWR)
         with contextlib.suppress(OSError):
             self.connection.close()
 
@@ -564,7 +606,7 @@ class StreamingServer:
         connection.setsockopt(socket.IPPROTO_TCP, socket.TCP_NODELAY, 1)
         try:
             if self._context:
-                connection = self._context.wrap_socket(connection, server_side=True)
+                connection = _Tls(connection, self._context, server_side=True)
         except OSError:
             connection.close()
             return
