@@ -71,6 +71,7 @@ class Queue {
     // When `next` has one; nothing while none waits.
     std::optional<long long> dueAt() const;
     std::size_t waiting() const { return waiting_.size(); }
+    std::size_t peopleKnown() const { return last_heard_.size(); } // whose last reading is known
     // Since the last call.
     std::vector<PassedOver> takePassedOver();
 

@@ -21,7 +21,13 @@ std::u16string told(const Queue::Waiting& line, const Rules& rules, const Seat* 
 } // namespace
 
 Reader::Reader(Rules rules, Surroundings surroundings) : surroundings_(std::move(surroundings)) {
+    setMyName(surroundings_.my_name);
     setRules(std::move(rules));
+}
+
+void Reader::setMyName(std::u16string_view name) {
+    surroundings_.my_name = name;
+    seats_.setMyName(name, changes_);
 }
 
 void Reader::setRules(Rules rules) {

@@ -35,7 +35,7 @@ class Reader {
     const Rules& rules() const { return rules_; }
     // What waits is judged anew.
     void setRules(Rules rules);
-    void setMyName(std::u16string_view name) { surroundings_.my_name = name; }
+    void setMyName(std::u16string_view name);
 
     // Why it is not read; nothing where it waits.
     std::optional<Unread> arrived(const Line& line, long long now);

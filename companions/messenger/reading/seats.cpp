@@ -19,6 +19,14 @@ using murmelix::sameText;
 // found everywhere; that of nobody in particular would be a lie.
 constexpr View signs_of_emoticons = u"(:;";
 
+// What a message's first line has behind its writer's name.
+constexpr View says = u" says:";
+
+// Whether a line of `writer` is taken for one of `name`, which is looked for before: at its first or second character.
+bool isFoundBefore(View writer, View name) {
+    return murmelix::find(std::u16string(writer).append(says), name, 0, LetterCase::ignored) <= 1;
+}
+
 std::u16string harmless(View name) {
     std::u16string plain = tidied(name.substr(0, longest_name));
     std::erase_if(plain, [](char16_t unit) { return signs_of_emoticons.find(unit) != npos; });
@@ -61,9 +69,12 @@ std::size_t Seats::ownSeats() const {
 
 std::u16string Seats::freeName(std::u16string_view wanted, std::u16string_view person) const {
     const auto taken = [&](View name) {
-        return std::ranges::any_of(seats_, [&](const Place& place) {
-            return place.seat.person != person && sameText(place.seat.name, name, LetterCase::ignored);
-        });
+        return (!my_name_.empty() && isFoundBefore(my_name_, name)) ||
+               std::ranges::any_of(seats_, [&](const Place& place) {
+                   const View other = place.seat.name;
+                   return place.seat.person != person &&
+                          (name.size() < other.size() ? isFoundBefore(name, other) : isFoundBefore(other, name));
+               });
     };
     std::u16string name = seatName(wanted, person);
     if (person != rest_person && sameText(name, rest_name, LetterCase::ignored)) {
@@ -157,12 +168,23 @@ void Seats::renamed(std::u16string_view person, std::u16string_view name, SeatCh
     if (index == seats_.size() || seats_[index].wanted == name || person == rest_person) {
         return;
     }
-    Place& place = seats_[index];
-    place.wanted = name;
-    std::u16string free = freeName(name, person);
+    seats_[index].wanted = name;
+    nameAnew(seats_[index], changes);
+}
+
+void Seats::nameAnew(Place& place, SeatChanges& changes) {
+    std::u16string free =
+        place.seat.person == rest_person ? place.seat.name : freeName(place.wanted, place.seat.person);
     if (free != place.seat.name) {
         place.seat.name = std::move(free);
         changes.push_back({SeatChange::Kind::renamed, place.seat});
+    }
+}
+
+void Seats::setMyName(std::u16string_view name, SeatChanges& changes) {
+    my_name_ = name;
+    for (Place& place : seats_) {
+        nameAnew(place, changes);
     }
 }
 

@@ -16,7 +16,7 @@ inline constexpr std::u16string_view rest_name = u"Everyone else";
 
 struct Seat {
     std::u16string person; // sign-in name, or rest_person
-    std::u16string name;   // of nobody else on stage
+    std::u16string name;   // of nobody else on stage, and none that is found where another's lines begin
     bool operator==(const Seat&) const = default;
 };
 
@@ -39,6 +39,9 @@ class Seats {
     // `pinned`: sign-in names whose seats are not taken. One seat is always left for others.
     void arrange(int most, bool rest_shares, const People& pinned, SeatChanges& changes);
 
+    // The user's, who is no contact.
+    void setMyName(std::u16string_view name, SeatChanges& changes);
+
     // The seat from which the person's line is told, with what changes for it beforehand.
     const Seat& take(std::u16string_view person, std::u16string_view name, SeatChanges& changes);
     void left(std::u16string_view person, SeatChanges& changes);
@@ -59,7 +62,9 @@ class Seats {
     };
     std::size_t find(std::u16string_view person) const;
     bool isPinned(const Place& place) const;
+    // A name by which nobody's lines are taken for another's.
     std::u16string freeName(std::u16string_view wanted, std::u16string_view person) const;
+    void nameAnew(Place& place, SeatChanges& changes);
     void remove(std::size_t index, SeatChanges& changes);
     Place& add(std::u16string_view person, std::u16string_view name, SeatChanges& changes);
     std::size_t silentLongest() const;
@@ -67,6 +72,7 @@ class Seats {
 
     std::size_t most_ = most_seats;
     bool rest_shares_ = false;
+    std::u16string my_name_;
     People pinned_; // one less than there are seats, at most
     std::vector<Place> seats_;
     unsigned long long turn_ = 0;

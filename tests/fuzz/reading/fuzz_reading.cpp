@@ -82,7 +82,7 @@ struct Listener {
     std::vector<long long> times;
 
     void listen(long long now) {
-        for (const SeatChange& change : reader_changes(now)) {
+        for (const SeatChange& change : changesAt(now)) {
             requirePlain(change.seat.name, 2 * most_in_cluster * longest_seat_name);
             require(!change.seat.name.empty(), "a seat has a name");
             if (change.kind == SeatChange::Kind::removed) {
@@ -97,10 +97,18 @@ struct Listener {
         for (const auto& [person, name] : on_stage) {
             require(names.insert(murmelix::toLower(name)).second, "no two have the same name");
         }
+        const std::vector<Seat> order = reader.seats().inOrder();
+        require(order.size() == on_stage.size(), "all changes are told");
+        for (const Seat& writer : order) {
+            const auto found = std::ranges::find_if(order, [&](const Seat& seat) {
+                return murmelix::find(writer.name + u" says:", seat.name, 0, murmelix::LetterCase::ignored) <= 1;
+            });
+            require(found != order.end() && *found == writer, "nobody's lines are taken for another's");
+        }
         require(static_cast<int>(on_stage.size()) <= reader.rules().seats, "the stage is not too full");
     }
 
-    SeatChanges reader_changes(long long now) {
+    SeatChanges changesAt(long long now) {
         const auto reading = reader.next(now);
         if (!reading) {
             return {};

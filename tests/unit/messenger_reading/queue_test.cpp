@@ -146,6 +146,16 @@ TEST_F(QueueTest, TheUpcomingLineStays) {
     EXPECT_EQ(queue.next(100)->line.number, 1u);
 }
 
+TEST_F(QueueTest, TheUpcomingLineStaysWhenItsWriterFloods) {
+    arrive(1, 0, u"ann", u"ha");
+    queue.upcoming();
+    for (unsigned long long i = 2; i <= 6; ++i) {
+        arrive(i, static_cast<long long>(i), u"ann", u"ha");
+    }
+    EXPECT_THAT(passedOver(), ElementsAre(2, 3));
+    EXPECT_EQ(queue.next(100)->line.number, 1u);
+}
+
 TEST_F(QueueTest, ADeletedLineIsNeverRead) {
     arrive(1, 0);
     arrive(2, 0, u"bob");
@@ -230,6 +240,7 @@ TEST_F(QueueTest, ALongEveningIsReadAtItsPace) {
         }
     }
     EXPECT_EQ(times.size(), 8u * 60 * 12);
+    EXPECT_EQ(queue.peopleKnown(), Queue::most_people);
     for (std::size_t i = 12; i < times.size(); ++i) {
         ASSERT_GE(times[i] - times[i - 12], 60'000);
     }

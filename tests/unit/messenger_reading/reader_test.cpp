@@ -199,6 +199,8 @@ TEST_F(ReaderTest, NamesAreKnownWhoeverTells) {
     rules.addressed = false;
     reader = Reader(rules, {{}, [](std::u16string_view name) { return name == u"bob" || name == u"me"; }});
     reader.setMyName(u"me");
+    reader.seat(u"m@net", u"m");
+    EXPECT_THAT(told(0), ElementsAre("+m 2"));
     EXPECT_EQ(reader.arrived(line(1, u"ann", u"bob: one"), 0), Unread::addressed);
     EXPECT_EQ(reader.arrived(line(2, u"ann", u"me: two"), 0), std::nullopt);
 }

@@ -157,6 +157,7 @@ TEST(RulesTest, LinesToOthersAreNotReadWhereTheUserWantsThat) {
     EXPECT_EQ(whyNot(line(u"me: hello"), rules, here), std::nullopt);
     EXPECT_EQ(whyNot(line(u"@ME hello"), rules, here), std::nullopt);
     EXPECT_EQ(whyNot(line(u"Bob says hello"), rules, here), std::nullopt);
+    EXPECT_EQ(whyNot(line(u"Bob  hello"), rules, here), std::nullopt);
     EXPECT_EQ(whyNot(line(u"Bob:hello"), rules, here), std::nullopt);
     EXPECT_EQ(whyNot(line(u"Note: hello"), rules, here), std::nullopt);
     EXPECT_EQ(whyNot(line(u"Bob: hello"), rules), std::nullopt); // nobody is known

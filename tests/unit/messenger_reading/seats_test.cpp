@@ -205,6 +205,21 @@ TEST_F(SeatsTest, NoTwoSeatsHaveTheSameName) {
     EXPECT_EQ(seats.take(u"5@net", u"Everyone Else", changes).name, u"Everyone Else 1");
 }
 
+// Who listens looks for each name, in their order, where a line begins, and for the user's last.
+TEST_F(SeatsTest, NobodysLinesAreTakenForAnothers) {
+    seats.setMyName(u"Annabel", changes);
+    EXPECT_EQ(seats.take(u"1@net", u"Anna", changes).name, u"Anna 2");
+    EXPECT_EQ(seats.take(u"2@net", u"nna", changes).name, u"nna 2");
+    EXPECT_EQ(seats.take(u"3@net", u"bel", changes).name, u"bel");
+    EXPECT_EQ(seats.take(u"4@net", u"Bo", changes).name, u"Bo");
+    EXPECT_EQ(seats.take(u"5@net", u"o s", changes).name, u"o s 2");
+    EXPECT_EQ(seats.take(u"6@net", u"Bob", changes).name, u"Bob");
+    changes.clear();
+    seats.setMyName(u"Bobby", changes);
+    EXPECT_EQ(told(), "=Anna =nna =Bo 2 =o s =Bob 2 ");
+    EXPECT_EQ(seats.of(u"3@net")->name, u"bel");
+}
+
 TEST(SeatNameTest, NamesAreMadeHarmless) {
     EXPECT_EQ(seatName(u"Ann", u"ann@net"), u"Ann");
     EXPECT_EQ(seatName(u"  A\r\nn\tn\u202E ", u"ann@net"), u"A n n");
