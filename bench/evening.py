@@ -125,7 +125,7 @@ class Evening:
         self.compare(f"{what}, {times} more", before, self.sample())
 
     def clients(self, count):
-        for number in range(20):  # what is loaded once is loaded
+        for number in range(60):  # what is loaded once is loaded, and the heap has come to rest
             self.run(number, "talks")
         before = self.sample()
         for number in range(count):

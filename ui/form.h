@@ -45,6 +45,8 @@ class Form : public Control {
     virtual void onSessionEnd() {}
     // It was activated; tells whether it has given the focus to one of its controls.
     virtual bool onActivate() { return false; }
+    // Another window was activated.
+    virtual void onDeactivate() {}
     // Gives the controls their places: at first by the form itself, then again whenever what they were measured with
     // has changed, or the form's size.
     virtual void layOut() {}

@@ -213,6 +213,9 @@ std::optional<LRESULT> FormWindow::onMessage(UINT message, WPARAM wparam, LPARAM
         menuOpens(reinterpret_cast<HMENU>(wparam));
         return 0;
     case WM_ACTIVATE:
+        if (LOWORD(wparam) == WA_INACTIVE) {
+            form().onDeactivate();
+        }
         if (LOWORD(wparam) != WA_INACTIVE && HIWORD(wparam) == 0) {
             if (form().onActivate()) {
                 return 0;

@@ -42,8 +42,17 @@ std::u16string messageLines(std::u16string_view text) {
     return lines;
 }
 
-Conversation::Conversation(std::vector<ContactPtr> participants)
-    : participants_(std::move(participants)), history_(safety_notice) {}
+Conversation::Conversation(std::vector<ContactPtr> participants, std::shared_ptr<LiveTalk> live)
+    : live_(std::move(live)), participants_(std::move(participants)), history_(safety_notice) {
+    arrange();
+}
+
+void Conversation::arrange() {
+    if (live_) {
+        std::ranges::stable_sort(participants_, std::ranges::greater(),
+                                 [](const ContactPtr& contact) { return contact->friendly.size(); });
+    }
+}
 
 bool Conversation::has(const Contact& contact) const {
     return std::any_of(participants_.begin(), participants_.end(),
@@ -77,6 +86,20 @@ void Client::signIn(std::u16string_view signin, std::u16string_view friendly, St
             keep(contact);
         }
     }
+    enter();
+}
+
+void Client::signInLive(std::u16string_view signin, std::u16string_view friendly, Status status) {
+    leaveAccount();
+    me_ = std::make_shared<Contact>(Contact{oneLine(signin), oneLine(friendly), status});
+    live_ = true;
+    contacts_.clear();
+    by_signin_.clear();
+    unread_ = 0;
+    enter();
+}
+
+void Client::enter() {
     stage_ = Stage::in;
     tell({.kind = Change::Kind::signed_in});
     tell({.kind = Change::Kind::my_status});
@@ -112,6 +135,7 @@ void Client::leaveAccount() {
     }
     keepAccount();
     me_.reset();
+    live_ = false;
     contacts_.clear();
     by_signin_.clear();
     unread_ = 0;
@@ -120,7 +144,7 @@ void Client::leaveAccount() {
 }
 
 void Client::keepAccount() {
-    if (!signedIn()) {
+    if (!signedIn() || live_) {
         return;
     }
     Account& account = accounts_.use(me_->signin);
@@ -201,6 +225,9 @@ void Client::rename(const ContactPtr& contact, std::u16string_view friendly) {
     }
     const std::u16string before = std::exchange(contact->friendly, oneLine(friendly));
     if (before != contact->friendly) {
+        for (const ConversationPtr& conversation : conversations_) {
+            conversation->arrange();
+        }
         tell({.kind = Change::Kind::contact_renamed, .contact = contact, .text = before});
     }
 }
@@ -215,6 +242,9 @@ void Client::setStatus(const ContactPtr& contact, Status status) {
 }
 
 ConversationPtr Client::openWith(const ContactPtr& contact) {
+    if (live_ && opener_) {
+        return opener_(contact);
+    }
     for (const ConversationPtr& conversation : conversations_) {
         if (conversation->participants() == std::vector{contact}) {
             return conversation;
@@ -223,11 +253,11 @@ ConversationPtr Client::openWith(const ContactPtr& contact) {
     return open({contact});
 }
 
-ConversationPtr Client::open(std::vector<ContactPtr> participants) {
+ConversationPtr Client::open(std::vector<ContactPtr> participants, std::shared_ptr<LiveTalk> live) {
     if (conversations_.size() >= most_conversations) {
         return nullptr;
     }
-    auto conversation = std::make_shared<Conversation>(std::move(participants));
+    auto conversation = std::make_shared<Conversation>(std::move(participants), std::move(live));
     conversations_.push_back(conversation);
     try {
         tell({.kind = Change::Kind::window_created, .conversation = conversation});
@@ -252,6 +282,7 @@ void Client::join(const ConversationPtr& conversation, const ContactPtr& contact
         return;
     }
     conversation->participants_.push_back(contact);
+    conversation->arrange();
     tell({.kind = Change::Kind::window_joined, .contact = contact, .conversation = conversation});
 }
 

@@ -21,16 +21,23 @@ inline constexpr std::size_t longest_history = 64 * 1024 * 1024;
 // Conversations that are open: each has a window of six controls, of which a session of Windows has ten thousand.
 inline constexpr std::size_t most_conversations = 200;
 
-// A conversation and the text that its window shows. The text begins with a line of the client's own; every message is
-// appended as CR LF, "NAME says:", CR LF and its lines, parted by CR LF. The text never ends in CR LF.
+class LiveTalk;
+
+// A conversation and the text that its window shows; of a live one (see live/talk.h), the part that is to be read. The
+// text begins with a line of the client's own; every message is appended as CR LF, "NAME says:", CR LF and its lines,
+// parted by CR LF. The text never ends in CR LF.
 class Conversation {
   public:
-    explicit Conversation(std::vector<ContactPtr> participants);
+    explicit Conversation(std::vector<ContactPtr> participants, std::shared_ptr<LiveTalk> live = nullptr);
 
+    // In the order in which they came; of a live conversation those on stage, the longest friendly name first, so that
+    // no name is taken for another one that begins with it.
     const std::vector<ContactPtr>& participants() const { return participants_; }
     bool has(const Contact& contact) const;
     const std::u16string& history() const { return history_; }
     bool closed() const { return closed_; }
+    // Null of one on this computer.
+    const std::shared_ptr<LiveTalk>& live() const { return live_; }
     // The handle of the window that shows it; it stays when that is closed.
     std::intptr_t window() const { return window_; }
     void setWindow(std::intptr_t window) { window_ = window; }
@@ -39,6 +46,8 @@ class Conversation {
 
   private:
     friend class Client;
+    void arrange();
+    std::shared_ptr<LiveTalk> live_;
     std::vector<ContactPtr> participants_;
     std::u16string history_;
     bool closed_ = false;
@@ -97,6 +106,8 @@ class Client {
     // Ends an earlier sign-in first. An empty friendly name is the one that the account had, of a new one its short
     // name. Contacts added while signed out become the account's.
     void signIn(std::u16string_view signin, std::u16string_view friendly, Status status = Status::online);
+    // As somebody of a chat network, who is none of the accounts kept here and has no contacts yet.
+    void signInLive(std::u16string_view signin, std::u16string_view friendly, Status status);
     // Signed out first; stages are connecting and synchronising alone.
     void setStage(Stage stage);
     void failSignIn(long result);
@@ -123,7 +134,7 @@ class Client {
     // open.
     ConversationPtr openWith(const ContactPtr& contact);
     // One that a listener cannot show, and throws of, is closed again.
-    ConversationPtr open(std::vector<ContactPtr> participants);
+    ConversationPtr open(std::vector<ContactPtr> participants, std::shared_ptr<LiveTalk> live = nullptr);
     void close(const ConversationPtr& conversation);
     void join(const ConversationPtr& conversation, const ContactPtr& contact);
     void leave(const ConversationPtr& conversation, const ContactPtr& contact);
@@ -132,13 +143,17 @@ class Client {
     // Raw text at the end of the history; false where it has no room, or the conversation is closed.
     bool append(const ConversationPtr& conversation, std::u16string_view text);
 
-    // Puts what there is to know of the account that is signed in into the accounts.
+    // Puts what there is to know of the account that is signed in into the accounts; not of one of a chat network.
     void keepAccount();
+    // How a conversation with one contact is opened while somebody of a chat network is signed in; may give null.
+    using Opener = std::function<ConversationPtr(const ContactPtr& contact)>;
+    void setOpener(Opener opener) { opener_ = std::move(opener); }
 
     void shutDown();
 
   private:
     void tell(const Change& change);
+    void enter();
     void leaveAccount();
     // False where it is known already, or one too many.
     bool keep(const ContactPtr& contact);
@@ -147,6 +162,8 @@ class Client {
     Accounts accounts_;
     Stage stage_ = Stage::out;
     ContactPtr me_;
+    bool live_ = false; // signed in to a chat network
+    Opener opener_;
     long unread_ = 0;
     std::vector<ContactPtr> contacts_;
     std::unordered_map<std::u16string, ContactPtr> by_signin_; // the same, by sign-in name in lower case

@@ -82,6 +82,15 @@ Switches parseSwitches(const std::vector<std::u16string>& arguments) {
         return true;
     };
     const auto connect = [&switches](const std::u16string& value) {
+        if (value.find(u':') != std::u16string::npos) {
+            auto parsed = irc::parseAddress(value);
+            if (const auto* const fault = std::get_if<irc::Fault>(&parsed)) {
+                switches.error = *fault;
+                return true;
+            }
+            switches.address = std::get<irc::Address>(std::move(parsed));
+            return true;
+        }
         switches.hold = murmelix::sameText(value, u"hold", murmelix::LetterCase::ignored);
         const auto parsed = number(value);
         if (switches.hold) {
@@ -125,6 +134,7 @@ Switches parseSwitches(const std::vector<std::u16string>& arguments) {
         {u"signin", text(switches.signin)},
         {u"friendly", text(switches.friendly)},
         {u"connect", connect},
+        {u"nick", text(switches.nick)},
         {u"idle", idle},
         {u"left", pixels(switches.left)},
         {u"top", pixels(switches.top)},

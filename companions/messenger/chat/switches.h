@@ -10,6 +10,8 @@
 //   /log FILE              write one line per event (see event_log.h)
 //   /signin NAME           signed in at once as that account; /friendly NAME its name for people
 //   /signedout             start signed out
+//   /connect ADDRESS       signs in to a chat network at once: irc://server:port/channel, ircs://… or twitch:channel
+//   /nick NAME             is asked for there, where the address needs one
 //   /connect MS            a sign-in takes so long (900); 0: none; hold: until the command "signing finish" (control.h)
 //   /idle MINUTES          online becomes idle when nothing was touched for so long (10); 0: never
 //   /left /top /width /height N   place of the conversation window on the screen, in pixels
@@ -29,6 +31,7 @@
 #include <vector>
 
 #include "companions/messenger/chat/replay.h"
+#include "companions/messenger/irc/address.h"
 
 namespace messenger_client {
 
@@ -51,6 +54,8 @@ struct Switches {
     std::u16string signin;
     std::u16string friendly;
     bool signed_out = false;
+    std::optional<irc::Address> address;
+    std::u16string nick;
     long connect = 900; // milliseconds
     bool hold = false;
     double idle = 10; // minutes

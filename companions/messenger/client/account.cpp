@@ -48,6 +48,36 @@ void keepRunning(bool keep) {
     store().putNumber(u"KeepRunning", keep ? 1 : 0);
 }
 
+namespace {
+
+// Units of the rules of a conversation, each of their lists being full.
+constexpr std::size_t longest_rules = 1024 * 1024;
+// Of the name of a value of the registry.
+constexpr std::size_t longest_value_name = 255;
+
+const murmelix::platform::UserStore& readingStore() {
+    static const murmelix::platform::UserStore the_store(std::u16string(key) + u"\\Reading");
+    return the_store;
+}
+
+} // namespace
+
+reading::Rules readingRules(const std::u16string& conversation) {
+    return reading::rulesOf(readingStore()
+                                .lines(conversation.substr(0, longest_value_name), longest_rules)
+                                .value_or(std::vector<std::u16string>()));
+}
+
+void keepReadingRules(const std::u16string& conversation, const reading::Rules& rules) {
+    const std::u16string name = conversation.substr(0, longest_value_name);
+    const std::vector<std::u16string> lines = reading::linesOf(rules);
+    if (lines.empty()) {
+        readingStore().remove(name);
+    } else {
+        readingStore().putLines(name, lines); // where the system refuses they are good until the client ends
+    }
+}
+
 const murmelix::platform::KeptPlace& mainPlace() {
     static const murmelix::platform::KeptPlace place(key, u"Place");
     return place;

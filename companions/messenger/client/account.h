@@ -1,7 +1,10 @@
 // What is remembered on this computer.
 #pragma once
 
+#include <string>
+
 #include "companions/messenger/chat/accounts.h"
+#include "companions/messenger/reading/rules.h"
 #include "platform/kept_place.h"
 
 namespace messenger_client {
@@ -15,6 +18,11 @@ void storeAccounts(const Accounts& accounts);
 // The value KeepRunning (REG_DWORD): closing the main window hides it, as it does until somebody decides otherwise.
 bool keepsRunning();
 void keepRunning(bool keep);
+
+// What is read of a conversation of a chat network, below the key Reading: a value (REG_MULTI_SZ, lines as in
+// reading/rules.h) by the conversation's name; the defaults where nothing is kept.
+reading::Rules readingRules(const std::u16string& conversation);
+void keepReadingRules(const std::u16string& conversation, const reading::Rules& rules);
 
 // Where the main window was, with its border, and a conversation's that was moved or resized last.
 const murmelix::platform::KeptPlace& mainPlace();

@@ -1,7 +1,12 @@
 #include "companions/messenger/client/app.h"
 
 #include <algorithm>
+#include <array>
+#include <cctype>
+#include <cstdio>
+#include <ctime>
 #include <fstream>
+#include <random>
 #include <thread>
 #include <utility>
 
@@ -10,6 +15,7 @@
 #include "platform/clock.h"
 #include "platform/message_box.h"
 #include "platform/process.h"
+#include "platform/system.h"
 #include "platform/window.h"
 #include "ui/screen.h"
 
@@ -40,6 +46,59 @@ std::optional<std::string> contentsOf(const std::u16string& file) {
 
 void complain(const std::u16string& text) {
     murmelix::platform::messageBox(text, murmelix::platform::mb_critical, u"Messenger");
+}
+
+void tellUser(const std::u16string& text) {
+    murmelix::platform::messageBox(text, murmelix::platform::mb_information, u"Messenger");
+}
+
+// What somebody wrote is opened as an address of the web alone, whatever else the system would know to do with it.
+void openLink(const std::u16string& link) {
+    const bool whole = link.starts_with(u"http") || link.starts_with(u"HTTP");
+    std::string address;
+    for (const char byte : murmelix::toUtf8(whole ? link : u"http://" + link)) {
+        constexpr std::string_view signs = "-._~:/?#[]@!$&'()*+,;=%";
+        if (std::isalnum(static_cast<unsigned char>(byte)) || signs.find(byte) != std::string_view::npos) {
+            address += byte;
+        } else {
+            std::array<char, 4> code{};
+            std::snprintf(code.data(), code.size(), "%%%02X", static_cast<unsigned>(static_cast<unsigned char>(byte)));
+            address += code.data();
+        }
+    }
+    murmelix::platform::shellExecute(u"open", murmelix::fromUtf8(address), {}, {});
+}
+
+// A name for a file, whatever a conversation is called.
+std::u16string fileNameOf(std::u16string_view title) {
+    std::u16string name;
+    for (const char16_t unit : title.substr(0, 60)) {
+        name +=
+            unit <= u' ' || std::u16string_view(u"\\/:*?\"<>|.").find(unit) != std::u16string_view::npos ? u'_' : unit;
+    }
+    return name;
+}
+
+// Every line of the conversation is added to the file from now on, in UTF-8.
+std::u16string keepLog(LiveTalk& talk, const std::filesystem::path& file) {
+    const auto out = std::make_shared<std::ofstream>(file, std::ios::binary | std::ios::app);
+    if (file.empty() || !*out) {
+        return u"The file cannot be written.";
+    }
+    talk.log = [out](const LiveLine& line) {
+        const std::time_t time = line.time != 0 ? static_cast<std::time_t>(line.time / 1000) : std::time(nullptr);
+        std::array<char, 32> when{};
+        if (const std::tm* const parts = std::localtime(&time)) {
+            std::strftime(when.data(), when.size(), "%Y-%m-%d %H:%M:%S ", parts);
+        }
+        *out << when.data()
+             << murmelix::toUtf8(line.writer.empty()                   ? line.text
+                                 : line.kind == LiveLine::Kind::action ? u"* " + line.writer + u" " + line.text
+                                                                       : u"<" + line.writer + u"> " + line.text)
+             << "\r\n"
+             << std::flush;
+    };
+    return {};
 }
 
 } // namespace
@@ -91,6 +150,7 @@ App::App(Switches switches)
                      session_.schedule();
                      return static_cast<std::intptr_t>(result);
                  },
+             .enter = [this](const std::u16string& channels) { return live_.join(channels); },
              .user_acts = [this] { user_acted_ = true; },
              .quit = [this] { quit(); }}),
       automation_(client_, faults_,
@@ -113,7 +173,13 @@ App::App(Switches switches)
                 .window = [this](std::u16string_view deed) { return doWithWindow(deed); },
                 .shut_down = [this] { session_.soon([this] { quit(); }); },
                 .exit = [this] { automation_.vanish(); },
-                .delivered = [this] { return automation_.delivered(); }}) {
+                .delivered = [this] { return automation_.delivered(); }}),
+      live_(client_,
+            {.delivered = [this] { return automation_.delivered(); },
+             .failed = [this](const std::u16string& why) { main_.tellFault(why); },
+             .tell_user = [this](const std::u16string& what) { session_.soon([what] { tellUser(what); }); },
+             .bring_up =
+                 [](const Conversation& conversation) { murmelix::platform::bringWindowUp(conversation.window()); }}) {
     if (switches_.orders) {
         control_.takeOrders();
     }
@@ -152,11 +218,24 @@ void App::start() {
     main_.propose({});
     switches_.embedding ? main_.ShowInactive() : main_.Show();
     session_.start();
+    if (switches_.address) {
+        signInLive();
+    }
     if (!switches_.conversation.empty() && !startConversation()) {
         complain(u"The chat log cannot be read: " + switches_.conversation);
     }
     automation_.offer();
     log_.write("offered", {}, {});
+}
+
+void App::signInLive() {
+    irc::Settings settings{.address = *switches_.address, .nick = switches_.nick};
+    if (settings.nick.empty() && settings.address.dialect == irc::Dialect::irc) {
+        settings.nick = u"Murmelix" + murmelix::toText(1000 + std::random_device()() % 9000);
+    }
+    settings.program = u"Murmelix";
+    main_.setSigningIn(settings.address.host, settings.nick);
+    live_.signIn(std::move(settings), Status::online);
 }
 
 bool App::doWithWindow(std::u16string_view deed) {
@@ -181,6 +260,26 @@ bool App::startConversation() {
     return true;
 }
 
+std::unique_ptr<ConversationForm> App::windowFor(const ConversationPtr& conversation, const ui::Rect& place) {
+    if (!conversation->live()) {
+        return std::make_unique<ConversationWindow>(client_, conversation, place, switches_.edits);
+    }
+    return std::make_unique<LiveWindow>(client_, conversation,
+                                        LiveWindow::Hooks{.open_link = openLink,
+                                                          .show_rules = [](LiveWindow&) {},
+                                                          .keep_log = [this](LiveWindow& window) { askForLog(window); },
+                                                          .reconnect = [this] { live_.reconnect(); }},
+                                        place, switches_.edits);
+}
+
+void App::askForLog(LiveWindow& window) {
+    log_form_ = std::make_unique<AskFrm>(window, u"Keep a log", u"&File to which every line is added", u"&Keep",
+                                         [conversation = window.conversation()](const std::u16string& file) {
+                                             return keepLog(*conversation->live(), pathOf(file));
+                                         });
+    log_form_->Ask(murmelix::platform::documentsDirectory() + u"\\" + fileNameOf(window.talk().title()) + u".txt");
+}
+
 void App::changed(const Change& change) {
     // Before everybody else hears of it: the window of a conversation is there as long as the conversation is.
     if (change.kind == Change::Kind::window_created) {
@@ -191,10 +290,12 @@ void App::changed(const Change& change) {
         }
         const ui::Rect place =
             placeOfConversation(last ? ui::workArea(*last) : ui::workArea(), windows_.size(), wanted, last);
-        windows_.push_back(std::make_unique<ConversationWindow>(client_, change.conversation, place, switches_.edits));
+        windows_.push_back(windowFor(change.conversation, place));
         windows_.back()->ShowInactive();
     }
     main_.changed(change);
+    live_.changed(change);
+    main_.setLive(live_.signedIn() && client_.signedIn());
     for (const auto& window : windows_) {
         window->changed(change);
     }

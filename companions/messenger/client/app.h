@@ -11,7 +11,10 @@
 #include "companions/messenger/chat/event_log.h"
 #include "companions/messenger/chat/session.h"
 #include "companions/messenger/chat/switches.h"
+#include "companions/messenger/client/ask_form.h"
 #include "companions/messenger/client/conversation_window.h"
+#include "companions/messenger/client/live_service.h"
+#include "companions/messenger/client/live_window.h"
 #include "companions/messenger/client/main_window.h"
 #include "ui/timer.h"
 
@@ -27,6 +30,9 @@ class App {
     void start();
     bool startConversation();
     bool doWithWindow(std::u16string_view deed);
+    void signInLive();
+    std::unique_ptr<ConversationForm> windowFor(const ConversationPtr& conversation, const ui::Rect& place);
+    void askForLog(LiveWindow& window);
     void changed(const Change& change);
     // Started by COM, and nobody has a use for it any more.
     bool isUnused() const;
@@ -46,8 +52,10 @@ class App {
     MainWindow main_;
     Automation automation_;
     Control control_;
-    std::vector<std::unique_ptr<ConversationWindow>> windows_;
-    std::vector<std::unique_ptr<ConversationWindow>> closed_; // their end waits for the message loop
+    LiveService live_;
+    std::vector<std::unique_ptr<ConversationForm>> windows_;
+    std::vector<std::unique_ptr<ConversationForm>> closed_; // their end waits for the message loop
+    std::unique_ptr<AskFrm> log_form_;                      // null until it is needed first
     bool user_acted_ = false;
     bool ended_ = false;
 };

@@ -16,56 +16,14 @@ constexpr std::size_t longest_in_menu = 60;  // units of a name
 constexpr std::size_t longest_title = 200;   // units of the names in it
 constexpr std::size_t longest_in_band = 500; // units of names: more than any screen shows
 
-// New text is shown this much later, in milliseconds: drawing it takes long, and who listens to the client asks for the
-// text at once.
-constexpr int show_delay = 40;
-// What is left over follows so soon, when other messages had their turn.
-constexpr int show_next = 1;
-// So much text at once goes to the history control.
-constexpr std::size_t units_at_once = 8192;
-// The time that the history control takes for a line grows with the square of its length: longer lines are shown as
-// several.
-constexpr std::size_t longest_line = 500;
-
 // Twips.
 constexpr int pixel = 15; // at 96 dots an inch
 constexpr int margin = 8 * pixel;
-constexpr int padding = 6 * pixel; // between the frame of a text and the text
 constexpr int people_width = 150 * pixel;
 constexpr int width_for_people = 430 * pixel; // a narrower window does without the list
 
-// Pixels at 96 dots an inch: what a character and its balloon take above a window; a window at first, at least, and
-// beside the one before it.
-constexpr int head_room = 300;
-constexpr int first_left = 330, first_width = 560, first_height = 480, least_first_height = 320;
-constexpr int beside = 28, most_beside = 8;
-
 constexpr std::u16string_view type_as[] = {u"Type ", u"a", u"s:"}; // its accelerator in the middle
 constexpr char16_t type_as_key = u'A';
-
-ui::Rect pixelsOf(const ui::Rect& twips) {
-    const int left = ui::toPixels(twips.left), top = ui::toPixels(twips.top);
-    return {left, top, ui::toPixels(twips.left + twips.width) - left, ui::toPixels(twips.top + twips.height) - top};
-}
-
-// The frame around a text stands `inset` away from it; the scroll bar stands at the frame.
-ui::Rect frameOf(const ui::Control& control, int inset) {
-    const ui::Rect& place = control.Bounds();
-    return pixelsOf({place.left - inset, place.top - inset, place.width + inset + pixel, place.height + 2 * inset});
-}
-
-ui::RichTextBox::WindowClass windowClass(EditClass edit_class) {
-    using WindowClass = ui::RichTextBox::WindowClass;
-    switch (edit_class) {
-    case EditClass::rich_edit_20a:
-        return WindowClass::ansi;
-    case EditClass::ink_edit:
-        return WindowClass::ink;
-    case EditClass::rich_edit_20w:
-        break;
-    }
-    return WindowClass::wide;
-}
 
 std::u16string listed(const std::vector<ContactPtr>& people, std::size_t longest) {
     std::u16string names;
@@ -80,45 +38,10 @@ std::u16string listed(const std::vector<ContactPtr>& people, std::size_t longest
 
 } // namespace
 
-ui::Rect placeOfConversation(const ui::Rect& work_area, std::size_t others, const WantedPlace& wanted,
-                             const std::optional<ui::Rect>& last) {
-    const int number = static_cast<int>(others % most_beside);
-    if (last && !wanted.left && !wanted.top && !wanted.width && !wanted.height) {
-        // At the far side it begins again at the near one.
-        const auto stepped = [step = px(beside) * number](int at, int size, int area, int area_size) {
-            return area + (at - area + step) % (area_size - size + 1);
-        };
-        return {stepped(last->left, last->width, work_area.left, work_area.width),
-                stepped(last->top, last->height, work_area.top, work_area.height), last->width, last->height};
-    }
-    const int width = wanted.width.value_or(px(first_width));
-    const int left = wanted.left ? *wanted.left + px(beside) * number
-                                 : std::max(std::min(work_area.left + px(first_left + beside * number),
-                                                     work_area.left + work_area.width - width),
-                                            work_area.left);
-    if (wanted.top) {
-        return {left, *wanted.top + px(beside) * number, width, wanted.height.value_or(px(first_height))};
-    }
-    // Where the window would reach out of the screen it is less high; where it cannot be, the room above it is less.
-    const int bottom = work_area.top + work_area.height;
-    const int least = wanted.height.value_or(px(least_first_height));
-    const int highest = std::max(std::min(work_area.top + px(head_room), bottom - least), work_area.top);
-    const int steps = std::max((bottom - least - highest) / px(beside), 0) + 1;
-    const int top = highest + px(beside) * (number % steps);
-    return {left, top, width, wanted.height.value_or(std::max(std::min(px(first_height), bottom - top), least))};
-}
-
 ConversationWindow::ConversationWindow(Client& client, ConversationPtr conversation, const ui::Rect& place,
                                        const EditClasses& edits)
-    : Form(nullptr, u"Conversation", ui::FormStyle::sizable, conversation_class),
-      History(*this, ui::RichTextBox::Use::show, windowClass(edits.history)),
-      Input(*this, ui::RichTextBox::Use::edit, windowClass(edits.input)), ShowTimer(show_delay), client_(client),
-      conversation_(std::move(conversation)) {
-    setIcon({u"#1", 32});
-    setBackColor(colour::face);
+    : ConversationForm(client, std::move(conversation), edits), ShowTimer(show_delay) {
     Paint = [this](ui::Surface& surface) { paint(surface); };
-    Input.KeyPress = [this](const ui::Shortcut& key) { return Input_KeyPress(key); };
-    Send.Click = [this] { Send_Click(); };
     TypeAs.Chosen = [this] { Input.SetFocus(); };
     People.DrawItem = [this](ui::Surface& surface, int row, const ui::ListBox::Looks& looks) {
         People_DrawItem(surface, row, looks);
@@ -129,41 +52,15 @@ ConversationWindow::ConversationWindow(Client& client, ConversationPtr conversat
     Leaves.Click = [this] { Leaves_Click(); };
     ShowTimer.Tick = [this] { ShowTimer_Tick(); };
     addAccelerator({type_as_key, ui::alt_key}, [this] { TypeAs.SetFocus(); });
-    DefaultButton = &Send;
-    // The window system counts from the front: so that other programs find the first created first.
-    for (auto child = Children().rbegin(); child != Children().rend(); ++child) {
-        (*child)->ZOrder();
-    }
-    layOut(); // with its least size, which the place may be below
-    setPlace(place);
-    first_place_ = Place();
-    conversation_->setWindow(static_cast<std::intptr_t>(handle()));
+    settle(place);
     showPeople();
-    queue(Style::notice, conversation_->history());
+    queue(Style::notice, this->conversation()->history());
     Input.SetFocus();
-}
-
-void ConversationWindow::onClose() {
-    client_.close(conversation_);
-}
-
-void ConversationWindow::rememberPlace() const {
-    if (Visible() && WindowState() == State::normal && Place() != first_place_) {
-        conversationPlace().keep(Place());
-    }
-}
-
-bool ConversationWindow::onEscape() {
-    onClose();
-    return true;
 }
 
 ui::Layout ConversationWindow::layout() {
     using ui::columns, ui::item, ui::rows;
     const int line = sizeFor(u"X").height;
-    const auto framed = [](ui::Control& text, int height) {
-        return item(text).least(0, height).pad(padding, padding, pixel, padding);
-    };
     ui::Layout texts = rows({framed(History, 4 * line).growing(),
                              columns({ui::space(sizeFor(u"Type as:").width + 10 * pixel),
                                       item(TypeAs).least(200 * pixel), ui::stretch()}),
@@ -176,7 +73,7 @@ ui::Layout ConversationWindow::layout() {
         parts.push_back(
             rows({item(People).least(people_width - 2 * pixel).pad(pixel).growing(), item(Invite)}).gap(margin));
     }
-    return rows({ui::space(line * 9 / 4 + 18 * pixel), columns(std::move(parts)).gap(margin).pad(margin).growing()});
+    return rows({ui::space(headingHeight()), columns(std::move(parts)).gap(margin).pad(margin).growing()});
 }
 
 void ConversationWindow::layOut() {
@@ -193,31 +90,14 @@ void ConversationWindow::layOut() {
 }
 
 void ConversationWindow::paint(ui::Surface& surface) const {
-    const int line = ui::toPixels(sizeFor(u"X").height);
-    const ui::Rect band{0, 0, surface.Width(), line * 9 / 4 + px(18)};
     surface.Fill({0, 0, surface.Width(), surface.Height()}, colour::face);
-    drawBand(surface, band);
-    for (const auto& [control, inset] :
-         {std::pair<const ui::Control*, int>{&History, padding}, {&Input, padding}, {&People, pixel}}) {
-        if (control->Visible()) {
-            const ui::Rect frame = frameOf(*control, inset);
-            surface.Fill(frame, colour::field);
-            surface.FrameRect(frame, colour::line);
-        }
-    }
     const std::u16string names = listed(people_, longest_in_band);
     const std::size_t count = people_.size();
-    ui::Rect place{px(12), px(7), std::max(surface.Width() - px(20), 0), line * 5 / 4 + px(3)};
-    surface.setFontScale(125);
-    surface.setFontBold(true);
-    surface.PrintIn(place, names.empty() ? u"Nobody else is here" : names, colour::on_band);
-    surface.setFontScale(100);
-    surface.setFontBold(false);
-    place.top += place.height;
-    place.height = line + px(3);
-    surface.PrintIn(place,
-                    murmelix::toText(static_cast<long long>(count)) + (count == 1 ? u" participant" : u" participants"),
-                    colour::on_band_soft);
+    drawHeading(surface, names.empty() ? u"Nobody else is here" : names,
+                murmelix::toText(static_cast<long long>(count)) + (count == 1 ? u" participant" : u" participants"));
+    drawFrame(surface, History);
+    drawFrame(surface, Input);
+    drawFrame(surface, People, false);
     const ui::Rect beside_it = pixelsOf(TypeAs.Bounds());
     int x = px(10);
     for (const std::u16string_view part : type_as) {
@@ -247,7 +127,7 @@ int ConversationWindow::rowOf(const Contact& contact) const {
 }
 
 void ConversationWindow::showPeople() {
-    people_ = conversation_->participants();
+    people_ = conversation()->participants();
     std::vector<std::u16string> names;
     for (const ContactPtr& contact : people_) {
         names.push_back(contact->friendly);
@@ -301,33 +181,11 @@ void ConversationWindow::looksDifferent(const Contact& contact) {
     }
 }
 
-std::u16string ConversationWindow::broken(std::u16string_view text) {
-    std::u16string lines;
-    lines.reserve(text.size());
-    std::size_t blank = 0; // the end of the last one in the line, which is where words part; 0: none
-    for (const char16_t unit : text) {
-        if (unit == u'\r' || unit == u'\n') {
-            line_units_ = 0;
-            blank = 0;
-        } else if (++line_units_ > longest_line && (unit & 0xFC00) != 0xDC00) {
-            const std::size_t at = blank > 0 ? blank : lines.size();
-            line_units_ = lines.size() - at + 1;
-            lines.insert(at, u"\r\n");
-            blank = 0;
-        }
-        lines += unit;
-        if (unit == u' ') {
-            blank = lines.size();
-        }
-    }
-    return lines;
-}
-
 void ConversationWindow::queue(Style style, std::u16string_view added) {
     if (added.empty()) {
         return;
     }
-    const std::u16string lines = broken(added);
+    const std::u16string lines = breaker_.broken(added);
     std::u16string_view text = lines;
     if (queued_.empty()) {
         ShowTimer.setInterval(show_delay);
@@ -365,7 +223,7 @@ void ConversationWindow::ShowTimer_Tick() {
 }
 
 void ConversationWindow::changed(const Change& change) {
-    const bool here = change.conversation == conversation_;
+    const bool here = change.conversation == conversation();
     switch (change.kind) {
     case Change::Kind::said:
         if (here) {
@@ -401,40 +259,28 @@ void ConversationWindow::changed(const Change& change) {
     }
 }
 
-bool ConversationWindow::Input_KeyPress(const ui::Shortcut& key) {
-    if (key.key != ui::Key::enter) {
-        return false;
-    }
-    if (key.shift & ui::shift_key) {
-        Input.setSelText(u"\r\n");
-    } else {
-        Send_Click();
-    }
-    return true;
-}
-
 // Whatever was pressed for it, the typing goes on.
 void ConversationWindow::Send_Click() {
     Input.SetFocus();
     const int writer = TypeAs.ListIndex();
-    if (writer < 0 || !client_.me()) {
+    if (writer < 0 || !client().me()) {
         return;
     }
-    const ContactPtr contact = writer == 0 ? client_.me() : people_.at(static_cast<std::size_t>(writer) - 1);
+    const ContactPtr contact = writer == 0 ? client().me() : people_.at(static_cast<std::size_t>(writer) - 1);
     const std::u16string text = Input.Text();
     Input.setText(u"");
-    client_.say(conversation_, contact, text);
+    client().say(conversation(), contact, text);
 }
 
 void ConversationWindow::Guests_Popup() {
     Guests.Clear();
     bool somebody_away = false;
     std::size_t count = 0;
-    for (const ContactPtr& contact : client_.contacts()) {
+    for (const ContactPtr& contact : client().contacts()) {
         if (count == most_guests) {
             break;
         }
-        if (conversation_->has(*contact)) {
+        if (conversation()->has(*contact)) {
             continue;
         }
         if (contact->status == Status::offline) {
@@ -444,7 +290,7 @@ void ConversationWindow::Guests_Popup() {
         const std::u16string name = contact->friendly.substr(0, longest_in_menu);
         Guests.AddItem(murmelix::replaceAll(name, u"&", u"&&"), [this, contact] {
             Input.SetFocus();
-            client_.join(conversation_, ContactPtr(contact));
+            client().join(conversation(), ContactPtr(contact));
         });
         ++count;
     }
@@ -463,7 +309,7 @@ void ConversationWindow::People_ContextMenu() {
 void ConversationWindow::Leaves_Click() {
     const int row = People.ListIndex();
     if (row >= 0) {
-        client_.leave(conversation_, ContactPtr(people_.at(static_cast<std::size_t>(row))));
+        client().leave(conversation(), ContactPtr(people_.at(static_cast<std::size_t>(row))));
     }
 }
 

@@ -121,6 +121,8 @@ void MainWindow::connectMenus() {
     FileMenuExit.Click = [this] { hooks_.quit(); };
     ContactMenuOpen.Click = [this] { ContactMenuOpen_Click(); };
     ContactMenuAdd.Click = [this] { ContactMenuAdd_Click(); };
+    ContactMenuEnter.Click = [this] { ContactMenuEnter_Click(); };
+    ContactMenuEnter.setEnabled(false);
     ContactMenuRemove.Click = [this] { ContactMenuRemove_Click(); };
     HelpMenuAbout.Click = [this] { HelpMenuAbout_Click(); };
     ContactPopupOpen.Click = [this] { ContactMenuOpen_Click(); };
@@ -465,6 +467,20 @@ void MainWindow::ContactMenuOpen_Click() {
     } else {
         ui::beep();
     }
+}
+
+void MainWindow::setLive(bool live) {
+    ContactMenuEnter.setEnabled(live);
+    EmptyLbl.setCaption(live ? u"Nobody has said a word yet.\r\nEnter a channel with Ctrl+J."
+                             : u"Nobody is in your list yet.\r\nAdd somebody with Ctrl+N.");
+}
+
+void MainWindow::ContactMenuEnter_Click() {
+    if (!EnterChannel) {
+        EnterChannel = std::make_unique<AskFrm>(*this, u"Enter a channel", u"&Channel, or several with commas",
+                                                u"&Enter", hooks_.enter);
+    }
+    EnterChannel->Ask(u"");
 }
 
 void MainWindow::ContactMenuAdd_Click() {

@@ -8,6 +8,7 @@
 
 #include "companions/messenger/chat/client.h"
 #include "companions/messenger/client/add_contact.h"
+#include "companions/messenger/client/ask_form.h"
 #include "companions/messenger/client/contact_list.h"
 #include "companions/messenger/client/sign_in_page.h"
 #include "companions/messenger/client/signing_in_page.h"
@@ -28,6 +29,7 @@ class MainWindow final : public ui::Form {
         std::function<void(const std::u16string& signin)> switch_to; // an account; empty: asks for one
         std::function<void(const Conversation&)> bring_up;           // its window
         std::function<std::intptr_t(std::string_view)> command;      // a control command; its Result
+        std::function<std::u16string(const std::u16string&)> enter;  // channels; what is wrong, empty: nothing
         std::function<void()> user_acts;                             // the user did something here
         std::function<void()> quit;
     };
@@ -38,6 +40,10 @@ class MainWindow final : public ui::Form {
     // Who is signing in, while somebody is.
     void setSigningIn(std::u16string_view signin, std::u16string_view friendly);
     void accountsChanged() { SignIn.accountsChanged(); }
+    // Why the last sign-in failed, as a sentence for people.
+    void tellFault(std::u16string_view why) { SignIn.tellFault(why); }
+    // Whether the user is signed in to a chat network, which has channels to be entered.
+    void setLive(bool live);
     // What the sign-in place proposes; nothing: the account used last.
     void propose(std::u16string_view signin) { SignIn.propose(signin); }
     // Empties what it proposes, for somebody else.
@@ -85,6 +91,8 @@ class MainWindow final : public ui::Form {
     ui::MenuItem ContactMenuOpen{ContactMenu, u"Send an instant &message\tEnter"};
     ui::MenuItem ContactMenuAdd{ContactMenu, u"&Add a contact…", {u'N', ui::control_key}};
     ui::MenuItem ContactMenuRemove{ContactMenu, u"&Remove from the list\tDel"};
+    ui::MenuItem ContactMenuSep1{ContactMenu, u"-"};
+    ui::MenuItem ContactMenuEnter{ContactMenu, u"Enter a &channel…", {u'J', ui::control_key}};
 
     ui::Menu MailMenu{*this, u"&Mail"};
     ui::Menu HelpMenu{*this, u"&Help"};
@@ -104,6 +112,7 @@ class MainWindow final : public ui::Form {
     ui::MenuItem TrayMenuExit{TrayMenu, u"E&xit"};
 
     std::unique_ptr<AddContactFrm> AddContact; // null until it is needed first
+    std::unique_ptr<AskFrm> EnterChannel;      // likewise
 
   private:
     void connectHandlers();
@@ -118,6 +127,7 @@ class MainWindow final : public ui::Form {
     void ContactMenuOpen_Click();
     void ContactMenuAdd_Click();
     void ContactMenuRemove_Click();
+    void ContactMenuEnter_Click();
     void HelpMenuAbout_Click();
     void TrayMenu_Popup();
 

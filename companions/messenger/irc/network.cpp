@@ -138,6 +138,9 @@ void Network::settle() {
     greeted_ = true;
     if (address_.dialect == Dialect::irc) {
         people_.setNetwork(name());
+        if (me_ && me_->registered) {
+            people_.chooseSignin(me_); // welcomed before the network has told its name
+        }
     }
     people_.setCaseMapping(features_.caseMapping());
     std::unordered_map<std::string, Channel> before = std::exchange(channels_, {});

@@ -41,6 +41,8 @@ class People {
     explicit People(std::u16string network) : network_(std::move(network)) {}
 
     void setNetwork(std::u16string network) { network_ = std::move(network); }
+    // Unless a line of the person was told already.
+    void chooseSignin(const KnownPtr& person);
     CaseMapping caseMapping() const { return mapping_; }
     void setCaseMapping(CaseMapping mapping);
 
@@ -70,7 +72,6 @@ class People {
     void forgetButName(const KnownPtr& person);
     void putAbsent(const KnownPtr& person);
     void touch(const KnownPtr& person);
-    void chooseSignin(const KnownPtr& person);
     void releaseSignin(Known& person);
 
     std::u16string network_;

@@ -24,7 +24,7 @@ struct Line {
     bool bot = false;  // the server says so
     bool mine = false; // the user's own
     bool old = false;  // told again by the server
-    std::vector<Range> emotes;
+    std::vector<Range> emotes = {};
     long long time = 0; // milliseconds since any moment
 };
 

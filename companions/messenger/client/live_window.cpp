@@ -1,0 +1,280 @@
+#include "companions/messenger/client/live_window.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "common/text.h"
+
+namespace messenger_client {
+
+namespace {
+
+// People listed: more than anybody looks through.
+constexpr std::size_t most_listed = 300;
+// Milliseconds between two looks at who is there: in a busy channel somebody comes or goes all the time.
+constexpr int people_delay = 500;
+constexpr std::size_t longest_title = 100;  // units of the channel's name
+constexpr std::size_t longest_topic = 1000; // units: more than any screen shows
+
+// Twips.
+constexpr int pixel = 15; // at 96 dots an inch
+constexpr int margin = 8 * pixel;
+constexpr int people_width = 150 * pixel;
+constexpr int width_for_people = 430 * pixel; // a narrower window does without the list
+
+} // namespace
+
+LiveWindow::PersonMenu::PersonMenu(LiveWindow& window, ui::Menu& menu)
+    : Talk(menu, u"&Talk to them alone"), Pin(menu, u"&Keep on the stage"), Ignore(menu, u"&Do not read"),
+      Choose(menu, u"One of the people whom I have &chosen") {
+    menu.Popup = [this, &window] {
+        const LivePerson* const person = window.selected();
+        for (ui::MenuItem* item : {&Talk, &Pin, &Ignore, &Choose}) {
+            item->setEnabled(person != nullptr);
+        }
+        Pin.setChecked(person && person->pinned);
+        Ignore.setChecked(person && person->ignored);
+        Choose.setChecked(person && person->chosen);
+    };
+    Talk.Click = [&window] {
+        if (const LivePerson* const person = window.selected()) {
+            window.talk().talkTo(LivePerson(*person));
+        }
+    };
+    Pin.Click = [&window] { window.list(&reading::Rules::pinned_people); };
+    Ignore.Click = [&window] { window.list(&reading::Rules::ignored_people); };
+    Choose.Click = [&window] { window.list(&reading::Rules::chosen_people); };
+}
+
+LiveWindow::LiveWindow(Client& client, ConversationPtr conversation, Hooks hooks, const ui::Rect& place,
+                       const EditClasses& edits)
+    : ConversationForm(client, std::move(conversation), edits), ShowTimer(show_delay), PeopleTimer(people_delay),
+      hooks_(std::move(hooks)) {
+    Paint = [this](ui::Surface& surface) { paint(surface); };
+    History.LinkClick = [this](const std::u16string& address) { hooks_.open_link(address); };
+    People.DrawItem = [this](ui::Surface& surface, int row, const ui::ListBox::Looks& looks) {
+        People_DrawItem(surface, row, looks);
+    };
+    People.ContextMenu = [this] { People_ContextMenu(); };
+    People.DblClick = [this] { PeopleMenuItems.Talk.onClick(); };
+    RulesButt.Click = [this] { hooks_.show_rules(*this); };
+    FindTxt.KeyPress = [this](const ui::Shortcut& key) { return FindTxt_KeyPress(key); };
+    FindNextButt.Click = [this] { find(false); };
+    FindPreviousButt.Click = [this] { find(true); };
+    TalkMenuRules.Click = [this] { hooks_.show_rules(*this); };
+    TalkMenuFind.Click = [this] { showFind(true); };
+    TalkMenuLog.Click = [this] { hooks_.keep_log(*this); };
+    TalkMenuReconnect.Click = [this] { hooks_.reconnect(); };
+    TalkMenuLeave.Click = [this] { onClose(); };
+    ShowTimer.Tick = [this] { ShowTimer_Tick(); };
+    PeopleTimer.Tick = [this] { PeopleTimer_Tick(); };
+    showFind(false);
+    settle(place);
+    talk().lines_changed = [this] { ShowTimer.setEnabled(true); };
+    talk().people_changed = [this] { PeopleTimer.setEnabled(true); };
+    talk().title_changed = [this] { showTitle(); };
+    showTitle();
+    ShowTimer.setEnabled(true);
+    PeopleTimer_Tick();
+    Input.SetFocus();
+}
+
+LiveWindow::~LiveWindow() {
+    talk().lines_changed = talk().people_changed = talk().title_changed = nullptr;
+}
+
+bool LiveWindow::onEscape() {
+    if (!finding_) {
+        return false; // a channel is left on purpose, not by a slip of the finger
+    }
+    showFind(false);
+    Input.SetFocus();
+    return true;
+}
+
+bool LiveWindow::onActivate() {
+    talk().setWatched(true);
+    return false;
+}
+
+void LiveWindow::onDeactivate() {
+    talk().setWatched(false);
+}
+
+ui::Layout LiveWindow::layout() {
+    using ui::columns, ui::item, ui::rows;
+    const int line = sizeFor(u"X").height;
+    std::vector<ui::Layout> texts;
+    texts.push_back(framed(History, 4 * line).growing());
+    if (finding_) {
+        texts.push_back(
+            columns({item(FindTxt).least(120 * pixel).growing(), item(FindNextButt), item(FindPreviousButt)})
+                .gap(margin / 2));
+    }
+    texts.push_back(columns({framed(Input, 3 * line).growing(), item(Send).least(74 * pixel)}).gap(margin));
+    std::vector<ui::Layout> parts;
+    parts.push_back(rows(std::move(texts)).gap(margin).growing());
+    if (People.Visible()) {
+        parts.push_back(
+            rows({item(People).least(people_width - 2 * pixel).pad(pixel).growing(), item(RulesButt)}).gap(margin));
+    }
+    return rows({ui::space(headingHeight()), columns(std::move(parts)).gap(margin).pad(margin).growing()});
+}
+
+void LiveWindow::layOut() {
+    const bool wide = ScaleWidth() > width_for_people;
+    if (wide != People.Visible()) {
+        People.setVisible(wide);
+        RulesButt.setVisible(wide);
+    }
+    People.setItemHeight(std::max(24 * pixel, sizeFor(u"X").height * 3 / 2));
+    setLeastScale(290 * pixel, std::max(layout().needed().height, 250 * pixel));
+    ui::fill(*this, layout());
+}
+
+void LiveWindow::paint(ui::Surface& surface) const {
+    surface.Fill({0, 0, surface.Width(), surface.Height()}, colour::face);
+    const auto count = static_cast<long long>(talk().peopleCount());
+    std::u16string title = talk().title().substr(0, longest_title);
+    if (talk().isChannel()) {
+        title += u" \x2013 " + murmelix::toText(count) + (count == 1 ? u" person" : u" people");
+    }
+    drawHeading(surface, title, talk().topic().substr(0, longest_topic));
+    drawFrame(surface, History);
+    drawFrame(surface, Input);
+    drawFrame(surface, People, false);
+}
+
+void LiveWindow::People_DrawItem(ui::Surface& surface, int row, const ui::ListBox::Looks& looks) const {
+    surface.Fill({0, 0, surface.Width(), surface.Height()}, looks.selected ? colour::chosen : colour::field);
+    const LivePerson& person = people_.at(static_cast<std::size_t>(row));
+    const int size = surface.Height() - 2 * px(3);
+    if (person.on_stage) {
+        drawAvatar(surface, {px(6), px(3), size, size},
+                   {person.signin, person.name, person.away ? Status::away : Status::online});
+    }
+    std::u16string text = person.sign == 0 ? person.name : person.sign + person.name;
+    text += person.pinned ? u" \x2013 kept" : person.ignored ? u" \x2013 not read" : u"";
+    const int left = size + px(12);
+    surface.setFontBold(person.on_stage);
+    surface.PrintIn({left, 0, std::max(surface.Width() - left, 0), surface.Height()}, text,
+                    person.away || person.ignored ? colour::soft_text : colour::text);
+    surface.setFontBold(false);
+    if (looks.focused) {
+        surface.FocusRect({0, 0, surface.Width(), surface.Height()});
+    }
+}
+
+void LiveWindow::ShowTimer_Tick() {
+    const bool more = view_.show(units_at_once);
+    ShowTimer.setInterval(more ? show_next : show_delay);
+    ShowTimer.setEnabled(more);
+}
+
+void LiveWindow::PeopleTimer_Tick() {
+    PeopleTimer.setEnabled(false);
+    std::vector<LivePerson> now = talk().people(most_listed);
+    const LivePerson* const before = selected();
+    const std::u16string chosen = before ? before->signin : std::u16string();
+    if (now != people_) {
+        people_ = std::move(now);
+        std::vector<std::u16string> names;
+        for (const LivePerson& person : people_) {
+            names.push_back(person.name);
+        }
+        People.setItems(std::move(names));
+        const auto still = std::ranges::find(people_, chosen, &LivePerson::signin);
+        if (before && still != people_.end()) {
+            People.setListIndex(static_cast<int>(still - people_.begin()));
+        }
+    }
+    Redraw();
+}
+
+const LivePerson* LiveWindow::selected() const {
+    const int row = People.ListIndex();
+    return row < 0 || static_cast<std::size_t>(row) >= people_.size() ? nullptr
+                                                                      : &people_[static_cast<std::size_t>(row)];
+}
+
+void LiveWindow::list(reading::People reading::Rules::*people) {
+    const LivePerson* const person = selected();
+    if (!person) {
+        return;
+    }
+    reading::Rules rules = talk().rules();
+    if (reading::isListed(rules.*people, person->signin)) {
+        reading::unlist(rules.*people, person->signin);
+    } else {
+        reading::list(rules.*people, person->signin, person->name);
+    }
+    talk().setRules(std::move(rules));
+    PeopleTimer_Tick();
+}
+
+void LiveWindow::People_ContextMenu() {
+    if (selected()) {
+        PopupMenu(PersonPopup);
+    }
+}
+
+void LiveWindow::showTitle() {
+    const std::u16string title = talk().title().substr(0, longest_title) + u" - Conversation";
+    if (title != Caption()) {
+        setCaption(title);
+    }
+    Redraw();
+}
+
+void LiveWindow::showFind(bool shown) {
+    finding_ = shown;
+    for (ui::Control* control : {static_cast<ui::Control*>(&FindTxt), static_cast<ui::Control*>(&FindNextButt),
+                                 static_cast<ui::Control*>(&FindPreviousButt)}) {
+        control->setVisible(shown);
+    }
+    layOut();
+    if (shown) {
+        FindTxt.SetFocus();
+    }
+}
+
+bool LiveWindow::FindTxt_KeyPress(const ui::Shortcut& key) {
+    if (key.key != ui::Key::enter) {
+        return false;
+    }
+    find((key.shift & ui::shift_key) != 0);
+    return true;
+}
+
+void LiveWindow::find(bool back) {
+    found_ = History.Find(FindTxt.Text(), back);
+    FindTxt.setForeColor(found_ ? colour::text : colour::fault);
+}
+
+// Whatever was pressed for it, the typing goes on.
+void LiveWindow::Send_Click() {
+    Input.SetFocus();
+    const std::u16string text = Input.Text();
+    Input.setText(u"");
+    if (!text.empty()) {
+        talk().type(text);
+    }
+}
+
+void LiveWindow::changed(const Change& change) {
+    switch (change.kind) {
+    case Change::Kind::window_joined:
+    case Change::Kind::window_left:
+        if (change.conversation == conversation()) {
+            PeopleTimer.setEnabled(true);
+        }
+        break;
+    case Change::Kind::shutting_down:
+        rememberPlace();
+        break;
+    default:
+        break;
+    }
+}
+
+} // namespace messenger_client
