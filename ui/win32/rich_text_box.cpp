@@ -143,9 +143,7 @@ class RichView : public RichWindow {
         if (--updates_ > 0) {
             return;
         }
-        if (view_.selection.cpMin != view_.selection.cpMax) {
-            select(view_.selection);
-        }
+        select(view_.selection);
         if (!view_.follows) {
             show(view_);
         }

@@ -63,6 +63,9 @@ void Session::start() {
 }
 
 void Session::signInAtStart() {
+    if (switches_.address) {
+        return; // to a chat network instead
+    }
     const Account* last = client_.accounts().lastRemembered();
     if (!switches_.signin.empty()) {
         client_.signIn(switches_.signin, switches_.friendly);

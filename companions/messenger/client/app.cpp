@@ -266,7 +266,6 @@ std::unique_ptr<ConversationForm> App::windowFor(const ConversationPtr& conversa
     }
     return std::make_unique<LiveWindow>(client_, conversation,
                                         LiveWindow::Hooks{.open_link = openLink,
-                                                          .show_rules = [](LiveWindow&) {},
                                                           .keep_log = [this](LiveWindow& window) { askForLog(window); },
                                                           .reconnect = [this] { live_.reconnect(); }},
                                         place, switches_.edits);

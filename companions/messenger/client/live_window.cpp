@@ -57,11 +57,11 @@ LiveWindow::LiveWindow(Client& client, ConversationPtr conversation, Hooks hooks
     };
     People.ContextMenu = [this] { People_ContextMenu(); };
     People.DblClick = [this] { PeopleMenuItems.Talk.onClick(); };
-    RulesButt.Click = [this] { hooks_.show_rules(*this); };
+    RulesButt.Click = [this] { RulesButt_Click(); };
     FindTxt.KeyPress = [this](const ui::Shortcut& key) { return FindTxt_KeyPress(key); };
     FindNextButt.Click = [this] { find(false); };
     FindPreviousButt.Click = [this] { find(true); };
-    TalkMenuRules.Click = [this] { hooks_.show_rules(*this); };
+    TalkMenuRules.Click = [this] { RulesButt_Click(); };
     TalkMenuFind.Click = [this] { showFind(true); };
     TalkMenuLog.Click = [this] { hooks_.keep_log(*this); };
     TalkMenuReconnect.Click = [this] { hooks_.reconnect(); };
@@ -70,7 +70,12 @@ LiveWindow::LiveWindow(Client& client, ConversationPtr conversation, Hooks hooks
     PeopleTimer.Tick = [this] { PeopleTimer_Tick(); };
     showFind(false);
     settle(place);
-    talk().lines_changed = [this] { ShowTimer.setEnabled(true); };
+    talk().lines_changed = [this] {
+        ShowTimer.setEnabled(true);
+        if (RulesPage) {
+            RulesPage->linesChanged();
+        }
+    };
     talk().people_changed = [this] { PeopleTimer.setEnabled(true); };
     talk().title_changed = [this] { showTitle(); };
     showTitle();
@@ -210,6 +215,21 @@ void LiveWindow::list(reading::People reading::Rules::*people) {
     }
     talk().setRules(std::move(rules));
     PeopleTimer_Tick();
+    if (RulesPage) {
+        RulesPage->rulesChanged();
+    }
+}
+
+void LiveWindow::RulesButt_Click() {
+    if (!RulesPage) {
+        RulesPage = std::make_unique<ReadingPage>(
+            *this, talk().title().substr(0, longest_title),
+            ReadingPage::Hooks{.rules = [this] { return talk().rules(); },
+                               .changed = [this](const reading::Rules& changed) { talk().setRules(changed); },
+                               .lines = [this] { return std::vector(talk().recent().begin(), talk().recent().end()); },
+                               .surroundings = [this] { return talk().surroundings(); }});
+    }
+    RulesPage->present();
 }
 
 void LiveWindow::People_ContextMenu() {

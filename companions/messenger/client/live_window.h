@@ -3,12 +3,14 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "companions/messenger/client/conversation_form.h"
 #include "companions/messenger/client/live_view.h"
+#include "companions/messenger/client/reading_page.h"
 #include "companions/messenger/live/talk.h"
 #include "ui/button.h"
 #include "ui/layout.h"
@@ -23,7 +25,6 @@ class LiveWindow final : public ConversationForm {
   public:
     struct Hooks {
         std::function<void(const std::u16string& address)> open_link;
-        std::function<void(LiveWindow& window)> show_rules;
         std::function<void(LiveWindow& window)> keep_log;
         std::function<void()> reconnect;
     };
@@ -57,6 +58,8 @@ class LiveWindow final : public ConversationForm {
     ui::Menu PersonPopup{*this};
     PersonMenu PersonPopupItems{*this, PersonPopup};
 
+    std::unique_ptr<ReadingPage> RulesPage; // null until it is needed first
+
     ui::Timer ShowTimer, PeopleTimer;
 
     bool onEscape() override;
@@ -70,6 +73,7 @@ class LiveWindow final : public ConversationForm {
     void PeopleTimer_Tick();
     void People_DrawItem(ui::Surface& surface, int row, const ui::ListBox::Looks& looks) const;
     void People_ContextMenu();
+    void RulesButt_Click();
     bool FindTxt_KeyPress(const ui::Shortcut& key);
 
     const LivePerson* selected() const;

@@ -86,7 +86,8 @@ void LiveTalk::setWatched(bool watched) {
 }
 
 LineNumber LiveTalk::show(LiveLine line) {
-    const bool news = !watched_ && line.kind != LiveLine::Kind::notice;
+    // Where nothing was seen before, everything is new.
+    const bool news = !watched_ && line.kind != LiveLine::Kind::notice && lines_.next() > 1;
     if (news && !news_) {
         news_ = lines_.add({.kind = LiveLine::Kind::news});
     }

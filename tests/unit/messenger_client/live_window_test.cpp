@@ -48,7 +48,7 @@ struct LiveWindows : testing::Test {
     std::unique_ptr<LiveAccount> account;
     std::unique_ptr<LiveWindow> window;
     std::vector<std::u16string> links;
-    int rules_shown = 0, logs = 0, reconnects = 0;
+    int logs = 0, reconnects = 0;
 
     LiveWindows() {
         fakes::userStores() = {};
@@ -58,7 +58,6 @@ struct LiveWindows : testing::Test {
                 window = std::make_unique<LiveWindow>(
                     client, change.conversation,
                     LiveWindow::Hooks{.open_link = [this](const std::u16string& link) { links.push_back(link); },
-                                      .show_rules = [this](LiveWindow&) { ++rules_shown; },
                                       .keep_log = [this](LiveWindow&) { ++logs; },
                                       .reconnect = [this] { ++reconnects; }},
                     ui::Rect{100, 100, 700, 500});
@@ -292,9 +291,6 @@ TEST_F(LiveWindows, AreSearched) {
 }
 
 TEST_F(LiveWindows, MenuDoesWhatItSays) {
-    EXPECT_TRUE(fakes::choose(window->TalkMenuRules));
-    EXPECT_TRUE(fakes::click(window->RulesButt));
-    EXPECT_EQ(rules_shown, 2);
     EXPECT_TRUE(fakes::choose(window->TalkMenuLog));
     EXPECT_EQ(logs, 1);
     EXPECT_TRUE(fakes::choose(window->TalkMenuReconnect));
@@ -302,6 +298,20 @@ TEST_F(LiveWindows, MenuDoesWhatItSays) {
     EXPECT_TRUE(fakes::choose(window->TalkMenuLeave));
     EXPECT_TRUE(window->conversation()->closed());
     EXPECT_EQ(sent, "PART #room\r\n");
+}
+
+TEST_F(LiveWindows, RulesAreChangedOnTheirPageAndByTheMenuOfPeople) {
+    writes("bob", "!command");
+    EXPECT_FALSE(window->RulesPage);
+    EXPECT_TRUE(fakes::choose(window->TalkMenuRules));
+    ASSERT_TRUE(window->RulesPage && window->RulesPage->Visible());
+    EXPECT_TRUE(fakes::click(window->RulesPage->CommandsCheck));
+    EXPECT_TRUE(window->talk().rules().commands);
+    EXPECT_TRUE(fakes::click(window->RulesPage->CloseButt));
+    EXPECT_TRUE(fakes::click(window->RulesButt));
+    EXPECT_TRUE(window->RulesPage->Visible());
+    choose(window->PeopleMenuItems.Ignore, u"bob");
+    EXPECT_TRUE(window->talk().rules().commands) << "the page has kept up";
 }
 
 TEST_F(LiveWindows, NewsAreMarkedForWhoLookedAway) {

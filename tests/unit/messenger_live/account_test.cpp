@@ -448,6 +448,13 @@ TEST_F(LiveAccounts, ThoseOfNetworksAreNotKeptAmongTheAccountsHere) {
     EXPECT_THAT(client.contacts(), IsEmpty());
 }
 
+TEST_F(LiveAccounts, WhereNothingWasSeenThereAreNoNews) {
+    enter();
+    talk().setWatched(false);
+    writes("ann", "the first line of all");
+    EXPECT_EQ(talk().lines().find(1)->kind, LiveLine::Kind::message);
+}
+
 TEST_F(LiveAccounts, NewsHaveALineBeforeThem) {
     enter();
     writes("ann", "seen");

@@ -274,6 +274,10 @@ TEST(Controls, LooksOfWhatAViewShowsChange) {
     form.View.setLooks(7, 6, {.colour = ui::rgb(1, 2, 3), .bold = true});
     EXPECT_EQ(form.formatAt(7, 13).crTextColor, RGB(1, 2, 3));
     EXPECT_TRUE(form.formatAt(7, 13).dwEffects & CFE_BOLD);
+    form.select(3, 3);
+    form.View.setLooks(7, 6, {.colour = ui::rgb(1, 2, 3), .bold = true});
+    EXPECT_EQ(form.selection().cpMin, 3) << "the user has selected nothing";
+    EXPECT_EQ(form.selection().cpMax, 3);
     EXPECT_FALSE(form.formatAt(0, 6).dwEffects & CFE_BOLD);
     form.View.setLooks(7, 6, {});
     EXPECT_FALSE(form.formatAt(7, 13).dwEffects & CFE_BOLD);
