@@ -5,6 +5,7 @@ leaves the rest to the user. Or shows the maker's web site on this machine."""
 import argparse
 import contextlib
 import os
+import re
 import signal
 import sys
 import time
@@ -14,7 +15,7 @@ sys.path.insert(0, str(Path(__file__).resolve().parent))
 
 from desk.lock import InUse, alone_with  # noqa: E402
 from desk.prefix import Prefix, ROOT  # noqa: E402
-from desk.reading import Desk, Failed, Options, Reading, own_desk  # noqa: E402
+from desk.reading import Desk, Failed, LiveReading, Options, Reading, own_desk  # noqa: E402
 from desk.screen import Screen  # noqa: E402
 from desk.waiting import TimedOut, wait_for  # noqa: E402
 from desk.web_server import ServerFailed, WebServer  # noqa: E402
@@ -43,6 +44,11 @@ def options_of(arguments):
                         help="on a screen that nobody sees; chosen by itself where there is no display")
     parser.add_argument("--conversation", metavar="FILE", type=Path,
                         help="a chat log (default: the conversation that comes with the repository)")
+    parser.add_argument("--channel", metavar="ADDRESS",
+                        help="read a live chat instead, until Ctrl-C or for --messages N: irc://server:port/channel, "
+                             "ircs://server/channel or twitch:channel")
+    parser.add_argument("--nick", metavar="NAME", default="",
+                        help="the name to be known by there (default: one made up)")
     parser.add_argument("--participants", metavar="N", type=number(1, 100, int), default=3,
                         help="keep the N most frequent writers (default 3; there are three characters)")
     parser.add_argument("--messages", metavar="N", type=number(1, 10**9, int), default=0,
@@ -80,8 +86,11 @@ def options_of(arguments):
     headless = chosen.headless or not os.environ.get("DISPLAY")
     if chosen.by_hand and headless:
         parser.error("--by-hand needs a display: run it in a desktop session, without --headless")
+    if chosen.channel is not None and not re.match(r"(ircs?://|twitch:)[^\s/]", chosen.channel, re.IGNORECASE):
+        parser.error("--channel: an address is irc://server:port/channel, ircs://server/channel or twitch:channel, not "
+                     f"{chosen.channel!r}")
     return chosen, Options(conversation.resolve(), chosen.participants, chosen.messages, chosen.speed,
-                                 chosen.out.resolve(), headless)
+                           chosen.out.resolve(), headless, channel=chosen.channel or "", nick=chosen.nick)
 
 
 def clear(output):
@@ -139,14 +148,14 @@ def read_aloud(options, with_site):
 
 
 def read_to_the_end(desk, options, tell):
-    print(f"== Reading {options.conversation.name}", flush=True)
-    reading = Reading(desk, options, tell)
+    print(f"== Reading {options.channel or options.conversation.name}", flush=True)
+    reading = (LiveReading if options.channel else Reading)(desk, options, tell)
     reading.start_neighbours()
     reading.start_program()
     reading.start_reading()
     reading.follow()
     reading.finish()
-    print(f"== All {len(reading.log.of_kind('message'))} messages were read; see {options.output}", flush=True)
+    print(f"== All {len(reading.messages())} messages were read; see {options.output}", flush=True)
     if not options.headless:
         print("== Murmelix stays open until you leave it: Murmelix, Exit Murmelix, or Ctrl-C here", flush=True)
         desk.programs["Murmelix.exe"].wait()
@@ -211,7 +220,7 @@ def main():
                 read_aloud(options, chosen.site)
         return 0
     except KeyboardInterrupt:
-        has_no_end = chosen.by_hand or chosen.nothing_but_site
+        has_no_end = chosen.by_hand or chosen.nothing_but_site or options.channel and not options.messages
         print("\n== Ended" if has_no_end else "\n== Ended before everything was read", file=sys.stderr)
         return 130
     except (Failed, InUse, ServerFailed, TimedOut, RuntimeError, OSError, ValueError) as error:

@@ -163,6 +163,8 @@ class Options:
     headless: bool = True
     stage_speed: float = 0  # how much faster the characters act; 0: headless like the conversation, else naturally
     orders: bool = False  # the Messenger client takes orders
+    channel: str = ""  # an address of a live chat, instead of the conversation
+    nick: str = ""     # to be asked for there; empty: any
 
     def speed_of_stage(self):
         return self.stage_speed or (max(self.speed, 1) if self.headless else 1)
@@ -188,10 +190,7 @@ class Reading:
                         "/record", windows_path(options.output / "speech.wav"),
                         "/transcript", windows_path(self.transcript.path),
                         *(["/speed", f"{options.speed_of_stage():g}"] if options.speed_of_stage() != 1 else []))
-        arguments = ["/conversation", windows_path(options.conversation), "/participants", options.participants,
-                     "/speed", f"{options.speed:g}", "/wait", "/log", windows_path(self.log.path)]
-        if options.messages:
-            arguments += ["/messages", options.messages]
+        arguments = [*self._conversation(), "/log", windows_path(self.log.path)]
         if options.orders:
             arguments.append("/orders")
         if self.desk.screen.is_own:
@@ -199,8 +198,20 @@ class Reading:
         self.desk.start("MessengerClient.exe", self.desk.program_directory / "MessengerClient.exe", *arguments)
         # A program that asks for a neighbour before it can be found is given another one.
         self._until("the character server", self.transcript.is_ready)
-        self._until("the conversation", lambda: self.log.is_offered() and any(
-            event.text == "opened" for event in self.log.of_kind("window")))
+        self._until("the conversation", self._conversation_is_open)
+
+    def _conversation_is_open(self):
+        offered = self.log.is_offered()
+        for fault in self.log.of_kind("fault"):
+            raise Failed(f"The Messenger client could not sign in: {fault.text}")
+        return offered and any(event.text == "opened" for event in self.log.of_kind("window"))
+
+    def _conversation(self):
+        """Arguments of the Messenger client."""
+        options = self.options
+        arguments = ["/conversation", windows_path(options.conversation), "/participants", options.participants,
+                     "/speed", f"{options.speed:g}", "/wait"]
+        return arguments + (["/messages", options.messages] if options.messages else [])
 
     def start_program(self):
         directory, screen = self.desk.program_directory, self.desk.screen
@@ -285,6 +296,9 @@ class Reading:
             self.check_programs()
             time.sleep(0.02)
 
+    def messages(self):
+        return self.log.of_kind("message")
+
     def finish(self):
         """Waits for the recording to hold the last sound, and sees that all that was promised is there."""
         sound, picture = self.options.output / "speech.wav", self.options.output / "stage.png"
@@ -341,6 +355,41 @@ class Reading:
         # One whose words were over already is better than none, until there is a good one.
         if (good or not self._pictured) and self.desk.screen.picture(self.options.output / "stage.png") and good:
             self._pictured = self._spoken
+
+
+class LiveReading(Reading):
+    """Reads a channel of a live chat aloud, as many messages as are wanted."""
+
+    def _conversation(self):
+        return ["/connect", self.options.channel, *(["/nick", self.options.nick] if self.options.nick else [])]
+
+    def has_begun(self):
+        self.log.new()
+        self.transcript.new()
+        return bool(self.log.of_kind("read"))
+
+    def follow(self):
+        """Until so many messages were spoken; without end where their number is not limited."""
+        looked = time.monotonic()
+        while True:
+            if time.monotonic() - looked > 1:
+                self.dismiss_notices()
+                looked = time.monotonic()
+            self.log.new()
+            self.transcript.new()
+            for act in self.transcript.acts[self._told:]:
+                self._tell(act)
+            self._told = len(self.transcript.acts)
+            self._take_picture()
+            if self.options.messages and len(self.messages()) >= self.options.messages and not self._being_spoken():
+                return
+            self.check_programs()
+            time.sleep(0.02)
+
+    def messages(self):
+        """What was to be read since the reading has begun."""
+        began = self.log.of_kind("read")[0].microseconds
+        return [event for event in self.log.of_kind("message") if event.microseconds > began]
 
 
 def for_people(act):

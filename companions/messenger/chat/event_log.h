@@ -7,6 +7,8 @@
 //   signin (own account, name), signout       done: the replay is finished
 //   signing (connecting|synchronising)       signin-failed (, code, hexadecimal)       unread (own account, count)
 //   offered: programs can find the client       shutdown
+//   fault (, why a chat network could not be entered)       read (, the title): a program has begun to read the history
+//   of a live conversation
 // TEXT is escaped as in escapes.h.
 #pragma once
 

@@ -160,7 +160,7 @@ App::App(Switches switches)
                    .sign_in = [this](const std::u16string& signin) { session_.connect(signin, {}); },
                    .auto_sign_in = [this] { session_.signInAutomatically(); },
                    .soon = [this](std::function<void()> work) { session_.soon(std::move(work)); },
-                   .read = [this](const Conversation& conversation) { session_.historyRead(conversation); },
+                   .read = [this](const Conversation& conversation) { historyRead(conversation); },
                    .received_files = [] { return murmelix::platform::documentsDirectory() + u"\\Received Files"; },
                    .hang = [](std::chrono::milliseconds time) { std::this_thread::sleep_for(time); },
                    .end = [](unsigned status) { murmelix::platform::cutOff(status); }}),
@@ -176,7 +176,11 @@ App::App(Switches switches)
                 .delivered = [this] { return automation_.delivered(); }}),
       live_(client_,
             {.delivered = [this] { return automation_.delivered(); },
-             .failed = [this](const std::u16string& why) { main_.tellFault(why); },
+             .failed =
+                 [this](const std::u16string& why) {
+                     main_.tellFault(why);
+                     log_.write("fault", {}, why);
+                 },
              .tell_user = [this](const std::u16string& what) { session_.soon([what] { tellUser(what); }); },
              .bring_up =
                  [](const Conversation& conversation) { murmelix::platform::bringWindowUp(conversation.window()); }}) {
@@ -226,6 +230,13 @@ void App::start() {
     }
     automation_.offer();
     log_.write("offered", {}, {});
+}
+
+void App::historyRead(const Conversation& conversation) {
+    if (conversation.live() && std::exchange(read_, conversation.live()).lock() != conversation.live()) {
+        log_.write("read", {}, conversation.live()->title());
+    }
+    session_.historyRead(conversation);
 }
 
 void App::signInLive() {

@@ -31,6 +31,8 @@ class App {
     bool startConversation();
     bool doWithWindow(std::u16string_view deed);
     void signInLive();
+    // A program has done so.
+    void historyRead(const Conversation& conversation);
     std::unique_ptr<ConversationForm> windowFor(const ConversationPtr& conversation, const ui::Rect& place);
     void askForLog(LiveWindow& window);
     void changed(const Change& change);
@@ -56,6 +58,7 @@ class App {
     std::vector<std::unique_ptr<ConversationForm>> windows_;
     std::vector<std::unique_ptr<ConversationForm>> closed_; // their end waits for the message loop
     std::unique_ptr<AskFrm> log_form_;                      // null until it is needed first
+    std::weak_ptr<LiveTalk> read_;                          // whose history a program has read last
     bool user_acted_ = false;
     bool ended_ = false;
 };
