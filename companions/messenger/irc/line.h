@@ -28,6 +28,8 @@ class LineReader {
     // The next whole line, without its LF or CR LF; empty lines are skipped.
     std::optional<std::string> next();
     void clear();
+    // Bytes that are kept.
+    std::size_t size() const { return bytes_.size() - begin_; }
 
   private:
     std::string bytes_;

@@ -114,24 +114,20 @@ void Session::connected(long long now) {
 }
 
 void Session::received(std::string_view bytes, long long now) {
+    if (!isConnected()) {
+        return;
+    }
     now_ = now;
     heard_ = now;
     pinged_.reset();
+    // A line can end the connection, and so can who is told of it: then the reader is empty, and the rest is nobody's.
     const std::uint64_t connection = connection_;
-    while (!bytes.empty() && isConnected()) {
+    while (!bytes.empty() && connection == connection_) {
         reader_.feed(bytes.substr(0, portion));
         bytes.remove_prefix(std::min(portion, bytes.size()));
-        // A line can end the connection, and what is told of it as well.
-        while (isConnected() && connection == connection_) {
-            const auto line = reader_.next();
-            if (!line) {
-                break;
-            }
+        while (const auto line = reader_.next()) {
             take(*line);
             deliver();
-        }
-        if (connection != connection_) {
-            return;
         }
     }
 }

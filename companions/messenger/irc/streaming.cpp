@@ -65,7 +65,7 @@ std::vector<Emote> parseEmotes(std::string_view emotes, std::u16string_view text
         return found;
     }
     const std::vector<std::size_t> begins = codePoints(text);
-    while (!emotes.empty() && found.size() < most_emotes) {
+    while (!emotes.empty()) {
         std::string_view places = take(emotes, '/');
         const std::string_view id = take(places, ':');
         while (!places.empty() && found.size() < most_emotes) {

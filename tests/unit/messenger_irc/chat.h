@@ -25,7 +25,13 @@ inline Settings twitchSettings() {
 class Chat {
   public:
     explicit Chat(Settings settings = ircSettings())
-        : session(std::move(settings), {.open = [this] { ++opened; },
+        : session(std::move(settings), {.open =
+                                            [this] {
+                                                ++opened;
+                                                if (connect_at_once) {
+                                                    session.connected(now);
+                                                }
+                                            },
                                         .send = [this](std::string_view bytes) { sent_ += bytes; },
                                         .close = [this] { ++closed; },
                                         .tell =
@@ -94,6 +100,7 @@ class Chat {
     std::uint32_t random = 0;
     int opened = 0, closed = 0;
     bool recording = true; // what is told
+    bool connect_at_once = false;
     std::function<void(const Event&)> on_event;
     std::vector<Event> events;
     Session session;

@@ -380,6 +380,14 @@ TEST(Hostile, AListOfCapabilitiesThatNeverEnds) {
         chat.server(":s.example CAP * LS :batch");
     }
     EXPECT_THAT(chat.sent(), ElementsAre("CAP END"));
+    Chat other;
+    other.connect();
+    other.server(":s.example CAP * LS :batch setname");
+    other.sent();
+    for (int i = 0; i < 10'000; ++i) {
+        other.server(":s.example CAP * NAK :batch setname");
+    }
+    EXPECT_THAT(other.sent(), ElementsAre("CAP REQ setname", "CAP REQ batch", "CAP END"));
     chat.pass(60'000);
     EXPECT_EQ(chat.session.state(), State::waiting);
 }

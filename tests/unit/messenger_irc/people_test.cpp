@@ -63,6 +63,7 @@ TEST(Channels, TellWhoComesAndGoes) {
     chat.server(":bob!u@h PART #room");
     chat.server(":ann!u@h QUIT :Quit: bye");
     chat.server(":nobody!u@h QUIT :Quit: bye");
+    chat.server(":me!user@host QUIT :Quit: bye");
     EXPECT_THAT(chat.told(), ElementsAre("joined #room cy", "left #room cy parted: see you", "left #room bob parted",
                                          "left #room ann quit: Quit: bye"));
 }

@@ -286,6 +286,18 @@ TEST(Nicks, ThatTheUserTakesAreThoseOfTheNextConnection) {
     EXPECT_THAT(chat.sent(), Contains("NICK myself"));
 }
 
+TEST(Nicks, ThatTheServerGivesAreNotThoseOfTheNextConnection) {
+    Chat chat;
+    chat.enter();
+    chat.session.nick(u"ann", chat.now);
+    chat.server(":s.example 433 me ann :Nickname is already in use");
+    chat.server(":me!user@host NICK Guest1");
+    chat.sent();
+    chat.session.reconnectNow(chat.now);
+    chat.session.connected(chat.now);
+    EXPECT_THAT(chat.sent(), Contains("NICK me"));
+}
+
 TEST(Nicks, InUseWhileOnlineAreTold) {
     Chat chat;
     chat.enter();
@@ -655,6 +667,37 @@ TEST(Errors, OfTheServerEndTheConnection) {
     EXPECT_THAT(chat.told(), ElementsAre(HasSubstr("ended the connection: Closing Link: shutdown")));
     chat.session.lost(u"Closed.", chat.now);
     EXPECT_THAT(chat.told(), IsEmpty()) << "it is told once";
+}
+
+TEST(Reconnecting, WhatTheOldConnectionSaidIsNotTheNewOnes) {
+    Chat chat;
+    chat.enter();
+    chat.connect_at_once = true;
+    chat.on_event = [&](const Event& event) {
+        if (std::holds_alternative<event::Said>(event)) {
+            chat.session.reconnectNow(chat.now);
+        }
+    };
+    const std::string rest(100'000, '\n');
+    chat.session.received(":ann!u@h PRIVMSG #room :hello\r\nPING :a\r\n" + rest + "PING :b\r\nPI", chat.now);
+    EXPECT_EQ(chat.session.state(), State::registering);
+    chat.session.received("NG :c\r\nPING :d\r\n", chat.now);
+    EXPECT_THAT(chat.sent(), ElementsAre("CAP LS 302", "NICK me", "USER me 0 * me", "PONG d"));
+}
+
+TEST(Listeners, AreToldOneAfterTheOther) {
+    Chat chat;
+    chat.enter();
+    int depth = 0;
+    chat.on_event = [&](const Event&) {
+        EXPECT_EQ(depth++, 0);
+        if (chat.events.size() < 5) {
+            chat.session.act(u"#room", u"waves", chat.now);
+        }
+        --depth;
+    };
+    chat.server(":ann!u@h PRIVMSG #room :hello");
+    EXPECT_EQ(chat.events.size(), 5U);
 }
 
 TEST(Listeners, MayDoAnything) {
