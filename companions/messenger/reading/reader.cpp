@@ -43,7 +43,12 @@ std::optional<Unread> Reader::arrived(const Line& line, long long now) {
         judgement.unread = repeats_.look(line.number, line.person, judgement.text, now);
     }
     if (!judgement.unread) {
-        queue_.arrived({line, std::move(judgement.text)}, now);
+        Queue::Waiting waiting{line, std::move(judgement.text)};
+        if (waiting.line.person.empty()) {
+            waiting.line.person = unknown_person;
+            waiting.line.name = unknown_name;
+        }
+        queue_.arrived(std::move(waiting), now);
         forgetPassedOver();
     }
     return judgement.unread;

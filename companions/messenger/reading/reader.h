@@ -37,7 +37,8 @@ class Reader {
     void setRules(Rules rules);
     void setMyName(std::u16string_view name);
 
-    // Why it is not read; nothing where it waits.
+    // Why it is not read; nothing where it waits. A line without a writer is told by
+    // "Somebody", who takes a seat for it.
     std::optional<Unread> arrived(const Line& line, long long now);
     void deleted(std::u16string_view id) { queue_.deleted(id); }
     void deletedOf(std::u16string_view person) { queue_.deletedOf(person); }

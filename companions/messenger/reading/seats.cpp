@@ -45,7 +45,7 @@ std::u16string seatName(std::u16string_view name, std::u16string_view person) {
     if (own.empty()) {
         own = harmless(shortName(person));
     }
-    return own.empty() ? u"Somebody" : own;
+    return own.empty() ? std::u16string(unknown_name) : own;
 }
 
 std::size_t Seats::find(std::u16string_view person) const {

@@ -10,9 +10,9 @@
 
 namespace messenger_client::reading {
 
-// The sign-in name of the shared seat: none that a network gives anybody.
-inline constexpr std::u16string_view rest_person = u"everyone@else";
-inline constexpr std::u16string_view rest_name = u"Everyone else";
+// The sign-in names of the shared seat, and of who has none: none that a network gives anybody.
+inline constexpr std::u16string_view rest_person = u"everyone@else", unknown_person = u"somebody@else";
+inline constexpr std::u16string_view rest_name = u"Everyone else", unknown_name = u"Somebody";
 
 struct Seat {
     std::u16string person; // sign-in name, or rest_person

@@ -167,6 +167,15 @@ TEST_F(ReaderTest, TheUserHasNoSeat) {
     EXPECT_EQ(reader.seats().count(), 0u);
 }
 
+TEST_F(ReaderTest, WhatNobodyHasWrittenIsToldBySomebody) {
+    Line announcement = line(1, u"", u"the stream begins");
+    announcement.person.clear();
+    announcement.kind = Line::Kind::announcement;
+    reader.arrived(announcement, 0);
+    EXPECT_THAT(told(100'000), ElementsAre("+Somebody", "Somebody> the stream begins"));
+    EXPECT_NE(reader.seats().of(unknown_person), nullptr);
+}
+
 TEST_F(ReaderTest, PeopleLeaveAndAreRenamed) {
     reader.arrived(line(1, u"ann", u"one"), 0);
     told(100'000);
