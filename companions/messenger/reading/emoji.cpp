@@ -4,6 +4,7 @@
 #include <iterator>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -70,7 +71,7 @@ class Table {
             countries_.emplace(entry.substr(0, 2), entry.substr(3));
         });
         for (const auto& [emoji, row] : rows_) {
-            firsts_.emplace(characterAt(emoji, 0).code, 0);
+            firsts_.insert(characterAt(emoji, 0).code);
         }
     }
 
@@ -114,7 +115,7 @@ class Table {
 
     std::unordered_map<std::u16string, Row> rows_;
     std::unordered_map<View, View> countries_;
-    std::unordered_map<char32_t, char> firsts_;
+    std::unordered_set<char32_t> firsts_;
 };
 
 const Table& table() {

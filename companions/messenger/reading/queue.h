@@ -98,7 +98,7 @@ class Queue {
     long long speech_ = 0;          // of all that wait
     long long now_ = 0;             // the latest time heard
     long long spoken_at_ = 0;       // when the last line is over
-    std::deque<long long> read_at_; // within the last minute
+    std::deque<long long> read_at_; // the last ones, as many as a minute can have
     struct Heard {
         std::u16string person;
         long long at;
