@@ -32,4 +32,13 @@ void NumberList::picked() const {
     }
 }
 
+int widthOf(const std::vector<const murmelix::ui::Label*>& names) {
+    constexpr int more = 60;
+    int widest = 0;
+    for (const murmelix::ui::Label* name : names) {
+        widest = std::max(widest, name->neededSize().width);
+    }
+    return widest + more;
+}
+
 } // namespace agent::settings

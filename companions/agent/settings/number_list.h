@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "ui/drop_down_list.h"
+#include "ui/label.h"
 
 namespace agent::settings {
 
@@ -24,5 +25,9 @@ class NumberList : public murmelix::ui::DropDownList {
     Name name_;
     bool showing_ = false;
 };
+
+// Width of a column of names, in twips: that of the widest, and a little more, as a text that breaks into lines may
+// take a pixel more than it measures.
+int widthOf(const std::vector<const murmelix::ui::Label*>& names);
 
 } // namespace agent::settings

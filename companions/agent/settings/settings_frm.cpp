@@ -65,6 +65,12 @@ SettingsFrm::SettingsFrm(Listener& listener, Keys& keys, std::function<Facts()> 
     SpeedList.Picked = [this](int percent) { listener_.setSpeed(percent); };
     LongestList.Picked = [this](int seconds) { listener_.setLongest(seconds); };
     WaitingList.Picked = [this](int seconds) { listener_.setMostWaiting(seconds); };
+    SkipButt.Click = [this] { listener_.skip(); };
+    PauseCheck.Click = [this] {
+        if (!showing_facts_) {
+            listener_.setPaused(PauseCheck.Value() != 0);
+        }
+    };
     for (std::size_t i = 0; i < KeyRows.size(); ++i) {
         KeyRows[i].Box.Picked = [this, i](const ui::Shortcut& key) { showKeys(keys_.set(i, key)); };
         KeyRows[i].Box.GotFocus = [this] { keys_.setHeard(false); };
@@ -98,10 +104,9 @@ void SettingsFrm::layOut() {
 }
 
 void SettingsFrm::layOutKeys(int margin, int inside) {
-    int names = 0;
-    for (const KeyRow& row : KeyRows) {
-        names = std::max(names, row.Lbl.neededSize().width);
-    }
+    std::vector<const ui::Label*> labels;
+    std::ranges::transform(KeyRows, std::back_inserter(labels), [](const KeyRow& row) { return &row.Lbl; });
+    const int names = widthOf(labels);
     std::vector<ui::Layout> rows;
     for (KeyRow& row : KeyRows) {
         rows.push_back(
@@ -122,15 +127,13 @@ void SettingsFrm::showKeys(const std::u16string& problem) {
 
 // The lists stand below one another, beside the widest of their names.
 void SettingsFrm::layOutListening(int margin, int inside) {
-    int names = 0;
-    for (const ui::Label* label : {&VolumeLbl, &SpeedLbl, &LongestLbl, &WaitingLbl}) {
-        names = std::max(names, label->neededSize().width);
-    }
+    const int names = widthOf({&VolumeLbl, &SpeedLbl, &LongestLbl, &WaitingLbl});
     const auto row = [&](ui::Label& name, ui::DropDownList& list) {
         return ui::columns({ui::item(name).centered().least(names), ui::item(list).growing()}).gap(margin);
     };
     ui::rows({row(VolumeLbl, VolumeList), row(SpeedLbl, SpeedList), row(LongestLbl, LongestList),
-              row(WaitingLbl, WaitingList), ui::item(HurryLbl).wrapped()})
+              row(WaitingLbl, WaitingList), ui::item(HurryLbl).wrapped(),
+              ui::columns({ui::item(SkipButt), ui::item(PauseCheck).centered()}).gap(inside)})
         .gap(margin)
         .pad(inside)
         .place({0, 0, ListeningPage.Width(), ListeningPage.Height()});
@@ -164,6 +167,7 @@ void SettingsFrm::showFacts() {
                     : u"No text-to-speech voice is installed: characters show their words without a sound.\n\nNo "
                       u"speech recognition is installed: characters do not listen.");
     showing_facts_ = true;
+    PauseCheck.setValue(listener_.paused() ? 1 : 0);
     SoundCheck.setValue(listener_.sound() ? 1 : 0);
     KeepOnScreenCheck.setValue(facts.keep_on_screen ? 1 : 0);
     showing_facts_ = false;

@@ -64,6 +64,8 @@ class SettingsFrm : public murmelix::ui::Form {
     murmelix::ui::Label WaitingLbl{ListeningPage, u"&Hurry where more waits than:"};
     NumberList WaitingList;
     murmelix::ui::Label HurryLbl;
+    murmelix::ui::Button SkipButt{ListeningPage, u"&Skip What Is Being Said"};
+    murmelix::ui::CheckBox PauseCheck{ListeningPage, u"&Pause"};
     struct KeyRow {
         KeyRow(murmelix::ui::Control& page, const Deed& deed) : Lbl(page, deed.caption), Box(page) {}
         murmelix::ui::Label Lbl;

@@ -20,6 +20,18 @@ NumberList::Name number(const char16_t* unit) {
     return [unit](int number) { return number == 0 ? std::u16string(as_made) : murmelix::toText(number) + unit; };
 }
 
+// A list that has them already keeps what the user is typing into it.
+void fill(ui::DropDownList& list, std::vector<std::u16string> items, std::ptrdiff_t selected) {
+    bool same = list.ListCount() == static_cast<int>(items.size());
+    for (int i = 0; same && i < list.ListCount(); ++i) {
+        same = list.List(i) == items[static_cast<std::size_t>(i)];
+    }
+    if (!same) {
+        list.setItems(std::move(items));
+    }
+    list.setListIndex(static_cast<int>(selected));
+}
+
 } // namespace
 
 VoicesPage::VoicesPage(ui::TabPages& pages, Listener& listener, Sources sources)
@@ -32,6 +44,11 @@ VoicesPage::VoicesPage(ui::TabPages& pages, Listener& listener, Sources sources)
     LanguageList.Click = [this] { languagePicked(); };
     PitchList.Picked = [this](int hertz) { change([hertz](OwnVoice& voice) { voice.pitch = hertz; }); };
     SpeedList.Picked = [this](int words) { change([words](OwnVoice& voice) { voice.speed = words; }); };
+    SilencedCheck.Click = [this] {
+        if (!showing_) {
+            listener_.setSilenced(key_, SilencedCheck.Value() != 0);
+        }
+    };
     ListenButt.Click = [this] {
         if (const KnownCharacter* character = chosen()) {
             sources_.listen(*character);
@@ -41,17 +58,16 @@ VoicesPage::VoicesPage(ui::TabPages& pages, Listener& listener, Sources sources)
 }
 
 void VoicesPage::layOut(int margin, int inside) {
-    int names = 0;
-    for (const ui::Label* label : {&CharacterLbl, &VoiceLbl, &LanguageLbl, &PitchLbl, &SpeedLbl}) {
-        names = std::max(names, label->neededSize().width);
-    }
+    const int names = widthOf({&CharacterLbl, &VoiceLbl, &LanguageLbl, &PitchLbl, &SpeedLbl});
     const auto row = [&](ui::Label& name, ui::DropDownList& list) {
         return ui::columns({ui::item(name).centered().least(names), ui::item(list).growing()}).gap(margin);
     };
     constexpr int button = 1200;
     ui::rows({row(CharacterLbl, CharacterList), row(VoiceLbl, VoiceList), row(LanguageLbl, LanguageList),
               row(PitchLbl, PitchList), row(SpeedLbl, SpeedList),
-              ui::columns({ui::item(ListenButt).least(button), ui::item(ResetButt).least(button)}).gap(margin),
+              ui::columns({ui::item(ListenButt).least(button), ui::item(ResetButt).least(button), ui::stretch(),
+                           ui::item(SilencedCheck).centered()})
+                  .gap(margin),
               ui::item(NobodyLbl).wrapped()})
         .gap(margin)
         .pad(inside)
@@ -71,8 +87,7 @@ void VoicesPage::show() {
     std::vector<std::u16string> names;
     std::ranges::transform(characters_, std::back_inserter(names), &KnownCharacter::name);
     showing_ = true;
-    CharacterList.setItems(std::move(names));
-    CharacterList.setListIndex(chosen() ? static_cast<int>(chosen() - characters_.data()) : -1);
+    fill(CharacterList, std::move(names), chosen() ? chosen() - characters_.data() : -1);
     showing_ = false;
     showChosen();
 }
@@ -85,8 +100,9 @@ std::uint16_t VoicesPage::languageOfChosen() const {
 
 void VoicesPage::showChosen() {
     const bool any = chosen() != nullptr;
-    for (ui::Control* control : std::initializer_list<ui::Control*>{&CharacterList, &VoiceList, &LanguageList,
-                                                                    &PitchList, &SpeedList, &ListenButt, &ResetButt}) {
+    for (ui::Control* control :
+         std::initializer_list<ui::Control*>{&CharacterList, &VoiceList, &LanguageList, &PitchList, &SpeedList,
+                                             &SilencedCheck, &ListenButt, &ResetButt}) {
         control->setEnabled(any);
     }
     NobodyLbl.setVisible(!any);
@@ -112,10 +128,9 @@ void VoicesPage::showChosen() {
         return language ? std::u16string(language->name) : u"As programs ask for";
     });
     showing_ = true;
-    VoiceList.setItems(std::move(voice_names));
-    VoiceList.setListIndex(static_cast<int>(std::ranges::find(voices_, own.voice) - voices_.begin()));
-    LanguageList.setItems(std::move(language_names));
-    LanguageList.setListIndex(static_cast<int>(std::ranges::find(languages_, own.language) - languages_.begin()));
+    fill(VoiceList, std::move(voice_names), std::ranges::find(voices_, own.voice) - voices_.begin());
+    fill(LanguageList, std::move(language_names), std::ranges::find(languages_, own.language) - languages_.begin());
+    SilencedCheck.setValue(any && listener_.silenced(key_) ? 1 : 0);
     showing_ = false;
     PitchList.show(own.pitch);
     SpeedList.show(own.speed);

@@ -8,6 +8,7 @@
 #include "companions/agent/settings/listener.h"
 #include "companions/agent/settings/number_list.h"
 #include "ui/button.h"
+#include "ui/check_box.h"
 #include "ui/label.h"
 #include "ui/tab_pages.h"
 
@@ -38,6 +39,7 @@ class VoicesPage : public murmelix::ui::TabPage {
     NumberList PitchList;
     murmelix::ui::Label SpeedLbl{*this, u"Sp&eed:"};
     NumberList SpeedList;
+    murmelix::ui::CheckBox SilencedCheck{*this, u"&Silenced"};
     murmelix::ui::Button ListenButt{*this, u"&Listen"}, ResetButt{*this, u"As &Made"};
     murmelix::ui::Label NobodyLbl{*this,
                                   u"Here are the characters that programs have on the stage: there are none now."};

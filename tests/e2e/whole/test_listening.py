@@ -6,17 +6,22 @@ import sound
 from case import main, windows_path
 from shell import ShellTest
 
-ANN, BOB = "ann@messenger.example", "bob@messenger.example"
+ANN = "ann@messenger.example"
 LONG = "one two three four five six seven eight nine ten eleven twelve thirteen fourteen fifteen sixteen"
 SKIP, PAUSE = 1, 2  # items of the menu
+NUMBERS = "27 81 365"  # which sound quite different from a language to another
 PROPERTIES = "Character Properties"
 SERVER_KEY = r"Software\Murmelix AgentServer"
 HOLD_SECONDS = 2  # that a pause lasts in the recording
 
 
 class Listening(ShellTest):
-    def read(self):
-        """Ann's conversation is being read at the clock's own speed, and recorded."""
+    def read(self, **numbers):
+        """Ann's conversation is being read at the clock's own speed, and recorded. Numbers that the server keeps are set
+        before."""
+        for name, number in numbers.items():
+            data = number.to_bytes(4, "little").hex()
+            self.assertEqual(self.inspector.ask(f"put {SERVER_KEY}\t{name}\t4\t{data}"), [])
         self.settle(AutoHideBalloon="0")
         self.recording = self.output / "speech.wav"
         self.icons_of_others = set(self.tray_icons())
@@ -132,6 +137,49 @@ class Listening(ShellTest):
         act = self.eventually("its end", lambda: self.spoken("Sixteen") or self.spoken("sixteen"))
         self.assertEqual(act.outcome, "interrupted")
         self.wait_for_quiet()
+
+    def test_a_character_speaks_in_the_language_that_the_listener_chose_and_tried(self):
+        self.read()
+        self.properties()
+        self.screen.key(*3 * ["ctrl+Tab"])
+        self.eventually("the page of the voices", lambda: "&Listen" in self.shown_texts())
+        self.screen.key("alt+a")
+        self.screen.key("g")  # the first that begins so: German
+        self.eventually("the language", lambda: self.values(SERVER_KEY + r"\Voices\%s" % self.character_key()).get(
+            "Language") == "07040000")
+        self.screen.key("alt+l")
+        self.eventually("a sample", self.sounding)
+        self.picture("voices")
+        self.wait_for_quiet()
+        before = len(self.heard()[0])
+        self.say(NUMBERS)
+        self.eventually("its end", lambda: self.spoken(NUMBERS))
+        self.wait_for_quiet()
+        samples, rate = self.heard()
+        heard = sound.loudness(samples[before:])
+        likeness = {language: sound.likeness(heard, sound.loudness(sound.spoken_alone(language, NUMBERS)[0]))
+                    for language in ("en-us", "de")}
+        self.assertEqual(max(likeness, key=likeness.get), "de", likeness)
+
+    def shown_texts(self):
+        return [control.text for control in self.window(PROPERTIES).all() if control.visible and control.text]
+
+    def character_key(self):
+        keys = self.inspector.ask(f"subkeys {SERVER_KEY}\\Voices")
+        return keys[0] if keys else "none"
+
+    def test_what_has_waited_longest_is_let_go_where_too_much_waits(self):
+        self.read(MostWaiting=3)
+        words = ["first", "second", "third", "fourth", "fifth", "sixth", "last"]
+        self.say(f"{words[0]} {LONG}")
+        for word in words[1:]:
+            self.client(f"say {ANN} {word} {LONG}")
+        act = self.eventually("the last one", lambda: self.spoken("Last"))
+        self.assertEqual(act.outcome, "complete")
+        outcomes = [self.spoken(word.capitalize() + " ").outcome for word in words]
+        self.assertIn("interrupted", outcomes)
+        self.assertEqual(outcomes[0], "complete", "it had begun")
+        self.assertEqual(sorted(outcomes[1:], reverse=True), outcomes[1:], "the oldest are let go, and no newer one")
 
     def test_what_is_said_is_skipped_by_the_menu(self):
         self.read()

@@ -189,6 +189,8 @@ class Screens(ShellTest):
         self.shot("menu-tray-agent", self.open_menu_of(icon), self.window(TRAY))
         self.leave_menu()
         self.click(icon, times=2)
+        self.eventually("the server's window", lambda: self.screen.find(f"^{PROPERTIES}$"))
+        self.screen.move(self.screen.find(f"^{PROPERTIES}$")[-1], 60, 500)  # away from the characters
         for page in ("speech", "output", "listening", "voices", "keys"):
             if page != "speech":
                 self.screen.key("ctrl+Tab")

@@ -311,6 +311,21 @@ TEST_F(SettingsTest, FieldsSetTheKeys) {
     EXPECT_FALSE(keys->key(skip_deed));
 }
 
+TEST_F(SettingsTest, SkipsAndPauses) {
+    int skipped = 0;
+    listener->Skip = [&] { ++skipped; };
+    form->setPage(u"Listening");
+    form->present();
+    EXPECT_TRUE(fakes::click(form->SkipButt));
+    EXPECT_TRUE(fakes::accelerator(*form, u's'));
+    EXPECT_EQ(skipped, 2);
+    EXPECT_TRUE(fakes::accelerator(*form, u'p'));
+    EXPECT_TRUE(listener->paused());
+    listener->setPaused(false); // by a key
+    EXPECT_EQ(form->PauseCheck.Value(), 0);
+    EXPECT_EQ(changes, 2);
+}
+
 TEST_F(SettingsTest, WhatTheListenerWantsIsKept) {
     listener->setVolume(40);
     listener->setSpeed(150);
@@ -460,6 +475,20 @@ TEST_F(VoicesTest, AreListenedTo) {
     EXPECT_TRUE(fakes::click(page.ListenButt));
     EXPECT_TRUE(fakes::accelerator(*form, u'l'));
     EXPECT_THAT(listened, ElementsAre(u"{2}", u"{2}"));
+}
+
+TEST_F(VoicesTest, ACharacterIsSilencedHereToo) {
+    form->present();
+    fakes::pick(page.CharacterList, 1);
+    EXPECT_TRUE(fakes::click(page.SilencedCheck));
+    EXPECT_TRUE(listener->silenced(u"{2}"));
+    EXPECT_FALSE(listener->silenced(u"{1}"));
+    fakes::pick(page.CharacterList, 0);
+    EXPECT_EQ(page.SilencedCheck.Value(), 0);
+    EXPECT_TRUE(listener->silenced(u"{2}")) << "looking at another one changes nothing";
+    listener->setSilenced(u"{1}", true); // by the menu
+    EXPECT_EQ(page.SilencedCheck.Value(), 1);
+    EXPECT_EQ(changes, 2);
 }
 
 TEST_F(VoicesTest, TheChosenCharacterStaysSoWhereOthersComeAndGo) {
