@@ -1,7 +1,8 @@
 #include "companions/messenger/irc/features.h"
 
 #include <algorithm>
-#include <charconv>
+
+#include "companions/messenger/irc/cutting.h"
 
 namespace messenger_client::irc {
 
@@ -9,12 +10,6 @@ namespace {
 
 // Below this a line would have no room for a name and a word.
 constexpr std::size_t shortest_line = 256;
-
-std::string_view takeUntil(std::string_view& rest, char separator) {
-    const std::string_view part = rest.substr(0, rest.find(separator));
-    rest.remove_prefix(std::min(part.size() + 1, rest.size()));
-    return part;
-}
 
 bool has(std::string_view signs, char sign) {
     return signs.find(sign) != std::string_view::npos;
@@ -27,7 +22,7 @@ void Features::read(const Message& message) {
     for (std::size_t i = 1; i + 1 < message.parameters().size(); ++i) {
         std::string_view value = message.parameter(i);
         if (value.size() <= longest_feature) {
-            const std::string_view key = takeUntil(value, '=');
+            const std::string_view key = take(value, '=');
             readFeature(key, value);
         }
     }
@@ -41,18 +36,17 @@ void Features::readFeature(std::string_view key, std::string_view value) {
     } else if (key == "NETWORK") {
         network_ = value;
     } else if (key == "LINELEN") {
-        std::size_t length = 0;
-        if (std::from_chars(value.data(), value.data() + value.size(), length).ec == std::errc()) {
-            line_length_ = std::clamp(length, shortest_line, longest_sent_line);
+        if (const auto length = wholeNumber<std::size_t>(value)) {
+            line_length_ = std::clamp(*length, shortest_line, longest_sent_line);
         }
     } else if (key == "CHANTYPES") {
         channel_signs_ = value;
     } else if (key == "PREFIX") {
         readRanks(value);
     } else if (key == "CHANMODES") {
-        always_ = takeUntil(value, ',');
-        always_ += takeUntil(value, ',');
-        when_set_ = takeUntil(value, ',');
+        always_ = take(value, ',');
+        always_ += take(value, ',');
+        when_set_ = take(value, ',');
     }
 }
 

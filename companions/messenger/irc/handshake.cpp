@@ -4,6 +4,7 @@
 #include <array>
 
 #include "common/text.h"
+#include "companions/messenger/irc/cutting.h"
 #include "companions/messenger/irc/text.h"
 
 namespace messenger_client::irc {
@@ -28,13 +29,6 @@ constexpr std::uint32_t least_anonymous = 10'000, anonymous_count = 90'000;
 
 // What the oldest servers take.
 constexpr std::size_t short_nick = 6;
-
-std::string_view takeWord(std::string_view& rest) {
-    rest.remove_prefix(std::min(rest.find_first_not_of(' '), rest.size()));
-    const std::string_view word = rest.substr(0, rest.find(' '));
-    rest.remove_prefix(word.size());
-    return word;
-}
 
 // Calls `use` with the number of each capability that is known, and its value.
 template <class Use>

@@ -3,16 +3,11 @@
 #include <algorithm>
 #include <utility>
 
+#include "companions/messenger/irc/cutting.h"
+
 namespace messenger_client::irc {
 
 namespace {
-
-// Cuts the text before the first `separator` from the front, and the separator.
-std::string_view take(std::string_view& rest, char separator) {
-    const std::string_view part = rest.substr(0, rest.find(separator));
-    rest.remove_prefix(std::min(part.size() + 1, rest.size()));
-    return part;
-}
 
 void skipBlanks(std::string_view& rest) {
     rest.remove_prefix(std::min(rest.find_first_not_of(' '), rest.size()));

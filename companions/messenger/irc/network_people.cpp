@@ -5,19 +5,13 @@
 #include <utility>
 
 #include "common/text.h"
+#include "companions/messenger/irc/cutting.h"
 #include "companions/messenger/irc/server_time.h"
 #include "companions/messenger/irc/text.h"
 
 namespace messenger_client::irc {
 
 namespace {
-
-std::string_view takeWord(std::string_view& rest) {
-    rest.remove_prefix(std::min(rest.find_first_not_of(' '), rest.size()));
-    const std::string_view word = rest.substr(0, rest.find(' '));
-    rest.remove_prefix(word.size());
-    return word;
-}
 
 bool isServerName(std::string_view word) {
     constexpr std::string_view signs = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789.-*";

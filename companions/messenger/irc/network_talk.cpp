@@ -1,10 +1,11 @@
 // What people say.
 #include "companions/messenger/irc/network.h"
 
-#include <charconv>
+#include <algorithm>
 #include <utility>
 
 #include "common/text.h"
+#include "companions/messenger/irc/cutting.h"
 #include "companions/messenger/irc/server_time.h"
 #include "companions/messenger/irc/streaming.h"
 #include "companions/messenger/irc/text.h"
@@ -14,12 +15,6 @@ namespace messenger_client::irc {
 namespace {
 
 constexpr std::size_t longest_id = 100;
-
-long wholeNumber(std::string_view text) {
-    long value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    return error == std::errc() && end == text.data() + text.size() && value > 0 ? value : 0;
-}
 
 // The emotes of a text, and the text without what cannot be shown.
 std::u16string plainWithEmotes(std::u16string_view text, std::vector<Emote>& emotes) {
@@ -95,11 +90,11 @@ void Network::tellSaid(const Message& message, event::Said said, const KnownPtr&
         said.badges = badgesOf(message);
         said.emotes = parseEmotes(message.tag("emotes"), whole);
         said.reply_to = plainName(message.tag("reply-parent-display-name"), longest_person_name);
-        said.bits = wholeNumber(message.tag("bits"));
+        said.bits = std::max(wholeNumber<long>(message.tag("bits")).value_or(0), 0L);
         said.first = message.tag("first-msg") == "1";
     }
     said.text = plainWithEmotes(whole, said.emotes);
-    if (!said.text.empty()) {
+    if (!murmelix::trim(said.text).empty()) {
         if (writer) {
             people_.hasSpoken(writer);
         }

@@ -1,9 +1,8 @@
 #include "companions/messenger/irc/server_time.h"
 
-#include <charconv>
 #include <chrono>
-#include <string>
 
+#include "companions/messenger/irc/cutting.h"
 #include "companions/messenger/irc/line.h"
 
 namespace messenger_client::irc {
@@ -54,11 +53,8 @@ std::optional<long long> timeOf(const Message& message) {
     if (message.hasTag("time")) {
         return parseServerTime(message.tag("time"));
     }
-    const std::string sent = message.tag("tmi-sent-ts");
-    long long time = 0;
-    const auto [end, error] = std::from_chars(sent.data(), sent.data() + sent.size(), time);
-    const bool whole = !sent.empty() && error == std::errc() && end == sent.data() + sent.size() && time >= 0;
-    return whole ? std::optional(time) : std::nullopt;
+    const std::optional<long long> sent = wholeNumber<long long>(message.tag("tmi-sent-ts"));
+    return sent && *sent >= 0 ? sent : std::nullopt;
 }
 
 } // namespace messenger_client::irc

@@ -1,6 +1,7 @@
 #include "companions/messenger/irc/session.h"
 
 #include <algorithm>
+#include <iterator>
 #include <unordered_map>
 #include <utility>
 
@@ -20,9 +21,6 @@ constexpr long long answer_interval = 100, request_interval = 10'000;
 
 // Shorter secrets are not looked for in sentences: they would be found in half of all words.
 constexpr std::size_t shortest_secret = 3;
-
-// Channels in one line of JOIN: few enough for any names of usual length.
-constexpr std::size_t joined_at_once = 10;
 
 constexpr std::string_view ping_word = "still-there";
 
@@ -70,8 +68,6 @@ Session::Session(Settings settings, Hooks hooks)
         wanted_.push_back(murmelix::toUtf8(channel));
     }
 }
-
-// ---- The way of a connection
 
 void Session::start(long long now) {
     if (state_ == State::idle || state_ == State::refused) {
@@ -166,8 +162,7 @@ void Session::quit(std::u16string_view why, long long now) {
     }
     const bool open = isConnected() || state_ == State::connecting;
     if (isConnected()) {
-        const std::vector<std::string> pieces = piecesOf(why, longest_sent_line / 2);
-        sendAtOnce({"QUIT", pieces.empty() ? std::string() : pieces.front()});
+        sendAtOnce({"QUIT", firstPieceOf(why, longest_reason)});
     }
     forgetConnection();
     state_ = State::idle;
@@ -265,8 +260,6 @@ std::optional<long long> Session::nextTick() const {
     return std::min(alive, outbox_.due().value_or(alive));
 }
 
-// ---- What the server says about the session
-
 void Session::onCap(const Message& message) {
     handshake_.onCapabilities(message);
 }
@@ -303,7 +296,11 @@ void Session::onEndOfGreeting(const Message&) {
     online_since_ = now_;
     network_.settle();
     learn(event::Online{network_.me(), network_.name(), !handshake_.isAnonymous()});
-    joinWanted(wanted_);
+    // A server that keeps one's connections knows already where one is.
+    std::vector<std::string> missing;
+    std::copy_if(wanted_.begin(), wanted_.end(), std::back_inserter(missing),
+                 [&](const std::string& channel) { return !network_.isIn(channel); });
+    joinAll(missing);
 }
 
 void Session::onNickTaken(const Message&) {
@@ -366,167 +363,6 @@ void Session::onPrivateMessage(const Message& message) {
         sendAtOnce({"NOTICE", message.prefix().nick, '\x01' + answer + '\x01'});
     }
 }
-
-// ---- The user's deeds
-
-bool Session::readyToSend(std::u16string_view channel) {
-    if (state_ != State::online) {
-        tellUser(u"Not sent: there is no connection at the moment.", channel);
-    } else if (handshake_.isAnonymous()) {
-        tellUser(u"Not sent: without an account one can only read along.", channel);
-    } else {
-        return true;
-    }
-    return false;
-}
-
-void Session::say(std::u16string_view target, std::u16string_view text, long long now) {
-    now_ = now;
-    talk(target, text, false);
-    deliver();
-}
-
-void Session::act(std::u16string_view target, std::u16string_view text, long long now) {
-    now_ = now;
-    talk(target, text, true);
-    deliver();
-}
-
-void Session::talk(std::u16string_view target, std::u16string_view text, bool action) {
-    constexpr std::string_view around = "\x01"
-                                        "ACTION \x01";
-    if (!readyToSend(target)) {
-        return;
-    }
-    const std::string name = network_.nameOf(target);
-    const std::size_t room = network_.roomFor(name);
-    const std::vector<std::string> pieces = piecesOf(text, action ? room - around.size() : room);
-    if (pieces.size() > outbox_.room()) {
-        tellUser(u"Not sent: these are too many lines at a time.", target);
-        return;
-    }
-    for (const std::string& piece : pieces) {
-        const std::string body = action ? "\x01"
-                                          "ACTION " +
-                                              piece + '\x01'
-                                        : piece;
-        std::optional<Echo> echo;
-        if (!handshake_.hasEcho()) {
-            echo = Echo{name, murmelix::fromUtf8(piece), action};
-        }
-        queue(formatLine({"PRIVMSG", name, body}), std::move(echo));
-    }
-}
-
-void Session::join(const std::vector<std::u16string>& channels, long long now) {
-    now_ = now;
-    std::vector<std::string> names;
-    for (const std::u16string& channel : channels) {
-        const bool twitch = settings_.address.dialect == Dialect::twitch;
-        const std::string name = murmelix::toUtf8(twitch ? murmelix::toLower(channel) : channel);
-        if (!network_.features().isChannel(name) || !formatLine({"JOIN", name, ""}) ||
-            name.find(',') != std::string::npos) {
-            tellUser(u"A channel looks like #name, without blanks.");
-        } else if (wanted_.size() >= most_channels) {
-            tellUser(u"These are more channels than one can be in.");
-        } else if (!network_.isIn(name)) {
-            names.push_back(name);
-            forgetWish(name);
-            wanted_.push_back(name);
-        }
-    }
-    if (state_ == State::online) {
-        joinWanted(names);
-    }
-    deliver();
-}
-
-void Session::joinWanted(const std::vector<std::string>& channels) {
-    for (std::size_t at = 0; at < channels.size();) {
-        std::string names;
-        for (std::size_t count = 0; at < channels.size() && count < joined_at_once; ++count, ++at) {
-            const std::string more = names.empty() ? channels[at] : names + "," + channels[at];
-            if (!names.empty() && !formatLine({"JOIN", more})) {
-                break;
-            }
-            names = more;
-        }
-        queue(formatLine({"JOIN", names}));
-    }
-}
-
-void Session::forgetWish(std::string_view channel) {
-    std::erase_if(wanted_, [&](const std::string& wanted) { return network_.sameName(wanted, channel); });
-}
-
-void Session::part(std::u16string_view channel, std::u16string_view why, long long now) {
-    now_ = now;
-    const std::string name = network_.nameOf(channel);
-    forgetWish(name);
-    if (state_ == State::online) {
-        const std::vector<std::string> pieces = piecesOf(why, longest_sent_line / 2);
-        queue(pieces.empty() ? formatLine({"PART", name}) : formatLine({"PART", name, pieces.front()}));
-    }
-    deliver();
-}
-
-void Session::nick(std::u16string_view nick, long long now) {
-    now_ = now;
-    if (readyToSend({})) {
-        wished_nick_ = nick;
-        queue(formatLine({"NICK", murmelix::toUtf8(nick)}));
-    }
-    deliver();
-}
-
-void Session::away(std::u16string_view why, long long now) {
-    now_ = now;
-    if (readyToSend({})) {
-        const std::vector<std::string> pieces = piecesOf(why, longest_sent_line / 2);
-        queue(pieces.empty() ? formatLine({"AWAY"}) : formatLine({"AWAY", pieces.front()}));
-    }
-    deliver();
-}
-
-void Session::quote(std::u16string_view line, long long now) {
-    now_ = now;
-    if (readyToSend({})) {
-        queue(formatRawLine(murmelix::toUtf8(line)));
-    }
-    deliver();
-}
-
-void Session::queue(std::optional<std::string> line, std::optional<Echo> echo) {
-    if (!line) {
-        tellUser(u"Not sent: that makes no line that a server takes.");
-    } else if (outbox_.room() == 0) {
-        tellUser(u"Not sent: too many lines wait already.");
-    } else {
-        outbox_.add({std::move(*line), std::move(echo)});
-        sendDue();
-    }
-}
-
-void Session::sendDue() {
-    while (state_ == State::online) {
-        const auto line = outbox_.next(now_);
-        if (!line) {
-            return;
-        }
-        hooks_.send(line->bytes);
-        if (line->echo) {
-            network_.echo(*line->echo);
-        }
-    }
-}
-
-void Session::sendAtOnce(std::initializer_list<std::string_view> parts) {
-    if (const auto line = formatLine(parts)) {
-        hooks_.send(*line);
-    }
-}
-
-// ---- What is told
 
 void Session::learn(Event event) {
     if (auto* left = std::get_if<event::ChannelLeft>(&event)) {

@@ -34,6 +34,9 @@ inline constexpr long long sent_interval = 500;
 // The streaming chat mutes who sends more than 20 lines in 30 seconds.
 inline constexpr long long sent_interval_twitch = 2'000;
 
+// Bytes of why the user leaves or goes away: as long as servers let them be, and with a channel's name still a line.
+inline constexpr std::size_t longest_reason = 255;
+
 enum class State {
     idle,        // not started, or ended by the user
     connecting,  // the caller's open() is at work
@@ -124,7 +127,7 @@ class Session {
     void queue(std::optional<std::string> line, std::optional<Echo> echo = std::nullopt);
     void sendDue();
     void sendAtOnce(std::initializer_list<std::string_view> parts);
-    void joinWanted(const std::vector<std::string>& channels);
+    void joinAll(const std::vector<std::string>& channels);
     void forgetWish(std::string_view channel);
     void learn(Event event);
     void tellUser(std::u16string text, std::u16string_view channel = {});

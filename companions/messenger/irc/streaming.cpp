@@ -1,10 +1,9 @@
 #include "companions/messenger/irc/streaming.h"
 
 #include <algorithm>
-#include <charconv>
-#include <optional>
 #include <string>
 
+#include "companions/messenger/irc/cutting.h"
 #include "companions/messenger/irc/text.h"
 
 namespace messenger_client::irc {
@@ -12,18 +11,6 @@ namespace messenger_client::irc {
 namespace {
 
 constexpr std::size_t longest_emote_id = 100;
-
-std::string_view take(std::string_view& rest, char separator) {
-    const std::string_view part = rest.substr(0, rest.find(separator));
-    rest.remove_prefix(std::min(part.size() + 1, rest.size()));
-    return part;
-}
-
-std::optional<std::size_t> wholeNumber(std::string_view text) {
-    std::size_t value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    return error == std::errc() && end == text.data() + text.size() ? std::optional(value) : std::nullopt;
-}
 
 // Where each code point of the text begins, and where the last one ends.
 std::vector<std::size_t> codePoints(std::u16string_view text) {
@@ -70,7 +57,7 @@ std::vector<Emote> parseEmotes(std::string_view emotes, std::u16string_view text
         const std::string_view id = take(places, ':');
         while (!places.empty() && found.size() < most_emotes) {
             std::string_view place = take(places, ',');
-            const auto first = wholeNumber(take(place, '-')), last = wholeNumber(place);
+            const auto first = wholeNumber<std::size_t>(take(place, '-')), last = wholeNumber<std::size_t>(place);
             if (first && last && *first <= *last && *last < begins.size() - 1) {
                 const std::size_t begin = begins[*first], end = begins[*last + 1];
                 found.push_back({plainName(id, longest_emote_id), begin, end - begin});

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "common/text.h"
 
@@ -39,11 +40,14 @@ bool isControl(char16_t unit) {
     return unit < 0x20 || (unit >= 0x7F && unit < 0xA0);
 }
 
-// Marks that turn the direction of writing for what follows, and those that nobody sees: they make a text look like
+// Marks that turn the direction of writing for what follows, and signs that nobody sees: they make a text look like
 // another one. Joiners stay: emoji and many scripts need them.
 bool isHiddenMark(char16_t unit) {
-    return unit == 0x061C || unit == 0x200E || unit == 0x200F || (unit >= 0x202A && unit <= 0x202E) ||
-           (unit >= 0x2060 && unit <= 0x206F) || unit == 0xFEFF || (unit >= 0xFFF9 && unit <= 0xFFFB);
+    constexpr View hidden =
+        u"\u00AD\u034F\u061C\u115F\u1160\u180E\u200B\u200E\u200F\u3164\uFEFF\uFFA0\uFFF9\uFFFA\uFFFB";
+    // Nearly all that is written comes before the first of them.
+    return unit >= hidden.front() && (hidden.find(unit) != murmelix::npos || (unit >= 0x202A && unit <= 0x202E) ||
+                                      (unit >= 0x2060 && unit <= 0x206F));
 }
 
 bool endsLine(char16_t unit) {
@@ -206,6 +210,11 @@ std::optional<Request> requestIn(std::string_view bytes) {
     const std::string_view command = bytes.substr(0, bytes.find(' '));
     bytes.remove_prefix(std::min(command.size() + 1, bytes.size()));
     return Request{command, bytes};
+}
+
+std::string firstPieceOf(std::u16string_view text, std::size_t most_bytes) {
+    std::vector<std::string> pieces = piecesOf(text, most_bytes);
+    return pieces.empty() ? std::string() : std::move(pieces.front());
 }
 
 std::vector<std::string> piecesOf(std::u16string_view text, std::size_t most_bytes) {

@@ -30,4 +30,7 @@ std::optional<Request> requestIn(std::string_view bytes);
 // else between characters, not before what belongs to the character before. Empty lines are left out.
 std::vector<std::string> piecesOf(std::u16string_view text, std::size_t most_bytes);
 
+// What there is room for in one line; empty where there is nothing to say.
+std::string firstPieceOf(std::u16string_view text, std::size_t most_bytes);
+
 } // namespace messenger_client::irc

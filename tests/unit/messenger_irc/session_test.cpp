@@ -463,6 +463,16 @@ TEST(Reconnecting, JoinsTheSameChannelsAgain) {
     EXPECT_THAT(chat.sent(), ElementsAre("JOIN #room,#d")) << "where the user wants to be, and may be";
 }
 
+TEST(Reconnecting, DoesNotJoinWhereTheServerHasPutOne) {
+    Chat chat;
+    chat.connect();
+    chat.server(":s.example 001 me :Welcome back");
+    chat.server(":me!user@host JOIN #room");
+    chat.sent();
+    chat.server(":s.example 376 me :End");
+    EXPECT_THAT(chat.sent(), IsEmpty());
+}
+
 TEST(Reconnecting, ManyChannelsNeedSeveralLines) {
     Settings settings = ircSettings();
     settings.address.channels.clear();
@@ -630,9 +640,9 @@ TEST(Deeds, AreLines) {
 TEST(Deeds, JoiningIsRefusedWhereItCannotBe) {
     Chat chat;
     chat.enter();
-    chat.session.join({u"room", u"#a b", u"#a,0", u"#ROOM"}, chat.now);
+    chat.session.join({u"room", u"#a b", u"#a,0", u"#ROOM", u"#" + std::u16string(150, u'ü')}, chat.now);
     EXPECT_THAT(chat.sent(), IsEmpty());
-    EXPECT_THAT(chat.told(), SizeIs(3));
+    EXPECT_THAT(chat.told(), SizeIs(4));
     std::vector<std::u16string> many;
     for (int i = 0; i < 200; ++i) {
         many.push_back(u"#c" + murmelix::toText(i));

@@ -40,6 +40,7 @@ TEST(Talk, OfAStrangerIsAPrivateTalk) {
     chat.server(":stranger!u@h PRIVMSG #room");
     chat.server(":stranger!u@h PRIVMSG me :");
     chat.server(":stranger!u@h PRIVMSG me :\x02\x03");
+    chat.server(":stranger!u@h PRIVMSG me :  \t ");
     EXPECT_THAT(chat.told(), IsEmpty());
 }
 

@@ -43,6 +43,7 @@ TEST(ReceivedText, LosesItsFormatting) {
 
 TEST(ReceivedText, CannotPretend) {
     EXPECT_EQ(plainText(u"a\u202Eb\u2066c\u200Fd\u0001e\u007Ff\u0085g\0h"s), u"abcdefgh");
+    EXPECT_EQ(plainText(u"so\u00ADft ze\u200Bro fil\u3164ler"), u"soft zero filler");
     EXPECT_EQ(plainText(u"a\tb\rc\nd\u2028e"), u"a b c d e");
     EXPECT_EQ(plainText(u"👩\u200D👧"), u"👩\u200D👧") << "joiners stay";
 }
@@ -55,6 +56,7 @@ TEST(ReceivedText, PlacesMoveWithIt) {
 
 TEST(ReceivedNames, ShowWhatTheyHide) {
     EXPECT_EQ(plainName("ann\xE2\x80\xAE\x01\r\n\t", 50), u"ann\xFFFD\xFFFD\xFFFD\xFFFD\xFFFD");
+    EXPECT_EQ(plainName("a\xE2\x80\x8Bnn", 50), u"a\xFFFDnn");
     EXPECT_EQ(plainName("..\\..\\CON", 50), u"..\\..\\CON");
     EXPECT_EQ(plainName(std::string(1000, 'x'), 50), std::u16string(50, u'x'));
     EXPECT_EQ(plainName("ab\xF0\x9F\x98\x82", 3), u"ab") << "no half of a character";
