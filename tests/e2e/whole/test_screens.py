@@ -186,7 +186,15 @@ class Screens(ShellTest):
         """The menu of the character server's icon, and the pages of its window."""
         icon = self.tray_icons()[next(iter(self.icons_before))]
         self.bring_to_front(f"^{TRAY}$")
-        self.shot("menu-tray-agent", self.open_menu_of(icon), self.window(TRAY))
+        menu = self.open_menu_of(icon)
+        self.shot("menu-tray-agent", menu, self.window(TRAY))
+        left, top, _, bottom = menu.place
+        for item, name in enumerate(("silence", "volume", "speed"), 2):
+            self.xdotool("mousemove", left + 30, top + round((item + 0.5) * (bottom - top) / 9))
+            below = self.eventually("the menu below", lambda: [
+                window for window in self.windows() if window.kind == "#32768" and window.visible and window.place != menu.place
+                and abs(window.place[1] - self.pointer_row(menu, item)) < 12])
+            self.shot(f"menu-tray-agent-{name}", menu, *below)
         self.leave_menu()
         self.click(icon, times=2)
         self.eventually("the server's window", lambda: self.screen.find(f"^{PROPERTIES}$"))
@@ -197,6 +205,11 @@ class Screens(ShellTest):
             self.shot_of(PROPERTIES, f"agent-{page}")
         self.screen.key("Escape")
         self.eventually("the end of the server's window", lambda: not self.window(PROPERTIES))
+
+    @staticmethod
+    def pointer_row(menu, item):
+        """Where an item of the server's menu begins: of eight, and two lines half as high."""
+        return menu.place[1] + round(item * (menu.place[3] - menu.place[1]) / 9)
 
     def desk_scene(self):
         """Everything together: the conversation, its character speaking, the program that listens."""

@@ -138,6 +138,34 @@ TEST(Pause, HoldsThoughtsAndWhatMakesNoSound) {
     EXPECT_EQ(later->status, Status::in_progress);
 }
 
+TEST(Pause, LetsNoThoughtBegin) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    r.stage.setPaused(true);
+    const auto thought = think(r, a, u"one");
+    r.pass(1000);
+    EXPECT_EQ(thought->status, Status::pending);
+    r.stage.setPaused(false);
+    r.pass(100);
+    EXPECT_EQ(thought->status, Status::in_progress);
+}
+
+TEST(Pause, IsQuiet) {
+    auto cast = usualCast();
+    cast->add(u"Bang").frames[0].sound = 3;
+    Rehearsal r;
+    Actor& a = r.onStage("a", cast);
+    r.stage.setPaused(true);
+    const auto bang = r.play(a, u"Bang");
+    r.pass(500);
+    EXPECT_EQ(bang->status, Status::complete);
+    EXPECT_THAT(r.taken(), Not(Contains("a noise 3")));
+    r.stage.setPaused(false);
+    r.play(a, u"Bang");
+    r.pass(500);
+    EXPECT_THAT(r.taken(), Contains("a noise 3"));
+}
+
 TEST(Pause, LetsAllElseGoOn) {
     Rehearsal r;
     Actor& a = r.onStage("a");
@@ -438,6 +466,34 @@ TEST(Hurry, CountsNothingThatIsSilencedOrCutShort) {
     r.pass(10);
     EXPECT_EQ(r.stage.tempo(), 1);
     EXPECT_THAT(r.taken("a breaks off"), IsEmpty());
+}
+
+TEST(Hurry, CountsWhatASpeechTurnsOutToBe) {
+    Rehearsal r;
+    r.stage.setListening({.most_waiting = 4000});
+    Actor& a = r.onStage("a");
+    Actor& b = r.onStage("b");
+    r.speak(a, u"one");
+    r.pass(50);
+    r.speech_late = true;
+    r.lengths[u"27 81 365"] = 6000; // much for so few units
+    r.speak(b, u"27 81 365");
+    r.pass(50);
+    EXPECT_EQ(r.stage.tempo(), 1);
+    r.deliver();
+    r.pass(10);
+    EXPECT_EQ(r.stage.tempo(), 1.5);
+}
+
+TEST(Hurry, CountsNothingThatHasBegun) {
+    Rehearsal r;
+    r.speech_length = 20'000;
+    r.stage.setListening({.most_waiting = 4000});
+    Actor& a = r.onStage("a");
+    const auto one = r.speak(a, u"one");
+    r.pass(100);
+    ASSERT_EQ(one->status, Status::in_progress);
+    EXPECT_EQ(r.stage.tempo(), 1) << "nothing waits behind it";
 }
 
 TEST(Hurry, ForgetsWhatIsStopped) {

@@ -10,12 +10,14 @@
 #include "ui/check_box.h"
 #include "ui/combo_box.h"
 #include "ui/form.h"
+#include "ui/global_key.h"
 #include "ui/label.h"
 #include "ui/layout.h"
 #include "ui/list_box.h"
 #include "ui/progress_bar.h"
 #include "ui/rich_text_box.h"
 #include "ui/screen.h"
+#include "ui/shortcut_box.h"
 #include "ui/tab_pages.h"
 #include "ui/text_area.h"
 #include "ui/text_box.h"
@@ -495,6 +497,55 @@ TEST(Controls, OwnerDrawnButtonLooksAsDrawnAndIsPressed) {
     EXPECT_EQ(image.at(10, 10), RGB(250, 0, 0));
     press(windowOf(button), 10, 10);
     EXPECT_EQ(pressed, 1);
+}
+
+TEST(Controls, KeyIsHeardWhicheverWindowHasTheKeyboard) {
+    Sizable form;
+    form.Show();
+    ASSERT_TRUE(serveUntil([&] { return GetForegroundWindow() == windowOf(form); }));
+    ui::GlobalKey key, other;
+    int pressed = 0;
+    key.Pressed = [&] { ++pressed; };
+    const ui::Shortcut control_f11{ui::Key::f11, ui::control_key};
+    ASSERT_TRUE(key.Set(control_f11));
+    EXPECT_FALSE(other.Set(control_f11)) << "it is taken";
+    typeKey(VK_F11, VK_CONTROL);
+    EXPECT_TRUE(serveUntil([&] { return pressed == 1; }));
+    // Taken away, and set anew: in order, so that the last press heard tells that the others were not.
+    ASSERT_TRUE(key.Set({ui::Key::f11, ui::alt_key}));
+    typeKey(VK_F11, VK_CONTROL);
+    typeKey(VK_F11, VK_MENU);
+    EXPECT_TRUE(serveUntil([&] { return pressed > 1; }));
+    serveAll();
+    EXPECT_EQ(pressed, 2);
+    EXPECT_TRUE(other.Set(control_f11));
+    EXPECT_TRUE(other.Set({u'7', ui::control_key | ui::alt_key | ui::shift_key}));
+}
+
+TEST(Controls, ShortcutBoxShowsTheKeyThatIsPressedInIt) {
+    Sizable form;
+    ui::ShortcutBox box(form);
+    box.Move({120, 120, 3000, 300});
+    std::vector<ui::Shortcut> picked;
+    box.Picked = [&](const ui::Shortcut& shortcut) { picked.push_back(shortcut); };
+    form.Show();
+    box.SetFocus();
+    ASSERT_TRUE(serveUntil([&] { return GetFocus() == windowOf(box); }));
+    const auto shown = [&] {
+        wchar_t text[64] = L"";
+        GetWindowTextW(windowOf(box), text, 64);
+        return std::wstring(text);
+    };
+    EXPECT_EQ(shown(), L"None");
+    key(windowOf(box), VK_F7);
+    EXPECT_EQ(shown(), L"F7");
+    key(windowOf(box), 'Q');
+    EXPECT_EQ(shown(), L"Q") << "taken as a key, not as a letter";
+    SendMessageW(windowOf(box), WM_CHAR, VK_BACK, 0);
+    EXPECT_EQ(shown(), L"None");
+    SendMessageW(windowOf(box), WM_CHAR, L'x', 0); // by an input method
+    EXPECT_EQ(shown(), L"None");
+    EXPECT_THAT(picked, testing::ElementsAre(ui::Shortcut(ui::Key::f7), ui::Shortcut(u'Q', 0), ui::Shortcut()));
 }
 
 TEST(Controls, WhatAnotherThreadPostsIsDoneHereInOrderHoweverFullTheQueueIs) {
