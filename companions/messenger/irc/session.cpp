@@ -22,6 +22,9 @@ constexpr long long answer_interval = 100, request_interval = 10'000;
 // Shorter secrets are not looked for in sentences: they would be found in half of all words.
 constexpr std::size_t shortest_secret = 3;
 
+// What may stand before a token of the streaming chat.
+constexpr std::u16string_view token_prefix = u"oauth:";
+
 constexpr std::string_view ping_word = "still-there";
 
 } // namespace
@@ -101,6 +104,7 @@ void Session::connected(long long now) {
     state_ = State::registering;
     deadline_ = now_ + longest_registration;
     heard_ = now_;
+    welcomed_ = false;
     network_.begin();
     learn(event::Registering{});
     if (!handshake_.begin()) {
@@ -205,8 +209,9 @@ void Session::forgetConnection() {
     pinged_.reset();
     online_since_.reset();
     if (outbox_.size() > 0) {
-        tellUser(murmelix::toText(static_cast<long long>(outbox_.size())) +
-                 u" lines were not sent: the connection ended before it was their turn.");
+        const std::u16string count = murmelix::toText(static_cast<long long>(outbox_.size()));
+        tellUser((outbox_.size() == 1 ? u"One line was" : count + u" lines were") +
+                 u" not sent: the connection ended before.");
         outbox_.clear();
     }
 }
@@ -283,13 +288,14 @@ void Session::onSaslFailed(const Message& message) {
 
 void Session::onWelcome(const Message& message) {
     if (state_ == State::registering) {
+        welcomed_ = true;
         handshake_.welcomed();
         network_.welcome(message);
     }
 }
 
 void Session::onEndOfGreeting(const Message&) {
-    if (state_ != State::registering || !network_.me()) {
+    if (state_ != State::registering || !welcomed_ || !network_.me()) {
         return;
     }
     state_ = State::online;
@@ -340,7 +346,7 @@ void Session::onReconnect(const Message&) {
 // The streaming chat has no number for a wrong token.
 void Session::onNotice(const Message& message) {
     const bool twitch = settings_.address.dialect == Dialect::twitch;
-    if (!twitch || state_ != State::registering || network_.me() || message.parameter(0) != "*") {
+    if (!twitch || state_ != State::registering || welcomed_ || message.parameter(0) != "*") {
         return;
     }
     refuse(u"The server does not accept the name or the token: " + plainText(decoded(message.last())));
@@ -389,7 +395,9 @@ void Session::tellUser(std::u16string text, std::u16string_view channel) {
 
 // A server may repeat what it was sent.
 std::u16string Session::withoutSecrets(std::u16string text) const {
-    for (const std::u16string& secret : {settings_.password, settings_.server_password}) {
+    const bool prefixed = settings_.password.starts_with(token_prefix);
+    for (const std::u16string& secret :
+         {settings_.password.substr(prefixed ? token_prefix.size() : 0), settings_.server_password}) {
         if (secret.size() >= shortest_secret) {
             text = murmelix::replaceAll(text, secret, u"…", murmelix::LetterCase::ignored);
         }

@@ -50,7 +50,7 @@ class Session {
   public:
     // None of them may destroy the session. tell() is called when the session has done its work: it may do anything
     // else. open() is answered by connected(), lost() or failed(); after close(), which may be for a connection that is
-    // lost already, nothing of that connection is told any more.
+    // lost already, nothing of that connection is told any more, but what was sent still goes out where it can.
     struct Hooks {
         std::function<void()> open; // a connection to settings.address
         std::function<void(std::string_view bytes)> send;
@@ -152,6 +152,7 @@ class Session {
     long long deadline_ = 0; // of connecting, registering or waiting
     long long heard_ = 0;    // the last word of the server
     std::optional<long long> pinged_;
+    bool welcomed_ = false; // on this connection
     std::optional<long long> online_since_;
     int failures_ = 0; // one after the other
 };

@@ -14,6 +14,9 @@ namespace {
 // Channels in one line of JOIN: few enough for any names of usual length.
 constexpr std::size_t joined_at_once = 10;
 
+// Between the marks of a request of programs.
+constexpr std::string_view action_word = "ACTION ";
+
 } // namespace
 
 bool Session::readyToSend(std::u16string_view channel) {
@@ -40,23 +43,18 @@ void Session::act(std::u16string_view target, std::u16string_view text, long lon
 }
 
 void Session::talk(std::u16string_view target, std::u16string_view text, bool action) {
-    constexpr std::string_view around = "\x01"
-                                        "ACTION \x01";
     if (!readyToSend(target)) {
         return;
     }
     const std::string name = network_.nameOf(target);
     const std::size_t room = network_.roomFor(name);
-    const std::vector<std::string> pieces = piecesOf(text, action ? room - around.size() : room);
+    const std::vector<std::string> pieces = piecesOf(text, action ? room - action_word.size() - 2 : room);
     if (pieces.size() > outbox_.room()) {
         tellUser(u"Not sent: these are too many lines at a time.", target);
         return;
     }
     for (const std::string& piece : pieces) {
-        const std::string body = action ? "\x01"
-                                          "ACTION " +
-                                              piece + '\x01'
-                                        : piece;
+        const std::string body = action ? "\x01" + std::string(action_word) + piece + "\x01" : piece;
         std::optional<Echo> echo;
         if (!handshake_.hasEcho()) {
             echo = Echo{name, murmelix::fromUtf8(piece), action};

@@ -668,6 +668,26 @@ TEST(Quitting, SaysSo) {
     EXPECT_EQ(chat.session.state(), State::connecting);
 }
 
+TEST(Sending, OneLineThatWaitedIsOne) {
+    Chat chat;
+    chat.enter();
+    for (int i = 1; i <= 6; ++i) {
+        chat.session.say(u"#room", u"x", chat.now);
+    }
+    chat.told();
+    chat.session.lost(u"Gone.", chat.now);
+    EXPECT_THAT(chat.told(), Contains("told: One line was not sent: the connection ended before."));
+}
+
+TEST(Registration, NeedsAWelcomeEachTime) {
+    Chat chat;
+    chat.enter();
+    chat.session.reconnectNow(chat.now);
+    chat.session.connected(chat.now);
+    chat.server(":s.example 376 me :End");
+    EXPECT_EQ(chat.session.state(), State::registering);
+}
+
 TEST(Errors, OfTheServerEndTheConnection) {
     Chat chat;
     chat.enter();

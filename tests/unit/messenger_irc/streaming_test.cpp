@@ -94,6 +94,18 @@ TEST(Streaming, AWrongTokenIsRefusedForGood) {
     }
 }
 
+TEST(Streaming, ATokenThatIsWithdrawnIsRefusedForGood) {
+    StreamingChat chat(withToken());
+    chat.session.lost(u"", chat.now);
+    chat.pass(2000);
+    chat.session.connected(chat.now);
+    chat.told();
+    chat.server(":tmi.twitch.tv NOTICE * :Login authentication failed for 0123456789secret");
+    EXPECT_EQ(chat.session.state(), State::refused);
+    EXPECT_THAT(chat.told(), ElementsAre("refused: The server does not accept the name or the token: Login "
+                                         "authentication failed for …"));
+}
+
 TEST(StreamingTalk, HasAllItsTags) {
     StreamingChat chat;
     chat.told();
