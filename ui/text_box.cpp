@@ -24,6 +24,11 @@ void TextBox::CaretToEnd() {
     native::caretToEnd(handle_);
 }
 
+void TextBox::setMasked() {
+    masked_ = true;
+    native::mask(handle_);
+}
+
 void TextBox::onText(const std::u16string& text) {
     if (text == text_) {
         return;

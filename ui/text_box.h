@@ -16,12 +16,16 @@ class TextBox : public Control {
     void setText(const std::u16string& text);
     void SelectAll();
     void CaretToEnd();
+    // Shows a dot for each letter, and lets other programs not read them.
+    bool Masked() const { return masked_; }
+    void setMasked();
     std::function<void()> Change, DblClick;
     // The user changed the text.
     void onText(const std::u16string& text);
 
   private:
     std::u16string text_;
+    bool masked_ = false;
 };
 
 // Carried out by win32/text_box.cpp.
@@ -29,6 +33,7 @@ namespace native {
 Handle createTextBox(Control& box, Handle parent, const std::u16string& text);
 void selectAll(Handle box);
 void caretToEnd(Handle box);
+void mask(Handle box);
 } // namespace native
 
 } // namespace murmelix::ui

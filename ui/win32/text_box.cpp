@@ -21,6 +21,8 @@ LRESULT CALLBACK boxProcedure(HWND hwnd, UINT message, WPARAM wparam, LPARAM lpa
     return result;
 }
 
+constexpr WPARAM dot = 0x25CF; // U+25CF BLACK CIRCLE
+
 class TextBoxWindow final : public ControlWindow {
   public:
     TextBoxWindow(Control& box, HWND parent, const std::u16string& text)
@@ -72,6 +74,10 @@ void native::caretToEnd(Handle box) {
     const int length = GetWindowTextLengthW(windowOf(box));
     SendMessageW(windowOf(box), EM_SETSEL, static_cast<WPARAM>(length), length);
     SendMessageW(windowOf(box), EM_SCROLLCARET, 0, 0);
+}
+
+void native::mask(Handle box) {
+    SendMessageW(windowOf(box), EM_SETPASSWORDCHAR, dot, 0);
 }
 
 } // namespace murmelix::ui

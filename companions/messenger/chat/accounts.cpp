@@ -17,6 +17,7 @@ namespace {
 using View = std::u16string_view;
 
 constexpr char16_t part = u'\t';
+constexpr View network_mark = u"\t\tnetwork\t"; // a contact without a sign-in name, for who does not know it
 
 std::u16string field(View text) {
     return murmelix::fromUtf8(escaped(text));
@@ -101,6 +102,18 @@ ContactPtr contactOf(View line) {
         Contact{person->signin, person->friendly, person->status, fields[2] == u"blocked"});
 }
 
+// False where the text does not tell of a network, or of another one than the account's.
+bool readNetwork(Account& account, View text) {
+    auto kept = account.network ? std::nullopt : networkOf(text);
+    if (!kept || !murmelix::sameText(signinOf(kept->account), account.signin, murmelix::LetterCase::ignored)) {
+        return false;
+    }
+    account.network = std::move(kept->account);
+    account.secret = std::move(kept->secret);
+    account.contacts.clear();
+    return true;
+}
+
 } // namespace
 
 const Account* Accounts::find(View signin) const {
@@ -167,8 +180,16 @@ void Accounts::read(const std::vector<std::u16string>& lines) {
     std::unordered_set<std::u16string> accounts, contacts;
     bool kept = false; // the account that contacts belong to
     for (const std::u16string& line : lines) {
+        if (line.starts_with(network_mark)) {
+            // Without what makes it one of a network it would be one of another kind.
+            if (kept && !readNetwork(all_.back(), View(line).substr(network_mark.size()))) {
+                all_.pop_back();
+                kept = false;
+            }
+            continue;
+        }
         if (line.starts_with(part)) {
-            if (!kept || all_.back().contacts.size() == most_contacts) {
+            if (!kept || all_.back().network || all_.back().contacts.size() == most_contacts) {
                 continue;
             }
             auto contact = contactOf(View(line).substr(1));
@@ -207,6 +228,13 @@ std::vector<std::u16string> Accounts::lines() const {
                  (account.automatic ? u"automatic" : u"-") + part + number(account.unread) + part +
                  field(account.friendly))) {
             return lines;
+        }
+        if (account.network) {
+            if (!add(std::u16string(network_mark) + networkText(*account.network, account.secret))) {
+                lines.pop_back();
+                return lines;
+            }
+            continue;
         }
         for (const ContactPtr& contact : account.contacts) {
             if (!add(part + field(contact->signin) + part + number(static_cast<long>(contact->status)) + part +

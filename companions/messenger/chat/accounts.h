@@ -2,14 +2,22 @@
 // signed in; those that are remembered outlive the client, as lines of text in a store of the caller's:
 //   SIGN-IN TAB STATUS TAB KIND TAB UNREAD TAB NAME        an account; KIND is "automatic" or "-"
 //   TAB SIGN-IN TAB STATUS TAB KIND TAB NAME               a contact of the account before it; KIND is "blocked" or "-"
+//   TAB TAB "network" TAB ADDRESS TAB NICK TAB ACCOUNT TAB CLEAR TAB SECRET   the account before it is one of a chat
+//   network:
+//                                                          the address as in irc/address.h, CLEAR is "clear" (its
+//                                                          password goes without TLS as well) or "-", SECRET the
+//                                                          protected password in hexadecimal digits. It has no contacts
+//                                                          here.
 // Fields are escaped as in escapes.h.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "companions/messenger/chat/contact.h"
+#include "companions/messenger/chat/network_account.h"
 
 namespace messenger_client {
 
@@ -25,7 +33,9 @@ struct Account {
     std::vector<ContactPtr> contacts = {};
     long unread = 0;
     bool remembered = false;
-    bool automatic = false; // at the client's start; one account at most
+    bool automatic = false;                     // at the client's start; one account at most
+    std::optional<NetworkAccount> network = {}; // of a chat network; without its password ...
+    std::string secret = {};                    // ... which is this, protected; empty: none
 };
 
 class Accounts {

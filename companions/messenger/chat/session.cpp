@@ -70,7 +70,8 @@ void Session::signInAtStart() {
     if (!switches_.signin.empty()) {
         client_.signIn(switches_.signin, switches_.friendly);
     } else if (!switches_.conversation.empty()) { // to be replayed at once
-        last ? client_.signIn(last->signin, {}) : client_.signIn(demo_account.signin, demo_account.friendly);
+        last && !last->network ? client_.signIn(last->signin, {})
+                               : client_.signIn(demo_account.signin, demo_account.friendly);
     } else if (client_.accounts().automatic() || (!last && !switches_.embedding)) {
         signInAutomatically();
     }
@@ -92,6 +93,9 @@ void Session::signInAutomatically() {
 void Session::signIn(const SignInRequest& request) {
     const SignInRequest wanted = request;
     connect(wanted.signin, wanted.friendly, wanted.status);
+    if (const Account* known = client_.accounts().find(wanted.signin); known && known->network) {
+        return;
+    }
     to_remember_ = wanted;
     if (client_.signedIn()) { // already
         rememberSignedIn();
@@ -100,6 +104,10 @@ void Session::signIn(const SignInRequest& request) {
 
 void Session::connect(std::u16string signin, std::u16string friendly, std::optional<Status> status) {
     const Account* known = client_.accounts().find(signin);
+    if (known && known->network) {
+        to_remember_.reset();
+        return hooks_.network(*known);
+    }
     if (known) {
         if (friendly.empty()) {
             friendly = known->friendly;

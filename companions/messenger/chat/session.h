@@ -34,9 +34,10 @@ class Session {
         std::function<void(const Accounts& accounts)> store;
         std::function<void()> accounts_changed; // which are remembered
         std::function<void(const std::u16string& signin, const std::u16string& friendly)> signing_in;
-        std::function<void()> ask_other_account; // after a sign-out, who shall sign in
-        std::function<void()> replayed;          // the replay is done
-        std::function<void()> unused;            // the time set by endWhenUnused has passed
+        std::function<void(const Account& account)> network; // one of a chat network shall be signed in
+        std::function<void()> ask_other_account;             // after a sign-out, who shall sign in
+        std::function<void()> replayed;                      // the replay is done
+        std::function<void()> unused;                        // the time set by endWhenUnused has passed
     };
 
     // The client's changes are heard from now on.

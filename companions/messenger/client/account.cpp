@@ -1,6 +1,6 @@
 #include "companions/messenger/client/account.h"
 
-#include "platform/files.h"
+#include "platform/secrets.h"
 #include "platform/user_store.h"
 
 namespace messenger_client {
@@ -41,6 +41,36 @@ void storeAccounts(const Accounts& accounts) {
     store().remove(u"FriendlyName");
 }
 
+std::variant<NetworkAccount, std::u16string> prepareNetwork(Accounts& accounts, const NetworkRequest& request) {
+    NetworkAccount account = request.account;
+    const std::u16string signin = signinOf(account);
+    const Account* known = accounts.find(signin);
+    std::string secret;
+    if (request.kept_password) {
+        secret = known ? known->secret : std::string();
+        auto password = murmelix::platform::revealSecret(secret);
+        if (!password) {
+            return u"The kept password cannot be read any more. Please type it again.";
+        }
+        account.password = std::move(*password);
+    } else if (request.remember && !account.password.empty()) {
+        // What cannot be protected is not kept.
+        secret = murmelix::platform::protectSecret(account.password).value_or(std::string());
+    }
+    if (!request.remember) {
+        accounts.forget(signin);
+        return account;
+    }
+    Account& kept = accounts.use(signin);
+    kept.network = account;
+    kept.network->password.clear();
+    kept.secret = std::move(secret);
+    kept.contacts.clear();
+    accounts.remember(signin, request.automatic);
+    kept.automatic = request.automatic;
+    return account;
+}
+
 bool keepsRunning() {
     return store().number(u"KeepRunning").value_or(1) != 0;
 }
@@ -77,17 +107,6 @@ void keepReadingRules(const std::u16string& conversation, const reading::Rules& 
     } else {
         readingStore().putLines(name, lines); // where the system refuses they are good until the client ends
     }
-}
-
-int installedCharacters() {
-    namespace platform = murmelix::platform;
-    return static_cast<int>(platform::filesIn(platform::windowsDirectory() + u"\\msagent\\chars", u".acs").size());
-}
-
-std::optional<irc::Address> streamingServer() {
-    const auto parsed = irc::parseAddress(store().text(u"StreamingServer", longest_value_name).value_or(u""));
-    const auto* const address = std::get_if<irc::Address>(&parsed);
-    return address && address->dialect == irc::Dialect::irc ? std::optional(*address) : std::nullopt;
 }
 
 const murmelix::platform::KeptPlace& mainPlace() {

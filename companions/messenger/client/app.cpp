@@ -116,6 +116,7 @@ App::App(Switches switches)
                 .accounts_changed = [this] { main_.accountsChanged(); },
                 .signing_in = [this](const std::u16string& signin,
                                      const std::u16string& friendly) { main_.setSigningIn(signin, friendly); },
+                .network = [this](const Account& account) { connectTo(requestOf(account)); },
                 .ask_other_account =
                     [this] {
                         main_.proposeNobody();
@@ -136,6 +137,7 @@ App::App(Switches switches)
                     }}),
       main_(client_,
             {.sign_in = [this](const SignInRequest& request) { session_.signIn(request); },
+             .connect = [this](const NetworkRequest& request) { connectTo(request); },
              .forget =
                  [this](const std::u16string& signin) {
                      client_.accounts().forget(signin);
@@ -223,7 +225,7 @@ void App::start() {
     switches_.embedding ? main_.ShowInactive() : main_.Show();
     session_.start();
     if (switches_.address) {
-        signInLive();
+        signInLive({.address = *switches_.address, .nick = switches_.nick});
     }
     if (!switches_.conversation.empty() && !startConversation()) {
         complain(u"The chat log cannot be read: " + switches_.conversation);
@@ -239,8 +241,16 @@ void App::historyRead(const Conversation& conversation) {
     session_.historyRead(conversation);
 }
 
-void App::signInLive() {
-    irc::Settings settings{.address = *switches_.address, .nick = switches_.nick};
+void App::connectTo(const NetworkRequest& request) {
+    auto account = prepareNetwork(client_.accounts(), request);
+    session_.accountsChanged();
+    if (const auto* const fault = std::get_if<std::u16string>(&account)) {
+        return main_.tellFault(*fault);
+    }
+    signInLive(settingsOf(std::get<NetworkAccount>(account)));
+}
+
+void App::signInLive(irc::Settings settings) {
     if (settings.nick.empty() && settings.address.dialect == irc::Dialect::irc) {
         settings.nick = u"Murmelix" + murmelix::toText(1000 + std::random_device()() % 9000);
     }

@@ -30,7 +30,9 @@ class App {
     void start();
     bool startConversation();
     bool doWithWindow(std::u16string_view deed);
-    void signInLive();
+    // To a chat network.
+    void signInLive(irc::Settings settings);
+    void connectTo(const NetworkRequest& request);
     // A program has done so.
     void historyRead(const Conversation& conversation);
     std::unique_ptr<ConversationForm> windowFor(const ConversationPtr& conversation, const ui::Rect& place);

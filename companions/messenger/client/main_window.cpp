@@ -61,13 +61,14 @@ MainWindow::MainWindow(Client& client, Hooks hooks)
     : Form(nullptr, u"Messenger", ui::FormStyle::sizable, main_class),
       SignIn(*this, client.accounts(),
              {.sign_in = [this](const auto& request) { hooks_.sign_in(request); },
+              .connect = [this](const auto& request) { hooks_.connect(request); },
               .forget = [this](const auto& signin) { hooks_.forget(signin); }}),
       client_(client), hooks_(std::move(hooks)) {
     setIcon(program_picture);
     connectHandlers();
     connectMenus();
     built_ = true;
-    const int height = ui::rows({bandLayout(), SignIn.layout()}).needed(least_width).height;
+    const int height = bandLayout().needed(least_width).height + SignIn.leastHeight(least_width);
     setLeastScale(least_width, height);
     setScale(first_width, std::max(first_height, height));
     takeLastPlace();

@@ -25,6 +25,7 @@ class MainWindow final : public ui::Form {
   public:
     struct Hooks {
         std::function<void(const SignInRequest&)> sign_in;
+        std::function<void(const NetworkRequest&)> connect; // to a chat network
         std::function<void(const std::u16string& signin)> forget;
         std::function<void(const std::u16string& signin)> switch_to; // an account; empty: asks for one
         std::function<void(const Conversation&)> bring_up;           // its window

@@ -42,16 +42,12 @@ reading::Line::Kind readKind(irc::event::Said::Kind kind) {
 
 } // namespace
 
-LiveTalk::LiveTalk(std::u16string title, bool channel, reading::Rules rules, int characters)
+LiveTalk::LiveTalk(std::u16string title, bool channel, reading::Rules rules)
     : title_(std::move(title)), channel_(channel),
-      reader_(std::move(rules), {.my_name = {},
-                                 .has_name = [this](std::u16string_view name) { return hasName(name); },
-                                 .characters = characters}),
-      characters_(characters) {}
+      reader_(std::move(rules), {{}, [this](std::u16string_view name) { return hasName(name); }}) {}
 
 reading::Surroundings LiveTalk::surroundings() const {
-    return {me_ ? irc::shownName(*me_) : std::u16string(), [this](std::u16string_view name) { return hasName(name); },
-            characters_};
+    return {me_ ? irc::shownName(*me_) : std::u16string(), [this](std::u16string_view name) { return hasName(name); }};
 }
 
 void LiveTalk::changed(const std::function<void()>& told) const {

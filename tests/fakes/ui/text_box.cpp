@@ -17,4 +17,6 @@ void caretToEnd(Handle box) {
     fakes::screen().selections[box] = fakes::Selection::end;
 }
 
+void mask(Handle) {}
+
 } // namespace murmelix::ui::native

@@ -42,6 +42,8 @@ struct Sessions : testing::Test {
                 .accounts_changed = [this] { told.push_back("accounts"); },
                 .signing_in = [this](const std::u16string& signin,
                                      const std::u16string&) { told.push_back("signing " + murmelix::toUtf8(signin)); },
+                .network =
+                    [this](const Account& account) { told.push_back("network " + murmelix::toUtf8(account.signin)); },
                 .ask_other_account = [this] { told.push_back("other"); },
                 .replayed = [this] { told.push_back("replayed"); },
                 .unused = [this] { told.push_back("unused"); }});
@@ -471,6 +473,21 @@ TEST_F(Forms, AnyNameWillDo) {
     EXPECT_NE(faultOfSignin(form.completed({std::u16string(320, u'k'), u""}).signin), u"");
     const SignInRequest automatic = form.completed({u"kim", u"", Status::online, false, true});
     EXPECT_TRUE(automatic.remember) << "what signs in by itself is remembered";
+}
+
+TEST_F(Sessions, AnAccountOfANetworkIsConnectedTo) {
+    Account& account = client.accounts().use(u"ann@irc.example.org");
+    account.network = NetworkAccount{.address = {.host = u"irc.example.org"}, .nick = u"ann"};
+    client.accounts().remember(u"ann@irc.example.org", true);
+    begin();
+    session->start();
+    EXPECT_THAT(told, testing::ElementsAre("network ann@irc.example.org"));
+    told.clear();
+    session->switchTo(u"ANN@irc.example.org");
+    session->connect(u"ann@irc.example.org", {});
+    EXPECT_THAT(told, testing::ElementsAre("network ann@irc.example.org", "network ann@irc.example.org"));
+    pass(60'000);
+    EXPECT_FALSE(client.signedIn());
 }
 
 } // namespace

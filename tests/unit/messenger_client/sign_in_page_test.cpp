@@ -31,6 +31,7 @@ struct SignInPages : testing::Test {
     std::optional<ui::Form> form;
     std::optional<SignInPage> made;
     std::vector<SignInRequest> requests;
+    std::vector<NetworkRequest> connections;
     std::vector<std::u16string> forgotten;
 
     SignInPages() {
@@ -45,19 +46,42 @@ struct SignInPages : testing::Test {
     }
     SignInPage& open() {
         form.emplace(nullptr, u"", ui::FormStyle::sizable);
-        made.emplace(*form, accounts,
-                     SignInPage::Hooks{.sign_in = [this](const SignInRequest& request) { requests.push_back(request); },
-                                       .forget =
-                                           [this](const std::u16string& signin) {
-                                               forgotten.push_back(signin);
-                                               accounts.forget(signin);
-                                               made->accountsChanged();
-                                           }});
+        made.emplace(
+            *form, accounts,
+            SignInPage::Hooks{.sign_in = [this](const SignInRequest& request) { requests.push_back(request); },
+                              .connect = [this](const NetworkRequest& request) { connections.push_back(request); },
+                              .forget =
+                                  [this](const std::u16string& signin) {
+                                      forgotten.push_back(signin);
+                                      accounts.forget(signin);
+                                      made->accountsChanged();
+                                  }});
         form->DefaultButton = &made->SignInButt;
         made->accountsChanged();
         made->propose({});
         form->Show();
+        layOut();
         return *made;
+    }
+    void layOut() { made->layout().place({0, 0, 4380, 9000}); }
+    // The user picks it.
+    SignInPage& open(AccountKind kind) {
+        open();
+        pick(made->KindList, static_cast<int>(kind));
+        layOut();
+        return *made;
+    }
+    void keepNetwork(NetworkAccount account, std::string secret = {}) {
+        Account& added = accounts.use(signinOf(account));
+        added.secret = std::move(secret);
+        added.network = std::move(account);
+        accounts.remember(added.signin, false);
+    }
+    void expectTabs(std::initializer_list<const ui::Control*> order) {
+        for (const ui::Control* next : order) {
+            ASSERT_TRUE(key(*form, ui::Key::tab));
+            EXPECT_TRUE(next->Focused()) << next - *order.begin();
+        }
     }
 };
 
@@ -76,8 +100,8 @@ TEST_F(SignInPages, TabGoesThroughTheFieldsInOrder) {
     page.focusFirst();
     ASSERT_TRUE(page.SignInButt.Focused());
     for (const ui::Control* next : std::initializer_list<const ui::Control*>{
-             &page.ForgetButt, &page.NameBox, &page.DisplayNameTxt, &page.StatusList, &page.RememberCheck,
-             &page.AutomaticCheck, &page.SignInButt}) {
+             &page.ForgetButt, &page.KindList, &page.NameBox, &page.DisplayNameTxt, &page.StatusList,
+             &page.RememberCheck, &page.AutomaticCheck, &page.SignInButt}) {
         ASSERT_TRUE(key(*form, ui::Key::tab));
         EXPECT_TRUE(next->Focused());
     }
@@ -195,6 +219,181 @@ TEST_F(SignInPages, ProposesWhoIsAskedForAndKeepsWhatWasTyped) {
     page.proposeNobody();
     EXPECT_EQ(page.NameBox.Text(), u"");
     EXPECT_EQ(page.DisplayNameTxt.Text(), u"");
+}
+
+const NetworkAccount ann{.address = {.host = u"irc.oftc.net", .channels = {u"#murmelix", u"#help"}}, .nick = u"ann"};
+const NetworkAccount reader{.address = {.dialect = irc::Dialect::twitch,
+                                        .host = std::u16string(irc::twitch_host),
+                                        .channels = {u"#some_streamer"}}};
+
+TEST_F(SignInPages, ShowTheFieldsOfTheKindThatIsPicked) {
+    SignInPage& page = open();
+    EXPECT_THAT(std::vector<std::u16string>({page.KindList.List(0), page.KindList.List(1), page.KindList.List(2)}),
+                ElementsAre(u"On this computer", u"IRC network", u"Streaming chat"));
+    EXPECT_TRUE(page.LocalPanel.Visible() && !page.IrcPanel.Visible() && !page.StreamingPanel.Visible());
+    pick(page.KindList, 1);
+    EXPECT_TRUE(!page.LocalPanel.Visible() && page.IrcPanel.Visible() && !page.StreamingPanel.Visible());
+    pick(page.KindList, 2);
+    EXPECT_TRUE(!page.LocalPanel.Visible() && !page.IrcPanel.Visible() && page.StreamingPanel.Visible());
+    EXPECT_TRUE(page.NoteLbl.Caption().starts_with(u"A channel's name is enough"));
+    // What was filled in is there again.
+    pick(page.KindList, 0);
+    EXPECT_EQ(page.NameBox.Text(), u"you@messenger.example");
+}
+
+TEST_F(SignInPages, TabGoesThroughTheFieldsOfANetwork) {
+    SignInPage& page = open(AccountKind::irc);
+    pick(page.NetworkList, NetworkFields::other_network);
+    page.KindList.SetFocus();
+    expectTabs({&page.NetworkList, &page.ServerTxt, &page.PortTxt, &page.NickBox, &page.ChannelsTxt, &page.AccountTxt,
+                &page.PasswordTxt, &page.PlainCheck, &page.RememberCheck, &page.AutomaticCheck, &page.SignInButt});
+    pick(page.KindList, 2);
+    layOut();
+    page.KindList.SetFocus();
+    expectTabs({&page.ChannelBox, &page.WriterTxt, &page.TokenTxt, &page.RememberCheck});
+}
+
+TEST_F(SignInPages, LettersLeadToTheFieldsOfANetwork) {
+    SignInPage& page = open(AccountKind::irc);
+    pick(page.NetworkList, NetworkFields::other_network);
+    for (const auto& [letter, control] :
+         std::vector<std::pair<char16_t, const ui::Control*>>{{u'k', &page.KindList},
+                                                              {u'w', &page.NetworkList},
+                                                              {u'v', &page.ServerTxt},
+                                                              {u'p', &page.PortTxt},
+                                                              {u'n', &page.NickBox},
+                                                              {u'c', &page.ChannelsTxt},
+                                                              {u'o', &page.AccountTxt},
+                                                              {u'd', &page.PasswordTxt}}) {
+        EXPECT_TRUE(accelerator(*form, letter));
+        EXPECT_TRUE(control->Focused()) << static_cast<char>(letter);
+    }
+    EXPECT_TRUE(accelerator(*form, u'e'));
+    EXPECT_EQ(page.PlainCheck.Value(), 1);
+    EXPECT_TRUE(accelerator(*form, u'u'));
+    EXPECT_EQ(page.PlainPasswordCheck.Value(), 1);
+    pick(page.KindList, 2);
+    layOut();
+    for (const auto& [letter, control] : std::vector<std::pair<char16_t, const ui::Control*>>{
+             {u'c', &page.ChannelBox}, {u'n', &page.WriterTxt}, {u'o', &page.TokenTxt}}) {
+        EXPECT_TRUE(accelerator(*form, letter));
+        EXPECT_TRUE(control->Focused()) << static_cast<char>(letter);
+    }
+}
+
+TEST_F(SignInPages, AChannelOfTheStreamingChatIsFourStepsAway) {
+    SignInPage& page = open();
+    ASSERT_TRUE(pick(page.KindList, 2));
+    layOut();
+    ASSERT_TRUE(type(page.ChannelBox, u"Some_Streamer"));
+    ASSERT_TRUE(click(page.SignInButt));
+    ASSERT_EQ(connections.size(), 1U);
+    EXPECT_EQ(connections.front().account, reader);
+    EXPECT_FALSE(connections.front().remember);
+    EXPECT_THAT(requests, IsEmpty());
+}
+
+TEST_F(SignInPages, WhatWasFilledInIsConnectedTo) {
+    SignInPage& page = open(AccountKind::irc);
+    pick(page.NetworkList, 1);
+    type(page.NickBox, u"ann");
+    type(page.ChannelsTxt, u"murmelix #help");
+    type(page.AccountTxt, u"Ann");
+    type(page.PasswordTxt, u"correct horse");
+    click(page.RememberCheck);
+    EXPECT_TRUE(page.PasswordTxt.Masked() && page.TokenTxt.Masked());
+    ASSERT_TRUE(key(*form, ui::Key::enter));
+    ASSERT_EQ(connections.size(), 1U);
+    NetworkAccount wanted = ann;
+    wanted.account = u"Ann";
+    wanted.password = u"correct horse";
+    EXPECT_EQ(connections.front().account, wanted);
+    EXPECT_TRUE(connections.front().remember);
+    EXPECT_EQ(page.PasswordTxt.Text(), u"") << "it is not shown again, and nobody finds it there";
+}
+
+TEST_F(SignInPages, AnotherServerHasFieldsOfItsOwn) {
+    SignInPage& page = open(AccountKind::irc);
+    EXPECT_EQ(page.ServerTxt.Text(), u"irc.libera.chat");
+    EXPECT_EQ(page.PortTxt.Text(), u"6697");
+    EXPECT_FALSE(page.ServerTxt.Enabled());
+    pick(page.NetworkList, NetworkFields::other_network);
+    EXPECT_TRUE(page.ServerTxt.Enabled() && page.PortTxt.Enabled());
+    EXPECT_FALSE(page.PlainPasswordCheck.Enabled());
+    click(page.PlainCheck);
+    EXPECT_EQ(page.PortTxt.Text(), u"6667");
+    EXPECT_TRUE(page.PlainPasswordCheck.Enabled());
+    click(page.PlainPasswordCheck);
+    click(page.PlainCheck);
+    EXPECT_EQ(page.PortTxt.Text(), u"6697");
+    EXPECT_FALSE(page.PlainPasswordCheck.Enabled());
+    EXPECT_EQ(page.PlainPasswordCheck.Value(), 0);
+    type(page.PortTxt, u"7000");
+    click(page.PlainCheck);
+    EXPECT_EQ(page.PortTxt.Text(), u"7000");
+}
+
+TEST_F(SignInPages, TheFieldThatIsWrongIsShown) {
+    SignInPage& page = open(AccountKind::irc);
+    click(page.SignInButt);
+    EXPECT_TRUE(page.NickBox.Focused());
+    EXPECT_NE(page.FaultLbl.Caption(), u"");
+    type(page.NickBox, u"ann");
+    type(page.PasswordTxt, u"secret");
+    click(page.PlainCheck);
+    click(page.SignInButt);
+    EXPECT_TRUE(page.PasswordTxt.Focused());
+    EXPECT_TRUE(page.FaultLbl.Caption().starts_with(u"Without encryption"));
+    EXPECT_EQ(page.FaultLbl.Caption().find(u"secret"), murmelix::npos);
+    click(page.PlainPasswordCheck);
+    click(page.SignInButt);
+    EXPECT_EQ(page.FaultLbl.Caption(), u"");
+    ASSERT_EQ(connections.size(), 1U);
+    EXPECT_TRUE(connections.front().account.password_in_the_clear);
+}
+
+TEST_F(SignInPages, ARememberedNetworkFillsTheFieldsIn) {
+    keepNetwork(reader);
+    account(u"bob@x", u"Bob");
+    keepNetwork(ann, "protected");
+    SignInPage& page = open();
+    EXPECT_EQ(page.KindList.ListIndex(), 1) << "it was used last";
+    EXPECT_EQ(page.NetworkList.Text(), u"OFTC");
+    EXPECT_EQ(page.NickBox.Text(), u"ann");
+    EXPECT_EQ(page.ChannelsTxt.Text(), u"#murmelix, #help");
+    EXPECT_EQ(page.PasswordTxt.Text(), u"");
+    EXPECT_EQ(page.PasswordLbl.Caption(), u"Passwor&d (kept)");
+    EXPECT_EQ(page.RememberCheck.Value(), 1);
+    EXPECT_TRUE(page.ForgetButt.Enabled());
+    EXPECT_THAT(page.NickBox.Items(), ElementsAre(u"ann@irc.oftc.net"));
+    EXPECT_THAT(page.NameBox.Items(), ElementsAre(u"bob@x"));
+    EXPECT_THAT(page.ChannelBox.Items(), ElementsAre(u"#some_streamer@twitch"));
+    click(page.SignInButt);
+    ASSERT_EQ(connections.size(), 1U);
+    EXPECT_TRUE(connections.front().kept_password);
+    type(page.NickBox, u"anna");
+    EXPECT_NE(page.PasswordLbl.Caption(), u"Passwor&d (kept)") << "it is another's";
+    pick(page.NickBox, 0);
+    EXPECT_EQ(page.NickBox.Text(), u"ann");
+    EXPECT_EQ(page.PasswordLbl.Caption(), u"Passwor&d (kept)");
+    pick(page.KindList, 2);
+    layOut();
+    pick(page.ChannelBox, 0);
+    EXPECT_EQ(page.ChannelBox.Text(), u"#some_streamer");
+    EXPECT_TRUE(page.ForgetButt.Enabled());
+    click(page.ForgetButt);
+    EXPECT_THAT(forgotten, ElementsAre(u"#some_streamer@twitch"));
+    EXPECT_EQ(page.ChannelBox.Text(), u"");
+    EXPECT_TRUE(page.ChannelBox.Focused());
+}
+
+TEST_F(SignInPages, IsAsHighAsTheHighestKind) {
+    SignInPage& page = open();
+    const int least = page.leastHeight(3600);
+    for (int kind = 0; kind < 3; ++kind) {
+        pick(page.KindList, kind);
+        EXPECT_LE(page.layout().needed(3600).height, least);
+    }
 }
 
 TEST_F(SignInPages, ALongFaultGetsTheLinesItNeeds) {

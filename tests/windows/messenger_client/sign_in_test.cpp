@@ -29,9 +29,17 @@ constexpr wchar_t key_path[] = L"Software\\MessengerClient";
 enum ControlId : int {
     id_none,
     id_contacts,
+    id_kind,
     id_signin,
     id_friendly,
     id_status,
+    id_network,
+    id_nick,
+    id_channel,
+    id_server,
+    id_port,
+    id_channels,
+    id_password,
     id_remember,
     id_automatic,
     id_sign_in,
@@ -50,11 +58,14 @@ struct Known {
     int number;
 };
 constexpr Known known_controls[] = {
-    {id_contacts, L"ListBox", 0}, {id_signin, L"ComboBox", 0}, {id_friendly, L"Edit", 1},
-    {id_status, L"ComboBox", 1},  {id_remember, L"Button", 3}, {id_automatic, L"Button", 4},
-    {id_sign_in, L"Button", 5},   {id_forget, L"Button", 6},   {id_fault, L"Static", 4},
-    {id_progress, L"Static", 6},  {id_cancel, L"Button", 7},   {id_name, L"Button", 0},
-    {id_my_status, L"Button", 1}, {id_mail, L"Button", 2},     {id_rename_field, L"Edit", 0},
+    {id_contacts, L"ListBox", 0}, {id_kind, L"ComboBox", 0},     {id_signin, L"ComboBox", 1},
+    {id_friendly, L"Edit", 1},    {id_status, L"ComboBox", 2},   {id_network, L"ComboBox", 3},
+    {id_nick, L"ComboBox", 4},    {id_channel, L"ComboBox", 5},  {id_password, L"Edit", 6},
+    {id_server, L"Edit", 2},      {id_port, L"Edit", 3},         {id_channels, L"Edit", 4},
+    {id_remember, L"Button", 5},  {id_automatic, L"Button", 6},  {id_sign_in, L"Button", 7},
+    {id_forget, L"Button", 8},    {id_fault, L"Static", 15},     {id_progress, L"Static", 17},
+    {id_cancel, L"Button", 9},    {id_name, L"Button", 0},       {id_my_status, L"Button", 1},
+    {id_mail, L"Button", 2},      {id_rename_field, L"Edit", 0},
 };
 
 constexpr std::u16string_view menu_exit = u"fx", menu_rename = u"fn", menu_add = u"ca", menu_new_mail = u"ma",
@@ -198,15 +209,79 @@ TEST_F(SignInWindow, TabGoesThroughTheFieldsInOrder) {
     start(u"/signedout");
     client->command("accounts remember you@messenger.example You");
     ASSERT_TRUE(focusComesTo(id_sign_in));
-    for (const int next : {id_forget, id_signin, id_friendly, id_status, id_remember, id_automatic, id_sign_in}) {
+    for (const int next :
+         {id_forget, id_kind, id_signin, id_friendly, id_status, id_remember, id_automatic, id_sign_in}) {
         key(VK_TAB);
         EXPECT_TRUE(focusComesTo(next)) << next << ", but it is at " << focus();
     }
 }
 
+TEST_F(SignInWindow, HasFieldsForEachKindOfAccount) {
+    start(u"/signedout");
+    EXPECT_FALSE(visible(id_network) || visible(id_channel));
+    altKey(u'k');
+    ASSERT_TRUE(focusComesTo(id_kind));
+    key(VK_DOWN);
+    EXPECT_TRUE(pumpUntil([&] { return visible(id_network) && !visible(id_signin) && !visible(id_channel); }));
+    EXPECT_EQ(text(id_server), u"irc.libera.chat");
+    EXPECT_FALSE(IsWindowEnabled(of(id_server)));
+    screenshotWhenStill(window, "messenger_sign_in_irc");
+    altKey(u'w');
+    ASSERT_TRUE(focusComesTo(id_network));
+    key(VK_END);
+    EXPECT_TRUE(pumpUntil([&] { return IsWindowEnabled(of(id_server)) != FALSE; }));
+    altKey(u'k');
+    ASSERT_TRUE(focusComesTo(id_kind));
+    key(VK_END);
+    EXPECT_TRUE(pumpUntil([&] { return visible(id_channel) && !visible(id_network); }));
+    screenshotWhenStill(window, "messenger_sign_in_streaming");
+    altKey(u's');
+    EXPECT_TRUE(pumpUntil([&] { return !text(id_fault).empty(); })) << "without a channel there is nothing to read";
+    EXPECT_TRUE(focusComesTo(id_channel));
+}
+
+TEST_F(Remembering, APasswordOfANetworkCanBeReadByNobody) {
+    start(u"/signedout");
+    altKey(u'k');
+    ASSERT_TRUE(focusComesTo(id_kind));
+    key(VK_DOWN);
+    ASSERT_TRUE(pumpUntil([&] { return visible(id_network); }));
+    altKey(u'w');
+    ASSERT_TRUE(focusComesTo(id_network));
+    key(VK_END);
+    ASSERT_TRUE(pumpUntil([&] { return IsWindowEnabled(of(id_server)) != FALSE; }));
+    fill(id_server, u"127.0.0.1");
+    fill(id_port, u"1"); // where nobody answers
+    fill(id_nick, u"ann");
+    fill(id_channels, u"#murmelix");
+    fill(id_password, u"correct horse");
+    EXPECT_EQ(SendMessageW(of(id_password), EM_GETPASSWORDCHAR, 0, 0), 0x25CF);
+    click(id_remember);
+    screenshotWhenStill(window, "messenger_sign_in_irc_filled");
+    click(id_sign_in);
+    EXPECT_TRUE(pumpUntil([&] { return text(id_fault).find(u"Nobody answers") != murmelix::npos; }))
+        << murmelix::toUtf8(text(id_fault));
+    EXPECT_EQ(text(id_password), u"");
+    const std::vector<std::string> lines = storedAccounts();
+    ASSERT_EQ(lines.size(), 2U);
+    EXPECT_EQ(lines[0], "ann@127.0.0.1\t2\t-\t0\tann");
+    EXPECT_THAT(lines[1], testing::StartsWith("\t\tnetwork\tircs://127.0.0.1:1/#murmelix\tann\t\t-\t"));
+    EXPECT_THAT(lines[1], testing::Not(HasSubstr("correct horse")));
+    EXPECT_GT(lines[1].size(), 100U) << "it is kept";
+    leave();
+    start(u"/signedout");
+    EXPECT_TRUE(visible(id_network));
+    EXPECT_EQ(text(id_nick), u"ann");
+    EXPECT_EQ(text(id_password), u"");
+    click(id_sign_in);
+    EXPECT_TRUE(pumpUntil([&] { return text(id_fault).find(u"Nobody answers") != murmelix::npos; }))
+        << murmelix::toUtf8(text(id_fault));
+}
+
 TEST_F(SignInWindow, LettersLeadToTheirFields) {
     start(u"/signedout");
-    const std::vector<std::pair<char16_t, int>> letters{{u'n', id_signin}, {u'd', id_friendly}, {u't', id_status}};
+    const std::vector<std::pair<char16_t, int>> letters{
+        {u'k', id_kind}, {u'n', id_signin}, {u'd', id_friendly}, {u't', id_status}};
     for (const auto& [letter, id] : letters) {
         altKey(letter);
         EXPECT_TRUE(focusComesTo(id)) << id;

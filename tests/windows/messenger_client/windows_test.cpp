@@ -305,9 +305,9 @@ TEST(SigningIn, ByTheMainWindow) {
     const RunningClient client(u"/signedout");
     Object messenger = client.automation();
     EXPECT_EQ(messenger.get(u"MyStatus").toInt32(), 1);
-    const HWND name = controlOf(client.mainWindow(), L"ComboBox", 0);
+    const HWND name = controlOf(client.mainWindow(), L"ComboBox", 1);
     const HWND friendly = controlOf(client.mainWindow(), L"Edit", 1);
-    const HWND button = controlOf(client.mainWindow(), L"Button", 5);
+    const HWND button = controlOf(client.mainWindow(), L"Button", 7);
     ASSERT_TRUE(name && friendly && button);
     replaceText(name, u" kim@x ");
     replaceText(friendly, u"Kim");
