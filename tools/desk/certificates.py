@@ -1,7 +1,9 @@
 """Issuers made for a run, and certificates that they issue: real ones, which nobody trusts who was not told to."""
 
 import datetime
+import hashlib
 import itertools
+import struct
 import subprocess
 from dataclasses import dataclass
 from pathlib import Path
@@ -135,3 +137,15 @@ subjectKeyIdentifier = hash
 authorityKeyIdentifier = keyid
 """,
 }
+
+
+def trust(desk, issuer):
+    """The programs on the desk know the issuer from now on: it stands among the roots of the prefix' user."""
+    der = issuer.certificate_der.read_bytes()
+    thumb = hashlib.sha1(der).digest()
+    # Properties, each with its number, a 1 and its length: the hash by which it is found, and the certificate.
+    blob = struct.pack("<III", 3, 1, len(thumb)) + thumb + struct.pack("<III", 32, 1, len(der)) + der
+    key = rf"HKCU\Software\Microsoft\SystemCertificates\Root\Certificates\{thumb.hex().upper()}"
+    status, printed = desk.run("reg", "reg.exe", "add", key, "/v", "Blob", "/t", "REG_BINARY", "/d", blob.hex(), "/f")
+    if status != 0:
+        raise RuntimeError(f"the issuer could not be made known: {printed}")

@@ -1,5 +1,6 @@
 """One whole reading: the neighbours set up as an installer would, the program started, a conversation read aloud."""
 
+import collections
 import contextlib
 import os
 import shutil
@@ -26,6 +27,7 @@ NEIGHBOURS = ("AgentServer.exe", "MessengerClient.exe", "Murmelix.exe")
 NOTICES = {"Getting Started": "Return", "Emoticons into Voice": "Return"}
 GESTURE_SECONDS = 60   # for a gesture to show what it has done: a second one would undo it
 FINAL_SECONDS = 60     # after the last event of all: what is missing by then does not come any more
+ANSWER_SECONDS = 10    # from a message of a live chat to its character's being told: what has not come by then never does
 RECORDING_SECONDS = 3  # the recording on disk is never further behind than that
 PICTURE_DELAY = 0.8    # from the start of a speech to its picture, at natural speed: the balloon has words by then
 
@@ -381,10 +383,26 @@ class LiveReading(Reading):
                 self._tell(act)
             self._told = len(self.transcript.acts)
             self._take_picture()
-            if self.options.messages and len(self.messages()) >= self.options.messages and not self._being_spoken():
+            if self.options.messages and len(self.messages()) >= self.options.messages and not self._being_spoken() \
+                    and not self._unanswered():
                 return
             self.check_programs()
             time.sleep(0.02)
+
+    def _unanswered(self):
+        """Messages that their writer's character was not told to speak yet. Who has no character never is."""
+        calls = collections.defaultdict(list)
+        for act in self.transcript.acts:
+            if act.moment == "call" and act.what == "Speak":
+                calls[act.key].append(act.microseconds)
+        waiting = []
+        for event in self.messages():
+            after = next((moment for moment in calls[event.signin] if moment > event.microseconds), None)
+            if after is not None:
+                calls[event.signin].remove(after)
+            elif self.log.age(event) < ANSWER_SECONDS:
+                waiting.append(event)
+        return waiting
 
     def messages(self):
         """What was to be read since the reading has begun."""

@@ -108,6 +108,7 @@ class ClientLog:
         self.path = path
         self._file = Growing(path)
         self.events = []
+        self._given = {}  # when, by the event's identity: it is never forgotten
 
     def new(self):
         added = []
@@ -118,7 +119,12 @@ class ClientLog:
             added.append(Event(int(fields[0]), float(fields[1]), fields[2], unescape(fields[3]),
                                unescape(fields[4])))
         self.events += added
+        self._given.update((id(event), time.monotonic()) for event in added)
         return added
+
+    def age(self, event):
+        """Seconds since this log has given it."""
+        return time.monotonic() - self._given[id(event)]
 
     def is_offered(self):
         """True when programs can find the client."""

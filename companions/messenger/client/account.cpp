@@ -1,5 +1,6 @@
 #include "companions/messenger/client/account.h"
 
+#include "platform/files.h"
 #include "platform/secrets.h"
 #include "platform/user_store.h"
 
@@ -107,6 +108,17 @@ void keepReadingRules(const std::u16string& conversation, const reading::Rules& 
     } else {
         readingStore().putLines(name, lines); // where the system refuses they are good until the client ends
     }
+}
+
+int installedCharacters() {
+    namespace platform = murmelix::platform;
+    return static_cast<int>(platform::filesIn(platform::windowsDirectory() + u"\\msagent\\chars", u".acs").size());
+}
+
+std::optional<irc::Address> streamingServer() {
+    const auto parsed = irc::parseAddress(store().text(u"StreamingServer", longest_value_name).value_or(u""));
+    const auto* const address = std::get_if<irc::Address>(&parsed);
+    return address && address->dialect == irc::Dialect::irc ? std::optional(*address) : std::nullopt;
 }
 
 const murmelix::platform::KeptPlace& mainPlace() {

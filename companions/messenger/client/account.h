@@ -1,10 +1,12 @@
 // What is remembered on this computer.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <variant>
 
 #include "companions/messenger/chat/accounts.h"
+#include "companions/messenger/irc/address.h"
 #include "companions/messenger/reading/rules.h"
 #include "platform/kept_place.h"
 
@@ -24,10 +26,17 @@ std::variant<NetworkAccount, std::u16string> prepareNetwork(Accounts& accounts, 
 bool keepsRunning();
 void keepRunning(bool keep);
 
+// Files of the folder in which Agent has its characters.
+int installedCharacters();
+
 // What is read of a conversation of a chat network, below the key Reading: a value (REG_MULTI_SZ, lines as in
 // reading/rules.h) by the conversation's name; the defaults where nothing is kept.
 reading::Rules readingRules(const std::u16string& conversation);
 void keepReadingRules(const std::u16string& conversation, const reading::Rules& rules);
+
+// The value StreamingServer (REG_SZ, irc:// or ircs:// with a server alone): where the streaming chat is reached
+// instead of at its own place, as over a bridge of the user's; nothing where it is not there, or no such address.
+std::optional<irc::Address> streamingServer();
 
 // Where the main window was, with its border, and a conversation's that was moved or resized last.
 const murmelix::platform::KeptPlace& mainPlace();

@@ -44,6 +44,11 @@ LiveService::LiveService(Client& client, Hooks hooks) : client_(client), hooks_(
 void LiveService::signIn(irc::Settings settings, Status status) {
     client_.signOut();
     drop();
+    if (const auto other = streamingServer(); other && settings.address.dialect == irc::Dialect::twitch) {
+        settings.address.host = other->host;
+        settings.address.port = other->port;
+        settings.address.tls = other->tls;
+    }
     account_ = std::make_unique<LiveAccount>(
         client_, std::move(settings), status,
         LiveAccount::Hooks{
@@ -67,6 +72,7 @@ void LiveService::signIn(irc::Settings settings, Status status) {
             .failed = hooks_.failed,
             .tell_user = hooks_.tell_user,
             .bring_up = hooks_.bring_up,
+            .characters = installedCharacters,
             .rules_of = readingRules,
             .keep_rules = keepReadingRules,
         });

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "common/text.h"
+#include "platform/clock.h"
 
 namespace messenger_client {
 
@@ -13,6 +14,8 @@ namespace {
 constexpr std::size_t most_listed = 300;
 // Milliseconds between two looks at who is there: in a busy channel somebody comes or goes all the time.
 constexpr int people_delay = 500;
+// While lines pour in, showing them takes no more than a quarter of the time: most fall out before they could be seen.
+constexpr long long rest_after_showing = 3;
 constexpr std::size_t longest_title = 100;  // units of the channel's name
 constexpr std::size_t longest_topic = 1000; // units: more than any screen shows
 
@@ -171,8 +174,10 @@ void LiveWindow::People_DrawItem(ui::Surface& surface, int row, const ui::ListBo
 }
 
 void LiveWindow::ShowTimer_Tick() {
+    const long long began = murmelix::platform::microseconds();
     const bool more = view_.show(units_at_once);
-    ShowTimer.setInterval(more ? show_next : show_delay);
+    const long long taken = (murmelix::platform::microseconds() - began) / 1000;
+    ShowTimer.setInterval(more ? std::max(show_next, static_cast<int>(rest_after_showing * taken)) : show_delay);
     ShowTimer.setEnabled(more);
 }
 

@@ -340,7 +340,9 @@ void ReadingPage::showNumbers(ui::DropDownList& list, std::vector<int>& shown, s
     if (shown != usual) {
         shown = std::move(usual);
         std::vector<std::u16string> texts;
-        std::ranges::transform(shown, std::back_inserter(texts), [](int of) { return murmelix::toText(of); });
+        std::ranges::transform(shown, std::back_inserter(texts), [](int of) {
+            return of == reading::as_many_as_characters ? u"as there are characters" : murmelix::toText(of);
+        });
         list.setItems(std::move(texts));
     }
     list.setListIndex(static_cast<int>(std::ranges::find(shown, value) - shown.begin()));
@@ -366,7 +368,7 @@ void ReadingPage::showRules() {
     show(ModeratorsCheck, rules_.moderators);
     show(SubscribersCheck, rules_.subscribers);
     show(ChosenCheck, rules_.chosen);
-    showNumbers(SeatsList, seats_, {1, 2, 3, 4, 5, 6}, rules_.seats);
+    showNumbers(SeatsList, seats_, {reading::as_many_as_characters, 1, 2, 3, 4, 5, 6}, rules_.seats);
     show(ShareCheck, rules_.rest_shares);
     showing_ = false;
     showWho();

@@ -195,7 +195,8 @@ LiveAccount::PlacePtr LiveAccount::open(std::u16string title, bool channel, cons
     auto place = std::make_shared<Place>();
     place->key = (channel ? title : irc::signinName(*with)) + u" " + network_;
     place->with = with;
-    place->talk = std::make_shared<LiveTalk>(std::move(title), channel, hooks_.rules_of(place->key));
+    place->talk =
+        std::make_shared<LiveTalk>(std::move(title), channel, hooks_.rules_of(place->key), hooks_.characters());
     place->talk->setMe(session_.me());
     place->talk->setDeeds({.type =
                                [this, weak = std::weak_ptr(place)](std::u16string_view text) {

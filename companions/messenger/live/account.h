@@ -33,6 +33,7 @@ class LiveAccount {
         std::function<void(const std::u16string& why)> failed;
         std::function<void(const std::u16string& sentence)> tell_user;  // where no conversation is open for it
         std::function<void(const Conversation& conversation)> bring_up; // its window
+        std::function<int()> characters;                                // that there are on this computer
         // What is kept of a conversation.
         std::function<reading::Rules(const std::u16string& conversation)> rules_of;
         std::function<void(const std::u16string& conversation, const reading::Rules& rules)> keep_rules;

@@ -42,12 +42,16 @@ reading::Line::Kind readKind(irc::event::Said::Kind kind) {
 
 } // namespace
 
-LiveTalk::LiveTalk(std::u16string title, bool channel, reading::Rules rules)
+LiveTalk::LiveTalk(std::u16string title, bool channel, reading::Rules rules, int characters)
     : title_(std::move(title)), channel_(channel),
-      reader_(std::move(rules), {{}, [this](std::u16string_view name) { return hasName(name); }}) {}
+      reader_(std::move(rules), {.my_name = {},
+                                 .has_name = [this](std::u16string_view name) { return hasName(name); },
+                                 .characters = characters}),
+      characters_(characters) {}
 
 reading::Surroundings LiveTalk::surroundings() const {
-    return {me_ ? irc::shownName(*me_) : std::u16string(), [this](std::u16string_view name) { return hasName(name); }};
+    return {me_ ? irc::shownName(*me_) : std::u16string(), [this](std::u16string_view name) { return hasName(name); },
+            characters_};
 }
 
 void LiveTalk::changed(const std::function<void()>& told) const {

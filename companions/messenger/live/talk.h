@@ -36,7 +36,8 @@ class LiveTalk {
     };
 
     // `title`: the channel with its sign, or the other one's name.
-    LiveTalk(std::u16string title, bool channel, reading::Rules rules);
+    // `characters`: how many there are on this computer.
+    LiveTalk(std::u16string title, bool channel, reading::Rules rules, int characters);
 
     const std::u16string& title() const { return title_; }
     bool isChannel() const { return channel_; }
@@ -103,6 +104,7 @@ class LiveTalk {
     LiveLines lines_;
     reading::Reader reader_;
     std::deque<reading::Line> recent_;
+    int characters_;
     irc::PersonPtr me_;
     std::unordered_map<const irc::Person*, Here> members_;
     std::unordered_map<std::u16string, std::size_t> names_; // how many have it

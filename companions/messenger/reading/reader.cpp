@@ -32,7 +32,9 @@ void Reader::setMyName(std::u16string_view name) {
 
 void Reader::setRules(Rules rules) {
     rules_ = std::move(rules);
-    seats_.arrange(rules_.seats, rules_.rest_shares, rules_.pinned_people, changes_);
+    const int seats =
+        rules_.seats == as_many_as_characters ? std::clamp(surroundings_.characters, 1, most_seats) : rules_.seats;
+    seats_.arrange(seats, rules_.rest_shares, rules_.pinned_people, changes_);
     queue_.setPace(rules_.lines_a_minute);
     queue_.judgeAgain([this](const Line& line) { return judge(line, rules_, surroundings_); });
 }

@@ -28,7 +28,7 @@ struct Number {
 constexpr Number numbers[] = {
     {u"lines a minute", &Rules::lines_a_minute, least_lines_a_minute, most_lines_a_minute},
     {u"longest line", &Rules::longest_line, least_line_length, most_line_length},
-    {u"seats", &Rules::seats, 1, most_seats},
+    {u"seats", &Rules::seats, as_many_as_characters, most_seats},
 };
 
 struct Flag {

@@ -63,6 +63,8 @@ inline constexpr int least_lines_a_minute = 1, most_lines_a_minute = 60;
 inline constexpr int least_line_length = 20, most_line_length = 1'000;
 // The stage has six characters.
 inline constexpr int most_seats = 6;
+// Seats as there are characters on this computer, most_seats at most.
+inline constexpr int as_many_as_characters = 0;
 
 struct Rules {
     int lines_a_minute = 15; // what a voice says of lines of usual length, with pauses
@@ -84,7 +86,7 @@ struct Rules {
     bool shorten = true;
     bool name_first = false; // the writer's name before the line, when the writer changes
 
-    int seats = most_seats;
+    int seats = as_many_as_characters;
     bool rest_shares = false; // who has no seat shares one, instead of taking another's
 
     People ignored_people, chosen_people, pinned_people;
@@ -110,7 +112,8 @@ bool isKnownBot(std::u16string_view name);
 struct Surroundings {
     std::u16string my_name;
     // Whether somebody here has that name (letter case ignored); none: nobody is known.
-    std::function<bool(std::u16string_view name)> has_name;
+    std::function<bool(std::u16string_view name)> has_name = {};
+    int characters = most_seats; // that there are on this computer
 };
 
 Cleaning cleaningOf(const Rules& rules);

@@ -11,6 +11,8 @@ from pathlib import Path
 
 from case import MAIN_WINDOW, PATIENCE_SECONDS, ROOT, Screen, main, wait_for
 
+from desk.chat_servers import NgIrcd, Person
+
 READ_ALOUD = ROOT / "tools" / "read_aloud.py"
 CONVERSATION = "".join(f"[09:{minute:02d}] <Ann> message {minute}\n" for minute in range(60))
 
@@ -89,6 +91,38 @@ class Run(unittest.TestCase):
             finally:
                 first.kill()
                 first.wait()
+
+    def test_a_channel_is_read_that_somebody_writes_in(self):
+        with tempfile.TemporaryDirectory() as directory, NgIrcd() as server, Person("Ann", server.port) as ann:
+            ann.join("#room")
+            run = subprocess.Popen([sys.executable, "-B", READ_ALOUD, "--headless", "--channel",
+                                    f"irc://127.0.0.1:{server.port}/room", "--nick", "mia", "--messages", "2", "--out",
+                                    directory], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
+                                   text=True)
+            try:
+                log = Path(directory, "logs", "messenger.tsv")
+                wait_for("the reading", lambda: run.poll() is not None or log.is_file() and "\tread\t" in log.read_text("utf-8"))
+                ann.say("#room", "hello from a real server")
+                ann.say("#room", "and a second line of mine")
+                printed = run.communicate(timeout=PATIENCE_SECONDS)[0]
+            finally:
+                run.kill()
+                run.wait()
+            self.assertEqual(run.returncode, 0, printed)
+            self.assertIn("== All 2 messages were read", printed)
+            transcript = Path(directory, "transcript.txt").read_text("utf-8")
+            self.assertIn("Hello From A Real Server", transcript)
+            self.assertIn("And A Second Line Of Mine", transcript)
+
+    def test_what_is_no_channel_is_refused(self):
+        for address in ("room", "http://example.org/", "irc:///room", "twitch:"):
+            self.assertIn("--channel: an address is irc://server:port/channel", self.refused("--channel", address))
+
+    def test_a_channel_that_cannot_be_entered_is_told(self):
+        with tempfile.TemporaryDirectory() as directory:
+            run = self.read_aloud("--headless", "--channel", "irc://127.0.0.1:1/room", "--out", directory)
+            self.assertEqual((run.returncode, run.stderr), (
+                1, "./run: The Messenger client could not sign in: Nobody answers at port 1 of 127.0.0.1.\n"))
 
     def test_by_hand_needs_a_display(self):
         self.assertIn("--by-hand needs a display", self.refused("--by-hand", "--headless"))

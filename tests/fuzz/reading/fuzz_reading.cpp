@@ -69,7 +69,7 @@ void checkRules(const std::vector<std::u16string>& lines) {
     const Rules rules = rulesOf(lines);
     require(rulesOf(linesOf(rules)) == rules, "rules are kept as they are");
     require(rules.lines_a_minute >= least_lines_a_minute && rules.lines_a_minute <= most_lines_a_minute &&
-                rules.seats >= 1 && rules.seats <= most_seats,
+                rules.seats >= as_many_as_characters && rules.seats <= most_seats,
             "numbers have bounds");
     require(rules.words.size() <= most_listed && rules.ignored_people.size() <= most_listed, "lists have bounds");
 }

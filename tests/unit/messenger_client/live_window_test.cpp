@@ -84,6 +84,7 @@ struct LiveWindows : testing::Test {
                                .failed = [](const std::u16string&) {},
                                .tell_user = [](const std::u16string&) {},
                                .bring_up = [](const Conversation&) {},
+                               .characters = [] { return 9; },
                                .rules_of = [](const std::u16string&) { return reading::Rules{}; },
                                .keep_rules = [](const std::u16string&, const reading::Rules&) {}});
         account->start();

@@ -199,7 +199,7 @@ TEST_F(ReadingPages, NumbersAreTheUsualOnesAndTheOneThatItIs) {
     ASSERT_TRUE(pick(page.LengthList, 6));
     EXPECT_EQ(rules.longest_line, 1'000);
     page.Pages.setSelected(1);
-    ASSERT_TRUE(pick(page.SeatsList, 2));
+    ASSERT_TRUE(pick(page.SeatsList, 3));
     EXPECT_EQ(rules.seats, 3);
 }
 

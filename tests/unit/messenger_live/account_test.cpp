@@ -39,6 +39,7 @@ struct LiveAccounts : testing::Test {
     std::string sent;
     std::optional<unsigned> timer;
     bool delivered = true;
+    int characters = 9;
     std::vector<std::string> told; // what programs hear
     std::vector<std::string> sentences;
     std::u16string failure;
@@ -67,6 +68,7 @@ struct LiveAccounts : testing::Test {
                 .tell_user = [this](const std::u16string& what) { sentences.push_back(toUtf8(what)); },
                 .bring_up =
                     [this](const Conversation& conversation) { brought_up.push_back(conversation.live()->title()); },
+                .characters = [this] { return characters; },
                 .rules_of = [this](const std::u16string& key) { return kept[key]; },
                 .keep_rules = [this](const std::u16string& key, const reading::Rules& rules) { kept[key] = rules; }});
     }
@@ -211,6 +213,30 @@ TEST_F(LiveAccounts, SeventhWriterTakesTheSeatOfWhoWasSilentLongest) {
     writes("a7", "and I am new here");
     pass(10'000);
     EXPECT_THAT(told, ElementsAre("leaves a1@Example a1", "joins a7@Example a7", "a7: and I am new here"));
+}
+
+TEST_F(LiveAccounts, ThereAreNoMoreSeatsThanCharacters) {
+    characters = 2;
+    const ConversationPtr room = enter("me a1 a2 a3");
+    for (const char* const nick : {"a1", "a2", "a3"}) {
+        writes(nick, std::string("it is ") + nick);
+        pass(10'000);
+    }
+    EXPECT_EQ(room->participants().size(), 2u);
+    reading::Rules rules = talk().rules();
+    rules.seats = 3;
+    talk().setRules(rules);
+    writes("a1", "and me again, with a seat of my own");
+    pass(10'000);
+    EXPECT_EQ(room->participants().size(), 3u) << "the user knows better";
+}
+
+TEST_F(LiveAccounts, WithoutAnyCharacterThereIsOneSeat) {
+    characters = 0;
+    const ConversationPtr room = enter();
+    writes("ann", "hello");
+    pass(10'000);
+    EXPECT_EQ(room->participants().size(), 1u);
 }
 
 TEST_F(LiveAccounts, WhoIsRenamedKeepsSeatAndSignInName) {

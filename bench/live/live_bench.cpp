@@ -1,0 +1,88 @@
+// What a busy channel costs the Messenger client beside its windows: lines of a server into conversations.
+#include <benchmark/benchmark.h>
+
+#include <memory>
+#include <string>
+
+#include "companions/messenger/live/account.h"
+
+namespace messenger_client {
+
+namespace {
+
+constexpr int people = 1'000;
+
+// A channel with a thousand people.
+struct Channel {
+    Client client;
+    long long now = 0;
+    std::unique_ptr<LiveAccount> account;
+
+    Channel() {
+        account = std::make_unique<LiveAccount>(
+            client, irc::Settings{.address = {.host = u"irc.example.org", .channels = {u"#room"}}, .nick = u"me"},
+            Status::online,
+            LiveAccount::Hooks{.open = [](const irc::Address&) {},
+                               .send = [](std::string_view) {},
+                               .close = [] {},
+                               .milliseconds = [this] { return now; },
+                               .today = [] { return 0LL; },
+                               .random = [] { return 0U; },
+                               .set_timer = [](unsigned) {},
+                               .delivered = [] { return true; },
+                               .failed = [](const std::u16string&) {},
+                               .tell_user = [](const std::u16string&) {},
+                               .bring_up = [](const Conversation&) {},
+                               .characters = [] { return 9; },
+                               .rules_of = [](const std::u16string&) { return reading::Rules{}; },
+                               .keep_rules = [](const std::u16string&, const reading::Rules&) {}});
+        account->start();
+        account->connected();
+        account->received(":irc.example.org 001 me :Welcome\r\n:irc.example.org 422 me :No message\r\n"
+                          ":me!u@h JOIN #room\r\n");
+        for (int i = 0; i < people; ++i) {
+            account->received(":user" + std::to_string(i) + "!u@h JOIN #room\r\n");
+        }
+    }
+};
+
+std::string lineOf(int number) {
+    return ":user" + std::to_string(number % people) + "!u@h PRIVMSG #room :line " + std::to_string(number) +
+           " says something of a usual length " + std::to_string(number * 7919 % 1000) + "\r\n";
+}
+
+// As the system gives them: in pieces of 64 KB.
+void Burst(benchmark::State& state) {
+    std::string lines;
+    for (int i = 0; i < 100'000; ++i) {
+        lines += lineOf(i);
+    }
+    Channel channel;
+    for (auto _ : state) {
+        for (std::size_t at = 0; at < lines.size(); at += 65'536) {
+            channel.account->received(std::string_view(lines).substr(at, 65'536));
+            channel.now += 10;
+            channel.account->tick();
+        }
+    }
+}
+BENCHMARK(Burst)->Unit(benchmark::kMillisecond)->Name("100,000 lines in a burst");
+
+// From the line to the history, of somebody who has a seat.
+void OneLine(benchmark::State& state) {
+    Channel channel;
+    int number = 0;
+    for (auto _ : state) {
+        channel.now += 60'000;
+        channel.account->received(":user7!u@h PRIVMSG #room :a word of number " + std::to_string(number++ * 7919) +
+                                  "\r\n");
+        channel.account->tick();
+    }
+}
+BENCHMARK(OneLine)->Unit(benchmark::kMicrosecond)->Name("one line among a thousand people");
+
+} // namespace
+
+} // namespace messenger_client
+
+BENCHMARK_MAIN();
