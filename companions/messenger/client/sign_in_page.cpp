@@ -18,7 +18,7 @@ namespace {
 constexpr std::u16string_view kinds[] = {u"On this computer", u"IRC network", u"Streaming chat"};
 constexpr std::u16string_view notes[] = {
     u"There is no password: this client talks to programs on this computer alone.",
-    u"A password is kept so that you alone can read it, on this computer.",
+    u"A password that is remembered can be read by you alone, on this computer.",
     u"A channel's name is enough to read along; nobody sees you then.",
 };
 constexpr int port_width = 855; // twips: five digits
