@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "common/text.h"
+#include "tests/windows/download/web_server.h"
 #include "tests/windows/messenger_client/client_process.h"
 
 namespace messenger_client {
@@ -40,6 +41,7 @@ enum ControlId : int {
     id_port,
     id_channels,
     id_password,
+    id_plain,
     id_remember,
     id_automatic,
     id_sign_in,
@@ -58,14 +60,14 @@ struct Known {
     int number;
 };
 constexpr Known known_controls[] = {
-    {id_contacts, L"ListBox", 0}, {id_kind, L"ComboBox", 0},     {id_signin, L"ComboBox", 1},
-    {id_friendly, L"Edit", 1},    {id_status, L"ComboBox", 2},   {id_network, L"ComboBox", 3},
-    {id_nick, L"ComboBox", 4},    {id_channel, L"ComboBox", 5},  {id_password, L"Edit", 6},
-    {id_server, L"Edit", 2},      {id_port, L"Edit", 3},         {id_channels, L"Edit", 4},
-    {id_remember, L"Button", 5},  {id_automatic, L"Button", 6},  {id_sign_in, L"Button", 7},
-    {id_forget, L"Button", 8},    {id_fault, L"Static", 15},     {id_progress, L"Static", 17},
-    {id_cancel, L"Button", 9},    {id_name, L"Button", 0},       {id_my_status, L"Button", 1},
-    {id_mail, L"Button", 2},      {id_rename_field, L"Edit", 0},
+    {id_contacts, L"ListBox", 0}, {id_kind, L"ComboBox", 0},    {id_signin, L"ComboBox", 1},
+    {id_friendly, L"Edit", 1},    {id_status, L"ComboBox", 2},  {id_network, L"ComboBox", 3},
+    {id_nick, L"ComboBox", 4},    {id_channel, L"ComboBox", 5}, {id_password, L"Edit", 6},
+    {id_plain, L"Button", 3},     {id_server, L"Edit", 2},      {id_port, L"Edit", 3},
+    {id_channels, L"Edit", 4},    {id_remember, L"Button", 5},  {id_automatic, L"Button", 6},
+    {id_sign_in, L"Button", 7},   {id_forget, L"Button", 8},    {id_fault, L"Static", 15},
+    {id_progress, L"Static", 17}, {id_cancel, L"Button", 9},    {id_name, L"Button", 0},
+    {id_my_status, L"Button", 1}, {id_mail, L"Button", 2},      {id_rename_field, L"Edit", 0},
 };
 
 constexpr std::u16string_view menu_exit = u"fx", menu_rename = u"fn", menu_add = u"ca", menu_new_mail = u"ma",
@@ -276,6 +278,41 @@ TEST_F(Remembering, APasswordOfANetworkCanBeReadByNobody) {
     click(id_sign_in);
     EXPECT_TRUE(pumpUntil([&] { return text(id_fault).find(u"Nobody answers") != murmelix::npos; }))
         << murmelix::toUtf8(text(id_fault));
+}
+
+TEST_F(SignInWindow, SignsInToANetworkWithoutEncryptionWhereThatIsTicked) {
+    std::string heard;
+    {
+        murmelix::test::WebServer server([&](const murmelix::test::WebServer::Visitor& visitor) {
+            visitor.answer(":irc.test 001 ann :Welcome\r\n:irc.test 376 ann :End\r\n");
+            heard = visitor.untilClosed();
+        });
+        start(u"/signedout");
+        altKey(u'k');
+        ASSERT_TRUE(focusComesTo(id_kind));
+        key(VK_DOWN);
+        ASSERT_TRUE(pumpUntil([&] { return visible(id_network); }));
+        altKey(u'w');
+        ASSERT_TRUE(focusComesTo(id_network));
+        key(VK_END);
+        ASSERT_TRUE(pumpUntil([&] { return IsWindowEnabled(of(id_server)) != FALSE; }));
+        fill(id_server, u"127.0.0.1");
+        fill(id_nick, u"ann");
+        fill(id_channels, u"#murmelix");
+        fill(id_password, u"correct horse");
+        click(id_plain);
+        fill(id_port, murmelix::toText(server.port()));
+        click(id_sign_in);
+        EXPECT_TRUE(pumpUntil([&] { return text(id_fault).find(u"Without encryption") != murmelix::npos; }));
+        fill(id_password, u"");
+        click(id_sign_in);
+        EXPECT_TRUE(becomes(2));
+        EXPECT_TRUE(storedAccounts().empty()) << "nobody has asked for it";
+        leave();
+    }
+    EXPECT_THAT(heard, HasSubstr("NICK ann\r\n"));
+    EXPECT_THAT(heard, HasSubstr("JOIN #murmelix\r\n"));
+    EXPECT_THAT(heard, testing::Not(HasSubstr("correct horse")));
 }
 
 TEST_F(SignInWindow, LettersLeadToTheirFields) {
