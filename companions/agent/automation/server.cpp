@@ -393,7 +393,7 @@ void Server::watch(const std::shared_ptr<Client>& client, murmelix::com::Process
 
 // What the user wants of all that is said takes effect.
 void Server::listen() {
-    theatre_->setVolume(listener_.sound() ? listener_.volume() / 100.0 : 0);
+    theatre_->setVolume(listener_.audible() ? listener_.volume() / 100.0 : 0);
     stage_.setListening({listener_.speed() / 100.0, listener_.longest() * 1000, listener_.mostWaiting() * 1000});
     if (stage_.paused() != listener_.paused()) {
         stage_.setPaused(listener_.paused());

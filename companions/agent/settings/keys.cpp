@@ -30,7 +30,8 @@ std::u16string plain(const Deed& deed) {
 const std::array<Deed, 7> deeds{{
     {u"&Skip what is being said:", u"SkipKey", [](Listener& listener) { listener.skip(); }},
     {u"P&ause and go on:", u"PauseKey", [](Listener& listener) { listener.setPaused(!listener.paused()); }},
-    {u"S&ilence all characters:", u"SilenceKey", [](Listener& listener) { listener.setSound(!listener.sound()); }},
+    {u"S&ilence all characters:", u"SilenceKey",
+     [](Listener& listener) { listener.setAllSilenced(!listener.allSilenced()); }},
     {u"&Louder:", u"LouderKey", [](Listener& listener) { listener.setVolume(listener.volume() + volume_step); }},
     {u"&Quieter:", u"QuieterKey", [](Listener& listener) { listener.setVolume(listener.volume() - volume_step); }},
     {u"&Faster:", u"FasterKey", [](Listener& listener) { listener.setSpeed(listener.speed() + speed_step); }},

@@ -29,7 +29,7 @@ std::vector<int> withCurrent(std::vector<int> numbers, int current) {
 }
 
 Listener::Listener()
-    : sound_(readSoundEnabled()), volume_(readNumber(volume_name, volume_bounds)),
+    : sound_(readSoundEnabled()), all_silenced_(readAllSilenced()), volume_(readNumber(volume_name, volume_bounds)),
       speed_(readNumber(speed_name, speed_bounds)), longest_(readNumber(longest_name, longest_bounds)),
       most_waiting_(readNumber(most_waiting_name, most_waiting_bounds)), silenced_(readSilenced()) {}
 
@@ -49,6 +49,14 @@ void Listener::setSound(bool on) {
     if (on != sound_) {
         sound_ = on;
         writeSoundEnabled(on);
+        changed();
+    }
+}
+
+void Listener::setAllSilenced(bool silenced) {
+    if (silenced != all_silenced_) {
+        all_silenced_ = silenced;
+        writeAllSilenced(silenced);
         changed();
     }
 }

@@ -49,8 +49,14 @@ class Listener {
   public:
     Listener(); // as it was kept
 
+    // Whether there is to be sound at all; programs are told, and some of them end without.
     bool sound() const { return sound_; }
     void setSound(bool on);
+    // All characters are silenced, which is nobody's matter but the listener's.
+    bool allSilenced() const { return all_silenced_; }
+    void setAllSilenced(bool silenced);
+    // Both together.
+    bool audible() const { return sound_ && !all_silenced_; }
     int volume() const { return volume_; }
     void setVolume(int percent);
     int speed() const { return speed_; }
@@ -79,7 +85,7 @@ class Listener {
     void changed() const;
     void setNumber(int& number, const std::u16string& name, int wanted);
 
-    bool sound_;
+    bool sound_, all_silenced_;
     int volume_, speed_, longest_, most_waiting_;
     std::vector<std::u16string> silenced_;
     bool paused_ = false;

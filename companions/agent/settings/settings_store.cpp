@@ -22,6 +22,7 @@ const murmelix::platform::UserStore& store() {
 const std::u16string sound_enabled = u"SoundEnabled";
 const std::u16string keep_on_screen = u"KeepOnScreen";
 const std::u16string size = u"Size";
+const std::u16string all_silenced = u"AllSilenced";
 const std::u16string silenced = u"Silenced";
 
 bool read(const std::u16string& name) {
@@ -65,6 +66,14 @@ int readSize() {
 
 void writeSize(int percent) {
     writeNumber(size, percent);
+}
+
+bool readAllSilenced() {
+    return store().number(all_silenced).value_or(0) != 0;
+}
+
+void writeAllSilenced(bool on) {
+    write(all_silenced, on);
 }
 
 std::vector<std::u16string> readSilenced() {

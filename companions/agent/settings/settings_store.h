@@ -29,6 +29,10 @@ void writeNumber(const std::u16string& name, int number);
 std::uint32_t readKey(const std::u16string& name);
 void writeKey(const std::u16string& name, std::uint32_t key);
 
+// "AllSilenced" (a DWORD; off without it).
+bool readAllSilenced();
+void writeAllSilenced(bool silenced);
+
 // "Silenced": what the silenced characters are known by (a list; what is none, too long or there twice is left out).
 std::vector<std::u16string> readSilenced();
 void writeSilenced(const std::vector<std::u16string>& characters);

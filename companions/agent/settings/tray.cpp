@@ -50,9 +50,9 @@ Tray::Tray(SettingsFrm& form, Listener& listener, const Keys& keys,
 }
 
 void Tray::showState() {
-    Icon.Show({u"#1"}, listener_.paused()   ? u"AgentServer - paused"
-                       : !listener_.sound() ? u"AgentServer - all characters are silenced"
-                                            : u"AgentServer");
+    Icon.Show({u"#1"}, listener_.paused()     ? u"AgentServer - paused"
+                       : !listener_.audible() ? u"AgentServer - all characters are silenced"
+                                              : u"AgentServer");
 }
 
 void Tray::showKeys() {
@@ -65,8 +65,8 @@ void Tray::showKeys() {
 
 void Tray::fillSilence() {
     SilenceMenu.Clear();
-    SilenceMenu.AddItem(u"&All Characters", [this] { listener_.setSound(!listener_.sound()); })
-        .setChecked(!listener_.sound());
+    SilenceMenu.AddItem(u"&All Characters", [this] { listener_.setAllSilenced(!listener_.allSilenced()); })
+        .setChecked(listener_.allSilenced());
     const std::vector<KnownCharacter> characters = characters_();
     if (!characters.empty()) {
         SilenceMenu.AddSeparator();

@@ -332,6 +332,7 @@ TEST_F(SettingsTest, WhatTheListenerWantsIsKept) {
     listener->setLongest(20);
     listener->setMostWaiting(60);
     listener->setSound(false);
+    listener->setAllSilenced(true);
     listener->setSilenced(u"{A}", true);
     listener->setSilenced(u"{b}", true);
     listener->setSilenced(u"{a}", false);
@@ -342,6 +343,7 @@ TEST_F(SettingsTest, WhatTheListenerWantsIsKept) {
     EXPECT_EQ(again.longest(), 20);
     EXPECT_EQ(again.mostWaiting(), 60);
     EXPECT_FALSE(again.sound());
+    EXPECT_TRUE(again.allSilenced());
     EXPECT_TRUE(again.silenced(u"{B}")) << "letter case makes no other character";
     EXPECT_FALSE(again.silenced(u"{A}"));
     EXPECT_FALSE(again.paused()) << "a server does not begin in silence";
@@ -366,7 +368,22 @@ TEST_F(SettingsTest, NumbersStayWithinTheirBounds) {
     EXPECT_EQ(stored(u"Speed"), 200U);
 }
 
+TEST_F(SettingsTest, CharactersAreHeardUnlessThereIsNoSoundOrAllAreSilenced) {
+    EXPECT_TRUE(listener->audible());
+    listener->setAllSilenced(true);
+    EXPECT_FALSE(listener->audible());
+    listener->setSound(false);
+    listener->setAllSilenced(false);
+    EXPECT_FALSE(listener->audible());
+    listener->setSound(true);
+    EXPECT_TRUE(listener->audible());
+    EXPECT_EQ(changes, 4);
+    store(u"AllSilenced", u"yes");
+    EXPECT_FALSE(readAllSilenced()) << "of another type";
+}
+
 TEST_F(SettingsTest, NothingIsToldThatIsSoAlready) {
+    listener->setAllSilenced(false);
     listener->setVolume(1000);
     listener->setSpeed(100);
     listener->setLongest(-1);
@@ -580,11 +597,12 @@ TEST_F(TrayTest, TellsTheKeys) {
 
 TEST_F(TrayTest, SilencesAllCharactersOrOne) {
     EXPECT_TRUE(fakes::choose(item(tray.SilenceMenu, u"All Characters")));
-    EXPECT_FALSE(listener->sound());
+    EXPECT_TRUE(listener->allSilenced());
+    EXPECT_TRUE(listener->sound()) << "programs that end without sound go on";
     EXPECT_EQ(tray.Icon.Tip(), u"AgentServer - all characters are silenced");
     EXPECT_TRUE(item(tray.SilenceMenu, u"All Characters").Checked());
     EXPECT_TRUE(fakes::choose(item(tray.SilenceMenu, u"All Characters")));
-    EXPECT_TRUE(listener->sound());
+    EXPECT_FALSE(listener->allSilenced());
     EXPECT_TRUE(fakes::choose(item(tray.SilenceMenu, u"Pip")));
     EXPECT_TRUE(listener->silenced(u"{1}"));
     EXPECT_FALSE(listener->silenced(u"{2}"));
