@@ -15,7 +15,7 @@ ROOT = Path(__file__).resolve().parents[1]
 sys.path.insert(0, str(ROOT / "tools"))
 sys.path.insert(0, str(ROOT / "tests" / "e2e" / "whole"))
 
-from desk.chat_servers import StreamingServer  # noqa: E402
+from desk.chat_servers import StreamingServer, tagged  # noqa: E402
 from desk.reading import LiveReading, Options, own_desk  # noqa: E402
 from desk.waiting import wait_for  # noqa: E402
 from inspector import Inspector  # noqa: E402
@@ -84,34 +84,37 @@ class Channel:
         self.judge("from a line to its Speak call, median", statistics.median(samples), LATENCY_MS, "ms")
 
     def burst(self, count):
-        lines = [(f"viewer{number % PEOPLE}", f"line {number} is of a usual length, as people write them")
-                 for number in range(count)]
-        worst, ended = 0, threading.Event()
+        def line(number):
+            login = f"viewer{number % PEOPLE}"
+            return (f"{tagged(self.server.tags_of(login))}:{login}!{login}@{login}.tmi.twitch.tv PRIVMSG #room :line {number} "
+                    "is of a usual length, as people write them")
+        lines = ("\r\n".join(map(line, range(count))) + "\r\n").encode("utf-8")
+        answers, ended = [], threading.Event()
 
         def ask():
-            nonlocal worst
-            with_inspector = Inspector(self.desk)
+            inspector = Inspector(self.desk)
             while not ended.is_set():
                 began = time.monotonic()
-                with_inspector.ask("windows")
-                worst = max(worst, time.monotonic() - began)
+                inspector.ask("windows")
+                answers.append(time.monotonic() - began)
                 time.sleep(0.05)
-            with_inspector.close()
+            inspector.close()
         asker = threading.Thread(target=ask, daemon=True)
         asker.start()
-        time.sleep(2)
-        worst = 0
+        time.sleep(3)
+        usual = statistics.median(answers[1:])
+        answers.clear()
         pongs = sum(line.startswith("PONG") for _, line in self.server.received)
-        self.server.burst("#room", lines[:1])
         began = time.monotonic()
-        self.server.burst("#room", lines)
+        self.server.raw(lines)
         self.server.ping()
         wait_for("the last line to be taken",
                  lambda: sum(line.startswith("PONG") for _, line in self.server.received) > pongs)
         self.judge(f"{count} lines in a burst", time.monotonic() - began, BURST_SECONDS * count / 100_000, "s")
         ended.set()
         asker.join()
-        self.judge("all windows asked meanwhile, at worst", worst * 1000, ANSWER_MS, "ms")
+        self.judge(f"all windows asked meanwhile, at worst (usually {usual * 1000:.0f} ms)", max(answers) * 1000, ANSWER_MS,
+                   "ms")
 
     def evening(self, seconds):
         def look():
@@ -137,6 +140,7 @@ class Channel:
         keys = " comma ".join(" ".join(f"quiet{number}") for number in range(9)).split()
         wait_for("the keyboard", lambda: self.desk.screen.type_into(window, "slash", *"join", "space", *keys, "Return"))
         self.server.wait_for_viewers("#quiet8")
+        self.desk.programs["Murmelix.exe"].kill()  # it asks for the history a hundred times a second
         time.sleep(60)  # what was said is read, or has been passed over
         before = processor_seconds(self.pid("MessengerClient.exe"))
         time.sleep(seconds)
