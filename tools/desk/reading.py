@@ -186,12 +186,16 @@ class Reading:
         self._pictured = 0
         self._picture = None  # when the next is due, and the words it is to show
 
-    def start_neighbours(self):
+    def start_character_server(self):
         options = self.options
         self.desk.start("AgentServer.exe", self.desk.agent_server(),
                         "/record", windows_path(options.output / "speech.wav"),
                         "/transcript", windows_path(self.transcript.path),
                         *(["/speed", f"{options.speed_of_stage():g}"] if options.speed_of_stage() != 1 else []))
+
+    def start_neighbours(self):
+        options = self.options
+        self.start_character_server()
         arguments = [*self._conversation(), "/log", windows_path(self.log.path)]
         if options.orders:
             arguments.append("/orders")

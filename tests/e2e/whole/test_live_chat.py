@@ -3,7 +3,7 @@
 import tempfile
 from pathlib import Path
 
-from case import WholeProgramTest, main
+from case import WholeProgramTest, main, windows_path
 
 from desk.certificates import Issuer, trust
 from desk.chat_servers import InspIrcd, NgIrcd, Person, StreamingServer
@@ -96,10 +96,30 @@ class LiveChat(WholeProgramTest):
             self.assertEqual(order[-3:], [("leave", f"Guest4@{NETWORK}"), ("join", f"Guest7@{NETWORK}"),
                                           ("message", f"Guest7@{NETWORK}")])
 
+    def streams_come_from(self, server):
+        self.reg("add", r"HKCU\Software\MessengerClient", "/v", "StreamingServer", "/d",
+                 f"irc://127.0.0.1:{server.port}", "/f")
+
+    def test_who_knows_a_channels_name_signs_in_and_hears_it(self):
+        with StreamingServer() as server:
+            self.streams_come_from(server)
+            self.reading = LiveReading(self.desk, Options(Path(), output=self.output, stage_speed=10))
+            self.reading.start_character_server()
+            self.desk.start("MessengerClient.exe", self.desk.program_directory / "MessengerClient.exe", "/signedout", "/log",
+                            windows_path(self.reading.log.path), "/left", 420, "/top", 330)
+            messenger = self.window_of("^Messenger$")
+            # The kind of account, the channel, and the button that Enter presses.
+            self.eventually("the keyboard", lambda: self.screen.type_into(messenger, "alt+k", "End", "Tab", *"room", "Return"))
+            server.wait_for_viewers("#room")
+            self.window_of("^#room - Conversation$")
+            self.reading.start_program()
+            self.reading.start_reading()
+            server.say("#room", "ann", "hello from a stream", display="Ann")
+            self.assertEqual(self.spoken("hello from a stream"), f"{server.user_id('ann')}@twitch")
+
     def test_a_deleted_line_is_not_spoken(self):
         with StreamingServer() as server:
-            self.reg("add", r"HKCU\Software\MessengerClient", "/v", "StreamingServer", "/d",
-                     f"irc://127.0.0.1:{server.port}", "/f")
+            self.streams_come_from(server)
             self.open("twitch:room")
             server.wait_for_viewers("#room")
             server.say("#room", "ann", "a long first line that takes its time to be spoken by whoever speaks it here")
