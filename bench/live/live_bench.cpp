@@ -81,6 +81,22 @@ void OneLine(benchmark::State& state) {
 }
 BENCHMARK(OneLine)->Unit(benchmark::kMicrosecond)->Name("one line among a thousand people");
 
+// Eight hours with ten lines a second, on a clock of its own: what of it is read is the history.
+void Evening(benchmark::State& state) {
+    for (auto _ : state) {
+        Channel channel;
+        for (int i = 0; i < 8 * 3600 * 10; ++i) {
+            channel.now += 100;
+            channel.account->received(lineOf(i));
+            channel.account->tick();
+        }
+        const std::u16string& history = channel.client.conversations().front()->history();
+        state.counters["history_MB"] = static_cast<double>(2 * history.size()) / 1e6;
+        state.counters["contacts"] = static_cast<double>(channel.client.contacts().size());
+    }
+}
+BENCHMARK(Evening)->Unit(benchmark::kSecond)->Iterations(1)->Name("an evening of eight hours");
+
 } // namespace
 
 } // namespace messenger_client

@@ -1,17 +1,15 @@
 #include "companions/messenger/client/app.h"
 
 #include <algorithm>
-#include <array>
-#include <cctype>
-#include <cstdio>
-#include <ctime>
 #include <fstream>
+#include <limits>
 #include <random>
 #include <thread>
 #include <utility>
 
 #include "common/text.h"
 #include "companions/messenger/client/account.h"
+#include "companions/messenger/live/log_file.h"
 #include "platform/clock.h"
 #include "platform/message_box.h"
 #include "platform/process.h"
@@ -46,59 +44,6 @@ std::optional<std::string> contentsOf(const std::u16string& file) {
 
 void complain(const std::u16string& text) {
     murmelix::platform::messageBox(text, murmelix::platform::mb_critical, u"Messenger");
-}
-
-void tellUser(const std::u16string& text) {
-    murmelix::platform::messageBox(text, murmelix::platform::mb_information, u"Messenger");
-}
-
-// What somebody wrote is opened as an address of the web alone, whatever else the system would know to do with it.
-void openLink(const std::u16string& link) {
-    const bool whole = link.starts_with(u"http") || link.starts_with(u"HTTP");
-    std::string address;
-    for (const char byte : murmelix::toUtf8(whole ? link : u"http://" + link)) {
-        constexpr std::string_view signs = "-._~:/?#[]@!$&'()*+,;=%";
-        if (std::isalnum(static_cast<unsigned char>(byte)) || signs.find(byte) != std::string_view::npos) {
-            address += byte;
-        } else {
-            std::array<char, 4> code{};
-            std::snprintf(code.data(), code.size(), "%%%02X", static_cast<unsigned>(static_cast<unsigned char>(byte)));
-            address += code.data();
-        }
-    }
-    murmelix::platform::shellExecute(u"open", murmelix::fromUtf8(address), {}, {});
-}
-
-// A name for a file, whatever a conversation is called.
-std::u16string fileNameOf(std::u16string_view title) {
-    std::u16string name;
-    for (const char16_t unit : title.substr(0, 60)) {
-        name +=
-            unit <= u' ' || std::u16string_view(u"\\/:*?\"<>|.").find(unit) != std::u16string_view::npos ? u'_' : unit;
-    }
-    return name;
-}
-
-// Every line of the conversation is added to the file from now on, in UTF-8.
-std::u16string keepLog(LiveTalk& talk, const std::filesystem::path& file) {
-    const auto out = std::make_shared<std::ofstream>(file, std::ios::binary | std::ios::app);
-    if (file.empty() || !*out) {
-        return u"The file cannot be written.";
-    }
-    talk.log = [out](const LiveLine& line) {
-        const std::time_t time = line.time != 0 ? static_cast<std::time_t>(line.time / 1000) : std::time(nullptr);
-        std::array<char, 32> when{};
-        if (const std::tm* const parts = std::localtime(&time)) {
-            std::strftime(when.data(), when.size(), "%Y-%m-%d %H:%M:%S ", parts);
-        }
-        *out << when.data()
-             << murmelix::toUtf8(line.writer.empty()                   ? line.text
-                                 : line.kind == LiveLine::Kind::action ? u"* " + line.writer + u" " + line.text
-                                                                       : u"<" + line.writer + u"> " + line.text)
-             << "\r\n"
-             << std::flush;
-    };
-    return {};
 }
 
 } // namespace
@@ -183,7 +128,7 @@ App::App(Switches switches)
                      main_.tellFault(why);
                      log_.write("fault", {}, why);
                  },
-             .tell_user = [this](const std::u16string& what) { session_.soon([what] { tellUser(what); }); },
+             .tell_user = [this](const std::u16string& what) { session_.soon([this, what] { tellUser(what); }); },
              .bring_up =
                  [](const Conversation& conversation) { murmelix::platform::bringWindowUp(conversation.window()); }}) {
     if (switches_.orders) {
@@ -241,6 +186,17 @@ void App::historyRead(const Conversation& conversation) {
     session_.historyRead(conversation);
 }
 
+// A server must not bury the screen in boxes: there is one at a time, and a pause after it.
+void App::tellUser(const std::u16string& sentence) {
+    constexpr long long pause = 10'000'000;
+    if (told_at_ && murmelix::platform::microseconds() - *told_at_ < pause) {
+        return;
+    }
+    told_at_ = std::numeric_limits<long long>::max() / 2; // while the box stands
+    murmelix::platform::messageBox(sentence, murmelix::platform::mb_information, u"Messenger");
+    told_at_ = murmelix::platform::microseconds();
+}
+
 void App::connectTo(const NetworkRequest& request) {
     auto account = prepareNetwork(client_.accounts(), request);
     session_.accountsChanged();
@@ -285,11 +241,14 @@ std::unique_ptr<ConversationForm> App::windowFor(const ConversationPtr& conversa
     if (!conversation->live()) {
         return std::make_unique<ConversationWindow>(client_, conversation, place, switches_.edits);
     }
-    return std::make_unique<LiveWindow>(client_, conversation,
-                                        LiveWindow::Hooks{.open_link = openLink,
-                                                          .keep_log = [this](LiveWindow& window) { askForLog(window); },
-                                                          .reconnect = [this] { live_.reconnect(); }},
-                                        place, switches_.edits);
+    return std::make_unique<LiveWindow>(
+        client_, conversation,
+        LiveWindow::Hooks{
+            .open_link =
+                [](const std::u16string& link) { murmelix::platform::shellExecute(u"open", webAddress(link), {}, {}); },
+            .keep_log = [this](LiveWindow& window) { askForLog(window); },
+            .reconnect = [this] { live_.reconnect(); }},
+        place, switches_.edits);
 }
 
 void App::askForLog(LiveWindow& window) {
@@ -297,7 +256,7 @@ void App::askForLog(LiveWindow& window) {
                                          [conversation = window.conversation()](const std::u16string& file) {
                                              return keepLog(*conversation->live(), pathOf(file));
                                          });
-    log_form_->Ask(murmelix::platform::documentsDirectory() + u"\\" + fileNameOf(window.talk().title()) + u".txt");
+    log_form_->Ask(murmelix::platform::documentsDirectory() + u"\\" + logFileName(window.talk().title()));
 }
 
 void App::changed(const Change& change) {

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "companions/messenger/automation/automation.h"
@@ -37,6 +38,8 @@ class App {
     void historyRead(const Conversation& conversation);
     std::unique_ptr<ConversationForm> windowFor(const ConversationPtr& conversation, const ui::Rect& place);
     void askForLog(LiveWindow& window);
+    // Of a chat network, where no conversation shows it.
+    void tellUser(const std::u16string& sentence);
     void changed(const Change& change);
     // Started by COM, and nobody has a use for it any more.
     bool isUnused() const;
@@ -61,6 +64,7 @@ class App {
     std::vector<std::unique_ptr<ConversationForm>> closed_; // their end waits for the message loop
     std::unique_ptr<AskFrm> log_form_;                      // null until it is needed first
     std::weak_ptr<LiveTalk> read_;                          // whose history a program has read last
+    std::optional<long long> told_at_;                      // when the user was told something last
     bool user_acted_ = false;
     bool ended_ = false;
 };

@@ -1,6 +1,8 @@
 #include "companions/messenger/client/live_view.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdio>
 #include <utility>
 
 #include "common/text.h"
@@ -12,7 +14,6 @@ namespace {
 
 // Lines that fall out at the beginning are taken out of the control in so large parts: each time it lays out anew.
 constexpr std::size_t dropped_at_once = 500;
-// Altered lines for each of which its run's looks are set: more at a time and the window would not answer.
 constexpr int pixel = 15; // twips at 96 dots an inch
 
 bool isBlank(char16_t unit) {
@@ -62,6 +63,27 @@ std::vector<LinkPart> linksIn(std::u16string_view text) {
         at = std::max(end, at + 1);
     }
     return links;
+}
+
+std::u16string webAddress(std::u16string_view link) {
+    constexpr std::string_view signs = "-._~:/?#[]@!$&'()*+,;=%";
+    const bool has_scheme =
+        std::ranges::any_of(std::array<std::u16string_view, 2>{u"http://", u"https://"}, [&](auto scheme) {
+            return murmelix::sameText(link.substr(0, scheme.size()), scheme, murmelix::LetterCase::ignored);
+        });
+    std::string address = has_scheme ? "" : "http://";
+    for (const char byte : murmelix::toUtf8(link)) {
+        const bool kept = (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') ||
+                          (byte >= '0' && byte <= '9') || signs.find(byte) != std::string_view::npos;
+        if (kept) {
+            address += byte;
+        } else {
+            std::array<char, 4> code{};
+            std::snprintf(code.data(), code.size(), "%%%02X", static_cast<unsigned>(static_cast<unsigned char>(byte)));
+            address += code.data();
+        }
+    }
+    return murmelix::fromUtf8(address);
 }
 
 ui::RichTextBox::Looks LiveView::looksOf(Style style, bool told) {

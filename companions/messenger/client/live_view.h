@@ -20,6 +20,10 @@ struct LinkPart {
 };
 std::vector<LinkPart> linksIn(std::u16string_view text);
 
+// A link as an address of the web, whatever else the system would know to do with what somebody wrote: with http://
+// where it has no scheme, and all that has no place in an address as %XX.
+std::u16string webAddress(std::u16string_view link);
+
 class LiveView {
   public:
     LiveView(ui::RichTextBox& box, LiveTalk& talk) : box_(box), talk_(talk) {}

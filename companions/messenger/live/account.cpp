@@ -188,7 +188,15 @@ LiveAccount::PlacePtr LiveAccount::placeOf(std::u16string_view channel) const {
 
 LiveAccount::PlacePtr LiveAccount::placeWith(const irc::PersonPtr& person) {
     const auto found = std::ranges::find(places_, person, &Place::with);
-    return found != places_.end() ? *found : open(irc::shownName(*person), false, person);
+    if (found != places_.end()) {
+        return *found;
+    }
+    std::erase(partners_, person);
+    partners_.push_back(person);
+    if (partners_.size() > most_partners) {
+        partners_.erase(partners_.begin());
+    }
+    return open(irc::shownName(*person), false, person);
 }
 
 LiveAccount::PlacePtr LiveAccount::open(std::u16string title, bool channel, const irc::PersonPtr& with) {
@@ -219,6 +227,9 @@ LiveAccount::PlacePtr LiveAccount::open(std::u16string title, bool channel, cons
     } else {
         hooks_.tell_user(u"So many conversations are open that no other one can be.");
         return nullptr;
+    }
+    for (std::u16string& sentence : std::exchange(held_, {})) {
+        place->talk->note(std::move(sentence));
     }
     if (with) {
         place->talk->came({with, {}});
@@ -361,9 +372,30 @@ void LiveAccount::on(const irc::event::NetSplit& event) {
 
 // What is said.
 
+LiveAccount::PlacePtr LiveAccount::placeFor(const irc::event::Said& said) {
+    if (!said.with) {
+        return placeOf(said.channel);
+    }
+    const bool is_open = std::ranges::find(places_, said.with, &Place::with) != places_.end();
+    const auto talks = std::ranges::count_if(places_, [](const PlacePtr& place) { return place->with != nullptr; });
+    if (is_open || said.own || static_cast<std::size_t>(talks) < most_talks) {
+        return placeWith(said.with);
+    }
+    if (const PlacePtr place = currentPlace()) {
+        place->talk->note(irc::shownName(*said.with) + u" writes to you alone: " + said.text);
+    }
+    return nullptr;
+}
+
+LiveAccount::PlacePtr LiveAccount::currentPlace() const {
+    if (const PlacePtr last = typed_in_.lock()) {
+        return last;
+    }
+    return places_.empty() ? nullptr : places_.front();
+}
+
 void LiveAccount::on(const irc::event::Said& event) {
-    const PlacePtr place = event.with ? placeWith(event.with) : placeOf(event.channel);
-    if (place) {
+    if (const PlacePtr place = placeFor(event)) {
         place->talk->said(event, now(), hooks_.today());
         read(*place);
     }
@@ -378,9 +410,13 @@ void LiveAccount::on(const irc::event::Deleted& event) {
 void LiveAccount::on(const irc::event::Told& event) {
     PlacePtr place = placeOf(event.channel);
     if (!place) {
-        place = typed_in_.lock();
+        place = currentPlace();
     }
-    place ? place->talk->note(event.text) : hooks_.tell_user(event.text);
+    if (place) {
+        place->talk->note(event.text);
+    } else if (been_online_ && held_.size() < most_held) { // what comes before is between servers
+        held_.push_back(event.text);
+    }
 }
 
 // What is read.
@@ -516,7 +552,8 @@ irc::PersonPtr LiveAccount::find(const std::function<bool(const irc::Person&)>& 
             }
         }
     }
-    return nullptr;
+    const auto partner = std::ranges::find_if(partners_, [&](const irc::PersonPtr& person) { return wanted(*person); });
+    return partner == partners_.end() ? nullptr : *partner;
 }
 
 void LiveAccount::bringUp(const PlacePtr& place) {

@@ -43,6 +43,13 @@ class LiveAccount {
     static constexpr long long longest_settling = 3'000;
     // People that stay contacts when they have no seat any more; who was silent longest goes first.
     static constexpr std::size_t most_people = 200;
+    // Talks that others can open by writing to the user alone: a stranger must not fill the screen with windows. What
+    // comes beyond them stands, unread, where the user has typed last.
+    static constexpr std::size_t most_talks = 20;
+    // People that were talked to alone, who can be talked to again though they are in no channel of the user's.
+    static constexpr std::size_t most_partners = 50;
+    // Sentences of the network that wait for a conversation to stand in.
+    static constexpr std::size_t most_held = 20;
 
     // `status` as the user wants to be seen.
     LiveAccount(Client& client, irc::Settings settings, Status status, Hooks hooks);
@@ -107,6 +114,9 @@ class LiveAccount {
     void on(const irc::event::Told& event);
 
     PlacePtr placeOf(std::u16string_view channel) const;
+    PlacePtr placeFor(const irc::event::Said& said);
+    // Where the user was last, for what belongs nowhere else; null where there is no conversation.
+    PlacePtr currentPlace() const;
     PlacePtr placeWith(const irc::PersonPtr& person);
     PlacePtr placeWith(const std::u16string& signin); // null where nobody here has that sign-in name
     irc::PersonPtr personCalled(std::u16string_view nick) const;
@@ -130,8 +140,10 @@ class LiveAccount {
     bool been_online_ = false;
     std::u16string network_;
     std::vector<PlacePtr> places_;
-    std::weak_ptr<Place> typed_in_;  // the last one
-    std::vector<ContactPtr> people_; // who has spoken last is the last one
+    std::weak_ptr<Place> typed_in_; // the last one
+    std::vector<std::u16string> held_;
+    std::vector<irc::PersonPtr> partners_; // the last one last
+    std::vector<ContactPtr> people_;       // who has spoken last is the last one
 };
 
 } // namespace messenger_client

@@ -3,6 +3,7 @@
 import subprocess
 
 from case import PATIENCE_SECONDS, ROOT, main
+from desk.chat_servers import StreamingServer
 from publisher import Publisher, content
 from shell import (ABOUT, CHECK_BOXES, CLOSING, EMOTICONS, GETTING_STARTED, MINIMIZED, SHOW_OPTIONS, START, STOP, TRAY,
                    UPDATES, ShellTest)
@@ -228,6 +229,40 @@ class Screens(ShellTest):
             return spoken
         self.eventually("the end of the words", has_spoken)
         (SCREENS / "desk.new.png").unlink()
+
+    def told(self, words):
+        def found():
+            self.client_log.new()
+            return any(words in event.text for event in self.client_log.of_kind("message"))
+        self.eventually(f"{words!r} in the history", found)
+
+    def test_live_chat(self):
+        with StreamingServer() as server:
+            self.reg("add", r"HKCU\Software\MessengerClient", "/v", "StreamingServer", "/d",
+                     f"irc://127.0.0.1:{server.port}", "/f")
+            self.start_messenger("/signedout", "/width", 620, "/height", 400)
+            self.shot_of("Messenger", "messenger-sign-in-local")
+            self.screen.key("alt+k", "Down")
+            self.shot_of("Messenger", "messenger-sign-in-irc")
+            self.activate("^Messenger$")
+            self.screen.key("alt+k", "End")
+            self.shot_of("Messenger", "messenger-sign-in-streaming")
+            self.activate("^Messenger$")
+            self.screen.key("alt+k", "End", "Tab", *"lake", "Return")
+            server.wait_for_viewers("#lake")
+            server.say("#lake", "ann", "Good morning, everybody! The water is warm.", "Ann", "moderator/1")
+            self.told("warm")
+            server.say("#lake", "bob", "!weather", "Bob")
+            server.say("#lake", "dora", "see https://example.org/lake for the pictures of yesterday", "Dora", "subscriber/3")
+            server.say("#lake", "cid", "who brings the towels?", "Cid")
+            self.told("towels")
+            self.shot_of("#lake - Conversation", "live-conversation")
+            self.activate("^#lake - Conversation$")
+            self.screen.key("alt+w")
+            page = self.eventually("the page", lambda: next(
+                (window for window in self.windows() if window.visible and "#lake" in window.text
+                 and window.text != "#lake - Conversation"), None))
+            self.shot_of(page.text, "live-what-is-read")
 
     def test_boxes_and_neighbours(self):
         self.settle()

@@ -40,6 +40,15 @@ TEST(Links, AreFoundWithWhatBelongsToThem) {
     EXPECT_THAT(linkTexts(u""), IsEmpty());
 }
 
+TEST(Links, AreAddressesOfTheWebAlone) {
+    EXPECT_EQ(webAddress(u"https://example.org/a?b=c#d"), u"https://example.org/a?b=c#d");
+    EXPECT_EQ(webAddress(u"HTTPS://EXAMPLE.ORG"), u"HTTPS://EXAMPLE.ORG");
+    EXPECT_EQ(webAddress(u"www.example.org"), u"http://www.example.org");
+    EXPECT_EQ(webAddress(u"www.example.org?file://x"), u"http://www.example.org?file://x");
+    EXPECT_EQ(webAddress(u"file:///c:/x.exe"), u"http://file:///c:/x.exe");
+    EXPECT_EQ(webAddress(u"http://x/\"&calc\\^|\xFC"), u"http://x/%22&calc%5C%5E%7C%C3%BC");
+}
+
 struct LiveWindows : testing::Test {
     Client client;
     long long now = 1'000'000;

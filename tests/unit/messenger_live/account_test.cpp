@@ -320,6 +320,43 @@ TEST_F(LiveAccounts, WhoWritesToOneselfAloneHasAConversationWithASeat) {
     EXPECT_EQ(sent, "PRIVMSG ann what?\r\n");
 }
 
+TEST_F(LiveAccounts, WhatANetworkSaysStandsInTheFirstConversation) {
+    account->start();
+    account->connected();
+    server(":irc.example.org NOTICE * :*** Looking up your hostname");
+    server(":irc.example.org 001 me :Welcome");
+    server(":irc.example.org 422 me :No message");
+    for (int i = 0; i < 100; ++i) {
+        server(":irc.example.org NOTICE me :take note " + std::to_string(i));
+    }
+    EXPECT_THAT(sentences, IsEmpty());
+    server(":me!u@h JOIN #room");
+    EXPECT_EQ(shown().size(), LiveAccount::most_held);
+    EXPECT_EQ(shown().front(), "-|take note 0");
+    server(":irc.example.org NOTICE me :one more");
+    EXPECT_EQ(shown().back(), "-|one more");
+}
+
+TEST_F(LiveAccounts, AChannelThatCannotBeEnteredIsTold) {
+    goOnline();
+    server(":irc.example.org 473 me #room :Cannot join channel (+i)");
+    ASSERT_EQ(sentences.size(), 1u);
+    EXPECT_THAT(sentences.front(), testing::StartsWith("#room could not be entered"));
+}
+
+TEST_F(LiveAccounts, StrangersOpenALimitedNumberOfWindows) {
+    enter();
+    for (int i = 0; i < 50; ++i) {
+        server(":stranger" + std::to_string(i) + "!u@h PRIVMSG me :look at me");
+    }
+    EXPECT_EQ(client.conversations().size(), 1 + LiveAccount::most_talks);
+    EXPECT_THAT(shown(), Contains("-|stranger49 writes to you alone: look at me"));
+    server(":stranger3!u@h PRIVMSG me :again");
+    EXPECT_THAT(shown(), Not(Contains(HasSubstr("again")))) << "that one has a window";
+    talk().type(u"/msg stranger49 who are you?");
+    EXPECT_EQ(client.conversations().size(), 2 + LiveAccount::most_talks) << "the user may";
+}
+
 TEST_F(LiveAccounts, TalksAloneAreOpenedByContactAndByQuery) {
     enter();
     writes("ann", "hello");

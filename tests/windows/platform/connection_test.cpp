@@ -37,7 +37,7 @@ struct Line {
 
     explicit Line(ConnectionTarget target) { connection = std::make_unique<Connection>(std::move(target), events()); }
     Line(const std::string& server, bool tls, unsigned milliseconds = longest_opening)
-        : Line(ConnectionTarget{u"localhost", portOf(server), tls, milliseconds}) {}
+        : Line(ConnectionTarget{u"127.0.0.1", portOf(server), tls, milliseconds}) {}
 
     ConnectionEvents events() {
         return {[this] { told.emplace_back("opened"); },
@@ -133,7 +133,7 @@ TEST_P(Connections, TellTheEndAfterTheLastBytes) {
     EXPECT_EQ(line.text, "one\r\ntwo\r\n");
     EXPECT_EQ(line.told.back(), "closed");
     EXPECT_EQ(line.end->fault, ConnectionFault::none);
-    EXPECT_EQ(line.why(), "localhost has closed the connection.");
+    EXPECT_EQ(line.why(), "127.0.0.1 has closed the connection.");
     EXPECT_FALSE(line.connection->send("too late"));
 }
 
@@ -223,7 +223,7 @@ TEST_P(Connections, MayEndInEveryEvent) {
             }
         };
         const std::string to = at == "failed" ? "REFUSING" : server;
-        connection = std::make_unique<Connection>(ConnectionTarget{u"localhost", portOf(to), GetParam()},
+        connection = std::make_unique<Connection>(ConnectionTarget{u"127.0.0.1", portOf(to), GetParam()},
                                                   ConnectionEvents{[&] { told("opened"); }, [&] { told("arrived"); },
                                                                    [&](const ConnectionEnd&) { told("closed"); },
                                                                    [&](const ConnectionEnd&) { told("failed"); }});
@@ -252,7 +252,7 @@ TEST_P(Connections, MayEndAtAnyTime) {
 TEST(ConnectionsThatFail, TellOfAServerThatIsNotThere) {
     const ConnectionEnd refused = endOf("REFUSING");
     EXPECT_EQ(refused.fault, ConnectionFault::refused) << sentence(refused);
-    EXPECT_EQ(sentence(refused), "Nobody answers at port " + std::to_string(portOf("REFUSING")) + " of localhost.");
+    EXPECT_EQ(sentence(refused), "Nobody answers at port " + std::to_string(portOf("REFUSING")) + " of 127.0.0.1.");
 
     Line nobody(ConnectionTarget{u"no-such-server.invalid", 6697});
     ASSERT_TRUE(pumpUntil([&] { return nobody.end.has_value(); }));
@@ -273,17 +273,17 @@ TEST(ConnectionsThatFail, TellWhatIsWrongWithACertificate) {
     const ConnectionEnd expired = endOf("EXPIRED");
     EXPECT_EQ(expired.fault, ConnectionFault::certificate_out_of_date);
     EXPECT_THAT(sentence(expired),
-                testing::StartsWith("The certificate of localhost is out of date: it was good until "));
+                testing::StartsWith("The certificate of 127.0.0.1 is out of date: it was good until "));
     const ConnectionEnd early = endOf("EARLY");
     EXPECT_EQ(early.fault, ConnectionFault::certificate_out_of_date);
     EXPECT_THAT(sentence(early), HasSubstr("is not good yet: it begins to be on "));
     const ConnectionEnd other = endOf("OTHER_NAME");
     EXPECT_EQ(other.fault, ConnectionFault::certificate_for_other_name);
-    EXPECT_EQ(sentence(other), "The certificate of localhost is for another name: irc.other.example.");
+    EXPECT_EQ(sentence(other), "The certificate of 127.0.0.1 is for another name: irc.other.example.");
     const ConnectionEnd stranger = endOf("STRANGER");
     EXPECT_EQ(stranger.fault, ConnectionFault::certificate_of_unknown_issuer);
     EXPECT_EQ(sentence(stranger),
-              "The certificate of localhost was issued by somebody whom this computer does not know: Nobody In "
+              "The certificate of 127.0.0.1 was issued by somebody whom this computer does not know: Nobody In "
               "Particular.");
     EXPECT_EQ(endOf("PRETENDER").fault, ConnectionFault::certificate_invalid);
     EXPECT_EQ(endOf("OF_A_CLIENT").fault, ConnectionFault::certificate_invalid);
@@ -295,24 +295,24 @@ TEST(ConnectionsThatFail, TellOfAnAlert) {
     const ConnectionEnd handshake = endOf("ALERT_HANDSHAKE");
     EXPECT_EQ(handshake.fault, ConnectionFault::alert);
     EXPECT_EQ(sentence(handshake),
-              "localhost refuses the encrypted connection: it accepts none of the ways of encrypting (40).");
+              "127.0.0.1 refuses the encrypted connection: it accepts none of the ways of encrypting (40).");
     EXPECT_EQ(endOf("ALERT_NAME").fault, ConnectionFault::alert);
     const ConnectionEnd version = endOf("ALERT_VERSION");
     EXPECT_EQ(version.fault, ConnectionFault::no_agreement);
-    EXPECT_EQ(sentence(version), "This computer and localhost could not agree on how to encrypt (TLS 1.2).");
+    EXPECT_EQ(sentence(version), "This computer and 127.0.0.1 could not agree on how to encrypt (TLS 1.2).");
 }
 
 TEST(ConnectionsThatFail, TellOfAServerThatSpeaksSomethingElse) {
     const ConnectionEnd text = endOf("PLAIN_TEXT");
     EXPECT_EQ(text.fault, ConnectionFault::not_tls);
-    EXPECT_EQ(sentence(text), "localhost does not speak TLS at port " + std::to_string(portOf("PLAIN_TEXT")) + ".");
+    EXPECT_EQ(sentence(text), "127.0.0.1 does not speak TLS at port " + std::to_string(portOf("PLAIN_TEXT")) + ".");
     EXPECT_EQ(endOf("ENDLESS").fault, ConnectionFault::no_agreement);
 }
 
 TEST(ConnectionsThatFail, DoNotWaitForEver) {
     const ConnectionEnd end = endOf("SILENT", true, 300);
     EXPECT_EQ(end.fault, ConnectionFault::timed_out);
-    EXPECT_EQ(sentence(end), "localhost does not answer.");
+    EXPECT_EQ(sentence(end), "127.0.0.1 does not answer.");
 }
 
 TEST(ConnectionsThatFail, AreBrokenOffAfterAnyByte) {
@@ -379,7 +379,7 @@ TEST(ConnectionsByTcp, TellTheEndOfOneThatIsBrokenOff) {
     EXPECT_EQ(line.told, (std::vector<std::string>{"opened", "arrived", "closed"}));
     // Wine does not always know how it ended.
     if (line.end->fault == ConnectionFault::broken_off) {
-        EXPECT_THAT(line.why(), testing::StartsWith("The connection to localhost was broken off: "));
+        EXPECT_THAT(line.why(), testing::StartsWith("The connection to 127.0.0.1 was broken off: "));
     } else {
         EXPECT_EQ(line.end->fault, ConnectionFault::none);
     }
