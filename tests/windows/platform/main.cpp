@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr DWORD longest_run = 540'000; // minutes: what hangs is ended, nothing that is slow
+constexpr DWORD longest_run = 300'000; // minutes: what hangs is ended, nothing that is slow
 
 // The issuer of the servers' certificates is one that this machine knows, for as long as the prefix lives.
 bool trustIssuer() {
