@@ -107,7 +107,21 @@ void LiveTalk::note(std::u16string text) {
     show({.text = std::move(text)});
 }
 
+void LiveTalk::meetWriter(const irc::event::Said& said) {
+    if (!channel_ || !said.writer || said.writer->user_id.empty() || members_.contains(said.writer.get())) {
+        return;
+    }
+    const bool moderates = said.badges.moderator || said.badges.broadcaster;
+    came({said.writer, {.moderator = moderates, .voiced = false, .sign = moderates ? u'@' : char16_t{0}}});
+    writers_.push_back(said.writer);
+    if (writers_.size() > most_writers) {
+        went(*writers_.front());
+        writers_.pop_front();
+    }
+}
+
 void LiveTalk::said(const irc::event::Said& said, long long now, long long today) {
+    meetWriter(said);
     const std::u16string name = said.writer ? irc::shownName(*said.writer) : std::u16string();
     const std::u16string signin = said.writer ? irc::signinName(*said.writer) : std::u16string();
     reading::Line line{.id = said.id, .person = signin, .name = name, .text = said.text, .kind = readKind(said.kind)};
@@ -202,6 +216,7 @@ void LiveTalk::went(const irc::Person& person) {
 void LiveTalk::forgetMembers() {
     members_.clear();
     names_.clear();
+    writers_.clear();
 }
 
 void LiveTalk::renamed(const irc::Person& person) {

@@ -55,6 +55,8 @@ class LiveTalk {
     void talkTo(const LivePerson& person) { deeds_.talk_to(person); }
     const reading::Rules& rules() const { return reader_.rules(); }
     void setRules(reading::Rules rules);
+    // Of the streaming chat, which does not tell who is there: those who have written last.
+    static constexpr std::size_t most_writers = 500;
     // The last lines, for a look at what rules make of them.
     static constexpr std::size_t most_recent = 100;
     const std::deque<reading::Line>& recent() const { return recent_; }
@@ -92,6 +94,7 @@ class LiveTalk {
     void renamed(const irc::Person& person);
     void marked(const irc::Person& person, const irc::Marks& marks);
 
+    void meetWriter(const irc::event::Said& said);
     void list(Here& here);
     void unlist(const Here& here);
     LineNumber show(LiveLine line);
@@ -108,6 +111,7 @@ class LiveTalk {
     irc::PersonPtr me_;
     std::unordered_map<const irc::Person*, Here> members_;
     std::unordered_map<std::u16string, std::size_t> names_; // how many have it
+    std::deque<irc::PersonPtr> writers_;                    // of the streaming chat, as they came
     bool watched_ = true;
     std::optional<LineNumber> news_; // the line that says where the news begin
 };

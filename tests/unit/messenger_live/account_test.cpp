@@ -288,6 +288,36 @@ TEST_F(LiveAccounts, ALineThatIsDeletedWhileItWaitsIsNeverTold) {
     EXPECT_EQ(client.find(u"71@twitch")->friendly, u"ann");
 }
 
+TEST_F(LiveAccounts, InTheStreamingChatWhoWritesIsListed) {
+    make({.address = {.dialect = irc::Dialect::twitch, .host = u"irc.chat.twitch.tv", .channels = {u"#room"}}});
+    account->start();
+    account->connected();
+    server(":tmi.twitch.tv CAP * ACK :twitch.tv/tags twitch.tv/commands");
+    server(":tmi.twitch.tv 001 justinfan0 :Welcome, GLHF!");
+    server(":tmi.twitch.tv 376 justinfan0 :>");
+    server(":justinfan0!justinfan0@justinfan0.tmi.twitch.tv JOIN #room");
+    const auto says = [&](const std::string& nick, int user, const std::string& badges) {
+        server("@badges=" + badges + ";display-name=" + nick + ";user-id=" + std::to_string(user) + " :" + nick + "!" +
+               nick + "@" + nick + ".tmi.twitch.tv PRIVMSG #room :hello from " + nick);
+    };
+    const std::size_t before = talk().peopleCount();
+    says("ann", 1, "moderator/1");
+    says("bob", 2, "");
+    says("ann", 1, "moderator/1");
+    EXPECT_EQ(talk().peopleCount(), before + 2);
+    EXPECT_TRUE(talk().hasName(u"Bob"));
+    const auto people = talk().people(10);
+    EXPECT_EQ(people.front().name, u"ann");
+    EXPECT_EQ(people.front().sign, u'@');
+    EXPECT_TRUE(people.front().on_stage);
+    for (int i = 0; i < 1'000; ++i) {
+        says("viewer" + std::to_string(i), 100 + i, "");
+    }
+    EXPECT_EQ(talk().peopleCount(), before + LiveTalk::most_writers);
+    EXPECT_FALSE(talk().hasName(u"bob")) << "silent for longest";
+    EXPECT_TRUE(talk().hasName(u"viewer999"));
+}
+
 TEST_F(LiveAccounts, WhatIsTypedIsSentAndShown) {
     const ConversationPtr room = enter();
     talk().type(u"hello all");
