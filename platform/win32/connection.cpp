@@ -15,6 +15,7 @@
 #include "common/text.h"
 #include "platform/win32/certificate.h"
 #include "platform/win32/errand.h"
+#include "platform/win32/message_window.h"
 #include "platform/win32/system_error.h"
 #include "platform/win32/tls_stream.h"
 #include "platform/win32/winsock.h"
@@ -103,15 +104,7 @@ struct Connection::Impl : std::enable_shared_from_this<Connection::Impl> {
     enum class Phase { looking_up, connecting, agreeing, judging, open, ended };
 
     Impl(ConnectionTarget to, ConnectionEvents its_events) : target(std::move(to)), events(std::move(its_events)) {
-        WNDCLASSEXW description{};
-        description.cbSize = sizeof description;
-        description.hInstance = GetModuleHandleW(nullptr);
-        description.lpszClassName = window_class;
-        description.lpfnWndProc = procedure;
-        RegisterClassExW(&description); // once for all
-        window = CreateWindowExW(0, window_class, nullptr, 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, description.hInstance,
-                                 nullptr);
-        SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+        window = makeMessageWindow(window_class, procedure, this);
         SetTimer(window, opening_timer, target.milliseconds, nullptr);
         lookup = std::make_shared<Lookup>();
         lookup->host = target.host;

@@ -9,6 +9,7 @@
 
 #include "common/ansi.h"
 #include "common/com/handles.h"
+#include "platform/win32/message_window.h"
 #include "platform/win32/system_error.h"
 #include "platform/win32/winsock.h"
 
@@ -24,15 +25,7 @@ constexpr std::size_t block = 65536; // bytes received at once
 
 struct Socket::Impl : std::enable_shared_from_this<Socket::Impl> {
     explicit Impl(SocketEvents of_socket) : events(std::move(of_socket)) {
-        WNDCLASSEXW description{};
-        description.cbSize = sizeof description;
-        description.hInstance = GetModuleHandleW(nullptr);
-        description.lpszClassName = window_class;
-        description.lpfnWndProc = procedure;
-        RegisterClassExW(&description); // once for all
-        window = CreateWindowExW(0, window_class, nullptr, 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, description.hInstance,
-                                 nullptr);
-        SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+        window = makeMessageWindow(window_class, procedure, this);
     }
     ~Impl() {
         close();

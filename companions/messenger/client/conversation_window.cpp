@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "common/text.h"
-#include "companions/messenger/client/account.h"
 #include "ui/screen.h"
 
 namespace messenger_client {

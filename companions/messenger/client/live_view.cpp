@@ -7,6 +7,7 @@
 
 #include "common/text.h"
 #include "companions/messenger/client/conversation_form.h"
+#include "companions/messenger/reading/links.h"
 
 namespace messenger_client {
 
@@ -16,10 +17,6 @@ namespace {
 constexpr std::size_t dropped_at_once = 500;
 constexpr int pixel = 15; // twips at 96 dots an inch
 
-bool isBlank(char16_t unit) {
-    return unit <= u' ' || unit == u'\xA0' || unit == u'\x3000';
-}
-
 // A line end counts as one.
 int lengthOf(std::u16string_view text) {
     return static_cast<int>(text.size()) - static_cast<int>(std::ranges::count(text, u'\r'));
@@ -27,50 +24,9 @@ int lengthOf(std::u16string_view text) {
 
 } // namespace
 
-std::vector<LinkPart> linksIn(std::u16string_view text) {
-    constexpr std::u16string_view beginnings[] = {u"http://", u"https://", u"www."};
-    std::vector<LinkPart> links;
-    for (std::size_t at = 0; at < text.size();) {
-        if (isBlank(text[at]) || (at > 0 && !isBlank(text[at - 1]) && text[at - 1] != u'(' && text[at - 1] != u'<')) {
-            ++at;
-            continue;
-        }
-        const std::u16string_view rest = text.substr(at);
-        const auto begins = std::ranges::find_if(beginnings, [&](std::u16string_view beginning) {
-            return murmelix::sameText(rest.substr(0, beginning.size()), beginning, murmelix::LetterCase::ignored);
-        });
-        if (begins == std::end(beginnings)) {
-            ++at;
-            continue;
-        }
-        std::size_t end = at;
-        while (end < text.size() && !isBlank(text[end]) && text[end] != u'<' && text[end] != u'>' &&
-               text[end] != u'"') {
-            ++end;
-        }
-        // Signs that end a sentence do not belong to it, nor does a bracket that was opened before it.
-        const auto closes_another = [&] {
-            const std::u16string_view link = text.substr(at, end - at);
-            return link.ends_with(u')') && std::ranges::count(link, u'(') < std::ranges::count(link, u')');
-        };
-        while (end > at &&
-               (std::u16string_view(u".,;:!?'").find(text[end - 1]) != std::u16string_view::npos || closes_another())) {
-            --end;
-        }
-        if (end - at > begins->size()) {
-            links.push_back({at, end});
-        }
-        at = std::max(end, at + 1);
-    }
-    return links;
-}
-
 std::u16string webAddress(std::u16string_view link) {
     constexpr std::string_view signs = "-._~:/?#[]@!$&'()*+,;=%";
-    const bool has_scheme =
-        std::ranges::any_of(std::array<std::u16string_view, 2>{u"http://", u"https://"}, [&](auto scheme) {
-            return murmelix::sameText(link.substr(0, scheme.size()), scheme, murmelix::LetterCase::ignored);
-        });
+    const bool has_scheme = reading::isWebLink(link) && murmelix::toLower(link.front()) == u'h'; // else it is "www."
     std::string address = has_scheme ? "" : "http://";
     for (const char byte : murmelix::toUtf8(link)) {
         const bool kept = (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') ||
@@ -111,7 +67,10 @@ std::size_t LiveView::append(const LiveLine& line) {
     const auto text = [&](Style style) {
         const std::u16string lines = LineBreaker().broken(line.text);
         std::size_t at = 0;
-        for (const LinkPart& link : linksIn(lines)) {
+        for (const reading::Range& link : reading::linksIn(lines)) {
+            if (!reading::isWebLink(std::u16string_view(lines).substr(link.begin))) {
+                continue;
+            }
             parts.emplace_back(style, lines.substr(at, link.begin - at));
             parts.emplace_back(Style::link, lines.substr(link.begin, link.end - link.begin));
             at = link.end;

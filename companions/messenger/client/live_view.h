@@ -14,12 +14,6 @@ namespace messenger_client {
 
 namespace ui = murmelix::ui;
 
-// Parts of a text that are links: "http://", "https://" and "www." with what belongs to them, in order.
-struct LinkPart {
-    std::size_t begin, end; // UTF-16 units
-};
-std::vector<LinkPart> linksIn(std::u16string_view text);
-
 // A link as an address of the web, whatever else the system would know to do with what somebody wrote: with http://
 // where it has no scheme, and all that has no place in an address as %XX.
 std::u16string webAddress(std::u16string_view link);

@@ -272,8 +272,7 @@ bool LiveWindow::FindTxt_KeyPress(const ui::Shortcut& key) {
 }
 
 void LiveWindow::find(bool back) {
-    found_ = History.Find(FindTxt.Text(), back);
-    FindTxt.setForeColor(found_ ? colour::text : colour::fault);
+    FindTxt.setForeColor(History.Find(FindTxt.Text(), back) ? colour::text : colour::fault);
 }
 
 // Whatever was pressed for it, the typing goes on.

@@ -88,7 +88,7 @@ class LiveWindow final : public ConversationForm {
     Hooks hooks_;
     LiveView view_{History, talk()};
     std::vector<LivePerson> people_; // the rows of the list
-    bool finding_ = false, found_ = true;
+    bool finding_ = false;
 };
 
 } // namespace messenger_client

@@ -5,6 +5,7 @@
 
 #include "common/text.h"
 #include "companions/messenger/reading/characters.h"
+#include "companions/messenger/reading/links.h"
 
 namespace messenger_client::reading {
 
@@ -28,7 +29,6 @@ constexpr std::size_t most_of_word = 40, word_kept = 12;
 
 // Of a link's host: more parts, or longer ones, are told by the last ones, which say whose it is.
 constexpr std::size_t most_host_parts = 3, longest_host = 60, longest_host_part = 63;
-constexpr std::size_t longest_scheme = 12;
 
 constexpr View ellipsis = u"…";
 constexpr View a_link = u"a link";
@@ -127,58 +127,18 @@ bool isHonestPart(View part) {
     return true;
 }
 
-// Behind "scheme://", or at "www."; npos where no link begins there.
-std::size_t linkStart(View text, std::size_t at) {
-    if (sameText(text.substr(at, 4), u"www.", LetterCase::ignored)) {
-        return at;
-    }
-    std::size_t end = at;
-    while (
-        end < text.size() && end - at <= longest_scheme && text[end] < 0x80 &&
-        (isLetterOrDigit(text[end]) || (end > at && (text[end] == u'+' || text[end] == u'-' || text[end] == u'.')))) {
-        ++end;
-    }
-    return end > at && isLetter(text[at]) && text.substr(end, 3) == u"://" ? end + 3 : npos;
-}
-
-// Signs that end a sentence or a bracket rather than a link.
-View withoutTail(View link) {
-    while (!link.empty()) {
-        const char16_t last = link.back();
-        const bool closes = last == u')' && std::ranges::count(link, u')') > std::ranges::count(link, u'(');
-        if (!closes && View(u".,;:!?'\"]}>*_~…»”’").find(last) == npos) {
-            break;
-        }
-        link.remove_suffix(1);
-    }
-    return link;
-}
-
 std::u16string withLinks(View text, Links links) {
     if (links == Links::whole) {
         return std::u16string(text);
     }
     std::u16string result;
     std::size_t copied = 0;
-    for (std::size_t at = 0; at < text.size();) {
-        const bool word_begins = at == 0 || !isLetterOrDigit(text[at - 1]);
-        const std::size_t start = word_begins ? linkStart(text, at) : npos;
-        if (start == npos) {
-            ++at;
-            continue;
-        }
-        const std::size_t end = std::min(text.find_first_of(u" <>\"", start), text.size());
-        const View link = withoutTail(text.substr(at, end - at));
-        const std::size_t head = start > at ? start - at : 4; // "www."
-        if (link.size() <= head) {
-            ++at;
-            continue;
-        }
-        result.append(text.substr(copied, at - copied));
+    for (const Range& link : linksIn(text)) {
+        result.append(text.substr(copied, link.begin - copied));
         if (links == Links::named) {
-            result.append(linkName(link));
+            result.append(linkName(text.substr(link.begin, link.end - link.begin)));
         }
-        copied = at += link.size();
+        copied = link.end;
     }
     return result.append(text.substr(copied));
 }
