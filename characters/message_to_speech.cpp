@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <memory>
 #include <vector>
 
 #include "app/settings.h"
@@ -103,14 +104,36 @@ constexpr EmoticonRow emoticon_rows[] = {
     {u"(#)", {}, {speak(u"sunshine")}},
 };
 
+// Whose character says a message. Each call of one lets events in: another character that came meanwhile, in a new
+// reading, does not go on with the old one's message.
+class Speaker {
+  public:
+    explicit Speaker(const std::u16string& key) : key_(key), character_(loadedCharacter(key)) {}
+
+    const std::u16string& key() const { return key_; }
+    platform::AgentCharacter* character() const { return character_.get(); }
+    bool isThere() const { return loadedCharacter(key_) == character_; }
+
+    void run(const std::u16string& command, const std::u16string& text = {}, const std::u16string& animation = {},
+             const std::u16string& sound = {}) const {
+        if (isThere()) {
+            RunCharacterCommand(key_, command, text, animation, sound);
+        }
+    }
+
+  private:
+    std::u16string key_;
+    std::shared_ptr<platform::AgentCharacter> character_;
+};
+
 // `name` in lower case.
-void actEmoticon(const std::u16string& key, const std::u16string& name) {
+void actEmoticon(const Speaker& speaker, const std::u16string& name) {
     const auto row =
         std::find_if(std::begin(emoticon_rows), std::end(emoticon_rows), [&](const EmoticonRow& candidate) {
             return name == candidate.name || (!candidate.other_name.empty() && name == candidate.other_name);
         });
     if (row == std::end(emoticon_rows)) {
-        RunCharacterCommand(key, u"speak", name);
+        speaker.run(u"speak", name);
         return;
     }
     for (const Step& step : row->steps) {
@@ -119,22 +142,22 @@ void actEmoticon(const std::u16string& key, const std::u16string& name) {
         case Action::none:
             break;
         case Action::play:
-            RunCharacterCommand(key, u"play", {}, what);
+            speaker.run(u"play", {}, what);
             break;
         case Action::wav:
-            RunCharacterCommand(key, u"wav", {}, {}, what);
+            speaker.run(u"wav", {}, {}, what);
             break;
         case Action::speak:
-            RunCharacterCommand(key, u"speak", what);
+            speaker.run(u"speak", what);
             break;
         }
     }
 }
 
-void letOthersListen(const std::u16string& speaker_key) {
-    for (std::size_t i = 1; i <= LoadedCharacterKeys.Count(); ++i) {
+void letOthersListen(const Speaker& speaker) {
+    for (std::size_t i = 1; i <= LoadedCharacterKeys.Count() && speaker.isThere(); ++i) {
         const std::u16string key = LoadedCharacterKeys.Item(i);
-        if (key != speaker_key) {
+        if (key != speaker.key()) {
             RunCharacterCommand(key, u"listen");
         }
     }
@@ -159,12 +182,15 @@ bool isCollapsed(char16_t lower_unit) {
 } // namespace
 
 void SpeakMessage(const std::u16string& key, const std::u16string& text) {
-    const auto character = loadedCharacter(key);
-    if (character) {
+    const Speaker speaker(key);
+    if (speaker.character()) {
         bool visible = true;
-        platform::attempt([&] { visible = character->Visible(); });
+        platform::attempt([&] { visible = speaker.character()->Visible(); });
         if (!visible) {
-            RunCharacterCommand(key, u"show");
+            speaker.run(u"show");
+        }
+        if (!speaker.isThere()) {
+            return;
         }
     }
     std::u16string message = text;
@@ -177,8 +203,8 @@ void SpeakMessage(const std::u16string& key, const std::u16string& text) {
     message = ReplaceWord(message, u"lol", u"(lol)");
     message = ReplaceWord(message, u"ic", u"I see");
     SpeakMarkedMessage(message, key, true);
-    if (find(message, u"be right back", 0, LetterCase::ignored) != npos && loadedCharacter(key) == character) {
-        RunCharacterCommand(key, u"hide");
+    if (find(message, u"be right back", 0, LetterCase::ignored) != npos) {
+        speaker.run(u"hide");
     }
 }
 
@@ -186,24 +212,23 @@ void SpeakMarkedMessage(const std::u16string& text, const std::u16string& key, b
     // What stands in the text itself counts too: it is marked first and split as a whole.
     const std::u16string marked = MarkEmoticons(text, true, piece_separator);
     const std::u16string_view all = marked;
-    const auto speaker = loadedCharacter(key);
+    const Speaker speaker(key);
     for (std::size_t at = 0; at <= all.size();) {
         const std::size_t end = std::min(all.find(piece_separator, at), all.size());
         const std::u16string piece(all.substr(at, end - at));
         at = end + piece_separator.size();
-        // A character that came meanwhile, in a new reading, does not finish the old one's message.
-        if (loadedCharacter(key) != speaker) {
+        if (!speaker.isThere()) {
             return;
         }
         if (piece.starts_with(emoticon_prefix)) {
             if (PlayReadEmoticon) {
-                actEmoticon(key, toLower(std::u16string_view(piece).substr(emoticon_prefix.size())));
+                actEmoticon(speaker, toLower(std::u16string_view(piece).substr(emoticon_prefix.size())));
             }
         } else if (!piece.empty()) {
             if (othersListen) {
-                letOthersListen(key);
+                letOthersListen(speaker);
             }
-            RunCharacterCommand(key, u"speak", piece);
+            speaker.run(u"speak", piece);
         }
     }
 }

@@ -70,6 +70,10 @@ std::string toAnsi(std::u16string_view text) {
     const fakes::CodePage& page = codePage();
     std::string bytes;
     for (const char16_t unit : text) {
+        if (unit < 0x80) { // the half that all code pages share
+            bytes.push_back(static_cast<char>(unit));
+            continue;
+        }
         const auto found = std::find(page.begin(), page.end(), unit);
         bytes.push_back(found == page.end() ? '?' : static_cast<char>(found - page.begin()));
     }

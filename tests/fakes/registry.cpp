@@ -37,7 +37,7 @@ std::optional<std::string> normalPath(const std::string& path) {
 template <class Values>
 auto findValue(Values& values, const std::string& name) {
     return std::find_if(values.begin(), values.end(),
-                        [&](const auto& value) { return folded(value.first) == folded(name); });
+                        [wanted = folded(name)](const auto& value) { return folded(value.first) == wanted; });
 }
 
 } // namespace

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 
+#include "app/settings.h"
+#include "common/text.h"
+
 namespace murmelix::test {
 
 namespace {

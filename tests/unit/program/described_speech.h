@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "tests/unit/program/program_test.h"
+#include "tests/unit/program/agent_calls.h"
 
 namespace murmelix::test {
 

@@ -6,6 +6,7 @@
 #include "characters/emoticons.h"
 #include "tests/conversations/chat_logs.h"
 #include "tests/unit/program/described_speech.h"
+#include "tests/unit/program/program_test.h"
 
 namespace murmelix::test {
 
@@ -162,6 +163,36 @@ TEST_F(Speech, RestOfAMessageIsNotSpokenByALaterCharacter) {
         }
     };
     EXPECT_EQ(said(u"one :) two"), justSpeak(u"One "));
+}
+
+TEST_F(Speech, NothingOfAMessageIsDoneByALaterCharacter) {
+    putOnStage(u"b@x");
+    const auto takeOff = [] {
+        LoadedCharacters.Remove(u"a@x");
+        LastRequests.Remove(u"a@x");
+        LoadedCharacterKeys.Remove(u"a@x");
+    };
+    takeOff();
+    for (const char16_t* message : {u"one ;) two (SNIFF) brb", u"(?)"}) {
+        for (int number = 1, calls_made = number; calls_made >= number; ++number) {
+            putOnStage(u"a@x", u"First")->visible = false;
+            fakes::neighbours().calls = 0;
+            fakes::neighbours().during = [&](std::string_view) {
+                if (fakes::neighbours().calls == number) {
+                    takeOff();
+                    putOnStage(u"a@x", u"Later")->id = u"later";
+                }
+            };
+            said(message);
+            fakes::neighbours().during = nullptr;
+            calls_made = fakes::neighbours().calls;
+            for (const AgentCall& call : calls()) {
+                EXPECT_NE(call.key, u"later") << toUtf8(message) << ", at call " << number;
+            }
+            calls().clear();
+            takeOff();
+        }
+    }
 }
 
 TEST_F(Speech, LaterCharacterDoesNotHideForAnEarliersMessage) {
