@@ -29,7 +29,8 @@ if(WIN32)
   target_compile_definitions(murmelix_options INTERFACE
     WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601 WINVER=0x0601)
   target_compile_options(murmelix_options INTERFACE -ffunction-sections -fdata-sections)
-  target_link_options(murmelix_options INTERFACE -static -Wl,--gc-sections $<$<CONFIG:Release>:-s>)
+  # The same sources make the same bytes: no program tells when it was linked.
+  target_link_options(murmelix_options INTERFACE -static -Wl,--gc-sections,--no-insert-timestamp $<$<CONFIG:Release>:-s>)
 endif()
 
 add_library(precompiled OBJECT EXCLUDE_FROM_ALL ${PROJECT_SOURCE_DIR}/cmake/precompiled.cpp)

@@ -8,6 +8,7 @@ find_program(MURMELIX_WIDL ${CMAKE_SYSTEM_PROCESSOR}-w64-mingw32-widl REQUIRED)
 find_package(Python3 REQUIRED COMPONENTS Interpreter)
 set(MURMELIX_IDL ${PROJECT_SOURCE_DIR}/common/com/idl)
 set(MURMELIX_INTERFACES ${CMAKE_CURRENT_LIST_DIR}/interfaces.py)
+set(MURMELIX_UNDATED ${CMAKE_CURRENT_LIST_DIR}/undated.py)
 
 function(murmelix_type_library target description)
   cmake_path(GET description STEM name)
@@ -20,9 +21,10 @@ function(murmelix_type_library target description)
     OUTPUT ${folder}/${name}.tlb ${folder}/${name}.h ${folder}/${name}_interfaces.cpp
     COMMAND ${widl} -t -o ${folder}/stdole2.tlb ${MURMELIX_IDL}/stdole2.idl
     COMMAND ${widl} -t -o ${folder}/${name}.tlb ${description}
+    COMMAND ${Python3_EXECUTABLE} -B ${MURMELIX_UNDATED} ${folder}/${name}.tlb
     COMMAND ${widl} -h -o ${folder}/${name}.h ${description}
     COMMAND ${Python3_EXECUTABLE} -B ${MURMELIX_INTERFACES} ${description} ${folder}/${name}_interfaces.cpp
-    DEPENDS ${description} ${base} ${MURMELIX_INTERFACES}
+    DEPENDS ${description} ${base} ${MURMELIX_INTERFACES} ${MURMELIX_UNDATED}
     COMMENT "Making the type library ${name}.tlb"
     VERBATIM)
   target_sources(${target} PRIVATE ${folder}/${name}_interfaces.cpp)

@@ -22,7 +22,7 @@ MURMELIX_PACKAGES=(
     "${MURMELIX_HOST_PACKAGES[@]}"
     g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools
     wine64 xvfb xauth openbox xdotool x11-utils
-    espeak-ng sox openssl clang-format-15
+    espeak-ng sox openssl clang-format-15 nsis
 )
 # The web server of ./run --site: its program alone, not the service that would run from then on.
 MURMELIX_SITE_PACKAGES=(apache2-bin)
