@@ -33,6 +33,8 @@ Refusal copyFile(const std::u16string& from, const std::u16string& to);
 // Within a volume: whoever opens `to` meets either the whole old file or the whole new one.
 Refusal moveFile(const std::u16string& from, const std::u16string& to);
 Refusal deleteFile(const std::u16string& path);
+// Where nothing is in it; tells whether it is gone.
+bool removeEmptyDirectory(const std::u16string& path);
 
 struct WriteFailure {
     unsigned long number; // the system's

@@ -1,5 +1,8 @@
 #include "companions/setup/agent_plan.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "common/text.h"
 #include "companions/setup/install.h"
 #include "platform/automation_server.h"
@@ -45,8 +48,22 @@ bool isOurs(const std::u16string& program) {
 
 struct Places {
     std::u16string source = platform::programDirectory() + u"\\msagent";
+    std::u16string before = platform::programDirectory() + u"\\msagent.before";
     std::u16string target = platform::windowsDirectory() + u"\\msagent";
 };
+
+const std::u16string chars = u"\\chars\\";
+
+std::vector<std::u16string> charactersIn(const std::u16string& folder) {
+    return platform::filesIn(folder + u"\\chars", u".acs");
+}
+
+Step removal(const Places& places, const std::u16string& name) {
+    return {u"Removing the character " + name, [places, name] {
+                return removeFile(places.target + chars + name,
+                                  {places.source + chars + name, places.before + chars + name});
+            }};
+}
 
 Result callServer(const std::u16string& program, const std::u16string& argument, const std::u16string& done,
                   const std::u16string& failed) {
@@ -87,12 +104,17 @@ Plan agentInstallation() {
                                                     u"The character server cannot be registered");
                               }});
     }
-    const auto characters = platform::filesIn(places.source + u"\\chars", u".acs");
+    const auto characters = charactersIn(places.source), earlier = charactersIn(places.before);
     for (const std::u16string& name : characters) {
         plan.steps.push_back({u"Installing the character " + name, [places, name] {
-                                  return installFile(places.source + u"\\chars\\" + name,
-                                                     places.target + u"\\chars\\" + name, Existing::kept);
+                                  return installFile(places.source + chars + name, places.target + chars + name,
+                                                     Existing::kept, places.before + chars + name);
                               }});
+    }
+    std::vector<std::u16string> gone;
+    std::ranges::set_difference(earlier, characters, std::back_inserter(gone));
+    for (const std::u16string& name : gone) {
+        plan.steps.push_back(removal(places, name));
     }
     if (characters.empty()) {
         plan.steps.push_back({u"Looking for characters", [places]() -> Result {
@@ -119,12 +141,17 @@ Plan agentRemoval() {
                               }});
     }
     plan.steps.push_back(
-        {u"Removing " + server, [places, server] { return removeFile(server, places.source + u"\\" + server_name); }});
-    for (const std::u16string& name : platform::filesIn(places.source + u"\\chars", u".acs")) {
-        plan.steps.push_back({u"Removing the character " + name, [places, name] {
-                                  return removeFile(places.target + u"\\chars\\" + name,
-                                                    places.source + u"\\chars\\" + name);
-                              }});
+        {u"Removing " + server, [places, server] {
+             return removeFile(server, {places.source + u"\\" + server_name, places.before + u"\\" + server_name});
+         }});
+    const auto characters = charactersIn(places.source), earlier = charactersIn(places.before);
+    std::vector<std::u16string> names;
+    std::ranges::set_union(characters, earlier, std::back_inserter(names));
+    for (const std::u16string& name : names) {
+        plan.steps.push_back(removal(places, name));
+    }
+    for (const std::u16string& folder : {places.target + u"\\chars", places.target}) {
+        plan.steps.push_back({u"Removing " + folder, [folder] { return removeFolder(folder); }});
     }
     return plan;
 }

@@ -1,5 +1,7 @@
 #include "companions/setup/install.h"
 
+#include <algorithm>
+
 #include "platform/files.h"
 
 namespace setup {
@@ -14,12 +16,13 @@ Result failure(const std::u16string& what, const std::u16string& why) {
 
 } // namespace
 
-Result installFile(const std::u16string& from, const std::u16string& to, Existing other_content) {
+Result installFile(const std::u16string& from, const std::u16string& to, Existing other_content,
+                   const std::u16string& earlier) {
     if (platform::fileExists(to)) {
         if (platform::sameContent(from, to)) {
             return {Outcome::done, to + u" is there already."};
         }
-        if (other_content == Existing::kept) {
+        if (other_content == Existing::kept && !platform::sameContent(earlier, to)) {
             return {Outcome::kept, to + u" is another file of this name and is left as it is."};
         }
     }
@@ -39,17 +42,22 @@ Result installFile(const std::u16string& from, const std::u16string& to, Existin
     return {Outcome::done, to + u" is installed."};
 }
 
-Result removeFile(const std::u16string& path, const std::u16string& original) {
+Result removeFile(const std::u16string& path, const std::vector<std::u16string>& originals) {
     if (!platform::fileExists(path)) {
         return {Outcome::done, path + u" is not there."};
     }
-    if (!platform::sameContent(path, original)) {
+    if (std::ranges::none_of(originals, [&](const auto& original) { return platform::sameContent(path, original); })) {
         return {Outcome::kept, path + u" is another file of this name and is left as it is."};
     }
     if (const auto refusal = platform::deleteFile(path)) {
         return failure(path + u" cannot be removed", *refusal);
     }
     return {Outcome::done, path + u" is removed."};
+}
+
+Result removeFolder(const std::u16string& path) {
+    return {Outcome::done,
+            path + (platform::removeEmptyDirectory(path) ? u" is removed." : u" holds other files and stays.")};
 }
 
 } // namespace setup

@@ -143,6 +143,10 @@ Refusal deleteFile(const std::u16string& path) {
     return refusalUnless(DeleteFileW(wide(path)));
 }
 
+bool removeEmptyDirectory(const std::u16string& path) {
+    return RemoveDirectoryW(wide(path)) || GetFileAttributesW(wide(path)) == INVALID_FILE_ATTRIBUTES;
+}
+
 std::optional<WriteFailure> writeFile(const std::u16string& path, std::string_view bytes) {
     const auto failed = [] {
         const DWORD error = GetLastError();

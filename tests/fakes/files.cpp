@@ -99,6 +99,11 @@ Refusal deleteFile(const std::u16string& path) {
     return fakes::files().content.erase(path) ? Refusal() : Refusal(not_found);
 }
 
+bool removeEmptyDirectory(const std::u16string& path) {
+    const auto first = fakes::files().content.lower_bound(path + u"\\");
+    return first == fakes::files().content.end() || !first->first.starts_with(path + u"\\");
+}
+
 std::optional<WriteFailure> writeFile(const std::u16string& path, std::string_view bytes) {
     fakes::Files& files = fakes::files();
     if (files.refused.contains(path)) {

@@ -22,11 +22,12 @@ from desk.waiting import PATIENCE_SECONDS, TimedOut, wait_for  # noqa: E402
 from inspector import Inspector  # noqa: E402
 from neighbours import set_up_once  # noqa: E402
 
-__all__ = ["MAIN_WINDOW", "PATIENCE_SECONDS", "PROGRAM_DIRECTORY", "ROOT", "TimedOut", "WholeProgramTest", "Window", "main",
-           "unescape", "wait_for", "windows_path"]
+__all__ = ["MAIN_WINDOW", "PATIENCE_SECONDS", "PROGRAM_DIRECTORY", "ROOT", "TimedOut", "VERSION", "WholeProgramTest", "Window",
+           "main", "unescape", "wait_for", "windows_path"]
 
 WATCHDOG_SECONDS = 2 * PATIENCE_SECONDS
 SETTINGS_KEY = r"HKCU\Software\Murmelix"
+VERSION = re.search(r"^project\(Murmelix VERSION ([\d.]+)", (ROOT / "CMakeLists.txt").read_text("utf-8"), re.M)[1]
 
 
 @dataclass

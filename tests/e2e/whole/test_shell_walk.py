@@ -1,6 +1,6 @@
 """A user walks through the shell with mouse and keyboard: every option, the tray, the menus, the notices, the pages."""
 
-from case import main
+from case import VERSION, main
 from shell import (ABOUT, CHECK_BOXES, DEFAULTS, EMOTICONS, GETTING_STARTED, HIDE_OPTIONS, MINIMIZED, OPTION_FRAMES,
                    PAGES, SHOW_OPTIONS, START, START_SELECTED, ShellTest)
 
@@ -195,7 +195,7 @@ class ShellWalk(ShellTest):
             self.screen.key("a")
             about = self.eventually(ABOUT, lambda: self.window(ABOUT))
             self.assertFalse(self.main().enabled)
-            self.assertIn("1.0.0", about.texts())
+            self.assertIn(VERSION, about.texts())
             self.double_click_icon()
             self.assertTrue(self.shown())
             left, top, right, bottom = about.place

@@ -1,15 +1,13 @@
 """The updater asks servers of the test's own: it says that a newer version is published, and nothing else ever."""
 
-import re
 import socket
 import time
 from pathlib import Path
 
-from case import PATIENCE_SECONDS, ROOT, main
+from case import PATIENCE_SECONDS, VERSION, main
 from publisher import Publisher, content, redirect
 from shell import GETTING_STARTED, TRAY, UPDATES, YOU, ShellTest
 
-INSTALLED = re.search(r"project\(Murmelix VERSION (\S+)", (ROOT / "CMakeLists.txt").read_text("utf-8"))[1]
 NEWER, OLDER = "65535.0.0", "0.0.9"
 MACHINE_KEY, KEY = r"HKLM\Software\Murmelix", r"Software\MurmelixUpdater"
 
@@ -64,7 +62,7 @@ class Updates(ShellTest):
     def test_newer_version_is_shown_and_its_page_opened_on_yes_alone(self):
         file = f"\ufeff{NEWER}\r\nSounds & pictures \u263a\r\n\r\nWeird\u202e signs\r\n"
         publisher = self.publisher(content(file.encode()))
-        expected = (f"Murmelix {NEWER} has been published. Version {INSTALLED} is installed.\n\nWhat is new:\n"
+        expected = (f"Murmelix {NEWER} has been published. Version {VERSION} is installed.\n\nWhat is new:\n"
                     f"Sounds & pictures \u263a\n\nWeird signs\n\nWould you like to open the download page?\n"
                     f"{publisher.page}")
         for key, pages in (("alt+n", []), ("alt+y", [publisher.page])):
@@ -78,7 +76,7 @@ class Updates(ShellTest):
             first, *headers = request.strip().split("\r\n")
             self.assertEqual(first, "GET /Murmelix/download/version.txt HTTP/1.1")
             names = dict(header.split(": ", 1) for header in headers)
-            self.assertEqual((names["Host"], names["User-Agent"]), (publisher.host, f"Murmelix/{INSTALLED}"))
+            self.assertEqual((names["Host"], names["User-Agent"]), (publisher.host, f"Murmelix/{VERSION}"))
             self.assertLessEqual(names.keys(), {"Host", "User-Agent", "Connection"})
 
     def test_everything_else_is_silent(self):
@@ -90,7 +88,7 @@ class Updates(ShellTest):
             publisher.closing.wait()
 
         for what, answer, status in (
-                ("the same version", content(INSTALLED.encode()), NONE_NEWER),
+                ("the same version", content(VERSION.encode()), NONE_NEWER),
                 ("an older version", content(OLDER.encode()), NONE_NEWER),
                 ("no such page", content(newer, "404 Not Found"), REFUSED),
                 ("a fault of the server", content(newer, "500 Internal Server Error"), REFUSED),
@@ -125,7 +123,7 @@ class Updates(ShellTest):
         self.assertEqual(self.opened_pages(), [])
 
     def test_redirect_is_followed(self):
-        target = self.publisher(content(INSTALLED.encode()))
+        target = self.publisher(content(VERSION.encode()))
         publisher = self.publisher(redirect(target.page + "there?x=1"))
         self.assertEqual(self.status_for(publisher), NONE_NEWER)
         self.assertTrue(target.requests[-1].startswith("GET /Murmelix/download/there?x=1 HTTP/1.1\r\n"))
@@ -150,7 +148,7 @@ class Updates(ShellTest):
         self.assertIn(self.start_updater(f"http://127.0.0.1:{port}/").wait(PATIENCE_SECONDS), (UNREACHABLE, TIMED_OUT))
 
     def test_asks_once_a_day_and_not_without_a_program(self):
-        publisher = self.publisher(content(INSTALLED.encode()))
+        publisher = self.publisher(content(VERSION.encode()))
         before = int(time.time())
         self.assertEqual(self.status_for(publisher), NONE_NEWER)
         asked = int(self.values(KEY)["LastAsked"])

@@ -59,16 +59,37 @@ TEST_F(InstallTest, AnotherFileOfTheNameIsReplacedOrKept) {
 }
 
 TEST_F(InstallTest, OnlyWhatIsOursIsRemoved) {
-    EXPECT_EQ(removeFile(target, source).text, target + u" is not there.");
+    EXPECT_EQ(removeFile(target, {source}).text, target + u" is not there.");
     content()[target] = "mine";
-    EXPECT_EQ(removeFile(target, source).outcome, Outcome::kept);
+    EXPECT_EQ(removeFile(target, {source}).outcome, Outcome::kept);
     EXPECT_TRUE(content().contains(target));
     content()[target] = "the server";
     fakes::files().refused.insert(target);
-    EXPECT_EQ(removeFile(target, source).text, target + u" cannot be removed: Access denied (5)");
+    EXPECT_EQ(removeFile(target, {source}).text, target + u" cannot be removed: Access denied (5)");
     fakes::files().refused.clear();
-    EXPECT_EQ(removeFile(target, source).text, target + u" is removed.");
+    EXPECT_EQ(removeFile(target, {source}).text, target + u" is removed.");
     EXPECT_FALSE(content().contains(target));
+}
+
+TEST_F(InstallTest, WhatAnEarlierVersionHasInstalledIsOurs) {
+    const std::u16string earlier = u"C:\\Murmelix\\msagent.before\\AgentServer.exe";
+    content()[earlier] = "an older server";
+    content()[target] = "an older server";
+    EXPECT_EQ(installFile(source, target, Existing::kept, earlier).text, target + u" is installed.");
+    EXPECT_EQ(content()[target], "the server");
+    content()[target] = "mine";
+    EXPECT_EQ(installFile(source, target, Existing::kept, earlier).outcome, Outcome::kept);
+    content()[target] = "an older server";
+    EXPECT_EQ(removeFile(target, {source, earlier}).outcome, Outcome::done);
+    EXPECT_FALSE(content().contains(target));
+}
+
+TEST_F(InstallTest, FolderGoesWhenNothingIsLeftInIt) {
+    const std::u16string folder = u"C:\\WINDOWS\\msagent";
+    content()[target] = "mine";
+    EXPECT_EQ(removeFolder(folder).text, folder + u" holds other files and stays.");
+    content().erase(target);
+    EXPECT_EQ(removeFolder(folder).text, folder + u" is removed.");
 }
 
 } // namespace

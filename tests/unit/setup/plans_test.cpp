@@ -82,9 +82,35 @@ TEST_F(PlansTest, RemovalTakesAwayWhatWasInstalled) {
                             u"C:\\WINDOWS\\msagent\\chars\\Anna.acs is removed.",
                             u"Left alone: C:\\WINDOWS\\msagent\\chars\\Bert.acs is another file of this name and is "
                             u"left as it is.",
-                            u"The character server is removed."));
+                            u"C:\\WINDOWS\\msagent\\chars holds other files and stays.",
+                            u"C:\\WINDOWS\\msagent holds other files and stays.", u"The character server is removed."));
     EXPECT_EQ(fakes::files().started.back(), (fakes::Started{server, u"/unregserver"}));
     EXPECT_TRUE(content().contains(u"C:\\WINDOWS\\msagent\\chars\\Own.acs"));
+}
+
+TEST_F(PlansTest, CharactersOfAnEarlierVersionAreReplacedAndThoseThatAreNoMoreRemoved) {
+    const std::u16string before = u"C:\\Murmelix\\msagent.before\\", installed = u"C:\\WINDOWS\\msagent\\";
+    for (const std::u16string& folder : {before, installed}) {
+        content()[folder + u"chars\\Anna.acs"] = "Anna as she was";
+        content()[folder + u"chars\\Zoe.acs"] = "Zoe";
+        content()[folder + u"AgentServer.exe"] = "an older server";
+    }
+    content()[installed + u"chars\\Bert.acs"] = "somebody's own Bert";
+    EXPECT_THAT(
+        linesOf(agentInstallation()),
+        ElementsAre(server + u" is installed.", u"The character server is registered.",
+                    installed + u"chars\\Anna.acs is installed.",
+                    u"Left alone: " + installed + u"chars\\Bert.acs is another file of this name and is left as it is.",
+                    installed + u"chars\\Zoe.acs is removed.", u"The character server is ready."));
+    EXPECT_EQ(content()[installed + u"chars\\Anna.acs"], "Anna's pictures");
+    // One that was not replaced goes all the same when everything does.
+    content()[installed + u"chars\\Anna.acs"] = "Anna as she was";
+    content()[installed + u"chars\\Zoe.acs"] = "Zoe";
+    content()[installed + u"AgentServer.exe"] = "an older server";
+    content().erase(installed + u"chars\\Bert.acs");
+    linesOf(agentRemoval());
+    EXPECT_EQ(status, exit_ready);
+    EXPECT_TRUE(std::ranges::none_of(content(), [&](const auto& file) { return file.first.starts_with(installed); }));
 }
 
 TEST_F(PlansTest, StepThatThrowsHasFailed) {
