@@ -20,6 +20,7 @@ AboutFRM::AboutFRM(ui::Form* owner)
       Label9(*this, platform::supportAddress()) {
     setIcon({u"murmelix"});
     AboutPic.setPicture({u"picture_about", picture_size});
+    AboutPic.setAccessibleName(u"A character of Murmelix");
     Label5.setHeading();
     Label3.setUseMnemonic(false);
     Label9.setUseMnemonic(false);

@@ -115,6 +115,10 @@ void MainFrm::connectHandlers() {
         SystemTrayPic_MouseMove(button, shift, static_cast<float>(x * twips), static_cast<float>(y * twips));
     };
 
+    SignOutFrame.setAccessibleName(u"Signed out");
+    SignOutIcon.setAccessibleName(u"Murmelix");
+    ConversationsList.P.setAccessibleName(u"Conversations");
+    IgnoreCharTxt.setAccessibleName(u"Characters that are not read");
     StartConvButt.setEnabled(false); // until there is a conversation
     ConversationsList.setNoItemCaption(u"Open a conversation in your Messenger[ENTER]and it appears here");
 

@@ -22,6 +22,7 @@ NoticeFrm::NoticeFrm(ui::Form* owner, const std::u16string& caption, const std::
       flag_(flag) {
     setIcon({u"murmelix"});
     NoticeIcon.setPicture({u"murmelix", 32});
+    NoticeIcon.setAccessibleName(u"Murmelix");
     NeverShowMessAgainCheck.setToolTipText(never_tip);
     OkButt.Click = [this] { OkButt_Click(); };
     DefaultButton = &OkButt;

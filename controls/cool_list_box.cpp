@@ -37,6 +37,7 @@ std::int32_t below(std::int32_t top, std::int32_t offset) {
 CoolListBox::CoolListBox(ui::Control& parent) : Frame(parent, u"", Border::none) {
     P.setSunken(true);
     P.setTakesFocus(true);
+    P.setParts(this);
     Scroll.setVisible(false);
     P.Resize = [this] {
         updateScroll();
@@ -153,10 +154,45 @@ void CoolListBox::setSelected(std::int16_t position) {
         DrawItem(before);
         DrawItem(position);
     }
+    tellSelection();
     if (OnSelect) {
         OnSelect();
     }
     announce(u"Selected");
+}
+
+void CoolListBox::tellSelection() const {
+    if (isRow(selected_)) {
+        P.tellOfPart(ui::AccessibleEvent::selection, selected_ - 1);
+        if (has_focus_) {
+            P.tellOfPart(ui::AccessibleEvent::focus, selected_ - 1);
+        }
+    }
+}
+
+std::u16string CoolListBox::partName(int index) const {
+    const CItem& item = Item(static_cast<std::int16_t>(index + 1));
+    return item.Caption.empty() || item.Text.empty() ? item.Caption + item.Text : item.Caption + u", " + item.Text;
+}
+
+ui::Rect CoolListBox::partPlace(int index) const {
+    const int top = std::max(rowTop(index + 1), 0);
+    const int bottom = std::min(rowTop(index + 1) + item_height_, P.surface().Height());
+    return bottom > top ? ui::Rect{0, top, P.surface().Width(), bottom - top} : ui::Rect{};
+}
+
+void CoolListBox::selectPart(int index) {
+    setSelected(static_cast<std::int16_t>(index + 1));
+    makeVisible(selected_);
+}
+
+void CoolListBox::doPart(int index) {
+    selectPart(index);
+    if (DblClick) {
+        DblClick();
+    } else if (Click) {
+        Click();
+    }
 }
 
 void CoolListBox::ReadProperties(const PropertyBag& bag) {
@@ -220,6 +256,7 @@ void CoolListBox::AddItem(const std::u16string& Caption, const std::u16string& T
     if (repaint_due_ || rowTop(position) < P.surface().Height()) {
         Redraw();
     }
+    P.tellOfPart(ui::AccessibleEvent::parts, ui::no_part);
 }
 
 void CoolListBox::RemoveItem(const std::u16string& Key) {
@@ -236,12 +273,14 @@ void CoolListBox::RemoveItem(const std::u16string& Key) {
     setSelected(selection);
     updateScroll();
     Redraw();
+    P.tellOfPart(ui::AccessibleEvent::parts, ui::no_part);
 }
 
 void CoolListBox::ClearList() {
     items_.Clear();
     updateScroll();
     Redraw();
+    P.tellOfPart(ui::AccessibleEvent::parts, ui::no_part);
 }
 
 void CoolListBox::EditItemCaption(const std::u16string& Key, const std::u16string& aCaption) {
@@ -250,6 +289,7 @@ void CoolListBox::EditItemCaption(const std::u16string& Key, const std::u16strin
     }
     items_.Item(Key).Caption = aCaption;
     DrawItem(static_cast<std::int16_t>(items_.position(Key)));
+    P.tellOfPart(ui::AccessibleEvent::name, static_cast<int>(items_.position(Key)) - 1);
 }
 
 void CoolListBox::EditItemText(const std::u16string& Key, const std::u16string& newText) {
@@ -258,6 +298,7 @@ void CoolListBox::EditItemText(const std::u16string& Key, const std::u16string& 
     }
     items_.Item(Key).Text = newText;
     DrawItem(static_cast<std::int16_t>(items_.position(Key)));
+    P.tellOfPart(ui::AccessibleEvent::name, static_cast<int>(items_.position(Key)) - 1);
 }
 
 std::u16string CoolListBox::GetSelectedKey() const {
@@ -398,6 +439,9 @@ bool CoolListBox::marksAll() const {
 void CoolListBox::markFocus(bool has_focus) {
     has_focus_ = has_focus;
     Redraw();
+    if (has_focus && isRow(selected_)) {
+        P.tellOfPart(ui::AccessibleEvent::focus, selected_ - 1);
+    }
 }
 
 void CoolListBox::drawMessage() {

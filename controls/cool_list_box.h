@@ -20,7 +20,7 @@
 
 namespace murmelix {
 
-class CoolListBox : public ui::Frame {
+class CoolListBox : public ui::Frame, private ui::AccessibleParts {
   public:
     explicit CoolListBox(ui::Control& parent);
 
@@ -90,6 +90,7 @@ class CoolListBox : public ui::Frame {
 
   protected:
     void resized() override;
+    std::u16string nameShown() const override { return P.AccessibleName(); }
 
   private:
     static constexpr std::int16_t last_position = std::numeric_limits<std::int16_t>::max();
@@ -115,6 +116,17 @@ class CoolListBox : public ui::Frame {
     bool marksAll() const;
     void markFocus(bool has_focus);
     std::vector<std::u16string> wrappedMessage() const;
+
+    // For screen readers; counted from 0.
+    ui::Role partRole() const override { return ui::Role::row; }
+    int partCount() const override { return GetItemCount(); }
+    std::u16string partName(int index) const override; // both lines
+    ui::Rect partPlace(int index) const override;
+    int selectedPart() const override { return isRow(selected_) ? selected_ - 1 : -1; }
+    void selectPart(int index) override;
+    std::u16string partAction() const override { return DblClick ? u"Double Click" : u"Select"; }
+    void doPart(int index) override;
+    void tellSelection() const;
 
     void P_MouseDown(float x, float y);
     void P_MouseMove(int button, float x, float y);

@@ -84,6 +84,8 @@ struct ImgListBox::Panel {
 ImgListBox::ImgListBox(ui::Control& parent)
     : Frame(parent, u"", Border::none), SlideTimer(slide_interval), HoldTimer(hold_pause),
       panel_height_(least_panel_height) {
+    setAccessibleName(u"Characters and their contacts");
+    Strip.setAccessibleName(u"Characters in view");
     ScrollButt[0].setToolTipText(u"Scrolls up to view more characters");
     ScrollButt[1].setToolTipText(u"Scrolls down to view more characters");
     for (std::size_t i = 0; i < ScrollButt.size(); ++i) {
@@ -324,6 +326,9 @@ void ImgListBox::connect(Panel& panel) {
     made.image.setToolTipText(u"Drag and drop contact names on me");
     made.frame.setToolTipText(made.image.ToolTipText());
     made.frame.setEnabled(panel.has_character);
+    made.frame.setAccessibleName(panel.has_character ? panel.record.Caption : u"More characters");
+    made.list.P.setAccessibleName(panel.has_character ? u"Contacts of " + panel.record.Caption
+                                                      : u"Download more characters");
     if (!panel.has_character) {
         return;
     }
@@ -364,6 +369,9 @@ void ImgListBox::showImage(Panel& panel) {
     image.setPicture(panel.has_character ? BlankItemImg.picture() : MoreCharsItemImg.picture());
     image.setImage(std::move(decoded));
     image.setMousePointer(blank ? ui::PictureBox::Pointer::hand : ui::PictureBox::Pointer::arrow);
+    image.setAccessibleName(blank                 ? u"Download the picture of " + panel.record.Caption
+                            : panel.has_character ? u"Picture of " + panel.record.Caption
+                                                  : u"More characters");
     image.setTakesFocus(blank);
     image.setEnabled(blank);
 }

@@ -32,6 +32,8 @@ ImgDownFrm::ImgDownFrm(ui::Form* owner)
     setIcon({u"murmelix"});
     MsgLbl.setUseMnemonic(false);
     progress.setSunken(true);
+    progress.setAccessibleName(u"Download");
+    progress.setLooksLike(ui::Role::progress_bar, u"0%");
     progress.Resize = [this] { progress.surface().Cls(ui::button_face); };
     CancelDoldButt.setToolTipText(u"Cancel the character image download");
     CancelDoldButt.Click = [this] { CancelDoldButt_Click(); };
@@ -121,6 +123,7 @@ void ImgDownFrm::showProgress(std::int32_t percent, const std::u16string& status
         std::clamp<std::int64_t>(std::int64_t{surface.Width()} * percent / whole, -widest_screen, widest_screen));
     surface.FillNotXor({0, 0, width, surface.Height()}, ui::highlight);
     surface.Refresh();
+    progress.setLooksLike(ui::Role::progress_bar, toText(percent) + u"%");
 }
 
 void ImgDownFrm::finish(bool remove) {

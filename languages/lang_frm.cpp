@@ -57,6 +57,7 @@ constexpr int row_height = 18, rows_in_view = 10;
 
 LangFRM::LangFRM() : Form(nullptr, u"Change Language", ui::FormStyle::dialog) {
     setIcon({u"murmelix"});
+    LanguageList.P.setAccessibleName(u"Languages");
     ChangeButt.setToolTipText(u"Changes the character's language to the selected one");
     CloseButt.setToolTipText(u"Close the window and discard any changes");
     GetLangButt.setToolTipText(u"Download more languages");

@@ -42,6 +42,7 @@ MatchupFrm::MatchupFrm(ui::Form* owner, platform::MessengerApi& messenger)
 }
 
 void MatchupFrm::connectHandlers() {
+    StatusLbl.setTellsNews();
     StatusLbl.setUseMnemonic(false); // people have all kinds of names
     StatusLbl.setEllipsis(ui::Label::Ellipsis::end);
     ContactList.setDragDropZone(1);

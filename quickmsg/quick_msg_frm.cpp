@@ -62,6 +62,7 @@ std::intptr_t inputBox(std::intptr_t window) {
 
 QuickMsgFRM::QuickMsgFRM() : Form(nullptr, u"Quick Message", ui::FormStyle::dialog), QuicTextBox(*this, prompt) {
     setIcon({u"murmelix"});
+    QuicTextBox.setAccessibleName(u"Quick message");
     QuicTextBox.setToolTipText(u"Type a quick message and press Enter to send");
     SendButt.setToolTipText(u"Send quick message");
     for (int i = 0; i < static_cast<int>(std::size(smilies)); ++i) {

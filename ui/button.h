@@ -12,6 +12,7 @@ class Button : public Control {
     bool movesByArrows() const override { return true; }
     bool clickedByEnter() const override { return true; }
     bool canBeDefault() const override { return true; }
+    Accessible accessible() const override { return {Role::button, u"Press"}; }
     void showDefault(bool is_default) override;
 
     struct Looks {

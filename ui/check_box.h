@@ -9,6 +9,9 @@ class CheckBox : public Control {
     CheckBox(Control& parent, const std::u16string& caption);
     bool takesFocus() const override { return true; }
     bool movesByArrows() const override { return true; }
+    Accessible accessible() const override {
+        return {Role::check_box, value_ == 0 ? u"Check" : u"Uncheck", value_ != 0};
+    }
     // 0 or 1. Setting another value than the current one raises Click.
     std::int16_t Value() const { return value_; }
     void setValue(std::int16_t value);

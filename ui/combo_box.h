@@ -10,6 +10,8 @@ class ComboBox : public Control {
     explicit ComboBox(Control& parent);
     bool takesFocus() const override { return true; }
     char16_t mnemonic() const override { return 0; }
+    Accessible accessible() const override { return {Role::combo_box, {}}; }
+    std::u16string accessibleValue() const override { return text_; }
     Size neededSize(int = 0) const override { return sizeFor(u"X"); }
     const std::u16string& Text() const { return text_; }
     // Setting another text than the current one raises Change.

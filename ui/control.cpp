@@ -82,8 +82,61 @@ const Form& Control::form() const {
 }
 
 void Control::setCaption(const std::u16string& caption) {
+    const bool changed = caption != caption_;
     caption_ = caption;
     native::setCaption(handle_, caption);
+    if (changed) {
+        captionChanged();
+    }
+}
+
+std::u16string Control::AccessibleName() const {
+    if (!accessible_name_.empty()) {
+        return accessible_name_;
+    }
+    if (std::u16string shown = nameShown(); !shown.empty()) {
+        return shown;
+    }
+    const Control* label = labelBefore();
+    return label ? label->nameShown() : std::u16string();
+}
+
+void Control::setAccessibleName(const std::u16string& name) {
+    if (name != accessible_name_) {
+        accessible_name_ = name;
+        tell(AccessibleEvent::name);
+    }
+}
+
+const Control* Control::labelBefore() const {
+    if (!parent_ || accessible().role == Role::label) {
+        return nullptr;
+    }
+    const auto all = form().tabOrder();
+    for (auto at = std::find(all.begin(), all.end(), this); at != all.begin();) {
+        const Control& before = **--at;
+        if (before.takesFocus()) {
+            return nullptr;
+        }
+        if (before.visible_ && before.accessible().role == Role::label && !before.nameShown().empty()) {
+            return &before;
+        }
+    }
+    return nullptr;
+}
+
+char16_t Control::accessKey() const {
+    if (const char16_t own = mnemonic(); own != 0 || !takesFocus()) {
+        return own;
+    }
+    const Control* label = labelBefore();
+    return label ? label->mnemonic() : char16_t{0};
+}
+
+void Control::tell(AccessibleEvent event, int part) const {
+    if (handle_) {
+        native::tell(handle_, event, part);
+    }
 }
 
 void Control::setVisible(bool visible) {
@@ -246,13 +299,22 @@ bool Control::covered() const {
     });
 }
 
-bool Control::reachable() const {
+bool Control::inSight() const {
     for (const Control* control = this; control->parent_; control = control->parent_) {
-        if (!control->visible_ || !control->enabled_ || control->covered()) {
+        if (!control->visible_ || control->covered()) {
             return false;
         }
     }
     return true;
+}
+
+bool Control::reachable() const {
+    for (const Control* control = this; control->parent_; control = control->parent_) {
+        if (!control->enabled_) {
+            return false;
+        }
+    }
+    return inSight();
 }
 
 void Control::onMnemonic() {

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "ui/accessible.h"
 #include "ui/drag_drop.h"
 #include "ui/types.h"
 
@@ -36,6 +37,10 @@ class Control {
     void setEnabled(bool enabled);
     const std::u16string& ToolTipText() const { return tip_; }
     void setToolTipText(const std::u16string& tip);
+    // By which a screen reader calls it: the name that it was given, else what it shows as its caption, else the label
+    // before it.
+    std::u16string AccessibleName() const;
+    void setAccessibleName(const std::u16string& name);
     // Whether "&" marks an accelerator in the caption, as at first; else it is a letter like others.
     bool UseMnemonic() const { return use_mnemonic_; }
     void setUseMnemonic(bool use);
@@ -94,8 +99,9 @@ class Control {
     const std::vector<Control*>& Children() const { return children_; }
     native::Handle handle() const { return handle_; }
 
-    // True where the user can get at it: visible and enabled with all around it, and not wholly behind a sibling of it
-    // or of what holds it.
+    // True where it can be seen: visible with all around it, and not wholly behind a sibling of it or of what holds it.
+    bool inSight() const;
+    // True where the user can get at it: in sight, and enabled with all around it.
     bool reachable() const;
     virtual bool takesFocus() const { return false; }
     // Whether the arrow keys go from it to others of its kind beside it.
@@ -107,6 +113,14 @@ class Control {
     virtual void showDefault(bool) {}
     // The accelerator that its caption marks, in upper case; 0: none.
     virtual char16_t mnemonic() const;
+    // The same, or that of the label before it.
+    char16_t accessKey() const;
+    // What else a screen reader is told of it.
+    virtual Accessible accessible() const { return {}; }
+    virtual std::u16string accessibleValue() const { return {}; }
+    // Does the action that accessible() names.
+    virtual void onAccessibleAction() { onClick(); }
+    virtual AccessibleParts* parts() { return nullptr; }
     // The accelerator was pressed.
     virtual void onMnemonic();
     virtual void onClick();
@@ -130,17 +144,23 @@ class Control {
     Control(Control& parent, Make make, const std::u16string& caption);
     explicit Control(const std::u16string& caption); // a form
     virtual void resized() {}
+    // What it shows as its caption, of which nothing else names it.
+    virtual std::u16string nameShown() const { return spoken(caption_, use_mnemonic_); }
+    virtual void captionChanged() { tell(AccessibleEvent::name); }
+    void tell(AccessibleEvent event, int part = no_part) const;
     native::Handle handle_ = 0;
 
   private:
     friend class Form;
     bool covered() const;
     void place(bool anew);
+    // The label before it with no other control between them; null where there is none.
+    const Control* labelBefore() const;
 
     Control* parent_ = nullptr;
     std::vector<Control*> children_; // in the order of the Tab key
     std::vector<Control*> stacking_; // the same, the frontmost last
-    std::u16string caption_, tip_;
+    std::u16string caption_, tip_, accessible_name_;
     Rect bounds_;
     Rect pixels_; // the same on the screen
     Colour back_color_ = inherited_colour, fore_color_ = button_text;

@@ -8,6 +8,8 @@ class DropDownList : public Control {
   public:
     explicit DropDownList(Control& parent);
     bool takesFocus() const override { return true; }
+    Accessible accessible() const override { return {Role::drop_down_list, {}}; }
+    std::u16string accessibleValue() const override { return Text(); }
     Size neededSize(int = 0) const override { return sizeFor(u"X"); }
     void Clear();
     void AddItem(const std::u16string& text);

@@ -97,6 +97,9 @@ class Form : public Control {
     bool onKey(Key key, bool shift) { return onKey({key, shift ? shift_key : 0}); }
     bool onMnemonicKey(char16_t letter);
     Control* focused() const { return focused_; }
+    Accessible accessible() const override { return {style_ == FormStyle::dialog ? Role::dialog : Role::window, {}}; }
+    // The button that Enter presses now; null where there is none.
+    const Control* defaultControl() const { return marked_; }
 
   protected:
     bool loaded_ = false;

@@ -5,7 +5,7 @@
 namespace murmelix::ui {
 
 Frame::Frame(Control& parent, const std::u16string& caption, Border border)
-    : Control(parent, border == Border::line ? native::createFrame : native::createPanel, caption) {}
+    : Control(parent, border == Border::line ? native::createFrame : native::createPanel, caption), border_(border) {}
 
 void Frame::setHighlighted(bool highlighted) {
     if (highlighted != highlighted_) {

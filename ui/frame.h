@@ -12,8 +12,10 @@ class Frame : public Control {
     // Its line and its caption are drawn in the colours of what is selected.
     bool Highlighted() const { return highlighted_; }
     void setHighlighted(bool highlighted);
+    Accessible accessible() const override { return {border_ == Border::line ? Role::group : Role::pane, {}}; }
 
   private:
+    Border border_;
     bool highlighted_ = false;
 };
 

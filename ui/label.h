@@ -12,6 +12,16 @@ class Label : public Control {
     // One line, with an ellipsis where it does not fit: at its end, or in the middle of a path.
     enum class Ellipsis { end, path };
     void setEllipsis(Ellipsis where);
+    // It tells what has happened: a screen reader reads it out when it changes.
+    void setTellsNews() { tells_news_ = true; }
+    bool tellsNews() const { return tells_news_; }
+    Accessible accessible() const override { return {Role::label, {}}; }
+
+  protected:
+    void captionChanged() override { tell(tells_news_ ? AccessibleEvent::news : AccessibleEvent::name); }
+
+  private:
+    bool tells_news_ = false;
 };
 
 // Carried out by win32/label.cpp.

@@ -8,6 +8,7 @@ namespace murmelix::ui {
 class Line : public Control {
   public:
     explicit Line(Control& parent);
+    Accessible accessible() const override { return {Role::separator, {}}; }
     Size neededSize(int = 0) const override { return {0, 30}; }
 };
 

@@ -11,6 +11,7 @@ class LinkLabel : public Control {
     bool takesFocus() const override { return true; }
     bool movesByArrows() const override { return true; }
     bool clickedByEnter() const override { return true; }
+    Accessible accessible() const override { return {Role::link, u"Jump"}; }
 };
 
 // Carried out by win32/link_label.cpp.

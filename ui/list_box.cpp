@@ -13,12 +13,14 @@ void ListBox::setItems(std::vector<std::u16string> items) {
     items_ = std::move(items);
     index_ = -1;
     native::setRows(handle_, items_);
+    tell(AccessibleEvent::parts);
 }
 
 void ListBox::InsertItem(int index, const std::u16string& text) {
     const int at = std::clamp(index, 0, ListCount());
     items_.insert(items_.begin() + at, text);
     native::insertRow(handle_, at, text);
+    tell(AccessibleEvent::parts);
     if (index_ >= at) {
         ++index_;
     }
@@ -31,6 +33,7 @@ void ListBox::RemoveItem(int index) {
     }
     items_.erase(items_.begin() + index);
     native::removeRow(handle_, index);
+    tell(AccessibleEvent::parts);
     if (index_ == index) {
         index_ = -1;
     } else if (index_ > index) {
@@ -46,6 +49,7 @@ void ListBox::setItem(int index, const std::u16string& text) {
     if (auto& item = items_[static_cast<std::size_t>(index)]; item != text) {
         item = text;
         native::setRow(handle_, index, text);
+        tell(AccessibleEvent::name, index);
         native::selectRow(handle_, index_);
     } else {
         native::redrawRow(handle_, index);
@@ -81,6 +85,22 @@ void ListBox::onDraw(Surface& surface, int index, const Looks& looks) const {
 
 void ListBox::resized() {
     native::setRowHeight(handle_, toPixels(item_height_));
+}
+
+Rect ListBox::partPlace(int index) const {
+    return native::rowPlace(handle_, index);
+}
+
+void ListBox::selectPart(int index) {
+    if (index != index_) {
+        setListIndex(index);
+        onPick(index);
+    }
+}
+
+void ListBox::doPart(int index) {
+    selectPart(index);
+    raise(DblClick);
 }
 
 } // namespace murmelix::ui

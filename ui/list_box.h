@@ -7,7 +7,7 @@ namespace murmelix::ui {
 
 // Rows that the owner draws; one of them is selected. Every row has a text, by which the keyboard and other programs
 // find it. Positions count from 0.
-class ListBox : public Control {
+class ListBox : public Control, private AccessibleParts {
   public:
     explicit ListBox(Control& parent);
     bool takesFocus() const override { return true; }
@@ -38,8 +38,19 @@ class ListBox : public Control {
     void onPick(int index);
     void onDraw(Surface& surface, int index, const Looks& looks) const;
     void resized() override;
+    Accessible accessible() const override { return {Role::list, {}}; }
+    AccessibleParts* parts() override { return this; }
 
   private:
+    Role partRole() const override { return Role::row; }
+    int partCount() const override { return ListCount(); }
+    std::u16string partName(int index) const override { return List(index); }
+    Rect partPlace(int index) const override;
+    int selectedPart() const override { return index_; }
+    void selectPart(int index) override;
+    std::u16string partAction() const override { return DblClick ? u"Double Click" : u"Select"; }
+    void doPart(int index) override;
+
     std::vector<std::u16string> items_;
     int index_ = -1;
     int item_height_ = 300;
@@ -55,6 +66,7 @@ void setRow(Handle list, int index, const std::u16string& text);
 void redrawRow(Handle list, int index);
 void selectRow(Handle list, int index);
 void setRowHeight(Handle list, int pixels);
+Rect rowPlace(Handle list, int index); // pixels within; empty where it is out of sight
 } // namespace native
 
 } // namespace murmelix::ui

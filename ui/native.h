@@ -21,6 +21,8 @@ void bringToFront(Handle control);
 void setFocus(Handle control); // waits until its window is the active one
 void invalidate(Handle control);
 void drawNow(Handle control);
+// A screen reader hears of it.
+void tell(Handle control, AccessibleEvent event, int part);
 void acceptDrops(Control& control, bool accepts);
 // Pixels; see Control::sizeFor. No width, or none above 0, is a single line.
 Size captionSize(Handle control, const std::u16string& caption, int width);

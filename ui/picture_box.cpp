@@ -12,6 +12,28 @@ PictureBox::~PictureBox() {
     *alive_ = false;
 }
 
+void PictureBox::setLooksLike(Role role, const std::u16string& value) {
+    const bool changed = value != value_;
+    role_ = role;
+    value_ = value;
+    if (changed) {
+        tell(AccessibleEvent::value);
+    }
+}
+
+Accessible PictureBox::accessible() const {
+    if (role_) {
+        return {*role_, {}};
+    }
+    if (parts_) {
+        return {Role::list, {}};
+    }
+    if (!Children().empty()) {
+        return {Role::pane, {}};
+    }
+    return takes_focus_ ? Accessible{Role::button, u"Press"} : Accessible{Role::picture, {}};
+}
+
 void PictureBox::OLEDrag() {
     DataObject data;
     DropEffect allowed = drop_copy;

@@ -31,6 +31,16 @@ class PictureBox : public Control {
     Surface& surface() { return surface_; }
     const Surface& surface() const { return surface_; }
 
+    // It shows them: rows, of which the surface is drawn.
+    void setParts(AccessibleParts* parts) { parts_ = parts; }
+    AccessibleParts* parts() override { return parts_; }
+    // What it shows, where that is no picture: a control that it draws itself, with its value now.
+    void setLooksLike(Role role, const std::u16string& value);
+    Accessible accessible() const override;
+    std::u16string accessibleValue() const override { return value_; }
+    // What happened to one of them.
+    void tellOfPart(AccessibleEvent event, int part) const { tell(event, part); }
+
     std::function<void()> DblClick, Resize;
     std::function<void(int button, int shift, double x, double y)> MouseDown, MouseMove, MouseUp;
     std::function<bool(Key key)> KeyDown; // that the form has no use for; true when it was of use
@@ -49,6 +59,9 @@ class PictureBox : public Control {
     std::optional<Image> image_;
     Pointer pointer_ = Pointer::arrow;
     bool takes_focus_ = false;
+    AccessibleParts* parts_ = nullptr;
+    std::optional<Role> role_;
+    std::u16string value_;
     std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
     Surface surface_;
 };

@@ -9,6 +9,8 @@ class ProgressBar : public Control {
   public:
     explicit ProgressBar(Control& parent);
     Size neededSize(int = 0) const override { return {0, 240}; }
+    Accessible accessible() const override { return {Role::progress_bar, {}}; }
+    std::u16string accessibleValue() const override; // in percent
     int Value() const { return value_; }
     int Max() const { return max_; }
     void setMax(int max);

@@ -25,10 +25,17 @@ auto makeFor(RichTextBox::Use use, RichTextBox::WindowClass window_class) {
 } // namespace
 
 RichTextBox::RichTextBox(Control& parent, Use use, WindowClass window_class)
-    : Control(parent, makeFor(use, window_class), u"") {}
+    : Control(parent, makeFor(use, window_class), u""), use_(use) {}
 
 std::u16string RichTextBox::Text() const {
     return native::richText(handle_);
+}
+
+std::u16string RichTextBox::accessibleValue() const {
+    // A screen reader goes through the text itself; of the value nobody hears more than the last lines.
+    constexpr std::size_t longest = 4096;
+    std::u16string text = Text();
+    return text.size() > longest ? text.substr(text.size() - longest) : text;
 }
 
 void RichTextBox::setText(const std::u16string& text) {

@@ -19,6 +19,11 @@ class RichTextBox : public Control {
     RichTextBox(Control& parent, Use use, WindowClass window_class = WindowClass::wide);
     bool takesFocus() const override { return true; }
     char16_t mnemonic() const override { return 0; }
+    Accessible accessible() const override {
+        return {use_ == Use::show ? Role::document : Role::edit, {}, false, use_ == Use::show};
+    }
+    // The end of it, where it is long.
+    std::u16string accessibleValue() const override;
     Size neededSize(int = 0) const override { return {0, 3 * sizeFor(u"X").height}; }
 
     // What the user edits. Asked of the window system, for other programs put text in as well.
@@ -53,6 +58,12 @@ class RichTextBox : public Control {
     // Several runs between them are drawn once.
     void BeginUpdate();
     void EndUpdate();
+
+  protected:
+    std::u16string nameShown() const override { return {}; }
+
+  private:
+    Use use_;
 };
 
 // Carried out by win32/rich_text_box.cpp.

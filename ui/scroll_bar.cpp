@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "common/text.h"
+
 namespace murmelix::ui {
 
 ScrollBar::ScrollBar(Control& parent) : Control(parent, native::createScrollBar, u"") {}
@@ -25,6 +27,10 @@ void ScrollBar::setRange(int max, int page) {
     if (value_ != old) {
         raise(Change);
     }
+}
+
+std::u16string ScrollBar::accessibleValue() const {
+    return toText(max_ == 0 ? 0 : 100 * static_cast<long long>(value_) / max_) + u"%";
 }
 
 } // namespace murmelix::ui

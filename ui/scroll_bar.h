@@ -8,6 +8,8 @@ namespace murmelix::ui {
 class ScrollBar : public Control {
   public:
     explicit ScrollBar(Control& parent);
+    Accessible accessible() const override { return {Role::scroll_bar, {}}; }
+    std::u16string accessibleValue() const override; // in percent
     int Value() const { return value_; }
     int Max() const { return max_; }
     // Setting another value than the current one raises Change.
@@ -16,6 +18,9 @@ class ScrollBar : public Control {
     void setRange(int max, int page);
     int page() const { return page_; }
     std::function<void()> Change;
+
+  protected:
+    std::u16string nameShown() const override { return u"Vertical"; }
 
   private:
     int value_ = 0, max_ = 0, page_ = 1;

@@ -9,6 +9,7 @@ namespace murmelix::ui {
 class ShortcutBox : public TextBox {
   public:
     explicit ShortcutBox(Control& parent);
+    Accessible accessible() const override { return {Role::key_field, {}}; }
     const Shortcut& Value() const { return value_; }
     void setValue(const Shortcut& value); // raises nothing
     // The user pressed a key that `Accepts` has nothing against: others are refused with a sound.

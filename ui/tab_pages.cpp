@@ -59,6 +59,14 @@ void TabPages::resized() {
     }
 }
 
+std::u16string TabPages::partName(int index) const {
+    return pages_.at(static_cast<std::size_t>(index))->AccessibleName();
+}
+
+Rect TabPages::partPlace(int index) const {
+    return native::tabPlace(handle_, index);
+}
+
 TabPage::TabPage(TabPages& pages, const std::u16string& caption) : Frame(pages, caption, Border::none) {
     pages.add(*this);
 }

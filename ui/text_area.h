@@ -10,6 +10,8 @@ class TextArea : public Control {
     explicit TextArea(Control& parent);
     bool takesFocus() const override { return true; }
     char16_t mnemonic() const override { return 0; }
+    Accessible accessible() const override { return {Role::document, {}, false, true}; }
+    std::u16string accessibleValue() const override;
     Size neededSize(int = 0) const override { return {0, 4 * sizeFor(u"X").height}; }
     const std::vector<std::u16string>& Lines() const { return lines_; }
     // At the end, which is then in sight.

@@ -10,6 +10,8 @@ class TextBox : public Control {
     TextBox(Control& parent, const std::u16string& text);
     bool takesFocus() const override { return true; }
     char16_t mnemonic() const override { return 0; }
+    Accessible accessible() const override { return {Role::edit, {}, false, false, masked_}; }
+    std::u16string accessibleValue() const override { return masked_ ? std::u16string() : text_; }
     Size neededSize(int = 0) const override { return sizeFor(u"X"); }
     const std::u16string& Text() const { return text_; }
     // Setting another text than the current one raises Change.
@@ -22,6 +24,9 @@ class TextBox : public Control {
     std::function<void()> Change, DblClick;
     // The user changed the text.
     void onText(const std::u16string& text);
+
+  protected:
+    std::u16string nameShown() const override { return {}; } // what it shows is its value
 
   private:
     std::u16string text_;

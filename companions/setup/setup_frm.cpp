@@ -12,6 +12,7 @@ SetupFrm::SetupFrm(const Plan& plan)
       progress_(plan) {
     setIcon({u"#1"}); // the program's own
     IntroductionLbl.setUseMnemonic(false);
+    CurrentLbl.setTellsNews();
     CurrentLbl.setUseMnemonic(false);
     CurrentLbl.setEllipsis(ui::Label::Ellipsis::path);
     StepsBar.setMax(static_cast<int>(plan.steps.size()));

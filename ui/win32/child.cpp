@@ -17,7 +17,14 @@ LRESULT CALLBACK windowProcedure(HWND hwnd, UINT message, WPARAM wparam, LPARAM 
         done = answer.has_value();
         result = answer.value_or(0);
     };
-    guarded([&] { take(window->onMessage(message, wparam, lparam)); });
+    guarded([&] {
+        if (message == WM_GETOBJECT) {
+            const LRESULT answer = window->answerToReader(wparam, lparam);
+            take(answer ? std::optional(answer) : std::nullopt);
+        } else {
+            take(window->onMessage(message, wparam, lparam));
+        }
+    });
     if (!done) {
         take(onChildMessage(message, wparam, lparam));
     }

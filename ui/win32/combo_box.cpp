@@ -12,7 +12,9 @@ namespace {
 class ComboBoxWindow final : public DropDownWindow {
   public:
     ComboBoxWindow(Control& box, HWND parent, const std::u16string& text)
-        : DropDownWindow(box, CBS_DROPDOWN | CBS_AUTOHSCROLL, parent, text) {}
+        : DropDownWindow(box, CBS_DROPDOWN | CBS_AUTOHSCROLL, parent, text) {
+        answerFor(GetWindow(hwnd(), GW_CHILD));
+    }
 
     void onCommand(UINT code) override {
         if (code == CBN_EDITCHANGE) {

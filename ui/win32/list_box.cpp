@@ -126,6 +126,17 @@ void native::redrawRow(Handle list, int index) {
     }
 }
 
+Rect native::rowPlace(Handle list, int index) {
+    const RECT area = clientArea(windowOf(list));
+    RECT row{}, seen{};
+    if (SendMessageW(windowOf(list), LB_GETITEMRECT, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&row)) ==
+            LB_ERR ||
+        !IntersectRect(&seen, &row, &area)) {
+        return {};
+    }
+    return {seen.left, seen.top, seen.right - seen.left, seen.bottom - seen.top};
+}
+
 void native::selectRow(Handle list, int index) {
     HWND hwnd = windowOf(list);
     if (SendMessageW(hwnd, LB_GETCURSEL, 0, 0) != index) {

@@ -62,6 +62,14 @@ void native::selectTab(Handle pages, int index) {
     SendMessageW(windowOf(pages), TCM_SETCURSEL, static_cast<WPARAM>(index), 0);
 }
 
+Rect native::tabPlace(Handle pages, int index) {
+    RECT tab{};
+    if (!SendMessageW(windowOf(pages), TCM_GETITEMRECT, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&tab))) {
+        return {};
+    }
+    return {tab.left, tab.top, tab.right - tab.left, tab.bottom - tab.top};
+}
+
 Rect native::pageArea(Handle pages) {
     RECT area = clientArea(windowOf(pages));
     SendMessageW(windowOf(pages), TCM_ADJUSTRECT, FALSE, reinterpret_cast<LPARAM>(&area));

@@ -7,8 +7,10 @@
 #include <windowsx.h>
 
 #include <commctrl.h>
+#include <oleacc.h>
 
 #include "common/com/handles.h"
+#include "ui/form.h"
 #include "ui/win32/child.h"
 #include "ui/win32/menu.h"
 #include "ui/win32/windows.h"
@@ -39,10 +41,163 @@ HWND created(const ControlWindow::Making& making, HWND parent, const std::u16str
     return hwnd;
 }
 
+long roleOf(Role role) {
+    switch (role) {
+    case Role::window:
+        return ROLE_SYSTEM_CLIENT;
+    case Role::dialog:
+        return ROLE_SYSTEM_DIALOG;
+    case Role::pane:
+        return ROLE_SYSTEM_PANE;
+    case Role::page:
+        return ROLE_SYSTEM_PROPERTYPAGE;
+    case Role::group:
+        return ROLE_SYSTEM_GROUPING;
+    case Role::label:
+        return ROLE_SYSTEM_STATICTEXT;
+    case Role::button:
+        return ROLE_SYSTEM_PUSHBUTTON;
+    case Role::check_box:
+        return ROLE_SYSTEM_CHECKBUTTON;
+    case Role::link:
+        return ROLE_SYSTEM_LINK;
+    case Role::edit:
+    case Role::document:
+        return ROLE_SYSTEM_TEXT;
+    case Role::combo_box:
+    case Role::drop_down_list:
+        return ROLE_SYSTEM_COMBOBOX;
+    case Role::key_field:
+        return ROLE_SYSTEM_HOTKEYFIELD;
+    case Role::list:
+        return ROLE_SYSTEM_LIST;
+    case Role::row:
+        return ROLE_SYSTEM_LISTITEM;
+    case Role::tab_list:
+        return ROLE_SYSTEM_PAGETABLIST;
+    case Role::tab:
+        return ROLE_SYSTEM_PAGETAB;
+    case Role::progress_bar:
+        return ROLE_SYSTEM_PROGRESSBAR;
+    case Role::scroll_bar:
+        return ROLE_SYSTEM_SCROLLBAR;
+    case Role::picture:
+        return ROLE_SYSTEM_GRAPHIC;
+    case Role::separator:
+        break;
+    }
+    return ROLE_SYSTEM_SEPARATOR;
+}
+
+std::vector<HWND> inSight(const std::vector<Control*>& controls) {
+    std::vector<HWND> windows;
+    for (const Control* control : controls) {
+        if (control->inSight()) {
+            windows.push_back(windowOf(control->handle()));
+        }
+    }
+    return windows;
+}
+
+// A control, as its window.
+class ControlSource : public AccessibleSource {
+  public:
+    ControlSource(Control& control, HWND hwnd) : control_(control), hwnd_(hwnd) {}
+
+    HWND hwnd() const override { return hwnd_; }
+    long role() const override { return roleOf(control_.accessible().role); }
+    std::u16string name() const override { return control_.AccessibleName(); }
+    std::u16string value() const override { return control_.accessibleValue(); }
+    std::u16string description() const override { return control_.ToolTipText(); }
+    std::u16string action() const override { return control_.accessible().action; }
+    AccessibleParts* parts() const override { return control_.parts(); }
+
+    std::u16string shortcut() const override {
+        const char16_t letter = control_.accessKey();
+        return letter ? u"Alt+" + std::u16string(1, letter) : std::u16string();
+    }
+
+    void act() override {
+        if (control_.reachable()) {
+            control_.onAccessibleAction();
+        }
+    }
+
+    long state() const override {
+        const Accessible what = control_.accessible();
+        HWND focus = GetFocus();
+        const bool focused = focus && (focus == hwnd_ || (control_.Children().empty() && IsChild(hwnd_, focus)));
+        bool enabled = true;
+        for (const Control* each = &control_; each; each = each->Parent()) {
+            enabled = enabled && each->Enabled();
+        }
+        const auto flag = [](bool set, long bit) { return set ? bit : 0L; };
+        return flag(!IsWindowVisible(hwnd_), STATE_SYSTEM_INVISIBLE) | flag(!enabled, STATE_SYSTEM_UNAVAILABLE) |
+               flag(enabled && control_.takesFocus(), STATE_SYSTEM_FOCUSABLE) | flag(focused, STATE_SYSTEM_FOCUSED) |
+               flag(what.checked, STATE_SYSTEM_CHECKED) | flag(what.read_only, STATE_SYSTEM_READONLY) |
+               flag(what.masked, STATE_SYSTEM_PROTECTED) | flag(what.role == Role::link, STATE_SYSTEM_LINKED) |
+               flag(what.role == Role::drop_down_list || what.role == Role::combo_box, STATE_SYSTEM_HASPOPUP) |
+               flag(control_.form().defaultControl() == &control_, STATE_SYSTEM_DEFAULT);
+    }
+
+    std::vector<HWND> children() const override {
+        if (control_.Children().empty() && control_.accessible().role == Role::combo_box) {
+            HWND field = GetWindow(hwnd_, GW_CHILD);
+            return field ? std::vector{field} : std::vector<HWND>();
+        }
+        return inSight(control_.Children());
+    }
+
+    std::vector<HWND> siblings() const override {
+        return control_.Parent() ? inSight(control_.Parent()->Children()) : std::vector<HWND>();
+    }
+
+  protected:
+    Control& control() const { return control_; }
+
+  private:
+    Control& control_;
+    HWND hwnd_;
+};
+
+// The field in a combo box.
+class FieldSource final : public ControlSource {
+  public:
+    using ControlSource::ControlSource;
+    long role() const override { return ROLE_SYSTEM_TEXT; }
+    std::vector<HWND> children() const override { return {}; }
+    std::vector<HWND> siblings() const override { return {}; }
+};
+
+constexpr UINT_PTR reader_subclass = 2, field_subclass = 3;
+
+LRESULT CALLBACK readerProcedure(HWND hwnd, UINT message, WPARAM wparam, LPARAM lparam, UINT_PTR, DWORD_PTR) {
+    LRESULT answer = 0;
+    if (message == WM_GETOBJECT) {
+        if (ControlWindow* window = find(hwnd)) {
+            guarded([&] { answer = window->answerToReader(wparam, lparam); });
+        }
+    }
+    return answer ? answer : DefSubclassProc(hwnd, message, wparam, lparam);
+}
+
+LRESULT CALLBACK fieldProcedure(HWND hwnd, UINT message, WPARAM wparam, LPARAM lparam, UINT_PTR, DWORD_PTR) {
+    LRESULT answer = 0;
+    if (message == WM_GETOBJECT) {
+        if (ControlWindow* window = find(GetParent(hwnd))) {
+            guarded([&] { answer = window->answerToReader(wparam, lparam, hwnd); });
+        }
+    }
+    return answer ? answer : DefSubclassProc(hwnd, message, wparam, lparam);
+}
+
 } // namespace
 
 ControlWindow::ControlWindow(Control& control, const Making& making, HWND parent, const std::u16string& caption)
     : ControlWindow(control, created(making, parent, caption)) {
+    if (making.window_class != child_class) {
+        SetWindowSubclass(hwnd_, readerProcedure, reader_subclass, 0);
+    }
     SendMessageW(hwnd_, WM_SETFONT, reinterpret_cast<WPARAM>(fonts().standard.get()), FALSE);
 }
 
@@ -67,6 +222,19 @@ void ControlWindow::setCaption(const std::u16string& caption) {
 
 void ControlWindow::restyle() {
     SendMessageW(hwnd_, WM_SETFONT, reinterpret_cast<WPARAM>(font()), FALSE);
+}
+
+LRESULT ControlWindow::answerToReader(WPARAM wparam, LPARAM lparam, HWND field) {
+    auto& source = field ? field_source_ : source_;
+    if (!source) {
+        source =
+            field ? std::make_shared<FieldSource>(control_, field) : std::make_shared<ControlSource>(control_, hwnd_);
+    }
+    return answerReader(source, wparam, lparam);
+}
+
+void ControlWindow::answerFor(HWND field) {
+    SetWindowSubclass(field, fieldProcedure, field_subclass, 0);
 }
 
 ControlWindow* find(HWND hwnd) {
@@ -234,6 +402,10 @@ void setEnabled(Handle control, bool enabled) {
 
 void setUseMnemonic(Handle control, bool) {
     at(control).setUseMnemonic();
+}
+
+void tell(Handle control, AccessibleEvent event, int part) {
+    tellReader(windowOf(control), event, part);
 }
 
 void setBounds(Handle control, const Rect& pixels) {

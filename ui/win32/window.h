@@ -10,6 +10,7 @@
 
 #include "ui/control.h"
 #include "ui/native.h"
+#include "ui/win32/accessible.h"
 #include "ui/win32/gdi.h"
 
 namespace murmelix::ui::win32 {
@@ -60,14 +61,20 @@ class ControlWindow {
     virtual void setUseMnemonic() { InvalidateRect(hwnd_, nullptr, TRUE); }
     // It has another font, other colours or another resolution.
     virtual void restyle();
+    // To a WM_GETOBJECT, of a field of the system's in it where one is named; 0: as the system does.
+    LRESULT answerToReader(WPARAM wparam, LPARAM lparam, HWND field = nullptr);
 
   protected:
+    // A field of the system's that is a part of its control answers as the control does.
+    void answerFor(HWND field);
     // A window made otherwise: a form's.
     ControlWindow(Control& control, HWND hwnd);
 
   private:
     Control& control_;
     HWND hwnd_;
+    std::shared_ptr<AccessibleSource> source_; // made when it is asked for
+    std::shared_ptr<AccessibleSource> field_source_;
 };
 
 inline constexpr wchar_t child_class[] = L"MurmelixControl";

@@ -16,6 +16,7 @@ AddContactFrm::AddContactFrm(ui::Form& owner, Add add)
     NameLbl.setForeColor(colour::soft_text);
     FriendlyLbl.setForeColor(colour::soft_text);
     FaultLbl.setForeColor(colour::fault);
+    FaultLbl.setTellsNews();
     FaultLbl.setUseMnemonic(false);
     DefaultButton = &AddButt;
     CancelButton = &CancelButt;

@@ -16,6 +16,7 @@ AskFrm::AskFrm(ui::Form& owner, const std::u16string& caption, const std::u16str
     setBackColor(colour::face);
     TextLbl.setForeColor(colour::soft_text);
     FaultLbl.setForeColor(colour::fault);
+    FaultLbl.setTellsNews();
     FaultLbl.setUseMnemonic(false);
     DefaultButton = &TakeButt;
     CancelButton = &CancelButt;

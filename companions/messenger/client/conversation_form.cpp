@@ -111,6 +111,8 @@ ConversationForm::ConversationForm(Client& client, ConversationPtr conversation,
     setIcon({u"#1", 32});
     setBackColor(colour::face);
     Input.KeyPress = [this](const ui::Shortcut& key) { return Input_KeyPress(key); };
+    History.setAccessibleName(u"History");
+    Input.setAccessibleName(u"Message");
     Send.Click = [this] { Send_Click(); };
     DefaultButton = &Send;
 }

@@ -41,6 +41,8 @@ ConversationWindow::ConversationWindow(Client& client, ConversationPtr conversat
                                        const EditClasses& edits)
     : ConversationForm(client, std::move(conversation), edits), ShowTimer(show_delay) {
     Paint = [this](ui::Surface& surface) { paint(surface); };
+    TypeAs.setAccessibleName(u"Type as");
+    People.setAccessibleName(u"Participants");
     TypeAs.Chosen = [this] { Input.SetFocus(); };
     People.DrawItem = [this](ui::Surface& surface, int row, const ui::ListBox::Looks& looks) {
         People_DrawItem(surface, row, looks);

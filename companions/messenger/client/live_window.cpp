@@ -60,6 +60,8 @@ LiveWindow::LiveWindow(Client& client, ConversationPtr conversation, Hooks hooks
     };
     People.ContextMenu = [this] { People_ContextMenu(); };
     People.DblClick = [this] { PeopleMenuItems.Talk.onClick(); };
+    People.setAccessibleName(u"People");
+    FindTxt.setAccessibleName(u"Find");
     RulesButt.Click = [this] { RulesButt_Click(); };
     FindTxt.KeyPress = [this](const ui::Shortcut& key) { return FindTxt_KeyPress(key); };
     FindNextButt.Click = [this] { find(false); };

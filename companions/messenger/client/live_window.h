@@ -39,7 +39,7 @@ class LiveWindow final : public ConversationForm {
     ui::Button RulesButt{*this, u"&What is read…"};
     ui::TextBox FindTxt{*this, u""};
     ui::Button FindNextButt{*this, u"&Next"};
-    ui::Button FindPreviousButt{*this, u"&Previous"};
+    ui::Button FindPreviousButt{*this, u"Pre&vious"};
 
     ui::Menu TalkMenu{*this, u"&Conversation"};
     ui::MenuItem TalkMenuRules{TalkMenu, u"&What is read aloud…"};

@@ -80,6 +80,9 @@ void MainWindow::connectHandlers() {
     DataReceived = [this](std::uintptr_t kind, std::string_view data) {
         return kind == control_message ? hooks_.command(data) : 0;
     };
+    Band.setAccessibleName(u"Who is signed in");
+    RenameTxt.setAccessibleName(u"Your name");
+    Contacts.setAccessibleName(u"Contacts");
     Band.Resize = [this] { drawBand(); };
     for (ui::Button* button : {&NameButt, &StatusButt, &MailButt}) {
         button->setUseMnemonic(false); // people have all kinds of names

@@ -86,6 +86,8 @@ ReadingPage::ReadingPage(ui::Form& owner, const std::u16string& conversation, Ho
          {&PaceLbl, &LengthLbl, &LinksLbl, &EmojiLbl, &WhoLbl, &SeatsLbl, &WordLbl, &ReplacementLbl, &PreviewLbl}) {
         label->setForeColor(colour::soft_text);
     }
+    PeopleList.setAccessibleName(u"Who writes here");
+    WordsList.setAccessibleName(u"Words");
     connectLines();
     connectPeople();
     connectWords();

@@ -33,6 +33,11 @@ SignInPage::SignInPage(ui::Control& parent, const Accounts& accounts, Hooks hook
         label->setForeColor(colour::soft_text);
         label->setEllipsis(ui::Label::Ellipsis::end);
     }
+    setAccessibleName(u"Signing in");
+    for (ui::Frame* panel : {&LocalPanel, &IrcPanel, &StreamingPanel}) {
+        panel->setAccessibleName(u"Account");
+    }
+    FaultLbl.setTellsNews();
     NoteLbl.setForeColor(colour::soft_text);
     FaultLbl.setForeColor(colour::fault);
     FaultLbl.setUseMnemonic(false);

@@ -22,6 +22,9 @@ constexpr int picture_size = avatar_size + 2 * (ring_gap + dot_radius + 2);
 SigningInPage::SigningInPage(ui::Control& parent) : Frame(parent, u"", Border::none) {
     setBackColor(colour::face);
     ProgressLbl.setForeColor(colour::text);
+    setAccessibleName(u"Signing in");
+    Ring.setAccessibleName(u"Signing in");
+    ProgressLbl.setTellsNews();
     ProgressLbl.setCentered();
     ProgressLbl.setUseMnemonic(false);
     Ring.Resize = [this] { draw(); };

@@ -15,5 +15,8 @@ void setRow(Handle, int, const std::u16string&) {}
 void redrawRow(Handle, int) {}
 void selectRow(Handle, int) {}
 void setRowHeight(Handle, int) {}
+Rect rowPlace(Handle, int) {
+    return {};
+}
 
 } // namespace murmelix::ui::native

@@ -18,6 +18,10 @@ Rect pageArea(Handle pages) {
     return {0, fakes::line_height, all.width, all.height - fakes::line_height};
 }
 
+Rect tabPlace(Handle, int) {
+    return {};
+}
+
 Colour pageColour() {
     return window_background;
 }

@@ -292,6 +292,10 @@ void setCaption(Handle control, const std::u16string& caption) {
     fakes::screen().texts[control] = caption;
 }
 
+void tell(Handle control, AccessibleEvent event, int part) {
+    fakes::screen().told.push_back({control, event, part});
+}
+
 void drawNow(Handle control) {
     fakes::screen().drawn_now.push_back(control);
 }

@@ -50,6 +50,13 @@ struct TakenKey { // from all programs
     ui::GlobalKey* listener = nullptr;
 };
 
+struct Told { // to a screen reader
+    std::uintptr_t control;
+    ui::AccessibleEvent event;
+    int part;
+    bool operator==(const Told&) const = default;
+};
+
 enum class Selection { all, end }; // the whole text, or the caret at its end
 
 struct Screen {
@@ -79,6 +86,7 @@ struct Screen {
     std::vector<const ui::TrayIcon*> tray_icons;
     std::map<int, TakenKey> global_keys;
     std::vector<ui::Shortcut> keys_of_others; // that other programs have taken
+    std::vector<Told> told;                   // to screen readers, in order
     bool animates = true;
     int beeps = 0;
     std::optional<int> quit; // the message loop, with this status
