@@ -48,7 +48,7 @@ Plan voiceRemoval() {
             u"This setup uses voices that others have installed.",
             {{u"Looking for files of this setup",
               []() -> Result {
-                  return {Outcome::done, u"This setup has put nothing on this computer, so nothing is removed."};
+                  return {Outcome::done, u"This setup has installed nothing, so nothing is removed."};
               }}},
             u"Nothing was changed."};
 }

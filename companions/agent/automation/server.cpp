@@ -416,11 +416,12 @@ voice::Manner Server::mannerOf(const stage::Actor& actor) {
     if (!owner.loaded) {
         return manner;
     }
-    const settings::OwnVoice own = listener_.ownVoice(textOf(owner.loaded->file->character().guid));
-    manner.voice = own.voice;
+    const std::u16string character = textOf(owner.loaded->file->character().guid);
+    const settings::OwnVoice own = listener_.ownVoice(character);
     if (own.language != 0 && service_.speaks(own.language)) {
         manner.language_id = own.language;
     }
+    manner.voice = listener_.voiceOf(character, manner.language_id);
     if (own.pitch != 0) {
         manner.pitch = static_cast<std::uint16_t>(own.pitch);
     }

@@ -109,6 +109,11 @@ OwnVoice Listener::ownVoice(std::u16string_view character) const {
     return readOwnVoice(character);
 }
 
+std::u16string Listener::voiceOf(std::u16string_view character, std::uint16_t language) const {
+    std::u16string own = ownVoice(character).voice;
+    return own.empty() ? readDefaultVoice(language) : own;
+}
+
 void Listener::setOwnVoice(std::u16string_view character, const OwnVoice& voice) {
     if (voice == ownVoice(character)) {
         return;

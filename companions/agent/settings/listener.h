@@ -71,6 +71,9 @@ class Listener {
 
     OwnVoice ownVoice(std::u16string_view character) const;
     void setOwnVoice(std::u16string_view character, const OwnVoice& voice);
+    // The voice that a character is to speak this language with: its own, else the default one of the language, which
+    // is chosen by tv_enua.exe; empty where the user wants none in particular.
+    std::u16string voiceOf(std::u16string_view character, std::uint16_t language) const;
 
     // Until the server ends: one that begins in silence would seem to be broken.
     bool paused() const { return paused_; }

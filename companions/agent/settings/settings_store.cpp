@@ -5,6 +5,7 @@
 #include <optional>
 #include <utility>
 
+#include "common/text.h"
 #include "companions/agent/settings/languages.h"
 #include "platform/user_store.h"
 
@@ -146,6 +147,28 @@ void writeOwnVoice(std::u16string_view character, const OwnVoice& voice) {
     put(own_language, voice.language);
     put(own_pitch, voice.pitch);
     put(own_speed, voice.speed);
+}
+
+namespace {
+
+const murmelix::platform::UserStore& defaultVoices() {
+    static const murmelix::platform::UserStore of_server(u"Software\\Murmelix AgentServer\\DefaultVoices");
+    return of_server;
+}
+
+} // namespace
+
+std::u16string readDefaultVoice(std::uint16_t language) {
+    auto lines = defaultVoices().lines(murmelix::toText(language), longest_voice + 2);
+    return lines && !lines->empty() ? std::move(lines->front()) : std::u16string();
+}
+
+bool writeDefaultVoice(std::uint16_t language, const std::u16string& voice) {
+    if (voice.empty()) {
+        defaultVoices().remove(murmelix::toText(language));
+        return true;
+    }
+    return defaultVoices().putLines(murmelix::toText(language), {voice});
 }
 
 bool readKeepOnScreen() {

@@ -43,6 +43,12 @@ void writeSilenced(const std::vector<std::u16string>& characters);
 OwnVoice readOwnVoice(std::u16string_view character);
 void writeOwnVoice(std::u16string_view character, const OwnVoice& voice);
 
+// The voice of those who have none of their own, by language: of the key Software\Murmelix AgentServer\DefaultVoices
+// the value of the language's number, in decimal (a list of one line). Empty: none is chosen.
+std::u16string readDefaultVoice(std::uint16_t language);
+// False where it cannot be kept.
+bool writeDefaultVoice(std::uint16_t language, const std::u16string& voice);
+
 // "KeepOnScreen" (as "SoundEnabled").
 bool readKeepOnScreen();
 void writeKeepOnScreen(bool keep);

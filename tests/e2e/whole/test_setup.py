@@ -1,6 +1,10 @@
 """The setup programs: what they install, what they leave alone, and how they say that something cannot be done."""
 
-from case import PROGRAM_DIRECTORY, WholeProgramTest, main
+import os
+import shutil
+from unittest import mock
+
+from case import PATIENCE_SECONDS, PROGRAM_DIRECTORY, WholeProgramTest, main
 
 OTHER = "{11111111-2222-3333-4444-555555555555}"
 
@@ -67,6 +71,52 @@ class Setup(WholeProgramTest):
         status, printed = self.set_up("/everything")
         self.assertEqual(status, 2)
         self.assertIn('"/everything" is not understood.', printed)
+
+
+class Voices(WholeProgramTest):
+    SET_UP = False
+
+    def voice_setup(self, *switches):
+        return self.desk.start("tv_enua.exe", PROGRAM_DIRECTORY / "tv_enua.exe", *switches)
+
+    def texts(self):
+        window = self.window("Voice setup")
+        return "\n".join(part.text for part in window.all() if part.visible) if window else ""
+
+    def press(self, *keys):
+        self.assertTrue(self.screen.type_into(self.screen.find("^Voice setup$")[-1], *keys))
+
+    def test_a_voice_is_listened_to_and_made_the_default(self):
+        voices = self.voice_setup()
+        self.eventually("the voices", lambda: "The characters have a voice." in self.texts())
+        self.press("alt+v", "Down", "alt+l")
+        self.eventually("the end of the sample", lambda: "Woman 1 has spoken." in self.texts())
+        self.press("alt+u")
+        self.eventually("the choice", lambda: "is spoken by Woman 1 from now on." in self.texts())
+        self.screen.picture(self.output / "voices.png")
+        self.press("Escape")
+        self.assertEqual(voices.wait(PATIENCE_SECONDS), 0)
+        status, printed = self.desk.run("query", "reg.exe", "query", r"HKCU\Software\Murmelix AgentServer\DefaultVoices")
+        self.assertEqual(status, 0)
+        self.assertRegex(printed, r"1033\s+REG_MULTI_SZ\s+Woman 1")
+
+    def test_without_any_voice_it_is_said_how_to_get_one(self):
+        # What starts espeak-ng is there, and espeak-ng is not.
+        found = self.output / "programs"
+        found.mkdir()
+        (found / "timeout").symlink_to(shutil.which("timeout"))
+        with mock.patch.dict(os.environ, PATH=str(found)):
+            status, printed = self.desk.run("quiet", PROGRAM_DIRECTORY / "tv_enua.exe", "/quiet")
+            self.assertEqual(status, 1)
+            self.assertIn("there is no voice on this computer. Voices of Windows: not installed; espeak-ng: not installed.",
+                          printed)
+            voices = self.voice_setup()
+        self.eventually("the advice", lambda: "There is no voice on this computer." in self.texts())
+        self.assertIn("add a language that has text-to-speech", self.texts())
+        self.assertIn("install espeak-ng", self.texts())
+        self.screen.picture(self.output / "no-voice.png")
+        self.press("Return")
+        self.assertEqual(voices.wait(PATIENCE_SECONDS), 1)
 
 
 if __name__ == "__main__":

@@ -474,6 +474,24 @@ TEST_F(VoicesTest, AreEachCharactersOwnAndKept) {
     EXPECT_EQ(page.VoiceList.Text(), u"As it was made");
 }
 
+TEST_F(VoicesTest, WhoHasNoneSpeaksWithTheDefaultOfTheLanguage) {
+    EXPECT_EQ(listener->voiceOf(u"{1}", 1033), u"");
+    EXPECT_TRUE(writeDefaultVoice(1033, u"Zoe"));
+    listener->setOwnVoice(u"{2}", {u"Max", 0, 0, 0});
+    EXPECT_EQ(listener->voiceOf(u"{1}", 1033), u"Zoe");
+    EXPECT_EQ(listener->voiceOf(u"{1}", 1031), u"");
+    EXPECT_EQ(listener->voiceOf(u"{2}", 1033), u"Max");
+    EXPECT_TRUE(writeDefaultVoice(1033, u""));
+    EXPECT_EQ(listener->voiceOf(u"{1}", 1033), u"");
+}
+
+TEST_F(VoicesTest, ADefaultThatIsTooLongIsNone) {
+    EXPECT_TRUE(writeDefaultVoice(1033, std::u16string(longest_voice, u'v')));
+    EXPECT_EQ(readDefaultVoice(1033).size(), longest_voice);
+    EXPECT_TRUE(writeDefaultVoice(1033, std::u16string(longest_voice + 1, u'v')));
+    EXPECT_EQ(readDefaultVoice(1033), u"");
+}
+
 TEST_F(VoicesTest, AVoiceGoesWithItsLanguage) {
     form->present();
     fakes::pick(page.VoiceList, 1);
