@@ -49,12 +49,14 @@ void FrameSounds::make(const std::shared_ptr<Sounds>& sounds, const std::shared_
     sounds->kept[sound] = {};
     const auto made = std::make_shared<DecodedSound>();
     workshop_([file, sound, made] { *made = decodedSound(*file, sound); },
-              [self = std::weak_ptr(self_), awaiting = std::weak_ptr(sounds), sound, made] {
+              [self = std::weak_ptr(self_), awaiting = std::weak_ptr(sounds), sound, made, stops = sounds->stops] {
                   const auto frame_sounds = self.lock();
                   const auto awaited = awaiting.lock();
                   if (frame_sounds && awaited) {
                       (*frame_sounds)->keep(*awaited, sound, *made);
-                      (*frame_sounds)->start(awaited, *made);
+                      if (awaited->stops == stops) {
+                          (*frame_sounds)->start(awaited, *made);
+                      }
                   }
               });
 }
@@ -71,19 +73,34 @@ void FrameSounds::keep(Sounds& sounds, std::uint16_t sound, DecodedSound made) {
 }
 
 void FrameSounds::start(const std::shared_ptr<Sounds>& sounds, const DecodedSound& sound) {
-    if (!sound || sounds->sounding >= most_sounds_of_actor || *sounding_ >= most_frame_sounds) {
+    if (!sound || sounds->sounding.size() >= most_sounds_of_actor || *sounding_ >= most_frame_sounds) {
         return;
     }
     // It may sound on when its character has gone.
-    const auto ended = [owner = std::weak_ptr(sounds), all = sounding_] {
+    const auto playing = std::make_shared<voice::Output::Playing>(0);
+    const auto ended = [owner = std::weak_ptr(sounds), all = sounding_, playing] {
         if (const auto still = owner.lock()) {
-            --still->sounding;
+            still->sounding.erase(*playing);
         }
         --*all;
     };
-    if (output_.play(sound, ended) != 0) {
-        ++sounds->sounding;
+    *playing = output_.play(sound, ended);
+    if (*playing != 0) {
+        sounds->sounding.insert(*playing);
         ++*sounding_;
+    }
+}
+
+void FrameSounds::stop(ActorId actor) {
+    const auto found = actors_.find(actor);
+    if (found == actors_.end()) {
+        return;
+    }
+    Sounds& sounds = *found->second;
+    ++sounds.stops;
+    *sounding_ -= sounds.sounding.size();
+    for (const voice::Output::Playing playing : std::exchange(sounds.sounding, {})) {
+        output_.stop(playing);
     }
 }
 

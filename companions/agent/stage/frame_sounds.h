@@ -5,6 +5,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <set>
 
 #include "companions/agent/acs/reader.h"
 #include "companions/agent/stage/request.h"
@@ -32,6 +33,8 @@ class FrameSounds {
     FrameSounds(voice::Output& output, Workshop workshop);
     // Heard at once, the first time as soon as it is decoded.
     void play(ActorId actor, const std::shared_ptr<const acs::CharacterFile>& file, std::uint16_t sound);
+    // What sounds of a character, or is being decoded to be heard, is heard no more.
+    void stop(ActorId actor);
     // Of a character that has gone; what sounds goes on.
     void forget(ActorId actor) { actors_.erase(actor); }
 
@@ -41,7 +44,9 @@ class FrameSounds {
         DecodedSound sound;
     };
     struct Sounds {
-        std::size_t sounding = 0, awaited = 0;
+        std::set<voice::Output::Playing> sounding;
+        std::size_t awaited = 0;
+        std::uint64_t stops = 0; // how often it was stopped
         std::size_t samples = 0; // in `kept`
         std::map<std::uint16_t, Kept> kept;
     };

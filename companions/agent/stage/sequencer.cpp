@@ -936,6 +936,7 @@ void Actor::setSilenced(bool silenced) {
     silenced_ = silenced;
     stage_.waiting_changed_ = true;
     if (silenced) {
+        stage_.effects_.stopFrameSounds(*this);
         stage_.releaseChannel(id_);
     } else if (utters() && current_->kind == Kind::speak && stage_.speaker_ == 0) {
         stage_.speaker_ = id_;

@@ -59,6 +59,8 @@ class Effects {
     // Frame or mouth changed.
     virtual void drawn(Actor& actor) = 0;
     virtual void frameSound(Actor& actor, std::uint16_t sound) = 0;
+    // Those of its frames that sound, or are about to, end at once.
+    virtual void stopFrameSounds(Actor& actor) = 0;
 
     // Makes the sound of a Speak. `done` is called once on the thread of the stage, not from within this call, with
     // nothing where the sound file cannot be played; never after cancelSpeech.

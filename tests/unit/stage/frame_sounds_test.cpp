@@ -139,6 +139,62 @@ TEST_F(FrameSoundsTest, OfOneCharacterDoNotCrowdTheWorkshop) {
     EXPECT_EQ(brought, static_cast<int>(most_sounds_of_actor) + 1) << "another time";
 }
 
+TEST_F(FrameSoundsTest, OfOneCharacterAreCutAndThoseOfOthersGoOn) {
+    const auto character = file({wave(100, 1000), wave(10, 1000)});
+    sounds.play(1, character, 0);
+    sounds.play(1, character, 1);
+    sounds.play(2, character, 1);
+    pass(100);
+    EXPECT_EQ(loudest(), 120);
+    sounds.stop(1);
+    sounds.stop(3);
+    const std::size_t before = heard.size();
+    pass(100);
+    heard.erase(heard.begin(), heard.begin() + static_cast<std::ptrdiff_t>(before));
+    ASSERT_FALSE(heard.empty());
+    EXPECT_EQ(loudest(), 10);
+    heard.clear();
+    sounds.play(1, character, 0);
+    pass(100);
+    EXPECT_EQ(loudest(), 110) << "what begins afterwards is heard";
+}
+
+TEST_F(FrameSoundsTest, ThatAreCutMakeRoomForOthers) {
+    const auto character = file({wave(100, 30'000)});
+    for (int round = 0; round < 3; ++round) {
+        for (ActorId actor = 1; actor <= most_frame_sounds / most_sounds_of_actor; ++actor) {
+            for (std::size_t sound = 0; sound < most_sounds_of_actor; ++sound) {
+                sounds.play(actor, character, 0);
+            }
+        }
+        pass(200);
+        heard.clear();
+        pass(100);
+        EXPECT_EQ(loudest(), 100 * static_cast<int>(most_frame_sounds));
+        for (ActorId actor = 1; actor <= most_frame_sounds / most_sounds_of_actor; ++actor) {
+            sounds.stop(actor);
+        }
+        pass(200);
+        heard.clear();
+        pass(100);
+        EXPECT_EQ(loudest(), 0);
+    }
+}
+
+TEST_F(FrameSoundsTest, AreCutBeforeTheyAreDecoded) {
+    at_once = false;
+    const auto character = file({wave(100, 50)});
+    sounds.play(1, character, 0);
+    sounds.stop(1);
+    work();
+    pass(100);
+    EXPECT_TRUE(heard.empty());
+    sounds.play(1, character, 0);
+    pass(100);
+    EXPECT_EQ(brought, 1) << "kept for the next time";
+    EXPECT_EQ(loudest(), 100);
+}
+
 // A frame of 10 ms that goes round, with a sound of half a minute.
 TEST_F(FrameSoundsTest, OfALoopAddUpToAFew) {
     const auto character = file({wave(100, 30'000)});

@@ -233,7 +233,7 @@ TEST(Silence, BeginsInTheMiddleOfAWordAndLetsTheNextSpeak) {
     r.taken();
     a.setSilenced(true);
     a.setSilenced(true);
-    EXPECT_THAT(r.taken(), ElementsAre("now unheard x1"));
+    EXPECT_THAT(r.taken(), ElementsAre("a noises end", "now unheard x1"));
     r.pass(100);
     EXPECT_EQ(one->status, Status::in_progress);
     EXPECT_EQ(two->status, Status::in_progress);
@@ -294,6 +294,23 @@ TEST(Silence, MakesNoNoiseEither) {
     r.play(a, u"Bang");
     r.pass(500);
     EXPECT_THAT(r.taken(), Contains("a noise 3"));
+}
+
+TEST(Silence, CutsTheNoiseThatIsHeard) {
+    auto cast = usualCast();
+    cast->add(u"Bang").frames[0].sound = 3;
+    Rehearsal r;
+    Actor& a = r.onStage("a", cast);
+    Actor& b = r.onStage("b", cast);
+    r.play(a, u"Bang");
+    r.play(b, u"Bang");
+    r.pass(50);
+    r.taken();
+    a.setSilenced(true);
+    EXPECT_THAT(r.taken(), ElementsAre("a noises end"));
+    a.setSilenced(true);
+    a.setSilenced(false);
+    EXPECT_THAT(r.taken(), Not(Contains("a noises end")));
 }
 
 TEST(Speed, ChangesInTheMiddleOfASentence) {

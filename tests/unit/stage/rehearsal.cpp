@@ -195,6 +195,9 @@ void Rehearsal::drawn(Actor&) {}
 void Rehearsal::frameSound(Actor& actor, std::uint16_t sound) {
     note(actor, "noise " + std::to_string(sound));
 }
+void Rehearsal::stopFrameSounds(Actor& actor) {
+    note(actor, "noises end");
+}
 
 SpeechOrder Rehearsal::orderSpeech(Actor&, const std::u16string& text, const std::u16string&,
                                    std::function<void(std::optional<voice::Speech>)> done) {

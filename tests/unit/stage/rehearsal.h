@@ -67,6 +67,7 @@ class Rehearsal final : public Effects, public Audience {
     void placed(Actor& actor) override;
     void drawn(Actor& actor) override;
     void frameSound(Actor& actor, std::uint16_t sound) override;
+    void stopFrameSounds(Actor& actor) override;
     SpeechOrder orderSpeech(Actor& actor, const std::u16string& text, const std::u16string& url,
                             std::function<void(std::optional<voice::Speech>)> done) override;
     void cancelSpeech(SpeechOrder order) override;

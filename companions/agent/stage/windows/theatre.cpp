@@ -277,6 +277,10 @@ void Theatre::frameSound(Actor& actor, std::uint16_t sound) {
     }
 }
 
+void Theatre::stopFrameSounds(Actor& actor) {
+    frame_sounds_.stop(actor.id());
+}
+
 SpeechOrder Theatre::orderSpeech(Actor& actor, const std::u16string& text, const std::u16string& url,
                                  std::function<void(std::optional<voice::Speech>)> done) {
     const SpeechOrder order = ++last_order_;
