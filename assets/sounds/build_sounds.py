@@ -1,36 +1,44 @@
 #!/usr/bin/env python3
-"""Synthesises the default sound scheme: build_sounds.py DIRECTORY writes DIRECTORY/NAME.wav, 16 bit, one channel."""
+"""Synthesises a sound scheme: build_sounds.py MODULE DIRECTORY writes DIRECTORY/NAME.wav for every sound of the module, 16 bit,
+one channel. With further arguments only the sounds of these names."""
 
-import array
 import concurrent.futures
+import importlib
 import pathlib
 import random
 import sys
 import wave
 
-from scheme import SOUNDS
-from synthesis import RATE, finished
+from mastering import mastered
+from synthesis import RATE
 
 
-def build(name, directory):
+def build(module, name, directory):
     # Each sound draws its own random numbers, the same in every build.
-    samples = finished(SOUNDS[name](random.Random(name)))
-    values = array.array("h", [max(-32767, min(32767, round(s * 32767))) for s in samples])
+    sound = importlib.import_module(module).SOUNDS[name](random.Random(f"{module} {name}"))
+    try:
+        samples, taken = mastered(sound)
+    except ValueError as error:
+        return f"{module}: {name} {error}", 0
     if sys.byteorder == "big":
-        values.byteswap()
+        samples.byteswap()
     with wave.open(str(pathlib.Path(directory) / f"{name}.wav"), "wb") as file:
         file.setnchannels(1)
         file.setsampwidth(2)
         file.setframerate(RATE)
-        file.writeframes(values.tobytes())
+        file.writeframes(samples.tobytes())
+    return None, taken
 
 
 def main(arguments):
-    if len(arguments) != 2:
-        sys.exit("usage: build_sounds.py DIRECTORY")
-    pathlib.Path(arguments[1]).mkdir(parents=True, exist_ok=True)
+    if len(arguments) < 3:
+        sys.exit("usage: build_sounds.py MODULE DIRECTORY [NAME...]")
+    module, directory, *names = arguments[1:]
+    names = names or list(importlib.import_module(module).SOUNDS)
+    pathlib.Path(directory).mkdir(parents=True, exist_ok=True)
     with concurrent.futures.ProcessPoolExecutor() as pool:
-        list(pool.map(build, SOUNDS, [arguments[1]] * len(SOUNDS)))
+        results = list(pool.map(build, [module] * len(names), names, [directory] * len(names)))
+    sys.exit("\n".join(error for error, _ in results if error) or None)
 
 
 if __name__ == "__main__":

@@ -1,12 +1,9 @@
-// The characters, sounds and icons as they were built.
+// The characters and icons as they were built.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cmath>
 #include <cstdint>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -262,78 +259,6 @@ TEST(CharacterSet, CanBeToldApart) {
     }
     EXPECT_EQ(guids.size(), 3U);
     EXPECT_EQ(pitches.size(), 3U);
-}
-
-class Sounds : public testing::TestWithParam<const char*> {};
-
-INSTANTIATE_TEST_SUITE_P(Default, Sounds,
-                         testing::Values("laugh", "run", "whistle", "haa", "ohhh", "slap", "sniff", "sigh", "ting",
-                                         "evil-laugh", "yawn", "cry", "chock", "gasp", "angry", "angel", "heart",
-                                         "broken_heart", "boy_hug", "girl_hug", "drink", "gift", "flower",
-                                         "wilted-flower", "yehaa", "boo", "burp", "birthday", "email", "kiss", "cat",
-                                         "dog", "coffee", "ring", "camera", "snore", "MSN", "clock", "star", "light",
-                                         "bat", "music-note", "devil", "film_strip"),
-                         [](const auto& tested) {
-                             std::string name = tested.param;
-                             std::replace(name.begin(), name.end(), '-', '_');
-                             return name;
-                         });
-
-TEST_P(Sounds, AreWhatTheirNamePromisesInFormAndLevel) {
-    const std::vector<std::uint8_t> bytes = bytesOf(assets / "sounds" / "default" / (std::string(GetParam()) + ".wav"));
-    ASSERT_GT(bytes.size(), 44U);
-    const auto tag = [&](std::size_t at) {
-        return std::string(bytes.begin() + static_cast<std::ptrdiff_t>(at),
-                           bytes.begin() + static_cast<std::ptrdiff_t>(at) + 4);
-    };
-    ASSERT_EQ(tag(0), "RIFF");
-    EXPECT_EQ(number(bytes, 4, 4), bytes.size() - 8);
-    ASSERT_EQ(tag(8), "WAVE");
-    ASSERT_EQ(tag(12), "fmt ");
-    EXPECT_EQ(number(bytes, 20, 2), 1U) << "PCM";
-    EXPECT_EQ(number(bytes, 22, 2), 1U) << "channel";
-    EXPECT_EQ(number(bytes, 24, 4), 22050U);
-    EXPECT_EQ(number(bytes, 34, 2), 16U) << "bits";
-    ASSERT_EQ(tag(36), "data");
-    ASSERT_EQ(number(bytes, 40, 4), bytes.size() - 44);
-
-    std::vector<int> samples;
-    for (std::size_t at = 44; at + 2 <= bytes.size(); at += 2) {
-        samples.push_back(static_cast<std::int16_t>(number(bytes, at, 2)));
-    }
-    EXPECT_GE(samples.size(), 22050U * 3 / 10);
-    EXPECT_LE(samples.size(), 22050U * 5 / 2);
-    int peak = 0;
-    for (const int sample : samples) {
-        peak = std::max(peak, std::abs(sample));
-    }
-    EXPECT_GT(peak, 10000);
-    EXPECT_LT(peak, 28000) << "clipped, or nearly";
-
-    // The sounds are about as loud as one another: the root mean square of the loudest 0.3 s.
-    double loudest = 0;
-    for (std::size_t from = 0; from + 6615 <= samples.size(); from += 105) {
-        double energy = 0;
-        for (std::size_t i = from; i < from + 6615; ++i) {
-            energy += static_cast<double>(samples[i]) * samples[i];
-        }
-        loudest = std::max(loudest, std::sqrt(energy / 6615));
-    }
-    EXPECT_GT(loudest, 2000);
-    EXPECT_LT(loudest, 8200);
-
-    for (std::size_t i = 0; i < 4; ++i) {
-        EXPECT_LT(std::abs(samples[i]), 2000) << "a click at the start";
-        EXPECT_LT(std::abs(samples[samples.size() - 1 - i]), 400) << "a click at the end";
-    }
-}
-
-TEST(SoundScheme, HoldsNothingElse) {
-    std::size_t files = 0;
-    for (const auto& entry : fs::directory_iterator(assets / "sounds" / "default")) {
-        files += entry.path().extension() == ".wav" ? 1 : 100;
-    }
-    EXPECT_EQ(files, 44U);
 }
 
 struct IconImage {
