@@ -72,7 +72,9 @@ std::variant<Published, ExitStatus> askPublished(WebAddress address, const Versi
             return statusOf(answer.failure);
         }
         if (answer.status == status_ok) {
-            const auto published = readPublished(answer.content);
+            // A version that was cut off is another version.
+            const bool whole = answer.measured || answer.content.find('\n') != std::string::npos;
+            const auto published = whole ? readPublished(answer.content) : std::nullopt;
             return published ? std::variant<Published, ExitStatus>(*published) : exit_not_as_expected;
         }
         if (!isRedirect(answer.status)) {

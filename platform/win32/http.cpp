@@ -132,7 +132,10 @@ class Exchange {
     void setOption(DWORD option, DWORD value) { WinHttpSetOption(request_.get(), option, &value, sizeof value); }
     std::optional<std::u16string> header(DWORD which) const;
     std::optional<std::uint64_t> announcedLength() const;
-    HttpFailure read(std::uint64_t length, std::string& content);
+    // Comes in chunks, the last of which says so.
+    bool isChunked() const;
+    enum class End { at_length, at_last_chunk };
+    HttpFailure read(std::uint64_t most, End end, std::string& content);
 
     std::chrono::steady_clock::time_point deadline_;
     std::size_t most_bytes_;
@@ -213,17 +216,22 @@ std::optional<std::uint64_t> Exchange::announcedLength() const {
     return length;
 }
 
-HttpFailure Exchange::read(std::uint64_t length, std::string& content) {
-    while (content.size() < length) {
+bool Exchange::isChunked() const {
+    const auto encoding = header(WINHTTP_QUERY_TRANSFER_ENCODING);
+    return encoding && sameText(*encoding, u"chunked", LetterCase::ignored);
+}
+
+HttpFailure Exchange::read(std::uint64_t most, End end, std::string& content) {
+    while (content.size() < most) {
         const auto wanted =
-            static_cast<DWORD>(std::min<std::uint64_t>(length - content.size(), progress_->buffer.size()));
+            static_cast<DWORD>(std::min<std::uint64_t>(most - content.size(), progress_->buffer.size()));
         const DWORD error =
             step([&] { return WinHttpReadData(request_.get(), progress_->buffer.data(), wanted, nullptr); });
         if (error != ERROR_SUCCESS) {
             return failureOf(error);
         }
         if (progress_->bytes_read == 0) {
-            return HttpFailure::unreachable;
+            return end == End::at_last_chunk ? HttpFailure::none : HttpFailure::unreachable;
         }
         content.append(progress_->buffer.data(), progress_->bytes_read);
     }
@@ -255,15 +263,21 @@ HttpAnswer Exchange::answer() {
     if (status != HTTP_STATUS_OK) {
         return answer;
     }
-    // Without a length the end of the content could not be told from a connection that broke.
-    const auto length = announcedLength();
+    // Servers that compress or make what they send cannot tell its length beforehand: it comes in chunks. Without
+    // either the end of the content could not be told from a connection that broke.
+    const bool chunked = isChunked();
+    const auto length = chunked ? std::optional<std::uint64_t>(most_bytes_ + 1) : announcedLength();
     if (!length) {
         return {HttpFailure::not_http};
     }
-    if (*length > most_bytes_) {
+    answer.measured = !chunked;
+    if (!chunked && *length > most_bytes_) {
         return {HttpFailure::too_long};
     }
-    const HttpFailure failure = read(*length, answer.content);
+    const HttpFailure failure = read(*length, chunked ? End::at_last_chunk : End::at_length, answer.content);
+    if (failure == HttpFailure::none && answer.content.size() > most_bytes_) {
+        return {HttpFailure::too_long};
+    }
     return failure == HttpFailure::none ? answer : HttpAnswer{failure};
 }
 

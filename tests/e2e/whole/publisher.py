@@ -13,6 +13,12 @@ def content(data, status="200 OK", *headers):
     return "\r\n".join(lines).encode() + b"\r\n\r\n" + data
 
 
+def chunks(*pieces):
+    """A whole answer in pieces, as servers send what they have not measured beforehand."""
+    body = b"".join(b"%x\r\n%s\r\n" % (len(piece), piece) for piece in pieces)
+    return b"HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n" + body + b"0\r\n\r\n"
+
+
 def redirect(location):
     return content(b"", "302 Found", f"Location: {location}", "Set-Cookie: visitor=1")
 

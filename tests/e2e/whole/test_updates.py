@@ -5,7 +5,7 @@ import time
 from pathlib import Path
 
 from case import PATIENCE_SECONDS, VERSION, main
-from publisher import Publisher, content, redirect
+from publisher import Publisher, chunks, content, redirect
 from shell import GETTING_STARTED, TRAY, UPDATES, YOU, ShellTest
 
 NEWER, OLDER = "65535.0.0", "0.0.9"
@@ -90,6 +90,7 @@ class Updates(ShellTest):
         for what, answer, status in (
                 ("the same version", content(VERSION.encode()), NONE_NEWER),
                 ("an older version", content(OLDER.encode()), NONE_NEWER),
+                ("an older version in chunks", chunks(OLDER.encode()[:2], OLDER.encode()[2:], b"\nnews"), NONE_NEWER),
                 ("no such page", content(newer, "404 Not Found"), REFUSED),
                 ("a fault of the server", content(newer, "500 Internal Server Error"), REFUSED),
                 ("a question for a password", content(b"", "401 Unauthorized", "WWW-Authenticate: NTLM",
@@ -108,6 +109,11 @@ class Updates(ShellTest):
                 ("a page for people", content(b"<!doctype html><title>2.0.0</title>"), NOT_AS_EXPECTED),
                 ("10 MB", content(newer + b"x" * 10_000_000), NOT_AS_EXPECTED),
                 ("10 MB that do not come", announced, NOT_AS_EXPECTED),
+                ("10 MB in chunks", chunks(newer, *[b"x" * 100_000] * 100), NOT_AS_EXPECTED),
+                ("nothing in chunks", chunks(), NOT_AS_EXPECTED),
+                ("an end in a chunk", chunks(NEWER.encode())[:-9], None),
+                ("an end before the last chunk", chunks(NEWER.encode())[:-5], None),
+                ("chunks of no length", chunks(newer).replace(b"\r\n\r\n", b"\r\n\r\nzz\r\n", 1), None),
                 ("10 MB without a length", b"HTTP/1.1 200 OK\r\n\r\n" + newer + b"x" * 10_000_000, NOT_AS_EXPECTED),
                 ("an end behind the head", b"HTTP/1.1 200 OK\r\nContent-Length: 20\r\n\r\n", UNREACHABLE),
                 ("an end in the head", b"HTTP/1.1 200 OK\r\nContent-Le", None),

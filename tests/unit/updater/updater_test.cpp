@@ -69,6 +69,20 @@ TEST_F(UpdaterTest, NothingIsOpenedOnNo) {
     EXPECT_THAT(shellCalls(), IsEmpty());
 }
 
+TEST_F(UpdaterTest, VersionThatMayHaveBeenCutOffIsNone) {
+    const auto in_chunks = [](const std::string& content) {
+        platform::HttpAnswer answer = file(content);
+        answer.measured = false;
+        return answer;
+    };
+    EXPECT_EQ(statusAfter({in_chunks("1.0.1")}), exit_not_as_expected);
+    EXPECT_EQ(statusAfter({in_chunks("1.0.8\n")}), exit_none_newer);
+    EXPECT_THAT(boxes(), IsEmpty());
+    fakes::messageBoxes().answers = {platform::answer_no};
+    EXPECT_EQ(statusAfter({in_chunks("1.0.10\nNew sou")}), exit_offered);
+    EXPECT_THAT(boxes(), SizeIs(1));
+}
+
 TEST_F(UpdaterTest, RequestTellsTheProgramsNameAndVersionAndHasLimits) {
     statusAfter({});
     ASSERT_THAT(requests(), SizeIs(1));
