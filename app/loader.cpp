@@ -17,8 +17,6 @@ namespace {
 using platform::attempt;
 using platform::messageBox;
 
-constexpr std::int16_t on = -1;
-
 void startInstaller(const std::u16string& program) {
     const std::u16string directory = platform::programDirectory();
     platform::shellExecute(u"", directory + u"\\" + program, u"", directory);

@@ -23,8 +23,6 @@ namespace {
 
 using platform::attempt;
 
-constexpr std::int16_t on = -1;
-
 constexpr int border_room = 270, options_gap = 135; // of the width arithmetic
 // Around the frames and between them; inside them at either side.
 constexpr int margin = 120, indent = 180;

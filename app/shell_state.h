@@ -6,6 +6,9 @@
 
 namespace murmelix {
 
+// What the 16-bit flags of settings and state are where they are set.
+inline constexpr std::int16_t on = -1;
+
 extern std::u16string WindowsDir;      // with a trailing "\", or empty
 extern std::u16string SettingsKeyPath; // registry subkey of the signed-in user's settings, or empty
 extern std::u16string SoundsDir;       // program directory + "\sounds\"

@@ -28,9 +28,9 @@ constexpr UINT socket_message = WM_APP, looked_up_message = WM_APP + 1, judged_m
                continue_message = WM_APP + 3;
 constexpr UINT_PTR opening_timer = 1, attempt_timer = 2, reading_timer = 3;
 constexpr wchar_t window_class[] = L"MurmelixConnection";
-constexpr std::size_t block = 65536;         // bytes received or sent at once
-constexpr std::size_t most_addresses = 8;    // of a name; tried one after the other
-constexpr unsigned longest_attempt = 10'000; // milliseconds for one of them, where there are others
+constexpr std::size_t connection_block = 65536; // bytes received or sent at once
+constexpr std::size_t most_addresses = 8;       // of a name; tried one after the other
+constexpr unsigned longest_attempt = 10'000;    // milliseconds for one of them, where there are others
 
 struct Address {
     sockaddr_storage bytes{};
@@ -285,7 +285,7 @@ struct Connection::Impl : std::enable_shared_from_this<Connection::Impl> {
         if (last_word) {
             return end(std::move(*last_word));
         }
-        std::array<char, block> bytes;
+        std::array<char, connection_block> bytes;
         const int count = recv(socket, bytes.data(), static_cast<int>(bytes.size()), 0);
         if (count > 0) {
             received({bytes.data(), static_cast<std::size_t>(count)});
@@ -344,8 +344,8 @@ struct Connection::Impl : std::enable_shared_from_this<Connection::Impl> {
     void sendMore() {
         std::size_t sent = 0;
         while (sent < unsent.size()) {
-            const int count =
-                ::send(socket, unsent.data() + sent, static_cast<int>(std::min(unsent.size() - sent, block)), 0);
+            const int count = ::send(socket, unsent.data() + sent,
+                                     static_cast<int>(std::min(unsent.size() - sent, connection_block)), 0);
             if (count < 0) {
                 if (const int error = WSAGetLastError(); error != WSAEWOULDBLOCK && !send_error) {
                     send_error = error;

@@ -23,7 +23,7 @@ struct CloseFile {
 };
 using File = std::unique_ptr<void, CloseFile>; // null: it could not be opened
 
-constexpr std::size_t block = 65536; // bytes read at once
+constexpr std::size_t file_block = 65536; // bytes read at once
 
 File openForReading(const std::u16string& path) {
     HANDLE file = CreateFileW(wide(path), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
@@ -32,7 +32,7 @@ File openForReading(const std::u16string& path) {
 }
 
 bool readBlock(const File& file, std::vector<char>& bytes) {
-    bytes.resize(block);
+    bytes.resize(file_block);
     DWORD count = 0;
     if (!ReadFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &count, nullptr)) {
         return false;
@@ -160,7 +160,7 @@ std::optional<WriteFailure> writeFile(const std::u16string& path, std::string_vi
     const File file(opened);
     while (!bytes.empty()) {
         DWORD written = 0;
-        if (!WriteFile(file.get(), bytes.data(), static_cast<DWORD>(std::min(bytes.size(), block)), &written,
+        if (!WriteFile(file.get(), bytes.data(), static_cast<DWORD>(std::min(bytes.size(), file_block)), &written,
                        nullptr)) {
             return failed();
         }

@@ -19,7 +19,7 @@ namespace {
 
 constexpr UINT resolved_message = WM_APP, socket_message = WM_APP + 1;
 constexpr wchar_t window_class[] = L"MurmelixSocket";
-constexpr std::size_t block = 65536; // bytes received at once
+constexpr std::size_t socket_block = 65536; // bytes received at once
 
 } // namespace
 
@@ -128,7 +128,7 @@ struct Socket::Impl : std::enable_shared_from_this<Socket::Impl> {
     std::string receive() {
         std::string all;
         for (std::size_t left = waiting(); left > 0;) {
-            std::array<char, block> bytes;
+            std::array<char, socket_block> bytes;
             const int count = recv(socket, bytes.data(), static_cast<int>(std::min(left, bytes.size())), 0);
             if (count <= 0) {
                 break;
@@ -141,7 +141,7 @@ struct Socket::Impl : std::enable_shared_from_this<Socket::Impl> {
 
     void sendMore() {
         while (!unsent.empty()) {
-            const int count = ::send(socket, unsent.data(), static_cast<int>(std::min(unsent.size(), block)), 0);
+            const int count = ::send(socket, unsent.data(), static_cast<int>(std::min(unsent.size(), socket_block)), 0);
             if (count < 0) {
                 return WSAGetLastError() == WSAEWOULDBLOCK ? void() : fail(WSAGetLastError());
             }

@@ -16,9 +16,9 @@ namespace {
 // A chain of certificates takes some thousand bytes; many times that is no server that wants to agree.
 constexpr std::size_t most_to_agree_on = 256 * 1024;
 
-constexpr ULONG wanted = ISC_REQ_SEQUENCE_DETECT | ISC_REQ_REPLAY_DETECT | ISC_REQ_CONFIDENTIALITY |
-                         ISC_REQ_ALLOCATE_MEMORY | ISC_REQ_STREAM | ISC_REQ_MANUAL_CRED_VALIDATION |
-                         ISC_REQ_USE_SUPPLIED_CREDS | ISC_REQ_EXTENDED_ERROR;
+constexpr ULONG wanted_properties = ISC_REQ_SEQUENCE_DETECT | ISC_REQ_REPLAY_DETECT | ISC_REQ_CONFIDENTIALITY |
+                                    ISC_REQ_ALLOCATE_MEMORY | ISC_REQ_STREAM | ISC_REQ_MANUAL_CRED_VALIDATION |
+                                    ISC_REQ_USE_SUPPLIED_CREDS | ISC_REQ_EXTENDED_ERROR;
 
 // RFC 5246, 6.2.1 and 7.2: what stands before each record, and what an alert says.
 constexpr std::size_t header_size = 5;
@@ -91,8 +91,8 @@ SECURITY_STATUS TlsStream::step(SecBufferDesc* in) {
     CtxtHandle made{};
     ULONG got = 0;
     const SECURITY_STATUS status = InitializeSecurityContextW(
-        &*credentials_, context_ ? &*context_ : nullptr, const_cast<wchar_t*>(com::wide(host_)), wanted, 0, 0, in, 0,
-        context_ ? nullptr : &made, &out_description, &got, nullptr);
+        &*credentials_, context_ ? &*context_ : nullptr, const_cast<wchar_t*>(com::wide(host_)), wanted_properties, 0,
+        0, in, 0, context_ ? nullptr : &made, &out_description, &got, nullptr);
     if (!context_ && (status == SEC_E_OK || status == SEC_I_CONTINUE_NEEDED)) {
         context_ = made;
     }

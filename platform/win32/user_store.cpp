@@ -30,18 +30,18 @@ class Key {
 };
 
 // The units of a value of that type, with whatever NULs it holds.
-std::optional<std::u16string> stored(const std::u16string& path, const std::u16string& name, DWORD wanted,
+std::optional<std::u16string> stored(const std::u16string& path, const std::u16string& name, DWORD expected,
                                      std::size_t longest) {
     const Key key(path, KEY_QUERY_VALUE);
     DWORD type = 0;
     DWORD bytes = 0;
     if (!key.get() || RegQueryValueExW(key.get(), wide(name), nullptr, &type, nullptr, &bytes) != ERROR_SUCCESS ||
-        type != wanted || bytes / sizeof(char16_t) > longest) {
+        type != expected || bytes / sizeof(char16_t) > longest) {
         return std::nullopt;
     }
     std::vector<BYTE> data(bytes);
     if (RegQueryValueExW(key.get(), wide(name), nullptr, &type, data.data(), &bytes) != ERROR_SUCCESS ||
-        type != wanted) {
+        type != expected) {
         return std::nullopt; // somebody is changing it
     }
     std::u16string text(bytes / sizeof(char16_t), u'\0');

@@ -18,17 +18,17 @@ namespace {
 constexpr UINT icon_message = WM_APP + 1;
 
 // Of one icon, which has a window of its own to be told by.
-struct Shown {
+struct ShownIcon {
     HWND window = nullptr;
     Icon picture; // the shell keeps the handle while the icon is shown
 };
 
-std::map<TrayIcon*, Shown>& shown() {
-    static std::map<TrayIcon*, Shown> all;
+std::map<TrayIcon*, ShownIcon>& shownIcons() {
+    static std::map<TrayIcon*, ShownIcon> all;
     return all;
 }
 
-NOTIFYICONDATAW recordOf(const Shown& icon) {
+NOTIFYICONDATAW recordOf(const ShownIcon& icon) {
     NOTIFYICONDATAW record{};
     record.cbSize = sizeof record;
     record.hWnd = icon.window;
@@ -36,7 +36,7 @@ NOTIFYICONDATAW recordOf(const Shown& icon) {
     return record;
 }
 
-bool notify(DWORD message, const TrayIcon& icon, const Shown& as) {
+bool notify(DWORD message, const TrayIcon& icon, const ShownIcon& as) {
     NOTIFYICONDATAW record = recordOf(as);
     record.uFlags = NIF_ICON | NIF_MESSAGE | NIF_TIP;
     record.uCallbackMessage = icon_message;
@@ -50,9 +50,9 @@ LRESULT CALLBACK procedure(HWND hwnd, UINT message, WPARAM wparam, LPARAM lparam
     if (message != icon_message) {
         return DefWindowProcW(hwnd, message, wparam, lparam);
     }
-    const auto found =
-        std::find_if(shown().begin(), shown().end(), [&](const auto& each) { return each.second.window == hwnd; });
-    if (found != shown().end()) {
+    const auto found = std::find_if(shownIcons().begin(), shownIcons().end(),
+                                    [&](const auto& each) { return each.second.window == hwnd; });
+    if (found != shownIcons().end()) {
         TrayIcon& icon = *found->first;
         guarded([&] {
             if (lparam == WM_LBUTTONUP) {
@@ -82,8 +82,8 @@ HWND windowForIcon() {
 } // namespace
 
 bool native::showTrayIcon(TrayIcon& icon) {
-    const auto [entry, is_new] = shown().try_emplace(&icon);
-    Shown& as = entry->second;
+    const auto [entry, is_new] = shownIcons().try_emplace(&icon);
+    ShownIcon& as = entry->second;
     if (is_new) {
         as.window = windowForIcon();
     }
@@ -91,24 +91,24 @@ bool native::showTrayIcon(TrayIcon& icon) {
     const bool done = notify(is_new ? NIM_ADD : NIM_MODIFY, icon, as);
     if (!done && is_new) {
         DestroyWindow(as.window);
-        shown().erase(entry);
+        shownIcons().erase(entry);
     }
     return done;
 }
 
 void native::hideTrayIcon(TrayIcon& icon) {
-    const auto found = shown().find(&icon);
-    if (found != shown().end()) {
+    const auto found = shownIcons().find(&icon);
+    if (found != shownIcons().end()) {
         NOTIFYICONDATAW record = recordOf(found->second);
         Shell_NotifyIconW(NIM_DELETE, &record);
         DestroyWindow(found->second.window);
-        shown().erase(found);
+        shownIcons().erase(found);
     }
 }
 
 void win32::restoreTrayIcons() {
     restoreTrayIcon();
-    for (const auto& [icon, as] : shown()) {
+    for (const auto& [icon, as] : shownIcons()) {
         notify(NIM_ADD, *icon, as);
     }
 }

@@ -12,7 +12,7 @@ bool isLineEnd(char16_t unit) {
     return unit == u'\n' || unit == u'\r' || unit == u'\v' || unit == u'\f' || unit == u'\u2028' || unit == u'\u2029';
 }
 
-bool isBlank(char16_t unit) {
+bool breaksLine(char16_t unit) {
     return unit == u' ' || unit == u'\t' || unit == u'\u3000';
 }
 
@@ -31,7 +31,7 @@ bool isInside(std::u16string_view text, std::size_t at) {
 
 Lines::Lines(std::u16string_view text, int width, Fitting fitting)
     : text_(text), width_(width), fitting_(std::move(fitting)), complete_(false) {
-    while (begin_ < text_.size() && isBlank(text_[begin_])) {
+    while (begin_ < text_.size() && breaksLine(text_[begin_])) {
         ++begin_;
     }
 }
@@ -44,9 +44,9 @@ void Lines::next() {
     const auto goesOn = [&](std::size_t at) { return isInside(text_, begin_ + at); };
 
     std::size_t end = std::min(fitting_(piece, width_), piece.size());
-    if ((end < piece.size() || !whole) && !(end < rest.size() && isBlank(rest[end]))) {
+    if ((end < piece.size() || !whole) && !(end < rest.size() && breaksLine(rest[end]))) {
         std::size_t word = end;
-        while (word > 0 && !isBlank(piece[word - 1])) {
+        while (word > 0 && !breaksLine(piece[word - 1])) {
             --word;
         }
         end = word > 0 ? word : std::max<std::size_t>(end, 1);
@@ -62,12 +62,12 @@ void Lines::next() {
     end = between;
 
     std::size_t shown = end;
-    while (shown > 0 && isBlank(text_[begin_ + shown - 1])) {
+    while (shown > 0 && breaksLine(text_[begin_ + shown - 1])) {
         --shown;
     }
     lines_.push_back({begin_, begin_ + shown});
     begin_ += end;
-    while (begin_ < text_.size() && isBlank(text_[begin_])) {
+    while (begin_ < text_.size() && breaksLine(text_[begin_])) {
         ++begin_;
     }
     if (begin_ >= text_.size()) {
@@ -89,9 +89,9 @@ void Lines::reach(std::size_t spoken) {
         lines_.clear();
         begin_ = spoken - most_at_once;
         const auto blank = std::ranges::find_if(text_.substr(begin_, longest_line),
-                                                [](char16_t unit) { return isBlank(unit) || isLineEnd(unit); });
+                                                [](char16_t unit) { return breaksLine(unit) || isLineEnd(unit); });
         begin_ += static_cast<std::size_t>(blank - text_.substr(begin_, longest_line).begin());
-        while (begin_ < spoken && (isBlank(text_[begin_]) || isLineEnd(text_[begin_]) || isInside(text_, begin_))) {
+        while (begin_ < spoken && (breaksLine(text_[begin_]) || isLineEnd(text_[begin_]) || isInside(text_, begin_))) {
             ++begin_;
         }
     }

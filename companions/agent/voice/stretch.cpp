@@ -9,7 +9,8 @@ namespace agent::voice {
 
 namespace {
 
-constexpr std::size_t piece = mix_rate * 15 / 1000; // samples that a piece overlaps the next by: a deep voice's period
+constexpr std::size_t overlap =
+    mix_rate * 15 / 1000;                           // samples that a piece overlaps the next by: a deep voice's period
 constexpr std::size_t reach = mix_rate * 10 / 1000; // how far from its place a piece may be laid
 // Only some samples are compared, and only at some places: voices have little above a quarter of the mixing rate.
 constexpr std::size_t step = 2;
@@ -33,7 +34,7 @@ std::size_t Stretch::read(std::span<std::int16_t> into, double tempo) {
             count += taken;
         } else if (over()) {
             break;
-        } else if (tempo == 1 || length() - next_ < 2 * piece) {
+        } else if (tempo == 1 || length() - next_ < 2 * overlap) {
             // What is left at the end is too short for pieces.
             const std::size_t taken = std::min(into.size() - count, length() - next_);
             std::copy_n(wave_->samples.begin() + static_cast<std::ptrdiff_t>(next_), taken,
@@ -50,22 +51,22 @@ std::size_t Stretch::read(std::span<std::int16_t> into, double tempo) {
 
 // One more piece: what continues the last one gives way to it.
 void Stretch::lay(double tempo) {
-    const double most = static_cast<double>(length() - piece);
+    const double most = static_cast<double>(length() - overlap);
     const std::size_t at = bestAt(static_cast<std::size_t>(std::clamp(std::round(position_), 0.0, most)));
-    laid_.resize(piece);
+    laid_.resize(overlap);
     laid_at_ = 0;
     laid_tempo_ = tempo;
-    for (std::size_t i = 0; i < piece; ++i) {
-        const auto share = static_cast<std::int32_t>(i), rest = static_cast<std::int32_t>(piece - i);
+    for (std::size_t i = 0; i < overlap; ++i) {
+        const auto share = static_cast<std::int32_t>(i), rest = static_cast<std::int32_t>(overlap - i);
         const std::int32_t both = wave_->samples[next_ + i] * rest + wave_->samples[at + i] * share;
-        laid_[i] = static_cast<std::int16_t>(both / static_cast<std::int32_t>(piece));
+        laid_[i] = static_cast<std::int16_t>(both / static_cast<std::int32_t>(overlap));
     }
-    next_ = at + piece;
-    position_ += static_cast<double>(piece) * tempo;
+    next_ = at + overlap;
+    position_ += static_cast<double>(overlap) * tempo;
 }
 
 std::size_t Stretch::bestAt(std::size_t wanted) const {
-    const std::size_t first = wanted - std::min(wanted, reach), last = std::min(wanted + reach, length() - piece);
+    const std::size_t first = wanted - std::min(wanted, reach), last = std::min(wanted + reach, length() - overlap);
     std::size_t best = std::min(wanted, last);
     double least = unlike(best);
     for (std::size_t at = first; at <= last; at += step) {
@@ -79,7 +80,7 @@ std::size_t Stretch::bestAt(std::size_t wanted) const {
 
 double Stretch::unlike(std::size_t at) const {
     double sum = 0;
-    for (std::size_t i = 0; i < piece; i += step) {
+    for (std::size_t i = 0; i < overlap; i += step) {
         const double difference = wave_->samples[next_ + i] - wave_->samples[at + i];
         sum += difference * difference;
     }

@@ -36,7 +36,7 @@ constexpr std::array<Form, 12> forms{{
 }};
 constexpr std::size_t name_length = 3;
 
-bool isBlank(char16_t unit) {
+bool partsWords(char16_t unit) {
     return unit <= u' ' || unit == 0xA0 || unit == 0x3000;
 }
 
@@ -158,7 +158,7 @@ class Writer {
     }
 
     Script take() {
-        if (std::all_of(script_.remembered.begin(), script_.remembered.end(), isBlank)) {
+        if (std::all_of(script_.remembered.begin(), script_.remembered.end(), partsWords)) {
             script_.remembered = last_;
         }
         return std::move(script_);
@@ -170,12 +170,12 @@ class Writer {
             script_.remembered += text;
         }
         if (manner_.emphasis) {
-            const auto word = std::find_if_not(text.begin(), text.end(), isBlank);
+            const auto word = std::find_if_not(text.begin(), text.end(), partsWords);
             if (word == text.end()) {
                 words(text, text, usual(false));
                 return;
             }
-            const auto end = std::find_if(word, text.end(), isBlank);
+            const auto end = std::find_if(word, text.end(), partsWords);
             const auto before = static_cast<std::size_t>(word - text.begin());
             const auto size = static_cast<std::size_t>(end - word);
             words(text.substr(0, before), text.substr(0, before), usual(false));

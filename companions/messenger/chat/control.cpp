@@ -15,7 +15,7 @@ using View = std::u16string_view;
 
 namespace {
 
-View takeWord(View& rest) {
+View takeArgument(View& rest) {
     const View word = rest.substr(0, rest.find(u' '));
     rest.remove_prefix(std::min(word.size() + 1, rest.size()));
     return word;
@@ -88,7 +88,7 @@ Result Control::execute(std::string_view line) {
     }
     const std::u16string text = murmelix::fromUtf8(line);
     View rest = text;
-    const View command = takeWord(rest);
+    const View command = takeArgument(rest);
     return run(command, rest);
 }
 
@@ -136,7 +136,7 @@ Result Control::run(View command, View rest) {
         return hooks_.window(rest) ? Result::done : Result::bad_arguments;
     }
 
-    const View first = takeWord(rest);
+    const View first = takeArgument(rest);
     if (command == u"signing") {
         return sign(first, rest);
     }
@@ -180,7 +180,7 @@ Result Control::run(View command, View rest) {
     }
     if (command == u"fail") {
         const auto code = number(first, 16);
-        const auto count = number(takeWord(rest));
+        const auto count = number(takeArgument(rest));
         if (!code || *code >= 0 || !count || *count < 1 || *count > 1000000) {
             return Result::bad_arguments;
         }
@@ -303,7 +303,7 @@ Result Control::sign(View deed, View rest) {
 }
 
 Result Control::account(View deed, View rest) {
-    const View signin = takeWord(rest);
+    const View signin = takeArgument(rest);
     if (signin.empty()) {
         return Result::bad_arguments;
     }

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "companions/messenger/client/account.h"
+#include "companions/messenger/client/measures.h"
 #include "ui/screen.h"
 
 namespace messenger_client {
@@ -14,7 +15,6 @@ namespace {
 constexpr std::size_t longest_line = 500;
 
 // Twips.
-constexpr int pixel = 15;          // at 96 dots an inch
 constexpr int padding = 6 * pixel; // between the frame of a text and the text
 
 // Pixels at 96 dots an inch: what a character and its balloon take above a window; a window at first, at least, and

@@ -1,4 +1,5 @@
 #include "companions/messenger/client/conversation_window.h"
+#include "companions/messenger/client/measures.h"
 
 #include <algorithm>
 #include <utility>
@@ -12,14 +13,8 @@ namespace {
 
 constexpr std::size_t most_guests = 30;      // in a menu
 constexpr std::size_t longest_in_menu = 60;  // units of a name
-constexpr std::size_t longest_title = 200;   // units of the names in it
+constexpr std::size_t longest_names = 200;   // units of the names in it
 constexpr std::size_t longest_in_band = 500; // units of names: more than any screen shows
-
-// Twips.
-constexpr int pixel = 15; // at 96 dots an inch
-constexpr int margin = 8 * pixel;
-constexpr int people_width = 150 * pixel;
-constexpr int width_for_people = 430 * pixel; // a narrower window does without the list
 
 constexpr std::u16string_view type_as[] = {u"Type ", u"a", u"s:"}; // its accelerator in the middle
 constexpr char16_t type_as_key = u'A';
@@ -141,7 +136,7 @@ void ConversationWindow::showPeople() {
 }
 
 void ConversationWindow::showTitle() {
-    const std::u16string names = listed(people_, longest_title);
+    const std::u16string names = listed(people_, longest_names);
     const std::u16string title = (names.empty() ? u"Empty" : names) + u" - Conversation";
     if (title != Caption()) {
         setCaption(title);

@@ -7,6 +7,7 @@
 
 #include "common/text.h"
 #include "companions/messenger/client/conversation_form.h"
+#include "companions/messenger/client/measures.h"
 #include "companions/messenger/reading/links.h"
 
 namespace messenger_client {
@@ -15,7 +16,6 @@ namespace {
 
 // Lines that fall out at the beginning are taken out of the control in so large parts: each time it lays out anew.
 constexpr std::size_t dropped_at_once = 500;
-constexpr int pixel = 15; // twips at 96 dots an inch
 
 // A line end counts as one.
 int lengthOf(std::u16string_view text) {

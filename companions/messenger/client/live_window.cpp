@@ -1,4 +1,5 @@
 #include "companions/messenger/client/live_window.h"
+#include "companions/messenger/client/measures.h"
 
 #include <algorithm>
 #include <utility>
@@ -16,14 +17,8 @@ constexpr std::size_t most_listed = 300;
 constexpr int people_delay = 500;
 // While lines pour in, showing them takes no more than a quarter of the time: most fall out before they could be seen.
 constexpr long long rest_after_showing = 3;
-constexpr std::size_t longest_title = 100;  // units of the channel's name
-constexpr std::size_t longest_topic = 1000; // units: more than any screen shows
-
-// Twips.
-constexpr int pixel = 15; // at 96 dots an inch
-constexpr int margin = 8 * pixel;
-constexpr int people_width = 150 * pixel;
-constexpr int width_for_people = 430 * pixel; // a narrower window does without the list
+constexpr std::size_t longest_channel = 100; // units of the channel's name
+constexpr std::size_t longest_topic = 1000;  // units: more than any screen shows
 
 } // namespace
 
@@ -145,7 +140,7 @@ void LiveWindow::layOut() {
 void LiveWindow::paint(ui::Surface& surface) const {
     surface.Fill({0, 0, surface.Width(), surface.Height()}, colour::face);
     const auto count = static_cast<long long>(talk().peopleCount());
-    std::u16string title = talk().title().substr(0, longest_title);
+    std::u16string title = talk().title().substr(0, longest_channel);
     if (talk().isChannel()) {
         title += u" \x2013 " + murmelix::toText(count) + (count == 1 ? u" person" : u" people");
     }
@@ -230,7 +225,7 @@ void LiveWindow::list(reading::People reading::Rules::*people) {
 void LiveWindow::RulesButt_Click() {
     if (!RulesPage) {
         RulesPage = std::make_unique<ReadingPage>(
-            *this, talk().title().substr(0, longest_title),
+            *this, talk().title().substr(0, longest_channel),
             ReadingPage::Hooks{.rules = [this] { return talk().rules(); },
                                .changed = [this](const reading::Rules& changed) { talk().setRules(changed); },
                                .lines = [this] { return std::vector(talk().recent().begin(), talk().recent().end()); },
@@ -246,7 +241,7 @@ void LiveWindow::People_ContextMenu() {
 }
 
 void LiveWindow::showTitle() {
-    const std::u16string title = talk().title().substr(0, longest_title) + u" - Conversation";
+    const std::u16string title = talk().title().substr(0, longest_channel) + u" - Conversation";
     if (title != Caption()) {
         setCaption(title);
     }

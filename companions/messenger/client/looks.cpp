@@ -4,13 +4,12 @@
 #include <array>
 
 #include "common/text.h"
+#include "companions/messenger/client/measures.h"
 #include "ui/screen.h"
 
 namespace messenger_client {
 
 namespace {
-
-constexpr int twips_at_96 = 15; // to a pixel
 
 ui::Colour avatarColour(const std::u16string& signin) {
     constexpr std::array<ui::Colour, 8> colours{ui::rgb(214, 99, 88),  ui::rgb(222, 145, 58), ui::rgb(120, 160, 60),
@@ -26,7 +25,7 @@ ui::Colour avatarColour(const std::u16string& signin) {
 } // namespace
 
 int px(int length) {
-    return ui::toPixels(twips_at_96 * length);
+    return ui::toPixels(pixel * length);
 }
 
 ui::Colour colourOf(Status status) {

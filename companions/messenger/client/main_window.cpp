@@ -27,7 +27,7 @@ constexpr int least_width = 3600;
 constexpr int band_text_left = 1170;
 
 // At 96 dots an inch.
-constexpr int margin = 14, avatar_size = 56;
+constexpr int rim = 14, own_picture = 56;
 constexpr int title_scale = 135; // percent
 
 const ui::Picture program_picture{u"#1"}; // by its number
@@ -193,14 +193,14 @@ void MainWindow::drawBand() {
     messenger_client::drawBand(surface, {0, 0, width, height});
     surface.setFontScale(title_scale);
     if (const ContactPtr& me = client_.me()) {
-        const int size = px(avatar_size);
+        const int size = px(own_picture);
         // Somebody's own colour can be that of the band.
-        drawAvatar(surface, {px(margin), (height - size) / 2, size, size}, *me, ui::rgb(255, 255, 255));
+        drawAvatar(surface, {px(rim), (height - size) / 2, size, size}, *me, ui::rgb(255, 255, 255));
         surface.setFontScale(100);
         return surface.Refresh();
     }
     const bool signing_in = client_.signingIn();
-    const int left = px(margin + 2), room = width - left - px(margin);
+    const int left = px(rim + 2), room = width - left - px(rim);
     surface.setFontBold(true);
     const int title = surface.TextHeight();
     surface.setFontScale(100);

@@ -1,4 +1,5 @@
 #include "companions/messenger/client/reading_page.h"
+#include "companions/messenger/client/measures.h"
 
 #include <algorithm>
 #include <iterator>
@@ -18,8 +19,7 @@ using reading::Rules;
 constexpr int show_delay = 500;
 
 // Twips.
-constexpr int pixel = 15; // at 96 dots an inch
-constexpr int margin = 8 * pixel, inside = 12 * pixel, gap = 8 * pixel;
+constexpr int inside = 12 * pixel, gap = 8 * pixel;
 constexpr int least_preview = 330 * pixel, first_preview = 520 * pixel;
 // What tabs and rim take around a page, at most.
 constexpr int rim_width = 14 * pixel, rim_height = 36 * pixel;

@@ -11,7 +11,7 @@ namespace messenger_client {
 
 namespace {
 
-constexpr std::size_t longest_name = 60; // units
+constexpr std::size_t longest_file_name = 60; // units
 
 } // namespace
 
@@ -42,7 +42,7 @@ std::u16string keepLog(LiveTalk& talk, const std::filesystem::path& file) {
 std::u16string logFileName(std::u16string_view title) {
     constexpr std::u16string_view refused = u"\\/:*?\"<>|.";
     std::u16string name;
-    for (const char16_t unit : title.substr(0, longest_name)) {
+    for (const char16_t unit : title.substr(0, longest_file_name)) {
         name += unit <= u' ' || refused.find(unit) != std::u16string_view::npos ? u'_' : unit;
     }
     return name + u".txt";

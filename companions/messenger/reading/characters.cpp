@@ -7,7 +7,7 @@ namespace messenger_client::reading {
 
 namespace {
 
-constexpr char32_t joiner = 0x200D, selector = 0xFE0F, tag_end = 0xE007F;
+constexpr char32_t selector = 0xFE0F, tag_end = 0xE007F;
 
 struct Span {
     char32_t first, last;
@@ -76,10 +76,6 @@ constexpr bool isHigh(char16_t unit) {
 
 constexpr bool isLow(char16_t unit) {
     return (unit & 0xFC00) == 0xDC00;
-}
-
-constexpr bool isFlagLetter(char32_t code) {
-    return code >= 0x1F1E6 && code <= 0x1F1FF;
 }
 
 } // namespace

@@ -26,6 +26,13 @@ bool isBlank(char32_t code);
 // What nobody sees but what steers how text is shown: directions, tags, breaks.
 bool isInvisible(char32_t code);
 
+// Makes one picture of the two that it stands between.
+inline constexpr char32_t joiner = 0x200D;
+// Two of them are a flag.
+constexpr bool isFlagLetter(char32_t code) {
+    return code >= 0x1F1E6 && code <= 0x1F1FF;
+}
+
 // Where what people take for one character ends: with its marks, and with what is joined to it, up to so many code
 // points: half as many again as any emoji has.
 inline constexpr std::size_t most_in_cluster = 20;

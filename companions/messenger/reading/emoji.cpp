@@ -19,7 +19,7 @@ namespace {
 using View = std::u16string_view;
 using murmelix::npos;
 
-constexpr char32_t joiner = 0x200D, text_selector = 0xFE0E, emoji_selector = 0xFE0F, keycap = 0x20E3;
+constexpr char32_t text_selector = 0xFE0E, emoji_selector = 0xFE0F, keycap = 0x20E3;
 constexpr char32_t first_tag = 0xE0020, last_tag = 0xE007F;
 constexpr char32_t person = 0x1F9D1, man = 0x1F468, woman = 0x1F469;
 constexpr char32_t male = 0x2642, female = 0x2640, to_the_right = 0x27A1;
@@ -30,10 +30,6 @@ constexpr std::size_t most_parts = 10, most_tags = 32;
 
 bool isTone(char32_t code) {
     return code >= 0x1F3FB && code <= 0x1F3FF;
-}
-
-bool isFlagLetter(char32_t code) {
-    return code >= 0x1F1E6 && code <= 0x1F1FF;
 }
 
 bool isSelector(char32_t code) {

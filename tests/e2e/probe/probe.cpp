@@ -4,14 +4,15 @@
 //       DEPTH TAB CLASS TAB VISIBLE TAB ENABLED TAB TEXT TAB HANDLE TAB LEFT TAB TOP TAB RIGHT TAB BOTTOM TAB STATE
 //     DEPTH 0 is a top-level window, its children follow. VISIBLE and ENABLED are 0 or 1; the place is in pixels of the
 //     screen. STATE is the check of a button and the selected entry of a drop-down list, from 0. TEXT has 12000
-//     characters at most. Windows of a program that does not answer within a second have no text.
-//     focus              the handle of the window that has the keyboard, 0 where none has
-//     values KEY         of a key below HKEY_CURRENT_USER, one line a value in their order: NAME TAB TYPE TAB DATA
-//     put KEY TAB NAME TAB TYPE TAB DATA    writes one
-//     subkeys KEY        their names, one a line
-//     client COMMAND     has the Messenger client carry it out; the result, 0 where it does not answer
+//     characters at most. Windows of a program that does not answer within a second have no text. Of a hidden window
+//     there are class and handle alone, and its text where it is a top-level one; its children are left out. focus the
+//     handle of the window that has the keyboard, 0 where none has values KEY         of a key below HKEY_CURRENT_USER,
+//     one line a value in their order: NAME TAB TYPE TAB DATA put KEY TAB NAME TAB TYPE TAB DATA    writes one subkeys
+//     KEY        their names, one a line client COMMAND     has the Messenger client carry it out; the result, 0 where
+//     it does not answer
 // TYPE is the number of the registry's type; DATA is a text where it is 1, else hexadecimal.
 // In texts a tab, a line end, a NUL and a backslash are \t, \r, \n, \0 and \\.
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <set>
@@ -93,19 +94,36 @@ LRESULT stateOf(HWND window, std::string_view kind) {
     return kind == "ComboBox" ? asked(window, CB_GETCURSEL) : 0;
 }
 
+// That of a top-level window as the system has it, without asking its program; but a form's own program is asked, for a
+// test may want to know whether it answers.
+std::string textOfHidden(HWND window, std::string_view kind) {
+    if (kind.starts_with("Murmelix")) {
+        return textOf(window);
+    }
+    std::array<wchar_t, 256> text{};
+    const int length = InternalGetWindowText(window, text.data(), static_cast<int>(text.size()));
+    return utf8(text.data(), static_cast<std::size_t>(std::max(length, 0)));
+}
+
 void describe(HWND window, int depth) {
     std::array<wchar_t, 256> name{};
     GetClassNameW(window, name.data(), static_cast<int>(name.size()));
     const std::string kind = utf8(name.data(), wcslen(name.data()));
-    const bool visible = IsWindowVisible(window);
+    const auto handle = static_cast<unsigned long long>(reinterpret_cast<ULONG_PTR>(window));
+    // Its parents are visible: the children of a hidden window are not described.
+    const bool visible = GetWindowLongPtrW(window, GWL_STYLE) & WS_VISIBLE;
+    if (!visible) {
+        std::printf("%d\t%s\t0\t0\t%s\t%llu\t0\t0\t0\t0\t0\n", depth, kind.c_str(),
+                    depth == 0 ? escaped(textOfHidden(window, kind)).c_str() : "", handle);
+        return;
+    }
     const bool enabled = IsWindowEnabled(window);
     const std::string text = escaped(textOf(window));
     const LRESULT state = stateOf(window, kind);
     RECT place{}; // looked at last: a window that can be seen has got its place before
     GetWindowRect(window, &place);
-    std::printf("%d\t%s\t%d\t%d\t%s\t%llu\t%ld\t%ld\t%ld\t%ld\t%lld\n", depth, kind.c_str(), visible ? 1 : 0,
-                enabled ? 1 : 0, text.c_str(), static_cast<unsigned long long>(reinterpret_cast<ULONG_PTR>(window)),
-                place.left, place.top, place.right, place.bottom, static_cast<long long>(state));
+    std::printf("%d\t%s\t1\t%d\t%s\t%llu\t%ld\t%ld\t%ld\t%ld\t%lld\n", depth, kind.c_str(), enabled ? 1 : 0,
+                text.c_str(), handle, place.left, place.top, place.right, place.bottom, static_cast<long long>(state));
     for (HWND child = GetWindow(window, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
         describe(child, depth + 1);
     }

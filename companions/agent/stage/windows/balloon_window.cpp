@@ -6,18 +6,18 @@
 #include <cwchar>
 #include <utility>
 
+#include "common/com/handles.h"
+
 namespace agent::stage {
 namespace {
+
+using murmelix::com::wide;
 
 // Pixels at a scale of 1.
 constexpr int padding_at_1 = 9;   // between text and border
 constexpr int tail_at_1 = 18;     // from the body to the character
 constexpr int tail_half_at_1 = 7; // of its width, at its root
 constexpr int corner_at_1 = 12;   // radius
-
-const wchar_t* wide(const char16_t* text) {
-    return reinterpret_cast<const wchar_t*>(text);
-}
 
 // Whether the first letter that has a direction is of a script written from the right.
 bool beginsRightToLeft(std::u16string_view text) {

@@ -6,8 +6,12 @@
 
 #include <usp10.h>
 
+#include "common/com/handles.h"
+
 namespace agent::stage {
 namespace {
+
+using murmelix::com::wide;
 
 using gdi::Font;
 using gdi::Selected;
@@ -20,10 +24,6 @@ constexpr std::array<const wchar_t*, 7> sign_fonts{L"Segoe UI Emoji",  L"Segoe U
                                                    L"Arial Unicode MS"};
 constexpr WORD unknown_glyph = 0;       // drawn as a box
 constexpr char16_t neutral = u'\u25A0'; // has no direction of its own
-
-const wchar_t* wide(const char16_t* text) {
-    return reinterpret_cast<const wchar_t*>(text);
-}
 
 int count(std::u16string_view text) {
     return static_cast<int>(std::min(text.size(), Lettering::longest_line));

@@ -8,7 +8,7 @@ namespace agent::voice {
 
 namespace {
 
-constexpr DWORD poll_ms = 20; // how often a stop is looked for
+constexpr DWORD child_poll_ms = 20; // how often a stop is looked for
 
 } // namespace
 
@@ -36,7 +36,7 @@ std::optional<ChildResult> runChild(std::wstring command_line, std::string_view 
         return failed(reason);
     };
     for (bool running = true; running;) {
-        running = WaitForSingleObject(process.get(), poll_ms) == WAIT_TIMEOUT;
+        running = WaitForSingleObject(process.get(), child_poll_ms) == WAIT_TIMEOUT;
         if (sizeOf(out) > most_output) {
             return ended("the program writes too much");
         }

@@ -14,7 +14,7 @@ namespace agent::voice {
 
 namespace {
 
-constexpr std::chrono::seconds time_limit{22}; // more than the program's own below Wine
+constexpr std::chrono::seconds engine_time_limit{22}; // more than the program's own below Wine
 // What the longest text can sound, and more.
 constexpr std::size_t most_output = std::size_t{60} << 20;
 
@@ -69,15 +69,16 @@ std::optional<std::vector<std::uint8_t>> written(std::optional<ChildResult> resu
 
 RunProgram runnerOf(const std::wstring& path) {
     return [command = L"\"" + path + L"\""](const ProgramRun& run, const std::stop_token& stop, std::string& error) {
-        return written(runChild(withArguments(command, run.arguments), run.input, time_limit, most_output, stop, error),
-                       error);
+        return written(
+            runChild(withArguments(command, run.arguments), run.input, engine_time_limit, most_output, stop, error),
+            error);
     };
 }
 
 RunProgram runnerBelowWine() {
     return [shell = std::make_shared<LastingShell>(std::wstring(below_wine))](
                const ProgramRun& run, const std::stop_token& stop, std::string& error) {
-        return written(shell->run(run.arguments, run.input, time_limit, most_output, stop, error), error);
+        return written(shell->run(run.arguments, run.input, engine_time_limit, most_output, stop, error), error);
     };
 }
 

@@ -15,7 +15,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr long poll_ms = 20;                // how often a stop is looked for
+constexpr long shell_poll_ms = 20;          // how often a stop is looked for
 constexpr std::chrono::seconds greeting{2}; // who connects says who it is within this time
 constexpr std::size_t longest_line = 64;    // of what a shell says
 
@@ -72,7 +72,7 @@ sockaddr_in loopback() {
 bool isReady(const Socket& socket) {
     fd_set readable{};
     FD_SET(socket.get(), &readable);
-    timeval moment{0, poll_ms * 1000};
+    timeval moment{0, shell_poll_ms * 1000};
     return select(0, &readable, nullptr, nullptr, &moment) > 0;
 }
 

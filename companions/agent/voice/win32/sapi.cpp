@@ -23,8 +23,8 @@ using murmelix::com::wide;
 
 constexpr GUID wave_format_id = {0xC31ADBAE, 0x527F, 0x4FF5, {0xA2, 0x30, 0xF6, 0x2B, 0xB6, 0x1F, 0xF7, 0x0C}};
 constexpr wchar_t voices_category[] = L"HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Speech\\Voices";
-constexpr std::chrono::seconds time_limit{20};
-constexpr ULONG poll_ms = 20;
+constexpr std::chrono::seconds sapi_time_limit{20};
+constexpr ULONG sapi_poll_ms = 20;
 constexpr std::uint16_t primary_language = 0x3FF;
 
 template <class T>
@@ -248,8 +248,8 @@ class Sapi : public Engine {
         }
 
         check(voice->Speak(wide(markedUp(text, manner)), SPF_ASYNC | SPF_IS_XML, nullptr));
-        const auto deadline = std::chrono::steady_clock::now() + time_limit;
-        while (voice->WaitUntilDone(poll_ms) == S_FALSE) {
+        const auto deadline = std::chrono::steady_clock::now() + sapi_time_limit;
+        while (voice->WaitUntilDone(sapi_poll_ms) == S_FALSE) {
             if (stop.stop_requested() || std::chrono::steady_clock::now() >= deadline) {
                 voice->Speak(nullptr, SPF_PURGEBEFORESPEAK, nullptr);
                 error = "stopped";
