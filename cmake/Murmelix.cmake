@@ -40,6 +40,9 @@ option(MURMELIX_JOIN_SOURCES "Compile several sources of a library at once" OFF)
 if(MURMELIX_JOIN_SOURCES AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   # The compiler takes a class that a source hides, and that has members of its nameless namespace, for one of a header.
   target_compile_options(murmelix_options INTERFACE -Wno-subobject-linkage)
+elseif(MURMELIX_JOIN_SOURCES)
+  # A local name may be one of another source's nameless namespace.
+  target_compile_options(murmelix_options INTERFACE -Wno-shadow)
 endif()
 
 add_library(precompiled OBJECT EXCLUDE_FROM_ALL ${PROJECT_SOURCE_DIR}/cmake/precompiled.cpp)
