@@ -103,7 +103,7 @@ def audio(address, label):
 class Site:
     def __init__(self, chosen, folder):
         self.chosen, self.folder = chosen, folder
-        self.frames = {name: drawing.Frames(chosen.drawings, name) for name in CAST}
+        self.frames = {name: drawing.Frames(name, chosen.rsvg_convert) for name in CAST}
         typed = [spelling for _, _, group in EMOTICONS for spellings, _ in group for spelling in spellings]
         self.deeds = Deeds(chosen.trace, typed + [text for _, text in DEMO])
         self.jobs = concurrent.futures.ThreadPoolExecutor()
@@ -369,7 +369,6 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("out", type=Path)
     parser.add_argument("--assets", type=Path, required=True, help="where the assets were built")
-    parser.add_argument("--drawings", type=Path, required=True, help="where the characters' frames were drawn")
     for name in ("trace", "rsvg-convert", "version", "host", "support"):
         parser.add_argument(f"--{name}", required=True)
     chosen = parser.parse_args()

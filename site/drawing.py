@@ -1,45 +1,49 @@
 """Pictures of the pages: the characters in their poses and animations, the meadow, the burrow. Drawn by the sources of
-the characters, as SVG; animated ones are put together, as APNG, from the frames that were drawn for the character files."""
+the characters, as SVG; animated ones are put together as APNG."""
 
-import json
 import random
 import re
 import struct
+import subprocess
 import sys
 import zlib
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "assets" / "characters"))
 
-from cast import CAST  # noqa: E402
-from choreography import animations  # noqa: E402
-from figure import REST, SIZE, ellipse, num, path, points, stroke  # noqa: E402
+from cast import CAST as CLASSES  # noqa: E402
+from draw import ellipse, num, path, points, stroke  # noqa: E402
+
+CAST = {name: character() for name, character in CLASSES.items()}
+SIZE = 144  # pixels of a character's canvas
 
 # How often a moving picture moves before it rests: nothing moves for ever beside what people read.
 PLAYS = 4
+LEAST = 12  # 1/100 s a picture of them stands at least
 
 NIGHT = "@media (prefers-color-scheme: dark)"
 
 
-def poses():
+def poses(character):
     """Animation by its name in small letters: the pose that it holds longest, of those that are not at rest."""
     held = {}
-    for animation in animations():
-        frames = [frame for frame in animation.frames if frame["pose"] != REST] or animation.frames
+    for animation in character.animations():
+        frames = [frame for frame in animation.frames if frame["pose"] != character.rest] or animation.frames
         held[animation.name.lower()] = max(frames, key=lambda frame: frame["duration"])["pose"]
     return held
 
 
-POSES = poses()
+POSES = {name: poses(character) for name, character in CAST.items()}
 
 
 def still(character, pose_name):
-    return CAST[character]().svg(POSES[pose_name])
+    return CAST[character].svg(POSES[character][pose_name])
 
 
 def placed(character, pose, x, y, size):
     """A character inside of another picture, its names made its own."""
-    svg = CAST[character]().svg({**REST, **pose})
+    figure = CAST[character]
+    svg = figure.svg(figure.pose(pose))
     svg = re.sub(r'(id="|url\(#)', rf"\1{character}-", svg)
     return svg.replace(f'width="{SIZE}" height="{SIZE}"',
                        f'x="{num(x)}" y="{num(y)}" width="{num(size)}" height="{num(size)}" overflow="visible"', 1)
@@ -113,17 +117,17 @@ def meadow(width, height, guests, seed):
             f'<path class="front" d="{front}"/>{growing}{people}</svg>')
 
 
-OUT_OF_THE_POOL = {**POSES["pleased"], "rise": 0.8, "hole": 1.0, "tilt": 0.0, "dy": 0.0}
+OUT_OF_THE_POOL = {**POSES["Ottoline"]["pleased"], "rise": 0.8, "hole": 1.0, "head.turn": 0.0, "body.y": 0.0}
 
 
 def wide_meadow():
-    return meadow(1200, 420, (("Ottoline", OUT_OF_THE_POOL, 205, 222, 180), ("Brindle", POSES["greet"], 500, 186, 200),
-                              ("Plonk", POSES["congratulate"], 815, 222, 180)), "meadow")
+    return meadow(1200, 420, (("Ottoline", OUT_OF_THE_POOL, 205, 222, 180), ("Brindle", POSES["Brindle"]["greet"], 500, 186, 200),
+                              ("Plonk", POSES["Plonk"]["congratulate"], 815, 222, 180)), "meadow")
 
 
 def narrow_meadow():
-    return meadow(480, 330, (("Ottoline", OUT_OF_THE_POOL, 12, 186, 136), ("Brindle", POSES["greet"], 165, 166, 150),
-                             ("Plonk", POSES["congratulate"], 332, 186, 136)), "narrow meadow")
+    return meadow(480, 330, (("Ottoline", OUT_OF_THE_POOL, 12, 186, 136), ("Brindle", POSES["Brindle"]["greet"], 165, 166, 150),
+                             ("Plonk", POSES["Plonk"]["congratulate"], 332, 186, 136)), "narrow meadow")
 
 
 # The burrow.
@@ -152,7 +156,7 @@ def burrow():
              ".root{fill:none;stroke:#7a5331;stroke-width:4;stroke-linecap:round}"
              f".soil{{fill:#4a2c17}}.hollow{{fill:#2b180b}}{NIGHT}{{.grass{{fill:#33503a}}.tuft{{stroke:#64906a}}"
              ".stone{fill:#38261a;stroke:#150c06}.root{stroke:#463020}.soil{fill:#1f140d}.hollow{fill:#0f0804}}</style>")
-    doze = {**POSES["idle3_2"], "doze": 1.0, "mo": 0.12, "rise": 1.0}
+    doze = {**POSES["Brindle"]["idle3_2"], "doze": 1.0, "mouth.open": 0.1}
     return (f'<svg xmlns="http://www.w3.org/2000/svg" width="{width}" height="{height}" viewBox="0 0 {width} {height}" '
             f'preserveAspectRatio="xMidYMid slice">{style}'
             f'<path class="soil" d="M0,{ground} H{width} V{height} H0 Z"/>'
@@ -207,25 +211,63 @@ def moving(frames, plays=PLAYS):
 
 
 class Frames:
-    """The frames that were drawn for a character's file: `directory` holds its manifest and the pictures of it."""
+    """The frames of a character's animations as pictures."""
 
-    def __init__(self, directory, character):
-        self._directory = Path(directory) / character
-        manifest = json.loads((self._directory / f"{character}.json").read_text("utf-8"))
-        self._files = {name: image["file"] for name, image in manifest["images"].items()}
-        self._animations = {animation["name"].lower(): animation for animation in manifest["animations"]}
+    BATCH = 60  # frames that are drawn at once
 
-    def _of(self, frame, x, y):
-        return ((self._directory / self._files[frame["images"][0]["image"]]).read_bytes(), frame["duration"], x, y)
+    def __init__(self, character, rsvg_convert):
+        self._character, self._converter = CAST[character], rsvg_convert
+        self._animations = {animation.name.lower(): animation for animation in self._character.animations()}
+        self._drawn = {}
+
+    def _draw(self, poses):
+        """Draws what is not drawn yet: many below one another, with an empty row before each. A row of a PNG tells how
+        it differs from the one above, so that the rows of each can be taken out as they are."""
+        missing = {self._key(pose): pose for pose in poses if self._key(pose) not in self._drawn}
+        keys = list(missing)
+        for first in range(0, len(keys), self.BATCH):
+            batch = keys[first:first + self.BATCH]
+            high = len(batch) * (SIZE + 1)
+            cells = "".join(
+                f'<svg y="{number * (SIZE + 1) + 1}" width="{SIZE}" height="{SIZE}" viewBox="0 0 {SIZE} {SIZE}">'
+                f'{self._character.drawn(missing[key], f"p{number}")}</svg>' for number, key in enumerate(batch))
+            svg = (f'<svg xmlns="http://www.w3.org/2000/svg" width="{SIZE}" height="{high}">'
+                   f'<defs>{self._character.defs()}</defs>{cells}</svg>')
+            png = subprocess.run([self._converter], input=svg.encode(), stdout=subprocess.PIPE, check=True).stdout
+            parts = list(chunks(png))
+            rows = zlib.decompress(b"".join(content for kind, content in parts if kind == b"IDAT"))
+            header = struct.pack(">II", SIZE, SIZE) + parts[0][1][8:]
+            length = 1 + 4 * SIZE
+            for number, key in enumerate(batch):
+                begin = (number * (SIZE + 1) + 1) * length
+                self._drawn[key] = (b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", header) +
+                                    chunk(b"IDAT", zlib.compress(rows[begin:begin + SIZE * length], 9)) + chunk(b"IEND", b""))
+
+    @staticmethod
+    def _key(pose):
+        return tuple(sorted(pose.items()))
 
     def rest(self, duration, x=0, y=0):
-        return [(*self._of(self._animations["restpose"]["frames"][0], x, y)[:1], duration, x, y)]
+        self._draw([self._character.rest])
+        return [(self._drawn[self._key(self._character.rest)], duration, x, y)]
 
     def of(self, name, x=0, y=0):
         """The frames of an animation, with those of the way back where it has one."""
         animation = self._animations[name]
-        played = [self._of(frame, x, y) for frame in animation["frames"] if frame.get("images")]
-        return played + (self.of(animation["return"].lower(), x, y) if "return" in animation else [])
+        shown = []
+        for frame in animation.frames:
+            pose = frame["pose"]
+            if pose["rise"] <= 0 and pose["hole"] <= 0:
+                continue
+            # A page is looked at from further away than a desktop, and has to be fetched: every other picture will do.
+            if shown and shown[-1][1] < LEAST:
+                shown[-1][1] += frame["duration"]
+            else:
+                shown.append([pose, frame["duration"]])
+        shown[-1][0] = animation.frames[-1]["pose"] if animation.name != "Hide" else shown[-1][0]
+        self._draw([pose for pose, _ in shown])
+        played = [(self._drawn[self._key(pose)], duration, x, y) for pose, duration in shown]
+        return played + (self.of(animation.returns.lower(), x, y) if animation.returns else [])
 
     def act(self, name):
         """A moving picture: at rest, the animation, at rest again with a blink."""

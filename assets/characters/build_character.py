@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Draws one character: build_character.py NAME DIRECTORY RSVG-CONVERT writes DIRECTORY/NAME.json, the manifest that
-acsbuild reads, and the pictures that it names. Pictures are named by their content: what has not changed is not drawn
-again."""
+acsbuild reads, and the sheets of pictures that it names. Many pictures stand on a sheet, since starting the converter
+takes longer than drawing one of them. Sheets are named by their content: what has not changed is not drawn again."""
 
 import concurrent.futures
 import hashlib
@@ -12,87 +12,119 @@ import subprocess
 import sys
 
 from cast import CAST
-from choreography import STATES, animations, mouthPose
-from figure import MOUTHS, REST, SIZE
+from draw import Sketch, num
+from features import MOUTHS
+
+SHEET = 8               # pictures in a row, and rows
+MARGIN = 24             # pixels around the canvas that a layer may reach into before it is moved to its place
 
 
-class Drawings:
-    def __init__(self, figure, directory, converter):
-        self.figure, self.directory, self.converter = figure, directory, converter
-        self.wanted, self.images = {}, {}
+class Sheets:
+    """Pictures, collected and then drawn many at once."""
 
-    def file(self, pose):
-        svg = self.figure.svg(pose)
-        name = hashlib.sha256(svg.encode()).hexdigest()[:16]
-        self.wanted[name] = svg
-        return name
+    def __init__(self, defs, directory, converter):
+        self.defs, self.directory, self.converter = defs, directory, converter
+        self.places = {}    # (drawing, box) -> number of its picture
+        self.pictures = []  # drawing, box
 
-    def whole(self, pose):
-        name = self.file(pose)
-        self.images[name] = {"file": f"{name}.png"}
-        return name
-
-    def part(self, pose, box):
-        name = self.file(pose)
-        identifier = f"{name}:{box[0]},{box[1]},{box[2]},{box[3]}"
-        self.images[identifier] = {"file": f"{name}.png", "crop": box}
-        return identifier
+    def number(self, drawn, box):
+        """The picture of the part of a drawing inside of the box [x, y, width, height]."""
+        key = (drawn, tuple(box))
+        if key not in self.places:
+            self.places[key] = len(self.pictures)
+            self.pictures.append(key)
+        return self.places[key]
 
     def draw(self):
+        """Draws all; returns of each picture its file and where it stands there."""
         self.directory.mkdir(parents=True, exist_ok=True)
-        missing = [name for name in self.wanted if not (self.directory / f"{name}.png").exists()]
+        sheets, placed = {}, []
+        for first in range(0, len(self.pictures), SHEET * SHEET):
+            batch = self.pictures[first:first + SHEET * SHEET]
+            svg, corners = self.sheet(batch)
+            name = hashlib.sha256(svg.encode()).hexdigest()[:16]
+            sheets[name] = svg
+            placed += [(f"{name}.png", x, y) for x, y in corners]
+        missing = [name for name in sheets if not (self.directory / f"{name}.png").exists()]
         with concurrent.futures.ThreadPoolExecutor(os.cpu_count() or 1) as pool:
-            list(pool.map(self.drawOne, missing))
+            list(pool.map(lambda name: self.convert(name, sheets[name]), missing))
         for old in self.directory.glob("*.png"):
-            if old.stem not in self.wanted:
+            if old.stem not in sheets:
                 old.unlink()
+        return placed
 
-    def drawOne(self, name):
+    def sheet(self, batch):
+        drawn, corners = "", []
+        x = y = high = widest = 0
+        for index, (drawing, (left, top, width, height)) in enumerate(batch):
+            if index % SHEET == 0:
+                x, y, high = 0, y + high, 0
+            corners.append((x, y))
+            drawn += (f'<svg x="{x}" y="{y}" width="{width}" height="{height}" viewBox="{left} {top} {width} {height}">'
+                      f'{drawing.replace(Sketch.prefix, f"p{index}")}</svg>')
+            x, high = x + width, max(high, height)
+            widest = max(widest, x)
+        return (f'<svg xmlns="http://www.w3.org/2000/svg" width="{num(widest)}" height="{num(y + high)}">'
+                f'<defs>{self.defs}</defs>{drawn}</svg>', corners)
+
+    def convert(self, name, svg):
         unfinished = self.directory / f"{name}.part"
-        subprocess.run([self.converter, "-o", str(unfinished)], input=self.wanted[name].encode(), check=True)
+        subprocess.run([self.converter, "-o", str(unfinished)], input=svg.encode(), check=True)
         unfinished.rename(self.directory / f"{name}.png")
 
 
-def mouthBox(figure):
-    """The rectangle in which every shape of the mouth fits, on the resting head."""
-    x, y = figure.mouth_at
-    wide, deep = figure.mouth_size
-    corner = y - REST["mc"] * wide * 0.16
-    left, top, bottom = int(x - wide - 3), int(corner - 4), int(corner + (wide * 0.4 + deep * 1.55) * 0.75 + 3)
-    return [left, top, int(x + wide + 4) - left, bottom - top]
-
-
-def manifest(name, figure, drawings):
-    box = mouthBox(figure)
-    described = []
-    for animation in animations():
-        frames = []
-        for frame, leave in zip(animation.frames, animation.exits()):
+def manifest(character, directory, converter):
+    size, animations = character.size, character.animations()
+    whole, mouths = (Sheets(character.defs(), directory / folder, converter) for folder in ("layers", "mouths"))
+    canvas = (-MARGIN, -MARGIN, size + 2 * MARGIN, size + 2 * MARGIN)
+    for animation in animations:
+        for frame in animation.frames:
             pose = frame["pose"]
+            frame["layers"] = [(x, y, whole.number(drawn, canvas)) for x, y, drawn in character.sketch(pose).layers if drawn]
+            # A speaking mouth is a rectangle cut from the pose with that mouth, so its edges are as smooth as what
+            # surrounds it.
+            if frame["mouths"]:
+                box = character.mouthBox(pose)
+                frame["mouths"] = {shape: (mouths.number(character.sketch(character.speaking(pose, shape)).flattened(), box),
+                                           box) for shape in MOUTHS}
+    figures, parts, images = whole.draw(), mouths.draw(), {}
+    described = []
+    for animation in animations:
+        frames = []
+        for frame in animation.frames:
             entry = {"duration": frame["duration"]}
-            if pose["rise"] > 0 or pose["hole"] > 0:
-                entry["images"] = [{"image": drawings.whole(pose)}]
-            if leave is not None and animation.transition == "exits":
-                entry["exit"] = leave
+            shown = []
+            for left, top, number in reversed(frame["layers"]):
+                file, x, y = figures[number]
+                name = f"l{number}"
+                images[name] = {"file": f"layers/{file}", "crop": [x, y, *canvas[2:]]}
+                shown.append({"image": name, "x": left - MARGIN, "y": top - MARGIN})
+            if shown:
+                entry["images"] = shown
+            if frame["exit"] is not None and animation.transition == "exits":
+                entry["exit"] = frame["exit"]
             if frame["branches"]:
                 entry["branches"] = [{"to": to, "percent": percent} for to, percent in frame["branches"]]
-            speaks = animation.mouths and (animation.transition != "returns" or frame is animation.frames[-1])
-            if speaks and pose["tilt"] == 0 and pose["hx"] == 0 and pose["hy"] == 0:
-                entry["mouths"] = {shape: {"image": drawings.part(mouthPose(pose, shape), box), "x": box[0],
-                                           "y": box[1]}
-                                   for shape in MOUTHS}
+            if frame["mouths"]:
+                entry["mouths"] = {}
+                for shape, (number, box) in frame["mouths"].items():
+                    file, x, y = parts[number]
+                    name = f"m{number}"
+                    images[name] = {"file": f"mouths/{file}", "crop": [x, y, *box[2:]]}
+                    entry["mouths"][shape] = {"image": name, "x": box[0], "y": box[1]}
             frames.append(entry)
         entry = {"name": animation.name, "transition": animation.transition, "frames": frames}
         if animation.returns:
             entry["return"] = animation.returns
         described.append(entry)
     return {
-        "names": [{"language": 0x0409, "name": name, "description": figure.description, "extra": ""}],
-        "guid": figure.guid, "width": SIZE, "height": SIZE, "transparent": "#FF00FF",
-        "voice": {"language": 0x0409, **figure.voice},
+        "names": [{"language": 0x0409, "name": character.name, "description": character.description, "extra": ""}],
+        "guid": character.guid, "width": size, "height": size, "transparent": "#FF00FF",
+        "colours": character.colours,
+        "voice": {"language": 0x0409, **character.voice},
         "balloon": {"lines": 4, "charactersPerLine": 32, "text": "#000000", "font": "Tahoma", "height": -13,
-                    **figure.balloon},
-        "states": STATES, "images": drawings.images, "animations": described,
+                    **character.balloon},
+        "states": character.states, "images": images, "animations": described,
     }
 
 
@@ -100,10 +132,7 @@ def main(arguments):
     if len(arguments) != 4 or arguments[1] not in CAST:
         sys.exit(f"usage: build_character.py {'|'.join(CAST)} DIRECTORY RSVG-CONVERT")
     name, directory = arguments[1], pathlib.Path(arguments[2])
-    figure = CAST[name]()
-    drawings = Drawings(figure, directory, arguments[3])
-    described = manifest(name, figure, drawings)
-    drawings.draw()
+    described = manifest(CAST[name](), directory, arguments[3])
     (directory / f"{name}.json").write_text(json.dumps(described, indent=1) + "\n")
 
 

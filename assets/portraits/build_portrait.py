@@ -9,19 +9,21 @@ import sys
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "characters"))
 
 from cast import CAST  # noqa: E402
-from figure import REST, SIZE  # noqa: E402
 
 PIXELS = 96
-VIEW = (14, 5, 116, 116)  # head and shoulders of any of them, in pixels of their canvas
+VIEW = (0.097, 0.035, 0.806, 0.806)  # head and shoulders of any of them, in shares of their canvas
 
 
 def main(arguments):
     if len(arguments) != 5 or arguments[1] not in CAST:
         sys.exit(f"usage: build_portrait.py {'|'.join(CAST)} FILE.gif RSVG-CONVERT CONVERT")
     _, name, file, rsvg_convert, convert = arguments
-    whole = CAST[name]().svg(REST)
-    svg = whole.replace(f'width="{SIZE}" height="{SIZE}" viewBox="0 0 {SIZE} {SIZE}"',
-                        f'width="{PIXELS}" height="{PIXELS}" viewBox="{" ".join(map(str, VIEW))}"', 1)
+    character = CAST[name]()
+    size = character.size
+    whole = character.svg(character.pose())
+    view = " ".join(f"{share * size:.2f}" for share in VIEW)
+    svg = whole.replace(f'width="{size}" height="{size}" viewBox="0 0 {size} {size}"',
+                        f'width="{PIXELS}" height="{PIXELS}" viewBox="{view}"', 1)
     if svg == whole:
         sys.exit("build_portrait.py: the drawing does not begin as expected")
     png = subprocess.run([rsvg_convert], input=svg.encode(), stdout=subprocess.PIPE, check=True).stdout

@@ -240,8 +240,8 @@ class Pictures {
     }
 
     // Writes images and palette into the character; equal images become one.
-    void write(acs::Character& character, std::uint32_t transparent) {
-        Palette palette(pictures_, transparent);
+    void write(acs::Character& character, std::uint32_t transparent, std::size_t colours) {
+        Palette palette(pictures_, transparent, colours);
         character.palette = palette.colours();
         character.transparent_index = 0;
         std::map<std::pair<std::uint16_t, std::vector<std::uint8_t>>, std::size_t> known;
@@ -504,8 +504,8 @@ acs::Character readCharacter(std::string_view manifest, const std::filesystem::p
         throw ManifestError(error.what());
     }
     const Value root(parsed, "manifest");
-    root.expectMembers({"names", "guid", "width", "height", "transparent", "voice", "balloon", "states", "images",
-                        "sounds", "animations"});
+    root.expectMembers({"names", "guid", "width", "height", "transparent", "colours", "voice", "balloon", "states",
+                        "images", "sounds", "animations"});
     acs::Character character;
     readNames(root["names"], character);
     character.guid = root["guid"].guid();
@@ -522,7 +522,9 @@ acs::Character readCharacter(std::string_view manifest, const std::filesystem::p
 
     Pictures pictures;
     pictures.read(root["images"], directory);
-    pictures.write(character, root.has("transparent") ? root["transparent"].colour() : 0xFF00FF);
+    pictures.write(character, root.has("transparent") ? root["transparent"].colour() : 0xFF00FF,
+                   root.has("colours") ? root["colours"].number<std::size_t>(1, Palette::most_colours)
+                                       : Palette::most_colours);
     Names sounds;
     if (root.has("sounds")) {
         root["sounds"].eachMember([&](const std::string& name, const Value& file) {

@@ -12,7 +12,7 @@ namespace acsbuild {
 
 namespace {
 
-constexpr std::size_t palette_size = 256;
+constexpr std::size_t palette_size = Palette::most_colours + 1;
 
 using Channels = std::array<int, 3>;
 
@@ -108,7 +108,7 @@ std::vector<Span> opaqueSpans(const Picture& picture, int y) {
 
 } // namespace
 
-Palette::Palette(const std::vector<Picture>& pictures, std::uint32_t transparent) {
+Palette::Palette(const std::vector<Picture>& pictures, std::uint32_t transparent, std::size_t most) {
     std::unordered_map<std::uint32_t, double> counts;
     for (const Picture& picture : pictures) {
         for (const std::uint32_t pixel : picture.pixels) {
@@ -130,7 +130,7 @@ Palette::Palette(const std::vector<Picture>& pictures, std::uint32_t transparent
     if (!histogram.empty()) {
         boxes.emplace_back(histogram);
     }
-    while (boxes.size() < palette_size - 1) {
+    while (boxes.size() < most) {
         const auto worst = std::max_element(boxes.begin(), boxes.end(),
                                             [](const Box& a, const Box& b) { return a.spread < b.spread; });
         if (worst == boxes.end() || worst->colours.size() < 2 || worst->spread <= 0) {

@@ -1,6 +1,7 @@
 // One palette for all pictures of a character, and pictures written in it.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <unordered_map>
 #include <vector>
@@ -13,9 +14,11 @@ namespace acsbuild {
 // Colours as 0xRRGGBB. Index 0 is the transparent colour; no other index has that colour.
 class Palette {
   public:
-    // Exact where the pictures have at most 255 colours, else chosen by cutting the colours' space where they differ
+    static constexpr std::size_t most_colours = 255; // beside the transparent one
+
+    // Exact where the pictures have at most `most` colours, else chosen by cutting the colours' space where they differ
     // most.
-    Palette(const std::vector<Picture>& pictures, std::uint32_t transparent);
+    Palette(const std::vector<Picture>& pictures, std::uint32_t transparent, std::size_t most = most_colours);
 
     // 256 colours, the unused ones black.
     std::vector<agent::acs::Colour> colours() const;

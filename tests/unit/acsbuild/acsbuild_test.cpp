@@ -416,6 +416,20 @@ TEST(AcsbuildPalette, AGradientStaysNearItsColours) {
     EXPECT_LE(worst, 16); // 4096 colours in 255 boxes: 16 a box, so no side of a box need be longer than that
 }
 
+TEST(AcsbuildPalette, TakesNoMoreColoursThanAreAllowed) {
+    Picture drawn{255, 1, {}};
+    for (std::uint32_t i = 0; i < 255; ++i) {
+        drawn.pixels.push_back(0xFF000000U | i * 0x010203U);
+    }
+    acsbuild::Palette palette({drawn}, 0xFF00FF, 12);
+    std::set<int> used;
+    for (const std::uint32_t pixel : drawn.pixels) {
+        used.insert(palette.indexOf(pixel));
+    }
+    EXPECT_EQ(used.size(), 12U);
+    EXPECT_EQ(used.count(0), 0U);
+}
+
 TEST(AcsbuildPalette, RowsAreStoredFromTheBottomAndPadded) {
     const Picture drawn = picture(3, 2, {red, green, blue, blue, clear, red});
     acsbuild::Palette palette({drawn}, 0xFF00FF);
@@ -463,6 +477,8 @@ TEST_F(Acsbuild, SaysWhatIsWrongAndWhere) {
         {"width huge", [](json& m) { m["width"] = 18446744073709551615ULL; }, "manifest.width: must be a whole number"},
         {"width a fraction", [](json& m) { m["width"] = 1.5; }, "manifest.width: must be a whole number"},
         {"colour", [](json& m) { m["transparent"] = "#FF00F"; }, "manifest.transparent: must be a colour"},
+        {"colours 0", [](json& m) { m["colours"] = 0; }, "manifest.colours: must be a whole number from 1 to 255"},
+        {"colours 256", [](json& m) { m["colours"] = 256; }, "manifest.colours: must be a whole number from 1 to 255"},
         {"gender",
          [](json& m) {
              m["voice"] = {{"gender", "frog"}};

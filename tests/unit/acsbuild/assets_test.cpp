@@ -9,7 +9,11 @@
 #include <iterator>
 #include <map>
 #include <set>
+#include <sstream>
+#include <stdexcept>
 #include <string>
+#include <system_error>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -36,10 +40,91 @@ std::uint32_t number(const std::vector<std::uint8_t>& bytes, std::size_t at, std
     return value;
 }
 
-class Characters : public testing::TestWithParam<const char*> {
+// Each animation that a character has, in the spelling of the directory.
+enum class Way { none, exits, returns };
+struct Wanted {
+    const char16_t* name;
+    Way way;
+    bool mouths; // on some frame at least
+    const char16_t* way_back = u"";
+};
+const std::vector<Wanted> wanted_animations{
+    {u"RestPose", Way::none, true},
+    {u"Show", Way::none, false},
+    {u"Hide", Way::none, false},
+    {u"Blink", Way::exits, true},
+    {u"Speak", Way::exits, true},
+    {u"Greet", Way::exits, false},
+    {u"Wave", Way::exits, false},
+    {u"Pleased", Way::exits, true},
+    {u"Sad", Way::exits, false},
+    {u"Surprised", Way::exits, false},
+    {u"Confused", Way::exits, false},
+    {u"Uncertain", Way::exits, false},
+    {u"Alert", Way::exits, false},
+    {u"Explain", Way::exits, true},
+    {u"Congratulate", Way::exits, false},
+    {u"Decline", Way::exits, false},
+    {u"Acknowledge", Way::exits, false},
+    {u"Announce", Way::exits, false},
+    {u"Suggest", Way::exits, false},
+    {u"GetAttention", Way::exits, false},
+    {u"Think", Way::returns, false, u"ThinkReturn"},
+    {u"Read", Way::returns, false, u"ReadReturn"},
+    {u"Write", Way::returns, false, u"WriteReturn"},
+    {u"Search", Way::exits, false},
+    {u"Process", Way::exits, false},
+    {u"StartListening", Way::returns, false, u"StopListening"},
+    {u"StopListening", Way::exits, false},
+    {u"Hearing_1", Way::exits, false},
+    {u"Hearing_2", Way::exits, false},
+    {u"Hearing_3", Way::exits, false},
+    {u"GestureUp", Way::returns, true, u"GestureUpReturn"},
+    {u"GestureDown", Way::returns, true, u"GestureDownReturn"},
+    {u"GestureLeft", Way::returns, true, u"GestureLeftReturn"},
+    {u"GestureRight", Way::returns, true, u"GestureRightReturn"},
+    {u"LookUp", Way::returns, false, u"LookUpReturn"},
+    {u"LookDown", Way::returns, false, u"LookDownReturn"},
+    {u"LookLeft", Way::returns, false, u"LookLeftReturn"},
+    {u"LookRight", Way::returns, false, u"LookRightReturn"},
+    {u"MoveUp", Way::returns, false, u"MoveUpReturn"},
+    {u"MoveDown", Way::returns, false, u"MoveDownReturn"},
+    {u"MoveLeft", Way::returns, false, u"MoveLeftReturn"},
+    {u"MoveRight", Way::returns, false, u"MoveRightReturn"},
+    {u"Idle1_1", Way::exits, false},
+    {u"Idle1_2", Way::exits, false},
+    {u"Idle2_1", Way::exits, false},
+    {u"Idle2_2", Way::exits, false},
+    {u"Idle3_1", Way::exits, false},
+    {u"Idle3_2", Way::exits, false},
+};
+
+constexpr std::uint16_t longest_moving = 8;      // 1/100 s: twelve pictures a second and more
+constexpr std::uintmax_t largest_file = 2000000; // bytes
+constexpr std::uint16_t least_side = 128, largest_side = 160;
+
+// The characters that the build is told to make, and any other file that lies beside them.
+std::vector<std::string> charactersOfTheBuild() {
+    std::set<std::string> names;
+    std::string listed = MURMELIX_CHARACTERS;
+    std::replace(listed.begin(), listed.end(), ',', ' ');
+    std::istringstream words(listed);
+    for (std::string name; words >> name;) {
+        names.insert(name);
+    }
+    std::error_code ignored;
+    for (const auto& entry : fs::directory_iterator(assets / "chars", ignored)) {
+        if (entry.path().extension() == ".acs") {
+            names.insert(entry.path().stem().string());
+        }
+    }
+    return {names.begin(), names.end()};
+}
+
+class Characters : public testing::TestWithParam<std::string> {
   protected:
     void SetUp() override {
-        file_ = assets / "chars" / (std::string(GetParam()) + ".acs");
+        file_ = assets / "chars" / (GetParam() + ".acs");
         std::string error;
         const auto bytes = acs::readFile(file_, error);
         ASSERT_TRUE(bytes) << error;
@@ -48,12 +133,65 @@ class Characters : public testing::TestWithParam<const char*> {
         character_ = std::move(*read);
     }
 
+    // What shows of a frame: which images, and where.
+    static std::vector<std::tuple<std::uint32_t, int, int>> shown(const acs::Frame& frame) {
+        std::vector<std::tuple<std::uint32_t, int, int>> result;
+        for (const acs::FrameImage& image : frame.images) {
+            result.emplace_back(image.image, image.x, image.y);
+        }
+        return result;
+    }
+
+    // The pixels of a frame as palette indices, top row first.
+    std::vector<std::uint8_t> composed(const acs::Frame& frame) const {
+        std::vector<std::uint8_t> pixels(std::size_t{character_.width} * character_.height,
+                                         character_.transparent_index);
+        for (std::size_t i = frame.images.size(); i-- > 0;) {
+            const acs::FrameImage& placed = frame.images[i];
+            const acs::Image& image = character_.images.at(placed.image);
+            for (int y = 0; y < image.height; ++y) {
+                for (int x = 0; x < image.width; ++x) {
+                    const int left = placed.x + x, top = placed.y + y;
+                    const std::uint8_t index = image.pixels.at(
+                        static_cast<std::size_t>(image.height - 1 - y) * image.stride() + static_cast<std::size_t>(x));
+                    if (index != character_.transparent_index && left >= 0 && top >= 0 && left < character_.width &&
+                        top < character_.height) {
+                        pixels[static_cast<std::size_t>(top) * character_.width + static_cast<std::size_t>(left)] =
+                            index;
+                    }
+                }
+            }
+        }
+        return pixels;
+    }
+
+    // The first and the last column in which something shows.
+    std::pair<int, int> extent(const acs::Frame& frame) const {
+        const std::vector<std::uint8_t> pixels = composed(frame);
+        std::pair<int, int> found{character_.width, -1};
+        for (std::size_t i = 0; i < pixels.size(); ++i) {
+            if (pixels[i] != character_.transparent_index) {
+                const int x = static_cast<int>(i % character_.width);
+                found = {std::min(found.first, x), std::max(found.second, x)};
+            }
+        }
+        return found;
+    }
+
+    const acs::Animation& animation(const char16_t* name) const {
+        const acs::Animation* const found = character_.findAnimation(name);
+        if (!found) {
+            throw std::runtime_error("there is no " + murmelix::toUtf8(name));
+        }
+        return *found;
+    }
+
     fs::path file_;
     acs::Character character_;
 };
 
-INSTANTIATE_TEST_SUITE_P(All, Characters, testing::Values("Brindle", "Ottoline", "Plonk"),
-                         [](const auto& tested) { return std::string(tested.param); });
+INSTANTIATE_TEST_SUITE_P(All, Characters, testing::ValuesIn(charactersOfTheBuild()),
+                         [](const auto& tested) { return tested.param; });
 
 TEST_P(Characters, AreNamedAsTheirFileIs) {
     ASSERT_FALSE(character_.names.empty());
@@ -62,36 +200,74 @@ TEST_P(Characters, AreNamedAsTheirFileIs) {
 }
 
 TEST_P(Characters, FitASmallWindowAndASmallFile) {
-    EXPECT_EQ(character_.width, 144);
-    EXPECT_EQ(character_.height, 144);
-    EXPECT_LE(fs::file_size(file_), 1024U * 1024U);
+    EXPECT_GE(character_.width, least_side);
+    EXPECT_GE(character_.height, least_side);
+    EXPECT_LE(character_.width, largest_side);
+    EXPECT_LE(character_.height, largest_side);
+    EXPECT_LE(fs::file_size(file_), largest_file);
     for (const acs::Image& image : character_.images) {
-        EXPECT_LE(image.width, 144);
-        EXPECT_LE(image.height, 144);
+        EXPECT_LE(image.width, largest_side + 48);
+        EXPECT_LE(image.height, largest_side + 48);
     }
 }
 
+TEST_P(Characters, HaveAVoiceAndABalloon) {
+    ASSERT_TRUE(character_.voice);
+    ASSERT_TRUE(character_.voice->choice);
+    EXPECT_NE(character_.voice->choice->language_id, 0);
+    EXPECT_TRUE(character_.voice->choice->gender == 1 || character_.voice->choice->gender == 2);
+    EXPECT_GE(character_.voice->pitch, 50);
+    EXPECT_LE(character_.voice->pitch, 400);
+    EXPECT_GE(character_.voice->speed, 100U);
+    EXPECT_LE(character_.voice->speed, 260U);
+    EXPECT_TRUE(character_.balloon);
+}
+
 TEST_P(Characters, KnowEveryAnimationThatIsAskedOfThem) {
-    for (const char16_t* name :
-         {u"RestPose",  u"Show",         u"Hide",        u"Blink",        u"Speak",  u"StartListening", u"Pleased",
-          u"Uncertain", u"Sad",          u"Surprised",   u"Confused",     u"Alert",  u"Explain",        u"Decline",
-          u"GestureUp", u"GestureDown",  u"GestureLeft", u"GestureRight", u"MoveUp", u"MoveDown",       u"MoveLeft",
-          u"MoveRight", u"Congratulate", u"Idle1_1",     u"Greet",        u"Wave",   u"Read",           u"Think"}) {
-        const acs::Animation* const found = character_.findAnimation(name);
-        ASSERT_NE(found, nullptr) << murmelix::toUtf8(name);
-        EXPECT_EQ(found->name, name) << "as the directory spells it";
+    for (const Wanted& wanted : wanted_animations) {
+        const std::string name = murmelix::toUtf8(wanted.name);
+        const acs::Animation* const found = character_.findAnimation(wanted.name);
+        ASSERT_NE(found, nullptr) << name;
+        EXPECT_EQ(found->name, wanted.name) << "as the directory spells it";
+        EXPECT_EQ(found->transition, wanted.way == Way::returns ? acs::Transition::return_animation
+                                     : wanted.way == Way::exits ? acs::Transition::exit_branches
+                                                                : acs::Transition::none)
+            << name;
+        EXPECT_EQ(found->return_animation, wanted.way_back) << name;
+        const bool speaks = std::any_of(found->frames.begin(), found->frames.end(),
+                                        [](const acs::Frame& frame) { return !frame.mouths.empty(); });
+        EXPECT_TRUE(speaks || !wanted.mouths) << name << " has no mouths";
+        if (wanted.way == Way::returns && wanted.mouths) {
+            EXPECT_FALSE(found->frames.back().mouths.empty()) << name << ": it speaks in the pose that it stays in";
+        }
     }
 }
 
 TEST_P(Characters, HaveAnAnimationForEveryState) {
-    for (const char16_t* name : {u"SHOWING", u"HIDING", u"SPEAKING", u"LISTENING", u"HEARING", u"IDLINGLEVEL1",
-                                 u"IDLINGLEVEL2", u"IDLINGLEVEL3", u"GESTURINGUP", u"GESTURINGDOWN", u"GESTURINGLEFT",
-                                 u"GESTURINGRIGHT", u"MOVINGUP", u"MOVINGDOWN", u"MOVINGLEFT", u"MOVINGRIGHT"}) {
+    const std::vector<std::pair<const char16_t*, std::size_t>> states{
+        {u"SHOWING", 1},     {u"HIDING", 1},        {u"SPEAKING", 1},      {u"LISTENING", 1},
+        {u"HEARING", 3},     {u"IDLINGLEVEL1", 2},  {u"IDLINGLEVEL2", 2},  {u"IDLINGLEVEL3", 2},
+        {u"GESTURINGUP", 1}, {u"GESTURINGDOWN", 1}, {u"GESTURINGLEFT", 1}, {u"GESTURINGRIGHT", 1},
+        {u"MOVINGUP", 1},    {u"MOVINGDOWN", 1},    {u"MOVINGLEFT", 1},    {u"MOVINGRIGHT", 1}};
+    for (const auto& [name, least] : states) {
         const acs::State* const state = character_.findState(name);
         ASSERT_NE(state, nullptr) << murmelix::toUtf8(name);
-        EXPECT_FALSE(state->animations.empty()) << murmelix::toUtf8(name);
-        for (const std::u16string& animation : state->animations) {
-            EXPECT_NE(character_.findAnimation(animation), nullptr) << murmelix::toUtf8(animation);
+        EXPECT_GE(state->animations.size(), least) << murmelix::toUtf8(name);
+        for (const std::u16string& played : state->animations) {
+            EXPECT_NE(character_.findAnimation(played), nullptr) << murmelix::toUtf8(played);
+        }
+    }
+}
+
+// Where something moves, twelve pictures a second at least: a frame that stands longer is a hold, and no hold follows
+// another one with a different picture.
+TEST_P(Characters, MoveSmoothly) {
+    for (const acs::Animation& animation : character_.animations) {
+        const std::string name = murmelix::toUtf8(animation.name);
+        for (std::size_t i = 0; i + 1 < animation.frames.size(); ++i) {
+            const acs::Frame &here = animation.frames[i], &next = animation.frames[i + 1];
+            EXPECT_FALSE(here.duration > longest_moving && next.duration > longest_moving && shown(here) != shown(next))
+                << name << " jumps after frame " << i;
         }
     }
 }
@@ -101,70 +277,74 @@ TEST_P(Characters, PointAndGoTheWayOfTheState) {
         {u"GESTURINGUP", u"GestureUp"},       {u"GESTURINGDOWN", u"GestureDown"}, {u"GESTURINGLEFT", u"GestureLeft"},
         {u"GESTURINGRIGHT", u"GestureRight"}, {u"MOVINGUP", u"MoveUp"},           {u"MOVINGDOWN", u"MoveDown"},
         {u"MOVINGLEFT", u"MoveLeft"},         {u"MOVINGRIGHT", u"MoveRight"}};
-    for (const auto& [state, animation] : pairs) {
-        EXPECT_EQ(character_.findState(state)->animations, std::vector<std::u16string>{animation});
+    for (const auto& [state, name] : pairs) {
+        EXPECT_EQ(character_.findState(state)->animations, std::vector<std::u16string>{name});
     }
     // The hand that points to the right, which is the viewer's left, reaches further that way than the figure at rest
-    // does; so to the left.
-    const auto extent = [&](const char16_t* name) {
-        const acs::FrameImage& shown = character_.findAnimation(name)->frames.back().images.at(0);
-        return std::pair<int, int>{shown.x, shown.x + character_.images[shown.image].width};
-    };
-    EXPECT_LE(extent(u"GestureRight").first, extent(u"RestPose").first);
-    EXPECT_LT(extent(u"GestureRight").first, 30);
-    EXPECT_GE(extent(u"GestureLeft").second, extent(u"RestPose").second);
-    EXPECT_GT(extent(u"GestureLeft").second, 114);
+    // does, or nearly to the edge; so to the left.
+    const auto last = [&](const char16_t* name) { return extent(animation(name).frames.back()); };
+    EXPECT_LE(last(u"GestureRight").first, last(u"RestPose").first);
+    EXPECT_LT(last(u"GestureRight").first, character_.width / 5);
+    EXPECT_GE(last(u"GestureLeft").second, last(u"RestPose").second);
+    EXPECT_GT(last(u"GestureLeft").second, character_.width * 4 / 5);
 }
 
-TEST_P(Characters, AreNotCutOffAtTheSidesWhereTheyPointAndGo) {
-    for (const char16_t* name : {u"GestureLeft", u"GestureRight", u"MoveLeft", u"MoveRight", u"GestureUp", u"MoveUp"}) {
-        for (const acs::Frame& frame : character_.findAnimation(name)->frames) {
-            for (const acs::FrameImage& shown : frame.images) {
-                EXPECT_GT(shown.x, 0) << murmelix::toUtf8(name);
-                EXPECT_LT(shown.x + character_.images[shown.image].width, character_.width) << murmelix::toUtf8(name);
-            }
+TEST_P(Characters, AreNotCutOffAtTheSidesWhereTheyStandPointAndGo) {
+    for (const char16_t* name : {u"RestPose", u"GestureLeft", u"GestureRight", u"MoveLeft", u"MoveRight", u"GestureUp",
+                                 u"MoveUp", u"Sad", u"Pleased", u"Surprised", u"StartListening"}) {
+        for (const acs::Frame& frame : animation(name).frames) {
+            const auto [left, right] = extent(frame);
+            EXPECT_GT(left, 0) << murmelix::toUtf8(name);
+            EXPECT_LT(right, character_.width - 1) << murmelix::toUtf8(name);
         }
     }
 }
 
 // The seven shapes differ, lie inside the figure, and the closed one is what the pose shows.
 TEST_P(Characters, SpeakWithSevenMouths) {
-    for (const char16_t* name : {u"RestPose", u"Speak", u"Explain"}) {
-        const acs::Animation* const animation = character_.findAnimation(name);
-        ASSERT_NE(animation, nullptr);
-        for (const acs::Frame& frame : animation->frames) {
-            std::set<int> shapes;
-            std::set<std::uint16_t> images;
-            for (const acs::Mouth& mouth : frame.mouths) {
-                shapes.insert(static_cast<int>(mouth.shape));
-                images.insert(mouth.image);
-                EXPECT_GE(mouth.x, 0);
-                EXPECT_GE(mouth.y, 0);
-                EXPECT_LE(mouth.x + mouth.width, character_.width);
-                EXPECT_LE(mouth.y + mouth.height, character_.height);
-            }
-            EXPECT_EQ(shapes, (std::set<int>{0, 1, 2, 3, 4, 5, 6})) << murmelix::toUtf8(name);
-            EXPECT_EQ(images.size(), 7U) << murmelix::toUtf8(name);
+    const auto check = [&](const acs::Frame& frame, const std::string& name) {
+        std::set<int> shapes;
+        std::set<std::uint16_t> images;
+        for (const acs::Mouth& mouth : frame.mouths) {
+            shapes.insert(static_cast<int>(mouth.shape));
+            images.insert(mouth.image);
+            EXPECT_GE(mouth.x, 0);
+            EXPECT_GE(mouth.y, 0);
+            EXPECT_LE(mouth.x + mouth.width, character_.width);
+            EXPECT_LE(mouth.y + mouth.height, character_.height);
+        }
+        EXPECT_EQ(shapes, (std::set<int>{0, 1, 2, 3, 4, 5, 6})) << name;
+        EXPECT_EQ(images.size(), 7U) << name;
+    };
+    for (const char16_t* everywhere : {u"RestPose", u"Speak", u"Explain"}) {
+        for (const acs::Frame& frame : animation(everywhere).frames) {
+            check(frame, murmelix::toUtf8(everywhere));
         }
     }
-    const acs::Frame& rest = character_.findAnimation(u"RestPose")->frames.at(0);
-    ASSERT_EQ(rest.images.size(), 1U);
-    const acs::Image& whole = character_.images[rest.images[0].image];
-    const auto pixel = [](const acs::Image& image, int x, int y) {
-        return image.pixels.at(static_cast<std::size_t>(image.height - 1 - y) * image.stride() +
-                               static_cast<std::size_t>(x));
-    };
-    int different = 0;
+    for (const acs::Animation& animation : character_.animations) {
+        for (const acs::Frame& frame : animation.frames) {
+            if (!frame.mouths.empty()) {
+                check(frame, murmelix::toUtf8(animation.name));
+            }
+        }
+    }
+    const acs::Frame& rest = animation(u"RestPose").frames.at(0);
+    const std::vector<std::uint8_t> whole = composed(rest);
     const acs::Mouth& closed = rest.mouths.at(0);
+    const acs::Image& image = character_.images.at(closed.image);
+    int different = 0;
     for (int y = 0; y < closed.height; ++y) {
         for (int x = 0; x < closed.width; ++x) {
-            different += pixel(character_.images[closed.image], x, y) !=
-                                 pixel(whole, closed.x + x - rest.images[0].x, closed.y + y - rest.images[0].y)
+            const std::uint8_t index = image.pixels.at(static_cast<std::size_t>(image.height - 1 - y) * image.stride() +
+                                                       static_cast<std::size_t>(x));
+            different += index != whole[static_cast<std::size_t>(closed.y + y) * character_.width +
+                                        static_cast<std::size_t>(closed.x + x)]
                              ? 1
                              : 0;
         }
     }
-    EXPECT_EQ(different, 0);
+    // Where parts of the figure meet, the mouth's own picture has a smooth edge.
+    EXPECT_LE(different, closed.width * closed.height / 20);
 }
 
 // The frames of an animation, from the first until none follows: with `asked` as after a stop, otherwise with no
@@ -205,10 +385,7 @@ TEST_P(Characters, ComeBackToTheRestPose) {
     const acs::Animation* const rest = character_.findAnimation(u"RestPose");
     ASSERT_NE(rest, nullptr);
     ASSERT_EQ(rest->frames.size(), 1U);
-    const auto atRest = [&](const acs::Frame& frame) {
-        return frame.images.size() == 1 && frame.images[0].image == rest->frames[0].images[0].image &&
-               frame.images[0].x == rest->frames[0].images[0].x && frame.images[0].y == rest->frames[0].images[0].y;
-    };
+    const auto atRest = [&](const acs::Frame& frame) { return shown(frame) == shown(rest->frames[0]); };
     for (const acs::Animation& animation : character_.animations) {
         if (animation.name == u"Hide") {
             continue;
@@ -232,33 +409,33 @@ TEST_P(Characters, ComeBackToTheRestPose) {
 TEST_P(Characters, AreNoStiffPictures) {
     for (const char16_t* name : {u"Show", u"Hide", u"Pleased", u"Uncertain", u"Sad", u"Surprised", u"Confused",
                                  u"Alert", u"Explain", u"Congratulate", u"Decline"}) {
-        std::set<std::uint32_t> images;
+        std::set<std::vector<std::tuple<std::uint32_t, int, int>>> pictures;
         int duration = 0;
         for (const acs::Frame& frame : character_.findAnimation(name)->frames) {
-            for (const acs::FrameImage& shown : frame.images) {
-                images.insert(shown.image);
-            }
+            pictures.insert(shown(frame));
             duration += frame.duration;
         }
-        EXPECT_GE(images.size(), 4U) << murmelix::toUtf8(name);
+        EXPECT_GE(pictures.size(), 8U) << murmelix::toUtf8(name);
         EXPECT_GE(duration, 30) << murmelix::toUtf8(name);
-        EXPECT_LE(duration, 400) << murmelix::toUtf8(name);
+        EXPECT_LE(duration, 600) << murmelix::toUtf8(name);
     }
 }
 
 TEST(CharacterSet, CanBeToldApart) {
     std::set<acs::Guid> guids;
     std::set<std::uint16_t> pitches;
-    for (const char* name : {"Brindle", "Ottoline", "Plonk"}) {
+    const std::vector<std::string> names = charactersOfTheBuild();
+    for (const std::string& name : names) {
         std::string error;
-        const auto file = acs::CharacterFile::load(assets / "chars" / (std::string(name) + ".acs"), error);
+        const auto file = acs::CharacterFile::load(assets / "chars" / (name + ".acs"), error);
         ASSERT_TRUE(file) << error;
         guids.insert(file->character().guid);
         ASSERT_TRUE(file->character().voice);
         pitches.insert(file->character().voice->pitch);
     }
-    EXPECT_EQ(guids.size(), 3U);
-    EXPECT_EQ(pitches.size(), 3U);
+    EXPECT_GE(names.size(), 3U);
+    EXPECT_EQ(guids.size(), names.size());
+    EXPECT_EQ(pitches.size(), names.size());
 }
 
 struct IconImage {

@@ -1,89 +1,17 @@
-"""Poses and the drawing of what all characters share: eyes, brows, mouths, arms, marks in the air, the way in.
-
-A pose is a dict of the numbers in REST; a character is a class with the members that Figure uses. All lengths are
-pixels of a 144 x 144 canvas, all angles degrees, "left" and "right" are the viewer's.
-"""
+"""Ottoline, an octopus: of good family, unhurried, and never short of a hand. She comes out of a pool."""
 
 import math
+
+from character import Character
+from draw import Sketch, ellipse, num, path, points, radial, stroke
+from rig import Joints
 
 SIZE = 144
 GROUND = 138.0
 
-REST = {
-    # The whole figure: offset, size about its feet, leaning about its feet.
-    "dx": 0.0, "dy": 0.0, "sx": 1.0, "sy": 1.0, "lean": 0.0,
-    # The head: offset and turn about the neck.
-    "hx": 0.0, "hy": 0.0, "tilt": 0.0,
-    # The hands, in arm lengths from the shoulder: outward and up.
-    "lu": 0.15, "lv": -0.85, "ru": 0.15, "rv": -0.85,
-    # The eyes: how far open (1 is at ease), where they look, laughing arcs, slant of the lids (above 0: sad).
-    "open": 1.0, "gx": 0.0, "gy": 0.0, "happy": 0.0, "slant": 0.0, "pupil": 1.0,
-    # The brows: raised by pixels, turned (above 0: angry), the right one raised further.
-    "brow": 0.0, "frown": 0.0, "cock": 0.0,
-    # The mouth: width, opening, curve (1 smiles, -1 droops).
-    "mw": 1.0, "mo": 0.0, "mc": 0.7,
-    "blush": 0.6,
-    # What each character has of its own: ears, crest or tentacle tips, perked up or drooping.
-    "perk": 0.0,
-    # Things around the figure, each from 0 (absent) to 1.
-    "tear": 0.0, "sweat": 0.0, "ask": 0.0, "call": 0.0, "doze": 0.0, "stars": 0.0, "thought": 0.0, "book": 0.0,
-    # The way in: how far out of the ground, and how wide the opening is.
-    "rise": 1.0, "hole": 0.0,
-}
-
-# The shapes of a speaking mouth, by their names in a manifest: width and opening.
-MOUTHS = {
-    "closed": (1.0, 0.0),
-    "wide1": (0.50, 0.80),
-    "wide2": (0.66, 0.86),
-    "wide3": (0.82, 0.92),
-    "wide4": (1.0, 1.0),
-    "medium": (0.74, 0.48),
-    "narrow": (0.66, 0.20),
-}
-
-
-def num(value):
-    text = f"{value:.2f}".rstrip("0").rstrip(".")
-    return "0" if text in ("-0", "") else text
-
-
-def blend(a, b, t):
-    return {key: a[key] + (b[key] - a[key]) * t for key in a}
-
-
-def ease(t):
-    return t * t * (3 - 2 * t)
-
-
-def distance(a, b):
-    return sum(abs(a[key] - b[key]) for key in a)
-
-
-def ellipse(cx, cy, rx, ry, fill, extra=""):
-    return (f'<ellipse cx="{num(cx)}" cy="{num(cy)}" rx="{num(max(rx, 0))}" ry="{num(max(ry, 0))}" '
-            f'fill="{fill}" {extra}/>')
-
-
-def path(d, fill="none", extra=""):
-    return f'<path d="{d}" fill="{fill}" {extra}/>'
-
-
-def points(*values):
-    return " ".join(num(value) for value in values)
-
-
-def stroke(colour, width):
-    return f'stroke="{colour}" stroke-width="{num(width)}" stroke-linecap="round" stroke-linejoin="round"'
-
-
-def radial(name, light, middle, dark):
-    return (f'<radialGradient id="{name}" cx="0.38" cy="0.28" r="0.85"><stop offset="0" stop-color="{light}"/>'
-            f'<stop offset="0.5" stop-color="{middle}"/><stop offset="1" stop-color="{dark}"/></radialGradient>')
-
 
 class Figure:
-    """A character: give it colours, the places of its features, and defs(), behind(), body(), head()."""
+    """What is drawn of her from the numbers of a pose, in the order of these methods."""
 
     line = "#402010"        # outlines
     line_width = 2.4
@@ -130,30 +58,6 @@ class Figure:
 
     def collar(self, pose):
         return ""
-
-    def svg(self, pose):
-        figure = self.standing(pose)
-        if pose["hole"] > 0:
-            figure = self.fromTheGround(pose, figure)
-        return (f'<svg xmlns="http://www.w3.org/2000/svg" width="{SIZE}" height="{SIZE}" viewBox="0 0 {SIZE} {SIZE}">'
-                f'<defs>{self.defs()}</defs>{figure}{self.air(pose)}</svg>')
-
-    def standing(self, pose):
-        turn = (f'translate({points(pose["dx"], pose["dy"] * self.hop)}) '
-                f'rotate({points(pose["lean"], SIZE / 2, GROUND)}) '
-                f'translate({points(SIZE / 2, GROUND)}) scale({points(pose["sx"], pose["sy"])}) '
-                f'translate({points(-SIZE / 2, -GROUND)})')
-        nod = (f'translate({points(pose["hx"], pose["hy"])}) '
-               f'rotate({points(pose["tilt"], self.neck[0], self.neck[1])})')
-        face = self.face(pose)
-        # A raised hand is in front of the head, a hanging one behind its chin.
-        arms = [(self.hand(pose, side), self.drawArm(pose, side)) for side in (0, 1)]
-        low = "".join(drawn for (_, y), drawn in arms if y > self.neck[1])
-        high = "".join(drawn for (_, y), drawn in arms if y <= self.neck[1])
-        book = self.book(pose) if pose["book"] > 0 else ""
-        return (f'<g transform="{turn}">{self.behind(pose)}{self.body(pose)}{low if not book else ""}'
-                f'<g transform="{nod}">{self.head(pose)}{face}</g>{self.collar(pose)}{high}{book}'
-                f'{low if book else ""}</g>')
 
     def hand(self, pose, side):
         u, v = (pose["lu"], pose["lv"]) if side == 0 else (pose["ru"], pose["rv"])
@@ -220,7 +124,7 @@ class Figure:
         else:
             grown = max(1.0, opening)
             ex, ey = rx * (1 + (grown - 1) * 0.6), ry * grown
-            name = f"e{side}"
+            name = f"@e{side}"
             px, py = x + pose["gx"] * rx * 0.42, y + pose["gy"] * ry * 0.42
             size = self.pupil_size * pose["pupil"]
             iris = ellipse(px, py, size * 1.4, size * 1.5, self.iris) if self.iris else ""
@@ -268,7 +172,7 @@ class Figure:
         d = (f"M{points(x - half, corner)} Q{points(x, top, x + half, corner)} "
              f"C{points(x + half * 0.9, lip, x - half * 0.9, lip, x - half, corner)} Z")
         bottom = corner + (low - corner) * 0.75
-        return (f'<clipPath id="m">{path(d, "#000")}</clipPath>{path(d, self.mouth_colour)}<g clip-path="url(#m)">' +
+        return (f'<clipPath id="@m">{path(d, "#000")}</clipPath>{path(d, self.mouth_colour)}<g clip-path="url(#@m)">' +
                 ellipse(x, bottom + deep * 0.1, half * 0.68, deep * 0.72 * (0.4 + 0.6 * opening), self.tongue) +
                 self.teeth(pose, x, (corner + top) / 2) + "</g>" + path(d, extra=stroke(self.line, 2.2)))
 
@@ -337,17 +241,161 @@ class Figure:
         d = "M" + " L".join(points(x + u * r, y - v * r) for u, v, r in corners) + " Z"
         return path(d, colour, stroke("#5d4a1e", 1.4))
 
-    def fromTheGround(self, pose, figure):
-        dark, darker, rim = self.ground_colours
-        y, rx, ry = 129.0, 56.0 * pose["hole"], 10.0 * pose["hole"]
-        cx = SIZE / 2
-        sunk = (1 - pose["rise"]) * 140
-        front = f"M{points(cx - rx, y)} A{points(rx, ry)} 0 0 0 {points(cx + rx, y)}"
-        clip = (f'<clipPath id="g"><path d="M-20,-60 L164,-60 L164,{num(y)} L{points(cx + rx, y)} '
-                f'A{points(rx, ry)} 0 0 1 {points(cx - rx, y)} L-20,{num(y)} Z"/></clipPath>')
-        if pose["rise"] >= 1:
-            return ellipse(cx, y, rx, ry, dark, stroke(rim, 3.4)) + figure
-        return (clip + ellipse(cx, y, rx, ry, dark, stroke(rim, 3.4)) +
-                ellipse(cx, y + ry * 0.2, rx * 0.86, ry * 0.7, darker) +
-                f'<g clip-path="url(#g)"><g transform="translate(0 {num(sunk)})">{figure}</g></g>' +
-                path(front, extra=stroke(rim, 4.4)))
+
+class Drawing(Figure):
+    """An octopus with a flower behind her ear, had she an ear."""
+
+
+    line = "#44246b"
+    lid = "#a97ae0"
+    arm_fill = "#a174dc"
+    hand_fill = "#a174dc"
+    blush_colour = "#ff8fb0"
+    iris = "#3fa7a0"
+    eyes = ((55.0, 62.0), (89.0, 62.0))
+    eye_size = (11.0, 12.5)
+    pupil_size = 5.4
+    mouth_at = (72.0, 83.0)
+    mouth_size = (10.0, 10.0)
+    cheeks = ((43.0, 79.0), (101.0, 79.0), (6.5, 4.0))
+    neck = (72.0, 96.0)
+    shoulders = ((46.0, 101.0), (98.0, 101.0))
+    arm = (36.0, 10.0, 0.0)
+    spread = 15.0
+    margin = 18.0
+    floor = 125.0
+    hop = 0.5
+    brows = (17.0, 8.0)
+    above = (72.0, 12.0)
+    ground_colours = ("#3b8fc9", "#1d5f99", "#a8e0fb")
+    book_colour = "#d9618a"
+
+    def defs(self):
+        return (radial("skin", "#d9b8ff", "#a97ae0", "#7446b4") + radial("leg", "#b98cf0", "#9566d2", "#6a3da6"))
+
+    def behind(self, pose):
+        drawn = ""
+        lift = pose["perk"] * 4
+        for side in (-1, 1):
+            for start, out, curl in ((18, 50, 7), (10, 33, 6)):
+                x0, x1 = 72 + side * start, 72 + side * out
+                d = (f"M{points(x0, 104)} C{points(x0 + side * 8, 126, x1 - side * 12, 137 - lift, x1, 131 - lift)} "
+                     f"C{points(x1 + side * 7, 127 - lift, x1 + side * 5, 119 - lift, x1 - side * 1, 121.5 - lift)}")
+                drawn += path(d, extra=stroke(self.line,
+                                              11 + 2 * self.line_width)) + path(d, extra=stroke("#8656c2", 11))
+        return drawn
+
+    def body(self, pose):
+        drawn = ""
+        for side in (-1, 1):
+            x0, x1 = 72 + side * 7, 72 + side * 13
+            d = f"M{points(x0, 102)} C{points(x0, 122, x1 - side * 4, 136, x1 + side * 5, 133)}"
+            drawn += path(d, extra=stroke(self.line, 11 + 2 * self.line_width)) + path(d, extra=stroke("#9f71da", 11))
+            drawn += "".join(ellipse(72 + side * x, y, 1.7, 1.7, "#f3d9ff") for x,
+                             y in ((8, 115), (9.5, 122), (12, 128)))
+        return drawn
+
+    def head(self, pose):
+        line = stroke(self.line, self.line_width)
+        dome = ("M72,12 C98,12 114,34 113,60 C112.5,74 108,82 107,92 C106,104 92,111 72,111 "
+                "C52,111 38,104 37,92 C36,82 31.5,74 31,60 C30,34 46,12 72,12 Z")
+        spots = "".join(ellipse(x, y, rx, ry, "#8a5bc9", 'opacity="0.65"')
+                        for x, y, rx, ry in ((50, 32, 6, 4.6), (62, 23, 3.6, 2.8), (42, 43, 3, 3.4),
+                                             (84, 28, 3.2, 2.4)))
+        shine = path("M44,52 C44,38 52,26 62,21", extra=stroke("#efdcff", 3.4) + ' opacity="0.75"')
+        flower = ""
+        turn = pose["perk"] * 12
+        for i in range(5):
+            a = math.radians(i * 72 + turn)
+            flower += ellipse(101 + math.cos(a) * 6, 34 + math.sin(a) * 6, 4.6, 4.6, "#ffd84d", stroke("#9a6a10", 1.3))
+        flower += ellipse(101, 34, 4.0, 4.0, "#ff8a3c", stroke("#9a6a10", 1.2))
+        return path(dome, "url(#skin)", line) + spots + shine + flower
+
+    def drawArm(self, pose, side):
+        x0, y0, cx, cy, x1, y1 = self.limb(pose, side)
+        outward = -1 if side == 0 else 1
+        # The tip goes on from the hand and curls up.
+        dx, dy = x1 - cx, y1 - cy
+        length = math.hypot(dx, dy) or 1
+        dx, dy = dx / length * 8, dy / length * 8
+        qx, qy = (dy, -dx) if outward > 0 else (-dy, dx)
+        d = (f"M{points(x0, y0)} Q{points(cx, cy, x1, y1)} "
+             f"q{points(dx * 0.8, dy * 0.8, dx * 0.4 + qx * 0.9, dy * 0.4 + qy * 0.9)}")
+        cups = ""
+        for t in (0.55, 0.75, 0.95):
+            bx = (1 - t) ** 2 * x0 + 2 * t * (1 - t) * cx + t * t * x1
+            by = (1 - t) ** 2 * y0 + 2 * t * (1 - t) * cy + t * t * y1
+            cups += ellipse(bx - qx * 0.18, by - qy * 0.18, 1.8, 1.8, "#f3d9ff")
+        return (path(d, extra=stroke(self.line, self.arm[1] + 2 * self.line_width)) +
+                path(d, extra=stroke(self.arm_fill, self.arm[1])) + cups)
+
+
+class Face:
+    """Where the mouth moves."""
+
+    @staticmethod
+    def box():
+        return (59, 78, 86, 103)
+
+
+class Ottoline(Character):
+    name = "Ottoline"
+    description = "An octopus of good family, never short of a hand."
+    guid = "{6B1D0F52-7C0A-4E0B-9C55-0E7B3A1F6C02}"
+    voice = {"gender": "female", "speed": 170, "pitch": 215, "age": 25, "style": "Warm"}
+    balloon = {"background": "#F4EAFF", "border": "#4B2A74"}
+    tempo = 0.9
+    springiness = 0.6
+
+    joints = Joints({"body": (None, 72.0, 138.0), "head": ("body", 72.0, 96.0)})
+    mouth = Face()
+    drawing = Drawing()
+
+    # The numbers of a pose as the drawing calls them.
+    NUMBERS = {"dx": "body.x", "dy": "body.y", "lean": "body.turn", "hx": "head.x", "hy": "head.y", "tilt": "head.turn",
+               "lu": "hand.x.L", "lv": "hand.y.L", "ru": "hand.x.R", "rv": "hand.y.R", "open": "eye.open", "gx": "eye.x",
+               "gy": "eye.y", "happy": "eye.smile", "slant": "eye.slant", "pupil": "eye.pupil", "brow": "brow.y",
+               "frown": "brow.turn", "cock": "brow.cock", "mw": "mouth.wide", "mo": "mouth.open", "mc": "mouth.curve",
+               "blush": "blush", "perk": "perk", "tear": "tear", "sweat": "sweat", "ask": "ask", "call": "call",
+               "doze": "doze", "stars": "stars", "thought": "thought", "book": "book"}
+
+    def defs(self):
+        return self.drawing.defs()
+
+    def draw(self, sketch):
+        numbers = {number: sketch[channel] for number, channel in self.NUMBERS.items()}
+        numbers["book"] = max(numbers["book"], sketch["paper"])
+        hole, rise = sketch["hole"], sketch["rise"]
+        dark, darker, rim = self.drawing.ground_colours
+        y, rx, ry, cx = 129.0, 56.0 * hole, 10.0 * hole, SIZE / 2
+        if hole > 0:
+            sketch.layer()
+            sketch.on(None, ellipse(cx, y, rx, ry, dark, stroke(rim, 3.4)))
+        if rise >= 1:
+            self.drawFigure(sketch, numbers)
+        elif rise > 0:
+            inner = Sketch(self.joints, sketch.pose, self.size)
+            self.drawFigure(inner, numbers)
+            water = (f'<path d="M-20,-60 L164,-60 L164,{num(y)} L{points(cx + rx, y)} '
+                     f'A{points(rx, ry)} 0 0 1 {points(cx - rx, y)} L-20,{num(y)} Z"/>')
+            sketch.on(None, ellipse(cx, y + ry * 0.2, rx * 0.86, ry * 0.7, darker), sketch.clip("g", water,
+                      f'<g transform="translate(0 {num((1 - rise) * 140)})">{inner.flattened()}</g>'))
+        if 0 < hole and rise < 1:
+            sketch.on(None, path(f"M{points(cx - rx, y)} A{points(rx, ry)} 0 0 0 {points(cx + rx, y)}",
+                                 extra=stroke(rim, 4.4)))
+        sketch.layer()
+        sketch.on(None, self.drawing.air({**numbers, "dx": 0.0, "dy": 0.0} if rise >= 1 else
+                                         {key: 0.0 for key in numbers}))
+
+    def drawFigure(self, sketch, numbers):
+        drawing = self.drawing
+        arms = [(drawing.hand(numbers, side), drawing.drawArm(numbers, side)) for side in (0, 1)]
+        low = "".join(drawn for (_, y), drawn in arms if y > drawing.neck[1])
+        high = "".join(drawn for (_, y), drawn in arms if y <= drawing.neck[1])
+        book = drawing.book(numbers) if numbers["book"] > 0 else ""
+        for joint, drawn in (("body", drawing.behind(numbers)), ("body", drawing.body(numbers)),
+                             ("body", "" if book else low), ("head", drawing.head(numbers) + drawing.face(numbers)),
+ ("body", high), ("body", book + low if book else "")):
+            if drawn:
+                sketch.layer(joint)
+                sketch.on(joint, drawn)

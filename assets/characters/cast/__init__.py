@@ -1,0 +1,7 @@
+"""The characters, by their names: CAST["Brindle"] is the class."""
+
+from cast.brindle import Brindle
+from cast.ottoline import Ottoline
+from cast.plonk import Plonk
+
+CAST = {character.name: character for character in (Brindle, Ottoline, Plonk)}
