@@ -3,7 +3,7 @@
 
     contact_sheet.py sheet DIRECTORY NAME OUT.png [ANIMATION …]   the frames of each, in rows, on light and dark
     contact_sheet.py cast DIRECTORY NAME OUT.png                  one telling picture of every animation
-    contact_sheet.py moving DIRECTORY NAME OUT.gif ANIMATION …    one after another, on light and dark, side by side
+    contact_sheet.py moving DIRECTORY NAME OUT.gif ANIMATION …    one after another, on light and dark in turn
 
 DIRECTORY holds NAME.json. With `--zoom N` pictures are N times as large. Needs ImageMagick's convert."""
 
@@ -132,18 +132,17 @@ def main():
         write(*joined(rows, film.size, GROUNDS[0]), chosen.out, chosen.zoom, "-strip", "-strip")
     else:
         rest = film.animations["RestPose"]["frames"][0]
-        pixels, width = b"", 0
-        for name in chosen.animations:
+        pixels = bytearray()
+        for number, name in enumerate(chosen.animations):
             clock, shown = 0, 0
-            for frame in film.played(name) + [{**rest, "duration": 60}]:
+            for frame in film.played(name) + [{**rest, "duration": 40}]:
                 clock += frame["duration"]
                 while shown + TICK <= clock:
                     shown += TICK
-                    width, height, both = joined([[film.picture(frame, ground) for ground in GROUNDS]], film.size, GROUNDS[0])
-                    pixels += both
-        subprocess.run(["convert", "-delay", str(TICK), "-loop", "0", "-size", f"{width}x{height}", "-depth", "8", "rgb:-",
-                        "+dither", "-filter", "point", "-resize", f"{chosen.zoom * 100}%", "-colors", "64", "-layers", "optimize",
-                        chosen.out], input=pixels, check=True)
+                    pixels += film.picture(frame, GROUNDS[number % 2])
+        subprocess.run(["convert", "-delay", str(TICK), "-loop", "0", "-size", f"{film.size}x{film.size}", "-depth", "8", "rgb:-",
+                        "+dither", "-filter", "point", "-resize", f"{chosen.zoom * 100}%", "-colors", "24", "-layers", "optimize",
+                        chosen.out], input=bytes(pixels), check=True)
 
 
 if __name__ == "__main__":
