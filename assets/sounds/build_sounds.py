@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Synthesises a sound scheme: build_sounds.py MODULE DIRECTORY writes DIRECTORY/NAME.wav for every sound of the module, 16 bit,
-one channel. With further arguments only the sounds of these names."""
+"""Synthesises a sound scheme: build_sounds.py MODULE DIRECTORY writes DIRECTORY/NAME.wav for every sound of the module,
+16 bit, one channel. With further arguments only the sounds of these names."""
 
 import concurrent.futures
 import importlib

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Looks at a sound scheme: check_scheme.py FOLDER writes length, rate, loudness and true peak of every .wav file in it, and what
-of the names is missing. Ends with 1 where something is missing, cannot be read, or is not as the other schemes are."""
+"""Looks at a sound scheme: check_scheme.py FOLDER writes length, rate, loudness and true peak of every .wav file in it, and
+which of the names are missing. Ends with 1 where one is missing, cannot be read, or is not as the other schemes are."""
 
 import array
 import pathlib

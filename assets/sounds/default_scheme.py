@@ -4,13 +4,13 @@ import math
 
 from instruments import (BELL, SOFT_BELL, TIN, WOOD_BLOCK, bell, blown, bubble, burst, horn, pluck, struck, thump)
 from scheme import scheme
-from synthesis import (RATE, curve, driven, echoed, highPass, hiss, joined, lowPass, mixed, noise, note, resonance, scaled,
-                       shaped, silence, sine)
+from synthesis import (RATE, curve, driven, echoed, highPass, hiss, joined, lowPass, mixed, noise, note, resonance,
+                       scaled, shaped, silence, sine)
 from voices import breathOf, smack, sniffed, voice
 
 SOUNDS, sound = scheme()
 
-MAN, WOMAN, CHILD = 1.0, 1.17, 1.32  # how much higher the formants of smaller heads lie
+MAN, WOMAN, CHILD = 1.0, 1.17, 1.28  # how much higher the formants of smaller heads lie
 
 
 def laughing(rng, syllables, vowel, size, tension, end=0.0, echo=0.16):
@@ -43,10 +43,10 @@ def laugh(rng):
 
 @sound("evil-laugh")
 def evilLaugh(rng):
-    first = voice(0.36, [(0, 82), (0.36, 132)], [(0, "m"), (0.10, "u"), (0.36, "a")], rng, size=0.88, tension=0.7, rough=0.25,
-                  loudness=[(0, 0), (0.1, 0.6), (0.28, 1), (0.36, 0)])
-    rest = laughing(rng, [(0.27, 138, 1.0), (0.28, 130, 1.0), (0.30, 121, 0.95), (0.33, 110, 0.9), (0.44, 96, 0.85)], "a",
-                    0.88, 0.8)
+    first = voice(0.36, [(0, 82), (0.36, 132)], [(0, "m"), (0.10, "u"), (0.36, "a")], rng, size=0.88, tension=0.7,
+                  rough=0.25, loudness=[(0, 0), (0.1, 0.6), (0.28, 1), (0.36, 0)])
+    rest = laughing(rng, [(0.27, 138, 1.0), (0.28, 130, 1.0), (0.30, 121, 0.95), (0.33, 110, 0.9), (0.44, 96, 0.85)],
+                    "a", 0.88, 0.8)
     return echoed(joined(first, rest), 0.13, 0.42, 0.45)
 
 
@@ -61,16 +61,18 @@ def haa(rng):
 @sound("ohhh")
 def ohhh(rng):
     return voice(1.45, [(0, 190), (0.3, 285), (0.7, 250), (1.45, 150)],
-                 [(0, "uh"), (0.18, "o"), (1.0, "o"), (1.45, "u")], rng, size=1.12, tension=[(0, 0.4), (0.3, 0.6), (1.45, 0.2)],
-                 breath=[(0, 0.3), (0.2, 0.05), (0.9, 0.08), (1.45, 0.5)],
-                 vibrato=([(0, 0), (0.5, 0.005), (1.45, 0.015)], 5.2), loudness=[(0, 0), (0.16, 0.9), (0.6, 1), (1.45, 0)])
+                 [(0, "uh"), (0.18, "o"), (1.0, "o"), (1.45, "u")], rng, size=1.12,
+                 tension=[(0, 0.4), (0.3, 0.6), (1.45, 0.2)], breath=[(0, 0.3), (0.2, 0.05), (0.9, 0.08), (1.45, 0.5)],
+                 vibrato=([(0, 0), (0.5, 0.005), (1.45, 0.015)], 5.2),
+                 loudness=[(0, 0), (0.16, 0.9), (0.6, 1), (1.45, 0)])
 
 
 @sound("gasp")
 def gasp(rng):
     """Air drawn in fast, with some voice to it at the height of the fright, then held."""
-    inward = voice(0.62, [(0, 250), (0.3, 330), (0.55, 520), (0.62, 560)], [(0, "uh"), (0.25, "uh"), (0.5, "a"), (0.62, "ae")],
-                   rng, size=[(0, WOMAN), (0.62, WOMAN * 1.08)], tension=0.45, jitter=0.03, shimmer=0.15,
+    inward = voice(0.62, [(0, 250), (0.3, 330), (0.55, 520), (0.62, 560)],
+                   [(0, "uh"), (0.25, "uh"), (0.5, "a"), (0.62, "ae")], rng,
+                   size=[(0, WOMAN), (0.62, WOMAN * 1.08)], tension=0.45, jitter=0.03, shimmer=0.15,
                    breath=[(0, 1.0), (0.22, 0.95), (0.42, 0.62), (0.55, 0.55), (0.6, 0.9), (0.62, 1.0)],
                    loudness=[(0, 0), (0.2, 0.4), (0.42, 0.9), (0.56, 1), (0.6, 0.35), (0.62, 0)])
     let_go = voice(0.4, [(0, 290), (0.1, 320), (0.4, 215)], [(0, "a"), (0.4, "uh")], rng, size=WOMAN, tension=0.25,
@@ -93,13 +95,14 @@ def sigh(rng):
 @sound("sniff")
 def sniff(rng):
     def one(length, level, wet):
-        return sniffed(length, rng, [(0, 0), (length * 0.35, 0.45 * level), (length * 0.88, level), (length, 0)], WOMAN, wet)
-    whimper = voice(0.5, [(0, 300), (0.12, 365), (0.3, 320), (0.5, 235)], [(0, "m"), (0.12, "uh"), (0.32, "uh"), (0.42, "m")],
-                    rng, size=WOMAN, nose=0.6, tension=0.6, jitter=0.02, vibrato=(0.03, 7.5),
-                    breath=[(0, 0.6), (0.1, 0.2), (0.35, 0.3), (0.5, 0.9)],
+        return sniffed(length, rng, [(0, 0), (length * 0.35, 0.45 * level), (length * 0.88, level), (length, 0)], WOMAN,
+                       wet)
+    whimper = voice(0.5, [(0, 300), (0.12, 365), (0.3, 320), (0.5, 235)],
+                    [(0, "m"), (0.12, "uh"), (0.32, "uh"), (0.42, "m")], rng, size=WOMAN, nose=0.6, tension=0.6,
+                    jitter=0.02, vibrato=(0.03, 7.5), breath=[(0, 0.6), (0.1, 0.2), (0.35, 0.3), (0.5, 0.9)],
                     loudness=[(0, 0), (0.12, 1), (0.3, 0.7), (0.5, 0)])
-    return joined(one(0.20, 0.8, 0.2), silence(0.09), one(0.18, 0.85, 0.3), silence(0.10), one(0.42, 1.0, 0.5), silence(0.08),
-                  scaled(whimper, 0.9))
+    return joined(one(0.20, 0.8, 0.2), silence(0.09), one(0.18, 0.85, 0.3), silence(0.10), one(0.42, 1.0, 0.5),
+                  silence(0.08), scaled(whimper, 0.9))
 
 
 @sound("yawn")
@@ -109,9 +112,10 @@ def yawn(rng):
                    size=[(0, 1.0), (0.75, 1.08)], breath=[(0, 1.0), (0.55, 0.97), (0.75, 0.8)], tension=0.2,
                    loudness=[(0, 0), (0.3, 0.3), (0.7, 0.55), (0.75, 0.5)])
     out = voice(1.85, [(0, 180), (0.3, 258), (0.6, 236), (1.1, 165), (1.6, 104), (1.85, 90)],
-                [(0, "a"), (0.7, "a"), (1.15, "o"), (1.5, "uh"), (1.7, "m"), (1.85, "m")], rng,
-                size=[(0, 1.08), (0.7, 1.08), (1.3, 0.98), (1.85, 0.98)], jitter=0.012,
-                tension=[(0, 0.3), (0.3, 0.55), (1.2, 0.3), (1.85, 0.1)], vibrato=([(0, 0), (0.4, 0.012), (1.85, 0.012)], 4.3),
+                [(0, "a"), (0.7, "a"), (1.15, "o"), (1.5, "uh"), (1.7, "m"), (1.85, "m")],
+                rng, size=[(0, 1.08), (0.7, 1.08), (1.3, 0.98), (1.85, 0.98)],
+                jitter=0.012, tension=[(0, 0.3), (0.3, 0.55), (1.2, 0.3), (1.85, 0.1)],
+                vibrato=([(0, 0), (0.4, 0.012), (1.85, 0.012)], 4.3),
                 breath=[(0, 0.75), (0.2, 0.22), (1.0, 0.22), (1.5, 0.45), (1.85, 0.7)],
                 nose=[(0, 0.1), (1.4, 0.3), (1.7, 0.9), (1.85, 0.9)],
                 loudness=[(0, 0.5), (0.25, 1), (0.8, 0.95), (1.3, 0.7), (1.7, 0.3), (1.85, 0)])
@@ -124,19 +128,19 @@ def cry(rng):
     def wail(length, top, level):
         return scaled(voice(length, [(0, top * 0.70), (length * 0.22, top), (length * 0.5, top * 0.95),
                                      (length * 0.8, top * 0.76), (length, top * 0.60)],
-                            [(0, "u"), (length * 0.2, "ae"), (length * 0.65, "a"), (length, "uh")], rng, size=1.25,
-                            vibrato=([(0, 0.01), (length * 0.5, 0.03), (length, 0.045)], 7.2), jitter=0.018, shimmer=0.14,
-                            tension=[(0, 0.4), (length * 0.3, 0.85), (length, 0.4)],
-                            rough=[(0, 0), (length * 0.55, 0.1), (length * 0.8, 0.5), (length, 0.3)],
-                            nose=0.25, breath=[(0, 0.5), (length * 0.15, 0.08), (length * 0.7, 0.12), (length, 0.8)],
-                            loudness=[(0, 0), (length * 0.2, 0.95), (length * 0.5, 1), (length * 0.8, 0.6), (length, 0)]),
-                      level)
+                            [(0, "u"), (length * 0.2, "ae"), (length * 0.65, "a"), (length, "uh")], rng,
+                            size=CHILD, vibrato=([(0, 0.01), (length * 0.5, 0.03), (length, 0.045)], 7.2),
+                            jitter=0.018, shimmer=0.14, tension=[(0, 0.4), (length * 0.3, 0.85), (length, 0.4)],
+                            rough=[(0, 0), (length * 0.55, 0.1), (length * 0.8, 0.5), (length, 0.3)], nose=0.25,
+                            breath=[(0, 0.5), (length * 0.15, 0.08), (length * 0.7, 0.12), (length, 0.8)],
+                            loudness=[(0, 0), (length * 0.2, 0.95), (length * 0.5, 1), (length * 0.8, 0.6),
+                                      (length, 0)]), level)
 
     def sob(pitch):
-        return voice(0.13, [(0, pitch), (0.13, pitch * 1.3)], [(0, "uh"), (0.13, "ae")], rng, size=1.3,
+        return voice(0.13, [(0, pitch), (0.13, pitch * 1.3)], [(0, "uh"), (0.13, "ae")], rng, size=CHILD,
                      breath=[(0, 1.0), (0.06, 0.7), (0.13, 1.0)], loudness=[(0, 0), (0.08, 0.3), (0.13, 0)])
-    return joined(wail(0.72, 470, 1.0), sob(390), silence(0.02), sob(420), wail(0.62, 450, 0.9), sob(380), silence(0.02),
-                  sob(400), silence(0.02), wail(0.66, 405, 0.75))
+    return joined(wail(0.72, 470, 1.0), sob(390), silence(0.02), sob(420), wail(0.62, 450, 0.9), sob(380),
+                  silence(0.02), sob(400), silence(0.02), wail(0.66, 405, 0.75))
 
 
 @sound("angry")
@@ -150,8 +154,9 @@ def angry(rng):
 @sound("yehaa")
 def yehaa(rng):
     return echoed(voice(1.45, [(0, 300), (0.30, 440), (0.42, 470), (0.56, 640), (0.9, 590), (1.45, 300)],
-                        [(0, "i"), (0.20, "i"), (0.34, "e"), (0.46, "ae"), (0.6, "a"), (1.45, "a")], rng, size=1.12, tension=0.85,
-                        breath=[(0, 0.2), (0.05, 0.05), (0.34, 0.1), (0.41, 0.65), (0.48, 0.08), (1.1, 0.1), (1.45, 0.6)],
+                        [(0, "i"), (0.20, "i"), (0.34, "e"), (0.46, "ae"), (0.6, "a"), (1.45, "a")], rng,
+                        size=1.12, tension=0.85, breath=[(0, 0.2), (0.05, 0.05), (0.34, 0.1), (0.41, 0.65),
+                                                         (0.48, 0.08), (1.1, 0.1), (1.45, 0.6)],
                         vibrato=([(0, 0), (0.6, 0.004), (1.2, 0.015)], 6),
                         loudness=[(0, 0), (0.06, 0.7), (0.3, 0.8), (0.40, 0.35), (0.55, 1), (1.0, 0.85), (1.45, 0)]),
                   0.09, 0.22, 0.25)
@@ -159,8 +164,9 @@ def yehaa(rng):
 
 @sound("boo")
 def boo(rng):
-    ghost = voice(1.5, [(0, 170), (0.3, 330), (0.8, 290), (1.5, 165)], [(0, "m"), (0.06, "u"), (1.5, "u")], rng, size=1.08,
-                  tension=0.55, breath=[(0, 0.1), (0.3, 0.15), (1.5, 0.6)], vibrato=([(0, 0), (0.3, 0.03), (1.5, 0.05)], 6.2),
+    ghost = voice(1.5, [(0, 170), (0.3, 330), (0.8, 290), (1.5, 165)], [(0, "m"), (0.06, "u"), (1.5, "u")],
+                  rng, size=1.08, tension=0.55, breath=[(0, 0.1), (0.3, 0.15), (1.5, 0.6)],
+                  vibrato=([(0, 0), (0.3, 0.03), (1.5, 0.05)], 6.2),
                   loudness=[(0, 0), (0.05, 0.5), (0.12, 0.9), (0.4, 1), (0.9, 0.8), (1.5, 0)])
     return echoed(ghost, 0.17, 0.45, 0.6)
 
@@ -170,18 +176,19 @@ def burp(rng):
     """The gullet's slack fold: slow, ragged pulses."""
     length = 0.95
     pitch = [(0.05 * i, 82 - 26 * (i / 19) + rng.uniform(-9, 9)) for i in range(20)]
-    return driven(voice(length, pitch, [(0, "uh"), (0.12, "o"), (0.35, "a"), (0.6, "er"), (length, "o")], rng, size=0.95,
-                        jitter=0.10, shimmer=0.5, rough=[(0, 0.3), (0.4, 0.6), (length, 0.9)], tension=0.55,
-                        breath=[(0, 0.5), (0.05, 0.25), (0.6, 0.3), (length, 0.6)],
-                        loudness=[(0, 0), (0.025, 0.9), (0.15, 1), (0.4, 0.75), (0.55, 0.95), (0.75, 0.6), (length, 0)]), 1.2)
+    return driven(voice(length, pitch, [(0, "uh"), (0.12, "o"), (0.35, "a"), (0.6, "er"), (length, "o")], rng,
+                        size=0.95, jitter=0.10, shimmer=0.5, rough=[(0, 0.3), (0.4, 0.6), (length, 0.9)],
+                        tension=0.55, breath=[(0, 0.5), (0.05, 0.25), (0.6, 0.3), (length, 0.6)],
+                        loudness=[(0, 0), (0.025, 0.9), (0.15, 1), (0.4, 0.75), (0.55, 0.95), (0.75, 0.6),
+                                  (length, 0)]), 1.2)
 
 
 @sound("kiss")
 def kiss(rng):
     hum = voice(0.34, [(0, 215), (0.34, 330)], "m", rng, size=WOMAN, nose=0.7, tension=0.7,
                 loudness=[(0, 0), (0.12, 0.75), (0.3, 0.9), (0.34, 0.1)])
-    after = voice(0.42, [(0, 345), (0.1, 330), (0.42, 215)], [(0, "u"), (0.12, "a"), (0.42, "uh")], rng, size=WOMAN, tension=0.3,
-                  breath=[(0, 0.25), (0.15, 0.25), (0.42, 0.95)],
+    after = voice(0.42, [(0, 345), (0.1, 330), (0.42, 215)], [(0, "u"), (0.12, "a"), (0.42, "uh")],
+                  rng, size=WOMAN, tension=0.3, breath=[(0, 0.25), (0.15, 0.25), (0.42, 0.95)],
                   loudness=[(0, 0), (0.06, 0.9), (0.16, 0.8), (0.42, 0)])
     return mixed((0.0, hum, 0.55), (0.28, smack(rng, WOMAN), 0.9), (0.47, after, 0.6))
 
@@ -192,8 +199,8 @@ def hugged(rng, low, high, size):
                 size=size, nose=[(0, 0.7), (0.75, 0.7), (0.9, 0.3), (1.1, 0.3)], tension=0.75, vibrato=(0.01, 5),
                 breath=[(0, 0.1), (0.7, 0.1), (1.1, 0.9)],
                 loudness=[(0, 0), (0.2, 0.8), (0.5, 1), (1.1, 0)])
-    squeeze = voice(0.2, [(0, high), (0.2, high * 1.25)], [(0, "uh"), (0.2, "m")], rng, size=size, tension=0.8, rough=0.3,
-                    loudness=[(0, 0), (0.1, 0.5), (0.2, 0)])
+    squeeze = voice(0.2, [(0, high), (0.2, high * 1.25)], [(0, "uh"), (0.2, "m")], rng, size=size, tension=0.8,
+                    rough=0.3, loudness=[(0, 0), (0.1, 0.5), (0.2, 0)])
     return mixed((0.0, cloth, 0.6), (0.16, hum, 1.0), (0.1, squeeze, 0.6))
 
 
@@ -219,17 +226,20 @@ def cat(rng):
 @sound("dog")
 def dog(rng):
     def bark(pitch, level):
-        return scaled(driven(voice(0.24, [(0, pitch * 0.7), (0.05, pitch * 1.3), (0.12, pitch * 1.1), (0.24, pitch * 0.5)],
-                                   [(0, "u"), (0.05, "a"), (0.14, "a"), (0.24, "u")], rng, size=0.92, tension=0.9, rough=0.45,
-                                   jitter=0.05, shimmer=0.2, breath=[(0, 0.6), (0.03, 0.25), (0.12, 0.3), (0.24, 0.8)],
+        return scaled(driven(voice(0.24, [(0, pitch * 0.7), (0.05, pitch * 1.3), (0.12, pitch * 1.1),
+                                          (0.24, pitch * 0.5)], [(0, "u"), (0.05, "a"), (0.14, "a"), (0.24, "u")],
+                                   rng, size=0.92, tension=0.9, rough=0.45, jitter=0.05, shimmer=0.2,
+                                   breath=[(0, 0.6), (0.03, 0.25), (0.12, 0.3), (0.24, 0.8)],
                                    loudness=[(0, 0), (0.025, 1), (0.12, 0.75), (0.24, 0)]), 1.6), level)
-    return echoed(joined(bark(290, 1.0), silence(0.1), bark(310, 1.0), silence(0.16), bark(275, 0.95)), 0.05, 0.25, 0.15)
+    return echoed(joined(bark(290, 1.0), silence(0.1), bark(310, 1.0), silence(0.16), bark(275, 0.95)), 0.05, 0.25,
+                  0.15)
 
 
 @sound("snore")
 def snore(rng):
-    flutter = voice(1.15, [(0, 24), (0.3, 31), (1.15, 37)], [(0, "er"), (0.6, "uh"), (1.15, "er")], rng, size=0.9, nose=0.6,
-                    breath=0.62, tension=0.7, jitter=0.06, shimmer=0.4, loudness=[(0, 0), (0.3, 0.6), (1.0, 1), (1.15, 0)])
+    flutter = voice(1.15, [(0, 24), (0.3, 31), (1.15, 37)], [(0, "er"), (0.6, "uh"), (1.15, "er")],
+                    rng, size=0.9, nose=0.6, breath=0.62, tension=0.7, jitter=0.06, shimmer=0.4,
+                    loudness=[(0, 0), (0.3, 0.6), (1.0, 1), (1.15, 0)])
     rattle = curve([(0, 0), (0.2, 1), (1.15, 1)], len(flutter))
     air = hiss(1.15, [(0, 700), (1.15, 1250)], 600, rng, [(0, 0), (0.35, 0.5), (1.0, 1), (1.15, 0)])
     air = [a * (1 - 0.85 * r * (0.5 + 0.5 * math.cos(2 * math.pi * (29 + 3 * i / RATE) * i / RATE)))
@@ -317,8 +327,9 @@ def angel(rng):
     choir = []
     for name, size in (("C4", 1.05), ("E4", 1.12), ("G4", 1.16), ("C5", 1.22)):
         for detune in (0.996, 1.004):
-            choir.append((0.0, voice(1.9, note(name) * detune, [(0, "u"), (0.4, "a"), (1.9, "a")], rng, size=size,
-                                     breath=0.10, tension=0.3, vibrato=([(0, 0), (0.5, 0.008), (1.9, 0.011)], 5 + rng.random()),
+            choir.append((0.0, voice(1.9, note(name) * detune, [(0, "u"), (0.4, "a"), (1.9, "a")],
+                                     rng, size=size, breath=0.10, tension=0.3,
+                                     vibrato=([(0, 0), (0.5, 0.008), (1.9, 0.011)], 5 + rng.random()),
                                      loudness=[(0, 0), (0.5, 1), (1.2, 0.9), (1.9, 0)]), 0.3))
     harp = [(0.08 * i, pluck(1.2, note(name), rng, 0.4), 0.22)
             for i, name in enumerate(("C5", "E5", "G5", "B5", "C6", "E6", "G6"))]
@@ -413,12 +424,14 @@ def birthday(rng):
 @sound("email")
 def email(rng):
     swish = hiss(0.34, [(0, 900), (0.2, 4200), (0.34, 2600)], 1200, rng, [(0, 0), (0.18, 0.9), (0.34, 0)])
-    return mixed((0.0, swish, 0.7), (0.3, bell(0.7, note("E5"), decay=0.2), 0.5), (0.46, bell(0.9, note("B5"), decay=0.28), 0.5))
+    return mixed((0.0, swish, 0.7), (0.3, bell(0.7, note("E5"), decay=0.2), 0.5),
+                 (0.46, bell(0.9, note("B5"), decay=0.28), 0.5))
 
 
 @sound("MSN")
 def messenger(rng):
-    return echoed(mixed((0.0, bell(0.5, note("D5"), SOFT_BELL, 0.2), 0.8), (0.13, bell(0.5, note("A5"), SOFT_BELL, 0.2), 0.8),
+    return echoed(mixed((0.0, bell(0.5, note("D5"), SOFT_BELL, 0.2), 0.8),
+                        (0.13, bell(0.5, note("A5"), SOFT_BELL, 0.2), 0.8),
                         (0.26, bell(0.9, note("F#5"), SOFT_BELL, 0.3), 0.9)), 0.08, 0.25, 0.2)
 
 
@@ -427,7 +440,8 @@ def ring(rng):
     def burr(length):
         blow = mixed(bell(0.12, 1180, decay=0.06), (0.0, bell(0.12, 1490, decay=0.06), 0.8))
         strokes = [(i / 24, blow, 0.8 + 0.2 * (i % 2)) for i in range(int(length * 24))]
-        return mixed(*strokes, (length, mixed(bell(0.4, 1180, decay=0.13), (0.0, bell(0.4, 1490, decay=0.11), 0.8)), 0.8))
+        return mixed(*strokes,
+                     (length, mixed(bell(0.4, 1180, decay=0.13), (0.0, bell(0.4, 1490, decay=0.11), 0.8)), 0.8))
     return joined(burr(0.55), silence(0.05), burr(0.55))
 
 
@@ -437,18 +451,21 @@ def camera(rng):
     def clack(bright, body):
         return mixed(burst(0.08, 0.007, bright, 2500, rng), (0.0, burst(0.08, 0.016, 900, 500, rng), 0.9),
                      (0.0, struck(0.08, body, TIN, 0.014, rng), 0.25))
-    motor = mixed((0.0, blown(0.55, [(0, 150), (0.12, 330), (0.48, 315), (0.55, 210)], (0.8, 0.6, 0.5, 0.4, 0.3, 0.25, 0.2)), 0.22),
+    motor = mixed((0.0, blown(0.55, [(0, 150), (0.12, 330), (0.48, 315), (0.55, 210)],
+                              (0.8, 0.6, 0.5, 0.4, 0.3, 0.25, 0.2)), 0.22),
                   (0.0, blown(0.55, [(0, 900), (0.12, 1990), (0.48, 1890), (0.55, 1260)], (0.4, 0.2)), 0.07),
                   (0.0, highPass(noise(0.55, rng), 2500), 0.08))
     motor = shaped(motor, [(0, 0), (0.06, 1), (0.48, 1), (0.55, 0)])
-    shutter = driven(mixed((0.0, clack(3800, 700), 1.4), (0.05, clack(2600, 520), 1.7), (0.10, clack(4800, 830), 1.0)), 1.5)
+    shutter = driven(mixed((0.0, clack(3800, 700), 1.4), (0.05, clack(2600, 520), 1.7), (0.10, clack(4800, 830), 1.0)),
+                     1.5)
     return mixed((0.0, shutter, 0.9), (0.2, motor, 0.55), (0.75, clack(2200, 600), 0.6), (0.81, silence(0.05)))
 
 
 @sound("clock")
 def clock(rng):
     def tick(frequency):
-        return mixed(struck(0.2, frequency, WOOD_BLOCK, 0.022, rng, 0.8), (0.0, burst(0.2, 0.035, frequency * 0.42, 120, rng), 1.2),
+        return mixed(struck(0.2, frequency, WOOD_BLOCK, 0.022, rng, 0.8),
+                     (0.0, burst(0.2, 0.035, frequency * 0.42, 120, rng), 1.2),
                      (0.0, burst(0.03, 0.003, 5200, 3000, rng), 0.6))
     beats = [(0.3 * i, driven(tick(1850 if i % 2 == 0 else 1380), 1.4), 1.0) for i in range(6)]
     return echoed(mixed(*beats), 0.03, 0.3, 0.15)

@@ -2,13 +2,13 @@
 
 import math
 
-from synthesis import (RATE, count, curve, decayed, driven, hiss, lowPass, mixed, noise, resonance, ringing, shaped, sine,
-                       times)
+from synthesis import (RATE, count, curve, decayed, driven, hiss, lowPass, mixed, noise, resonance, ringing, shaped,
+                       sine, times)
 
 # (ratio, loudness, part of the decay time)
 BELL = ((1, 1.0, 1.0), (2.76, 0.5, 0.6), (5.40, 0.25, 0.35), (8.93, 0.12, 0.2))
 SOFT_BELL = ((1, 1.0, 1.0), (2, 0.35, 0.7), (3, 0.12, 0.5), (4.2, 0.08, 0.3))
-MARIMBA = ((1, 1.0, 1.0), (3.93, 0.35, 0.28), (9.5, 0.12, 0.10))      # bars hollowed out so that the second is two octaves up
+MARIMBA = ((1, 1.0, 1.0), (3.93, 0.35, 0.28), (9.5, 0.12, 0.10))      # hollowed bars: the second two octaves up
 XYLOPHONE = ((1, 1.0, 1.0), (3.0, 0.5, 0.5), (6.1, 0.22, 0.3), (10.2, 0.1, 0.15))
 MUSIC_BOX = ((1, 1.0, 1.0), (6.27, 0.22, 0.35), (17.5, 0.06, 0.1))    # the teeth of its comb: bars held at one end
 TOY_PIANO = ((1, 1.0, 1.0), (2.01, 0.3, 0.8), (5.4, 0.30, 0.4), (8.8, 0.12, 0.2))  # struck rods
@@ -92,8 +92,8 @@ def bubble(seconds, start, end, loudness=1.0):
 def slideWhistle(seconds, frequency, rng, loudness=1.0, vibrato=(0.0, 6.0)):
     """A whistle with a plunger: nearly a sine, its odd overtones, and the air at its edge."""
     tone = blown(seconds, frequency, (0.04, 0.10, 0.01, 0.03), vibrato)
-    return shaped(mixed(tone, (0.0, hiss(seconds, frequency, 350, rng), 0.30), (0.0, hiss(seconds, 5200, 3000, rng), 0.05)),
-                  loudness)
+    return shaped(mixed(tone, (0.0, hiss(seconds, frequency, 350, rng), 0.30),
+                        (0.0, hiss(seconds, 5200, 3000, rng), 0.05)), loudness)
 
 
 def kazoo(seconds, frequency, rng, loudness=1.0, vibrato=(0.01, 6.0)):

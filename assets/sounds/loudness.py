@@ -1,12 +1,12 @@
 """How loud a sound is: loudness after ITU-R BS.1770 and EBU R 128, and its true peak.
 
-Samples are numbers about 1.0 as full scale; loudness is in LUFS, peaks are in dBTP. A sound is a list of channels, each a
-list of samples; the channels are front ones (one: mono, two: left and right), which all count once. So a sine of 997 Hz at
-full scale reads -3.01 LUFS in one channel and 0.0 LUFS in two.
+Full scale is 1.0; loudness is in LUFS, peaks are in dBTP. A sound is a list of channels, each a list of samples; the
+channels are front ones (one: mono, two: left and right), which all count once. So a sine of 997 Hz at full scale reads
+-3.01 LUFS in one channel and 0.0 LUFS in two.
 
-The standard averages over blocks of 400 ms, one begun every 100 ms, and leaves out those below -70 LUFS and then those more
-than 10 LU below the mean of the rest. Only whole blocks count. A sound shorter than one block has no loudness by the standard:
-here it is measured as one block, as if silence followed.
+The standard averages over blocks of 400 ms, one begun every 100 ms, and leaves out those below -70 LUFS and then those
+more than 10 LU below the mean of the rest. Only whole blocks count. A sound shorter than one block has no loudness by the
+standard: here it is measured as one block, as if silence followed.
 """
 
 import math
@@ -17,8 +17,8 @@ OFFSET = -0.691        # so that the weighting's gain at 997 Hz cancels out
 ABSOLUTE_GATE = -70.0  # LUFS
 RELATIVE_GATE = -10.0  # LU
 
-# The two stages of the K weighting at 48 kHz as the standard gives them (numerator, denominator without its leading 1), with
-# the frequency at which each of them bends.
+# The two stages of the K weighting at 48 kHz as the standard gives them (numerator, denominator without its leading 1),
+# with the frequency at which each of them bends.
 STANDARD_RATE = 48000
 SHELF = ((1.53512485958697, -2.69169618940638, 1.19839281085285), (-1.69065929318241, 0.73248077421585), 1681.97)
 HIGH_PASS = ((1.0, -2.0, 1.0), (-1.99004745483398, 0.99007225036621), 38.14)
@@ -34,8 +34,8 @@ def decibels(ratio):
 
 
 def atRate(stage, rate):
-    """The stage at another rate: back to the analogue filter and on to the new rate by bilinear transforms, equal where it
-    bends."""
+    """The stage at another rate: back to the analogue filter and on to the new rate by bilinear transforms, equal where
+    it bends."""
     numerator, denominator, bend = stage
     k = math.tan(math.pi * bend / STANDARD_RATE) / math.tan(math.pi * bend / rate)
 

@@ -10,7 +10,7 @@ TARGET = -18.0     # LUFS
 NEAR_ENOUGH = 0.1  # LU
 CEILING = -1.5     # dBTP
 # What the limiter may take away. A sound that needs more is too sharp for its loudness: it has to be made denser.
-MOST_LIMITED = 9.0  # dB
+MOST_LIMITED = 6.0  # dB
 LEAST_SECONDS, MOST_SECONDS = 0.4, 3.0
 QUIET = 0.003      # of the peak: what is lower at the start and the end is cut off
 STRETCH = 32       # samples in which the limiter's gain moves along a straight line
@@ -33,7 +33,7 @@ def faded(sound):
 
 
 def wholeHops(sound):
-    """With silence up to whole tenths of a second, so that all of it lies in blocks that the loudness is measured in."""
+    """With silence up to whole tenths of a second, so that all of it lies in blocks of which the loudness is measured."""
     hop = round(RATE * loudness.HOP_SECONDS)
     length = max(count(LEAST_SECONDS), -(-len(sound) // hop) * hop)
     return sound + [0.0] * (length - len(sound))

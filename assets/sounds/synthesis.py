@@ -1,7 +1,7 @@
 """Sound from numbers: curves, sources, filters and mixing. A sound is a list of floats at RATE samples a second.
 
-A curve is a number, or a list of (seconds, value) points in their order, joined by straight lines; before the first and after
-the last it stays.
+A curve is a number, or a list of (seconds, value) points in their order, joined by straight lines; before the first and
+after the last it stays.
 """
 
 import math
@@ -165,8 +165,8 @@ def partial(length, frequency, loudness, decay):
 
 
 def ringing(seconds, frequency, partials, decay):
-    """What is struck: partials are (ratio, loudness, part of the decay time); above the highest that can be heard they are
-    left out."""
+    """What is struck: partials are (ratio, loudness, part of the decay time); above what the rate can hold they are left
+    out."""
     length = count(seconds)
     result = [0.0] * length
     for ratio, loudness, lasting in partials:

@@ -43,9 +43,9 @@ class Line:
 def folds(length, pitch, breath, tension, rng, jitter, shimmer, vibrato, rough):
     """The change of the air's flow, period by period, as (pulses, breath's noise).
 
-    While the folds are open the flow rises slowly and breaks off suddenly: 2x - 3x2 over the open part, which is the longer
-    the slacker they are. Periods differ a little in length (jitter) and strength (shimmer), and every other one where the
-    voice is rough. The noise is strongest while they are open."""
+    While the folds are open the flow rises slowly and breaks off suddenly: 2x - 3x2 over the open part, which is the
+    longer the slacker they are. Periods differ a little in length (jitter) and strength (shimmer), and every other one
+    where the voice is rough. The noise is strongest while they are open."""
     pitch, breath, tension, rough = Line(pitch), Line(breath), Line(tension), Line(rough)
     depth, speed = vibrato
     depth = Line(depth)
@@ -101,10 +101,10 @@ def softened(pulses, tension):
 
 def voice(seconds, pitch, vowels, rng, breath=0.04, loudness=1.0, size=1.0, tension=0.5, jitter=0.008, shimmer=0.06,
           vibrato=(0.0, 5.5), rough=0.0, nose=0.0):
-    """What a mouth utters. pitch: hertz. vowels: a name, or [(seconds, name)...] glided through. breath: 0 voice alone to 1
-    breath alone. tension of the folds: 0 soft to 1 pressed. size scales the formants (above 1 a smaller head). vibrato:
-    depth as a part of the pitch, and hertz. rough: 0 to 1, every other period weaker and longer. nose: 0 to 1, how open the
-    way through the nose is. pitch, breath, loudness, size, tension, depth, rough and nose are curves."""
+    """What a mouth utters. pitch: hertz. vowels: a name, or [(seconds, name)...] glided through. breath: 0 voice alone to
+    1 breath alone. tension of the folds: 0 soft to 1 pressed. size scales the formants (above 1 a smaller head).
+    vibrato: depth as a part of the pitch, and hertz. rough: 0 to 1, every other period weaker and longer. nose: 0 to 1,
+    how open the way through the nose is. pitch, breath, loudness, size, tension, depth, rough and nose are curves."""
     length = count(seconds)
     if isinstance(vowels, str):
         vowels = [(0.0, vowels)]
@@ -154,13 +154,8 @@ def smack(rng, size=1.0):
     """Lips that part from a kiss: drawn-in air, ever higher, and the pop in the mouth behind them."""
     drawn = hiss(0.16, [(0, 1700 * size), (0.13, 2600 * size), (0.16, 3600 * size)], 420, rng,
                  [(0, 0), (0.05, 0.4), (0.13, 0.8), (0.15, 1.0), (0.16, 0)])
-    squeak = voice(0.13, [(0, 420), (0.13, 980)], [(0, "u"), (0.13, "i")], rng, size=size * 1.1, breath=0.35, tension=0.7,
-                   jitter=0.03, loudness=[(0, 0), (0.1, 0.35), (0.13, 0)])
+    squeak = voice(0.13, [(0, 420), (0.13, 980)], [(0, "u"), (0.13, "i")], rng, size=size * 1.1, breath=0.35,
+                   tension=0.7, jitter=0.03, loudness=[(0, 0), (0.1, 0.35), (0.13, 0)])
     pop = formant(formant(shaped(noise(0.05, rng), [(0, 0), (0.001, 1), (0.012, 0.15), (0.05, 0)]), 950 * size, 220),
                   2300 * size, 300)
     return mixed(drawn, (0.03, squeak, 0.5), (0.155, lowPass(pop, 6000), 0.9))
-
-
-def chorus(parts, rng, **manner):
-    """Several voices at once: parts are (gain, size, pitch)."""
-    return mixed(*[(0.0, voice(rng=rng, size=size, pitch=pitch, **manner), gain) for gain, size, pitch in parts])

@@ -16,13 +16,13 @@ HOLD_SECONDS = 2  # that a pause lasts in the recording
 
 
 class Listening(ShellTest):
-    def read(self, **numbers):
+    def read(self, scheme="default", **numbers):
         """Ann's conversation is being read at the clock's own speed, and recorded. Numbers that the server keeps are set
         before."""
         for name, number in numbers.items():
             data = number.to_bytes(4, "little").hex()
             self.assertEqual(self.inspector.ask(f"put {SERVER_KEY}\t{name}\t4\t{data}"), [])
-        self.settle(AutoHideBalloon="0")
+        self.settle(AutoHideBalloon="0", CurrentSoundScheme=scheme)
         self.recording = self.output / "speech.wav"
         self.icons_of_others = set(self.tray_icons())
         self.start_agent("/record", windows_path(self.recording), speed=1)
@@ -224,6 +224,20 @@ class Listening(ShellTest):
         self.wait_for_quiet()
         samples, rate = self.heard()
         self.assertEqual(len(sound.utterances(samples, rate)), 2, "it was heard in two parts")
+
+    def test_an_emoticon_sounds_as_in_the_scheme_that_was_chosen(self):
+        self.read(scheme="toy box")
+        self.client(f"say {ANN} (@)")
+        act = self.eventually("the end of the cat", lambda: self.spoken("cat.wav"))
+        self.assertEqual(act.outcome, "complete")
+        self.wait_for_quiet()
+        heard = sound.loudness(self.heard()[0])
+        likeness = {}
+        for scheme in ("default", "toy box"):
+            made = sound.read((self.desk.program_directory / "sounds" / scheme / "cat.wav").read_bytes())[0]
+            likeness[scheme] = sound.likeness(heard, sound.loudness(made))
+        self.assertGreater(likeness["toy box"], 0.99, likeness)
+        self.assertLess(likeness["default"], 0.9, likeness)
 
 
 if __name__ == "__main__":

@@ -1,4 +1,4 @@
-"""The loudness meter reads what ITU-R BS.1770 and EBU R 128 say that a meter reads, and the limiter keeps what it promises."""
+"""The loudness meter reads what ITU-R BS.1770 and EBU R 128 say that it reads; the limiter keeps what it promises."""
 
 import faulthandler
 import math
@@ -86,7 +86,7 @@ class Integrated(unittest.TestCase):
 
 class TruePeak(unittest.TestCase):
     def test_a_sine_that_is_never_sampled_at_its_highest(self):
-        # The tones with which EBU Tech 3341 tries a meter of true peaks: half of full scale, read as -6.0 +0.2/-0.4 dBTP.
+        # The tones with which EBU Tech 3341 tries a meter: half of full scale, read as -6.0 +0.2/-0.4 dBTP.
         for part, phase in ((4, 0), (4, 45), (6, 60), (8, 67.5)):
             with self.subTest(part=part, phase=phase):
                 tone = swelling(sine(48000 / part, 0.1, -6.02, phase=phase))

@@ -1,4 +1,4 @@
-"""The sound schemes as they were built: complete, in the right form, equally loud, clean, two of a kind; and voices are voices."""
+"""The sound schemes as they were built: complete, in form, equally loud, clean, unlike one another; voices are voices."""
 
 import array
 import faulthandler
@@ -26,12 +26,10 @@ SOUNDS = Path(os.environ["MURMELIX_ASSETS"]) / "sounds"
 SCHEMES = ("default", "toy box")
 
 # What the emoticons play, letter for letter.
-NAMES = (
-    "laugh", "run", "whistle", "haa", "ohhh", "slap", "sniff", "sigh", "ting", "evil-laugh", "yawn", "cry", "chock", "gasp",
-    "angry", "angel", "heart", "broken_heart", "boy_hug", "girl_hug", "drink", "gift", "flower", "wilted-flower", "yehaa", "boo",
-    "burp", "birthday", "email", "kiss", "cat", "dog", "coffee", "ring", "camera", "snore", "MSN", "clock", "star", "light",
-    "bat", "music-note", "devil", "film_strip",
-)
+NAMES = ("laugh", "run", "whistle", "haa", "ohhh", "slap", "sniff", "sigh", "ting", "evil-laugh", "yawn", "cry",
+         "chock", "gasp", "angry", "angel", "heart", "broken_heart", "boy_hug", "girl_hug", "drink", "gift", "flower",
+         "wilted-flower", "yehaa", "boo", "burp", "birthday", "email", "kiss", "cat", "dog", "coffee", "ring", "camera",
+         "snore", "MSN", "clock", "star", "light", "bat", "music-note", "devil", "film_strip", )
 VOICES = ("laugh", "cry", "sniff", "sigh", "yawn", "burp", "gasp", "kiss")
 
 RATE = 22050
@@ -54,7 +52,7 @@ def power(samples):
 
 
 def contour(samples, steps=24):
-    """How loud it is in each of as many equal parts between its start and its end, in dB below the loudest, down to -40."""
+    """How loud it is in each of as many equal parts from start to end, in dB below the loudest, down to -40."""
     last = max(i for i, s in enumerate(samples) if abs(s) > 100)
     size = last / steps
     parts = [power(samples[round(i * size):round((i + 1) * size)]) for i in range(steps)]
@@ -110,7 +108,8 @@ class Schemes(unittest.TestCase):
         self.assertEqual(sorted(entry.name for entry in SOUNDS.iterdir()), sorted(SCHEMES))
         self.assertEqual(len(set(NAMES)), 44)
         for scheme in SCHEMES:
-            self.assertEqual(sorted(entry.name for entry in (SOUNDS / scheme).iterdir()), sorted(f"{name}.wav" for name in NAMES))
+            self.assertEqual(sorted(entry.name for entry in (SOUNDS / scheme).iterdir()),
+                             sorted(f"{name}.wav" for name in NAMES))
 
     def test_form_and_length(self):
         def check(scheme, name):
@@ -146,8 +145,8 @@ class Schemes(unittest.TestCase):
         self.forEachSound(check)
 
     def test_the_schemes_are_two(self):
-        """Of no sound is one scheme's a copy of the other's, higher, lower, faster or slower: its course is another, or what it
-        consists of."""
+        """Of no sound is one scheme's a copy of the other's, higher, lower, faster or slower: its course is another, or
+        what it consists of."""
         for name in NAMES:
             one, other = (read(scheme, name)[1] for scheme in SCHEMES)
             course = sum(abs(a - b) for a, b in zip(contour(one), contour(other))) / 24
@@ -195,7 +194,8 @@ class CheckScheme(unittest.TestCase):
         self.assertEqual((status, errors), (1, ""))
         self.assertRegex(rows["MSN"], "dBTP$")
         self.assertEqual(rows["cat"], "1.00 s   44100 Hz   -18.0 LUFS   -15.0 dBTP")
-        self.assertEqual(rows["dog"], "0.50 s   48000 Hz    -0.8 LUFS    -0.8 dBTP  is 17.2 LU too loud, has peaks above -1.0 dBTP")
+        self.assertEqual(rows["dog"],
+                         "0.50 s   48000 Hz    -0.8 LUFS    -0.8 dBTP  is 17.2 LU too loud, has peaks above -1.0 dBTP")
         self.assertIn("is not 0.3 to 3.0 s long, has less than 22050 samples a second", rows["bat"])
         self.assertRegex(rows["star"], r"^0.40 s   24000 Hz   -18\.0 LUFS .* dBTP$")
         self.assertIn("is played by no emoticon", rows["moo"])
