@@ -51,7 +51,6 @@ VIAddVersionKey "LegalCopyright" "MIT licence"
 !define MUI_HEADERIMAGE_BITMAP "${PICTURES}/header.bmp"
 !define MUI_HEADERIMAGE_UNBITMAP "${PICTURES}/header.bmp"
 !define MUI_ABORTWARNING
-!define MUI_COMPONENTSPAGE_SMALLDESC
 
 !define MUI_WELCOMEPAGE_TITLE "Welcome to Murmelix ${VERSION}"
 !define MUI_WELCOMEPAGE_TEXT "Murmelix reads your Messenger conversations aloud: every contact gets an animated character \
@@ -83,6 +82,8 @@ too? Then tick My settings. Click Uninstall to begin."
 Var Upgrading ; "yes": the uninstaller of an older version makes room for a newer one
 Var Found     ; names of programs that run, a line each
 Var Path
+Var Folder
+Var Earlier   ; where the version is that gives way; empty where there is none
 Var Process
 
 ; Programs that run from the folder, or are the character server: files of theirs cannot be replaced.
@@ -136,19 +137,29 @@ over:
   Pop $0
 FunctionEnd
 
+Function ${un}LookBelow
+  ; Murmelix first: it would have the others started again.
+  StrCpy $Path "$Folder\Murmelix.exe"
+  Call ${un}LookForProgram
+  StrCpy $Path "$Folder\MessengerClient.exe"
+  Call ${un}LookForProgram
+  StrCpy $Path "$Folder\updater.exe"
+  Call ${un}LookForProgram
+  StrCpy $Path "$Folder\tv_enua.exe"
+  Call ${un}LookForProgram
+  StrCpy $Path "$Folder\MSAGENT.exe"
+  Call ${un}LookForProgram
+FunctionEnd
+
 Function ${un}LookForPrograms
   StrCpy $Found ""
-  ; Murmelix first: it would have the others started again.
-  StrCpy $Path "$INSTDIR\Murmelix.exe"
-  Call ${un}LookForProgram
-  StrCpy $Path "$INSTDIR\MessengerClient.exe"
-  Call ${un}LookForProgram
-  StrCpy $Path "$INSTDIR\updater.exe"
-  Call ${un}LookForProgram
-  StrCpy $Path "$INSTDIR\tv_enua.exe"
-  Call ${un}LookForProgram
-  StrCpy $Path "$INSTDIR\MSAGENT.exe"
-  Call ${un}LookForProgram
+  StrCpy $Folder "$INSTDIR"
+  Call ${un}LookBelow
+  ${If} $Earlier != "$INSTDIR"
+  ${AndIf} $Earlier != ""
+    StrCpy $Folder "$Earlier"
+    Call ${un}LookBelow
+  ${EndIf}
   StrCpy $Path "${SERVER}"
   Call ${un}LookForProgram
 FunctionEnd
@@ -203,6 +214,13 @@ FunctionEnd
 
 Section "-Before"
   SetShellVarContext current
+  ReadRegStr $Earlier HKCU "${UNINSTALL_KEY}" "InstallLocation"
+  ${IfNot} ${FileExists} "$Earlier\Uninstall.exe"
+    StrCpy $Earlier ""
+  ${EndIf}
+  ${If} ${FileExists} "$INSTDIR\Uninstall.exe"
+    StrCpy $Earlier "$INSTDIR"
+  ${EndIf}
   Call EndPrograms
   ClearErrors
   CreateDirectory "$INSTDIR"
@@ -255,19 +273,28 @@ Section /o "Start with Windows" SecLogon
   WriteRegStr HKCU "${RUN_KEY}" "${PROGRAM}" '"$INSTDIR\Murmelix.exe" /Min'
 SectionEnd
 
-; An older version gives way; what it has registered goes where that is not wanted any more.
+; An earlier version gives way; what it has registered goes where that is not wanted any more.
 Function MakeRoom
-  ${If} ${FileExists} "$INSTDIR\Uninstall.exe"
-    DetailPrint "Removing the installed version"
-    ${If} ${FileExists} "$INSTDIR\MessengerClient.exe"
-    ${AndIfNot} ${SectionIsSelected} ${SecMessenger}
-      ExecWait '"$INSTDIR\MessengerClient.exe" /unregserver'
-    ${EndIf}
-    ; By what the older version has brought, MSAGENT.exe tells what of the Windows folder is ours to replace.
-    ${IfNot} ${FileExists} "$INSTDIR\msagent.before\*.*"
-      Rename "$INSTDIR\msagent" "$INSTDIR\msagent.before"
-    ${EndIf}
-    ExecWait '"$INSTDIR\Uninstall.exe" /S /upgrade _?=$INSTDIR'
+  ${If} $Earlier == ""
+    Return
+  ${EndIf}
+  DetailPrint "Removing the installed version"
+  ${If} ${FileExists} "$Earlier\MessengerClient.exe"
+  ${AndIfNot} ${SectionIsSelected} ${SecMessenger}
+    ExecWait '"$Earlier\MessengerClient.exe" /unregserver'
+  ${EndIf}
+  ; By what the earlier version has brought, MSAGENT.exe tells what of the Windows folder is ours to replace.
+  ${If} ${FileExists} "$Earlier\msagent.before\*.*"
+    Rename "$Earlier\msagent.before" "$INSTDIR\msagent.before" ; it was never replaced
+  ${Else}
+    Rename "$Earlier\msagent" "$INSTDIR\msagent.before"
+  ${EndIf}
+  ExecWait '"$Earlier\Uninstall.exe" /S /upgrade _?=$Earlier'
+  ${If} $Earlier != "$INSTDIR"
+    Delete "$Earlier\CharPics\*.gif"
+    RMDir "$Earlier\CharPics"
+    Delete "$Earlier\Uninstall.exe"
+    RMDir "$Earlier" ; where nothing of the user's is in it
   ${EndIf}
 FunctionEnd
 

@@ -5,6 +5,7 @@ import functools
 import os
 import re
 import shutil
+import subprocess
 import sys
 import threading
 import unittest
@@ -130,6 +131,15 @@ class WholeProgramTest(unittest.TestCase):
             return wait_for(what, condition, interval=0.05)
         except TimedOut as error:
             self.fail(str(error))
+
+    def picture_of(self, window, name):
+        """Keeps a picture of the window alone in build/screens, for docs/screens.md."""
+        whole, screens = self.output / f"{name}.png", ROOT / "build" / "screens"
+        screens.mkdir(parents=True, exist_ok=True)
+        self.screen.picture(whole)
+        left, top, right, bottom = window.place
+        subprocess.run(["convert", whole, "-crop", f"{right - left}x{bottom - top}+{left}+{top}", "+repage", "-strip",
+                        screens / f"{name}.png"], check=True, timeout=PATIENCE_SECONDS)
 
     # Windows, as they are inside Wine.
 

@@ -190,16 +190,33 @@ class Installing(WholeProgramTest):
         self.remove("/removesettings")
         self.assertEqual(self.compare(before, self.snapshot()), ([], []))
 
+    def test_characters_that_cannot_be_installed_and_an_agent_of_somebody_else_are_told_apart(self):
+        server = self.desk.prefix.windows / "msagent"
+        server.write_bytes(b"a file where the folder should be")
+        self.set_up(self.newer, status=3)
+        self.assertTrue((self.installed / "Murmelix.exe").is_file())
+        # Installed again elsewhere, where another Agent is: nothing stays at the first place.
+        other = "{11111111-2222-3333-4444-555555555555}"
+        key = r"HKLM\Software\Classes"
+        self.reg("add", rf"{key}\Agent.Control.2\CLSID", "/ve", "/d", other, "/f")
+        self.reg("add", rf"{key}\CLSID\{other}\InprocServer32", "/ve", "/d", r"C:\other\agent.dll", "/f")
+        (self.installed / "CharPics" / "Fetched.gif").write_bytes(b"GIF89a")
+        self.set_up(self.newer, r"/D=C:\Other\Place")
+        self.assertTrue((self.desk.prefix.directory / "drive_c" / "Other" / "Place" / "Murmelix.exe").is_file())
+        self.assertFalse(self.installed.exists())
+        self.assertTrue(server.is_file())
+        status, printed = self.desk.run("query", "reg.exe", "query", rf"{key}\Agent.Control.2\CLSID", "/ve")
+        self.assertIn(other, printed)
+
     # Its windows.
 
-    def page(self, title, text, *keys):
+    def page(self, title, text, *keys, name=None):
         """Waits for the page with this text, pictures it, and presses the keys until it is another one."""
         def shown():
-            return any(text in part.text for window in self.windows() if window.visible and window.text.strip() == title
-                       for part in window.all() if part.visible)
-        self.eventually(f"the page {text!r}", shown)
-        self.screen.picture(self.output / (re.sub(r"\W+", "-", text) + ".png"))
-        self.assertTrue(keys)
+            return next((window for window in self.windows() if window.visible and window.text.strip() == title and
+                         any(text in part.text for part in window.all() if part.visible)), None)
+        window = self.eventually(f"the page {text!r}", shown)
+        self.picture_of(window, name) if name else self.screen.picture(self.output / (re.sub(r"\W+", "-", text) + ".png"))
 
         def left():
             if not shown():
@@ -212,9 +229,9 @@ class Installing(WholeProgramTest):
 
     def test_wizard_leads_to_a_running_program_and_back(self):
         setup = self.desk.start("setup", self.newer)
-        self.page("Murmelix Setup", f"Welcome to Murmelix {VERSION}", "alt+n")
+        self.page("Murmelix Setup", f"Welcome to Murmelix {VERSION}", "alt+n", name="setup")
         self.page("Murmelix Setup", "Please review the license", "alt+a")
-        self.page("Murmelix Setup", "Choose which features", "alt+n")
+        self.page("Murmelix Setup", "Choose which features", "alt+n", name="setup-features")
         self.page("Murmelix Setup", "Destination Folder", "alt+i")
         self.page("Murmelix Setup", "Murmelix is installed", "alt+f")
         self.assertEqual(setup.wait(PATIENCE_SECONDS), 0)

@@ -93,7 +93,7 @@ class Voices(WholeProgramTest):
         self.eventually("the end of the sample", lambda: "Woman 1 has spoken." in self.texts())
         self.press("alt+u")
         self.eventually("the choice", lambda: "is spoken by Woman 1 from now on." in self.texts())
-        self.screen.picture(self.output / "voices.png")
+        self.picture_of(self.window("Voice setup"), "voices")
         self.press("Escape")
         self.assertEqual(voices.wait(PATIENCE_SECONDS), 0)
         status, printed = self.desk.run("query", "reg.exe", "query", r"HKCU\Software\Murmelix AgentServer\DefaultVoices")
