@@ -88,7 +88,30 @@ Var Process
 
 ; Programs that run from the folder, or are the character server: files of theirs cannot be replaced.
 !macro RUNNING_PROGRAMS un
-; Ends the program whose file is $Path where $Process is to be "end"; else adds its name to $Found where it runs.
+; Tells the windows of the process $R8 that the session of the user ends for them, as Windows itself does for a setup: a
+; program puts away what it holds, and ends.
+Function ${un}TellOfTheEnd
+  Push $0
+  Push $1
+  StrCpy $0 0
+  ${Do}
+    FindWindow $0 "" "" 0 $0
+    ${If} $0 P= 0
+      ${Break}
+    ${EndIf}
+    System::Call 'user32::GetWindowThreadProcessId(p r0, *i .r1) i'
+    ${If} $1 = $R8
+      ; WM_QUERYENDSESSION and WM_ENDSESSION with ENDSESSION_CLOSEAPP; a window that hangs is not waited for.
+      System::Call 'user32::SendMessageTimeoutW(p r0, i 0x11, p 0, p 1, i 2, i 2000, *p) p'
+      System::Call 'user32::SendMessageTimeoutW(p r0, i 0x16, p 1, p 1, i 2, i 2000, *p) p'
+    ${EndIf}
+  ${Loop}
+  Pop $1
+  Pop $0
+FunctionEnd
+
+; Looks whether the program whose file is $Path runs, and does with it what $Process is: "find" adds its name to $Found,
+; "tell" tells it to end, "end" ends it where it has not in five seconds.
 Function ${un}LookForProgram
   Push $0
   Push $1
@@ -116,9 +139,15 @@ Function ${un}LookForProgram
       StrCpy $4 ""
       System::Call 'kernel32::QueryFullProcessImageNameW(p r3, i 0, w .r4, *i ${NSIS_MAX_STRLEN}) i'
       ${If} $4 == $5
-        ${If} $Process == "end"
-          System::Call 'kernel32::TerminateProcess(p r3, i 0) i'
-          System::Call 'kernel32::WaitForSingleObject(p r3, i 10000) i'
+        ${If} $Process == "tell"
+          StrCpy $R8 $2
+          Call ${un}TellOfTheEnd
+        ${ElseIf} $Process == "end"
+          System::Call 'kernel32::WaitForSingleObject(p r3, i 5000) i .r2'
+          ${If} $2 <> 0
+            System::Call 'kernel32::TerminateProcess(p r3, i 1) i'
+            System::Call 'kernel32::WaitForSingleObject(p r3, i 10000) i'
+          ${EndIf}
         ${Else}
           ${GetFileName} $5 $2
           StrCpy $Found "$Found$\r$\n$2"
@@ -175,6 +204,8 @@ Function ${un}EndPrograms
 $\r$\n$Found$\r$\n$\r$\nClick OK to close them now." /SD IDOK IDOK wanted
   Abort "Murmelix is running."
 wanted:
+  StrCpy $Process "tell"
+  Call ${un}LookForPrograms
   StrCpy $Process "end"
   Call ${un}LookForPrograms
   StrCpy $Process "find"

@@ -148,6 +148,8 @@ class Installing(WholeProgramTest):
         for name in ("Murmelix.exe", "MessengerClient.exe", "AgentServer.exe"):
             self.eventually(f"the end of {name}", lambda: not self.desk.running(name))
             self.desk.programs.pop(name).wait()
+        self.reading.log.new()
+        self.assertTrue(self.reading.log.of_kind("shutdown"), "the Messenger client was killed, not told to end")
         self.assertEqual(self.registered(UNINSTALL_KEY, "DisplayVersion"), VERSION)
         self.assertRegex(self.registered(RUN_KEY, "Murmelix"), r'^"C:\\users\\.*\\Murmelix\\Murmelix.exe" /Min$')
         self.assert_installed()
