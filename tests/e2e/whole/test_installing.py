@@ -6,6 +6,7 @@ import re
 import shutil
 import subprocess
 import sys
+import zipfile
 from pathlib import Path
 
 from case import MAIN_WINDOW, PATIENCE_SECONDS, PROGRAM_DIRECTORY, ROOT, VERSION, WholeProgramTest, main
@@ -60,24 +61,17 @@ def contents(folder):
     return {path.relative_to(folder).as_posix(): path.read_bytes() for path in folder.rglob("*") if path.is_file()}
 
 
-class Installing(WholeProgramTest):
+class Machine(WholeProgramTest):
+    """A bare one, whose files and keys are compared."""
+
     SET_UP = False
     # What Wine itself notes as its programs start: sessions, fonts, and which devices it has found.
     NOISE = (r"HKCU\\Software\\Wine", r"HKLM\\Software\\Wine", r"HKCU\\Volatile Environment", r"HKCU\\Control Panel",
              r"HKLM\\System\\", r"HKLM\\Software\\Microsoft\\Windows NT\\CurrentVersion\\(Fonts|NetworkCards)",
              r"HKCU\\Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\")
 
-    def setUp(self):
-        super().setUp()
-        self.older, self.newer = setups()
-        self.users = next(path for path in (self.desk.prefix.directory / "drive_c" / "users").iterdir()
-                          if path.name != "Public")
-        self.installed = self.users / "AppData" / "Local" / "Programs" / "Murmelix"
-        self.menu = self.users / "AppData" / "Roaming" / "Microsoft" / "Windows" / "Start Menu" / "Programs" / "Murmelix"
-
-    # What there is on the machine. Wine writes its registry to the disk when the last program has ended.
-
     def snapshot(self):
+        """What there is. Wine writes its registry to the disk when the last program has ended."""
         self.desk.prefix.end()
         drive = self.desk.prefix.directory / "drive_c"
         files = {path.relative_to(drive).as_posix() for path in drive.rglob("*") if not path.is_dir() or path.is_symlink()}
@@ -94,10 +88,20 @@ class Installing(WholeProgramTest):
         return files | folders, keys
 
     def compare(self, before, after):
-        """Files and keys that are different now, but for those that Wine itself makes at its programs' first start."""
+        """Files and keys that are different now, but for temporary files, and what Wine notes by itself."""
         files = sorted(name for name in before[0] ^ after[0] if not re.search(r"/(Temp|TEMP)/|^windows/temp/", name))
         keys = sorted(key for key in before[1].keys() | after[1].keys() if before[1].get(key) != after[1].get(key))
         return files, [key for key in keys if not any(re.match(noise, key) for noise in self.NOISE)]
+
+
+class Installing(Machine):
+    def setUp(self):
+        super().setUp()
+        self.older, self.newer = setups()
+        self.users = next(path for path in (self.desk.prefix.directory / "drive_c" / "users").iterdir()
+                          if path.name != "Public")
+        self.installed = self.users / "AppData" / "Local" / "Programs" / "Murmelix"
+        self.menu = self.users / "AppData" / "Roaming" / "Microsoft" / "Windows" / "Start Menu" / "Programs" / "Murmelix"
 
     # Programs.
 
@@ -257,6 +261,28 @@ class Installing(WholeProgramTest):
         self.page("Murmelix Setup", "Installation Aborted", "Escape")
         self.assertEqual(setup.wait(PATIENCE_SECONDS), 2)
         self.assertTrue(self.screen.find(MAIN_WINDOW))
+
+
+class Portable(Machine):
+    def test_unpacked_folder_is_started_and_writes_settings_alone(self):
+        subprocess.run([sys.executable, "-B", ROOT / "packaging" / "pack.py", "--staged", PROGRAM_DIRECTORY, "--bits", "64",
+                        "--date", str(DATE), "--out", self.output / "packed", "--only", "zip"], check=True, timeout=300,
+                       capture_output=True)
+        drive = self.desk.prefix.directory / "drive_c"
+        with zipfile.ZipFile(self.output / "packed" / f"Murmelix-{VERSION}-win64-portable.zip") as archive:
+            archive.extractall(drive)
+        self.desk.program_directory = drive / "Murmelix"
+        self.assertIn(b"MSAGENT.exe /uninstall\r\n", (drive / "Murmelix" / "READ ME.txt").read_bytes())
+        # What a start on a bare machine offers, and the Messenger does by itself.
+        self.desk.set_up_all()
+        before = self.snapshot()
+        reading = self.start_reading(self.conversation(CONVERSATION), participants=2)
+        reading.follow()
+        self.assertIn("All Is Installed", self.said("ann@messenger.example"))
+        files, keys = self.compare(before, self.snapshot())
+        self.assertEqual(files, [])
+        self.assertTrue(keys)
+        self.assertEqual([key for key in keys if not key.removeprefix("HKCU\\").startswith(SETTINGS)], [])
 
 
 if __name__ == "__main__":
