@@ -265,12 +265,8 @@ SectionEnd
 
 Section "Murmelix" SecProgram
   SectionIn RO
-  ClearErrors
-  !insertmacro INSTALL_PROGRAM
-  ${If} ${Errors}
-    MessageBox MB_OK|MB_ICONSTOP "Not all files could be written to $INSTDIR. Is the disk full?" /SD IDOK
-    Abort "Not all files could be written."
-  ${EndIf}
+  ; First of all: what is not installed to its end can be removed, too.
+  SetOutPath "$INSTDIR"
   WriteUninstaller "$INSTDIR\Uninstall.exe"
   WriteRegStr HKCU "${UNINSTALL_KEY}" "DisplayName" "${PROGRAM}"
   WriteRegStr HKCU "${UNINSTALL_KEY}" "DisplayVersion" "${VERSION}"
@@ -282,6 +278,12 @@ Section "Murmelix" SecProgram
   WriteRegDWORD HKCU "${UNINSTALL_KEY}" "EstimatedSize" ${KILOBYTES}
   WriteRegDWORD HKCU "${UNINSTALL_KEY}" "NoModify" 1
   WriteRegDWORD HKCU "${UNINSTALL_KEY}" "NoRepair" 1
+  ClearErrors
+  !insertmacro INSTALL_PROGRAM
+  ${If} ${Errors}
+    MessageBox MB_OK|MB_ICONSTOP "Not all files could be written to $INSTDIR. Is the disk full?" /SD IDOK
+    Abort "Not all files could be written."
+  ${EndIf}
 SectionEnd
 
 Section "Messenger client" SecMessenger
@@ -369,12 +371,12 @@ be. Murmelix will ask for that again when it is started." /SD IDOK
     ${Else}
       RMDir /r "$INSTDIR\msagent.before"
     ${EndIf}
-  ${EndIf}
-  DetailPrint "Looking for a voice"
-  ExecWait '"$INSTDIR\tv_enua.exe" /quiet' $0
-  ${If} $0 != 0
-  ${AndIfNot} ${Silent}
-    Exec '"$INSTDIR\tv_enua.exe"' ; tells how to get one
+    DetailPrint "Looking for a voice"
+    ExecWait '"$INSTDIR\tv_enua.exe" /quiet' $0
+    ${If} $0 != 0
+    ${AndIfNot} ${Silent}
+      Exec '"$INSTDIR\tv_enua.exe"' ; tells how to get one
+    ${EndIf}
   ${EndIf}
 SectionEnd
 
