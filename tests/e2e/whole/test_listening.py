@@ -176,6 +176,25 @@ class Listening(ShellTest):
                     for language in ("en-us", "de")}
         self.assertEqual(max(likeness, key=likeness.get), "de", likeness)
 
+    def loudness_of(self, words):
+        """How what is said now is heard."""
+        self.wait_for_quiet()
+        before, times = len(self.heard()[0]), len(self.acts_of("Speak", "end"))
+        self.client(f"say {ANN} {words}")
+        self.eventually("its end", lambda: len(self.acts_of("Speak", "end")) > times)
+        self.wait_for_quiet()
+        return sound.loudness(self.heard()[0][before:])
+
+    def test_a_character_without_a_voice_of_its_own_speaks_with_the_default_one(self):
+        self.read()
+        first, again = self.loudness_of(NUMBERS), self.loudness_of(NUMBERS)
+        for english in (1033, 2057):
+            data = "Grandmother\0\0".encode("utf-16-le").hex()
+            self.assertEqual(self.inspector.ask(f"put {SERVER_KEY}\\DefaultVoices\t{english}\t7\t{data}"), [])
+        changed = self.loudness_of(NUMBERS)
+        self.assertGreater(sound.likeness(first, again), 0.99)
+        self.assertLess(sound.likeness(first, changed), 0.9)
+
     def shown_texts(self):
         return [control.text for control in self.window(PROPERTIES).all() if control.visible and control.text]
 
