@@ -13,10 +13,10 @@ from pathlib import Path
 ROOT = Path(__file__).resolve().parents[1]
 sys.path.insert(0, str(ROOT / "tools"))
 
+from desk.measuring import descriptors, memory_mb, pid_of  # noqa: E402
 from desk.prefix import windows_path  # noqa: E402
 from desk.reading import WIN64, own_desk  # noqa: E402
 from desk.waiting import wait_for  # noqa: E402
-from measuring import descriptors, memory_mb, pid_of  # noqa: E402
 
 UTTERANCES = WIN64 / "bench" / "windows" / "utterances" / "bench_utterances.exe"
 GROWN_DESCRIPTORS, GROWN_MB = 8, 3  # more than one sample differs from the next, and less than any leak comes to

@@ -16,10 +16,10 @@ sys.path.insert(0, str(ROOT / "tools"))
 sys.path.insert(0, str(ROOT / "tests" / "e2e" / "whole"))
 
 from desk.chat_servers import StreamingServer, tagged  # noqa: E402
+from desk.measuring import memory_mb, pid_of, processor_seconds  # noqa: E402
 from desk.reading import LiveReading, Options, own_desk  # noqa: E402
 from desk.waiting import wait_for  # noqa: E402
 from inspector import Inspector  # noqa: E402
-from measuring import memory_mb, pid_of, processor_seconds  # noqa: E402
 
 PEOPLE = 1_000
 LATENCY_MS, BURST_SECONDS, IDLE_PERCENT = 25, 5, 0.5

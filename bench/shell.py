@@ -15,9 +15,9 @@ from pathlib import Path
 ROOT = Path(__file__).resolve().parents[1]
 sys.path.insert(0, str(ROOT / "tools"))
 
+from desk.measuring import memory_mb, pid_of, processor_seconds  # noqa: E402
 from desk.reading import MAIN_WINDOW, WIN64, Options, Reading, own_desk  # noqa: E402
 from desk.waiting import wait_for  # noqa: E402
-from measuring import memory_mb, pid_of, processor_seconds  # noqa: E402
 
 STOPWATCH = WIN64 / "bench" / "windows" / "shell" / "bench_stopwatch.exe"
 STARTS = 10

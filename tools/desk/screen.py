@@ -49,7 +49,7 @@ class Screen:
         reading, writing = os.pipe()
         self._processes.append(subprocess.Popen(
             ["Xvfb", "-displayfd", str(writing), "-screen", "0", f"{width}x{height}x24", "-nolisten", "tcp",
-             "-noreset"],
+             "-noreset", "-r"],  # no key repeats itself because a busy machine lets go of it late
             pass_fds=[writing], stdin=subprocess.DEVNULL, stdout=log, stderr=log, start_new_session=True))
         os.close(writing)
         with os.fdopen(reading) as answer:

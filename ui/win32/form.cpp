@@ -75,6 +75,9 @@ RECT workArea(HWND hwnd) {
 
 // What stands out of the screen to the right or below moves there as far as it has room; not while the user moves it.
 void keepOnScreen(HWND hwnd) {
+    if (IsIconic(hwnd) || IsZoomed(hwnd)) { // the system places it
+        return;
+    }
     GUITHREADINFO thread{};
     thread.cbSize = sizeof thread;
     if (GetGUIThreadInfo(GetCurrentThreadId(), &thread) && (thread.flags & GUI_INMOVESIZE)) {
@@ -125,6 +128,10 @@ FormWindow::~FormWindow() {
 // What the system tells all windows is heard by the first; tells whether it was that.
 bool FormWindow::onSystemChange(UINT message, WPARAM wparam, LPARAM lparam) {
     static const UINT taskbar_created = RegisterWindowMessageW(L"TaskbarCreated");
+    if (message == WM_DISPLAYCHANGE) {
+        keepOnScreen(hwnd());
+        return false;
+    }
     if (hwnd() != mainWindow()) {
         return message == WM_DPICHANGED; // all windows have the resolution of the first one's screen
     }

@@ -14,6 +14,13 @@ std::int64_t distance(const Rect& a, const Rect& b) {
     return right * right + down * down;
 }
 
+// The area moved to where the screen shows all of it, or its left and top side.
+Rect inside(const Rect& screen, const Rect& area) {
+    const int left = std::max(screen.left, std::min(area.left, screen.right - area.width()));
+    const int top = std::max(screen.top, std::min(area.top, screen.bottom - area.height()));
+    return {left, top, left + area.width(), top + area.height()};
+}
+
 } // namespace
 
 std::int64_t sharedArea(const Rect& a, const Rect& b) {
@@ -42,10 +49,12 @@ Rect movedOnto(const Screens& screens, const Rect& area) {
     if (seen == 0 || seen >= sharedArea(area, area)) {
         return area;
     }
-    const Rect screen = screenOf(screens, area).whole;
-    const int left = std::max(screen.left, std::min(area.left, screen.right - area.width()));
-    const int top = std::max(screen.top, std::min(area.top, screen.bottom - area.height()));
-    return {left, top, left + area.width(), top + area.height()};
+    return inside(screenOf(screens, area).whole, area);
+}
+
+Rect afterChange(const Screens& before, const Screens& now, const Rect& area) {
+    const bool is_lost = canBeSeen(before, area) && !canBeSeen(now, area) && !now.empty();
+    return is_lost ? inside(screenOf(now, area).whole, area) : area;
 }
 
 } // namespace agent::stage

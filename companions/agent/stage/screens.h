@@ -33,4 +33,8 @@ bool canBeSeen(const Screens& screens, const Rect& area);
 // where it is larger; any other, wholly on the screens or wholly off them, as it is.
 Rect movedOnto(const Screens& screens, const Rect& area);
 
+// The area moved onto the nearest screen where it could be seen on those before, and on none of those that are there
+// now; else as it is.
+Rect afterChange(const Screens& before, const Screens& now, const Rect& area);
+
 } // namespace agent::stage

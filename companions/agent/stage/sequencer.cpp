@@ -225,6 +225,13 @@ void Actor::returnToScreen(MoveCause cause) {
     }
 }
 
+void Actor::followScreens(const Screens& before) {
+    if (!journey_ && visible_ && stage_.keep_on_screen_) {
+        const Rect area = afterChange(before, stage_.screens_, this->area());
+        place(area.left, area.top, MoveCause::program);
+    }
+}
+
 void Actor::drag(int left, int top) {
     journey_.reset();
     left_ = left;
@@ -1041,9 +1048,9 @@ void Stage::advance(Time now) {
 }
 
 void Stage::setScreens(Screens screens) {
-    screens_ = std::move(screens);
+    const Screens before = std::exchange(screens_, std::move(screens));
     for (const auto& [id, actor] : actors_) {
-        actor->returnToScreen(MoveCause::program);
+        actor->followScreens(before);
     }
 }
 

@@ -228,6 +228,8 @@ class Actor {
     void setVisible(bool visible, VisibilityCause cause);
     Rect kept(const Rect& area) const;
     void returnToScreen(MoveCause cause);
+    // The screens are others than before.
+    void followScreens(const Screens& before);
     std::pair<int, int> scaledSize() const;
     void setSize(int width, int height);
     bool travelling();

@@ -2,6 +2,8 @@
 #include "companions/messenger/client/measures.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <numeric>
 #include <utility>
 
 #include "common/text.h"
@@ -204,18 +206,34 @@ void ConversationWindow::ShowTimer_Tick() {
     while (!queued_.empty() && units < units_at_once) {
         const Piece& piece = queued_.front();
         units += piece.text.size();
-        History.Append(piece.text, {.colour = piece.style == Style::message ? colour::text : colour::soft_text,
-                                    .bold = piece.style == Style::name,
-                                    .indent = piece.style == Style::message ? 10 * pixel : 0,
-                                    .space_before = piece.style == Style::name ? 6 * pixel : 0});
+        show(piece);
         queued_.pop_front();
     }
+    leaveOldOut();
     History.EndUpdate();
     if (queued_.empty()) {
         ShowTimer.setEnabled(false);
     } else {
         ShowTimer.setInterval(show_next);
     }
+}
+
+void ConversationWindow::show(const Piece& piece) {
+    const int before = History.Length();
+    History.Append(piece.text, {.colour = piece.style == Style::message ? colour::text : colour::soft_text,
+                                .bold = piece.style == Style::name,
+                                .indent = piece.style == Style::message ? 10 * pixel : 0,
+                                .space_before = piece.style == Style::name ? 6 * pixel : 0});
+    shown_.push_back(History.Length() - before);
+}
+
+void ConversationWindow::leaveOldOut() {
+    if (shown_.size() <= 2 * (most_shown + left_at_once)) {
+        return;
+    }
+    const auto kept = shown_.end() - static_cast<std::ptrdiff_t>(2 * most_shown);
+    History.Remove(0, std::accumulate(shown_.begin(), kept, 0));
+    shown_.erase(shown_.begin(), kept);
 }
 
 void ConversationWindow::changed(const Change& change) {

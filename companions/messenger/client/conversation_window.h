@@ -19,6 +19,10 @@ namespace messenger_client {
 
 class ConversationWindow final : public ConversationForm {
   public:
+    // Messages that can be seen. Older ones leave the window, some at once: each takes ten thousand bytes there. The
+    // conversation's history stays whole.
+    static constexpr std::size_t most_shown = 1'000, left_at_once = 50;
+
     ConversationWindow(Client& client, ConversationPtr conversation, const ui::Rect& place,
                        const EditClasses& edits = {});
 
@@ -57,10 +61,13 @@ class ConversationWindow final : public ConversationForm {
     void looksDifferent(const Contact& contact);
     int rowOf(const Contact& contact) const;
     void queue(Style style, std::u16string_view added);
+    void show(const Piece& piece);
+    void leaveOldOut();
 
     LineBreaker breaker_;
     std::vector<ContactPtr> people_; // the rows of the list; below oneself the entries of the drop-down
     std::deque<Piece> queued_;       // text of the history that is not shown yet
+    std::deque<int> shown_;          // the lengths of the pieces that can be seen; a message is two of them
     std::size_t name_units_ = 0;     // of the next text: the name before a message
 };
 

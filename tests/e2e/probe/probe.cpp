@@ -5,22 +5,37 @@
 //     DEPTH 0 is a top-level window, its children follow. VISIBLE and ENABLED are 0 or 1; the place is in pixels of the
 //     screen. STATE is the check of a button and the selected entry of a drop-down list, from 0. TEXT has 12000
 //     characters at most. Windows of a program that does not answer within a second have no text. Of a hidden window
-//     there are class and handle alone, and its text where it is a top-level one; its children are left out. focus the
-//     handle of the window that has the keyboard, 0 where none has values KEY         of a key below HKEY_CURRENT_USER,
-//     one line a value in their order: NAME TAB TYPE TAB DATA put KEY TAB NAME TAB TYPE TAB DATA    writes one subkeys
-//     KEY        their names, one a line client COMMAND     has the Messenger client carry it out; the result, 0 where
-//     it does not answer
+//     there are class and handle alone, and its text where it is a top-level one; its children are left out.
+//     focus              the handle of the window that has the keyboard, 0 where none has
+//     values KEY         of a key below HKEY_CURRENT_USER, one line a value in their order: NAME TAB TYPE TAB DATA
+//     put KEY TAB NAME TAB TYPE TAB DATA    writes one
+//     subkeys KEY        their names, one a line
+//     objects PROGRAM    PID TAB HANDLES TAB GDI TAB WINDOWS of each process that runs this file; "?" for what is not
+//                        told by this system
+//     screen             its width and height in pixels, parted by a blank
+//     resolution W H     changes them, to what the display can; "error NUMBER" where the system refuses
+//     tell N W L         sends the message of that number, with these two parameters, to every top-level window
+//     client COMMAND     has the Messenger client carry it out; the result, 0 where it does not answer
 // TYPE is the number of the registry's type; DATA is a text where it is 1, else hexadecimal.
 // In texts a tab, a line end, a NUL and a backslash are \t, \r, \n, \0 and \\.
 #include <algorithm>
 #include <array>
+#include <cstddef>
+#include <cstdint>
 #include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <functional>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include <windows.h>
+
+#include <tlhelp32.h>
+#include <winternl.h>
 
 #include "common/com/handles.h"
 #include "common/text.h"
@@ -246,6 +261,46 @@ void put(std::string_view rest) {
     }
 }
 
+// Numbers parted by blanks; what is missing is 0.
+std::array<long, 3> numbersIn(std::string_view text) {
+    std::array<long, 3> numbers{};
+    std::string rest(text);
+    char* at = rest.data();
+    for (long& number : numbers) {
+        number = std::strtol(at, &at, 0);
+    }
+    return numbers;
+}
+
+void changeResolution(std::string_view wanted) {
+    const auto numbers = numbersIn(wanted);
+    DEVMODEW mode{};
+    mode.dmSize = sizeof mode;
+    mode.dmFields = DM_PELSWIDTH | DM_PELSHEIGHT;
+    mode.dmPelsWidth = static_cast<DWORD>(numbers[0]);
+    mode.dmPelsHeight = static_cast<DWORD>(numbers[1]);
+    if (const LONG result = ChangeDisplaySettingsW(&mode, 0); result != DISP_CHANGE_SUCCESSFUL) {
+        std::printf("error %ld\n", result);
+    }
+}
+
+void tellAll(std::string_view what) {
+    struct Message {
+        UINT number;
+        WPARAM wparam;
+        LPARAM lparam;
+    };
+    const auto numbers = numbersIn(what);
+    Message message{static_cast<UINT>(numbers[0]), static_cast<WPARAM>(numbers[1]), numbers[2]};
+    EnumWindows(
+        [](HWND window, LPARAM told) -> BOOL {
+            const auto& one = *reinterpret_cast<const Message*>(told);
+            SendNotifyMessageW(window, one.number, one.wparam, one.lparam);
+            return TRUE;
+        },
+        reinterpret_cast<LPARAM>(&message));
+}
+
 // False at the end of the input.
 bool readLine(std::string& line) {
     line.clear();
@@ -267,6 +322,144 @@ void command(std::string_view text) {
     std::printf("%llu\n", static_cast<unsigned long long>(result));
 }
 
+// A handle's owner, as the system lists the handles of all processes.
+struct SystemHandle {
+    void* object;
+    ULONG_PTR process, handle;
+    ULONG access;
+    USHORT trace, type;
+    ULONG attributes, reserved;
+};
+
+using Count = std::optional<std::size_t>;
+
+Count handlesOf(DWORD process) {
+    // Of a kind of information that no header names.
+    constexpr ULONG system_extended_handle_information = 64;
+    using Query = NTSTATUS(WINAPI*)(ULONG, void*, ULONG, ULONG*);
+    static const auto query = reinterpret_cast<Query>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "NtQuerySystemInformation")));
+    constexpr std::size_t most = std::size_t{256} << 20;
+    constexpr NTSTATUS too_short = static_cast<NTSTATUS>(0xC0000004);
+    for (std::size_t size = std::size_t{1} << 20; size <= most; size *= 2) {
+        std::vector<std::byte> buffer(size);
+        ULONG length = 0;
+        const NTSTATUS status =
+            query(system_extended_handle_information, buffer.data(), static_cast<ULONG>(buffer.size()), &length);
+        if (status == too_short) {
+            continue;
+        }
+        if (status != 0) {
+            return std::nullopt;
+        }
+        ULONG_PTR count = 0;
+        std::memcpy(&count, buffer.data(), sizeof count);
+        std::size_t found = 0;
+        for (ULONG_PTR i = 0; i < count; ++i) {
+            SystemHandle one{};
+            std::memcpy(&one, buffer.data() + 2 * sizeof(ULONG_PTR) + i * sizeof one, sizeof one);
+            found += one.process == process;
+        }
+        return found;
+    }
+    return std::nullopt;
+}
+
+// An entry of the table of graphics objects, which each process finds by its environment block.
+struct GraphicsObject {
+    std::uint64_t object;
+    std::uint32_t owner;
+    std::uint16_t unique;
+    std::uint8_t type, extended_type;
+    std::uint64_t pointer;
+};
+constexpr std::size_t most_graphics_objects = 0x4000;
+constexpr std::size_t table_in_environment = sizeof(void*) == 8 ? 0xF8 : 0x94;
+
+Count graphicsObjectsOf(HANDLE process) {
+    if (const DWORD count = GetGuiResources(process, GR_GDIOBJECTS)) {
+        return count;
+    }
+    PROCESS_BASIC_INFORMATION basic{};
+    const void* table = nullptr;
+    std::vector<GraphicsObject> objects(most_graphics_objects);
+    SIZE_T read = 0;
+    if (NtQueryInformationProcess(process, ProcessBasicInformation, &basic, sizeof basic, nullptr) != 0 ||
+        !ReadProcessMemory(process, reinterpret_cast<const std::byte*>(basic.PebBaseAddress) + table_in_environment,
+                           &table, sizeof table, &read) ||
+        !ReadProcessMemory(process, table, objects.data(), objects.size() * sizeof objects[0], &read)) {
+        return std::nullopt;
+    }
+    return static_cast<std::size_t>(
+        std::ranges::count_if(objects, [](const GraphicsObject& one) { return one.type != 0; }));
+}
+
+Count windowsOf(DWORD process) {
+    struct Search {
+        DWORD process;
+        std::size_t found = 0;
+        void look(HWND window) {
+            DWORD owner = 0;
+            GetWindowThreadProcessId(window, &owner);
+            found += owner == process;
+        }
+    } search{process};
+    const auto look = [](HWND window, LPARAM to) -> BOOL {
+        reinterpret_cast<Search*>(to)->look(window);
+        return TRUE;
+    };
+    EnumChildWindows(GetDesktopWindow(), look, reinterpret_cast<LPARAM>(&search));
+    for (HWND window = nullptr; (window = FindWindowExW(HWND_MESSAGE, window, nullptr, nullptr)) != nullptr;) {
+        search.look(window);
+    }
+    return search.found;
+}
+
+// Whether a count of this process' own objects grows with them: where it does not, it counts something else.
+template <class Make, class Free>
+bool counts(const std::function<Count()>& count, Make make, Free free) {
+    constexpr std::size_t some = 50;
+    const Count before = count();
+    std::vector<decltype(make())> made;
+    for (std::size_t i = 0; i < some; ++i) {
+        made.push_back(make());
+    }
+    const Count after = count();
+    for (const auto one : made) {
+        free(one);
+    }
+    return before && after && *after == *before + some;
+}
+
+std::string text(Count count) {
+    return count ? std::to_string(*count) : "?";
+}
+
+void tellObjects(std::string_view program) {
+    static const bool counts_handles = counts([] { return handlesOf(GetCurrentProcessId()); },
+                                              [] { return CreateEventW(nullptr, TRUE, FALSE, nullptr); }, CloseHandle);
+    static const bool counts_graphics =
+        counts([] { return graphicsObjectsOf(GetCurrentProcess()); }, [] { return CreateSolidBrush(0); }, DeleteObject);
+    const std::u16string wanted = utf16(program);
+    const HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0);
+    PROCESSENTRY32W entry{};
+    entry.dwSize = sizeof entry;
+    for (BOOL more = Process32FirstW(snapshot, &entry); more; more = Process32NextW(snapshot, &entry)) {
+        if (lstrcmpiW(entry.szExeFile, murmelix::com::wide(wanted)) != 0) {
+            continue;
+        }
+        const DWORD id = entry.th32ProcessID;
+        const HANDLE process = OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, id);
+        std::printf("%lu\t%s\t%s\t%s\n", id, text(counts_handles ? handlesOf(id) : Count()).c_str(),
+                    text(counts_graphics && process ? graphicsObjectsOf(process) : Count()).c_str(),
+                    text(windowsOf(id)).c_str());
+        if (process) {
+            CloseHandle(process);
+        }
+    }
+    CloseHandle(snapshot);
+}
+
 void serve() {
     std::string line;
     while (readLine(line)) {
@@ -282,6 +475,14 @@ void serve() {
             tellValues(rest);
         } else if (word == "subkeys") {
             tellSubkeys(rest);
+        } else if (word == "objects") {
+            tellObjects(rest);
+        } else if (word == "screen") {
+            std::printf("%d %d\n", GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN));
+        } else if (word == "resolution") {
+            changeResolution(rest);
+        } else if (word == "tell") {
+            tellAll(rest);
         } else if (word == "client") {
             command(rest);
         } else if (word == "put") {

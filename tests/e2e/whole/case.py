@@ -74,6 +74,7 @@ class WholeProgramTest(unittest.TestCase):
     SCREEN = (1280, 960)
     DPI = 96
     SET_UP = True  # the neighbours, before the test begins
+    WATCHDOG = WATCHDOG_SECONDS
 
     def setUp(self):
         name = self.id().rsplit(".", 1)[-1]
@@ -92,7 +93,7 @@ class WholeProgramTest(unittest.TestCase):
         self.desk = Desk(screen, prefix, self.output)
         self.screen = screen
         self.reading = None
-        self._watchdog = threading.Timer(WATCHDOG_SECONDS, self._give_up)
+        self._watchdog = threading.Timer(self.WATCHDOG, self._give_up)
         self._watchdog.daemon = True
         self._watchdog.start()
         self.addCleanup(self._end)
@@ -105,7 +106,7 @@ class WholeProgramTest(unittest.TestCase):
             lock.unlink()
 
     def _give_up(self):
-        print(f"\n{self.id()} has not ended within {WATCHDOG_SECONDS} s.\n{self.report()}", flush=True)
+        print(f"\n{self.id()} has not ended within {self.WATCHDOG} s.\n{self.report()}", flush=True)
         faulthandler.dump_traceback()
         self.desk.close()
         os._exit(1)

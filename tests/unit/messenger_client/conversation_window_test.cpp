@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "common/text.h"
 #include "companions/messenger/client/account.h"
 #include "tests/fakes/ui/windows.h"
 #include "tests/fakes/user_store.h"
@@ -257,6 +258,20 @@ TEST_F(ConversationWindows, ShowTheHistoryALittleLater) {
     EXPECT_EQ(runs[2].text, u"\r\none\r\ntwo");
     EXPECT_FALSE(runs[2].looks.bold);
     EXPECT_GT(runs[2].looks.indent, 0);
+}
+
+TEST_F(ConversationWindows, ShowTheLastThousandMessages) {
+    const std::size_t before = ConversationWindow::most_shown + ConversationWindow::left_at_once - 1;
+    for (std::size_t number = 1; number <= before; ++number) {
+        client.say(conversation, ann, u"number " + murmelix::toText(static_cast<long long>(number)) + u".");
+    }
+    EXPECT_EQ(shown(), conversation->history());
+    client.say(conversation, bob, u"the last");
+    const std::u16string now = shown();
+    EXPECT_TRUE(now.starts_with(u"\r\nAnn says:\r\nnumber 51.\r\n")) << murmelix::toUtf8(now.substr(0, 60));
+    EXPECT_TRUE(now.ends_with(u"number 1049.\r\nBob says:\r\nthe last"));
+    EXPECT_TRUE(conversation->history().ends_with(now));
+    EXPECT_NE(conversation->history().find(u"number 1."), std::u16string::npos) << "the history is whole";
 }
 
 TEST_F(ConversationWindows, ShowALongHistoryInPartsOfWholeCharacters) {

@@ -43,6 +43,16 @@ TEST(Screens, WhatIsWhollyOnOrOffThemStays) {
     EXPECT_EQ(movedOnto({}, {-50, -50, 50, 50}), (Rect{-50, -50, 50, 50}));
 }
 
+TEST(Screens, WhatWasSeenIsSeenAfterAChange) {
+    const Screens small{{{0, 0, 640, 480}, {0, 0, 640, 440}}};
+    EXPECT_EQ(afterChange(two, small, {1200, 300, 1300, 400}), (Rect{540, 300, 640, 400}));
+    EXPECT_EQ(afterChange(two, small, {-50, 700, 50, 790}), (Rect{0, 390, 100, 480}));
+    for (const Rect& area : {Rect{0, 0, 100, 100}, Rect{600, 400, 700, 500}, Rect{5000, 0, 5100, 100}}) {
+        EXPECT_EQ(afterChange(two, small, area), area);
+    }
+    EXPECT_EQ(afterChange(two, {}, {0, 0, 100, 100}), (Rect{0, 0, 100, 100}));
+}
+
 struct KeptOnScreen : testing::Test {
     Rehearsal r;
     Actor* a = nullptr; // 100 × 120 pixels
@@ -98,6 +108,18 @@ TEST_F(KeptOnScreen, WhenTheScreensChange) {
     a->place(800, 600, MoveCause::program);
     r.stage.setScreens({{{0, 0, 850, 650}, {0, 0, 850, 650}}});
     EXPECT_EQ(a->area(), (Rect{750, 530, 850, 650}));
+}
+
+TEST_F(KeptOnScreen, WhenTheScreensChangeAndItIsOnNone) {
+    a->place(900, 700, MoveCause::program);
+    r.stage.setScreens({{{0, 0, 640, 480}, {0, 0, 640, 440}}});
+    EXPECT_EQ(a->area(), (Rect{540, 360, 640, 480}));
+    // One that was sent off the screens stays there.
+    a->place(700, 0, MoveCause::program);
+    r.stage.setScreens({{{0, 0, 600, 400}, {0, 0, 600, 360}}});
+    EXPECT_EQ(a->left(), 700);
+    r.stage.setScreens({});
+    EXPECT_EQ(a->left(), 700);
 }
 
 TEST_F(KeptOnScreen, ButNotWhereItIsSentOffOrThisIsSwitchedOff) {

@@ -143,6 +143,22 @@ TEST_F(MainWindow, EveryWindowKeepsItsLayoutInAWiderFont) {
     SystemParametersInfoW(SPI_SETNONCLIENTMETRICS, sizeof before, &before, 0);
 }
 
+TEST_F(MainWindow, IsOnTheScreenAgainWhenThatWasChanged) {
+    const auto flags = SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE;
+    RECT work{}, own{};
+    SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
+    SetWindowPos(windowOf(form), nullptr, work.right + 500, work.bottom + 300, 0, 0, flags);
+    SendMessageW(windowOf(form), WM_DISPLAYCHANGE, 32, MAKELPARAM(work.right, work.bottom));
+    GetWindowRect(windowOf(form), &own);
+    EXPECT_EQ(own.right, work.right);
+    EXPECT_EQ(own.bottom, work.bottom);
+    SetWindowPos(windowOf(form), nullptr, 10, 20, 0, 0, flags);
+    SendMessageW(windowOf(form), WM_DISPLAYCHANGE, 32, MAKELPARAM(work.right, work.bottom));
+    GetWindowRect(windowOf(form), &own);
+    EXPECT_EQ(own.left, 10);
+    EXPECT_EQ(own.top, 20);
+}
+
 TEST_F(MainWindow, LongNamesAreCutAndNothingMoves) {
     signIn();
     form.ReadOptnsButt_Click();
