@@ -1,6 +1,7 @@
 #include "ui/control.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "common/text.h"
 #include "ui/form.h"
@@ -192,7 +193,9 @@ void Control::setForeColor(Colour colour) {
 
 Size Control::sizeFor(const std::u16string& caption, int width) const {
     const Size pixels = native::captionSize(handle_, caption, ui::toPixels(width));
-    return {toTwips(pixels.width), toTwips(pixels.height)};
+    // At some resolutions a pixel is no whole number of twips: in a part less, the last one would be missing.
+    const auto twips = [](int length) { return static_cast<int>(std::ceil(length * twipsPerPixel())); };
+    return {twips(pixels.width), twips(pixels.height)};
 }
 
 void Control::Move(const Rect& twips) {

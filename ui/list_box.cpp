@@ -52,13 +52,16 @@ void ListBox::setItem(int index, const std::u16string& text) {
         tell(AccessibleEvent::name, index);
         native::selectRow(handle_, index_);
     } else {
-        native::redrawRow(handle_, index);
+        RedrawItem(index);
     }
 }
 
 void ListBox::RedrawItem(int index) {
     if (index >= 0 && index < ListCount()) {
         native::redrawRow(handle_, index);
+        if (RowName) {
+            tell(AccessibleEvent::name, index);
+        }
     }
 }
 

@@ -32,6 +32,8 @@ class ListBox : public Control, private AccessibleParts {
     };
     // Draws a row, of which the surface has the size.
     std::function<void(Surface& surface, int index, const Looks& looks)> DrawItem;
+    // What a screen reader is told of a row; its text where this is not set.
+    std::function<std::u16string(int index)> RowName;
     std::function<void()> DblClick; // Click: the user selected another row
 
     // The user selected a row.
@@ -44,7 +46,7 @@ class ListBox : public Control, private AccessibleParts {
   private:
     Role partRole() const override { return Role::row; }
     int partCount() const override { return ListCount(); }
-    std::u16string partName(int index) const override { return List(index); }
+    std::u16string partName(int index) const override { return RowName ? RowName(index) : List(index); }
     Rect partPlace(int index) const override;
     int selectedPart() const override { return index_; }
     void selectPart(int index) override;

@@ -22,7 +22,7 @@ struct Size {
     bool operator==(const Size&) const = default;
 };
 
-// 0x00BBGGRR, or 0x80000000 + the number of a system colour.
+// 0x00BBGGRR, or 0x80000000 + the number of a system colour, or one of each, see orSystem.
 using Colour = std::uint32_t;
 constexpr Colour rgb(unsigned red, unsigned green, unsigned blue) {
     return red | green << 8 | blue << 16;
@@ -34,6 +34,12 @@ inline constexpr Colour button_face = 0x8000000F;
 inline constexpr Colour grey_text = 0x80000011;
 inline constexpr Colour button_text = 0x80000012;
 inline constexpr Colour window_text = 0x80000008;
+inline constexpr Colour hot_light = 0x8000001A; // of links
+// A colour of our own that gives way to one of the system's where the user has chosen theirs: in high contrast, or on a
+// dark ground.
+constexpr Colour orSystem(Colour own, Colour system) {
+    return 0x40000000 | (system & 0x1F) << 24 | (own & 0x00FFFFFF);
+}
 inline constexpr Colour inherited_colour = 0xFFFFFFFF; // that of what it is in
 
 // A picture of the program's resources; `size` is its width and height in pixels at 96 dots an inch. Without a name it

@@ -39,9 +39,9 @@ void visitMain(const Visit& visit) {
     settle();
     visit(window, "client-sign-in-streaming");
     window.setSigningIn(u"kim@x", u"Kim");
+    client.setStage(Stage::connecting);
     settle();
     visit(window, "client-signing-in");
-    window.setSigningIn({}, {});
     client.signIn(u"kim@x", u"Kim");
     settle();
     visit(window, "client-nobody-listed");

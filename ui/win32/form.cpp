@@ -93,6 +93,7 @@ void keepOnScreen(HWND hwnd) {
 
 // Every window in the system's present fonts and colours, at the screen's present resolution.
 void restyleAll() {
+    renewColours();
     const Fonts before = renewFonts(); // in use until every control has its new one
     for (HWND hwnd : allWindows()) {
         if (ControlWindow* window = find(hwnd)) {

@@ -73,8 +73,40 @@ int dpiOf(HWND window) {
     return dpi_for_window ? static_cast<int>(dpi_for_window(window)) : 0;
 }
 
+namespace {
+
+// High contrast, or windows whose ground is not light.
+bool userHasColours() {
+    HIGHCONTRASTW contrast{};
+    contrast.cbSize = sizeof contrast;
+    if (SystemParametersInfoW(SPI_GETHIGHCONTRAST, sizeof contrast, &contrast, 0) &&
+        (contrast.dwFlags & HCF_HIGHCONTRASTON)) {
+        return true;
+    }
+    constexpr int light = 200; // the least of a colour's three parts
+    const COLORREF ground = GetSysColor(COLOR_WINDOW);
+    return std::min({GetRValue(ground), GetGValue(ground), GetBValue(ground)}) < light;
+}
+
+bool& usersColours() {
+    static bool are_there = userHasColours();
+    return are_there;
+}
+
+} // namespace
+
 COLORREF toColorRef(Colour colour) {
-    return colour & 0x80000000 ? GetSysColor(static_cast<int>(colour & 0xFF)) : colour;
+    if (colour & 0x80000000) {
+        return GetSysColor(static_cast<int>(colour & 0xFF));
+    }
+    if (colour & 0x40000000) {
+        return usersColours() ? GetSysColor(static_cast<int>(colour >> 24 & 0x1F)) : colour & 0x00FFFFFF;
+    }
+    return colour;
+}
+
+void renewColours() {
+    usersColours() = userHasColours();
 }
 
 int lineHeight(HFONT font) {

@@ -76,6 +76,8 @@ int systemMetric(int index);
 // Of the screen a window is on; 0 where the system does not tell.
 int dpiOf(HWND window);
 COLORREF toColorRef(Colour colour);
+// The user has chosen other colours, or may have.
+void renewColours();
 
 int lineHeight(HFONT font);
 

@@ -10,18 +10,7 @@ using namespace win32;
 
 namespace {
 
-COLORREF linkColour(bool enabled) {
-    if (!enabled) {
-        return GetSysColor(COLOR_GRAYTEXT);
-    }
-    HIGHCONTRASTW contrast{};
-    contrast.cbSize = sizeof contrast;
-    if (SystemParametersInfoW(SPI_GETHIGHCONTRAST, sizeof contrast, &contrast, 0) &&
-        (contrast.dwFlags & HCF_HIGHCONTRASTON)) {
-        return GetSysColor(COLOR_HOTLIGHT);
-    }
-    return RGB(0, 92, 184); // the system's own is pale in some themes
-}
+constexpr Colour link_colour = orSystem(rgb(0, 92, 184), hot_light); // the system's own is pale in some themes
 
 class LinkWindow final : public ChildWindow {
   public:
@@ -65,7 +54,7 @@ class LinkWindow final : public ChildWindow {
     void paint(HDC dc, const RECT& area, const RECT&) override {
         const Selected in_font(dc, font());
         SetBkMode(dc, TRANSPARENT);
-        SetTextColor(dc, linkColour(control().Enabled()));
+        SetTextColor(dc, toColorRef(control().Enabled() ? link_colour : grey_text));
         RECT text = area;
         DrawTextW(dc, wide(control().Caption()), -1, &text, DT_SINGLELINE | DT_END_ELLIPSIS | prefixes(control()));
         if (GetFocus() == hwnd()) {

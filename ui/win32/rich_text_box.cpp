@@ -125,6 +125,20 @@ class RichView : public RichWindow {
         return key.key != Key::tab && key.key != Key::enter && key.key != Key::escape;
     }
 
+    // What is there can be read in whatever colours the user has now; which of it was grey is not known any more.
+    void restyle() override {
+        const View view = look();
+        RichWindow::restyle();
+        if (const COLORREF ground = GetSysColor(COLOR_WINDOW); std::exchange(ground_, ground) != ground) {
+            CHARFORMAT2W format{};
+            format.cbSize = sizeof format;
+            format.dwMask = CFM_COLOR;
+            format.dwEffects = CFE_AUTOCOLOR;
+            SendMessageW(hwnd(), EM_SETCHARFORMAT, SCF_ALL, reinterpret_cast<LPARAM>(&format));
+        }
+        show(view);
+    }
+
     // Of another width it has other lines: the end stays in sight, or else what stood first.
     void move(const Rect& pixels) override {
         const View view = look();
@@ -281,6 +295,7 @@ class RichView : public RichWindow {
         return info.nPos + static_cast<int>(info.nPage) >= info.nMax - scaled(24);
     }
 
+    COLORREF ground_ = GetSysColor(COLOR_WINDOW);
     int updates_ = 0;
     View view_; // as it was before the updates
 };

@@ -273,7 +273,16 @@ Server::Server(const Options& options)
                               theatre_->present(stage_);
                           }
                       },
-                      [this](auto actor) { return tipOf(actor); }})),
+                      [this](auto actor) { return tipOf(actor); },
+                      [this](auto actor) {
+                          if (stage::Actor* read = stage_.find(actor)) {
+                              read->dismissBalloon();
+                          }
+                      },
+                      [this](auto actor) {
+                          const stage::Actor* named = stage_.find(actor);
+                          return named ? named->name : std::u16string();
+                      }})),
       stage_(*theatre_, *this,
              [random = std::mt19937(std::random_device()())](int below) mutable {
                  return std::uniform_int_distribution<int>(0, below - 1)(random);
@@ -314,6 +323,7 @@ Server::Server(const Options& options)
     messages_.every(tick_period, [this] { tick(); });
     messages_.onClose([this] { shutDown(); });
     messages_.onRestart([this] { restart(); });
+    messages_.onSettingsChanged([this] { listen(); });
     if (options_.stay) {
         showTray();
     }
@@ -324,7 +334,23 @@ void Server::showTray() {
         tray_ = std::make_unique<settings::Tray>(
             settings_frm_, listener_, keys_, [this] { return loadedCharacters(); }, [this] { restart(); },
             [this] { shutDown(); });
+        tray_->CharactersOnScreen = [this] { return charactersOnScreen(); };
     }
+}
+
+std::vector<settings::Tray::OnScreen> Server::charactersOnScreen() {
+    std::vector<settings::Tray::OnScreen> all;
+    for (const stage::Actor* actor : stage_.actors()) {
+        if (actor->visible()) {
+            all.push_back({actor->name, [this, id = actor->id()] {
+                               if (const stage::Actor* still = stage_.find(id)) {
+                                   const stage::Rect area = still->area();
+                                   clicked(id, {2, 0, area.left + area.width() / 2, area.top + area.height() / 2});
+                               }
+                           }});
+        }
+    }
+    return all;
 }
 
 Server::~Server() {
@@ -394,7 +420,15 @@ void Server::watch(const std::shared_ptr<Client>& client, murmelix::com::Process
 // What the user wants of all that is said takes effect.
 void Server::listen() {
     theatre_->setVolume(listener_.audible() ? listener_.volume() / 100.0 : 0);
-    stage_.setListening({listener_.speed() / 100.0, listener_.longest() * 1000, listener_.mostWaiting() * 1000});
+    const int reading = listener_.reading();
+    stage_.setListening({.tempo = listener_.speed() / 100.0,
+                         .longest = listener_.longest() * 1000,
+                         .most_waiting = listener_.mostWaiting() * 1000,
+                         .balloon_stays = reading == settings::reading_bounds.most ? stage::Listening::until_read
+                                                                                   : stage::Time{1000} * reading,
+                         .words_at_once = !listener_.wordByWord(),
+                         .calm = listener_.calm() || !murmelix::ui::animates()});
+    theatre_->setLetters(listener_.letters() / 100.0);
     if (stage_.paused() != listener_.paused()) {
         stage_.setPaused(listener_.paused());
     }

@@ -184,6 +184,7 @@ class Server final : public stage::Audience {
     void listen();
     voice::Manner mannerOf(const stage::Actor& actor);
     void sayHowItSounds(const settings::KnownCharacter& character);
+    std::vector<settings::Tray::OnScreen> charactersOnScreen();
     std::vector<settings::KnownCharacter> loadedCharacters();
     Owner ownerOf(stage::ActorId actor) const;
     std::vector<Owner> sharersOf(const acs::Guid& character) const;

@@ -29,9 +29,12 @@ std::vector<int> withCurrent(std::vector<int> numbers, int current) {
 }
 
 Listener::Listener()
-    : sound_(readSoundEnabled()), all_silenced_(readAllSilenced()), volume_(readNumber(volume_name, volume_bounds)),
+    : sound_(readSoundEnabled()), all_silenced_(readAllSilenced()), word_by_word_(readSwitch(word_by_word_name, true)),
+      calm_(readSwitch(calm_name, false)), volume_(readNumber(volume_name, volume_bounds)),
       speed_(readNumber(speed_name, speed_bounds)), longest_(readNumber(longest_name, longest_bounds)),
-      most_waiting_(readNumber(most_waiting_name, most_waiting_bounds)), silenced_(readSilenced()) {}
+      most_waiting_(readNumber(most_waiting_name, most_waiting_bounds)),
+      letters_(readNumber(letters_name, letters_bounds)), reading_(readNumber(reading_name, reading_bounds)),
+      silenced_(readSilenced()) {}
 
 void Listener::changed() const {
     if (Changed) {
@@ -67,6 +70,30 @@ void Listener::setNumber(int& number, const std::u16string& name, int wanted) {
         writeNumber(name, wanted);
         changed();
     }
+}
+
+void Listener::setSwitch(bool& is_on, const std::u16string& name, bool on) {
+    if (on != is_on) {
+        is_on = on;
+        writeSwitch(name, on);
+        changed();
+    }
+}
+
+void Listener::setLetters(int percent) {
+    setNumber(letters_, letters_name, letters_bounds.nearest(percent));
+}
+
+void Listener::setReading(int seconds) {
+    setNumber(reading_, reading_name, reading_bounds.nearest(seconds));
+}
+
+void Listener::setWordByWord(bool on) {
+    setSwitch(word_by_word_, word_by_word_name, on);
+}
+
+void Listener::setCalm(bool calm) {
+    setSwitch(calm_, calm_name, calm);
 }
 
 void Listener::setVolume(int percent) {

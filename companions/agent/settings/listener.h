@@ -19,6 +19,9 @@ inline constexpr Bounds volume_bounds{0, 100, 100};      // percent
 inline constexpr Bounds speed_bounds{50, 100, 200};      // percent
 inline constexpr Bounds longest_bounds{0, 0, 300};       // s a request; 0: to its end
 inline constexpr Bounds most_waiting_bounds{0, 0, 3600}; // s of speech that may wait; 0: any
+inline constexpr Bounds letters_bounds{100, 100, 300};   // percent of the text in balloons
+// s that a balloon is left to be read. 0: as the character has it; the most: until the user clicks it.
+inline constexpr Bounds reading_bounds{0, 0, 3600};
 // Characters that are silenced: many more than anybody has. The oldest is forgotten.
 inline constexpr std::size_t most_silenced = 500;
 inline constexpr std::size_t longest_key = 64; // units of what a character is known by
@@ -65,6 +68,16 @@ class Listener {
     void setLongest(int seconds);
     int mostWaiting() const { return most_waiting_; }
     void setMostWaiting(int seconds);
+    int letters() const { return letters_; }
+    void setLetters(int percent);
+    int reading() const { return reading_; }
+    void setReading(int seconds);
+    // Balloons show their words one after another, as they are spoken.
+    bool wordByWord() const { return word_by_word_; }
+    void setWordByWord(bool on);
+    // Nothing moves that need not.
+    bool calm() const { return calm_; }
+    void setCalm(bool calm);
     // By the character file's own id, as text, whoever has it loaded; without letter case.
     bool silenced(std::u16string_view character) const;
     void setSilenced(std::u16string_view character, bool silenced);
@@ -88,8 +101,10 @@ class Listener {
     void changed() const;
     void setNumber(int& number, const std::u16string& name, int wanted);
 
-    bool sound_, all_silenced_;
-    int volume_, speed_, longest_, most_waiting_;
+    void setSwitch(bool& is_on, const std::u16string& name, bool on);
+
+    bool sound_, all_silenced_, word_by_word_, calm_;
+    int volume_, speed_, longest_, most_waiting_, letters_, reading_;
     std::vector<std::u16string> silenced_;
     bool paused_ = false;
 };

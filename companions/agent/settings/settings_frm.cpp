@@ -25,6 +25,10 @@ NumberList::Name seconds(const char16_t* none) {
     };
 }
 
+std::u16string readingTime(int number) {
+    return number == reading_bounds.most ? u"Until I click it" : seconds(u"As the character has it")(number);
+}
+
 template <std::size_t... I>
 std::array<SettingsFrm::KeyRow, sizeof...(I)> keyRows(ui::Control& page, std::index_sequence<I...>) {
     return {SettingsFrm::KeyRow(page, deeds[I])...};
@@ -46,6 +50,13 @@ SettingsFrm::SettingsFrm(Listener& listener, Keys& keys, std::function<Facts()> 
       WaitingList(ListeningPage, {0, 5, 10, 15, 20, 30, 60, 120, 300}, seconds(u"Never")),
       HurryLbl(ListeningPage, u"In a hurry, characters speak up to twice as fast. Where that is not enough, what has "
                               u"waited longest is left out."),
+      LettersList(BalloonsPage, {100, 125, 150, 175, 200, 250, 300}, percent),
+      ReadingList(BalloonsPage, {0, 3, 5, 10, 15, 20, 30, 60, 120, reading_bounds.most}, readingTime),
+      ReadingNoteLbl(BalloonsPage, u"What comes next in a balloon waits for that. A click on the balloon, or skipping, "
+                                   u"goes on at once."),
+      CalmLbl(BalloonsPage, u"Characters then stand still until they are asked for something, go to another place "
+                            u"without a way, and show all words at once. Where Windows has its animations switched "
+                            u"off, they do so anyway."),
       KeyRows(keyRows(KeysPage, std::make_index_sequence<deeds.size()>())), KeysLbl(KeysPage, u""), listener_(listener),
       keys_(keys), facts_(std::move(facts)), switches_(std::move(switches)) {
     setIcon({u"#1"}); // the program's own
@@ -65,6 +76,18 @@ SettingsFrm::SettingsFrm(Listener& listener, Keys& keys, std::function<Facts()> 
     SpeedList.Picked = [this](int percent) { listener_.setSpeed(percent); };
     LongestList.Picked = [this](int seconds) { listener_.setLongest(seconds); };
     WaitingList.Picked = [this](int seconds) { listener_.setMostWaiting(seconds); };
+    LettersList.Picked = [this](int percent) { listener_.setLetters(percent); };
+    ReadingList.Picked = [this](int seconds) { listener_.setReading(seconds); };
+    WordByWordCheck.Click = [this] {
+        if (!showing_facts_) {
+            listener_.setWordByWord(WordByWordCheck.Value() != 0);
+        }
+    };
+    CalmCheck.Click = [this] {
+        if (!showing_facts_) {
+            listener_.setCalm(CalmCheck.Value() != 0);
+        }
+    };
     SkipButt.Click = [this] { listener_.skip(); };
     PauseCheck.Click = [this] {
         if (!showing_facts_) {
@@ -83,7 +106,7 @@ SettingsFrm::SettingsFrm(Listener& listener, Keys& keys, std::function<Facts()> 
 }
 
 void SettingsFrm::layOut() {
-    constexpr int width = 5700, height = 4700, margin = 120, inside = 240;
+    constexpr int width = 6450, height = 4700, margin = 120, inside = 240;
     ui::fit(*this,
             ui::rows({ui::item(Pages).growing(), ui::columns({ui::stretch(), ui::item(CloseButt).least(1200, 390)})})
                 .gap(margin)
@@ -99,6 +122,7 @@ void SettingsFrm::layOut() {
                    ui::columns({ui::item(SizeLbl).centered(), ui::item(SizeList).least(1200, 0)}).gap(margin)}));
     fill(CopyrightPage, ui::rows({ui::item(CopyrightLbl).growing()}));
     layOutListening(margin, inside);
+    layOutBalloons(margin, inside);
     Voices.layOut(margin / 2, inside);
     layOutKeys(margin / 2, inside);
 }
@@ -120,6 +144,7 @@ void SettingsFrm::showKeys(const std::u16string& problem) {
     for (std::size_t i = 0; i < KeyRows.size(); ++i) {
         KeyRows[i].Box.setValue(keys_.key(i));
     }
+    KeysLbl.setTellsNews();
     KeysLbl.setCaption(!problem.empty() ? problem
                                         : u"Keys that are heard in every program. Press one in its field, with Ctrl or "
                                           u"Alt, or one of F1 to F12; Backspace takes it away.");
@@ -137,6 +162,18 @@ void SettingsFrm::layOutListening(int margin, int inside) {
         .gap(margin)
         .pad(inside)
         .place({0, 0, ListeningPage.Width(), ListeningPage.Height()});
+}
+
+void SettingsFrm::layOutBalloons(int margin, int inside) {
+    const int names = widthOf({&LettersLbl, &ReadingLbl});
+    const auto row = [&](ui::Label& name, ui::DropDownList& list) {
+        return ui::columns({ui::item(name).centered().least(names), ui::item(list).growing()}).gap(margin);
+    };
+    ui::rows({row(LettersLbl, LettersList), row(ReadingLbl, ReadingList), ui::item(ReadingNoteLbl).wrapped(),
+              ui::item(WordByWordCheck).atStart(), ui::item(CalmCheck).atStart(), ui::item(CalmLbl).wrapped()})
+        .gap(margin)
+        .pad(inside)
+        .place({0, 0, BalloonsPage.Width(), BalloonsPage.Height()});
 }
 
 bool SettingsFrm::setPage(std::u16string_view page) {
@@ -168,6 +205,8 @@ void SettingsFrm::showFacts() {
                       u"speech recognition is installed: characters do not listen.");
     showing_facts_ = true;
     PauseCheck.setValue(listener_.paused() ? 1 : 0);
+    WordByWordCheck.setValue(listener_.wordByWord() ? 1 : 0);
+    CalmCheck.setValue(listener_.calm() ? 1 : 0);
     SoundCheck.setValue(listener_.sound() ? 1 : 0);
     KeepOnScreenCheck.setValue(facts.keep_on_screen ? 1 : 0);
     showing_facts_ = false;
@@ -176,6 +215,8 @@ void SettingsFrm::showFacts() {
     SpeedList.show(listener_.speed());
     LongestList.show(listener_.longest());
     WaitingList.show(listener_.mostWaiting());
+    LettersList.show(listener_.letters());
+    ReadingList.show(listener_.reading());
     Voices.show();
     showKeys(keys_.problem());
 }

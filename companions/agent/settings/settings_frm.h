@@ -18,7 +18,8 @@
 
 namespace agent::settings {
 
-// The server's own settings, on the pages "Speech", "Output", "Listening", "Voices", "Keys" and "Copyright". Closing
+// The server's own settings, on the pages "Speech", "Output", "Listening", "Balloons", "Voices", "Keys" and
+// "Copyright". Closing
 // hides it: it keeps its page.
 class SettingsFrm : public murmelix::ui::Form {
   public:
@@ -47,7 +48,7 @@ class SettingsFrm : public murmelix::ui::Form {
 
     murmelix::ui::TabPages Pages{*this};
     murmelix::ui::TabPage SpeechPage{Pages, u"Speech"}, OutputPage{Pages, u"Output"},
-        ListeningPage{Pages, u"Listening"};
+        ListeningPage{Pages, u"Listening"}, BalloonsPage{Pages, u"Balloons"};
     VoicesPage Voices;
     murmelix::ui::TabPage KeysPage{Pages, u"Keys"}, CopyrightPage{Pages, u"Copyright"};
     murmelix::ui::Label SpeechLbl{SpeechPage, u""}, OutputLbl, CopyrightLbl;
@@ -66,6 +67,14 @@ class SettingsFrm : public murmelix::ui::Form {
     murmelix::ui::Label HurryLbl;
     murmelix::ui::Button SkipButt{ListeningPage, u"&Skip What Is Being Said"};
     murmelix::ui::CheckBox PauseCheck{ListeningPage, u"&Pause"};
+    murmelix::ui::Label LettersLbl{BalloonsPage, u"&Text, beside its usual size:"};
+    NumberList LettersList;
+    murmelix::ui::Label ReadingLbl{BalloonsPage, u"&Stay to be read:"};
+    NumberList ReadingList;
+    murmelix::ui::Label ReadingNoteLbl;
+    murmelix::ui::CheckBox WordByWordCheck{BalloonsPage, u"Show the &words as they are spoken"};
+    murmelix::ui::CheckBox CalmCheck{BalloonsPage, u"Move as little as &possible"};
+    murmelix::ui::Label CalmLbl;
     struct KeyRow {
         KeyRow(murmelix::ui::Control& page, const Deed& deed) : Lbl(page, deed.caption), Box(page) {}
         murmelix::ui::Label Lbl;
@@ -78,6 +87,7 @@ class SettingsFrm : public murmelix::ui::Form {
   private:
     void showFacts();
     void layOutListening(int margin, int inside);
+    void layOutBalloons(int margin, int inside);
     void layOutKeys(int margin, int inside);
     void showKeys(const std::u16string& problem);
 

@@ -53,6 +53,14 @@ void writeNumber(const std::u16string& name, int number) {
     store().putNumber(name, static_cast<std::uint32_t>(number));
 }
 
+bool readSwitch(const std::u16string& name, bool usual) {
+    return store().number(name).value_or(usual ? 1 : 0) != 0;
+}
+
+void writeSwitch(const std::u16string& name, bool on) {
+    write(name, on);
+}
+
 std::uint32_t readKey(const std::u16string& name) {
     return store().number(name).value_or(0);
 }

@@ -21,9 +21,15 @@ void writeSize(int percent);
 
 // Numbers of the listener (DWORDs; the usual one without it, the nearest within the bounds).
 inline const std::u16string volume_name = u"Volume", speed_name = u"Speed", longest_name = u"LongestRequest",
-                            most_waiting_name = u"MostWaiting";
+                            most_waiting_name = u"MostWaiting", letters_name = u"BalloonText",
+                            reading_name = u"BalloonStays";
 int readNumber(const std::u16string& name, const Bounds& bounds);
 void writeNumber(const std::u16string& name, int number);
+
+// Switches of the listener (DWORDs, as "SoundEnabled").
+inline const std::u16string word_by_word_name = u"WordByWord", calm_name = u"LessMotion";
+bool readSwitch(const std::u16string& name, bool usual);
+void writeSwitch(const std::u16string& name, bool on);
 
 // A key for all programs (a DWORD, see keys.h; 0 without it).
 std::uint32_t readKey(const std::u16string& name);

@@ -33,6 +33,7 @@ Tray::Tray(SettingsFrm& form, Listener& listener, const Keys& keys,
     SkipItem.Click = [this] { listener_.skip(); };
     PauseItem.Click = [this] { listener_.setPaused(!listener_.paused()); };
     SilenceMenu.Popup = [this] { fillSilence(); };
+    CharactersMenu.Popup = [this] { fillCharacters(); };
     VolumeMenu.Popup = [this] {
         fill(VolumeMenu, {25, 50, 75, 100}, listener_.volume(), [this](int percent) { listener_.setVolume(percent); });
     };
@@ -60,6 +61,17 @@ void Tray::showKeys() {
                                               std::tuple{&PauseItem, u"P&ause", pause_deed}}) {
         const ui::Shortcut& key = keys_.key(deed);
         item->setCaption(key ? caption + (u"\t" + nameOf(key)) : caption);
+    }
+}
+
+void Tray::fillCharacters() {
+    CharactersMenu.Clear();
+    const std::vector<OnScreen> all = CharactersOnScreen ? CharactersOnScreen() : std::vector<OnScreen>();
+    for (const OnScreen& character : all) {
+        CharactersMenu.AddItem(murmelix::replaceAll(character.name, u"&", u"&&"), character.open_menu);
+    }
+    if (all.empty()) {
+        CharactersMenu.AddItem(u"Nobody is on the screen").setEnabled(false);
     }
 }
 

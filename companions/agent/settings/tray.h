@@ -20,17 +20,24 @@ class Tray {
          std::function<void()> end);
     // The icon tells what keeps the characters from being heard.
     void showState();
+    // Those on the screen, each with what a click of the other button on it does: for who has no mouse.
+    struct OnScreen {
+        std::u16string name;
+        std::function<void()> open_menu;
+    };
+    std::function<std::vector<OnScreen>()> CharactersOnScreen;
 
     murmelix::ui::TrayIcon Icon;
     murmelix::ui::Menu IconMenu;
     murmelix::ui::MenuItem SkipItem{IconMenu, u"&Skip What Is Being Said"}, PauseItem{IconMenu, u"P&ause"};
     murmelix::ui::Menu SilenceMenu{IconMenu, u"S&ilence"}, VolumeMenu{IconMenu, u"&Volume"},
-        SpeedMenu{IconMenu, u"Sp&eed"};
+        SpeedMenu{IconMenu, u"Sp&eed"}, CharactersMenu{IconMenu, u"&Menu of a Character"};
     murmelix::ui::MenuItem ListenerSeparatorItem{IconMenu, u"-"}, PropertiesItem{IconMenu, u"&Properties"},
         SeparatorItem{IconMenu, u"-"}, RestartItem{IconMenu, u"&Restart"}, ExitItem{IconMenu, u"E&xit"};
 
   private:
     void fillSilence();
+    void fillCharacters();
     void showKeys();
 
     Listener& listener_;

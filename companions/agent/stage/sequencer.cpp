@@ -320,8 +320,28 @@ void Actor::showBalloon() {
     stage_.audience_.balloonShown(*this);
 }
 
+void Actor::dismissBalloon() {
+    if (words_over_) {
+        closeBalloonNow();
+    }
+}
+
+bool Actor::balloonBeingRead() const {
+    if (!balloon_open_ || !words_over_) {
+        return false;
+    }
+    const Time stays = stage_.listening_.balloon_stays;
+    return stays == Listening::until_read || stage_.now_ - *words_over_ < stays;
+}
+
+bool Actor::wordByWord() const {
+    const Listening& listening = stage_.listening_;
+    return (balloon_style & balloon_auto_pace) && !listening.words_at_once && !listening.calm;
+}
+
 void Actor::closeBalloonNow() {
-    balloon_closes_.reset();
+    words_over_.reset();
+    balloon_goes_ = false;
     if (std::exchange(balloon_open_, false)) {
         stage_.effects_.closeBalloon(*this);
         stage_.audience_.balloonHidden(*this);
@@ -480,7 +500,7 @@ bool Actor::ready(const Request& request) {
     case Kind::load:
         return true;
     case Kind::think:
-        return !visible_ || (!stage_.paused_ && settled(true));
+        return !visible_ || (!stage_.paused_ && settled(true) && !balloonBeingRead());
     case Kind::speak: {
         if (!visible_) {
             return true;
@@ -490,7 +510,8 @@ bool Actor::ready(const Request& request) {
         if (utterance.failed) {
             return true;
         }
-        return settled(true) && utterance.speech && !stage_.paused_ && (silenced_ || stage_.channel(id_));
+        return settled(true) && utterance.speech && !stage_.paused_ && !balloonBeingRead() &&
+               (silenced_ || stage_.channel(id_));
     }
     case Kind::play:
         // The way back may be just what is asked for.
@@ -498,6 +519,9 @@ bool Actor::ready(const Request& request) {
             return_to_.clear();
         }
         return settled(false);
+    case Kind::move_to:
+    case Kind::hide:
+        return settled(false) && !balloonBeingRead();
     default:
         return settled(false);
     }
@@ -538,7 +562,7 @@ void Actor::begin() {
         if (there == area()) {
             return;
         }
-        if (!visible_ || request.speed <= 0) {
+        if (!visible_ || request.speed <= 0 || stage_.listening_.calm) {
             return place(request.x, request.y, MoveCause::program);
         }
         closeBalloonNow();
@@ -683,7 +707,7 @@ void Actor::finish(Status status, Failure failure) {
 
 // True when a request ended or began, so that there may be more to do.
 bool Actor::progress() {
-    if (balloon_closes_ && stage_.now_ >= *balloon_closes_) {
+    if (balloon_goes_ && stage_.now_ - *words_over_ >= balloon_lingers && !balloonBeingRead()) {
         closeBalloonNow();
     }
     if (!current_) {
@@ -761,7 +785,7 @@ void Actor::idle() {
         animation = fromState(tried == 3 ? u"IDLINGLEVEL3" : tried == 2 ? u"IDLINGLEVEL2" : u"IDLINGLEVEL1");
     }
     next_idle_ = now + least_idle_pause;
-    if (animation) {
+    if (animation && !stage_.listening_.calm) {
         playNow(std::move(animation), Role::idling);
     }
 }
@@ -836,7 +860,7 @@ void Actor::beginSpeaking() {
         last_kind_ = utterance.quiet ? BalloonKind::thought : BalloonKind::words;
         last_words_ = shown;
         stage_.effects_.openBalloon(*this, last_kind_, shown);
-        if (!(balloon_style & balloon_auto_pace)) {
+        if (!wordByWord()) {
             stage_.effects_.balloonWords(*this, shown.size());
         }
         stage_.audience_.balloonShown(*this);
@@ -876,7 +900,7 @@ bool Actor::speaking() {
         }
         heard.reset();
     }
-    if (utterance.words != words_before && balloon_open_ && (balloon_style & balloon_auto_pace)) {
+    if (utterance.words != words_before && balloon_open_ && wordByWord()) {
         stage_.effects_.balloonWords(*this, speech.words[utterance.words - 1].end);
     }
     while (utterance.mouths < speech.mouth.size() && due(speech.mouth[utterance.mouths].at)) {
@@ -894,9 +918,8 @@ bool Actor::speaking() {
     }
     if (balloon_open_) {
         stage_.effects_.balloonWords(*this, speech.shown.size());
-        if (balloon_style & balloon_auto_hide) {
-            balloon_closes_ = stage_.now_ + balloon_lingers;
-        }
+        words_over_ = stage_.now_;
+        balloon_goes_ = (balloon_style & balloon_auto_hide) != 0;
     }
     utterance.sound = 0;
     endUtterance();
@@ -1126,6 +1149,17 @@ void Stage::skip() {
     };
     if (skipped([this](const Actor& actor) { return actor.id_ == speaker_; }) ||
         skipped([](const Actor& actor) { return actor.utters(); })) {
+        return;
+    }
+    // What is still being read is said already: what follows it goes on.
+    bool read = false;
+    for (const auto& [id, actor] : actors_) {
+        if (actor->balloonBeingRead()) {
+            actor->dismissBalloon();
+            read = true;
+        }
+    }
+    if (read) {
         return;
     }
     RequestRef next;

@@ -5,6 +5,7 @@
 
 #include <deque>
 #include <functional>
+#include <limits>
 #include <list>
 #include <map>
 #include <memory>
@@ -113,6 +114,12 @@ struct Listening {
     Time longest = 0;      // ms that one Speak or Think takes at most, and the word in which that ends; 0: any
     Time most_waiting = 0; // ms of Speaks that may wait; with more it goes faster and faster, up to double, and then
                            // the oldest are let go; 0: any
+    // ms that a balloon whose words are all said is left to be read: nothing that would close it, or take its place,
+    // happens meanwhile. 0: no longer than the character has it; `until_read`: until the user says so.
+    Time balloon_stays = 0;
+    bool words_at_once = false; // a balloon shows all its words as it opens
+    bool calm = false;          // no idling, no way between two places, and words at once
+    static constexpr Time until_read = std::numeric_limits<Time>::max();
     bool operator==(const Listening&) const = default;
 };
 
@@ -170,6 +177,8 @@ class Actor {
     void hideBalloon();
     // With the words that it had last, until it is hidden or has others. Nothing where it had none.
     void showBalloon();
+    // The user has read it: where its words are all said it closes.
+    void dismissBalloon();
 
   private:
     friend class Stage;
@@ -225,6 +234,8 @@ class Actor {
     Time lengthOf(const Request& request) const;
     std::vector<RequestRef> unspoken() const;
     void closeBalloonNow();
+    bool balloonBeingRead() const;
+    bool wordByWord() const;
     void setVisible(bool visible, VisibilityCause cause);
     Rect kept(const Rect& area) const;
     void returnToScreen(MoveCause cause);
@@ -260,8 +271,9 @@ class Actor {
     MoveCause move_cause_ = MoveCause::never;
     bool balloon_open_ = false;
     BalloonKind last_kind_ = BalloonKind::words;
-    std::u16string last_words_; // that the balloon showed
-    std::optional<Time> balloon_closes_;
+    std::u16string last_words_;                       // that the balloon showed
+    std::optional<Time> words_over_;                  // when the last word of the open balloon was said
+    bool balloon_goes_ = false;                       // by itself, some time after that
     std::shared_ptr<const acs::Animation> rest_pose_; // null where there is none
     Time begun_at_ = 0;
     Time quiet_since_ = 0;

@@ -21,6 +21,10 @@ bool isHere(const Contact& contact) {
 
 ContactList::ContactList(ui::Control& parent) : ListBox(parent) {
     DrawItem = [this](ui::Surface& surface, int row, const Looks& looks) { draw(surface, row, looks); };
+    RowName = [this](int row) {
+        const ContactPtr contact = contactAt(row);
+        return contact ? contact->friendly + u", " + std::u16string(nameOf(contact->status)) : counted(row);
+    };
 }
 
 ContactList::Place ContactList::placeFor(const Contact& contact) {
@@ -157,23 +161,28 @@ void ContactList::fitRows() {
     setItemHeight(std::max(least_row_height, 2 * sizeFor(u"X").height + 120));
 }
 
+std::u16string ContactList::counted(int heading_row) const {
+    const std::size_t number = groups_[heading_row == headingRow(here) && !groups_[here].empty() ? here : away].size();
+    return List(heading_row) + u" (" + murmelix::toText(static_cast<long long>(number)) + u")";
+}
+
 void ContactList::draw(ui::Surface& surface, int row, const Looks& looks) const {
     const ContactPtr contact = contactAt(row);
     const int width = surface.Width(), height = surface.Height(), line = surface.TextHeight();
-    surface.Cls(contact && looks.selected ? colour::chosen : colour::field);
+    const bool selected = contact && looks.selected;
+    surface.Cls(colour::row(selected));
     const int left = px(14);
     if (!contact) {
         surface.setFontBold(true);
-        const std::size_t number = groups_[row == headingRow(here) && !groups_[here].empty() ? here : away].size();
-        surface.PrintIn({left, height - line - px(6), width - left, line},
-                        List(row) + u" (" + murmelix::toText(static_cast<long long>(number)) + u")", colour::soft_text);
+        surface.PrintIn({left, height - line - px(6), width - left, line}, counted(row), colour::soft_text);
         surface.setFontBold(false);
     } else {
         const int size = px(28), text_left = left + size + px(9);
         drawAvatar(surface, {left, (height - size) / 2, size, size}, *contact);
         const ui::Rect name{text_left, (height - 2 * line) / 2, width - text_left - px(4), line};
-        surface.PrintIn(name, contact->friendly, colour::text);
-        surface.PrintIn({name.left, name.top + line, name.width, line}, nameOf(contact->status), colour::soft_text);
+        surface.PrintIn(name, contact->friendly, colour::rowText(selected));
+        surface.PrintIn({name.left, name.top + line, name.width, line}, nameOf(contact->status),
+                        colour::rowSoftText(selected));
     }
     if (contact && looks.focused) { // a heading is none to go on with
         surface.FocusRect({0, 0, width, height});

@@ -52,6 +52,7 @@ class ContactList final : public murmelix::ui::ListBox {
     int headingRow(Group group) const;
     // The row's text; how many it is about is drawn, for it changes with every contact.
     static std::u16string heading(Group group);
+    std::u16string counted(int heading_row) const;
     void draw(murmelix::ui::Surface& surface, int row, const Looks& looks) const;
 
     std::array<Entries, 2> groups_;

@@ -44,6 +44,10 @@ ConversationWindow::ConversationWindow(Client& client, ConversationPtr conversat
     People.DrawItem = [this](ui::Surface& surface, int row, const ui::ListBox::Looks& looks) {
         People_DrawItem(surface, row, looks);
     };
+    People.RowName = [this](int row) {
+        const Contact& contact = *people_.at(static_cast<std::size_t>(row));
+        return contact.friendly + u", " + std::u16string(nameOf(contact.status));
+    };
     People.ContextMenu = [this] { People_ContextMenu(); };
     Invite.Click = [this] { PopupMenu(Guests, Invite); };
     Guests.Popup = [this] { Guests_Popup(); };
@@ -107,12 +111,13 @@ void ConversationWindow::paint(ui::Surface& surface) const {
 }
 
 void ConversationWindow::People_DrawItem(ui::Surface& surface, int row, const ui::ListBox::Looks& looks) const {
-    surface.Fill({0, 0, surface.Width(), surface.Height()}, looks.selected ? colour::chosen : colour::field);
+    surface.Fill({0, 0, surface.Width(), surface.Height()}, colour::row(looks.selected));
     const Contact& contact = *people_.at(static_cast<std::size_t>(row));
     const int size = surface.Height() - 2 * px(6);
     drawAvatar(surface, {px(6), px(6), size, size}, contact);
     const int left = size + px(14);
-    surface.PrintIn({left, 0, std::max(surface.Width() - left, 0), surface.Height()}, contact.friendly, colour::text);
+    surface.PrintIn({left, 0, std::max(surface.Width() - left, 0), surface.Height()}, contact.friendly,
+                    colour::rowText(looks.selected));
     if (looks.focused) {
         surface.FocusRect({0, 0, surface.Width(), surface.Height()});
     }

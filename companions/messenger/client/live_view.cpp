@@ -43,14 +43,14 @@ std::u16string webAddress(std::u16string_view link) {
 }
 
 ui::RichTextBox::Looks LiveView::looksOf(Style style, bool told) {
-    const ui::Colour plain = told ? colour::text : colour::soft_text;
+    const ui::Colour plain = told ? colour::text : colour::unread;
     switch (style) {
     case Style::name:
-        return {.colour = plain, .bold = true};
+        return {.colour = plain, .bold = told}; // so that it is told by more than a colour
     case Style::link:
-        return {.colour = colour::band_top, .link = true};
+        return {.colour = colour::link, .link = true};
     case Style::announcement:
-        return {.colour = told ? colour::text : colour::band_top, .bold = true};
+        return {.colour = told ? colour::text : colour::link, .bold = true};
     case Style::news:
         return {.colour = colour::fault, .bold = true};
     case Style::sign:

@@ -5,7 +5,9 @@
 #include <utility>
 
 #include "common/text.h"
+#include "companions/messenger/reading/links.h"
 #include "platform/clock.h"
+#include "ui/screen.h"
 
 namespace messenger_client {
 
@@ -44,6 +46,16 @@ LiveWindow::PersonMenu::PersonMenu(LiveWindow& window, ui::Menu& menu)
     Choose.Click = [&window] { window.list(&reading::Rules::chosen_people); };
 }
 
+namespace {
+
+std::u16string shownName(const LivePerson& person) {
+    std::u16string text = person.sign == 0 ? person.name : person.sign + person.name;
+    text += person.pinned ? u" \x2013 kept" : person.ignored ? u" \x2013 not read" : u"";
+    return text;
+}
+
+} // namespace
+
 LiveWindow::LiveWindow(Client& client, ConversationPtr conversation, Hooks hooks, const ui::Rect& place,
                        const EditClasses& edits)
     : ConversationForm(client, std::move(conversation), edits), ShowTimer(show_delay), PeopleTimer(people_delay),
@@ -52,6 +64,13 @@ LiveWindow::LiveWindow(Client& client, ConversationPtr conversation, Hooks hooks
     History.LinkClick = [this](const std::u16string& address) { hooks_.open_link(address); };
     People.DrawItem = [this](ui::Surface& surface, int row, const ui::ListBox::Looks& looks) {
         People_DrawItem(surface, row, looks);
+    };
+    People.RowName = [this](int row) {
+        const LivePerson& person = people_.at(static_cast<std::size_t>(row));
+        std::u16string name = shownName(person);
+        name += person.on_stage ? u", has a character" : u"";
+        name += person.away ? u", away" : u"";
+        return name;
     };
     People.ContextMenu = [this] { People_ContextMenu(); };
     People.DblClick = [this] { PeopleMenuItems.Talk.onClick(); };
@@ -63,6 +82,7 @@ LiveWindow::LiveWindow(Client& client, ConversationPtr conversation, Hooks hooks
     FindPreviousButt.Click = [this] { find(true); };
     TalkMenuRules.Click = [this] { RulesButt_Click(); };
     TalkMenuFind.Click = [this] { showFind(true); };
+    TalkMenuLinks.Popup = [this] { TalkMenuLinks_Popup(); };
     TalkMenuLog.Click = [this] { hooks_.keep_log(*this); };
     TalkMenuReconnect.Click = [this] { hooks_.reconnect(); };
     TalkMenuLeave.Click = [this] { onClose(); };
@@ -113,7 +133,7 @@ ui::Layout LiveWindow::layout() {
     texts.push_back(framed(History, 4 * line).growing());
     if (finding_) {
         texts.push_back(
-            columns({item(FindTxt).least(120 * pixel).growing(), item(FindNextButt), item(FindPreviousButt)})
+            columns({item(FindTxt).least(120 * pixel).growing().centered(), item(FindNextButt), item(FindPreviousButt)})
                 .gap(margin / 2));
     }
     texts.push_back(columns({framed(Input, 3 * line).growing(), item(Send).least(74 * pixel)}).gap(margin));
@@ -151,19 +171,19 @@ void LiveWindow::paint(ui::Surface& surface) const {
 }
 
 void LiveWindow::People_DrawItem(ui::Surface& surface, int row, const ui::ListBox::Looks& looks) const {
-    surface.Fill({0, 0, surface.Width(), surface.Height()}, looks.selected ? colour::chosen : colour::field);
+    surface.Fill({0, 0, surface.Width(), surface.Height()}, colour::row(looks.selected));
     const LivePerson& person = people_.at(static_cast<std::size_t>(row));
     const int size = surface.Height() - 2 * px(3);
     if (person.on_stage) {
         drawAvatar(surface, {px(6), px(3), size, size},
                    {person.signin, person.name, person.away ? Status::away : Status::online});
     }
-    std::u16string text = person.sign == 0 ? person.name : person.sign + person.name;
-    text += person.pinned ? u" \x2013 kept" : person.ignored ? u" \x2013 not read" : u"";
+    const std::u16string text = shownName(person);
     const int left = size + px(12);
     surface.setFontBold(person.on_stage);
     surface.PrintIn({left, 0, std::max(surface.Width() - left, 0), surface.Height()}, text,
-                    person.away || person.ignored ? colour::soft_text : colour::text);
+                    person.away || person.ignored ? colour::rowSoftText(looks.selected)
+                                                  : colour::rowText(looks.selected));
     surface.setFontBold(false);
     if (looks.focused) {
         surface.FocusRect({0, 0, surface.Width(), surface.Height()});
@@ -234,6 +254,38 @@ void LiveWindow::RulesButt_Click() {
     RulesPage->present();
 }
 
+void LiveWindow::TalkMenuLinks_Popup() {
+    constexpr LineNumber most_lines = 500;
+    constexpr std::size_t most_links = 10, longest_caption = 80;
+    TalkMenuLinks.Clear();
+    std::vector<std::u16string> listed;
+    const LiveLines& lines = talk().lines();
+    const LineNumber end = lines.next() - std::min(lines.next() - lines.first(), most_lines);
+    for (LineNumber number = lines.next(); number-- > end && listed.size() < most_links;) {
+        const LiveLine* line = lines.find(number);
+        if (!line || line->gone) {
+            continue;
+        }
+        for (const reading::Range& part : reading::linksIn(line->text)) {
+            std::u16string link = line->text.substr(part.begin, part.end - part.begin);
+            if (listed.size() == most_links || !reading::isWebLink(link) ||
+                std::ranges::find(listed, link) != listed.end()) {
+                continue;
+            }
+            std::u16string caption = murmelix::replaceAll(link, u"&", u"&&");
+            if (caption.size() > longest_caption) {
+                caption.resize(longest_caption);
+                caption += u'…';
+            }
+            TalkMenuLinks.AddItem(caption, [this, link] { hooks_.open_link(link); });
+            listed.push_back(std::move(link));
+        }
+    }
+    if (listed.empty()) {
+        TalkMenuLinks.AddItem(u"No link was written lately").setEnabled(false);
+    }
+}
+
 void LiveWindow::People_ContextMenu() {
     if (selected()) {
         PopupMenu(PersonPopup);
@@ -269,7 +321,11 @@ bool LiveWindow::FindTxt_KeyPress(const ui::Shortcut& key) {
 }
 
 void LiveWindow::find(bool back) {
-    FindTxt.setForeColor(History.Find(FindTxt.Text(), back) ? colour::text : colour::fault);
+    const bool found = History.Find(FindTxt.Text(), back);
+    FindTxt.setForeColor(found ? colour::text : colour::fault);
+    if (!found) {
+        ui::beep(); // for those who do not see the colour
+    }
 }
 
 // Whatever was pressed for it, the typing goes on.

@@ -44,6 +44,7 @@ class LiveWindow final : public ConversationForm {
     ui::Menu TalkMenu{*this, u"&Conversation"};
     ui::MenuItem TalkMenuRules{TalkMenu, u"&What is read aloud…"};
     ui::MenuItem TalkMenuFind{TalkMenu, u"&Find…", {u'F', ui::control_key}};
+    ui::Menu TalkMenuLinks{TalkMenu, u"&Open a link"}; // of the last lines, the newest first
     ui::MenuItem TalkMenuLog{TalkMenu, u"&Keep a log in a file…"};
     ui::MenuItem TalkMenuSep1{TalkMenu, u"-"};
     ui::MenuItem TalkMenuReconnect{TalkMenu, u"Connect &again"};
@@ -74,6 +75,7 @@ class LiveWindow final : public ConversationForm {
     void People_DrawItem(ui::Surface& surface, int row, const ui::ListBox::Looks& looks) const;
     void People_ContextMenu();
     void RulesButt_Click();
+    void TalkMenuLinks_Popup();
     bool FindTxt_KeyPress(const ui::Shortcut& key);
 
     const LivePerson* selected() const;

@@ -50,7 +50,7 @@ ui::Colour mixed(ui::Colour from, ui::Colour to, int part, int whole) {
         const int a = static_cast<int>(from >> shift & 0xFF), b = static_cast<int>(to >> shift & 0xFF);
         return static_cast<unsigned>(a + (b - a) * part / whole);
     };
-    return ui::rgb(mix(0), mix(8), mix(16));
+    return (from & 0xFF000000) | ui::rgb(mix(0), mix(8), mix(16));
 }
 
 void drawBand(ui::Surface& surface, const ui::Rect& area) {

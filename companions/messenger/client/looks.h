@@ -11,25 +11,41 @@ namespace messenger_client {
 
 namespace ui = murmelix::ui;
 
+// Each with the system's that it gives way to where the user has chosen theirs.
 namespace colour {
-constexpr ui::Colour band_top = ui::rgb(58, 124, 191);
-constexpr ui::Colour band_bottom = ui::rgb(94, 160, 219);
-constexpr ui::Colour on_band = ui::rgb(255, 255, 255);
-constexpr ui::Colour on_band_soft = ui::rgb(224, 238, 250);
-constexpr ui::Colour face = ui::rgb(243, 247, 251);
-constexpr ui::Colour field = ui::rgb(255, 255, 255);
-constexpr ui::Colour line = ui::rgb(198, 212, 226);
-constexpr ui::Colour text = ui::rgb(32, 40, 48);
-constexpr ui::Colour soft_text = ui::rgb(96, 110, 124);
-constexpr ui::Colour chosen = ui::rgb(213, 230, 246);
-constexpr ui::Colour fault = ui::rgb(176, 42, 32);
+using ui::orSystem, ui::rgb;
+constexpr ui::Colour band_top = orSystem(rgb(58, 124, 191), ui::highlight);
+constexpr ui::Colour band_bottom = orSystem(rgb(94, 160, 219), ui::highlight);
+constexpr ui::Colour on_band = orSystem(rgb(255, 255, 255), ui::highlight_text);
+constexpr ui::Colour on_band_soft = orSystem(rgb(224, 238, 250), ui::highlight_text);
+constexpr ui::Colour face = orSystem(rgb(243, 247, 251), ui::window_background);
+constexpr ui::Colour field = orSystem(rgb(255, 255, 255), ui::window_background);
+constexpr ui::Colour line = orSystem(rgb(198, 212, 226), ui::window_text);
+constexpr ui::Colour text = orSystem(rgb(32, 40, 48), ui::window_text);
+constexpr ui::Colour soft_text = orSystem(rgb(96, 110, 124), ui::window_text);
+constexpr ui::Colour unread = orSystem(rgb(96, 110, 124), ui::grey_text); // aloud
+constexpr ui::Colour link = orSystem(rgb(58, 124, 191), ui::hot_light);
+constexpr ui::Colour fault = orSystem(rgb(176, 42, 32), ui::window_text);
+// A row that is selected.
+constexpr ui::Colour chosen = orSystem(rgb(213, 230, 246), ui::highlight);
+constexpr ui::Colour on_chosen = orSystem(rgb(32, 40, 48), ui::highlight_text);
+constexpr ui::Colour on_chosen_soft = orSystem(rgb(96, 110, 124), ui::highlight_text);
+constexpr ui::Colour row(bool selected) {
+    return selected ? chosen : field;
+}
+constexpr ui::Colour rowText(bool selected) {
+    return selected ? on_chosen : text;
+}
+constexpr ui::Colour rowSoftText(bool selected) {
+    return selected ? on_chosen_soft : soft_text;
+}
 } // namespace colour
 
 // Pixels for a length at 96 dots an inch.
 int px(int length);
 
 ui::Colour colourOf(Status status);
-// `part` of `whole` on the way from one colour to the other.
+// `part` of `whole` on the way from one colour to the other; where the user has colours of their own, the first.
 ui::Colour mixed(ui::Colour from, ui::Colour to, int part, int whole);
 
 // The band at the top of a window.

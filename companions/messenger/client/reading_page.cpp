@@ -27,7 +27,12 @@ constexpr int rim_width = 14 * pixel, rim_height = 36 * pixel;
 // Pixels at 96 dots an inch.
 constexpr int padding = 6, name_width = 96;
 
-constexpr ui::Colour unread_text = ui::rgb(122, 132, 142);
+constexpr ui::Colour unread_text = colour::orSystem(ui::rgb(104, 114, 124), ui::grey_text);
+
+// Grey on the colour of a selected row is none that can be relied on.
+constexpr ui::Colour unreadText(bool selected) {
+    return selected ? colour::orSystem(ui::rgb(104, 114, 124), ui::highlight_text) : unread_text;
+}
 
 std::u16string shownName(const reading::Line& line) {
     return reading::seatName(line.name, line.person);
@@ -47,7 +52,7 @@ std::u16string rowText(const reading::WordRule& rule) {
 
 void drawGround(ui::Surface& surface, const ui::ListBox::Looks& looks) {
     const ui::Rect all{0, 0, surface.Width(), surface.Height()};
-    surface.Fill(all, looks.selected ? colour::chosen : colour::field);
+    surface.Fill(all, colour::row(looks.selected));
     if (looks.focused) {
         surface.FocusRect(all);
     }
@@ -583,13 +588,15 @@ void ReadingPage::PreviewList_DrawItem(ui::Surface& surface, int row, const ui::
         const std::u16string_view why = reading::whyText(*previewed.unread);
         const int why_width = std::min(surface.TextWidth(why) + px(2), (width - left) / 2);
         right -= why_width;
-        surface.PrintIn({right, 0, std::max(why_width, 0), height}, why, unread_text);
+        surface.PrintIn({right, 0, std::max(why_width, 0), height}, why, unreadText(looks.selected));
         right -= px(2 * padding);
     }
     surface.PrintIn({px(padding), 0, px(name_width), height}, shownName(line),
-                    previewed.unread ? unread_text : colour::band_top);
+                    previewed.unread ? unreadText(looks.selected)
+                    : looks.selected ? colour::on_chosen
+                                     : colour::link);
     surface.PrintIn({left, 0, std::max(right - left, 0), height}, previewed.text,
-                    previewed.unread ? unread_text : colour::text);
+                    previewed.unread ? unreadText(looks.selected) : colour::rowText(looks.selected));
 }
 
 void ReadingPage::PeopleList_DrawItem(ui::Surface& surface, int row, const ui::ListBox::Looks& looks) const {
@@ -605,20 +612,21 @@ void ReadingPage::PeopleList_DrawItem(ui::Surface& surface, int row, const ui::L
     }
     const int height = surface.Height(), marks_width = surface.TextWidth(marks) + px(2);
     const int right = surface.Width() - px(padding) - marks_width;
-    surface.PrintIn({right, 0, marks_width, height}, marks, colour::soft_text);
+    surface.PrintIn({right, 0, marks_width, height}, marks, colour::rowSoftText(looks.selected));
     const bool ignored = reading::isListed(rules_.ignored_people, person.person);
     surface.PrintIn({px(padding), 0, std::max(right - px(2 * padding), 0), height}, person.name,
-                    ignored ? unread_text : colour::text);
+                    ignored ? unreadText(looks.selected) : colour::rowText(looks.selected));
 }
 
 void ReadingPage::WordsList_DrawItem(ui::Surface& surface, int row, const ui::ListBox::Looks& looks) const {
     drawGround(surface, looks);
     const reading::WordRule& rule = rules_.words.at(static_cast<std::size_t>(row));
     const int height = surface.Height(), half = surface.Width() / 2;
-    surface.PrintIn({px(padding), 0, std::max(half - px(2 * padding), 0), height}, rule.word, colour::text);
+    surface.PrintIn({px(padding), 0, std::max(half - px(2 * padding), 0), height}, rule.word,
+                    colour::rowText(looks.selected));
     surface.PrintIn({half, 0, std::max(half - px(padding), 0), height},
                     rule.replacement.empty() ? u"nothing" : rule.replacement,
-                    rule.replacement.empty() ? unread_text : colour::text);
+                    rule.replacement.empty() ? unreadText(looks.selected) : colour::rowText(looks.selected));
 }
 
 } // namespace messenger_client

@@ -9,6 +9,7 @@
 #include "ui/label.h"
 #include "ui/layout.h"
 #include "ui/picture_box.h"
+#include "ui/screen.h"
 #include "ui/timer.h"
 
 namespace messenger_client {
@@ -22,7 +23,7 @@ class SigningInPage final : public ui::Frame {
     // `who` is signing in, and this is being done for it.
     void tell(const Contact& who, const std::u16string& doing);
     // The light runs round while the page is shown.
-    void turn(bool on) { Turn.setEnabled(on); }
+    void turn(bool on) { Turn.setEnabled(on && ui::animates()); }
     ui::Layout layout();
 
     ui::PictureBox Ring{*this};

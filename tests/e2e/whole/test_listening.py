@@ -57,12 +57,12 @@ class Listening(ShellTest):
         return self.open_menu_at(*self.icon())
 
     def choose(self, number, picture=None):
-        """The first item or the second from the menu of the server's icon: of eight, and two lines half as high."""
+        """The first item or the second from the menu of the server's icon: of nine, and two lines half as high."""
         menu = self.server_menu()
         if picture:
             self.picture(picture)
         left, top, right, bottom = menu.place
-        self.click_at((left + right) // 2, top + round((number - 0.5) * (bottom - top) / 9))
+        self.click_at((left + right) // 2, top + round((number - 0.5) * (bottom - top) / 10))
         self.eventually("the end of the menu", lambda: not self.popup())
 
     def heard(self):
@@ -109,7 +109,7 @@ class Listening(ShellTest):
     def test_keys_set_in_the_window_skip_and_pause_wherever_the_keyboard_is(self):
         self.read()
         self.properties()
-        self.screen.key(*4 * ["ctrl+Tab"])
+        self.screen.key(*5 * ["ctrl+Tab"])
         self.eventually("the page of the keys", lambda: self.fields()[:1] == ["None"])
         self.screen.key("alt+s")
         self.screen.key("ctrl+alt+k")
@@ -156,7 +156,7 @@ class Listening(ShellTest):
     def test_a_character_speaks_in_the_language_that_the_listener_chose_and_tried(self):
         self.read()
         self.properties()
-        self.screen.key(*3 * ["ctrl+Tab"])
+        self.screen.key(*4 * ["ctrl+Tab"])
         self.eventually("the page of the voices", lambda: "&Listen" in self.shown_texts())
         self.screen.key("alt+a")
         self.screen.key("g")  # the first that begins so: German

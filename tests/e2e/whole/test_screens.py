@@ -191,7 +191,7 @@ class Screens(ShellTest):
         self.shot("menu-tray-agent", menu, self.window(TRAY))
         left, top, _, bottom = menu.place
         for item, name in enumerate(("silence", "volume", "speed"), 2):
-            self.xdotool("mousemove", left + 30, top + round((item + 0.5) * (bottom - top) / 9))
+            self.xdotool("mousemove", left + 30, top + round((item + 0.5) * (bottom - top) / 10))
             below = self.eventually("the menu below", lambda: [
                 window for window in self.windows() if window.kind == "#32768" and window.visible and window.place != menu.place
                 and abs(window.place[1] - self.pointer_row(menu, item)) < 12])
@@ -200,7 +200,7 @@ class Screens(ShellTest):
         self.click(icon, times=2)
         self.eventually("the server's window", lambda: self.screen.find(f"^{PROPERTIES}$"))
         self.screen.move(self.screen.find(f"^{PROPERTIES}$")[-1], 60, 500)  # away from the characters
-        for page in ("speech", "output", "listening", "voices", "keys"):
+        for page in ("speech", "output", "listening", "balloons", "voices", "keys"):
             if page != "speech":
                 self.screen.key("ctrl+Tab")
             self.shot_of(PROPERTIES, f"agent-{page}")
@@ -209,8 +209,8 @@ class Screens(ShellTest):
 
     @staticmethod
     def pointer_row(menu, item):
-        """Where an item of the server's menu begins: of eight, and two lines half as high."""
-        return menu.place[1] + round(item * (menu.place[3] - menu.place[1]) / 9)
+        """Where an item of the server's menu begins: of nine, and two lines half as high."""
+        return menu.place[1] + round(item * (menu.place[3] - menu.place[1]) / 10)
 
     def desk_scene(self):
         """Everything together: the conversation, its character speaking, the program that listens."""

@@ -162,13 +162,56 @@ TEST_F(SettingsTest, ControlTabTurnsThePages) {
     form->present();
     const ui::Shortcut next{Key::tab, ui::control_key}, back{Key::tab, ui::control_key | ui::shift_key};
     std::vector<std::u16string> pages;
-    for (int i = 0; i < 6; ++i) {
+    for (int i = 0; i < 7; ++i) {
         EXPECT_TRUE(fakes::key(*form, next));
         pages.push_back(form->page());
     }
     EXPECT_TRUE(fakes::key(*form, back));
     pages.push_back(form->page());
-    EXPECT_THAT(pages, ElementsAre(u"Output", u"Listening", u"Voices", u"Keys", u"Copyright", u"Speech", u"Copyright"));
+    EXPECT_THAT(pages, ElementsAre(u"Output", u"Listening", u"Balloons", u"Voices", u"Keys", u"Copyright", u"Speech",
+                                   u"Copyright"));
+}
+
+TEST_F(SettingsTest, BalloonsAreAsTheUserReads) {
+    form->setPage(u"Balloons");
+    form->present();
+    EXPECT_EQ(form->LettersList.Text(), u"100 %");
+    EXPECT_EQ(form->ReadingList.Text(), u"As the character has it");
+    EXPECT_EQ(form->WordByWordCheck.Value(), 1);
+    EXPECT_EQ(form->CalmCheck.Value(), 0);
+    EXPECT_EQ(changes, 0);
+    EXPECT_TRUE(fakes::pick(form->LettersList, 4));
+    EXPECT_EQ(listener->letters(), 200);
+    EXPECT_EQ(stored(u"BalloonText"), 200u);
+    EXPECT_TRUE(fakes::pick(form->ReadingList, 1));
+    EXPECT_EQ(form->ReadingList.Text(), u"3 seconds");
+    EXPECT_EQ(stored(u"BalloonStays"), 3u);
+    EXPECT_TRUE(fakes::pick(form->ReadingList, form->ReadingList.ListCount() - 1));
+    EXPECT_EQ(form->ReadingList.Text(), u"Until I click it");
+    EXPECT_EQ(listener->reading(), reading_bounds.most);
+    EXPECT_TRUE(fakes::click(form->WordByWordCheck));
+    EXPECT_TRUE(fakes::click(form->CalmCheck));
+    EXPECT_EQ(stored(u"WordByWord"), 0u);
+    EXPECT_EQ(stored(u"LessMotion"), 1u);
+    EXPECT_EQ(changes, 5);
+
+    const Listener next;
+    EXPECT_EQ(next.letters(), 200);
+    EXPECT_EQ(next.reading(), reading_bounds.most);
+    EXPECT_FALSE(next.wordByWord());
+    EXPECT_TRUE(next.calm());
+}
+
+TEST_F(SettingsTest, WhatIsKeptOfBalloonsIsBroughtWithinItsBounds) {
+    store(u"BalloonText", std::uint32_t{7});
+    store(u"BalloonStays", std::uint32_t{0xFFFFFFFF});
+    store(u"WordByWord", std::uint32_t{9});
+    store(u"LessMotion", std::u16string(u"no number"));
+    const Listener next;
+    EXPECT_EQ(next.letters(), 100);
+    EXPECT_EQ(next.reading(), reading_bounds.most);
+    EXPECT_TRUE(next.wordByWord());
+    EXPECT_FALSE(next.calm());
 }
 
 TEST_F(SettingsTest, TabGoesThroughWhatTakesTheKeyboard) {
@@ -632,6 +675,20 @@ TEST_F(TrayTest, SilencesAllCharactersOrOne) {
     characters.clear();
     tray.SilenceMenu.Popup();
     EXPECT_EQ(tray.SilenceMenu.items().size(), 1U) << "without a line that parts it from nothing";
+}
+
+TEST_F(TrayTest, OpensTheMenuOfACharacter) {
+    EXPECT_FALSE(fakes::find(tray.CharactersMenu, u"Nobody is on the screen")->Enabled());
+    std::vector<std::string> opened;
+    tray.CharactersOnScreen = [&] {
+        return std::vector<Tray::OnScreen>{{u"Salt & Pepper", [&] { opened.push_back("pepper"); }},
+                                           {u"Ottoline", [&] { opened.push_back("ottoline"); }}};
+    };
+    ui::MenuItem* pepper = fakes::find(tray.CharactersMenu, u"Salt & Pepper");
+    ASSERT_TRUE(pepper);
+    EXPECT_TRUE(fakes::choose(*pepper));
+    EXPECT_TRUE(fakes::choose(*tray.CharactersMenu.items().at(1)));
+    EXPECT_THAT(opened, ElementsAre("pepper", "ottoline"));
 }
 
 TEST_F(TrayTest, SetsVolumeAndSpeed) {

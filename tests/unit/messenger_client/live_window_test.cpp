@@ -148,13 +148,15 @@ struct LiveWindows : testing::Test {
 TEST_F(LiveWindows, ShowWhatIsSaidGreyUntilItIsRead) {
     writes("ann", "hello");
     EXPECT_EQ(shown(), u"ann: hello");
-    EXPECT_EQ(colourOf(u"hello"), colour::soft_text);
+    EXPECT_EQ(colourOf(u"hello"), colour::unread);
+    EXPECT_FALSE(runs()[0].looks.bold) << "whoever sees no colours sees it by the name";
     pass(1'000);
     EXPECT_EQ(colourOf(u"hello"), colour::text);
     EXPECT_EQ(colourOf(u"ann: "), colour::text);
+    EXPECT_TRUE(runs()[0].looks.bold);
     writes("bob", "!command");
     pass(60'000);
-    EXPECT_EQ(colourOf(u"!command"), colour::soft_text) << "it is not read";
+    EXPECT_EQ(colourOf(u"!command"), colour::unread) << "it is not read";
 }
 
 TEST_F(LiveWindows, KindsOfLinesLookDifferent) {
@@ -162,8 +164,29 @@ TEST_F(LiveWindows, KindsOfLinesLookDifferent) {
            "ACTION waves\x01");
     server(":ann!u@h NOTICE #room :take note");
     EXPECT_EQ(shown(), u"* ann waves\r\nann notes: take note");
+    pass(10'000);
+    draw();
     EXPECT_TRUE(runs()[0].looks.bold);
     EXPECT_FALSE(runs()[1].looks.bold);
+}
+
+TEST_F(LiveWindows, LinksAreOpenedByTheMenu) {
+    EXPECT_FALSE(fakes::find(window->TalkMenuLinks, u"No link was written lately")->Enabled());
+    writes("ann", "see http://a.example/x?y=1&z=2 and www.b.example");
+    writes("bob", "again: www.b.example, " + std::string("http://c.example/") + std::string(200, 'c'));
+    ui::Menu& menu = window->TalkMenuLinks;
+    ui::MenuItem* newest = fakes::find(menu, u"www.b.example");
+    ASSERT_TRUE(newest);
+    EXPECT_EQ(menu.items().size(), 3u) << "each once";
+    EXPECT_EQ(menu.items()[0], newest) << "the newest first";
+    EXPECT_EQ(menu.items()[1]->Caption().size(), 81u);
+    EXPECT_TRUE(fakes::choose(*menu.items()[2]));
+    EXPECT_THAT(links, ElementsAre(u"http://a.example/x?y=1&z=2"));
+    for (int i = 0; i < 20; ++i) {
+        writes("ann", "http://example.org/" + std::to_string(i));
+    }
+    fakes::find(menu, u"");
+    EXPECT_EQ(menu.items().size(), 10u);
 }
 
 TEST_F(LiveWindows, DeletedLinesVanishWhereverTheyStand) {
@@ -290,6 +313,7 @@ TEST_F(LiveWindows, AreSearched) {
     fakes::type(window->FindTxt, u"three");
     fakes::click(window->FindPreviousButt);
     EXPECT_EQ(window->FindTxt.ForeColor(), colour::fault);
+    EXPECT_EQ(fakes::screen().beeps, 1) << "for those who do not see the colour";
     EXPECT_TRUE(fakes::key(*window, Key::escape));
     EXPECT_FALSE(window->FindTxt.Visible());
     EXPECT_TRUE(window->Input.Focused());

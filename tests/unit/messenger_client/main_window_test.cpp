@@ -210,6 +210,15 @@ TEST_F(MainWindows, ASignInUnderWayIsShownAndCancelled) {
     EXPECT_EQ(client.stage(), Stage::out);
 }
 
+TEST_F(MainWindows, TheLightStandsStillWhereTheUserWantsNoMovement) {
+    screen().animates = false;
+    MainWindow& form = open();
+    form.setSigningIn(u"kim@x", u"Kim");
+    client.setStage(Stage::connecting);
+    EXPECT_TRUE(form.SigningIn.Visible());
+    EXPECT_FALSE(form.SigningIn.Turn.Enabled());
+}
+
 TEST_F(MainWindows, AFailureIsToldAndWhatWasTypedStays) {
     MainWindow& form = open();
     ASSERT_TRUE(type(form.SignIn.DisplayNameTxt, u"Somebody else"));

@@ -113,7 +113,7 @@ TEST_F(ReadingPages, DrawsWhatIsReadInBlackAndTheRestInGrey) {
     ReadingPage& page = open();
     const auto read = colours(page.PreviewList, 0), unread = colours(page.PreviewList, 1);
     EXPECT_EQ(read.at(u"hello (lol) [pizza]"), colour::text);
-    EXPECT_EQ(read.at(u"Ann"), colour::band_top);
+    EXPECT_EQ(read.at(u"Ann"), colour::link);
     const ui::Colour grey = unread.at(u"!song");
     EXPECT_NE(grey, colour::text);
     EXPECT_EQ(unread.at(u"bob"), grey);

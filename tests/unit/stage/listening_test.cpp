@@ -1,4 +1,6 @@
 // The listener's hand on what is said.
+#include <set>
+
 #include <gmock/gmock.h>
 
 #include "tests/unit/stage/rehearsal.h"
@@ -72,6 +74,125 @@ TEST(Skip, TakesWhatIsNextWhereNothingIsSaidYet) {
     r.taken();
     r.stage.skip();
     EXPECT_THAT(r.taken(), IsEmpty()) << "there is nothing to skip";
+}
+
+TEST(Reading, ABalloonStaysForAsLongAsTheUserNeeds) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    r.stage.setListening({.balloon_stays = 5000});
+    const auto one = r.speak(a, u"one");
+    const auto wave = r.play(a, u"Wave");
+    const auto two = r.speak(a, u"two");
+    r.pass(1200);
+    EXPECT_EQ(one->status, Status::complete) << "it is said all the same";
+    r.pass(1000);
+    EXPECT_EQ(wave->status, Status::complete) << "what leaves the balloon open goes on";
+    r.pass(3500);
+    EXPECT_TRUE(a.balloonOpen());
+    EXPECT_EQ(two->status, Status::pending) << "what takes its place waits";
+    r.taken();
+    r.pass(1000);
+    EXPECT_EQ(two->status, Status::in_progress);
+    EXPECT_THAT(r.taken("a balloon"), ElementsAre("a balloon closed"));
+}
+
+TEST(Reading, NothingClosesABalloonThatIsRead) {
+    for (const Kind kind : {Kind::move_to, Kind::hide, Kind::think}) {
+        Rehearsal r;
+        Actor& a = r.onStage("a");
+        r.stage.setListening({.balloon_stays = Listening::until_read});
+        r.speak(a, u"one");
+        const auto next = r.ask(a, {.kind = kind, .text = u"two", .x = 300, .y = 200, .speed = 100});
+        r.pass(3'600'000);
+        EXPECT_TRUE(a.balloonOpen());
+        EXPECT_EQ(next->status, Status::pending);
+        a.dismissBalloon();
+        EXPECT_FALSE(a.balloonOpen());
+        r.pass(3000);
+        EXPECT_EQ(next->status, Status::complete);
+    }
+}
+
+TEST(Reading, OthersSpeakMeanwhileAndASkipGoesOn) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    Actor& b = r.onStage("b", usualCast(), 1);
+    r.stage.setListening({.balloon_stays = Listening::until_read});
+    r.speak(a, u"one");
+    r.pass(1500);
+    const auto three = r.speak(a, u"three"), two = r.speak(b, u"two");
+    r.pass(500);
+    EXPECT_EQ(two->status, Status::in_progress);
+    r.stage.skip();
+    EXPECT_EQ(two->status, Status::interrupted) << "what is said goes first";
+    EXPECT_TRUE(a.balloonOpen());
+    r.pass(100);
+    EXPECT_EQ(three->status, Status::pending);
+    r.stage.skip();
+    EXPECT_EQ(three->status, Status::pending) << "it was not heard yet";
+    r.pass(500);
+    EXPECT_EQ(three->status, Status::in_progress);
+}
+
+TEST(Reading, AClickClosesNoBalloonWhoseWordsStillCome) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    r.speak(a, u"one");
+    r.pass(300);
+    a.dismissBalloon();
+    EXPECT_TRUE(a.balloonOpen());
+    r.pass(1000);
+    a.dismissBalloon();
+    EXPECT_FALSE(a.balloonOpen());
+}
+
+TEST(Reading, ASettingHoldsForTheBalloonThatIsOpen) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    r.stage.setListening({.balloon_stays = Listening::until_read});
+    r.speak(a, u"one");
+    const auto two = r.speak(a, u"two");
+    r.pass(10'000);
+    ASSERT_EQ(two->status, Status::pending);
+    r.stage.setListening({});
+    r.pass(100);
+    EXPECT_EQ(two->status, Status::in_progress);
+}
+
+TEST(Reading, WordsComeAllAtOnceWhereTheUserWantsIt) {
+    for (const Listening& wanted : {Listening{.words_at_once = true}, Listening{.calm = true}}) {
+        Rehearsal r;
+        Actor& a = r.onStage("a");
+        r.stage.setListening(wanted);
+        r.speak(a, u"one two three");
+        r.pass(500);
+        EXPECT_THAT(r.taken("a words"), ElementsAre("a words 13"));
+    }
+}
+
+TEST(Calm, NobodyIdlesAndNobodyWalks) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    r.stage.setListening({.calm = true});
+    const auto move = r.ask(a, {.kind = Kind::move_to, .x = 300, .y = 200, .speed = 1000});
+    r.pass(100);
+    EXPECT_EQ(move->status, Status::complete);
+    EXPECT_EQ(a.left(), 300);
+    EXPECT_EQ(a.top(), 200);
+    r.pass(5000);
+    r.taken();
+    const auto pictures = [&](int seconds) {
+        std::set<const acs::Frame*> seen;
+        for (int i = 0; i < 10 * seconds; ++i) {
+            r.pass(100);
+            seen.insert(a.frame());
+        }
+        return seen.size();
+    };
+    EXPECT_EQ(pictures(400), 1u);
+    EXPECT_THAT(r.taken(), Contains("a idles")) << "programs hear of it as ever";
+    r.stage.setListening({});
+    EXPECT_GT(pictures(20), 1u);
 }
 
 TEST(Skip, TakesAThoughtWhereNobodySpeaks) {

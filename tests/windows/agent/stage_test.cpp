@@ -8,9 +8,14 @@
 #include "companions/agent/stage/windows/desktop.h"
 #include "companions/agent/stage/windows/theatre.h"
 #include "tests/windows/agent/server_process.h"
+#include "tests/windows/support/reader.h"
+#include "ui/win32/windows.h"
 
 namespace agent::stage {
 namespace {
+
+namespace test = murmelix::test;
+namespace ui = murmelix::ui;
 
 constexpr std::uint32_t backdrop_colour = 0x336699;
 
@@ -128,10 +133,35 @@ TEST(CharacterWindow, ChangesItsSize) {
     EXPECT_TRUE(shows(160, 160, backdrop_colour));
 }
 
+TEST(CharacterWindow, TellsAScreenReaderWhoItIs) {
+    ui::win32::prepareToPost();
+    int menus = 0;
+    PointerHandlers handlers;
+    handlers.name = [] { return std::u16string(u"Brindle"); };
+    handlers.tip = [] { return std::u16string(u"Speaks for Ann"); };
+    handlers.clicked = [&](const PointerEvent& event) {
+        menus += event.button == 2 && event.x == 130 && event.y == 130 ? 1 : 0;
+    };
+    CharacterWindow window(std::move(handlers));
+    window.show(ring(), {100, 100, 160, 160});
+    const test::Told told = test::ask(test::accessibleOf(window.handle()));
+    EXPECT_EQ(told.role, ROLE_SYSTEM_CHARACTER);
+    EXPECT_EQ(told.name, u"Brindle");
+    EXPECT_EQ(told.description, u"Speaks for Ann");
+    EXPECT_EQ(told.place.left, 100);
+    EXPECT_EQ(told.place.right, 160);
+    EXPECT_EQ(told.action, u"Menu");
+    EXPECT_EQ(told.doIt(), S_OK);
+    EXPECT_TRUE(pumpUntil([&] { return menus == 1; }));
+    window.hide();
+    EXPECT_TRUE(test::ask(test::accessibleOf(window.handle())).state & STATE_SYSTEM_INVISIBLE);
+}
+
 struct Balloons : testing::Test {
     Backdrop backdrop;
     Screens screens = readScreens();
-    BalloonWindow balloon{screens};
+    int clicks = 0;
+    BalloonWindow balloon{screens, [this] { ++clicks; }, [] { return std::u16string(u"Brindle"); }};
     BalloonLook look;
     const Rect character{300, 300, 400, 420};
 
@@ -231,6 +261,40 @@ TEST_F(Balloons, StayOnTheScreenBesideACharacterAtItsEdge) {
     EXPECT_GE(frame().left, 0);
     EXPECT_GE(frame().top, 80);
     screenshot("balloon-edge");
+}
+
+TEST_F(Balloons, AreReadByScreenReadersAndClosedByThem) {
+    ui::win32::prepareToPost();
+    const std::u16string text = u"one two three";
+    balloon.open(BalloonKind::words, text, look, character);
+    const test::Told told = test::ask(test::accessibleOf(balloon.handle()));
+    EXPECT_EQ(told.role, ROLE_SYSTEM_HELPBALLOON);
+    EXPECT_EQ(told.name, text) << "all of it, however much is shown by now";
+    EXPECT_EQ(told.description, u"Brindle");
+    EXPECT_EQ(told.action, u"Close");
+    EXPECT_EQ(told.doIt(), S_OK);
+    EXPECT_TRUE(pumpUntil([&] { return clicks == 1; }));
+    SendMessageW(balloon.handle(), WM_LBUTTONUP, 0, MAKELPARAM(10, 10));
+    EXPECT_EQ(clicks, 2);
+    balloon.open(BalloonKind::words, std::u16string(1'000'000, u'x'), look, character);
+    EXPECT_EQ(test::ask(test::accessibleOf(balloon.handle())).name.size(), 4096u);
+    balloon.close();
+    EXPECT_TRUE(test::ask(test::accessibleOf(balloon.handle())).state & STATE_SYSTEM_INVISIBLE);
+}
+
+TEST_F(Balloons, HaveLettersAsLargeAsTheUserWantsThem) {
+    balloon.open(BalloonKind::words, u"Large letters", look, character);
+    balloon.spoken(1000);
+    ASSERT_TRUE(drawn());
+    const RECT usual = frame();
+    balloon.setLetters(3);
+    const RECT large = frame();
+    EXPECT_GT(large.right - large.left, 2 * (usual.right - usual.left));
+    EXPECT_GT(large.bottom - large.top, usual.bottom - usual.top + 20);
+    EXPECT_TRUE(drawn());
+    screenshot("balloon-large-letters");
+    balloon.setLetters(1);
+    EXPECT_EQ(frame().right - frame().left, usual.right - usual.left);
 }
 
 TEST_F(Balloons, CloseAndFollow) {
@@ -365,6 +429,10 @@ TEST(Messages, TellOfAChangeOfTheScreens) {
     SendMessageW(messages.handle(), WM_SETTINGCHANGE, SPI_SETICONTITLELOGFONT, 0);
     EXPECT_EQ(told, 2);
     EXPECT_EQ(resolution, std::nullopt);
+    int settings = 0;
+    messages.onSettingsChanged([&] { ++settings; });
+    SendMessageW(messages.handle(), WM_SETTINGCHANGE, SPI_SETCLIENTAREAANIMATION, 0);
+    EXPECT_EQ(settings, 1);
     SendMessageW(messages.handle(), WM_DPICHANGED, MAKEWPARAM(192, 192), 0);
     EXPECT_EQ(told, 3);
     EXPECT_EQ(resolution, 192);

@@ -260,7 +260,7 @@ class LayoutCheck {
     void staysInside(const ui::Control& parent, const ui::Control& child, const RECT& own) {
         RECT inner{};
         GetClientRect(windowOf(parent), &inner);
-        if (dynamic_cast<const ui::Frame*>(&parent) && !parent.Caption().empty()) {
+        if (parent.accessible().role == ui::Role::group && !parent.Caption().empty()) {
             inner.top = measure(parent, u"X", 0).cy;
         }
         if (own.left < inner.left || own.top < inner.top || own.right > inner.right || own.bottom > inner.bottom) {

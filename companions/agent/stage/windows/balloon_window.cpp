@@ -6,6 +6,8 @@
 #include <cwchar>
 #include <utility>
 
+#include <oleacc.h>
+
 #include "common/com/handles.h"
 
 namespace agent::stage {
@@ -18,6 +20,9 @@ constexpr int padding_at_1 = 9;   // between text and border
 constexpr int tail_at_1 = 18;     // from the body to the character
 constexpr int tail_half_at_1 = 7; // of its width, at its root
 constexpr int corner_at_1 = 12;   // radius
+
+// UTF-16 units of a text that a screen reader is told: minutes of its speech.
+constexpr std::size_t longest_told = 4096;
 
 // Whether the first letter that has a direction is of a script written from the right.
 bool beginsRightToLeft(std::u16string_view text) {
@@ -61,7 +66,26 @@ std::u16string drawable(std::u16string text) {
 
 } // namespace
 
-BalloonWindow::BalloonWindow(const Screens& screens) : screens_(screens) {
+class BalloonWindow::Source final : public murmelix::ui::win32::AccessibleSource {
+  public:
+    Source(const BalloonWindow& balloon, std::function<std::u16string()> whose)
+        : balloon_(balloon), whose_(std::move(whose)) {}
+    HWND hwnd() const override { return balloon_.handle(); }
+    long role() const override { return ROLE_SYSTEM_HELPBALLOON; }
+    long state() const override { return STATE_SYSTEM_READONLY | (balloon_.open_ ? 0 : STATE_SYSTEM_INVISIBLE); }
+    std::u16string name() const override { return balloon_.text_.substr(0, longest_told); }
+    std::u16string description() const override { return whose_ ? whose_() : std::u16string(); }
+    std::u16string action() const override { return balloon_.clicked_ ? u"Close" : u""; }
+    void act() override { balloon_.clicked_(); }
+
+  private:
+    const BalloonWindow& balloon_;
+    std::function<std::u16string()> whose_;
+};
+
+BalloonWindow::BalloonWindow(const Screens& screens, std::function<void()> clicked,
+                             std::function<std::u16string()> whose)
+    : screens_(screens), clicked_(std::move(clicked)), source_(std::make_shared<Source>(*this, std::move(whose))) {
     make({.class_name = L"AgentServerBalloon",
           .style = WS_POPUP,
           .extended_style = WS_EX_TOPMOST | WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE});
@@ -91,17 +115,33 @@ int BalloonWindow::scaled(int pixels) const {
 }
 
 void BalloonWindow::setScale(double scale) {
-    if (std::exchange(scale_, scale) != scale && open_) {
+    if (std::exchange(scale_, scale) != scale) {
+        remeasure();
+    }
+}
+
+void BalloonWindow::setLetters(double letters) {
+    if (std::exchange(letters_, letters) != letters) {
+        remeasure();
+    }
+}
+
+void BalloonWindow::remeasure() {
+    if (open_) {
         measure();
         lines_.reach(spoken_);
         lay();
     }
 }
 
+void BalloonWindow::readOut() const {
+    murmelix::ui::win32::tellReader(handle(), murmelix::ui::AccessibleEvent::news, murmelix::ui::no_part);
+}
+
 void BalloonWindow::measure() {
     padding_ = scaled(padding_at_1);
     LOGFONTW font{};
-    font.lfHeight = scaled(look_.font_height);
+    font.lfHeight = static_cast<LONG>(std::lround(look_.font_height * scale_ * letters_));
     font.lfWeight = look_.weight;
     font.lfItalic = look_.italic;
     font.lfStrikeOut = look_.strike_out;
@@ -230,6 +270,16 @@ LRESULT BalloonWindow::received(UINT message, WPARAM wparam, LPARAM lparam) {
     switch (message) {
     case WM_MOUSEACTIVATE:
         return MA_NOACTIVATE;
+    case WM_GETOBJECT:
+        if (const LRESULT answer = murmelix::ui::win32::answerReader(source_, wparam, lparam)) {
+            return answer;
+        }
+        return Window::received(message, wparam, lparam);
+    case WM_LBUTTONUP:
+        if (clicked_) {
+            clicked_();
+        }
+        return 0;
     case WM_ERASEBKGND:
         return 1;
     case WM_PAINT: {

@@ -1,6 +1,8 @@
 // The word balloon of a character: a shaped window that shows the words as they are spoken.
 #pragma once
 
+#include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -9,6 +11,7 @@
 #include "companions/agent/stage/windows/canvas.h"
 #include "companions/agent/stage/windows/lettering.h"
 #include "companions/agent/stage/windows/window.h"
+#include "ui/win32/accessible.h"
 
 namespace agent::stage {
 
@@ -26,8 +29,9 @@ struct BalloonLook {
 
 class BalloonWindow final : public Window {
   public:
-    // The screens as they are whenever it is placed.
-    explicit BalloonWindow(const Screens& screens);
+    // The screens as they are whenever it is placed. `clicked`: by the user, to whom `whose` tells the character.
+    explicit BalloonWindow(const Screens& screens, std::function<void()> clicked = {},
+                           std::function<std::u16string()> whose = {});
     ~BalloonWindow() override;
 
     // `others`: the areas of other characters, which it keeps off where it can.
@@ -36,6 +40,10 @@ class BalloonWindow final : public Window {
     void follow(const Rect& character, std::vector<Rect> others = {});
     // How much larger it is than at 96 dots an inch; at first 1.
     void setScale(double scale);
+    // How much larger its text is than the character has it; at first 1.
+    void setLetters(double letters);
+    // A screen reader reads it out: what cannot be heard otherwise.
+    void readOut() const;
     // The text up to here is shown.
     void spoken(std::size_t end);
     void close();
@@ -44,6 +52,8 @@ class BalloonWindow final : public Window {
     LRESULT received(UINT message, WPARAM wparam, LPARAM lparam) override;
 
   private:
+    class Source;
+    void remeasure();
     void measure();
     void lay();
     int scaled(int pixels) const;
@@ -57,7 +67,9 @@ class BalloonWindow final : public Window {
     Lettering lettering_{canvas_.context()};
     Lines lines_;
     std::size_t room_ = 1; // lines
-    double scale_ = 1;
+    double scale_ = 1, letters_ = 1;
+    std::function<void()> clicked_;
+    std::shared_ptr<murmelix::ui::win32::AccessibleSource> source_; // of this window, for screen readers
     Rect character_{0, 0, 0, 0};
     std::vector<Rect> others_;
     int body_width_ = 0, body_height_ = 0, padding_ = 0;

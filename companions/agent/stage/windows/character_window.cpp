@@ -4,6 +4,7 @@
 #include <cstdlib>
 
 #include <commctrl.h>
+#include <oleacc.h>
 
 namespace agent::stage {
 namespace {
@@ -21,7 +22,26 @@ POINT pointer() {
 
 } // namespace
 
-CharacterWindow::CharacterWindow(PointerHandlers handlers) : handlers_(std::move(handlers)) {
+class CharacterWindow::Source final : public murmelix::ui::win32::AccessibleSource {
+  public:
+    explicit Source(const CharacterWindow& window) : window_(window) {}
+    HWND hwnd() const override { return window_.handle(); }
+    long role() const override { return ROLE_SYSTEM_CHARACTER; }
+    long state() const override { return STATE_SYSTEM_HASPOPUP | (window_.shown_ ? 0 : STATE_SYSTEM_INVISIBLE); }
+    std::u16string name() const override { return of(window_.handlers_.name); }
+    std::u16string description() const override { return of(window_.handlers_.tip); }
+    std::u16string action() const override { return u"Menu"; }
+    void act() override { window_.askForMenu(); }
+
+  private:
+    static std::u16string of(const std::function<std::u16string()>& asked) {
+        return asked ? asked() : std::u16string();
+    }
+    const CharacterWindow& window_;
+};
+
+CharacterWindow::CharacterWindow(PointerHandlers handlers)
+    : handlers_(std::move(handlers)), source_(std::make_shared<Source>(*this)) {
     make({.class_name = L"AgentServerCharacter",
           .style = WS_POPUP,
           .extended_style = WS_EX_LAYERED | WS_EX_TOPMOST | WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE,
@@ -133,6 +153,11 @@ void CharacterWindow::release(int button) {
     (dragged ? handlers_.drag_ended : handlers_.clicked)({button, shiftState(), at.x, at.y});
 }
 
+// As a click of the other button asks for it, in the middle.
+void CharacterWindow::askForMenu() const {
+    handlers_.clicked({2, 0, area_.left + area_.width() / 2, area_.top + area_.height() / 2});
+}
+
 void CharacterWindow::makeTip() {
     tip_ = WindowHandle(CreateWindowExW(
         WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, CW_USEDEFAULT, CW_USEDEFAULT,
@@ -152,6 +177,11 @@ LRESULT CharacterWindow::received(UINT message, WPARAM wparam, LPARAM lparam) {
     switch (message) {
     case WM_MOUSEACTIVATE:
         return MA_NOACTIVATE;
+    case WM_GETOBJECT:
+        if (const LRESULT answer = murmelix::ui::win32::answerReader(source_, wparam, lparam)) {
+            return answer;
+        }
+        return Window::received(message, wparam, lparam);
     case WM_LBUTTONDOWN:
         press(1);
         return 0;

@@ -2,11 +2,13 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 
 #include "companions/agent/stage/composer.h"
 #include "companions/agent/stage/screens.h"
 #include "companions/agent/stage/windows/canvas.h"
 #include "companions/agent/stage/windows/window.h"
+#include "ui/win32/accessible.h"
 
 namespace agent::stage {
 
@@ -19,6 +21,7 @@ struct PointerHandlers {
     std::function<void(const PointerEvent&)> clicked, double_clicked, drag_started, drag_ended;
     std::function<void(int left, int top)> dragged; // where the window shall go
     std::function<std::u16string()> tip;            // shown where the pointer rests; empty: none
+    std::function<std::u16string()> name;           // for screen readers
 };
 
 class CharacterWindow final : public Window {
@@ -38,12 +41,15 @@ class CharacterWindow final : public Window {
     LRESULT received(UINT message, WPARAM wparam, LPARAM lparam) override;
 
   private:
+    class Source;
+    void askForMenu() const;
     void press(int button);
     void release(int button);
     void dragTo(POINT at);
     void makeTip();
 
     PointerHandlers handlers_;
+    std::shared_ptr<murmelix::ui::win32::AccessibleSource> source_; // of this window, for screen readers
     WindowHandle tip_; // made when the pointer comes first; it goes before the window
     std::u16string tip_text_;
     Canvas canvas_;

@@ -89,6 +89,9 @@ LRESULT MessageWindow::received(UINT message, WPARAM wparam, LPARAM lparam) {
         screens_changed_) {
         screens_changed_({});
     }
+    if (message == WM_SETTINGCHANGE && settings_changed_) {
+        settings_changed_();
+    }
     if (message == WM_DPICHANGED && screens_changed_) {
         screens_changed_(LOWORD(wparam));
         return 0;

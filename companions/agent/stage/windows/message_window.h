@@ -36,6 +36,8 @@ class MessageWindow final : public Window {
     // inch) where that has.
     using ScreensChanged = std::function<void(std::optional<int> resolution)>;
     void onScreensChanged(ScreensChanged changed) { screens_changed_ = std::move(changed); }
+    // Called when the user has set something in Windows: its animations, for instance.
+    void onSettingsChanged(std::function<void()> changed) { settings_changed_ = std::move(changed); }
     // The message loop; ends with quit().
     static void run();
     static void quit() { PostQuitMessage(0); }
@@ -49,7 +51,7 @@ class MessageWindow final : public Window {
     std::mutex mutex_;
     std::deque<std::function<void()>> tasks_;
     bool closed_ = false;
-    std::function<void()> tick_, closing_, restart_;
+    std::function<void()> tick_, closing_, restart_, settings_changed_;
     ScreensChanged screens_changed_;
 };
 

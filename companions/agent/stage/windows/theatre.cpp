@@ -131,6 +131,15 @@ void Theatre::setSize(double size) {
     changeScreens(screens_, resolution_);
 }
 
+void Theatre::setLetters(double letters) {
+    letters_ = letters;
+    for (auto& [actor, shown] : figures_) {
+        if (shown.balloon) {
+            shown.balloon->setLetters(letters);
+        }
+    }
+}
+
 Theatre::~Theatre() {
     messages_.onScreensChanged({});
     for (const auto& [id, order] : orders_) {
@@ -163,7 +172,8 @@ void Theatre::admit(ActorId actor, std::shared_ptr<const acs::CharacterFile> fil
     };
     added.window = std::make_unique<CharacterWindow>(PointerHandlers{
         with(hand_.clicked), with(hand_.double_clicked), with(hand_.drag_started), with(hand_.drag_ended), dragged,
-        [actor, this] { return hand_.tip ? hand_.tip(actor) : std::u16string(); }});
+        [actor, this] { return hand_.tip ? hand_.tip(actor) : std::u16string(); },
+        [actor, this] { return hand_.name ? hand_.name(actor) : std::u16string(); }});
 }
 
 void Theatre::dismiss(ActorId actor) {
@@ -364,14 +374,25 @@ void Theatre::openBalloon(Actor& actor, BalloonKind kind, const std::u16string& 
         return;
     }
     if (!found->balloon) {
-        found->balloon = std::make_unique<BalloonWindow>(screens_);
+        found->balloon = std::make_unique<BalloonWindow>(
+            screens_,
+            [id = actor.id(), this] {
+                if (hand_.balloon_clicked) {
+                    hand_.balloon_clicked(id);
+                }
+            },
+            [id = actor.id(), this] { return hand_.name ? hand_.name(id) : std::u16string(); });
         found->balloon->setScale(scale());
+        found->balloon->setLetters(letters_);
     }
     BalloonLook look = found->look;
     look.size_to_text = (actor.balloon_style & balloon_size_to_text) != 0;
     look.characters_a_line = static_cast<int>(actor.balloon_style >> 16 & 0xFF);
     look.lines = static_cast<int>(actor.balloon_style >> 24 & 0xFF);
     found->balloon->open(kind, text, look, actor.area(), areasBeside(actor.id()));
+    if (volume_ <= 0 || actor.silenced() || kind == BalloonKind::thought) {
+        found->balloon->readOut();
+    }
 }
 
 void Theatre::balloonWords(Actor& actor, std::size_t end) {

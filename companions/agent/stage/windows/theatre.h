@@ -32,6 +32,8 @@ struct Hand {
     std::function<void(ActorId, const PointerEvent&)> clicked, double_clicked, drag_started, drag_ended;
     std::function<void(ActorId, int left, int top)> dragged;
     std::function<std::u16string(ActorId)> tip; // shown where the pointer rests on it
+    std::function<void(ActorId)> balloon_clicked;
+    std::function<std::u16string(ActorId)> name; // for screen readers
 };
 
 class Theatre final : public Effects {
@@ -53,6 +55,8 @@ class Theatre final : public Effects {
     void setVolume(double volume);
     // How much larger characters and balloons are than the resolution of the screen makes them.
     void setSize(double size);
+    // How much larger the text of balloons is than characters have it.
+    void setLetters(double letters);
     // After every advance of the stage: draws what changed since the last one and can be seen.
     void present(Stage& stage);
 
@@ -117,7 +121,7 @@ class Theatre final : public Effects {
     Hand hand_;
     std::function<Screens()> read_screens_;
     Screens screens_;
-    double size_ = 1, resolution_;
+    double size_ = 1, letters_ = 1, resolution_;
     bool screens_changed_ = true; // since the stage was told
     FrameSounds frame_sounds_;
     std::map<ActorId, Figure> figures_;

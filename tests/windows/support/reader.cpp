@@ -1,4 +1,4 @@
-#include "tests/windows/forms/reading.h"
+#include "tests/windows/support/reader.h"
 
 #include <oleacc.h>
 
@@ -48,6 +48,10 @@ void walk(const com::Ptr<IAccessible>& object, std::size_t depth, std::vector<To
 }
 
 } // namespace
+
+HRESULT Told::doIt() const {
+    return object->accDoDefaultAction(childId(child));
+}
 
 long numberOf(const VARIANT& value) {
     return value.vt == VT_I4 ? value.lVal : -1;

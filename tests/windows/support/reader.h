@@ -21,6 +21,9 @@ struct Told {
     std::u16string name, value, description, shortcut, action;
     RECT place{};
     std::size_t depth = 0;
+
+    // Has it do what its action names.
+    HRESULT doIt() const;
 };
 
 com::Ptr<IAccessible> accessibleOf(HWND window);
