@@ -35,6 +35,7 @@ VoiceFrm::VoiceFrm(Sources sources)
       IntroductionLbl(*this, sources.languages.empty() ? how_to_get_one : introduction), sources_(std::move(sources)) {
     setIcon({u"#1"}); // the program's own
     IntroductionLbl.setUseMnemonic(false);
+    StateLbl.setTellsNews();
     StateLbl.setUseMnemonic(false);
     StateLbl.setEllipsis(ui::Label::Ellipsis::end);
     LanguageList.Click = [this] { LanguageList_Click(); };

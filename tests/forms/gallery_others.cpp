@@ -2,6 +2,7 @@
 
 #include "companions/agent/settings/settings_frm.h"
 #include "companions/setup/setup_frm.h"
+#include "companions/setup/voice_frm.h"
 
 namespace murmelix::test {
 
@@ -32,8 +33,32 @@ void visitAgentServer(const Visit& visit) {
     form.Hide();
 }
 
+namespace {
+
+void visitVoices(const Visit& visit) {
+    using namespace setup;
+    for (const bool some : {true, false}) {
+        VoiceFrm form(
+            {some ? std::vector<VoiceFrm::Language>{{1033, u"English"}, {1031, u"German"}}
+                  : std::vector<VoiceFrm::Language>{},
+             [](std::uint16_t) {
+                 return std::vector<VoiceFrm::Voice>{{u"", u""}, {u"Windows", u"Zoe"}, {u"espeak-ng", u"Max"}};
+             },
+             [](std::uint16_t) { return std::u16string(u"Zoe"); },
+             [](std::uint16_t, const std::u16string&) { return true; },
+             [](std::uint16_t, const VoiceFrm::Voice&, const Sample::Told&) {}});
+        form.Show();
+        settle();
+        visit(form, some ? "voices" : "voices-none");
+        form.Hide();
+    }
+}
+
+} // namespace
+
 void visitSetup(const Visit& visit) {
     using namespace setup;
+    visitVoices(visit);
     const Plan plan{u"Setup of characters",
                     u"Characters & more are being set up. This takes a moment.",
                     {{u"Doing one",
