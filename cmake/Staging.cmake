@@ -17,7 +17,7 @@ foreach(program Murmelix MSAGENT tv_enua updater MessengerClient)
 endforeach()
 install(DIRECTORY ${MURMELIX_ASSETS}/sounds DESTINATION . FILES_MATCHING PATTERN "*.wav")
 install(DIRECTORY DESTINATION CharPics)
-# The third one's is fetched from the web site, as that of any other character.
+# Those of the others are fetched from the web site, as that of any character that is added.
 foreach(name Brindle Ottoline)
   install(FILES ${MURMELIX_ASSETS}/portraits/${name}.gif DESTINATION CharPics)
 endforeach()

@@ -13,9 +13,10 @@ sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "assets" / "charact
 
 from cast import CAST as CLASSES  # noqa: E402
 from draw import ellipse, num, path, points, stroke  # noqa: E402
+from rig import moves  # noqa: E402
 
 CAST = {name: character() for name, character in CLASSES.items()}
-SIZE = 144  # pixels of a character's canvas
+SIZE = 144  # pixels of a moving picture of a character, whatever its own canvas measures
 
 # How often a moving picture moves before it rests: nothing moves for ever beside what people read.
 PLAYS = 4
@@ -25,10 +26,14 @@ NIGHT = "@media (prefers-color-scheme: dark)"
 
 
 def poses(character):
-    """Animation by its name in small letters: the pose that it holds longest, of those that are not at rest."""
+    """Animation by its name in small letters: the pose that it holds longest, of those that are furthest from rest."""
+    def away(frame):
+        return sum(abs(value - character.rest[channel]) * moves(channel) for channel, value in frame["pose"].items())
+
     held = {}
     for animation in character.animations():
-        frames = [frame for frame in animation.frames if frame["pose"] != character.rest] or animation.frames
+        least = max(map(away, animation.frames)) / 2
+        frames = [frame for frame in animation.frames if away(frame) >= least]
         held[animation.name.lower()] = max(frames, key=lambda frame: frame["duration"])["pose"]
     return held
 
@@ -45,7 +50,7 @@ def placed(character, pose, x, y, size):
     figure = CAST[character]
     svg = figure.svg(figure.pose(pose))
     svg = re.sub(r'(id="|url\(#)', rf"\1{character}-", svg)
-    return svg.replace(f'width="{SIZE}" height="{SIZE}"',
+    return svg.replace(f'width="{num(figure.size)}" height="{num(figure.size)}"',
                        f'x="{num(x)}" y="{num(y)}" width="{num(size)}" height="{num(size)}" overflow="visible"', 1)
 
 
@@ -227,9 +232,9 @@ class Frames:
         keys = list(missing)
         for first in range(0, len(keys), self.BATCH):
             batch = keys[first:first + self.BATCH]
-            high = len(batch) * (SIZE + 1)
+            high, own = len(batch) * (SIZE + 1), self._character.size
             cells = "".join(
-                f'<svg y="{number * (SIZE + 1) + 1}" width="{SIZE}" height="{SIZE}" viewBox="0 0 {SIZE} {SIZE}">'
+                f'<svg y="{number * (SIZE + 1) + 1}" width="{SIZE}" height="{SIZE}" viewBox="0 0 {own} {own}">'
                 f'{self._character.drawn(missing[key], f"p{number}")}</svg>' for number, key in enumerate(batch))
             svg = (f'<svg xmlns="http://www.w3.org/2000/svg" width="{SIZE}" height="{high}">'
                    f'<defs>{self._character.defs()}</defs>{cells}</svg>')

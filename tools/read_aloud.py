@@ -21,6 +21,7 @@ from desk.waiting import TimedOut, wait_for  # noqa: E402
 from desk.web_server import ServerFailed, WebServer  # noqa: E402
 
 DEMO = ROOT / "companions" / "messenger" / "demo"
+CHARACTERS = len(list((ROOT / "assets" / "characters" / "cast").glob("[!_]*.py")))  # that the build makes
 
 
 def number(lowest, highest, kind):
@@ -49,8 +50,8 @@ def options_of(arguments):
                              "ircs://server/channel or twitch:channel")
     parser.add_argument("--nick", metavar="NAME", default="",
                         help="the name to be known by there (default: one made up)")
-    parser.add_argument("--participants", metavar="N", type=number(1, 100, int), default=3,
-                        help="keep the N most frequent writers (default 3; there are three characters)")
+    parser.add_argument("--participants", metavar="N", type=number(1, 100, int), default=CHARACTERS,
+                        help="keep the N most frequent writers (default %(default)s: as many as there are characters)")
     parser.add_argument("--messages", metavar="N", type=number(1, 10**9, int), default=0,
                         help="end after N messages (default: all)")
     parser.add_argument("--speed", metavar="X", type=number(0.01, 1000, float), default=1.0,

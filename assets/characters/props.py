@@ -128,6 +128,6 @@ def glass(x, y, angle, size=1.0):
     """A magnifying glass whose lens is at (x, y); its handle goes along the angle."""
     return (f'<g transform="translate({points(x, y)}) rotate({num(angle)}) scale({num(size)})">' +
             path("M14,0 H33", extra=stroke("#3a281c", 8.4)) + path("M15,0 H32", extra=stroke("#a8683a", 4.8)) +
-            ellipse(0, 0, 14, 14, "url(#lens)", 'fill-opacity="0.8" ' + stroke("#3a281c", 5.4)) +
+            ellipse(0, 0, 14, 14, "url(#lens)", 'fill-opacity="0.3" ' + stroke("#3a281c", 5.4)) +
             ellipse(0, 0, 14, 14, "none", stroke("#e8b44c", 2.4)) +
             path("M-8,-3 A9,9 0 0 1 -1,-9", extra=stroke("#ffffff", 2.6)) + "</g>")

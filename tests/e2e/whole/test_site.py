@@ -33,7 +33,8 @@ KINDS = {"wav": "audio/wav", "gif": "image/gif", "png": "image/png", "acs": "app
          "svg": "image/svg+xml; charset=utf-8", "css": "text/css; charset=utf-8", "txt": "text/plain; charset=utf-8",
          "vtt": "text/vtt; charset=utf-8"}
 PORTRAIT_PIXELS = 96
-CHARACTERS = ("Brindle", "Ottoline", "Plonk")
+CHARACTERS = tuple(re.search(r"set\(MURMELIX_CHARACTERS ([\w ]+) CACHE",
+                             (ROOT / "assets" / "CMakeLists.txt").read_text("utf-8"))[1].split())
 
 # Every page that the program opens, and what it fetches; the same below "/murmelix/".
 PAGES = (
