@@ -126,6 +126,7 @@ INTRODUCTIONS = {
     "Brindle": "Good morning! I am Brindle. I have slept all winter, and now I have things to say.",
     "Ottoline": "How do you do? I am Ottoline. I can hold eight conversations, but I read you one at a time.",
     "Plonk": "Plonk. That is my name, and also the sound I make.",
+    "Tremolina": "Tremolina! You have heard of me. You have not? I am offended. There, it is over: what shall I play?",
 }
 TEMPERS = {
     "Brindle": "Cheerful, early to rise from April on, asleep before that. Gives everything he has got to a good laugh, "
@@ -133,4 +134,6 @@ TEMPERS = {
     "Ottoline": "Warm and well brought up. Listens with all her arms, wears a flower, and finds a kind tone even for an "
                 "angry line.",
     "Plonk": "Plain-spoken, wide-mouthed, correctly dressed. Reads the long words as if he had thought of them himself.",
+    "Tremolina": "Young and all theatre. Takes offence at a comma and forgives it by the full stop; what she feels, her "
+                 "bellows tell the last row.",
 }

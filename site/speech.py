@@ -13,6 +13,7 @@ RATE = 22050
 # The voice that the characters' own server asks of espeak-ng: its middle pitch in hertz, settings an octave, variant.
 MIDDLE_HERTZ = {"male": 99, "female": 188}
 OCTAVE_STEPS = 70
+DIALECT = {0x0409: "en-us", 0x0809: "en-gb"}
 VARIANT = {"male": "+m3", "female": "+f2"}
 LOUDEST = 0.8  # of full scale, for what is said
 
@@ -64,4 +65,4 @@ def said_by(character, text):
     voice = CAST[character].voice
     gender = voice["gender"]
     pitch = round(50 + math.log2(voice["pitch"] / MIDDLE_HERTZ[gender]) * OCTAVE_STEPS)
-    return said(text, "en-us" + VARIANT[gender], voice["speed"], max(0, min(99, pitch)))
+    return said(text, DIALECT[voice.get("language", 0x0409)] + VARIANT[gender], voice["speed"], max(0, min(99, pitch)))

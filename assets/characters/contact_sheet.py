@@ -3,12 +3,14 @@
 
     contact_sheet.py sheet DIRECTORY NAME OUT.png [ANIMATION …]   the frames of each, in rows, on light and dark
     contact_sheet.py cast DIRECTORY NAME OUT.png                  one telling picture of every animation
-    contact_sheet.py moving DIRECTORY NAME OUT.gif ANIMATION …    one after another, on light and dark in turn
+    contact_sheet.py moving DIRECTORY NAME OUT.gif ANIMATION …    one after another, on light and dark in turn; of
+                                                                  Sad:1-2.5 what is between these seconds
 
 DIRECTORY holds NAME.json. With `--zoom N` pictures are N times as large. Needs ImageMagick's convert."""
 
 import argparse
 import json
+import math
 import pathlib
 import subprocess
 
@@ -133,13 +135,16 @@ def main():
     else:
         rest = film.animations["RestPose"]["frames"][0]
         pixels = bytearray()
-        for number, name in enumerate(chosen.animations):
+        for number, asked in enumerate(chosen.animations):
+            name, _, part = asked.partition(":")
+            first, last = (round(float(second) * 100) for second in part.split("-")) if part else (0, math.inf)
             clock, shown = 0, 0
             for frame in film.played(name) + [{**rest, "duration": 40}]:
                 clock += frame["duration"]
                 while shown + TICK <= clock:
                     shown += TICK
-                    pixels += film.picture(frame, GROUNDS[number % 2])
+                    if first < shown <= last:
+                        pixels += film.picture(frame, GROUNDS[number % 2])
         subprocess.run(["convert", "-delay", str(TICK), "-loop", "0", "-size", f"{film.size}x{film.size}", "-depth", "8", "rgb:-",
                         "+dither", "-filter", "point", "-resize", f"{chosen.zoom * 100}%", "-colors", "24", "-layers", "optimize",
                         chosen.out], input=bytes(pixels), check=True)

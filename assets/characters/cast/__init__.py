@@ -3,5 +3,6 @@
 from cast.brindle import Brindle
 from cast.ottoline import Ottoline
 from cast.plonk import Plonk
+from cast.tremolina import Tremolina
 
-CAST = {character.name: character for character in (Brindle, Ottoline, Plonk)}
+CAST = {character.name: character for character in (Brindle, Ottoline, Plonk, Tremolina)}
