@@ -19,6 +19,7 @@ from shell import DEFAULTS, SHOW_OPTIONS
 SUSPENDED_SECONDS = 10
 HALF = max(1, ROUNDS // 2)  # of rounds that begin with a whole start of the program
 DPI_CHANGED = 0x2E0
+MISSING = {"Agent NOT installed", "Speech Engine NOT Installed Or Disabled"}
 
 
 class LongReadings(Disasters):
@@ -102,7 +103,8 @@ class Killed(Disasters):
         self.assert_reads()
 
     def test_character_server_at_any_moment(self):
-        """The program says so and ends; or it has not used the server yet, and gets another one."""
+        """The program says so and ends; or it has not used the server yet, and gets another one; or it was just asking
+        whether there is one, and wants to install it."""
         self.settle()
         self.start_neighbours()
         for moment in self.moments():
@@ -110,16 +112,22 @@ class Killed(Disasters):
                 self.launch()
             self.until(moment, self.begin_reading)
             self.kill("AgentServer.exe")
+            told = []
 
             def over():
                 boxes = self.boxes()
+                if set(boxes) & MISSING:  # it died while it was asked whether it is there
+                    self.kill("Murmelix.exe")
+                    self.program.wait()
+                    told.extend(boxes)
+                    return True
                 if boxes == [ALERT]:
                     self.answer(ALERT)
                     return False
                 self.assertEqual(boxes, [])
                 return not self.program_runs() or self.main() and pid_of(self.desk, "AgentServer.exe")
             self.eventually("the program's end, or another server", over)
-            if not self.program_runs():
+            if not self.program_runs() and not told:
                 self.assertEqual(self.program.wait(), 0)
         for program in ("Murmelix.exe", "MessengerClient.exe", "AgentServer.exe"):
             self.kill(program)
