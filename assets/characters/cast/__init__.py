@@ -3,6 +3,7 @@
 from cast.brindle import Brindle
 from cast.ottoline import Ottoline
 from cast.plonk import Plonk
+from cast.tansy import Tansy
 from cast.tremolina import Tremolina
 
-CAST = {character.name: character for character in (Brindle, Ottoline, Plonk, Tremolina)}
+CAST = {character.name: character for character in (Brindle, Ottoline, Plonk, Tansy, Tremolina)}
