@@ -13,6 +13,7 @@ import json
 import math
 import pathlib
 import subprocess
+import tempfile
 
 GROUNDS = ((0xF4, 0xF3, 0xEE), (0x22, 0x27, 0x31))
 TICK = 8  # 1/100 s a picture of a moving one stands
@@ -107,6 +108,18 @@ def telling(frames, rest):
     return max(seen.values(), key=lambda entry: entry[1])[0] if seen else rest
 
 
+def animated(pixels, size, chosen):
+    """Writes a GIF. All its pictures have one palette, so that what does not move is the same in each and costs nothing."""
+    raw = ["-size", f"{size}x{size}", "-depth", "8", "rgb:-"]
+    picture = size * size * 3
+    some = b"".join(pixels[at:at + picture] for at in range(0, len(pixels), picture * 8))
+    with tempfile.TemporaryDirectory() as folder:
+        palette = f"{folder}/palette.png"
+        subprocess.run(["convert", *raw, "+append", "+dither", "-colors", "24", "-unique-colors", palette], input=some, check=True)
+        subprocess.run(["convert", "-delay", str(TICK), "-loop", "0", *raw, "-filter", "point", "-resize", f"{chosen.zoom * 100}%",
+                        "+dither", "-remap", palette, "-layers", "optimize", chosen.out], input=pixels, check=True)
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("kind", choices=("sheet", "cast", "moving"))
@@ -145,9 +158,7 @@ def main():
                     shown += TICK
                     if first < shown <= last:
                         pixels += film.picture(frame, GROUNDS[number % 2])
-        subprocess.run(["convert", "-delay", str(TICK), "-loop", "0", "-size", f"{film.size}x{film.size}", "-depth", "8", "rgb:-",
-                        "+dither", "-filter", "point", "-resize", f"{chosen.zoom * 100}%", "-colors", "24", "-layers", "optimize",
-                        chosen.out], input=bytes(pixels), check=True)
+        animated(bytes(pixels), film.size, chosen)
 
 
 if __name__ == "__main__":

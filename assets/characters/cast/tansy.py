@@ -76,6 +76,14 @@ class BareArm(Arm):
                 ellipse(0, 0, size * 0.95, size * 0.86, self.palm) + "</g>")
 
 
+class Lips(Mouth):
+    """A mouth close above a chin, whose line does not belong to what speaks."""
+
+    def box(self):
+        left, top, right, bottom = super().box()
+        return left + 1, top, right - 1, bottom - 2.2
+
+
 def flown(x, y, face=None):
     """The bee in the air, at a place of the canvas; it looks to the viewer's right where `face` is above 0."""
     there = {"fly": 1.0, "bee.x": float(x - PERCH[0]), "bee.y": float(y - PERCH[1])}
@@ -89,6 +97,7 @@ class Tansy(Character):
     voice = {"gender": "female", "language": 0x0809, "speed": 182, "pitch": 168, "age": 71, "style": "Dry"}
     balloon = {"background": "#F3EEFF", "border": "#4B3A78"}
     size = 160
+    colours = 84
     tempo = 0.95
     amplitude = 0.8
     springiness = 0.75
@@ -109,7 +118,7 @@ class Tansy(Character):
         "hem": Swing({"body.turn": 0.08, "body.x": 0.08}, 0.55, 0.3),
     }
     own_channels = {
-        "eye.open": 0.88, "there": 1.0, "droop": 0.0, "veil": 0.0, "worn": 0.0, "hem": 0.0, "sip": 0.0, "cup": 0.0, "steam": 0.0, "hanky": 0.0,
+        "eye.open": 0.88, "there": 1.0, "droop": 0.0, "veil": 0.0, "worn": 0.0, "hem": 0.0, "dipper": 0.0, "drip": 0.0,
         "smoker": 0.0, "pump": 0.0, "puff": 0.0, "gong": 0.0, "gong.turn": 0.0, "beater": 0.0, "ring": 0.0, "jar": 0.0,
         "fly": 0.0, "sit": 0.0, "face": -1.0, "bee.size": 1.0, "near": 1.0, "swarm": 0.0, "swarm.angle": 0.0, "cross": 0.0,
         **hand("L", 0.2, -0.8, 0.3), **hand("R", 0.3, -0.5, 0.6, turn=20.0),
@@ -122,7 +131,7 @@ class Tansy(Character):
     arms = [BareArm(side, 80 + side * 21, 106, 40, 9.4, 5.6, SKIN, SKIN_LIGHT, LINE, palm=SKIN_LIGHT, spread=6.0)
             for side in (-1, 1)]
     eyes = [Eye(side, 80 + side * 12.4, 68, 9.0, 8.8, "#c4865a", LINE, iris="#3f7a63", pupil=0.455, width=1.8) for side in (-1, 1)]
-    mouth = Mouth(80, 85, 9.6, 6.8, "#8a2c34", inside="#6d1a26")
+    mouth = Lips(80, 85, 9.6, 6.8, "#8a2c34", inside="#6d1a26")
 
     def defs(self):
         return (radial("skin", "#f0c396", "#d99c6c", "#b27549", cy=0.4) + radial("hair", "#ffffff", "#dddbe8", "#aaa6bf") +
@@ -179,7 +188,7 @@ class Tansy(Character):
         self.drawBody(sketch)
         high = [arm for arm in self.arms if arm.place(sketch)[1] <= 92]
         low = [arm for arm in self.arms if arm not in high]
-        filled = [arm for arm in low if arm.side > 0 and any(sketch[thing] > 0 for thing in ("cup", "hanky", "jar", "beater"))]
+        filled = [arm for arm in low if arm.side > 0 and any(sketch[thing] > 0 for thing in ("dipper", "jar", "beater"))]
         holding = any(sketch[thing] > 0 for thing in ("book", "paper", "smoker"))
         if sketch["worn"] < 0.5:
             sketch.layer("body")
@@ -196,6 +205,8 @@ class Tansy(Character):
             sketch.layer("body")
             self.drawBehindHand(sketch, arm)
             sketch.on("body", arm.draw(sketch))
+            if arm.side > 0 and sketch["dipper"] > 0:
+                self.drawDipper(sketch, *arm.place(sketch))
         if holding:
             sketch.layer("body")
             self.drawHeld(sketch)
@@ -207,6 +218,8 @@ class Tansy(Character):
             sketch.layer("body")
             self.drawBehindHand(sketch, arm)
             sketch.on("body", arm.draw(sketch))
+            if sketch["dipper"] > 0:
+                self.drawDipper(sketch, *arm.place(sketch))
         if sketch["glass"] > 0:
             sketch.layer()
             x, y = self.arms[1].place(sketch)
@@ -376,28 +389,26 @@ class Tansy(Character):
             if sketch["gong"] > 0:
                 self.drawGong(sketch, x, y)
             return
-        if sketch["hanky"] > 0:
-            sketch.on("body", path(f"M{points(x - 2, y - 4)} q{points(-9, 2, -10, 9)} q{points(4, -2, 5, 3)} q{points(3, -3, 6, 2)} q{points(3, -4, 8, -2)} q{points(1, -9, -9, -12)} Z",
-                                   "#ffffff", stroke("#6a6f8c", 1.6)), path(f"M{points(x - 5, y + 2)} l1,4 M{points(x + 1, y + 1)} l1,5",
-                                                                            extra=stroke("#b9bdd2", 1.2)))
-        if sketch["cup"] > 0:
-            cx, cy = x - 10, y - 2
-            sketch.on("body", path(f"M{points(cx + 8, cy - 3)} q7,0 6,5 q-2,4 -8,3", extra=stroke(LINE, 4.4)),
-                      path(f"M{points(cx + 8, cy - 3)} q7,0 6,5 q-2,4 -8,3", extra=stroke("#7fc4b6", 1.8)),
-                      path(f"M{points(cx - 9, cy - 7)} h18 q0,14 -6,16 h-6 q-6,-2 -6,-16 Z", "#a6ddd0", FINE),
-                      ellipse(cx, cy - 7, 9, 2.4, "#8a4a22", FINE), path(f"M{points(cx - 5, cy - 1)} q1,5 3,7", extra=stroke("#e4f7f1", 1.8)))
-            for number in range(2):
-                phase = (sketch["steam"] + number * 0.5) % 1.0
-                if sketch["sip"] < 0.5 and phase > 0.1:
-                    sx, sy = cx - 3 + number * 6, cy - 10 - 12 * phase
-                    sketch.on("body", path(f"M{points(sx, sy)} q-3,-3 0,-6 q3,-3 0,-6", extra=stroke("#8f9bb5", 3.0)),
-                              path(f"M{points(sx, sy)} q-3,-3 0,-6 q3,-3 0,-6", extra=stroke("#f3f6ff", 1.6)))
         if sketch["beater"] > 0:
             aside = min(1.0, max(0.0, (x - 66) / 44))
             rod = f"M{points(x + 5 - 5 * aside, y + 5)} L{points(x - 20 + 24 * aside, y - 10 - 11 * aside)}"
             sketch.on("body", path(rod, extra=stroke(LINE, 5.0)), path(rod, extra=stroke("#b9c4cc", 2.4)))
         if sketch["jar"] > 0:
             sketch.on("body", self.jar(x, y - 12, sketch["jar"]))
+
+    def drawDipper(self, sketch, x, y):
+        """A stick of wood with a head that holds honey, which runs down from it in a thread."""
+        hx, hy = x - 14, y - 9
+        thread = sketch["drip"]
+        sketch.on("body", path(f"M{points(x + 7, y + 5)} L{points(hx, hy)}", extra=stroke(LINE, 5.2)),
+                  path(f"M{points(x + 7, y + 5)} L{points(hx, hy)}", extra=stroke("#c98f4e", 2.6)))
+        if thread > 0.05:
+            for colour, width in (("#7a4a12", 4.6), ("#f4ab2b", 2.2)):
+                sketch.on("body", path(f"M{points(hx - 1, hy + 4)} q1,{num(5 * thread)} 0,{num(12 * thread)}", extra=stroke(colour, width)))
+            sketch.on("body", ellipse(hx - 1, hy + 4 + 12 * thread, 2.2 + thread, 2.8 + thread, "#f4ab2b", stroke("#7a4a12", 1.4)))
+        sketch.on("body", f'<g transform="translate({points(hx, hy)}) rotate(-57)">' +
+                  ellipse(0, 0, 6.4, 7.6, "url(#honey)", FINE) + path("M-5.6,-2.8 H5.6 M-6,0.6 H6 M-5.2,4 H5.2", extra=stroke("#a45e0e", 1.3)) +
+                  ellipse(-2, -3, 1.4, 2.0, "#fff3bd") + "</g>")
 
     @staticmethod
     def jar(x, y, size):
@@ -417,8 +428,8 @@ class Tansy(Character):
         for number in range(3):
             grown = ring * 1.5 - number * 0.25
             if 0 < grown < 1:
-                r = 10 + 9 * number
-                sketch.on("body", path(f"M{points(x - 18 - r * 0.35, y + 8 + r * 0.5)} q{points(-r * 0.45, -r * 0.55, 0, -r * 1.1)}",
+                r = 7 + 6 * number
+                sketch.on("body", path(f"M{points(x - 15 - r * 0.3, y + 8 + r * 0.5)} q{points(-r * 0.45, -r * 0.55, 0, -r * 1.1)}",
                                        extra=stroke("#c98a10", 2.6)))
 
     def drawHeld(self, sketch):
@@ -468,7 +479,7 @@ class Tansy(Character):
             sketch.on(None, props.exclamation(142, 30, sketch["call"]))
         if sketch["doze"] > 0:
             sketch.on(None, props.dozing(127, 37, sketch["doze"] * 0.99))
-        if sketch["stars"] > 0:
+        if sketch["stars"] > 0.2:
             sketch.on(None, props.stars(sketch["stars"], places=((18, 44, 8), (143, 40, 9), (30, 20, 6), (130, 16, 6.5), (14, 76, 5),
                                                                  (147, 76, 5.5))))
         if sketch["notes"] > 0:
@@ -480,7 +491,7 @@ class Tansy(Character):
     def drawSwarm(self, sketch):
         """A few more bees, which go round her hat."""
         size = sketch["swarm"]
-        if size <= 0:
+        if size < 0.35:
             return
         sketch.layer()
         for number in range(5):
@@ -519,7 +530,7 @@ class Tansy(Character):
         lying = {"rise": 0.0}
         away = {**flown(12, 62, 1.0), "bee.size": 0.1}
         act.cut(lying, away, {"hat.y": -112.0, "hat.x": -34.0, "hat.turn": -60.0, "near": 0.08})
-        act.to(0.4, lying, away, {"hat.turn": 14.0}, ease=easeIn, step=BRISK)
+        act.to(0.4, lying, away, {"hat.turn": 9.0}, ease=easeIn, step=BRISK)
         act.to(0.12, lying, away, {"hat.y": -9.0, "hat.turn": -8.0}, ease=easeOut, step=BRISK)
         act.to(0.12, lying, away, ease=easeIn, step=BRISK)
         for number, (x, y) in enumerate(((18, 74), (36, 62), (58, 84), (84, 76), (108, 96), (104, 112))):
@@ -569,17 +580,17 @@ class Tansy(Character):
         act.rest(0.4)
 
     def sad(self, act):
-        # The brim hangs, and so does everything; then the handkerchief.
+        # The brim hangs, and so does everything; then it is pulled down over it.
         act.to(0.4, {"brow.turn": -0.8, "mouth.curve": -0.2, "eye.slant": 0.4, "droop": 0.4, "head.y": 1.0}, overshoot=0)
         act.to(0.6, self.sorrow, hands(0.12, -0.92, 0.2), {"droop": 1.0, "head.y": 5.0, "head.turn": -6.0, "body.squash": -0.03,
                                                           "eye.open": 0.7}, ease=easeInOut, overshoot=0)
-        act.hold(0.3).also(0.6, {"tear": 1.0}, ease=easeIn).hold(0.3)
-        dab = hand("R", -0.02, 0.56, 0.7)
-        act.also(0.36, dab, {"hanky": 1.0, "eye.open": 0.0, "tear": 0.5, "head.turn": 4.0}, overshoot=0)
-        for y in (0.48, 0.58, 0.5):
-            act.also(0.16, {"hand.y.R": y, "tear": 0.0}, overshoot=0)
-        act.also(0.32, hand("R", -0.25, -0.3), {"eye.open": 0.66, "eye.y": 0.6, "head.turn": -4.0}, overshoot=0).hold(0.5)
-        act.rest(0.5)
+        act.hold(0.3).also(0.6, {"tear": 1.0}, ease=easeIn).hold(0.7)
+        act.also(0.36, hands(0.24, 0.92, 0.8), {"eye.open": 0.0, "head.turn": 0.0}, overshoot=0)
+        act.also(0.24, hands(0.24, 0.74), {"hat.y": 13.0, "head.y": 7.0, "tear": 0.6}, overshoot=0)
+        for turn in (2.0, -2.0, 2.0, -2.0):
+            act.also(0.12, {"head.turn": turn, "body.squash": -0.03 - 0.004 * turn}, overshoot=0, step=BRISK)
+        act.also(0.2, {"head.turn": 0.0, "tear": 0.0}, overshoot=0).hold(0.2)
+        act.also(0.4, hands(0.26, 0.9), {"hat.y": 0.0, "eye.open": 0.66, "eye.y": -0.2, "head.y": 3.0}, overshoot=0).hold(0.3).rest(0.5)
 
     def surprised(self, act):
         # The hat goes up, and the bee with it; it comes down where it likes.
@@ -588,18 +599,16 @@ class Tansy(Character):
                {"body.squash": 0.02, "hat.y": -11.0, "hat.turn": -9.0, "droop": -0.6, "eye.open": 1.18}, step=BRISK, ease=easeOut)
         for number in range(3):
             act.also(0.08, {"hat.turn": -6.0 + 3.0 * number, "bee.y": -1.0 + number % 2}, overshoot=0)
-        act.also(0.16, {"hat.y": -2.0, "hat.turn": 11.0, "droop": 0.3, "body.squash": -0.02, "bee.y": -1.0}, ease=easeIn, step=BRISK)
-        for number in range(10):
-            act.also(0.08, {"droop": 0.0, "body.squash": 0.0, "bee.y": -1.0 + number % 2}, overshoot=0)
+        act.also(0.16, {"hat.y": -2.0, "hat.turn": 9.0, "droop": 0.3, "body.squash": -0.02, "bee.y": -1.0}, ease=easeIn, step=BRISK)
+        act.also(0.24, {"droop": 0.0, "body.squash": 0.0, "fly": 0.0, "bee.x": 0.0, "bee.y": 0.0, "face": -1.0}, overshoot=0).hold(0.8)
         act.also(0.24, {"call": 0.0, "eye.open": 1.0, "eye.pupil": 1.0, "mouth.open": 0.0, "mouth.wide": 0.7, "brow.y": 1.0, "eye.y": -0.7,
-                        "hat.turn": 4.0}, hand("R", 0.3, 1.3, 0.3), hand("L", 0.2, -0.8, 0.3), {"fly": 0.0, "bee.x": 0.0, "bee.y": 0.0})
-        act.also(0.08, {"face": -1.0}).hold(0.3).rest(0.3)
+                        "hat.turn": 4.0}, hand("R", 0.3, 1.3, 0.3), hand("L", 0.2, -0.8, 0.3)).hold(0.3).rest(0.3)
 
     def confused(self, act):
         # She scratches under the hat; the bee has no idea either.
         act.to(0.4, {"head.turn": 6.0, "eye.x": -0.5, "eye.y": -0.6, "brow.cock": 5.0, "mouth.curve": -0.35, "mouth.wide": 0.7,
                      "ask": 1.0, "hat.turn": -9.0, "hat.y": -3.0}, hand("R", 0.22, 1.02, 0.6, turn=-30.0), anticipate=0.1)
-        for number, (x, y) in enumerate(((94, 14), (80, 8), (66, 14), (74, 20), (90, 12), (100, 20))):
+        for number, (x, y) in enumerate(((94, 20), (80, 16), (66, 20), (74, 26), (90, 18), (100, 24))):
             act.also(0.12, flown(x, y, -1.0 if number < 3 else 1.0),
                      {"hand.y.R": 1.02 - 0.1 * (number % 2), "hat.turn": -9.0 + 3.0 * (number % 2)}, overshoot=0, step=BRISK)
         act.also(0.16, {"fly": 0.0, "bee.x": 0.0, "bee.y": 0.0, "face": -1.0}, overshoot=0).hold(0.5).blink().hold(0.2).rest()
@@ -638,14 +647,15 @@ class Tansy(Character):
     def congratulate(self, act):
         # Hat off to that, with all the bees that were under it.
         act.to(0.2, {"body.squash": -0.06, "eye.smile": 1.0}, hand("R", 0.34, 1.25, 0.4), hand("L", 0.2, -0.6), step=BRISK, overshoot=0)
-        act.to(0.24, "beam", hand("R", 0.36, 1.52, 0.3), hand("L", 0.6, 0.7, 0.0),
-               {"hat.y": -14.0, "hat.turn": 10.0, "mouth.open": 0.8, "swarm": 0.8, "stars": 0.5}, ease=easeOut, step=BRISK)
+        act.to(0.24, "beam", hand("R", 0.36, 1.42, 0.3), hand("L", 0.6, 0.7, 0.0),
+               {"hat.y": -10.0, "hat.turn": 10.0, "mouth.open": 0.8, "swarm": 0.8, "stars": 0.5}, ease=easeOut, step=BRISK)
         for number in range(16):
             high = number % 4 < 2
             act.also(0.08, {"swarm": 1.0, "swarm.angle": 0.05 * number, "stars": min(1.0, 0.6 + 0.1 * number),
                             "hat.turn": 10.0 if high else -6.0, "hand.x.L": 0.6 if high else 0.85, "hand.y.L": 0.7 if high else 0.45,
                             "body.squash": -0.03 if high else 0.0}, overshoot=0)
-        act.also(0.24, {"hat.y": 0.0, "hat.turn": 0.0, "body.squash": 0.0, "swarm": 0.3, "stars": 0.3, "hand.y.R": 1.2}, overshoot=0.2)
+        act.also(0.16, {"swarm": 0.3, "hat.turn": 8.0, "body.squash": 0.0}, hand("L", 0.62, 0.68)).hold(0.6)
+        act.also(0.24, {"hat.y": 0.0, "hat.turn": 0.0, "body.squash": 0.0, "swarm": 0.0, "stars": 0.3, "hand.y.R": 1.2}, overshoot=0.2)
         act.rest(0.32)
 
     def decline(self, act):
@@ -730,7 +740,7 @@ class Tansy(Character):
                overshoot=0.05)
         for number in range(12):
             angle = number / 6 * 2 * math.pi
-            act.also(0.08, flown(74 + 18 * math.cos(angle), 15 + 6 * math.sin(angle), -1.0 if math.sin(angle) < 0 else 1.0),
+            act.also(0.08, flown(74 + 20 * math.cos(angle), 21 + 5 * math.sin(angle), -1.0 if math.sin(angle) < 0 else 1.0),
                      {"thought": 0.4 + 0.2 * (number // 4 + 1)}, overshoot=0, ease=linear)
         act.also(0.24, {"fly": 0.0, "bee.x": 0.0, "bee.y": 0.0, "face": -1.0}, overshoot=0).hold(0.6)
 
@@ -769,26 +779,27 @@ class Tansy(Character):
             act.also(0.08, {"bee.y": 12.0 + number % 2}, overshoot=0)
         for number in range(7):
             t = (number + 1) / 7
-            act.also(0.08, flown(134 - 108 * t, 40 - 28 * math.sin(t * math.pi), -1.0),
+            act.also(0.08, flown(134 - 108 * t, 40 - 23 * math.sin(t * math.pi), -1.0),
                      {"hand.x.R": -0.25 + 0.75 * t, "eye.x": -0.9 + 1.8 * t, "head.turn": -5.0 + 10.0 * t}, overshoot=0, ease=linear)
         for number in range(4):
             act.also(0.08, {"bee.y": 14.0 + number % 2, "face": 1.0}, overshoot=0)
         act.blink()
         for number in range(7):
             t = (number + 1) / 7
-            act.also(0.08, flown(26 + 108 * t, 40 - 28 * math.sin(t * math.pi), 1.0),
+            act.also(0.08, flown(26 + 108 * t, 40 - 23 * math.sin(t * math.pi), 1.0),
                      {"hand.x.R": 0.5 - 0.75 * t, "eye.x": 0.9 - 1.8 * t, "head.turn": 5.0 - 10.0 * t}, overshoot=0, ease=linear)
         act.again(mark, 70).rest(0.4)
 
     def process(self, act):
         # The smoker.
-        held = hands(-0.32, -0.32, 0.8)
+        held = {**hand("L", -0.08, -0.26, 0.8), **hand("R", -0.02, -0.42, 0.8)}
         act.to(0.36, held, {"smoker": 1.0, "eye.x": 0.4, "eye.y": 0.3, "mouth.wide": 0.7}, overshoot=0)
         mark = act.mark()
         for number in range(4):
-            act.also(0.16, {"pump": 1.0, "hand.x.L": -0.5, "puff": 0.22 + 0.24 * number * 2 / 2, "head.y": 1.5, "brow.turn": 0.3}, overshoot=0)
-            act.also(0.16, {"pump": 0.0, "hand.x.L": -0.3, "puff": 0.34 + 0.24 * number, "head.y": 0.0, "brow.turn": 0.0}, overshoot=0)
-        act.also(0.72, {"puff": 1.9, "eye.x": 0.7, "eye.y": -0.8, "head.turn": 4.0, "mouth.curve": 1.0}, overshoot=0, ease=linear)
+            act.also(0.16, {"pump": 1.0, "hand.x.L": -0.26, "puff": 0.22 + 0.24 * number, "head.y": 1.5, "brow.turn": 0.3}, overshoot=0)
+            act.also(0.16, {"pump": 0.0, "hand.x.L": -0.08, "puff": 0.34 + 0.24 * number, "head.y": 0.0, "brow.turn": 0.0}, overshoot=0)
+        act.also(0.24, {"puff": 1.3, "eye.x": 0.7, "eye.y": -0.8, "head.turn": 4.0, "mouth.curve": 1.0}, overshoot=0, ease=linear).hold(0.24)
+        act.also(0.48, {"puff": 1.9}, overshoot=0, ease=linear)
         act.also(0.24, {"puff": 0.0, "eye.x": 0.4, "eye.y": 0.3, "head.turn": 0.0}, overshoot=0)
         act.again(mark, 75).rest(0.32)
 
@@ -849,9 +860,10 @@ class Tansy(Character):
     def moveUp(self, act):
         # Held by the brim, and the bees see to the rest.
         act.to(0.3, hands(0.26, 1.2, 0.8), {"body.squash": 0.03, "eye.y": -0.7, "swarm": 1.0, "droop": -0.8, "hem": 0.38, "mouth.wide": 0.7},
-               anticipate=0.2)
+               anticipate=0.05)
         for number in range(4):
             act.also(0.08, {"swarm.angle": 0.05 * (number + 1), "hem": 0.4 - 0.25 * number}, overshoot=0)
+        act.hold(0.16)
 
     def moveDown(self, act):
         # The hat is a parachute.
@@ -863,13 +875,22 @@ class Tansy(Character):
     def moveRight(self, act):
         # One hand for the hat.
         act.to(0.3, hand("R", 0.28, 1.15, 0.6), hand("L", 0.5, -0.35, 0.1), {"body.turn": -6.0, "eye.x": -0.8, "hat.turn": 5.0, "hem": 0.75,
-                                                                           "braid.turn": -12.0}, anticipate=0.2).hold(0.1)
+                                                                           "braid.turn": -12.0}, anticipate=0.08).hold(0.1)
 
     def moveLeft(self, act):
         act.to(0.3, hand("L", 0.28, 1.15, 0.6), hand("R", 0.5, -0.35, 0.1), {"body.turn": 6.0, "eye.x": 0.8, "hat.turn": -5.0, "hem": -0.75,
-                                                                           "braid.turn": 12.0, "face": 1.0}, anticipate=0.2).hold(0.1)
+                                                                           "braid.turn": 12.0, "face": 1.0}, anticipate=0.08).hold(0.1)
 
-    # Passing the time.
+    # At rest and passing the time.
+
+    def blink(self, act):
+        # She has seen it before.
+        act.blink(long=True)
+
+    def idle1_1(self, act):
+        # A breath; the bee shifts its feet.
+        act.breathe(1).to(0.08, {"bee.y": -2.0, "face": 1.0}, overshoot=0).to(0.08, {"face": 1.0}, overshoot=0).blink().breathe(1)
+        act.rest(0.08)
 
     def speak(self, act):
         act.hold(0.4).to(0.36, hand("R", 0.5, -0.25, 0.0, turn=-20.0), {"head.turn": 3.0}).hold(0.6).blink()
@@ -891,18 +912,19 @@ class Tansy(Character):
         act.also(0.24, {"braid.turn": 0.0, "head.turn": 0.0}, hand("R", 0.3, -0.5), overshoot=0.2).blink().hold(0.3).rest(0.24)
 
     def idle2_1(self, act):
-        # Tea.
-        tea = {"cup": 1.0, "eye.y": 0.5, "eye.x": 0.3}
-        act.to(0.4, tea, hand("R", 0.3, -0.1, 0.8), overshoot=0)
-        for steam in (0.14, 0.28, 0.42, 0.56, 0.7, 0.84):
-            act.also(0.16, {"steam": steam}, overshoot=0, ease=linear)
-        act.also(0.36, hand("R", -0.2, 0.38, 0.8), {"eye.open": 0.0, "mouth.wide": 0.5, "mouth.open": 0.2, "head.y": 1.0, "sip": 1.0}, overshoot=0)
-        act.hold(0.5)
-        act.also(0.32, hand("R", 0.3, -0.1), {"sip": 0.0, "steam": 0.14, "mouth.open": 0.0, "mouth.wide": 1.0, "mouth.curve": 1.0, "eye.smile": 1.0,
-                                             "blush": 1.0, "head.y": -1.0}, overshoot=0)
-        for steam in (0.28, 0.42, 0.56, 0.7):
-            act.also(0.16, {"steam": steam}, overshoot=0, ease=linear)
-        act.rest(0.4)
+        # This year's honey, tried for the customers' sake.
+        act.to(0.3, hand("R", 0.05, -0.5, 0.7), {"eye.y": 0.8, "eye.x": 0.2, "head.y": 1.0}, overshoot=0)
+        act.also(0.36, hand("R", 0.45, -0.12, 0.8), {"dipper": 1.0, "eye.x": 0.5, "eye.y": 0.5, "brow.y": 1.5}, overshoot=0)
+        for drip in (0.3, 0.6, 0.85, 1.0):
+            act.also(0.16, {"drip": drip}, overshoot=0, ease=easeInOut)
+        act.hold(0.3)
+        act.also(0.36, hand("R", 0.06, 0.32, 0.8), {"drip": 0.0, "eye.open": 0.0, "mouth.wide": 0.6, "mouth.open": 0.5, "head.y": 1.0, "eye.y": 0.0}, overshoot=0)
+        act.hold(0.3)
+        act.also(0.32, hand("R", 0.4, -0.3), {"mouth.open": 0.0, "mouth.wide": 0.8, "mouth.curve": 1.0, "eye.smile": 1.0, "blush": 1.0,
+                                             "head.turn": -4.0}, overshoot=0)
+        for turn in (4.0, -4.0, 3.0):
+            act.also(0.24, {"head.turn": turn, "hat.turn": turn * 0.5}, overshoot=0, ease=easeInOut)
+        act.hold(0.3).rest(0.4)
 
     def idle2_2(self, act):
         # On the nose, of all places.
