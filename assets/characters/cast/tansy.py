@@ -889,8 +889,8 @@ class Tansy(Character):
 
     def idle1_1(self, act):
         # A breath; the bee shifts its feet.
-        act.breathe(1).to(0.08, {"bee.y": -2.0, "face": 1.0}, overshoot=0).to(0.08, {"face": 1.0}, overshoot=0).blink().breathe(1)
-        act.rest(0.08)
+        act.breathe(1).to(0.08, {"bee.y": -2.0, "face": 1.0}, overshoot=0).to(0.08, {"face": 1.0}, overshoot=0).blink().hold(0.3)
+        act.to(0.08, {"bee.y": -2.0}, overshoot=0).to(0.08, overshoot=0).breathe(1).rest(0.08)
 
     def speak(self, act):
         act.hold(0.4).to(0.36, hand("R", 0.5, -0.25, 0.0, turn=-20.0), {"head.turn": 3.0}).hold(0.6).blink()
