@@ -126,6 +126,7 @@ INTRODUCTIONS = {
     "Brindle": "Good morning! I am Brindle. I have slept all winter, and now I have things to say.",
     "Ottoline": "How do you do? I am Ottoline. I can hold eight conversations, but I read you one at a time.",
     "Plonk": "Plonk. That is my name, and also the sound I make.",
+    "Tansy": "I am Tansy. I keep bees. They do the work, and I do the talking.",
     "Tremolina": "Tremolina! You have heard of me. You have not? I am offended. There, it is over: what shall I play?",
 }
 TEMPERS = {
@@ -134,6 +135,8 @@ TEMPERS = {
     "Ottoline": "Warm and well brought up. Listens with all her arms, wears a flower, and finds a kind tone even for an "
                 "angry line.",
     "Plonk": "Plain-spoken, wide-mouthed, correctly dressed. Reads the long words as if he had thought of them himself.",
+    "Tansy": "Warm, dry, and a step ahead of whoever writes. Lifts her hat to friends, lets down her veil at nonsense, and is "
+             "obeyed by everybody but one bee.",
     "Tremolina": "Young and all theatre. Takes offence at a comma and forgives it by the full stop; what she feels, her "
                  "bellows tell the last row.",
 }

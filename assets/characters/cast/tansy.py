@@ -227,7 +227,7 @@ class Tansy(Character):
             sketch.on(None, props.glass(x, y, 62, sketch["glass"]))
             if sketch["glass"] > 0.9:
                 px, py = x + 5 * sketch["eye.x"], y + 2
-                sketch.on(None, ellipse(px, py, 7.4, 7.8, "#3f7a63", stroke(LINE, 1.2)), ellipse(px, py, 4.6, 5.2, "#24160f"),
+                sketch.on(None, ellipse(x, y, 11.4, 11.4, "#fbfdff"), ellipse(px, py, 7.4, 7.8, "#3f7a63", stroke(LINE, 1.2)), ellipse(px, py, 4.6, 5.2, "#24160f"),
                           ellipse(px - 2.2, py - 2.8, 2.0, 2.2, "#ffffff"))
 
     def drawHairBehind(self, sketch):
