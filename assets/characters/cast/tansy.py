@@ -94,7 +94,7 @@ class Tansy(Character):
     name = "Tansy"
     description = "A beekeeper of seventy-one. She has been stung by better jokes than yours."
     guid = "{6B1D0F52-7C0A-4E0B-9C55-0E7B3A1F6C04}"
-    voice = {"gender": "female", "language": 0x0809, "speed": 182, "pitch": 168, "age": 71, "style": "Dry"}
+    voice = {"gender": "female", "language": 0x0809, "speed": 175, "pitch": 168, "age": 71, "style": "Dry"}
     balloon = {"background": "#F3EEFF", "border": "#4B3A78"}
     size = 160
     colours = 84
