@@ -42,6 +42,7 @@ STATES = {
     **{f"MOVING{way.upper()}": [f"Move{way}"] for way in ("Up", "Down", "Left", "Right")},
 }
 
+CROWN_ROOM, FLOOR_ROOM = 1.5, 2.0  # pixels above a crown, for its outline, and below the feet
 HELD_FROM = 16  # 1/100 s from which on a frame counts as held
 
 
@@ -86,6 +87,7 @@ class Character:
     springiness = 1.0       # 0 moves without any overshoot
 
     joints = Joints({"body": (None, 72.0, 136.0), "head": ("body", 72.0, 88.0)})
+    crowns = ()             # (joint, x, y) of its highest points at rest: it does not jump or stretch out of the canvas
     swings = {}             # channel -> Swing
     own_channels = {}       # channel -> its value at rest, besides those of joints, face, arms and props
     poses = {}              # name -> channels
@@ -129,8 +131,27 @@ class Character:
         """The pose with what follows from other channels: breath lifts the head."""
         return {**pose, "head.y": pose["head.y"] - 1.2 * pose["breath"]}
 
-    def sketch(self, pose):
+    def posed(self, pose):
+        """A sketch of the pose on which nothing is drawn yet: jumping less high, then less tall, where its crowns would
+        not be on the canvas."""
         sketch = Sketch(self.joints, self.derived(pose), self.size)
+
+        def above():
+            return max((CROWN_ROOM - sketch.at(*crown)[1] for crown in self.crowns), default=0.0)
+
+        while above() > 0 and pose["rise"] >= 1:
+            changed = dict(sketch.pose)
+            if changed["body.y"] < FLOOR_ROOM:
+                changed["body.y"] = min(FLOOR_ROOM, changed["body.y"] + math.ceil(above()))
+            elif changed["body.squash"] > 0:
+                changed["body.squash"] = max(0.0, changed["body.squash"] - 0.01)
+            else:
+                break
+            sketch = Sketch(self.joints, changed, self.size)
+        return sketch
+
+    def sketch(self, pose):
+        sketch = self.posed(pose)
         self.draw(sketch)
         return sketch
 
@@ -145,7 +166,7 @@ class Character:
     def mouthBox(self, pose):
         """[x, y, width, height] of whole pixels in which the mouth of the pose moves when it speaks."""
         left, top, right, bottom = self.mouth.box()
-        sketch = Sketch(self.joints, self.derived(pose), self.size)
+        sketch = self.posed(pose)
         corners = [sketch.at(self.mouth_joint, x, y) for x in (left, right) for y in (top, bottom)]
         x0, y0 = (max(0, math.floor(min(corner[i] for corner in corners))) for i in (0, 1))
         x1, y1 = (min(self.size, math.ceil(max(corner[i] for corner in corners))) for i in (0, 1))

@@ -41,7 +41,8 @@ def star(x, y, size, colour):
 
 def stars(size, spin=0.0, places=((15, 40, 8), (129, 34, 9), (30, 12, 6), (114, 9, 6.5), (9, 72, 5), (136, 68, 5))):
     colours = ("#ffd23f", "#ffd23f", "#ff8a5c", "#66c7f4", "#7ddc7a", "#ff8a5c")
-    return "".join(star(x + (x - 72) * 0.12 * (size - 1), y - 6 * (size - 0.5), r * min(1.0, size * 1.4), colour)
+    grown = min(1.0, size)  # an overshoot drives none of them out of the canvas
+    return "".join(star(x + (x - 72) * 0.12 * (grown - 1), max(y - 6 * (grown - 0.5), r + 2), r * min(1.0, size * 1.4), colour)
                    for (x, y, r), colour in zip(places, colours))
 
 
@@ -52,7 +53,7 @@ def dozing(x, y, amount):
         if shown > 0:
             s = (0.45 + 0.25 * index) * shown
             d = "M" + " L".join(points(6 * s * u, 7 * s * v) for u, v in ((-1, -1), (1, -1), (-1, 1), (1, 1)))
-            drawn += (f'<g transform="translate({points(x + index * 11, y - index * 12)})">' +
+            drawn += (f'<g transform="translate({points(x + index * 11, max(y - index * 12, 11))})">' +
                       path(d, extra=stroke("#ffffff", 5.6)) + path(d, extra=stroke("#4a62b8", 2.8)) + "</g>")
     return drawn
 
@@ -84,7 +85,7 @@ def notes(amount, places=((20, 40), (124, 34), (112, 14))):
         shown = max(0.0, min(1.0, amount * 3 - index))
         if shown > 0:
             d = "M0,8 V-8 L8,-10 V-4 L0,-2"
-            drawn += (f'<g transform="translate({points(x, y - 6 * shown)}) scale({num(0.6 + 0.4 * shown)})">' +
+            drawn += (f'<g transform="translate({points(x, max(y - 6 * shown, 14))}) scale({num(0.6 + 0.4 * shown)})">' +
                       path(d, extra=stroke("#ffffff", 6)) + ellipse(-2.6, 8, 5.6, 4.6, "#ffffff") +
                       path(d, "#b0338a", stroke("#b0338a", 2.4)) + ellipse(-2.6, 8, 3.6, 2.8, "#b0338a") + "</g>")
     return drawn

@@ -37,6 +37,7 @@ class Brindle(Character):
         "scarf": ("body", 90.0, 95.0), "head": ("body", 72.0, 88.0),
         "earL": ("head", 47.0, 37.0), "earR": ("head", 97.0, 37.0), "tuft": ("head", 72.0, 22.0),
     })
+    crowns = (("tuft", 70.0, 8.0), ("tuft", 81.0, 10.0))
     swings = {
         "tail.turn": Swing({"body.turn": 0.9, "body.x": 0.8, "body.y": -0.7, "head.turn": 0.5}, 0.7, 0.22),
         "tip.turn": Swing({"body.turn": 1.3, "body.x": 1.2, "body.y": -1.0, "head.turn": 0.7, "tail.turn": 0.4}, 0.55,
@@ -247,7 +248,7 @@ class Brindle(Character):
         if sketch["call"] > 0:
             sketch.on(None, props.exclamation(122, 26, sketch["call"]))
         if sketch["idea"] > 0:
-            sketch.on(None, props.bulb(72, 13 - 4 * sketch["idea"] + 4, sketch["idea"]))
+            sketch.on(None, props.bulb(72, 21, sketch["idea"]))
         if sketch["doze"] > 0:
             sketch.on(None, props.dozing(108, 34, sketch["doze"]))
         if sketch["stars"] > 0:
@@ -261,14 +262,14 @@ class Brindle(Character):
 
     def show(self, act):
         act.cut({"rise": 0.0})
-        act.to(0.24, {"rise": 0.0, "hole": 1.0}, overshoot=0.2, step=BRISK)
+        act.to(0.24, {"rise": 0.0, "hole": 1.0}, overshoot=0.08, step=BRISK)
         for clods in (0.25, 0.55, 0.85):
             act.also(0.06, {"clods": clods, "hole": 1.0 + 0.06 * math.sin(clods * 9)}, overshoot=0, step=BRISK)
         act.also(0.2, {"rise": 0.56, "clods": 0.0, "hole": 1.0}, overshoot=0.12, step=BRISK)
         act.also(0.16, {"eye.x": -0.9, "head.turn": -4.0}).hold(0.16)
         act.also(0.2, {"eye.x": 0.9, "head.turn": 4.0}).hold(0.16)
         act.to(0.12, {"rise": 0.46, "hole": 1.0, "eye.open": 0.5, "body.squash": -0.03}, overshoot=0, step=BRISK)
-        act.to(0.2, self.glad, hands(0.5, 0.75, 0.0), {"rise": 1.0, "hole": 0.8, "body.y": -10.0, "body.squash": 0.07},
+        act.to(0.2, self.glad, hands(0.5, 0.75, 0.0), {"rise": 1.0, "hole": 0.8, "body.y": -5.0, "body.squash": 0.07},
                ease=easeOut, step=BRISK)
         act.to(0.16, self.glad, hands(0.4, 0.1, 0.0), {"hole": 0.25, "body.squash": -0.09}, ease=easeIn, step=BRISK)
         act.to(0.32, overshoot=0.15)
@@ -341,7 +342,7 @@ class Brindle(Character):
         for number in range(2):
             act.to(0.2, self.glad, hands(0.45, 1.0, 0.0), {"stars": 0.6 + 0.3 * number, "mouth.open": 0.9, "body.y": -15.0,
                                                           "body.squash": 0.09}, ease=easeOut, step=BRISK)
-            act.also(0.2, {"body.y": 0.0, "body.squash": -0.1, "stars": 0.9}, hands(0.7, 0.55), ease=easeIn, step=BRISK)
+            act.also(0.2, {"body.y": 0.0, "body.squash": -0.05, "stars": 0.9}, hands(0.3, 0.55), ease=easeIn, step=BRISK)
         act.also(0.2, {"body.squash": 0.0, "stars": 1.0}, hands(0.5, 0.85), step=BRISK, overshoot=0.3).hold(0.8).rest()
 
     def decline(self, act):

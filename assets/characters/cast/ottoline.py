@@ -212,6 +212,7 @@ class Ottoline(Character):
         "body": (None, 72.0, 136.0), "pearls": ("body", 72.0, 84.0), "head": ("body", 72.0, 90.0),
         "hat": ("head", 90.0, 33.0), "feather": ("hat", 98.0, 29.0),
     })
+    crowns = (("head", 92.0, 7.0),)
     swings = {
         "bulb.x": Swing({"head.turn": 0.7, "head.x": 0.9, "body.turn": 0.9, "body.x": 0.8}, 0.55, 0.22),
         "hat.turn": Swing({"head.turn": 0.5, "body.turn": 0.6, "body.y": 0.5, "head.y": 0.4}, 0.45, 0.25),
@@ -555,10 +556,10 @@ class Ottoline(Character):
 
     def show(self, act):
         act.cut({"rise": 0.0})
-        act.to(0.3, {"rise": 0.0, "hole": 1.0}, overshoot=0.1)
+        act.to(0.3, {"rise": 0.0, "hole": 1.0}, overshoot=0)
         act.also(0.48, {"feeler": 0.9, "feeler.hat": 1.0}, overshoot=0.1)
         act.also(0.24, {"feeler.bend": -1.0}, overshoot=0.1).hold(0.2)
-        act.also(0.32, {"feeler.bend": 0.8}, overshoot=0.1).hold(0.24)
+        act.also(0.32, {"feeler.bend": 0.48}, overshoot=0.1).hold(0.24)
         act.also(0.2, {"feeler.bend": 0.1}, overshoot=0)
         act.also(0.24, {"feeler": 0.42}, overshoot=0, ease=easeIn)
         act.also(0.04, {"feeler": 0.0, "feeler.hat": 0.0, "rise": 0.5, "eye.open": 0.0}, overshoot=0)
@@ -573,7 +574,7 @@ class Ottoline(Character):
     def hide(self, act):
         act.to(0.32, {"head.y": 6.0, "eye.open": 0.0, "mouth.curve": 1.0}, hand("R", -0.55, -0.1, 0.6), overshoot=0).hold(0.16)
         act.to(0.2, {"body.squash": -0.08, "eye.open": 1.0, "eye.x": -0.9, "cloud": 0.3}, overshoot=0, ease=easeIn)
-        act.also(0.24, {"cloud": 1.0, "body.squash": 0.0}, overshoot=0.08, step=BRISK)
+        act.also(0.24, {"cloud": 1.0, "body.squash": 0.0}, overshoot=0, step=BRISK)
         act.to(0.08, {"cloud": 1.0, "rise": 0.0, "lone": 1.0}, overshoot=0)
         act.also(0.32, {"cloud": 0.0}, overshoot=0, ease=easeInOut).hold(0.3)
         act.also(0.08, {"lone.y": -3.0}, overshoot=0)
@@ -615,7 +616,7 @@ class Ottoline(Character):
         # The ink escapes her. How embarrassing.
         act.to(0.12, {"body.squash": -0.08, "eye.open": 0.4}, step=BRISK, overshoot=0)
         act.to(0.18, self.shock, hands(0.75, 0.55, 0.0), hand("A", 0.55, 1.05, 0.1), hand("B", 0.55, 1.05, 0.1),
-               {"out.A": 1.0, "out.B": 1.0, "body.y": -5.0, "body.squash": 0.05, "hat.y": -4.0, "ink": 0.3, "tint": -0.5}, step=BRISK,
+               {"out.A": 1.0, "out.B": 1.0, "body.y": -5.0, "body.squash": 0.05, "hat.y": -3.0, "ink": 0.3, "tint": -0.5}, step=BRISK,
                ease=easeOut)
         act.also(0.18, {"body.y": 0.0, "body.squash": 0.02, "hat.y": 0.0, "ink": 0.5}, ease=easeIn, step=BRISK)
         act.also(0.24, {"ink": 0.7}, overshoot=0).hold(0.9)
@@ -645,7 +646,7 @@ class Ottoline(Character):
     def alert(self, act):
         # Up on her toes, and the hat still higher.
         act.to(0.16, {"body.squash": -0.07, "eye.open": 0.5}, step=BRISK, overshoot=0)
-        act.to(0.24, "tall", {"call": 1.0, "jet": 0.35, "body.squash": 0.04, "hat.y": -3.0, "mouth.wide": 0.6},
+        act.to(0.24, "tall", {"call": 1.0, "jet": 0.35, "body.squash": 0.03, "hat.y": -2.0, "mouth.wide": 0.6},
                hand("R", 0.5, 0.85, 0.2, 1.0),
                hand("L", -0.5, -0.1, 0.5), step=BRISK, overshoot=0.2)
         act.also(0.12, {"hat.y": 0.0}, ease=easeIn).hold(0.8).rest()
@@ -813,7 +814,7 @@ class Ottoline(Character):
                anticipate=0.1).hold(0.5)
 
     def gestureDown(self, act):
-        act.to(0.4, hand("R", 0.75, -0.3, 0.1, 1.0), hand("L", -0.35, -0.2, 0.6),
+        act.to(0.4, hand("R", 0.58, -0.3, 0.1, 1.0), hand("L", -0.35, -0.2, 0.6),
                {"eye.y": 0.9, "eye.x": 0.4, "head.y": 2.0, "head.turn": 4.0},
                anticipate=0.1).hold(0.5)
 
@@ -830,7 +831,7 @@ class Ottoline(Character):
 
     def moveUp(self, act):
         act.to(0.16, {"body.squash": -0.08, "eye.y": -0.5}, overshoot=0)
-        act.to(0.24, {"body.squash": 0.05, "body.y": -4.0, "jet": 1.0, "eye.y": -0.8, "bubbles": 0.4}, hands(0.3, -0.9, 0.1),
+        act.to(0.24, {"body.squash": 0.03, "body.y": -6.0, "jet": 0.9, "eye.y": -0.8, "bubbles": 0.4}, hands(0.35, -0.45, 0.1),
                overshoot=0.1).hold(0.1)
 
     def moveDown(self, act):

@@ -48,6 +48,7 @@ class Plonk(Character):
         "body": (None, 72.0, 136.0), "tie": ("body", 72.0, 100.0), "head": ("body", 72.0, 96.0),
         "eyeL": ("head", 47.0, 54.0), "eyeR": ("head", 97.0, 54.0),
     })
+    crowns = (("eyeL", 47.0, 23.0), ("eyeR", 97.0, 23.0))
     swings = {
         "tie.turn": Swing({"body.turn": 1.6, "body.x": 1.6, "head.turn": 1.6, "head.x": 1.4}, 0.45, 0.22),
         "eyeL.squash": Swing({"body.y": 0.012, "head.y": 0.02, "body.squash": -0.5}, 0.4, 0.22),
@@ -224,7 +225,7 @@ class Plonk(Character):
         if sketch["ask"] > 0:
             sketch.on(None, props.question(128, 22, sketch["ask"] * 0.9))
         if sketch["call"] > 0:
-            sketch.on(None, props.exclamation(72, 17, sketch["call"] * 0.9))
+            sketch.on(None, props.exclamation(72, 20, sketch["call"] * 0.9))
         if sketch["idea"] > 0:
             sketch.on(None, props.bulb(72, 22, sketch["idea"]))
         if sketch["doze"] > 0:
@@ -246,7 +247,7 @@ class Plonk(Character):
 
     def show(self, act):
         act.cut({"rise": 0.0})
-        act.to(0.3, {"rise": 0.0, "hole": 1.0}, overshoot=0.1)
+        act.to(0.3, {"rise": 0.0, "hole": 1.0}, overshoot=0.02)
         act.also(0.32, {"bubble": 0.9}, overshoot=0)
         act.also(0.24, {"rise": 0.36, "bubble": 0.0, "eye.open": 0.7}, overshoot=0).hold(0.2)
         act.also(0.16, {"eye.x": -1.0}).hold(0.2).also(0.16, {"eye.x": 1.0}).hold(0.2)
@@ -257,7 +258,7 @@ class Plonk(Character):
         act.to(0.3, overshoot=0.2)
 
     def hide(self, act):
-        act.to(0.3, {"hole": 1.0, "eye.y": 0.9}, overshoot=0.1)
+        act.to(0.3, {"hole": 1.0, "eye.y": 0.9}, overshoot=0.02)
         act.also(0.2, {"body.y": -8.0, "body.squash": 0.06, "eye.open": 0.0, "throat": 0.8}, hands(-0.1, 0.7), ease=easeOut)
         act.also(0.2, {"rise": 0.34, "body.y": 0.0, "body.squash": 0.0, "throat": 0.0, "splash": 0.5}, ease=easeIn)
         act.also(0.16, {"splash": 0.0, "eye.open": 0.9, "eye.y": 0.0}, overshoot=0).hold(0.2).blink()
@@ -320,7 +321,7 @@ class Plonk(Character):
         act.to(0.24, {"body.squash": -0.16, "eye.smile": 1.0, "head.y": 3.0}, hands(0.3, -0.75), overshoot=0)
         act.to(0.24, self.glad, hands(0.75, 0.75, 0.0), {"body.y": -20.0, "body.squash": 0.13, "stars": 0.8, "mouth.open": 0.9},
                ease=easeOut, step=BRISK).hold(0.08)
-        act.also(0.24, {"body.y": 0.0, "body.squash": -0.14, "stars": 1.0}, ease=easeIn, step=BRISK)
+        act.also(0.24, hands(0.4, 0.3), {"body.y": 0.0, "body.squash": -0.12, "stars": 1.0}, ease=easeIn, step=BRISK)
         act.also(0.24, {"body.squash": 0.0, "throat": 0.7}, hands(0.5, 0.5), overshoot=0.3).hold(0.9).rest()
 
     def decline(self, act):
@@ -419,7 +420,7 @@ class Plonk(Character):
 
     def idle2_2(self, act):
         # A fly comes by; it does not leave.
-        act.to(0.1, {"fly": 1.0, "fly.x": 6.0, "fly.y": 40.0, "eye.x": -0.9}, overshoot=0)
+        act.to(0.1, {"fly": 1.0, "fly.x": 10.0, "fly.y": 40.0, "eye.x": -0.9}, overshoot=0)
         for x, y in ((22, 22), (40, 30), (58, 12), (82, 22), (104, 10), (122, 24)):
             act.also(0.14, {"fly.x": float(x), "fly.y": float(y), "eye.x": (x - 72) / 55, "eye.y": -0.8, "head.turn": (x - 72) / 16},
                      overshoot=0, ease=linear)

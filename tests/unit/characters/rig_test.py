@@ -205,6 +205,17 @@ class Layers(unittest.TestCase):
         self.assertNotEqual(stick.sketch(stick.pose()).layers[1], stick.sketch(stick.pose({"head.turn": 9.0})).layers[1])
 
 
+class Crowns(unittest.TestCase):
+    def test_who_jumps_or_stretches_stays_on_the_canvas(self):
+        stick = Stick()
+        stick.crowns = (("head", 50.0, 30.0),)
+        for channels in ({"body.y": -40.0}, {"body.squash": 0.6}, {"body.y": -40.0, "body.squash": 0.4, "head.y": -9.0}):
+            sketch = stick.posed(stick.pose(channels))
+            self.assertGreaterEqual(sketch.at("head", 50.0, 30.0)[1], 1.0, channels)
+            self.assertLessEqual(sketch["body.y"], 2.0, channels)
+        self.assertEqual(stick.posed(stick.pose({"body.y": -9.0}))["body.y"], -9.0)
+
+
 class Cast(unittest.TestCase):
     def test_every_character_has_every_act_and_its_way_back(self):
         for name, character in CAST.items():
