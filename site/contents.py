@@ -124,6 +124,7 @@ PLAYED_BY = {"hazel": "Ottoline", "otto": "Plonk", "mina": "Brindle"}
 # What each character says of itself.
 INTRODUCTIONS = {
     "Brindle": "Good morning! I am Brindle. I have slept all winter, and now I have things to say.",
+    "Clatterby": "Clatterby, at your service. I was made for the post office, and I still deliver. Ding!",
     "Ottoline": "How do you do? I am Ottoline. I can hold eight conversations, but I read you one at a time.",
     "Plonk": "Plonk. That is my name, and also the sound I make.",
     "Tansy": "I am Tansy. I keep bees. They do the work, and I do the talking.",
@@ -132,6 +133,8 @@ INTRODUCTIONS = {
 TEMPERS = {
     "Brindle": "Cheerful, early to rise from April on, asleep before that. Gives everything he has got to a good laugh, "
                "and dozes off when nobody writes.",
+    "Clatterby": "Dignified, punctual, and softer than his enamel. Types what he feels, lifts his carriage to a lady, and "
+                 "has to be wound up now and then.",
     "Ottoline": "Warm and well brought up. Listens with all her arms, wears a flower, and finds a kind tone even for an "
                 "angry line.",
     "Plonk": "Plain-spoken, wide-mouthed, correctly dressed. Reads the long words as if he had thought of them himself.",

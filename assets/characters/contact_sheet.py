@@ -6,7 +6,8 @@
     contact_sheet.py moving DIRECTORY NAME OUT.gif ANIMATION …    one after another, on light and dark in turn; of
                                                                   Sad:1-2.5 what is between these seconds
 
-DIRECTORY holds NAME.json. With `--zoom N` pictures are N times as large. Needs ImageMagick's convert."""
+DIRECTORY holds NAME.json. With `--zoom N` pictures are N times as large. The file of a moving one is smaller with fewer
+pictures (`--tick 12`, in 1/100 s) and with fewer `--colours`. Needs ImageMagick's convert."""
 
 import argparse
 import json
@@ -115,8 +116,8 @@ def animated(pixels, size, chosen):
     some = b"".join(pixels[at:at + picture] for at in range(0, len(pixels), picture * 8))
     with tempfile.TemporaryDirectory() as folder:
         palette = f"{folder}/palette.png"
-        subprocess.run(["convert", *raw, "+append", "+dither", "-colors", "24", "-unique-colors", palette], input=some, check=True)
-        subprocess.run(["convert", "-delay", str(TICK), "-loop", "0", *raw, "-filter", "point", "-resize", f"{chosen.zoom * 100}%",
+        subprocess.run(["convert", *raw, "+append", "+dither", "-colors", str(chosen.colours), "-unique-colors", palette], input=some, check=True)
+        subprocess.run(["convert", "-delay", str(chosen.tick), "-loop", "0", *raw, "-filter", "point", "-resize", f"{chosen.zoom * 100}%",
                         "+dither", "-remap", palette, "-layers", "optimize", chosen.out], input=pixels, check=True)
 
 
@@ -129,6 +130,8 @@ def main():
     parser.add_argument("animations", nargs="*")
     parser.add_argument("--zoom", type=int, default=1)
     parser.add_argument("--columns", type=int, default=12)
+    parser.add_argument("--tick", type=int, default=TICK)
+    parser.add_argument("--colours", type=int, default=24)
     chosen = parser.parse_args()
     film = Film(chosen.directory, chosen.name)
     small = ("+dither", "-colors", "128", "-strip")
@@ -154,8 +157,8 @@ def main():
             clock, shown = 0, 0
             for frame in film.played(name) + [{**rest, "duration": 40}]:
                 clock += frame["duration"]
-                while shown + TICK <= clock:
-                    shown += TICK
+                while shown + chosen.tick <= clock:
+                    shown += chosen.tick
                     if first < shown <= last:
                         pixels += film.picture(frame, GROUNDS[number % 2])
         animated(bytes(pixels), film.size, chosen)
