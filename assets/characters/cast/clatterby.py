@@ -41,6 +41,22 @@ def typebars(sketch, x, y):
                    for i in (-2, -1, 0, 1, 2))
 
 
+class Lips(Mouth):
+    """A mouth below a moustache, which hides its corners."""
+
+    def draw(self, sketch):
+        if sketch["mouth.open"] >= 0.06:
+            return super().draw(sketch)
+        half, curve = self.wide * sketch["mouth.wide"], sketch["mouth.curve"]
+        corner = self.y - curve * self.wide * 0.18
+        return path(f"M{points(self.x - half, corner)} Q{points(self.x, self.y + curve * self.wide * 0.62, self.x + half, corner)}",
+                    extra=stroke(self.line, self.width))
+
+    def box(self):
+        """Between the moustache and the lower edge of the head."""
+        return (self.x - self.wide - 2, self.y - 2.6, self.x + self.wide + 2, self.y + 11.4)
+
+
 class Lever(Arm):
     """Two straight rods with bolts, and fingers that end in keys."""
 
@@ -96,7 +112,7 @@ class Lever(Arm):
 class Clatterby(Character):
     name = "Clatterby"
     description = "A typewriter of the old school, who has something to say and rings when he has said it."
-    guid = "{6B1D0F52-7C0A-4E0B-9C55-0E7B3A1F6C07}"
+    guid = "{6B1D0F52-7C0A-4E0B-9C55-0E7B3A1F6C0C}"
     voice = {"gender": "male", "speed": 138, "pitch": 97, "age": 80, "style": "Dignified", "language": 0x0809}
     balloon = {"background": "#FFFDF2", "border": "#22345C"}
     size = 160
@@ -114,12 +130,13 @@ class Clatterby(Character):
         "paper.turn": Swing({"carriage.x": -0.9, "body.x": 1.2, "body.turn": 1.2, "head.turn": 0.9}, 0.42, 0.2),
         "crank.turn": Swing({"carriage.x": 2.2, "head.y": 1.6, "body.y": 1.6, "body.x": 3.0}, 0.3, 0.2),
         "bell.turn": Swing({"body.x": 5.0, "body.y": 1.6, "head.x": 3.0, "head.turn": 2.0}, 0.26, 0.16),
+        "cord": Swing({"head.turn": 0.05, "head.y": 0.05, "body.x": 0.2}, 0.5, 0.2),
         "tashL.turn": Swing({"head.y": -1.6, "body.y": -1.6, "head.turn": 0.8}, 0.32, 0.2),
         "tashR.turn": Swing({"head.y": 1.6, "body.y": 1.6, "head.turn": 0.8}, 0.32, 0.2),
     }
     own_channels = {
         "sheet": 0.34, "limp": 0.0, "typed": 0.6, "keys": 0.0, "wind": 0.0, "ring": 0.0, "dust": 0.0, "confetti": 0.0,
-        "horn": 0.0, "loupe": 0.0, "news": 0.0, "lid": 0.0, "dots": 0.0,
+        "receiver": 0.0, "cord": 0.0, "loupe": 0.0, "news": 0.0, "lid": 0.0, "dots": 0.0,
         **{name: 0.0 for name in MARKS if name not in ("ask", "call")}, **hands(0.16, -0.42, 0.5),
     }
     poses = {
@@ -133,12 +150,11 @@ class Clatterby(Character):
     arms = [Lever(side, 72 + side * 42, 111, 36, 5.0, 5.6, STEEL, STEEL_LIGHT, STEEL_LINE) for side in (-1, 1)]
     eyes = [Eye(side, 72 + side * 19.5, 74, 11.0, 11.4, BRASS, LINE, iris="#4f97c9", pupil=0.46, white="#fffdf2",
                 skin=BRASS_LIGHT) for side in (-1, 1)]
-    mouth = Mouth(72, 97.0, 12.0, 7.2, "#16223f", width=3.0, inside="#1c2440", tongue="#e0384a", teeth=typebars)
+    mouth = Lips(72, 96.6, 12.0, 6.2, "#16223f", width=3.0, inside="#1c2440", tongue="#e0384a", teeth=typebars)
 
     def defs(self):
         return (radial("enamel", "#8fc0ea", "#4f86c6", "#2d5a9c") + radial("deck", "#77abdc", "#427ab8", "#26508e") +
-                radial("brass", "#ffeaa8", BRASS, BRASS_DARK) + radial("leather", "#c98a55", "#9a5d33", "#6c3d1f") +
-                radial("horn", "#7c5211", "#b67a22", "#f3c65c", cx=0.5, cy=0.5, r=0.55) + props.DEFS)
+                radial("brass", "#ffeaa8", BRASS, BRASS_DARK) + radial("leather", "#c98a55", "#9a5d33", "#6c3d1f") + props.DEFS)
 
     def derived(self, pose):
         lift = (pose["mouth.curve"] - 0.7) * 24
@@ -190,9 +206,9 @@ class Clatterby(Character):
         if sketch["news"] > 0:
             sketch.layer("body")
             self.drawNews(sketch)
-        if sketch["horn"] > 0:
+        if sketch["receiver"] > 0:
             sketch.layer()
-            self.drawHorn(sketch)
+            self.drawReceiver(sketch)
         for arm in self.arms:
             sketch.layer("body")
             sketch.on("body", arm.draw(sketch))
@@ -373,8 +389,8 @@ class Clatterby(Character):
 
     def drawNews(self, sketch):
         y, page = 93.0, sketch["page"]
-        drawn = path(f"M{points(72, y + 3)} L{points(104, y - 2)} L{points(107, y + 38)} L{points(72, y + 42)} L{points(37, y + 38)} "
-                     f"L{points(40, y - 2)} Z", PAPER, INNER)
+        drawn = path(f"M{points(72, y + 3)} L{points(104, y - 2)} L{points(107, y + 38)} L{points(72, y + 42)} "
+                     f"L{points(37, y + 38)} L{points(40, y - 2)} Z", PAPER, INNER)
         drawn += path(f"M{points(72, y + 3)} V{num(y + 42)}", extra=stroke("#c6ccd6", 2.0))
         drawn += path(f"M{points(78, y + 9)} l20,-3", extra=stroke(INK, 4.0))
         drawn += path(f"M{points(45, y + 7)} l20,3 v12 l-20,-2 Z", "#a9c6e4", stroke("#7f93b8", 1.6))
@@ -392,13 +408,23 @@ class Clatterby(Character):
         wide = sketch["news"]
         sketch.on("body", f'<g transform="translate({points(72 * (1 - wide), 0)}) scale({num(wide)} 1)">{drawn}</g>')
 
-    def drawHorn(self, sketch):
-        """An ear trumpet, from the side of the head to the hand's upper side."""
-        out = sketch["horn"]
-        x, y = sketch.at("head", 106, 82)
-        horn = (path("M-3,-3 C10,-4 17,-8 27,-18 L27,18 C17,8 10,4 -3,3 Z", "url(#brass)", stroke(BRASS_LINE, 2.2)) +
-                ellipse(27, 0, 7.0, 18, "url(#horn)", stroke(BRASS_LINE, 2.2)) + path("M4,-4 v8", extra=stroke(BRASS_LINE, 1.6)))
-        sketch.on(None, f'<g transform="translate({points(x, y)}) rotate(-50) scale({num(out)})">{horn}</g>')
+    def drawReceiver(self, sketch):
+        """The receiver of a telephone, whose cord comes out of the deck; taken up to the side of the head."""
+        up, turn = sketch["receiver"], -16 * sketch["receiver"]
+        ear, hook = sketch.at("head", 112, 84), sketch.at("body", 108, 120)
+        x, y = (there * up + here * (1 - up) for here, there in zip(hook, ear))
+        end = (x + 31 * math.cos(math.radians(turn)), y + 31 * math.sin(math.radians(turn)))
+        deck = sketch.at("body", 112, 127)
+        sag = 18 + 14 * up
+        cord = (f"M{points(*end)} C{points(end[0] + 6, end[1] + 4, end[0] + 4 + 12 * sketch['cord'], end[1] + sag + 12)} "
+                f"{points(deck[0] + 8 + 12 * sketch['cord'], deck[1] + 4, *deck)}")
+        receiver = (path("M27,-3.4 h5 v6.8 h-5 Z", BRASS, stroke(BRASS_LINE, 1.8)) +
+                    path("M-2,-12.5 L2.5,-12.5 C6,-6 10,-5.2 15,-5.2 H27 V5.2 H15 C10,5.2 6,6 2.5,12.5 L-2,12.5 Z", "#5a6377",
+                         INNER) +
+                    path("M7,-3.4 C11,-2.4 14,-2.2 24,-2.2", extra=stroke("#a9b4c8", 2.0)) +
+                    path("M-3,-12.5 V12.5", extra=stroke(BRASS_LINE, 5.0)) + path("M-3,-12 V12", extra=stroke(BRASS_LIGHT, 2.2)))
+        sketch.on(None, path(cord, extra=stroke("#4c2b16", 4.6)), path(cord, extra=stroke("#c98a55", 2.0)),
+                  f'<g transform="translate({points(x, y)}) rotate({num(turn)})">{receiver}</g>')
 
     def drawLid(self, sketch):
         """What of his case stands behind him: its inside and the open lid."""
@@ -481,7 +507,8 @@ class Clatterby(Character):
             aside, high = (number * 7 % 20 - 9.5) / 9.5, (number * number + 3 * number) % 20 / 20
             x = 72 + aside * (16 + 50 * easeOut(t))
             y = 44 - (24 + 30 * high) * easeOut(min(1.0, t * 1.6)) + max(0.0, t - 0.4) * (20 + 70 * (1 - high))
-            sketch.on("floor", f'<g transform="translate({points(max(2.0, min(142.0, x)), max(-9.0, y))}) rotate({num(number * 50 + t * 260)})">' +
+            x, y = max(2.0, min(142.0, x)), max(-9.0, y)
+            sketch.on("floor", f'<g transform="translate({points(x, y)}) rotate({num(number * 50 + t * 260)})">' +
                       path("M-3.6,-2.2 h7.2 v4.4 h-7.2 Z", colours[number % 6], stroke("#59616f", 1.3)) + "</g>")
 
     # His ways of moving.
@@ -832,17 +859,20 @@ class Clatterby(Character):
     # Listening and hearing.
 
     def startListening(self, act):
-        act.to(0.24, {"head.y": 2.0, "eye.y": 0.6, "eye.x": 0.6}, hand("R", 0.0, -0.3, 0.9), anticipate=0.1)
-        act.also(0.24, {"horn": 1.0, "eye.x": 0.75, "eye.y": -0.1, "eye.open": 1.12, "brow.y": 2.0, "brow.cock": 3.0,
-                        "head.turn": 6.0,
-                        "head.x": 3.0, "head.y": -3.0, "body.turn": 2.0, "mouth.wide": 0.7, "sheet": 0.1},
-                 hand("R", 0.12, 0.66, 0.7), overshoot=0.1)
+        # The receiver is taken up, a fresh sheet stands ready.
+        act.to(0.24, {"head.y": 2.0, "eye.y": 0.7, "eye.x": 0.7}, hand("R", 0.2, -0.24, 0.9), anticipate=0.1)
+        act.also(0.06, {"receiver": 0.05}, overshoot=0, step=BRISK)
+        act.also(0.24, {"receiver": 1.0, "eye.x": 0.8, "eye.y": -0.1, "eye.open": 1.12, "brow.y": 2.0, "brow.cock": 3.0,
+                        "head.turn": 6.0, "head.x": -2.0, "head.y": -3.0, "body.turn": 2.0, "mouth.wide": 0.7, "sheet": 0.8,
+                        "typed": 0.0},
+                 hand("R", 0.36, 0.68, 0.9), overshoot=0.1)
         self.rattle(act).hold(0.8)
 
     def stopListening(self, act):
-        act.also(0.16, {"head.y": 2.0, "eye.open": 0.3}, overshoot=0).also(0.2, {"horn": 0.0, "head.turn": 0.0},
-                                                                           hand("R", 0.0, -0.3), overshoot=0)
-        act.rest(0.24)
+        # Hung up, and the bell says so.
+        act.also(0.24, {"receiver": 0.05, "head.turn": 0.0, "head.y": 2.0, "eye.y": 0.7}, hand("R", 0.2, -0.24), overshoot=0)
+        act.also(0.06, {"receiver": 0.0, "head.x": 0.0, "body.turn": 0.0}, overshoot=0, step=BRISK)
+        self.rings(act, 1, 8.0).also(0.05, {"ring": 0.0}, overshoot=0, step=5).rest(0.24)
 
     def hearing_1(self, act):
         # He takes it down.
