@@ -133,8 +133,8 @@ INTRODUCTIONS = {
 TEMPERS = {
     "Brindle": "Cheerful, early to rise from April on, asleep before that. Gives everything he has got to a good laugh, "
                "and dozes off when nobody writes.",
-    "Clatterby": "Dignified, punctual, and softer than his enamel. Types what he feels, lifts his carriage to a lady, and "
-                 "has to be wound up now and then.",
+    "Clatterby": "Dignified, punctual, and softer than his enamel. Types what he feels, lifts his carriage to everybody, "
+                 "and has to be wound up now and then.",
     "Ottoline": "Warm and well brought up. Listens with all her arms, wears a flower, and finds a kind tone even for an "
                 "angry line.",
     "Plonk": "Plain-spoken, wide-mouthed, correctly dressed. Reads the long words as if he had thought of them himself.",
