@@ -319,8 +319,7 @@ class Clatterby(Character):
     def drawCarriage(self, sketch):
         knobs = "".join(path(f"M{points(72 + side * 42, 50)} h{num(side * 6)}", extra=stroke(STEEL_LINE, 7.0)) +
                         path(f"M{points(72 + side * 46 - 4.2, 43.4)} h8.4 q1.6,6.6 0,13.2 h-8.4 q-1.6,-6.6 0,-13.2 Z",
-                             "url(#brass)",
-                             stroke(BRASS_LINE, 2.0)) +
+                             "url(#brass)", stroke(BRASS_LINE, 2.0)) +
                         path(f"M{points(72 + side * 46 - 1.4, 46)} v8 m3,-8 v8", extra=stroke(BRASS_DARK, 1.2))
                         for side in (-1, 1))
         frames = "".join(path(f"M{points(72 + side * 39 - 4, 42)} h8 v17 h-8 Z", "#5c93d0", stroke(LINE, 2.0)) for side in (-1, 1))
@@ -497,8 +496,7 @@ class Clatterby(Character):
                 if shrunk < 2:
                     continue
                 sketch.on("floor", ellipse(72 + side * (x + 8 * grown), 134 - y * grown - shrunk * 0.4, shrunk, shrunk * 0.8,
-                                           "#f1e9da",
-                                        stroke("#a5977c", 1.7)))
+                                           "#f1e9da", stroke("#a5977c", 1.7)))
 
     def drawConfetti(self, sketch):
         t = sketch["confetti"]
@@ -561,10 +559,9 @@ class Clatterby(Character):
         act.also(0.16, {"eye.x": 1.0, "carriage.x": 6.0}, overshoot=0).hold(0.22)
         act.also(0.12, {"eye.x": 0.0, "carriage.x": 0.0, "rise": 0.7, "eye.open": 0.4}, overshoot=0, step=BRISK)
         act.to(0.2, self.glad, hands(0.4, 0.6, 0.0), {"rise": 1.0, "hole": 0.9, "body.y": -10.0, "head.y": -4.0, "footL.y": 3.0,
-                                                     "footR.y": 3.0, "sheet": 0.6}, ease=easeOut, overshoot=0, step=BRISK)
+                                                      "footR.y": 3.0, "sheet": 0.6}, ease=easeOut, overshoot=0, step=BRISK)
         act.also(0.16, hands(0.3, -0.1, 0.0), {"hole": 0.0, "body.y": 0.0, "head.y": 5.0, "footL.y": 0.0, "footR.y": 0.0,
-                                               "dust": 0.5},
-                 ease=easeIn, step=BRISK)
+                                               "dust": 0.5}, ease=easeIn, step=BRISK)
         act.also(0.1, {"dust": 1.0, "head.y": -3.0}, overshoot=0, step=5)
         act.also(0.05, {"dust": 0.0}, overshoot=0, step=5)
         self.rings(act).hold(0.1)
@@ -575,8 +572,7 @@ class Clatterby(Character):
         act.also(0.12, {"carriage.x": -9.0, "sheet": 0.1}, overshoot=0, step=BRISK)
         self.rings(act)
         act.also(0.2, hands(-0.3, -0.2), {"ring": 0.0, "carriage.x": 0.0, "body.y": -8.0, "footL.y": 3.0, "footR.y": 3.0,
-                                          "hole": 0.35,
-                                         "eye.open": 0.3}, overshoot=0, step=BRISK)
+                                          "hole": 0.35, "eye.open": 0.3}, overshoot=0, step=BRISK)
         act.also(0.05, {"rise": 0.99, "lid": 1.0, "hole": 0.9}, overshoot=0, step=5)
         act.also(0.16, {"body.y": 0.0, "rise": 0.83, "hole": 1.0}, ease=easeIn, overshoot=0, step=BRISK)
         act.also(0.1, {"eye.open": 1.0, "eye.y": 0.0}, overshoot=0).hold(0.3)
@@ -609,11 +605,9 @@ class Clatterby(Character):
         act.to(0.24, {"head.y": -4.0, "sheet": 0.5, "brow.turn": -0.6, "mouth.curve": 0.0, "eye.slant": 0.3}, overshoot=0)
         for number in range(1, 4):
             act.also(0.24, {"head.y": -4.0 + number * 4.0, "wind": -0.25 * number, "limp": 0.3 * number,
-                            "mouth.curve": -0.3 * number,
-                            "head.turn": -1.4 * number}, overshoot=0, ease=easeOut)
+                            "mouth.curve": -0.3 * number, "head.turn": -1.4 * number}, overshoot=0, ease=easeOut)
             act.hold(0.1)
-        act.also(0.4, down, hands(0.02, -0.5, 0.2), {"limp": 0.9, "sheet": 0.46}, overshoot=0,
-                 ease=easeInOut).hold(0.3)
+        act.also(0.4, down, hands(0.02, -0.5, 0.2), {"limp": 0.9, "sheet": 0.46}, overshoot=0, ease=easeInOut).hold(0.3)
         act.also(0.56, {"tear": 1.0}, ease=easeIn, overshoot=0).hold(0.4)
         act.also(0.4, {"head.turn": 1.4, "tear": 0.6, "eye.x": 0.4}, overshoot=0, ease=easeInOut).hold(0.7)
         act.rest(0.56, overshoot=0.06)
@@ -622,8 +616,7 @@ class Clatterby(Character):
         # The head is shot up by its bellows, every key jumps, and the carriage goes to the end of its rail.
         act.to(0.1, {"head.y": 6.0, "eye.open": 0.3, "sheet": 0.05, "call": 1.0}, step=5, overshoot=0)
         act.also(0.16, self.shock, hands(0.35, 0.75, 0.0), {"head.y": -15.0, "sheet": 0.95, "keys": -1.0, "carriage.x": 10.0,
-                                                            "blush": 0.0,
-                                                           "body.y": -4.0}, step=5, overshoot=0, ease=easeOut)
+                                                            "blush": 0.0, "body.y": -4.0}, step=5, overshoot=0, ease=easeOut)
         act.also(0.1, {"body.y": 0.0, "head.y": -10.0, "ring": 0.6}, step=5, overshoot=0)
         act.also(0.1, {"head.y": -14.0, "ring": 1.0}, step=5, overshoot=0)
         self.rattle(act, 4).also(0.05, {"ring": 0.0}, overshoot=0, step=5).hold(0.8)
@@ -633,8 +626,7 @@ class Clatterby(Character):
     def confused(self, act):
         # The carriage tries this side and that, and what comes out is no answer.
         self.types(act, "ask", {"head.turn": 7.0, "eye.x": -0.6, "eye.y": -0.6, "brow.cock": 5.0, "brow.turn": 0.3,
-                                "mouth.curve": -0.3,
-                                "mouth.wide": 0.65}, hand("R", 0.05, 0.62, 0.4, turn=-30.0))
+                                "mouth.curve": -0.3, "mouth.wide": 0.65}, hand("R", 0.05, 0.62, 0.4, turn=-30.0))
         for x in (-8.0, 8.0, -5.0):
             act.also(0.2, {"carriage.x": x, "eye.x": 0.6 if x > 0 else -0.6}, overshoot=0, ease=easeInOut).hold(0.16)
         act.also(0.1, {"wink.L": 0.8}, overshoot=0, step=5).hold(0.3).also(0.1, {"wink.L": 0.0, "wink.R": 0.8}, overshoot=0, step=5)
@@ -643,12 +635,10 @@ class Clatterby(Character):
     def uncertain(self, act):
         # He draws in his head, and pushes the sheet out and in again.
         act.to(0.4, {"head.y": 5.0, "eye.x": 0.8, "mouth.wide": 0.5, "mouth.curve": -0.25, "brow.turn": -0.8, "brow.y": 1.0,
-                     "sweat": 0.5},
-               hands(-0.72, -0.02, 0.8), overshoot=0)
+                     "sweat": 0.5}, hands(-0.72, -0.02, 0.8), overshoot=0)
         for number in range(3):
             act.also(0.12, hand("L", -0.78, 0.08), hand("R", -0.66, -0.08), {"sheet": 0.6, "sweat": 0.6 + 0.13 * number},
-                     overshoot=0,
-                     step=BRISK)
+                     overshoot=0, step=BRISK)
             act.also(0.12, hand("L", -0.66, -0.08), hand("R", -0.78, 0.08), {"sheet": 0.3}, overshoot=0, step=BRISK).hold(0.12)
         act.also(0.24, {"eye.x": -0.8, "head.turn": -4.0, "sweat": 1.0}, overshoot=0).hold(0.7).rest()
 
@@ -668,10 +658,9 @@ class Clatterby(Character):
         self.rattle(act, 4, 1.4)
         act.to(0.18, self.glad, hands(0.5, 0.85, 0.0), {"head.y": -8.0, "body.y": -9.0, "footL.y": 4.0, "footR.y": 4.0,
                                                         "confetti": 0.3,
-                                                       "sheet": 0.1, "mouth.open": 0.9}, ease=easeOut, step=BRISK, overshoot=0)
+                                                        "sheet": 0.1, "mouth.open": 0.9}, ease=easeOut, step=BRISK, overshoot=0)
         act.also(0.16, {"body.y": 0.0, "footL.y": 0.0, "footR.y": 0.0, "head.y": 3.0, "confetti": 0.5}, hands(0.62, 0.5),
-                 ease=easeIn,
-                 step=BRISK, overshoot=0)
+                 ease=easeIn, step=BRISK, overshoot=0)
         self.rings(act.also(0.12, {"head.y": -3.0, "confetti": 0.6}, overshoot=0, step=BRISK))
         act.also(0.48, {"confetti": 0.85, "wind": 1.0, "ring": 0.0, "blush": 1.0}, hands(0.5, 0.85), overshoot=0,
                  ease=linear).hold(0.7).rest()
@@ -679,13 +668,11 @@ class Clatterby(Character):
     def decline(self, act):
         # He crosses it out, and shakes his carriage.
         self.types(act, "cross", {"eye.open": 0.4, "mouth.curve": -0.6, "mouth.wide": 0.8, "brow.turn": 0.8, "brow.y": -1.0,
-                                  "head.y": -3.0},
-                   hand("R", 0.46, 0.62, 0.0))
+                                  "head.y": -3.0}, hand("R", 0.46, 0.62, 0.0))
         for number in range(4):
             side = -1 if number % 2 else 1
             act.also(0.16, {"carriage.x": side * 9.0, "head.x": side * -3.0, "eye.open": 0.0, "hand.x.R": 0.46 + side * 0.1},
-                     overshoot=0,
-                     ease=easeInOut)
+                     overshoot=0, ease=easeInOut)
         act.also(0.12, {"carriage.x": 0.0, "head.x": 0.0, "eye.open": 0.6, "hand.x.R": 0.46}, overshoot=0)
         self.rattle(act).hold(0.5).rest()
 
@@ -725,8 +712,7 @@ class Clatterby(Character):
                                                  "carriage.x": 7.0 if number % 2 else -7.0}, overshoot=0, step=5)
             act.also(0.05, {"bell.turn": -16.0, "ring": 1.0}, overshoot=0, step=5)
             act.also(0.1, hands(0.48, 0.7, 0.0), {"body.y": 0.0, "head.y": 0.0, "footL.y": 0.0, "footR.y": 0.0, "bell.turn": 8.0},
-                     overshoot=0,
-                     step=5)
+                     overshoot=0, step=5)
         act.also(0.1, {"bell.turn": 0.0, "carriage.x": 0.0}, overshoot=0, step=5)
         self.rattle(act, 4).hold(0.5).rest()
 
@@ -735,8 +721,7 @@ class Clatterby(Character):
         under = hand("R", 0.1, 1.12, 0.3, turn=-20.0)
         act.to(0.3, under, {"mouth.curve": 1.0, "mouth.open": 0.3, "head.turn": -3.0}, overshoot=0)
         act.also(0.2, hand("R", 0.12, 1.45), {"carriage.y": -9.0, "carriage.turn": -11.0, "brow.y": 3.0, "sheet": 0.2},
-                 overshoot=0.12,
-                 step=BRISK).hold(0.1)
+                 overshoot=0.12, step=BRISK).hold(0.1)
         act.also(0.3, {"head.turn": 5.0, "head.y": 5.0, "eye.open": 0.0, "body.turn": 2.0}, hand("L", -0.5, -0.1),
                  overshoot=0).hold(0.3)
         act.also(0.24, {"head.turn": -3.0, "head.y": 0.0, "eye.open": 1.0, "body.turn": 0.0, "blush": 1.0}, overshoot=0)
@@ -781,14 +766,12 @@ class Clatterby(Character):
     def think(self, act):
         # He twirls his moustache; meanwhile a finger drums on the keys, and what comes out are dots.
         act.to(0.4, {"eye.x": -0.5, "eye.y": -0.8, "mouth.wide": 0.6, "mouth.curve": 0.1, "brow.cock": 3.0, "sheet": 0.06,
-                     "head.turn": 4.0},
-               hand("R", -0.42, 0.64, 0.8), hand("L", -0.42, -0.12, 0.4), overshoot=0)
+                     "head.turn": 4.0}, hand("R", -0.42, 0.64, 0.8), hand("L", -0.42, -0.12, 0.4), overshoot=0)
         act.also(0.05, {"dots": 0.01}, overshoot=0, step=5)
         for number in range(1, 4):
             act.also(0.1, {"tashR.turn": -12.0, "keys": float(number), "hand.y.L": -0.16}, overshoot=0, step=5)
             act.also(0.1, {"tashR.turn": 4.0, "keys": 0.0, "hand.y.L": -0.08, "sheet": 0.06 + 0.25 * number, "dots": number / 3},
-                     overshoot=0,
-                     step=5).hold(0.3)
+                     overshoot=0, step=5).hold(0.3)
         act.hold(0.3)
 
     def read(self, act):
@@ -829,8 +812,7 @@ class Clatterby(Character):
         # A loupe swings down before his eye.
         act.to(0.3, {"loupe": 0.4, "wink.L": 0.3, "head.y": -4.0}, hand("R", 0.05, 0.9, 0.8), overshoot=0)
         act.also(0.16, {"loupe": 1.0, "eye.x": -0.9, "head.turn": -4.0, "head.x": -4.0, "mouth.wide": 0.7},
-                 hand("R", 0.16, -0.42, 0.5),
-                 overshoot=0, step=BRISK)
+                 hand("R", 0.16, -0.42, 0.5), overshoot=0, step=BRISK)
         mark = act.mark()
         act.hold(0.4)
         for x in (0.0, 4.0):
@@ -842,8 +824,7 @@ class Clatterby(Character):
     def process(self, act):
         # Under full spring: the key whirls, keys and sheet go by themselves, and all of him shakes.
         act.to(0.24, hands(0.34, 0.1, 0.9), {"head.y": 2.0, "eye.y": 0.5, "eye.x": 0.5, "mouth.wide": 0.6, "brow.turn": 0.5,
-                                             "sheet": 0.3,
-                                            "typed": 0.4}, overshoot=0)
+                                             "sheet": 0.3, "typed": 0.4}, overshoot=0)
         mark = act.mark()
         for number in range(1, 10):
             act.also(0.07, {"keys": float(number % 3 + 1), "wind": number / 4, "body.x": float(number % 2),
@@ -864,8 +845,7 @@ class Clatterby(Character):
         act.also(0.06, {"receiver": 0.05}, overshoot=0, step=BRISK)
         act.also(0.24, {"receiver": 1.0, "eye.x": 0.8, "eye.y": -0.1, "eye.open": 1.12, "brow.y": 2.0, "brow.cock": 3.0,
                         "head.turn": 6.0, "head.x": -2.0, "head.y": -3.0, "body.turn": 2.0, "mouth.wide": 0.7, "sheet": 0.8,
-                        "typed": 0.0},
-                 hand("R", 0.36, 0.68, 0.9), overshoot=0.1)
+                        "typed": 0.0}, hand("R", 0.36, 0.68, 0.9), overshoot=0.1)
         self.rattle(act).hold(0.8)
 
     def stopListening(self, act):
@@ -899,8 +879,7 @@ class Clatterby(Character):
 
     def gestureDown(self, act):
         self.types(act, "down", self.arms[1].aimed(0.36, -0.1, 84.0), hand("L", 0.3, -0.3),
-                   {"eye.y": 0.85, "head.y": 4.0, "eye.open": 0.9},
-                   seconds=0.2)
+                   {"eye.y": 0.85, "head.y": 4.0, "eye.open": 0.9}, seconds=0.2)
         self.rattle(act).hold(0.5)
 
     def gestureRight(self, act):
@@ -933,8 +912,7 @@ class Clatterby(Character):
         # Blown up by his own bellows.
         act.to(0.16, {"head.y": 6.0, "body.squash": -0.05}, hands(0.1, -0.45), overshoot=0)
         act.also(0.16, {"head.y": -13.0, "body.squash": 0.0, "eye.y": -0.8, "sheet": 0.5, "footL.y": 4.0, "footR.y": 2.0,
-                        "body.y": -5.0},
-                 hands(0.3, 0.5, 0.0), overshoot=0, step=BRISK).hold(0.1)
+                        "body.y": -5.0}, hands(0.3, 0.5, 0.0), overshoot=0, step=BRISK).hold(0.1)
 
     def moveDown(self, act):
         # The sheet as a parachute.
@@ -945,14 +923,12 @@ class Clatterby(Character):
     def moveRight(self, act):
         act.to(0.16, {"body.turn": 2.0, "eye.x": -0.9}, overshoot=0)
         act.also(0.2, {"body.turn": -5.0, "head.x": -4.0, "carriage.x": 8.0, "footL.y": -5.0, "footL.x": -5.0, "wind": 0.5,
-                       "eye.open": 0.85},
-                 hand("L", 0.42, 0.15), hand("R", 0.3, -0.3), overshoot=0, step=BRISK).hold(0.1)
+                       "eye.open": 0.85}, hand("L", 0.42, 0.15), hand("R", 0.3, -0.3), overshoot=0, step=BRISK).hold(0.1)
 
     def moveLeft(self, act):
         act.to(0.16, {"body.turn": -2.0, "eye.x": 0.9}, overshoot=0)
         act.also(0.2, {"body.turn": 5.0, "head.x": 4.0, "carriage.x": -8.0, "footR.y": -5.0, "footR.x": 5.0, "wind": 0.5,
-                       "eye.open": 0.85},
-                 hand("R", 0.42, 0.15), hand("L", 0.3, -0.3), overshoot=0, step=BRISK).hold(0.1)
+                       "eye.open": 0.85}, hand("R", 0.42, 0.15), hand("L", 0.3, -0.3), overshoot=0, step=BRISK).hold(0.1)
 
     # Passing the time.
 
@@ -1029,8 +1005,7 @@ class Clatterby(Character):
         # He runs down, and types in his sleep.
         for number in range(1, 5):
             act.also(0.3, {"eye.open": 1.0 - 0.25 * number, "head.y": 1.6 * number, "wind": -0.125 * number,
-                           "carriage.x": -2.0 * number},
-                     overshoot=0, ease=easeOut).hold(0.16)
+                           "carriage.x": -2.0 * number}, overshoot=0, ease=easeOut).hold(0.16)
         act.also(0.3, {"head.turn": 5.0, "brow.y": -1.0, "mouth.wide": 0.6, "sheet": 0.06}, overshoot=0).also(0.08, {"zed": 1.0},
                                                                                                               overshoot=0)
         mark = act.mark()
