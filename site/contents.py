@@ -135,8 +135,8 @@ TEMPERS = {
                "and dozes off when nobody writes.",
     "Clatterby": "Dignified, punctual, and softer than his enamel. Types what he feels, lifts his carriage to everybody, "
                  "and has to be wound up now and then.",
-    "Ottoline": "Warm and well brought up. Listens with all her arms, wears a flower, and finds a kind tone even for an "
-                "angry line.",
+    "Ottoline": "Warm and well brought up. Hides a smile behind her fan, never a raised brow, and finds a kind tone "
+                "even for an angry line.",
     "Plonk": "Plain-spoken, wide-mouthed, correctly dressed. Reads the long words as if he had thought of them himself.",
     "Tansy": "Warm, dry, and a step ahead of whoever writes. Lifts her hat to friends, lets down her veil at nonsense, and is "
              "obeyed by everybody but one bee.",
