@@ -24,11 +24,11 @@ CONVERSATION = """[09:00] <Ann> did you see the lake this morning?
 [09:04] <Bob> see you at noon (y)
 """
 # Pixels of the screen: the conversation and the characters around it.
-LEFT, TOP, WIDTH, HEIGHT = 260, 120, 900, 640
-FRAMES_A_SECOND = 8
-MOST_SECONDS = 40
-SMALLER = 78     # percent
-COLOURS = 96
+LEFT, TOP, WIDTH, HEIGHT = 300, 90, 830, 560
+FRAMES_A_SECOND = 4
+MOST_SECONDS = 26
+SMALLER = 70  # percent
+COLOURS = 64
 TAIL_SECONDS = 1.5  # after the last word
 
 
@@ -68,7 +68,8 @@ def main():
             film.start_neighbours()
             film.start_program()
             film.start_reading()
-            desk.screen.move(film.window, 10, 900)  # out of the picture
+            for window in (film.window, *desk.screen.find("Messenger$")):
+                desk.screen.move(window, 10, 900)  # out of the picture
             film.follow()
             end = time.monotonic() + TAIL_SECONDS
             while time.monotonic() < end:
