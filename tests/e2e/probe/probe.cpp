@@ -109,11 +109,13 @@ LRESULT stateOf(HWND window, std::string_view kind) {
     return kind == "ComboBox" ? asked(window, CB_GETCURSEL) : 0;
 }
 
-// That of a top-level window as the system has it, without asking its program; but a form's own program is asked, for a
-// test may want to know whether it answers.
+// That of a top-level window as the system has it, without asking its program; but one of the project's own is asked,
+// for a test may want to know whether it answers.
 std::string textOfHidden(HWND window, std::string_view kind) {
-    if (kind.starts_with("Murmelix")) {
-        return textOf(window);
+    for (const std::string_view own : {"Murmelix", "MessengerClient", "AgentServer"}) {
+        if (kind.starts_with(own)) {
+            return textOf(window);
+        }
     }
     std::array<wchar_t, 256> text{};
     const int length = InternalGetWindowText(window, text.data(), static_cast<int>(text.size()));

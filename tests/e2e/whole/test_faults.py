@@ -192,9 +192,8 @@ class Stored(Disasters, MatchupTest):
             resource.prlimit(pid, resource.RLIMIT_FSIZE, before)
 
     def test_no_picture_is_left_where_the_disk_is_full(self):
-        missing = "Plonk"
-        cached = self.own_programs() / "CharPics" / f"{missing}.gif"
-        picture = (ROOT / "build" / "host" / "assets" / "portraits" / f"{missing}.gif").read_bytes()
+        pictures = self.own_programs() / "CharPics"
+        picture = (ROOT / "build" / "host" / "assets" / "portraits" / "Plonk.gif").read_bytes()
         # Who writes too much is told so by a failure alone, not by the signal that would end it.
         wine = self.output / "wine"
         wine.write_text(f'#!/bin/sh\ntrap "" XFSZ\nexec "{self.desk.prefix.wine}" "$@"\n', "utf-8")
@@ -205,6 +204,8 @@ class Stored(Disasters, MatchupTest):
         with self.desk.using_site(publisher.host):
             self.start()
             self.open_matchups()
+            missing = next(name for name in self.panels() if self.portrait(name).enabled)
+            cached = pictures / f"{missing}.gif"
             with self.nothing_grows(len(picture) // 2):
                 self.click_portrait(missing)
                 title = self.eventually("the message", lambda: next(iter(self.boxes()), None))
