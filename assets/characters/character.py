@@ -356,8 +356,14 @@ class Character:
     # Listening and hearing.
 
     def startListening(self, act):
-        (act.to(0.4, {"head.turn": 7.0, "eye.x": 0.45, "perk": 0.8, "eye.open": 1.08, "brow.y": 2.0},
-                hand("R", 0.2, 0.95, 0.0)).hold(0.8))
+        act.to(0.4, {"head.turn": 7.0, "eye.x": 0.45, "perk": 0.8, "eye.open": 1.08, "brow.y": 2.0},
+               hand("R", 0.2, 0.95, 0.0))
+        self.hearken(act)
+
+    def hearken(self, act):
+        """Sound comes, and comes again; it is still there in the picture that stays."""
+        act.hold(0.1).also(0.32, {"sound": 1.0}, overshoot=0).hold(0.16).also(0.08, {"sound": 0.0}, overshoot=0)
+        act.also(0.32, {"sound": 1.0}, overshoot=0).hold(0.2)
 
     def hearing_1(self, act):
         act.to(0.24, {"head.turn": 5.0, "eye.x": 0.5, "brow.y": 1.5, "perk": 0.5}).hold(0.6).rest(0.24)

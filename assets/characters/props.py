@@ -6,16 +6,50 @@ import math
 from draw import ellipse, num, path, points, radial, stroke
 
 PROPS = {"tear": 0.0, "sweat": 0.0, "ask": 0.0, "call": 0.0, "doze": 0.0, "stars": 0.0, "thought": 0.0, "notes": 0.0,
-         "book": 0.0, "page": 0.0, "paper": 0.0, "stroke": 0.0, "glass": 0.0, "idea": 0.0}
+         "book": 0.0, "page": 0.0, "paper": 0.0, "stroke": 0.0, "glass": 0.0, "idea": 0.0, "sound": 0.0}
 
 DEFS = radial("lens", "#ffffff", "#d7f0fb", "#9fd0e8")
 
 
-def drop(x, y, size, colour="#6fc3f2"):
+TEAR = "#6fc3f2"
+
+
+def drop(x, y, size, colour=TEAR):
     r = size
     d = (f"M{points(x, y - r * 1.5)} c{points(r * 0.3, r * 0.9, r, r * 1.3, r, r * 1.8)} "
          f"a{points(r, r)} 0 0 1 {points(-2 * r, 0)} c{points(0, -r * 0.5, r * 0.7, -r * 0.9, r, -r * 1.8)} Z")
     return path(d, colour, stroke("#2a6f9e", 1.4)) + ellipse(x - r * 0.35, y + r * 0.35, r * 0.22, r * 0.34, "#ffffff")
+
+
+def tears(sketch, x, y, apart, falls=22, sizes=(4.8, 4.2), second=0.45, colour=TEAR):
+    """The channel "tear": a drop from each eye, `apart` from (x, y) of the head, the left one first and the other when the
+    channel has reached `second`. They fall by `falls` while it goes on to 1."""
+    for side, start, size in ((-1, 0.0, sizes[0]), (1, second, sizes[1])):
+        fallen = sketch["tear"] - start
+        if fallen > 0:
+            at_x, at_y = sketch.at("head", x + side * apart, y)
+            sketch.on(None, drop(at_x, at_y + fallen * falls, size * min(1.0, 0.4 + fallen), colour))
+
+
+def sweat(sketch, x, y, aside=0, falls=10, size=5.4, above=0.0, colour=TEAR):
+    """The channel "sweat": where it is above `above`, a drop beside (x, y) of the head, `aside` from it on the canvas."""
+    amount = sketch["sweat"]
+    if amount > above:
+        at_x, at_y = sketch.at("head", x, y)
+        sketch.on(None, drop(at_x + aside, at_y + amount * falls, size * min(1, amount + 0.3), colour))
+
+
+def sound(sketch, x, y, turn, nearest=11.0, apart=6.5):
+    """The channel "sound": waves that come to the ear at (x, y) of the canvas from the direction `turn`, in degrees from the
+    right and downwards, the farthest first."""
+    for index in range(3):
+        shown = max(0.0, min(1.0, sketch["sound"] * 3 - index))
+        if shown > 0:
+            r, half = nearest + apart * (2 - index), math.radians(36 * shown)
+            a, b = math.radians(turn) - half, math.radians(turn) + half
+            d = (f"M{points(x + r * math.cos(a), y + r * math.sin(a))} "
+                 f"A{points(r, r)} 0 0 1 {points(x + r * math.cos(b), y + r * math.sin(b))}")
+            sketch.on(None, path(d, extra=stroke("#ffffff", 5.6)) + path(d, extra=stroke("#4a62b8", 2.8)))
 
 
 def mark(x, y, size, d, colour):

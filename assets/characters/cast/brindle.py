@@ -235,14 +235,9 @@ class Brindle(Character):
         if sketch["rise"] < 1:
             return
         sketch.layer()
-        for side, start, size in ((-1, 0.0, 4.8), (1, 0.45, 4.2)):
-            fallen = sketch["tear"] - start
-            if fallen > 0:
-                x, y = sketch.at("head", 72 + side * 20, 63)
-                sketch.on(None, props.drop(x, y + fallen * 24, size * min(1.0, 0.4 + fallen)))
-        if sketch["sweat"] > 0:
-            x, y = sketch.at("head", 104, 30)
-            sketch.on(None, props.drop(x + 6, y + sketch["sweat"] * 10, 5.4 * min(1, sketch["sweat"] + 0.3)))
+        props.tears(sketch, 72, 63, 20, falls=24)
+        props.sweat(sketch, 104, 30, aside=6)
+        props.sound(sketch, 118, 38, -40)
         if sketch["ask"] > 0:
             sketch.on(None, props.question(122, 26, sketch["ask"]))
         if sketch["call"] > 0:
@@ -420,7 +415,8 @@ class Brindle(Character):
         # A paw behind the ear, which comes up for it.
         act.to(0.36, {"head.turn": 9.0, "head.x": 3.0, "body.turn": 3.0, "eye.x": 0.6, "perk": 1.0, "eye.open": 1.1,
                       "brow.y": 2.5, "brow.cock": 1.5, "mouth.wide": 0.75}, hand("R", 0.42, 1.3, 0.0, turn=-60.0),
-               anticipate=0.12).hold(0.8)
+               anticipate=0.12)
+        self.hearken(act)
 
     def hearing_2(self, act):
         for _ in range(2):

@@ -19,6 +19,8 @@ SHEET = 38.0            # pixels of a sheet that stands wholly above the platen
 TOP = 46.0              # where it comes out
 ASIDE, DOWN = 8.0, 17.0  # the parts are drawn about x = 72 with the ground at 138; they stand on the canvas so much further
 
+PALE_TEAR = "#c4ecff"  # seen before the dark of his keys
+
 # What he types: path about the middle, colour.
 MARKS = {
     "heart": ("M0,9 C-15,-1 -12,-12 -5,-11 C-2,-11 0,-8 0,-6 C0,-8 2,-11 5,-11 C12,-12 15,-1 0,9 Z", "#e0384a"),
@@ -468,14 +470,9 @@ class Clatterby(Character):
         if sketch["rise"] < 1:
             return
         sketch.layer()
-        for side, start, size in ((-1, 0.0, 4.8), (1, 0.45, 4.2)):
-            fallen = sketch["tear"] - start
-            if fallen > 0:
-                x, y = sketch.at("head", 72 + side * 27, 86)
-                sketch.on(None, props.drop(x, y + fallen * 26, size * min(1.0, 0.4 + fallen), "#c4ecff"))
-        if sketch["sweat"] > 0:
-            x, y = sketch.at("head", 116, 60)
-            sketch.on(None, props.drop(x + 3, y + sketch["sweat"] * 10, 5.2 * min(1, sketch["sweat"] + 0.3), "#c4ecff"))
+        props.tears(sketch, 72, 86, 27, falls=26, colour=PALE_TEAR)
+        props.sweat(sketch, 116, 60, aside=3, size=5.2, colour=PALE_TEAR)
+        props.sound(sketch, 129, 70, -32)
         if sketch["ring"] > 0:
             x, y = sketch.at("head", 72, 84)
             for side in (-1, 1):
@@ -846,7 +843,7 @@ class Clatterby(Character):
         act.also(0.24, {"receiver": 1.0, "eye.x": 0.8, "eye.y": -0.1, "eye.open": 1.12, "brow.y": 2.0, "brow.cock": 3.0,
                         "head.turn": 6.0, "head.x": -2.0, "head.y": -3.0, "body.turn": 2.0, "mouth.wide": 0.7, "sheet": 0.8,
                         "typed": 0.0}, hand("R", 0.36, 0.68, 0.9), overshoot=0.1)
-        self.rattle(act).hold(0.8)
+        self.hearken(self.rattle(act))
 
     def stopListening(self, act):
         # Hung up, and the bell says so.

@@ -498,14 +498,9 @@ class Ottoline(Character):
         if sketch["rise"] < 1:
             return
         sketch.layer()
-        for side, start, size in ((-1, 0.0, 4.8), (1, 0.45, 4.2)):
-            fallen = sketch["tear"] - start
-            if fallen > 0:
-                x, y = sketch.at("head", 72 + side * 21, 75)
-                sketch.on(None, props.drop(x, y + fallen * 22, size * min(1.0, 0.4 + fallen)))
-        if sketch["sweat"] > 0:
-            x, y = sketch.at("head", 36, 36)
-            sketch.on(None, props.drop(x - 5, y + sketch["sweat"] * 10, 5.2 * min(1, sketch["sweat"] + 0.3)))
+        props.tears(sketch, 72, 75, 21)
+        props.sweat(sketch, 36, 36, aside=-5, size=5.2)
+        props.sound(sketch, 119, 58, -30)
         if sketch["ask"] > 0:
             sketch.on(None, props.question(20, 30, sketch["ask"]))
         if sketch["call"] > 0:
@@ -792,7 +787,8 @@ class Ottoline(Character):
     def startListening(self, act):
         # An ear trumpet, for want of an ear.
         act.to(0.48, {"trumpet": 1.0, "head.turn": 5.0, "head.x": -3.0, "eye.x": 0.6, "eye.open": 1.06, "brow.y": 2.5, "brow.cock": 3.0,
-                      "mouth.wide": 0.7, "perk": 0.6}, hand("R", 0.28, 0.8, 0.6), hand("L", -0.3, -0.2, 0.5), anticipate=0.08).hold(0.8)
+                      "mouth.wide": 0.7, "perk": 0.6}, hand("R", 0.28, 0.8, 0.6), hand("L", -0.3, -0.2, 0.5), anticipate=0.08)
+        self.hearken(act)
 
     def hearing_1(self, act):
         # Oh? Do go on.

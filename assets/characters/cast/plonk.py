@@ -214,14 +214,9 @@ class Plonk(Character):
         if sketch["rise"] < 1:
             return
         sketch.layer()
-        for side, start, size in ((-1, 0.0, 5.0), (1, 0.45, 4.2)):
-            fallen = sketch["tear"] - start
-            if fallen > 0:
-                x, y = sketch.at("head", 72 + side * 31, 57)
-                sketch.on(None, props.drop(x, y + fallen * 26, size * min(1.0, 0.4 + fallen)))
-        if sketch["sweat"] > 0:
-            x, y = sketch.at("head", 116, 38)
-            sketch.on(None, props.drop(x + 4, y + sketch["sweat"] * 10, 5.4 * min(1, sketch["sweat"] + 0.3)))
+        props.tears(sketch, 72, 57, 31, falls=26, sizes=(5.0, 4.2))
+        props.sweat(sketch, 116, 38, aside=4)
+        props.sound(sketch, 122, 64, -8, nearest=8.0, apart=4.8)
         if sketch["ask"] > 0:
             sketch.on(None, props.question(128, 22, sketch["ask"] * 0.9))
         if sketch["call"] > 0:
@@ -395,7 +390,8 @@ class Plonk(Character):
     def startListening(self, act):
         # A hand where an ear would be, and the eyes shut, to hear better; then wide open.
         act.to(0.48, {"head.turn": 8.0, "head.x": 3.0, "body.turn": 3.0, "eye.x": 0.6, "perk": 1.0, "eye.open": 1.08,
-                      "mouth.wide": 0.7, "eyeR.y": -3.0}, hand("R", 0.62, 0.72, 0.0, turn=-50.0), anticipate=0.1).hold(0.8)
+                      "mouth.wide": 0.7, "eyeR.y": -3.0}, hand("R", 0.62, 0.72, 0.0, turn=-50.0), anticipate=0.1)
+        self.hearken(act)
 
     def hearing_1(self, act):
         act.to(0.32, {"head.turn": 6.0, "eye.x": 0.5, "throat": 0.5}).also(0.24, {"throat": 0.0}).hold(0.4).rest(0.3)

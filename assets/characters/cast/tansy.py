@@ -516,14 +516,9 @@ class Tansy(Character):
         sketch.layer()
         if sketch["puff"] > 0:
             self.drawSmoke(sketch)
-        for side, start, size in ((-1, 0.0, 4.6), (1, 0.45, 4.0)):
-            fallen = sketch["tear"] - start
-            if fallen > 0:
-                x, y = sketch.at("head", 80 + side * 15.5, 78)
-                sketch.on(None, props.drop(x, y + fallen * 16, size * min(1.0, 0.4 + fallen)))
-        if sketch["sweat"] > 0:
-            x, y = sketch.at("head", 116, 60)
-            sketch.on(None, props.drop(x, y + sketch["sweat"] * 8, 5.0 * min(1, sketch["sweat"] + 0.3)))
+        props.tears(sketch, 80, 78, 15.5, falls=16, sizes=(4.6, 4.0))
+        props.sweat(sketch, 116, 60, falls=8, size=5.0)
+        props.sound(sketch, 122, 70, -4)
         if sketch["ask"] > 0:
             sketch.on(None, props.question(142, 30, sketch["ask"]))
         if sketch["call"] > 0:
@@ -922,7 +917,8 @@ class Tansy(Character):
                {"head.turn": 8.0, "head.x": 3.0, "body.turn": 2.0, "eye.x": 0.6, "eye.open": 1.06, "brow.y": 2.0,
                 "mouth.wide": 0.75,
                 "droop": -0.9, "hat.turn": -5.0}, anticipate=0.12)
-        act.also(0.16, {"face": 1.0}, overshoot=0).hold(0.7)
+        act.also(0.16, {"face": 1.0}, overshoot=0)
+        self.hearken(act)
 
     def hearing_1(self, act):
         # Mm-hm.

@@ -341,11 +341,7 @@ class Tremolina(Character):
 
     def drawAir(self, sketch):
         sketch.layer()
-        for side, start, size in ((-1, 0.0, 5.0), (1, 0.4, 4.6)):
-            fallen = sketch["tear"] - start
-            if fallen > 0:
-                x, y = sketch.at("head", 80 + side * 20, 82)
-                sketch.on(None, props.drop(x, y + fallen * 22, size * min(1.0, 0.4 + fallen)))
+        props.tears(sketch, 80, 82, 20, sizes=(5.0, 4.6), second=0.4)
         huff = sketch["huff"]
         if huff > 0.2:
             x, y = sketch.at("head", MIDDLE, CEILING)
@@ -353,9 +349,8 @@ class Tremolina(Character):
             for side in (-1, 1):
                 sketch.on(None, cloud((x + x0) / 2 + side * (48 + 15 * huff), (y + y0) / 2 - 5 * huff,
                                       4.0 + 5.5 * huff))
-        if sketch["sweat"] > 0.3:
-            x, y = sketch.at("head", 118, 50)
-            sketch.on(None, props.drop(x + 7, y + sketch["sweat"] * 10, 5.6 * min(1, sketch["sweat"] + 0.3)))
+        props.sweat(sketch, 118, 50, aside=7, size=5.6, above=0.3)
+        props.sound(sketch, 131, 44, -48)
         if sketch["ask"] > 0.3:
             sketch.on(None, props.question(143, 28, sketch["ask"]))
         if sketch["call"] > 0.3:
@@ -727,7 +722,8 @@ class Tremolina(Character):
         act.to(0.32, {"head.turn": 9.0, "head.x": 9.0, "head.y": -4.0, "eye.x": 0.7, "eye.y": 0.1, "eye.open": 1.12,
                       "brow.y": 2.5, "brow.cock": 1.5, "perk": 1.0, "mouth.wide": 0.5, "mouth.curve": 0.4},
                hand("R", 0.08, 0.72, 0.0, turn=-75.0), hand("L", -0.2, -0.7, 0.5), anticipate=0.12,
-               overshoot=0.08).hold(0.8)
+               overshoot=0.08)
+        self.hearken(act)
 
     def stopListening(self, act):
         act.also(0.1, {"head.y": 2.0, "eye.open": 0.4}, overshoot=0, step=BRISK).rest(0.28)
