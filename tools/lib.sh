@@ -12,7 +12,7 @@ die() {
 
 # Debian packages that the preset host is built with.
 MURMELIX_HOST_PACKAGES=(
-    build-essential cmake ninja-build ccache python3 clang-15 lld-15
+    build-essential cmake ninja-build python3 clang-15 lld-15
     fonts-liberation fonts-dejavu-core fonts-wqy-microhei fonts-symbola
     librsvg2-bin imagemagick libpng-dev
     googletest libgtest-dev libbenchmark-dev nlohmann-json3-dev
@@ -103,7 +103,7 @@ unpack_packages() {
     mv "$half_done" "$directory"
 }
 
-# A compilation found again, in this tree or in another clone of it, precompiled headers included.
+# Where there is ccache: a compilation found again, in this tree or in another clone, precompiled headers included.
 export CCACHE_BASEDIR=$MURMELIX_ROOT CCACHE_NOHASHDIR=1 CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime
 
 # build_preset PRESET [TARGET…]: configures once, and builds what has changed. The preset host-asan takes its tests from host.
