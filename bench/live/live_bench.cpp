@@ -5,6 +5,7 @@
 #include <string>
 
 #include "companions/messenger/live/account.h"
+#include "tests/fakes/live_hooks.h"
 
 namespace messenger_client {
 
@@ -19,23 +20,10 @@ struct Channel {
     std::unique_ptr<LiveAccount> account;
 
     Channel() {
-        account = std::make_unique<LiveAccount>(
-            client, irc::Settings{.address = {.host = u"irc.example.org", .channels = {u"#room"}}, .nick = u"me"},
-            Status::online,
-            LiveAccount::Hooks{.open = [](const irc::Address&) {},
-                               .send = [](std::string_view) {},
-                               .close = [] {},
-                               .milliseconds = [this] { return now; },
-                               .today = [] { return 0LL; },
-                               .random = [] { return 0U; },
-                               .set_timer = [](unsigned) {},
-                               .delivered = [] { return true; },
-                               .failed = [](const std::u16string&) {},
-                               .tell_user = [](const std::u16string&) {},
-                               .bring_up = [](const Conversation&) {},
-                               .characters = [] { return 9; },
-                               .rules_of = [](const std::u16string&) { return reading::Rules{}; },
-                               .keep_rules = [](const std::u16string&, const reading::Rules&) {}});
+        LiveAccount::Hooks hooks = quietHooks();
+        hooks.milliseconds = [this] { return now; };
+        hooks.today = [] { return 0LL; };
+        account = std::make_unique<LiveAccount>(client, roomSettings(), Status::online, std::move(hooks));
         account->start();
         account->connected();
         account->received(":irc.example.org 001 me :Welcome\r\n:irc.example.org 422 me :No message\r\n"

@@ -4,6 +4,7 @@
 #include "companions/messenger/client/live_window.h"
 #include "companions/messenger/client/main_window.h"
 #include "companions/messenger/live/account.h"
+#include "tests/fakes/live_hooks.h"
 
 namespace murmelix::test {
 
@@ -99,23 +100,7 @@ void visitLive(const Visit& visit) {
             account->closed(change.conversation);
         }
     });
-    account = std::make_unique<LiveAccount>(
-        client, irc::Settings{.address = {.host = u"irc.example.org", .channels = {u"#room"}}, .nick = u"me"},
-        Status::online,
-        LiveAccount::Hooks{.open = [](const irc::Address&) {},
-                           .send = [](std::string_view) {},
-                           .close = [] {},
-                           .milliseconds = [] { return 1'000'000LL; },
-                           .today = [] { return 1'764'000'000'000LL; },
-                           .random = [] { return 0U; },
-                           .set_timer = [](unsigned) {},
-                           .delivered = [] { return true; },
-                           .failed = [](const std::u16string&) {},
-                           .tell_user = [](const std::u16string&) {},
-                           .bring_up = [](const Conversation&) {},
-                           .characters = [] { return 9; },
-                           .rules_of = [](const std::u16string&) { return reading::Rules{}; },
-                           .keep_rules = [](const std::u16string&, const reading::Rules&) {}});
+    account = std::make_unique<LiveAccount>(client, roomSettings(), Status::online, quietHooks());
     account->start();
     account->connected();
     for (const char* line :

@@ -1,5 +1,4 @@
 #include "companions/messenger/client/conversation_window.h"
-#include "companions/messenger/client/measures.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -7,6 +6,7 @@
 #include <utility>
 
 #include "common/text.h"
+#include "companions/messenger/client/measures.h"
 #include "ui/screen.h"
 
 namespace messenger_client {

@@ -1,10 +1,10 @@
 #include "companions/messenger/client/live_window.h"
-#include "companions/messenger/client/measures.h"
 
 #include <algorithm>
 #include <utility>
 
 #include "common/text.h"
+#include "companions/messenger/client/measures.h"
 #include "companions/messenger/reading/links.h"
 #include "platform/clock.h"
 #include "ui/screen.h"

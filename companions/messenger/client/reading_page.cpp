@@ -1,11 +1,11 @@
 #include "companions/messenger/client/reading_page.h"
-#include "companions/messenger/client/measures.h"
 
 #include <algorithm>
 #include <iterator>
 #include <utility>
 
 #include "common/text.h"
+#include "companions/messenger/client/measures.h"
 #include "companions/messenger/reading/characters.h"
 #include "ui/screen.h"
 
@@ -27,11 +27,12 @@ constexpr int rim_width = 14 * pixel, rim_height = 36 * pixel;
 // Pixels at 96 dots an inch.
 constexpr int padding = 6, name_width = 96;
 
-constexpr ui::Colour unread_text = colour::orSystem(ui::rgb(104, 114, 124), ui::grey_text);
+constexpr ui::Colour unread_grey = ui::rgb(104, 114, 124);
+constexpr ui::Colour unread_text = colour::orSystem(unread_grey, ui::grey_text);
 
 // Grey on the colour of a selected row is none that can be relied on.
 constexpr ui::Colour unreadText(bool selected) {
-    return selected ? colour::orSystem(ui::rgb(104, 114, 124), ui::highlight_text) : unread_text;
+    return selected ? colour::orSystem(unread_grey, ui::highlight_text) : unread_text;
 }
 
 std::u16string shownName(const reading::Line& line) {

@@ -11,6 +11,7 @@
 
 #include "common/text.h"
 #include "companions/messenger/live/account.h"
+#include "tests/fakes/live_hooks.h"
 #include "tests/fakes/ui/windows.h"
 #include "tests/fakes/user_store.h"
 
@@ -64,23 +65,11 @@ struct LiveWindows : testing::Test {
                 account->closed(change.conversation);
             }
         });
-        account = std::make_unique<LiveAccount>(
-            client, irc::Settings{.address = {.host = u"irc.example.org", .channels = {u"#room"}}, .nick = u"me"},
-            Status::online,
-            LiveAccount::Hooks{.open = [](const irc::Address&) {},
-                               .send = [this](std::string_view bytes) { sent += bytes; },
-                               .close = [] {},
-                               .milliseconds = [this] { return now; },
-                               .today = [] { return 1'764'000'000'000; },
-                               .random = [] { return 0U; },
-                               .set_timer = [this](unsigned milliseconds) { timer = milliseconds; },
-                               .delivered = [] { return true; },
-                               .failed = [](const std::u16string&) {},
-                               .tell_user = [](const std::u16string&) {},
-                               .bring_up = [](const Conversation&) {},
-                               .characters = [] { return 9; },
-                               .rules_of = [](const std::u16string&) { return reading::Rules{}; },
-                               .keep_rules = [](const std::u16string&, const reading::Rules&) {}});
+        LiveAccount::Hooks hooks = quietHooks();
+        hooks.send = [this](std::string_view bytes) { sent += bytes; };
+        hooks.milliseconds = [this] { return now; };
+        hooks.set_timer = [this](unsigned milliseconds) { timer = milliseconds; };
+        account = std::make_unique<LiveAccount>(client, roomSettings(), Status::online, std::move(hooks));
         account->start();
         account->connected();
         server(":irc.example.org 001 me :Welcome");

@@ -27,14 +27,6 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-VARIANT childId(long child) {
-    VARIANT id;
-    VariantInit(&id);
-    id.vt = VT_I4;
-    id.lVal = child;
-    return id;
-}
-
 bool isTold(const ui::Control& control) {
     return control.inSight() && IsWindowVisible(windowOf(control));
 }

@@ -6,8 +6,6 @@
 
 namespace murmelix::test {
 
-namespace {
-
 VARIANT childId(long child) {
     VARIANT id;
     VariantInit(&id);
@@ -15,6 +13,8 @@ VARIANT childId(long child) {
     id.lVal = child;
     return id;
 }
+
+namespace {
 
 using TextOf = HRESULT (STDMETHODCALLTYPE IAccessible::*)(VARIANT, BSTR*);
 

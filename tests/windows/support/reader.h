@@ -34,6 +34,8 @@ std::vector<Told> readAll(HWND window);
 std::string written(const std::vector<Told>& all);
 std::string written(const Told& told);
 
+// A part of an object as its methods take it; CHILDID_SELF is the object itself.
+VARIANT childId(long child);
 // The numbers of a result that is one, and -1 where there is none.
 long numberOf(const VARIANT& value);
 
