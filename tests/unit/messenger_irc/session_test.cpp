@@ -23,7 +23,7 @@ using testing::Not;
 using testing::SizeIs;
 using testing::StartsWith;
 
-Settings withPassword() {
+Settings withAccount() {
     Settings settings = ircSettings();
     settings.account = u"account";
     settings.password = u"hunter2";
@@ -111,7 +111,7 @@ TEST(Registration, ANewCapabilityIsAskedForOnce) {
 }
 
 TEST(Sasl, SendsThePassword) {
-    Chat chat(withPassword());
+    Chat chat(withAccount());
     offer(chat, "sasl=EXTERNAL,PLAIN");
     EXPECT_THAT(chat.sent(), ElementsAre("CAP REQ sasl"));
     chat.server(":s.example CAP me ACK :sasl");
@@ -125,7 +125,7 @@ TEST(Sasl, SendsThePassword) {
 }
 
 TEST(Sasl, WithoutAnAccountsNameItIsThatOfTheNick) {
-    Settings settings = withPassword();
+    Settings settings = withAccount();
     settings.account.clear();
     Chat chat(settings);
     offer(chat, "sasl");
@@ -136,7 +136,7 @@ TEST(Sasl, WithoutAnAccountsNameItIsThatOfTheNick) {
 
 TEST(Sasl, ALongPasswordComesInPieces) {
     for (const std::size_t length : {283U, 284U, 285U, 584U}) {
-        Settings settings = withPassword();
+        Settings settings = withAccount();
         settings.password = std::u16string(length, u'x');
         Chat chat(settings);
         offer(chat, "sasl");
@@ -156,7 +156,7 @@ TEST(Sasl, ALongPasswordComesInPieces) {
 
 TEST(Sasl, AWrongPasswordIsRefusedForGood) {
     for (const char* number : {"902", "904", "905", "906"}) {
-        Chat chat(withPassword());
+        Chat chat(withAccount());
         offer(chat, "sasl");
         chat.server(":s.example CAP me ACK :sasl");
         chat.server("AUTHENTICATE +");
@@ -174,7 +174,7 @@ TEST(Sasl, AWrongPasswordIsRefusedForGood) {
 }
 
 TEST(Sasl, GoesOnWhereOneIsSignedInAlready) {
-    Chat chat(withPassword());
+    Chat chat(withAccount());
     offer(chat, "sasl");
     chat.server(":s.example CAP me ACK :sasl");
     chat.sent();
@@ -184,7 +184,7 @@ TEST(Sasl, GoesOnWhereOneIsSignedInAlready) {
 
 TEST(Sasl, WithoutItTheUserIsTold) {
     for (const char* capabilities : {"batch", "batch sasl=EXTERNAL"}) {
-        Chat chat(withPassword());
+        Chat chat(withAccount());
         offer(chat, capabilities);
         EXPECT_THAT(chat.sent(), ElementsAre("CAP REQ batch"));
         EXPECT_THAT(chat.told(), Contains(HasSubstr("going on without the account")));
@@ -192,7 +192,7 @@ TEST(Sasl, WithoutItTheUserIsTold) {
 }
 
 TEST(Passwords, StayHereWithoutTls) {
-    Settings settings = withPassword();
+    Settings settings = withAccount();
     settings.address.tls = false;
     settings.server_password = u"door";
     Chat chat(settings);
@@ -204,7 +204,7 @@ TEST(Passwords, StayHereWithoutTls) {
 }
 
 TEST(Passwords, GoWithoutTlsWhereTheUserWishes) {
-    Settings settings = withPassword();
+    Settings settings = withAccount();
     settings.address.tls = false;
     settings.server_password = u"door";
     settings.password_in_the_clear = true;
@@ -217,7 +217,7 @@ TEST(Passwords, GoWithoutTlsWhereTheUserWishes) {
 }
 
 TEST(Passwords, AreNeverTold) {
-    Settings settings = withPassword();
+    Settings settings = withAccount();
     settings.server_password = u"opensesame";
     Chat chat(settings);
     offer(chat, "sasl");

@@ -10,8 +10,8 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-struct Window : Form {
-    Window() : Form(nullptr, u"A &Window", FormStyle::dialog) {}
+struct SpokenWindow : Form {
+    SpokenWindow() : Form(nullptr, u"A &Window", FormStyle::dialog) {}
     Label NameLbl{*this, u"Your &name:"};
     TextBox NameTxt{*this, u"Kim"};
     TextBox OtherTxt{*this, u""};
@@ -27,7 +27,7 @@ class AccessibleTest : public testing::Test {
   protected:
     AccessibleTest() { fakes::screen() = {}; }
     std::vector<fakes::Told> takeTold() { return std::exchange(fakes::screen().told, {}); }
-    Window window;
+    SpokenWindow window;
 };
 
 TEST_F(AccessibleTest, CaptionsAreReadWithoutTheirMarks) {
