@@ -116,6 +116,8 @@ class Killed(Disasters):
 
             def over():
                 boxes = self.boxes()
+                if "" in boxes:  # it is being made, and has no title yet
+                    return False
                 if set(boxes) & MISSING:  # it died while it was asked whether it is there
                     self.kill("Murmelix.exe")
                     self.program.wait()

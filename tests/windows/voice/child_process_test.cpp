@@ -8,15 +8,13 @@
 
 #include <windows.h>
 
+#include "tests/windows/voice/limits.h"
+
 namespace agent::voice {
 namespace {
 
 using std::chrono::milliseconds;
 using std::chrono::seconds;
-
-constexpr seconds patience(240); // ends what hangs, and nothing that is slow
-
-constexpr std::size_t most = std::size_t{8} << 20;
 
 std::wstring child(const wchar_t* what) {
     std::array<wchar_t, MAX_PATH> path{};
@@ -34,9 +32,9 @@ struct Ran {
 };
 
 Ran run(const std::wstring& command, std::string_view input = {}, milliseconds limit = patience,
-        const std::stop_token& stop = {}, std::size_t most_output = most) {
+        const std::stop_token& stop = {}, std::size_t most_bytes = most_output) {
     Ran ran;
-    ran.result = runChild(command, input, limit, most_output, stop, ran.error);
+    ran.result = runChild(command, input, limit, most_bytes, stop, ran.error);
     return ran;
 }
 

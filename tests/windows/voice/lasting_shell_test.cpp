@@ -8,13 +8,12 @@
 
 #include <windows.h>
 
+#include "tests/windows/voice/limits.h"
+
 namespace agent::voice {
 namespace {
 
 using std::chrono::milliseconds;
-
-constexpr std::chrono::seconds patience(240); // ends what hangs, and nothing that is slow
-constexpr std::size_t most = std::size_t{8} << 20;
 
 class LastingShellTest : public testing::Test {
   protected:
@@ -40,7 +39,7 @@ class LastingShellTest : public testing::Test {
     std::optional<ChildResult> run(const std::string& what, std::string_view input = {}, milliseconds limit = patience,
                                    const std::stop_token& stop = {}) {
         error.clear();
-        return shell.run({what}, input, limit, most, stop, error);
+        return shell.run({what}, input, limit, most_output, stop, error);
     }
     std::string output(const std::string& what, std::string_view input = {}) {
         const auto result = run(what, input);
@@ -68,7 +67,7 @@ TEST_F(LastingShellTest, OneShellServesAllRuns) {
 }
 
 TEST_F(LastingShellTest, ArgumentsAreWords) {
-    const auto result = shell.run({"words", "-v", "en-us+f2"}, "text", patience, most, {}, error);
+    const auto result = shell.run({"words", "-v", "en-us+f2"}, "text", patience, most_output, {}, error);
     ASSERT_TRUE(result) << error;
     EXPECT_EQ(std::string(result->output.begin(), result->output.end()), "words,-v,en-us+f2,");
 }
@@ -119,7 +118,7 @@ TEST_F(LastingShellTest, AStopEndsTheWaitAlone) {
     std::stop_source stop;
     auto ran = std::async(std::launch::async, [&] {
         std::string reason;
-        const bool any = shell.run({"wait"}, sign + "\n", patience, most, stop.get_token(), reason).has_value();
+        const bool any = shell.run({"wait"}, sign + "\n", patience, most_output, stop.get_token(), reason).has_value();
         return any ? "an output" : reason;
     });
     while (GetFileAttributesW(windowsName(sign).c_str()) == INVALID_FILE_ATTRIBUTES &&
