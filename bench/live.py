@@ -105,36 +105,40 @@ class Channel:
         time.sleep(3)
         usual = statistics.median(answers[1:])
         answers.clear()
-        pongs = sum(line.startswith("PONG") for _, line in self.server.received)
         began = time.monotonic()
         self.server.raw(lines)
-        self.server.ping()
-        wait_for("the last line to be taken",
-                 lambda: sum(line.startswith("PONG") for _, line in self.server.received) > pongs)
+        self.all_taken()
         self.judge(f"{count} lines in a burst", time.monotonic() - began, BURST_SECONDS * count / 100_000, "s")
         ended.set()
         asker.join()
         self.judge(f"all windows asked meanwhile, at worst (usually {usual * 1000:.0f} ms)", max(answers) * 1000, ANSWER_MS,
                    "ms")
 
+    def all_taken(self):
+        """Until the client has answered what is asked after the last line."""
+        pongs = sum(line.startswith("PONG") for _, line in self.server.received)
+        self.server.ping()
+        wait_for("the last line to be taken",
+                 lambda: sum(line.startswith("PONG") for _, line in self.server.received) > pongs)
+
     def evening(self, seconds):
         def look():
             return {program: memory_mb(self.pid(program))[0] for program in PROGRAMS}
 
-        number, before = 0, None
+        number, quarters = 0, []
         began = time.monotonic()
-        while time.monotonic() - began < seconds:
+        while len(quarters) < 4:
             self.server.burst("#room", [(f"viewer{(number + i) * 31 % PEOPLE}", f"words about {(number + i) * 7919 % 10007}")
                                         for i in range(100)])
             number += 100
             time.sleep(0.1)
-            if before is None and time.monotonic() - began > seconds / 4:
-                before = look()
-        after = look()
-        print(f"{number} lines in {seconds} s, as an evening of {number / 36_000:.1f} hours", flush=True)
+            if time.monotonic() - began > seconds * (len(quarters) + 1) / 4:
+                self.all_taken()
+                quarters.append(look())
+                print(f"{number} lines: " + ", ".join(f"{program} {mb:.1f} MB" for program, mb in quarters[-1].items()), flush=True)
+        print(f"{number} lines in {time.monotonic() - began:.0f} s, as an evening of {number / 36_000:.1f} hours", flush=True)
         for program in PROGRAMS:
-            self.judge(f"memory of {program} ({before[program]:.1f} MB after a quarter)", after[program] - before[program],
-                       GROWN_MB, "MB more")
+            self.judge(f"memory of {program} after the first quarter", quarters[-1][program] - quarters[0][program], GROWN_MB, "MB more")
 
     def idle(self, seconds):
         window = self.desk.screen.find("^#room - Conversation$")[-1]

@@ -237,7 +237,7 @@ class Brindle(Character):
         sketch.layer()
         props.tears(sketch, 72, 63, 20, falls=24)
         props.sweat(sketch, 104, 30, aside=6)
-        props.sound(sketch, 118, 38, -40)
+        props.sound(sketch, 118, 38, -40, apart=4.8)
         if sketch["ask"] > 0:
             sketch.on(None, props.question(122, 26, sketch["ask"]))
         if sketch["call"] > 0:

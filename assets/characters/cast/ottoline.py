@@ -500,7 +500,7 @@ class Ottoline(Character):
         sketch.layer()
         props.tears(sketch, 72, 75, 21)
         props.sweat(sketch, 36, 36, aside=-5, size=5.2)
-        props.sound(sketch, 119, 58, -30)
+        props.sound(sketch, 117, 58, -30, apart=4.8)
         if sketch["ask"] > 0:
             sketch.on(None, props.question(20, 30, sketch["ask"]))
         if sketch["call"] > 0:

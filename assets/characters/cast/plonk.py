@@ -216,7 +216,7 @@ class Plonk(Character):
         sketch.layer()
         props.tears(sketch, 72, 57, 31, falls=26, sizes=(5.0, 4.2))
         props.sweat(sketch, 116, 38, aside=4)
-        props.sound(sketch, 122, 64, -8, nearest=8.0, apart=4.8)
+        props.sound(sketch, 121, 64, -8, nearest=8.0, apart=4.8)
         if sketch["ask"] > 0:
             sketch.on(None, props.question(128, 22, sketch["ask"] * 0.9))
         if sketch["call"] > 0:
