@@ -1,4 +1,4 @@
-// What a live account and the account of a room are given where nothing of it matters; each test sets what it looks at.
+// What a live account is given where nothing of it matters; each test sets what it looks at.
 #pragma once
 
 #include "companions/messenger/live/account.h"

@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "common/text.h"
+#include "tests/fakes/live_hooks.h"
 
 namespace messenger_client {
 
@@ -49,7 +50,7 @@ struct LiveAccounts : testing::Test {
 
     LiveAccounts() {
         client.listen([this](const Change& change) { hear(change); });
-        make({.address = {.host = u"irc.example.org", .channels = {u"#room"}}, .nick = u"me"});
+        make(roomSettings());
     }
 
     void make(irc::Settings settings) {
