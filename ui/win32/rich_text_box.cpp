@@ -200,7 +200,11 @@ class RichView : public RichWindow {
             return;
         }
         select({from, end});
+        // Wine's control, where it keeps nothing to be undone, forgets to free the end of each line that goes.
+        SendMessageW(hwnd(), EM_SETUNDOLIMIT, 1, 0);
         SendMessageW(hwnd(), EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(L""));
+        SendMessageW(hwnd(), EM_EMPTYUNDOBUFFER, 0, 0);
+        SendMessageW(hwnd(), EM_SETUNDOLIMIT, 0, 0);
         for (LONG* place : {&view_.first, &view_.selection.cpMin, &view_.selection.cpMax}) {
             *place = *place >= end ? *place - (end - from) : std::min(*place, from);
         }

@@ -13,21 +13,19 @@ using namespace win32;
 
 namespace {
 
-LRESULT CALLBACK pagesProcedure(HWND hwnd, UINT message, WPARAM wparam, LPARAM lparam, UINT_PTR, DWORD_PTR) {
-    // What is on the pages tells the tabs, which it is in.
-    if (message != WM_NOTIFY || reinterpret_cast<const NMHDR*>(lparam)->hwndFrom != hwnd) {
-        if (const auto result = onChildMessage(message, wparam, lparam)) {
-            return *result;
-        }
-    }
-    return DefSubclassProc(hwnd, message, wparam, lparam);
-}
-
 class TabPagesWindow final : public ControlWindow {
   public:
     TabPagesWindow(Control& pages, HWND parent, const std::u16string& caption)
-        : ControlWindow(pages, {WC_TABCONTROLW, WS_TABSTOP | WS_CLIPCHILDREN, WS_EX_CONTROLPARENT}, parent, caption) {
-        SetWindowSubclass(hwnd(), pagesProcedure, 1, 0);
+        : ControlWindow(pages, {WC_TABCONTROLW, WS_TABSTOP | WS_CLIPCHILDREN, WS_EX_CONTROLPARENT}, parent, caption) {}
+
+    LRESULT onSystemMessage(UINT message, WPARAM wparam, LPARAM lparam) override {
+        // What is on the pages tells the tabs, which it is in.
+        if (message != WM_NOTIFY || reinterpret_cast<const NMHDR*>(lparam)->hwndFrom != hwnd()) {
+            if (const auto result = onChildMessage(message, wparam, lparam)) {
+                return *result;
+            }
+        }
+        return ControlWindow::onSystemMessage(message, wparam, lparam);
     }
 
     bool keeps(const Shortcut& key) const override { return key.key == Key::left || key.key == Key::right; }

@@ -2,33 +2,18 @@
 
 #include "ui/win32/window.h"
 
-#include <commctrl.h>
-
 namespace murmelix::ui {
 
 using namespace win32;
 
 namespace {
 
-// The system selects a word by a double click; whoever listens hears of it after that.
-LRESULT CALLBACK boxProcedure(HWND hwnd, UINT message, WPARAM wparam, LPARAM lparam, UINT_PTR, DWORD_PTR) {
-    const LRESULT result = DefSubclassProc(hwnd, message, wparam, lparam);
-    if (message == WM_LBUTTONDBLCLK) {
-        if (ControlWindow* window = find(hwnd)) {
-            guarded([&] { raise(static_cast<TextBox&>(window->control()).DblClick); });
-        }
-    }
-    return result;
-}
-
 constexpr WPARAM dot = 0x25CF; // U+25CF BLACK CIRCLE
 
 class TextBoxWindow final : public ControlWindow {
   public:
     TextBoxWindow(Control& box, HWND parent, const std::u16string& text)
-        : ControlWindow(box, {L"EDIT", ES_AUTOHSCROLL | WS_TABSTOP, WS_EX_CLIENTEDGE}, parent, text) {
-        SetWindowSubclass(hwnd(), boxProcedure, 1, 0);
-    }
+        : ControlWindow(box, {L"EDIT", ES_AUTOHSCROLL | WS_TABSTOP, WS_EX_CLIENTEDGE}, parent, text) {}
 
     // The system shows the text at the top of the inside: more height than the border takes would show it too high.
     Size room() const override { return {scaled(12), 2 * GetSystemMetrics(SM_CYEDGE) + 3}; }
@@ -47,6 +32,15 @@ class TextBoxWindow final : public ControlWindow {
         default:
             return;
         }
+    }
+
+    // The system selects a word by a double click; whoever listens hears of it after that.
+    LRESULT onSystemMessage(UINT message, WPARAM wparam, LPARAM lparam) override {
+        const LRESULT result = ControlWindow::onSystemMessage(message, wparam, lparam);
+        if (message == WM_LBUTTONDBLCLK) {
+            guarded([this] { raise(static_cast<TextBox&>(control()).DblClick); });
+        }
+        return result;
     }
 
     // What the system makes of a text set by the program is no input.

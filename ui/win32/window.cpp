@@ -169,26 +169,23 @@ class FieldSource final : public ControlSource {
     std::vector<HWND> siblings() const override { return {}; }
 };
 
-constexpr UINT_PTR reader_subclass = 2, field_subclass = 3;
-
-LRESULT CALLBACK readerProcedure(HWND hwnd, UINT message, WPARAM wparam, LPARAM lparam, UINT_PTR, DWORD_PTR) {
-    LRESULT answer = 0;
-    if (message == WM_GETOBJECT) {
-        if (ControlWindow* window = find(hwnd)) {
-            guarded([&] { answer = window->answerToReader(wparam, lparam); });
-        }
-    }
-    return answer ? answer : DefSubclassProc(hwnd, message, wparam, lparam);
+// The system's own subclassing keeps its list as a property of the window, and Wine asks another process for each
+// property: twice for each message.
+ControlWindow& ownerOf(HWND hwnd) {
+    return *reinterpret_cast<ControlWindow*>(GetWindowLongPtrW(hwnd, GWLP_USERDATA));
 }
 
-LRESULT CALLBACK fieldProcedure(HWND hwnd, UINT message, WPARAM wparam, LPARAM lparam, UINT_PTR, DWORD_PTR) {
-    LRESULT answer = 0;
-    if (message == WM_GETOBJECT) {
-        if (ControlWindow* window = find(GetParent(hwnd))) {
-            guarded([&] { answer = window->answerToReader(wparam, lparam, hwnd); });
-        }
-    }
-    return answer ? answer : DefSubclassProc(hwnd, message, wparam, lparam);
+WNDPROC subclass(HWND hwnd, ControlWindow* owner, WNDPROC procedure) {
+    SetWindowLongPtrW(hwnd, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(owner));
+    return reinterpret_cast<WNDPROC>(SetWindowLongPtrW(hwnd, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(procedure)));
+}
+
+LRESULT CALLBACK systemProcedure(HWND hwnd, UINT message, WPARAM wparam, LPARAM lparam) {
+    return ownerOf(hwnd).onSystemMessage(message, wparam, lparam);
+}
+
+LRESULT CALLBACK fieldProcedure(HWND hwnd, UINT message, WPARAM wparam, LPARAM lparam) {
+    return ownerOf(hwnd).onFieldMessage(message, wparam, lparam);
 }
 
 } // namespace
@@ -196,7 +193,7 @@ LRESULT CALLBACK fieldProcedure(HWND hwnd, UINT message, WPARAM wparam, LPARAM l
 ControlWindow::ControlWindow(Control& control, const Making& making, HWND parent, const std::u16string& caption)
     : ControlWindow(control, created(making, parent, caption)) {
     if (making.window_class != child_class) {
-        SetWindowSubclass(hwnd_, readerProcedure, reader_subclass, 0);
+        system_ = subclass(hwnd_, this, systemProcedure);
     }
     SendMessageW(hwnd_, WM_SETFONT, reinterpret_cast<WPARAM>(fonts().standard.get()), FALSE);
 }
@@ -204,6 +201,12 @@ ControlWindow::ControlWindow(Control& control, const Making& making, HWND parent
 ControlWindow::ControlWindow(Control& control, HWND hwnd) : control_(control), hwnd_(hwnd) {}
 
 ControlWindow::~ControlWindow() {
+    if (system_) {
+        subclass(hwnd_, nullptr, system_);
+    }
+    if (field_) {
+        subclass(field_, nullptr, field_system_);
+    }
     DestroyWindow(hwnd_);
 }
 
@@ -233,8 +236,25 @@ LRESULT ControlWindow::answerToReader(WPARAM wparam, LPARAM lparam, HWND field) 
     return answerReader(source, wparam, lparam);
 }
 
+LRESULT ControlWindow::onSystemMessage(UINT message, WPARAM wparam, LPARAM lparam) {
+    LRESULT answer = 0;
+    if (message == WM_GETOBJECT) {
+        guarded([&] { answer = answerToReader(wparam, lparam); });
+    }
+    return answer ? answer : CallWindowProcW(system_, hwnd_, message, wparam, lparam);
+}
+
 void ControlWindow::answerFor(HWND field) {
-    SetWindowSubclass(field, fieldProcedure, field_subclass, 0);
+    field_ = field;
+    field_system_ = subclass(field, this, fieldProcedure);
+}
+
+LRESULT ControlWindow::onFieldMessage(UINT message, WPARAM wparam, LPARAM lparam) {
+    LRESULT answer = 0;
+    if (message == WM_GETOBJECT) {
+        guarded([&] { answer = answerToReader(wparam, lparam, field_); });
+    }
+    return answer ? answer : CallWindowProcW(field_system_, field_, message, wparam, lparam);
 }
 
 ControlWindow* find(HWND hwnd) {

@@ -44,6 +44,12 @@ class ControlWindow {
     virtual void onDraw(const DRAWITEMSTRUCT&) {}
     // A message to a window of the toolkit's own class; nothing where the system's way is right.
     virtual std::optional<LRESULT> onMessage(UINT, WPARAM, LPARAM) { return std::nullopt; }
+    // To a WM_GETOBJECT, of a field of the system's in it where one is named; 0: as the system does.
+    LRESULT answerToReader(WPARAM wparam, LPARAM lparam, HWND field = nullptr);
+    // A message to a window of a class of the system's; here the system has its way.
+    virtual LRESULT onSystemMessage(UINT message, WPARAM wparam, LPARAM lparam);
+    // The same for the field that it answers for.
+    LRESULT onFieldMessage(UINT message, WPARAM wparam, LPARAM lparam);
     // What it has beside its caption; pixels.
     virtual Size room() const { return {}; }
     virtual HFONT font() const { return fonts().standard.get(); }
@@ -61,8 +67,6 @@ class ControlWindow {
     virtual void setUseMnemonic() { InvalidateRect(hwnd_, nullptr, TRUE); }
     // It has another font, other colours or another resolution.
     virtual void restyle();
-    // To a WM_GETOBJECT, of a field of the system's in it where one is named; 0: as the system does.
-    LRESULT answerToReader(WPARAM wparam, LPARAM lparam, HWND field = nullptr);
 
   protected:
     // A field of the system's that is a part of its control answers as the control does.
@@ -73,6 +77,9 @@ class ControlWindow {
   private:
     Control& control_;
     HWND hwnd_;
+    HWND field_ = nullptr;
+    WNDPROC system_ = nullptr; // what the system's class does with a message
+    WNDPROC field_system_ = nullptr;
     std::shared_ptr<AccessibleSource> source_; // made when it is asked for
     std::shared_ptr<AccessibleSource> field_source_;
 };

@@ -24,6 +24,7 @@
 #include "ui/win32/windows.h"
 
 #include <commctrl.h>
+#include <psapi.h>
 #include <richedit.h>
 
 namespace murmelix {
@@ -246,6 +247,30 @@ TEST(Controls, WhatTheUserSeesInAViewStaysWhenLinesBeforeItGo) {
     form.View.Remove(0, 8);
     EXPECT_EQ(form.selection().cpMin, 0);
     EXPECT_EQ(form.selection().cpMax, 7);
+}
+
+// A busy channel's window has hundreds of thousands of lines in an evening, of which it shows the last.
+TEST(Controls, LinesThatCameAndWentLeaveNothingInMemory) {
+    LongView form;
+    const auto comeAndGo = [&form](int lines) {
+        form.View.BeginUpdate();
+        for (int line = 0; line < lines; ++line) {
+            form.View.Append(u"\r\nsomebody", {.bold = true});
+            form.View.Append(u" writes a line", {});
+            if (line % 50 == 49) {
+                form.View.setLooks(7, 8, {.bold = line % 100 == 99});
+                form.View.Remove(0, 50 * static_cast<int>(std::size("somebody writes a line")));
+            }
+        }
+        form.View.EndUpdate();
+        PROCESS_MEMORY_COUNTERS memory{};
+        K32GetProcessMemoryInfo(GetCurrentProcess(), &memory, sizeof memory);
+        return static_cast<long long>(memory.PagefileUsage);
+    };
+    const int length = form.View.Length();
+    const long long at_first = comeAndGo(2'000);
+    EXPECT_LT(comeAndGo(5'000) - at_first, 512 * 1024) << "bytes; a line end and its buffer for each line are 1.5 MB";
+    EXPECT_EQ(form.View.Length(), length) << "as many have gone as came";
 }
 
 TEST(Controls, ViewAtItsEndStaysThereWhenLinesGo) {
