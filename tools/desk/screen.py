@@ -7,6 +7,7 @@ import subprocess
 import tempfile
 
 from .waiting import PATIENCE_SECONDS, TimedOut, wait_for
+from .x_display import XDisplay
 
 WINDOW_MANAGER_SETTINGS = """<?xml version="1.0"?>
 <openbox_config xmlns="http://openbox.org/3.4/rc">
@@ -16,7 +17,7 @@ WINDOW_MANAGER_SETTINGS = """<?xml version="1.0"?>
 </openbox_config>
 """
 
-BACKGROUND = "#86b4c9-#3d6a86"
+BACKGROUND = ((0x86, 0xb4, 0xc9), (0x3d, 0x6a, 0x86))  # from top to bottom
 
 
 class Screen:
@@ -26,6 +27,7 @@ class Screen:
         self.display = display
         self.is_own = False
         self._processes = []
+        self._connection = None
 
     @classmethod
     def own(cls, width=1280, height=960, log=subprocess.DEVNULL):
@@ -64,18 +66,25 @@ class Screen:
             ["openbox", "--sm-disable", "--config-file", self._settings], env=self.environment(),
             stdin=subprocess.DEVNULL, stdout=log, stderr=log, start_new_session=True))
         wait_for("the window manager", self._managed)
-        self._run("display", "-window", "root", "-size", f"{width}x{height}", f"gradient:{BACKGROUND}")
+        self._x.paint(height, *BACKGROUND)
 
     def _managed(self):
         if any(process.poll() is not None for process in self._processes):
             raise RuntimeError("the X server or the window manager has ended")
-        answer = self._run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK")
-        return answer.returncode == 0 and "window id" in answer.stdout
+        return self._x.window_of_root("_NET_SUPPORTING_WM_CHECK")
+
+    @property
+    def _x(self):
+        if self._connection is None:
+            self._connection = XDisplay(self.display)
+        return self._connection
 
     def environment(self):
         return dict(os.environ, DISPLAY=self.display)
 
     def close(self):
+        if self._connection is not None:
+            self._connection.close()
         for process in reversed(self._processes):
             if process.poll() is None:
                 process.terminate()
@@ -101,12 +110,7 @@ class Screen:
 
     def find(self, title_pattern):
         """Ids of the visible windows whose title matches the pattern, oldest first."""
-        def search():
-            answer = self._run("xdotool", "search", "--onlyvisible", "--name", title_pattern)
-            # A window that vanishes meanwhile ends the search: nothing is told of those not yet looked at.
-            return None if "X Error" in answer.stderr else (answer.stdout.split(),)
-
-        return wait_for(f"a whole search for windows titled {title_pattern!r}", search)[0]
+        return [str(window) for window in self._x.visible(title_pattern)]
 
     def wait_for_window(self, title_pattern):
         try:
@@ -151,7 +155,7 @@ class Screen:
             return False
 
     def active(self):
-        return self._run("xdotool", "getactivewindow").stdout.strip()
+        return str(self._x.window_of_root("_NET_ACTIVE_WINDOW") or "")
 
     def key(self, *keys):
         """Presses keys or chords ("alt+s") where the keyboard is."""

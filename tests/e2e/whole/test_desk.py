@@ -8,23 +8,57 @@ from case import Screen, main, wait_for
 
 
 class Desk(unittest.TestCase):
+    def shown(self, screen, name):
+        window = subprocess.Popen(["xev", "-name", name], env=screen.environment(), stdin=subprocess.DEVNULL,
+                                  stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+
+        def end():
+            window.kill()
+            window.wait()
+        self.addCleanup(end)
+        return end
+
+    def test_window_is_found_by_its_title_as_people_read_it_while_it_can_be_seen(self):
+        with Screen.own(640, 480) as screen:
+            self.shown(screen, "Zoë and \u05d9\u05e2\u05dc")
+            window = wait_for("the window", lambda: screen.find("^zoË AND \u05d9\u05e2\u05dc$"))
+            self.assertEqual(len(window), 1)
+            self.assertIn("Zoë", "".join(screen.titles()))
+            self.assertTrue(wait_for("the keyboard", lambda: screen.activate(window[0])))
+            wait_for("the active window", lambda: screen.active() == window[0])
+            screen.minimize(window[0])
+            wait_for("its end in sight", lambda: screen.find("Zo") == [])
+
+    def test_screen_that_has_ended_shows_nothing(self):
+        with Screen.own(640, 480) as screen:
+            self.shown(screen, "lasting")
+            wait_for("the window", lambda: screen.find("lasting"))
+            for process in reversed(screen._processes):
+                process.kill()
+                process.wait()
+            self.assertEqual(screen.find("lasting"), [])
+            self.assertEqual(screen.active(), "")
+
+    def test_background_goes_from_one_colour_to_another(self):
+        with Screen.own(64, 48) as screen:
+            pixels = screen.pixels(0, 0, 64, 48)
+            self.assertEqual(pixels[:3], bytes((0x86, 0xb4, 0xc9)))
+            self.assertEqual(pixels[-3:], bytes((0x3d, 0x6a, 0x86)))
+            middle = pixels[24 * 64 * 3:][:3]
+            self.assertTrue(all(abs(a - b) <= 2 for a, b in zip(middle, (0x61, 0x8e, 0xa7))), middle)
+
     def test_window_is_found_while_others_vanish(self):
         with Screen.own(640, 480) as screen:
-            def show(name):
-                return subprocess.Popen(["xev", "-name", name], env=screen.environment(), stdin=subprocess.DEVNULL,
-                                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-
             done = threading.Event()
 
             def come_and_go():
                 while not done.is_set():
-                    passing = show("passing")
+                    end_passing = self.shown(screen, "passing")
                     done.wait(0.02)
-                    passing.kill()
-                    passing.wait()
+                    end_passing()
 
             crowd = [threading.Thread(target=come_and_go) for _ in range(2)]
-            lasting = show("lasting")
+            end_lasting = self.shown(screen, "lasting")
             try:
                 window = wait_for("the lasting window", lambda: screen.find("^lasting$"))
                 for passing in crowd:
@@ -37,8 +71,7 @@ class Desk(unittest.TestCase):
                 for passing in crowd:
                     if passing.is_alive():
                         passing.join()
-                lasting.kill()
-                lasting.wait()
+                end_lasting()
 
 
 if __name__ == "__main__":

@@ -71,13 +71,11 @@ bool pumpUntil(const std::function<bool()>& condition) {
         if (GetTickCount64() > end) {
             return false;
         }
+        MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_ALLINPUT);
         MSG message;
         while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
             TranslateMessage(&message);
             DispatchMessageW(&message);
-        }
-        if (!condition()) {
-            MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_ALLINPUT);
         }
     }
     return true;
