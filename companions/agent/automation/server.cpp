@@ -49,6 +49,10 @@ std::size_t textIn(const stage::Request& request) {
     return request.text.size() + request.url.size();
 }
 
+std::u16string charactersDirectory() {
+    return stage::windowsDirectory() + u"\\msagent\\chars";
+}
+
 // The file that Load means: an absolute path, or a name in the characters' directory.
 std::u16string characterPath(std::u16string_view named) {
     std::u16string name = localPath(named);
@@ -56,7 +60,7 @@ std::u16string characterPath(std::u16string_view named) {
         if (name.empty() || name.find_first_of(u"\\/:*?\"<>|") != std::u16string::npos) {
             throw Error(E_INVALIDARG, u"\"" + name + u"\" is no name of a character file.");
         }
-        name = stage::windowsDirectory() + u"\\msagent\\chars\\" + name;
+        name = charactersDirectory() + u"\\" + name;
     }
     const bool suffixed = name.size() > 4 && sameName(std::u16string_view(name).substr(name.size() - 4), u".acs");
     if (!suffixed && !isFile(name)) {
@@ -77,6 +81,21 @@ std::shared_ptr<const acs::CharacterFile> openCharacter(const std::u16string& na
                     u"The character file \"" + path + u"\" cannot be used: " + murmelix::fromUtf8(error));
     }
     return std::make_shared<const acs::CharacterFile>(std::move(*file));
+}
+
+// As the character was made, where its language can be spoken here.
+void giveVoice(voice::Manner& manner, const acs::Character& character, const voice::Service& service) {
+    if (!character.voice) {
+        return;
+    }
+    manner.speed = character.voice->speed == 0xFFFFFFFF ? 0 : character.voice->speed;
+    manner.pitch = character.voice->pitch == 0xFFFF ? std::uint16_t{0} : character.voice->pitch;
+    if (character.voice->choice) {
+        manner.gender = character.voice->choice->gender;
+        if (service.speaks(character.voice->choice->language_id)) {
+            manner.language_id = character.voice->choice->language_id;
+        }
+    }
 }
 
 std::uint32_t balloonStyle(const acs::Character& character) {
@@ -135,16 +154,7 @@ Loaded& Client::load(const std::u16string& id, const std::u16string& file) {
     stage::Actor& actor = server_.stage().enter(std::make_shared<stage::FileRepertoire>(added->file), troupe_);
     added->actor = actor.id();
     actor.balloon_style = balloonStyle(character);
-    if (character.voice) {
-        actor.manner.speed = character.voice->speed == 0xFFFFFFFF ? 0 : character.voice->speed;
-        actor.manner.pitch = character.voice->pitch == 0xFFFF ? std::uint16_t{0} : character.voice->pitch;
-        if (character.voice->choice) {
-            actor.manner.gender = character.voice->choice->gender;
-            if (server_.service().speaks(character.voice->choice->language_id)) {
-                actor.manner.language_id = character.voice->choice->language_id;
-            }
-        }
-    }
+    giveVoice(actor.manner, character, server_.service());
     takeNames(*added);
     actor.setSilenced(server_.listener().silenced(textOf(character.guid)));
     try {
@@ -287,6 +297,7 @@ Server::Server(const Options& options)
              [random = std::mt19937(std::random_device()())](int below) mutable {
                  return std::uniform_int_distribution<int>(0, below - 1)(random);
              }),
+      installed_(std::filesystem::path(charactersDirectory())),
       settings_frm_(listener_, keys_,
                     [this] {
                         return settings::SettingsFrm::Facts{service_.available(), stage_.keepsOnScreen(), size_};
@@ -301,7 +312,7 @@ Server::Server(const Options& options)
                          setSize(percent);
                          tellAll(property_change);
                      }},
-                    {[this] { return loadedCharacters(); },
+                    {[this] { return knownCharacters(); },
                      [this](std::uint16_t language) { return service_.speaks(language); },
                      [this](std::uint16_t language) { return service_.voices(language); },
                      [this](const settings::KnownCharacter& character) { sayHowItSounds(character); }}),
@@ -445,12 +456,11 @@ void Server::listen() {
 
 // As its client has set it, but for what the user wants of its voice.
 voice::Manner Server::mannerOf(const stage::Actor& actor) {
-    voice::Manner manner = actor.manner;
     const Owner owner = ownerOf(actor.id());
-    if (!owner.loaded) {
-        return manner;
-    }
-    const std::u16string character = textOf(owner.loaded->file->character().guid);
+    return owner.loaded ? asListenerWants(actor.manner, textOf(owner.loaded->file->character().guid)) : actor.manner;
+}
+
+voice::Manner Server::asListenerWants(voice::Manner manner, const std::u16string& character) const {
     const settings::OwnVoice own = listener_.ownVoice(character);
     if (own.language != 0 && service_.speaks(own.language)) {
         manner.language_id = own.language;
@@ -467,22 +477,30 @@ voice::Manner Server::mannerOf(const stage::Actor& actor) {
 
 // At once, over what others say. Each time anew: what is under way is broken off.
 void Server::sayHowItSounds(const settings::KnownCharacter& character) {
-    const auto actors = stage_.actors();
-    const auto found = std::ranges::find_if(actors, [&](const stage::Actor* actor) {
+    std::optional<voice::Manner> manner;
+    for (const stage::Actor* actor : stage_.actors()) {
         const Owner owner = ownerOf(actor->id());
-        return owner.loaded && textOf(owner.loaded->file->character().guid) == character.key;
-    });
-    if (found == actors.end() || stage_.paused()) {
+        if (!manner && owner.loaded && textOf(owner.loaded->file->character().guid) == character.key) {
+            manner = mannerOf(*actor);
+        }
+    }
+    for (const auto& installed : installed_.all()) {
+        if (!manner && textOf(installed->guid) == character.key) {
+            manner.emplace();
+            giveVoice(*manner, *installed, service_);
+            manner = asListenerWants(*manner, character.key);
+        }
+    }
+    if (!manner || stage_.paused()) {
         murmelix::ui::beep();
         return;
     }
-    voice::Manner manner = mannerOf(**found);
-    manner.speaker = UINT32_MAX; // it is no text of the character's
-    const settings::Language* const language = settings::languageOf(manner.language_id);
+    manner->speaker = UINT32_MAX; // it is no text of the character's
+    const settings::Language* const language = settings::languageOf(manner->language_id);
     service_.cancel(std::exchange(sample_order_, 0));
     output_.stop(std::exchange(sample_, 0));
     sample_order_ = service_.order(
-        std::u16string(language ? language->sample : u"This is how I sound."), manner, [this](voice::Speech speech) {
+        std::u16string(language ? language->sample : u"This is how I sound."), *manner, [this](voice::Speech speech) {
             messages_.post([this, sound = std::make_shared<voice::Wave>(std::move(speech.sound))]() mutable {
                 output_.stop(sample_);
                 sample_ = output_.play(std::move(*sound), {});
@@ -491,7 +509,19 @@ void Server::sayHowItSounds(const settings::KnownCharacter& character) {
         });
 }
 
-// Each file once, in the order of the names.
+namespace {
+
+// Each once, the first of those that are the same, in the order of the names.
+std::vector<settings::KnownCharacter> eachOnce(std::vector<settings::KnownCharacter> all) {
+    std::ranges::stable_sort(all, {}, &settings::KnownCharacter::key);
+    const auto repeated = std::ranges::unique(all, {}, &settings::KnownCharacter::key);
+    all.erase(repeated.begin(), repeated.end());
+    std::ranges::stable_sort(all, {}, &settings::KnownCharacter::name);
+    return all;
+}
+
+} // namespace
+
 std::vector<settings::KnownCharacter> Server::loadedCharacters() {
     std::vector<settings::KnownCharacter> all;
     for (const auto& weak : clients_) {
@@ -504,11 +534,18 @@ std::vector<settings::KnownCharacter> Server::loadedCharacters() {
             }
         }
     }
-    std::ranges::stable_sort(all, {}, &settings::KnownCharacter::key);
-    const auto repeated = std::ranges::unique(all, {}, &settings::KnownCharacter::key);
-    all.erase(repeated.begin(), repeated.end());
-    std::ranges::stable_sort(all, {}, &settings::KnownCharacter::name);
-    return all;
+    return eachOnce(std::move(all));
+}
+
+std::vector<settings::KnownCharacter> Server::knownCharacters() {
+    std::vector<settings::KnownCharacter> all = loadedCharacters();
+    for (const auto& installed : installed_.all()) {
+        voice::Manner manner;
+        giveVoice(manner, *installed, service_);
+        const acs::LocalizedName* const name = installed->nameFor(manner.language_id);
+        all.push_back({textOf(installed->guid), name ? name->name : std::u16string(), manner.language_id, false});
+    }
+    return eachOnce(std::move(all));
 }
 
 void Server::setSize(int percent) {

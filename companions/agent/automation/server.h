@@ -11,6 +11,7 @@
 
 #include "common/com/caller.h"
 #include "common/com/server.h"
+#include "companions/agent/acs/installed_characters.h"
 #include "companions/agent/acs/reader.h"
 #include "companions/agent/automation/transcript.h"
 #include "companions/agent/settings/listener.h"
@@ -183,9 +184,11 @@ class Server final : public stage::Audience {
     void setSize(int percent);
     void listen();
     voice::Manner mannerOf(const stage::Actor& actor);
+    voice::Manner asListenerWants(voice::Manner manner, const std::u16string& character) const;
     void sayHowItSounds(const settings::KnownCharacter& character);
     std::vector<settings::Tray::OnScreen> charactersOnScreen();
     std::vector<settings::KnownCharacter> loadedCharacters();
+    std::vector<settings::KnownCharacter> knownCharacters(); // and those that are installed
     Owner ownerOf(stage::ActorId actor) const;
     std::vector<Owner> sharersOf(const acs::Guid& character) const;
     void passTo(const acs::Guid& character, stage::ActorId actor);
@@ -206,6 +209,7 @@ class Server final : public stage::Audience {
     std::unique_ptr<stage::Theatre> theatre_;
     stage::Stage stage_;
     settings::Listener listener_;
+    acs::InstalledCharacters installed_;
     settings::Keys keys_{listener_};
     settings::SettingsFrm settings_frm_;
     std::unique_ptr<settings::Tray> tray_; // of a server that stays, or has had a character

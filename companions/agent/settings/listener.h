@@ -38,10 +38,12 @@ struct OwnVoice {
 inline constexpr Bounds own_pitch_bounds{50, 0, 400}, own_speed_bounds{50, 0, 450};
 inline constexpr std::size_t longest_voice = 200; // units of its name
 
-// A character that a program has loaded: what it is known by, its name, and the language that it is asked to speak.
+// A character that is installed, or that a program has loaded: what it is known by, its name, and the language that it
+// is asked to speak.
 struct KnownCharacter {
     std::u16string key, name;
     std::uint16_t language = 0;
+    bool loaded = true;
     bool operator==(const KnownCharacter&) const = default;
 };
 

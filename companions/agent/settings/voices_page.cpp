@@ -82,7 +82,9 @@ const KnownCharacter* VoicesPage::chosen() const {
 void VoicesPage::show() {
     characters_ = sources_.characters();
     if (!chosen()) {
-        key_ = characters_.empty() ? std::u16string() : characters_.front().key;
+        const auto loaded = std::ranges::find(characters_, true, &KnownCharacter::loaded);
+        const auto first = loaded != characters_.end() ? loaded : characters_.begin();
+        key_ = first == characters_.end() ? std::u16string() : first->key;
     }
     std::vector<std::u16string> names;
     std::ranges::transform(characters_, std::back_inserter(names), &KnownCharacter::name);

@@ -14,7 +14,8 @@
 
 namespace agent::settings {
 
-// The page "Voices": how each of the characters that programs have loaded is to sound, and how it does.
+// The page "Voices": how each of the characters that are installed, or that programs have loaded, is to
+// sound, and how it does.
 class VoicesPage : public murmelix::ui::TabPage {
   public:
     struct Sources {
@@ -26,7 +27,7 @@ class VoicesPage : public murmelix::ui::TabPage {
     };
     VoicesPage(murmelix::ui::TabPages& pages, Listener& listener, Sources sources);
     void layOut(int margin, int inside);
-    // With the characters that there are now; the one that was chosen stays so.
+    // With the characters that there are now; the one that was chosen stays so, and at first it is one that is loaded.
     void show();
 
     murmelix::ui::Label CharacterLbl{*this, u"&Character:"};
@@ -42,7 +43,8 @@ class VoicesPage : public murmelix::ui::TabPage {
     murmelix::ui::CheckBox SilencedCheck{*this, u"&Silenced"};
     murmelix::ui::Button ListenButt{*this, u"&Listen"}, ResetButt{*this, u"As &Made"};
     murmelix::ui::Label NobodyLbl{*this,
-                                  u"Here are the characters that programs have on the stage: there are none now."};
+                                  u"Here are the characters that are installed, or that programs have on the stage: "
+                                  u"there are none."};
 
   private:
     const KnownCharacter* chosen() const;

@@ -166,6 +166,13 @@ class Listening(ShellTest):
         self.eventually("a sample", self.sounding)
         self.picture("voices")
         self.wait_for_quiet()
+        # One that is installed and nobody has loaded: it is the last by its name.
+        self.screen.key("alt+c", "End")
+        self.eventually("another character", lambda: "Tremolina" in self.shown_texts())
+        self.screen.key("alt+l")
+        self.eventually("its voice", self.sounding)
+        self.picture("voices-of-another")
+        self.wait_for_quiet()
         before = len(self.heard()[0])
         self.say(NUMBERS)
         self.eventually("its end", lambda: self.spoken(NUMBERS))

@@ -584,6 +584,26 @@ TEST_F(VoicesTest, TheChosenCharacterStaysSoWhereOthersComeAndGo) {
     EXPECT_TRUE(listened.empty());
 }
 
+TEST_F(VoicesTest, BeginWithACharacterThatIsLoaded) {
+    for (KnownCharacter& character : characters) {
+        character.loaded = false;
+    }
+    form->present();
+    EXPECT_EQ(page.CharacterList.ListIndex(), 0) << "any, where none is loaded";
+    form->setVisible(false);
+    characters.clear();
+    form->refresh();
+    form->present();
+    characters = {{u"{4}", u"Ada", 1033, false}, {u"{5}", u"Bob", 1033, true}, {u"{6}", u"Cid", 1033, false}};
+    form->refresh();
+    EXPECT_EQ(page.CharacterList.Text(), u"Bob");
+    fakes::pick(page.CharacterList, 2);
+    form->refresh();
+    EXPECT_EQ(page.CharacterList.Text(), u"Cid") << "what the user chose stays";
+    EXPECT_TRUE(fakes::click(page.ListenButt));
+    EXPECT_THAT(listened, ElementsAre(u"{6}"));
+}
+
 TEST_F(VoicesTest, OneThatIsGoneIsShownAllTheSame) {
     listener->setOwnVoice(u"{1}", {u"Gone", 1036, 0, 0});
     form->present();
