@@ -14,6 +14,10 @@ WINDOW_MANAGER_SETTINGS = """<?xml version="1.0"?>
   <theme><name>Clearlooks</name></theme>
   <desktops><number>1</number></desktops>
   <focus><focusNew>yes</focusNew></focus>
+  <applications>
+    <!-- It comes when the first icon does, and would take the keyboard from whoever is typing then. -->
+    <application title="Wine System Tray"><focus>no</focus></application>
+  </applications>
 </openbox_config>
 """
 
@@ -71,7 +75,7 @@ class Screen:
     def _managed(self):
         if any(process.poll() is not None for process in self._processes):
             raise RuntimeError("the X server or the window manager has ended")
-        return self._x.window_of_root("_NET_SUPPORTING_WM_CHECK")
+        return self._x.window_of_root("_NET_SUPPORTING_WM_CHECK") and self._x.shows_new_windows()
 
     @property
     def _x(self):

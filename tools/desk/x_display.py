@@ -4,6 +4,7 @@ question costs more than all else that the waiting does."""
 import ctypes
 import re
 import threading
+import time
 
 _VIEWABLE = 2  # XWindowAttributes.map_state
 _ANY_TYPE = 0  # AnyPropertyType
@@ -52,7 +53,9 @@ def _library():
     x11.XDrawPoint.argtypes = [pointer, ctypes.c_ulong, pointer, ctypes.c_int, ctypes.c_int]
     x11.XSetWindowBackgroundPixmap.argtypes = [pointer, window, ctypes.c_ulong]
     x11.XSetIOErrorExitHandler.argtypes = [pointer, _OnEnd, pointer]
-    for name in ("XFreePixmap", "XClearWindow"):
+    x11.XCreateSimpleWindow.argtypes = [pointer, window] + [ctypes.c_int] * 2 + [ctypes.c_uint] * 3 + [ctypes.c_ulong] * 2
+    x11.XCreateSimpleWindow.restype = window
+    for name in ("XFreePixmap", "XClearWindow", "XMapWindow", "XDestroyWindow"):
         getattr(x11, name).argtypes = [pointer, ctypes.c_ulong]
     x11.XFreeGC.argtypes = [pointer, pointer]
     for name in ("XFree", "XCloseDisplay"):
@@ -94,6 +97,21 @@ class XDisplay:
         with self._lock:
             values = self._property(self._root, property_name) if self._display else None
         return int.from_bytes(values[:8], "little") or None if values else None
+
+    def shows_new_windows(self, seconds=0.2):
+        """Whether a window manager shows a window of ours within so many seconds. One that has only just begun says that
+        it is there before it is: a window that comes in between is never shown."""
+        with self._lock:
+            window = self._x11.XCreateSimpleWindow(self._display, self._root, 0, 0, 1, 1, 0, 0, 0)
+            self._x11.XMapWindow(self._display, window)
+            deadline = time.monotonic() + seconds
+            shown = False
+            while not shown and time.monotonic() < deadline:
+                shown = self._property(window, "WM_STATE") is not None
+                time.sleep(0.005)
+            self._x11.XDestroyWindow(self._display, window)
+            self._x11.XSync(self._display, 0)
+            return shown
 
     def paint(self, height, top, bottom):
         """Colours the screen's background, from one colour (red, green, blue) at the top to another at the bottom."""

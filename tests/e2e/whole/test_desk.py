@@ -4,7 +4,9 @@ import subprocess
 import threading
 import unittest
 
+import soak
 from case import Screen, main, wait_for
+from long_reading import Use
 
 
 class Desk(unittest.TestCase):
@@ -72,6 +74,40 @@ class Desk(unittest.TestCase):
                     if passing.is_alive():
                         passing.join()
                 end_lasting()
+
+
+class Soak(unittest.TestCase):
+    """What a long reading may have grown by."""
+
+    FIRST = {"memory": 40.0, "handles": 100, "graphics": 200, "windows": 50}
+
+    def judged(self, program, text_mb=0.0, **grown):
+        first, last = Use(**self.FIRST), Use(**{what: value + grown.get(what, 0) for what, value in self.FIRST.items()})
+        lines, too_much = soak.judged({program: first}, {program: last}, text_mb)
+        self.assertEqual([line for line in lines if line.endswith(" GROWN")], [line for line in lines if "GROWN" in line])
+        self.assertEqual(len(lines), 4)
+        return too_much
+
+    def test_what_is_level_is_good(self):
+        self.assertEqual(self.judged("Murmelix.exe"), [])
+        self.assertEqual(self.judged("Murmelix.exe", memory=4, handles=12, graphics=20, windows=6), [])
+
+    def test_each_thing_that_grows_is_told(self):
+        for what, amount in {"memory": 4.1, "handles": 13, "graphics": 21, "windows": 7}.items():
+            with self.subTest(what):
+                self.assertEqual(self.judged("Murmelix.exe", **{what: amount}), [f"Murmelix.exe {what}"])
+
+    def test_pictures_of_the_character_server_and_copies_of_the_text_are_no_growth(self):
+        self.assertEqual(self.judged("AgentServer.exe", memory=10), [])
+        self.assertEqual(self.judged("AgentServer.exe", memory=10.1), ["AgentServer.exe memory"])
+        self.assertEqual(self.judged("MessengerClient.exe", text_mb=2.0, memory=20), [])
+        self.assertEqual(self.judged("MessengerClient.exe", text_mb=2.0, memory=20.1), ["MessengerClient.exe memory"])
+
+    def test_what_a_system_does_not_tell_is_not_judged(self):
+        use = Use(**dict(self.FIRST, windows=None))
+        lines, too_much = soak.judged({"Murmelix.exe": use}, {"Murmelix.exe": use}, 0)
+        self.assertEqual(too_much, [])
+        self.assertIn("   Murmelix.exe windows: this system does not tell", lines)
 
 
 if __name__ == "__main__":
