@@ -64,7 +64,9 @@ class Queue {
     // What waits is judged again: it stays with the text that it is given then, or is passed over.
     void judgeAgain(const std::function<Judgement(const Line& line)>& judge);
 
-    // The line that will be read next. From now on it is not passed over for a newer one.
+    // The line that would be read next, null where none waits.
+    const Waiting* first() const { return waiting_.empty() ? nullptr : &waiting_.begin()->second.waiting; }
+    // The same, which will be read next. From now on it is not passed over for a newer one.
     const Waiting* upcoming();
     // The line to be read now.
     std::optional<Waiting> next(long long now);

@@ -60,12 +60,21 @@ std::optional<long long> Reader::dueAt() const {
     if (!changes_.empty()) {
         return 0;
     }
-    const auto due = queue_.dueAt();
+    const auto due = seatDueAt();
     return due ? std::optional(std::max(*due, settled_at_)) : due;
 }
 
-std::optional<Reading> Reader::next(long long now) {
+std::optional<long long> Reader::seatDueAt() const {
     const auto due = queue_.dueAt();
+    if (!due) {
+        return due;
+    }
+    const Line& line = queue_.first()->line;
+    return *due - (!line.mine && seats_.changesUnheard(line.person) ? coming : 0);
+}
+
+std::optional<Reading> Reader::next(long long now) {
+    const auto due = seatDueAt();
     if (due && *due <= now) {
         const Queue::Waiting* upcoming = queue_.upcoming();
         if (!upcoming->line.mine) {

@@ -29,6 +29,9 @@ class Reader {
   public:
     // Milliseconds between a change of seats and the line that it is for: a character is loaded meanwhile.
     static constexpr long long settling = 400;
+    // How long before its line such a change is told, in milliseconds, where others speak meanwhile: a character takes
+    // two to five seconds to come.
+    static constexpr long long coming = 4'000;
 
     explicit Reader(Rules rules = {}, Surroundings surroundings = {});
 
@@ -58,6 +61,8 @@ class Reader {
 
   private:
     void forgetPassedOver();
+    // When a seat is to change for the line that is next, or that line to be read.
+    std::optional<long long> seatDueAt() const;
 
     Rules rules_;
     Surroundings surroundings_;

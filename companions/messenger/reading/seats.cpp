@@ -156,6 +156,21 @@ const Seat& Seats::take(std::u16string_view person, std::u16string_view name, Se
     return seats_[index].seat;
 }
 
+bool Seats::changesUnheard(std::u16string_view person) const {
+    if (of(person)) {
+        return false;
+    }
+    const bool shared = of(rest_person) != nullptr;
+    if (seats_.size() - (shared ? 1 : 0) < ownSeats()) {
+        return true;
+    }
+    const std::size_t other = silentLongest();
+    if (other == seats_.size() || (rest_shares_ && !isListed(pinned_, person))) {
+        return !shared;
+    }
+    return std::ranges::count_if(seats_, [&](const Place& place) { return place.spoke > seats_[other].spoke; }) >= 2;
+}
+
 void Seats::left(std::u16string_view person, SeatChanges& changes) {
     const std::size_t index = find(person);
     if (index < seats_.size() && person != rest_person) {

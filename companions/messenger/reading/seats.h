@@ -48,6 +48,10 @@ class Seats {
     void renamed(std::u16string_view person, std::u16string_view name, SeatChanges& changes);
     void clear(SeatChanges& changes);
 
+    // Whether a seat changes for the person's line that can change while others speak: it is no seat of the two who
+    // have spoken last.
+    bool changesUnheard(std::u16string_view person) const;
+
     // Null where the person has none of their own.
     const Seat* of(std::u16string_view person) const;
     // The longest name first, so that no name that another one begins with comes before it; else as they came.

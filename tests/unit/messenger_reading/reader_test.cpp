@@ -74,6 +74,64 @@ TEST_F(ReaderTest, SeatsAreToldBeforeTheLine) {
     EXPECT_EQ(reader.dueAt(), std::nullopt);
 }
 
+// "ann" is being spoken for ten seconds, of 170 units, and then comes the pause.
+struct ComingTest : ReaderTest {
+    ComingTest() {
+        const std::u16string text =
+            u"a line of the usual words that takes whoever has to speak it a while, and so long that "
+            u"there is time for somebody else to come on the stage and to look round before that.";
+        EXPECT_EQ(text.size(), 170u);
+        reader.arrived(line(1, u"ann", text), 1'000);
+        EXPECT_EQ(told(1'000).size(), 2u);
+    }
+    static constexpr long long over = 1'000 + 10'000 + 900;
+};
+
+TEST_F(ComingTest, ACharacterComesWhileAnotherSpeaks) {
+    reader.arrived(line(2, u"bob", u"hello"), 2'000);
+    EXPECT_EQ(reader.dueAt(), over - 4'000);
+    EXPECT_FALSE(reader.next(over - 4'001));
+    const auto coming = reader.next(over - 4'000);
+    ASSERT_TRUE(coming);
+    EXPECT_EQ(coming->seats, (SeatChanges{{SeatChange::Kind::added, {u"bob@net", u"bob"}}}));
+    EXPECT_FALSE(coming->has_line);
+    EXPECT_EQ(reader.dueAt(), over);
+    EXPECT_FALSE(reader.next(over - 1));
+    ASSERT_TRUE(reader.next(over));
+}
+
+TEST_F(ComingTest, OneThatCameInVainLeavesTheTurnToTheNext) {
+    reader.arrived(line(2, u"bob", u"hello"), 2'000);
+    EXPECT_THAT(told(over - 2'000), ElementsAre("+bob"));
+    reader.deleted(u"id2");
+    reader.arrived(line(3, u"cid", u"hi"), over - 1'000);
+    EXPECT_THAT(told(over + 399), ElementsAre("+cid", "cid> hi"));
+}
+
+TEST_F(ComingTest, WhoWaitsMayStillBePassedOverUntilThen) {
+    reader.arrived(line(2, u"bob", u"hello"), 2'000);
+    EXPECT_FALSE(reader.next(3'000));
+    reader.deleted(u"id2");
+    EXPECT_EQ(reader.dueAt(), std::nullopt);
+}
+
+TEST_F(ComingTest, TheUserNeedsNoCharacter) {
+    Line mine = line(2, u"me", u"hello");
+    mine.mine = true;
+    reader.arrived(mine, 2'000);
+    EXPECT_EQ(reader.dueAt(), over);
+}
+
+TEST_F(ComingTest, NoneIsTakenFromThoseWhoMayBeSpeaking) {
+    rules.seats = 2;
+    reader.setRules(rules);
+    reader.seat(u"bob@net", u"bob");
+    EXPECT_THAT(told(5'000), ElementsAre("+bob"));
+    reader.arrived(line(2, u"cid", u"hello"), 6'000);
+    EXPECT_EQ(reader.dueAt(), over) << "ann speaks, and bob may have to";
+    EXPECT_THAT(told(over + 400), ElementsAre("-ann", "+cid", "cid> hello"));
+}
+
 TEST_F(ReaderTest, WhoHasASeatIsReadAtOnce) {
     reader.seat(u"ann@net", u"ann");
     EXPECT_THAT(told(0), ElementsAre("+ann"));
@@ -96,7 +154,7 @@ TEST_F(ReaderTest, LinesOfTheDeletedAreNotTold) {
     reader.arrived(line(2, u"bob", u"two"), 0);
     reader.arrived(line(3, u"cid", u"three"), 0);
     reader.deletedOf(u"ann@net");
-    EXPECT_THAT(told(1'000), ElementsAre("+bob", "bob> two"));
+    EXPECT_THAT(told(1'000), ElementsAre("+bob", "bob> two", "+cid"));
     reader.deletedAll();
     EXPECT_THAT(told(100'000), IsEmpty());
 }

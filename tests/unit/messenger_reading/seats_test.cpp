@@ -133,6 +133,33 @@ TEST_F(SeatsTest, AllCanShareOneSeat) {
     EXPECT_EQ(write(u"bob"), "Everyone else");
 }
 
+TEST_F(SeatsTest, SomeChangesAreUnheard) {
+    arrange(3, false);
+    EXPECT_TRUE(seats.changesUnheard(u"ann@net")) << "a free one is taken";
+    write(u"ann");
+    EXPECT_FALSE(seats.changesUnheard(u"ann@net")) << "nothing changes";
+    write(u"bob");
+    EXPECT_TRUE(seats.changesUnheard(u"cid@net"));
+    write(u"cid");
+    EXPECT_TRUE(seats.changesUnheard(u"dan@net")) << "ann's: bob and cid have spoken since";
+    arrange(3, false, {u"ann"});
+    EXPECT_FALSE(seats.changesUnheard(u"dan@net")) << "bob's, who may be speaking still";
+    arrange(2, false);
+    told();
+    EXPECT_FALSE(seats.changesUnheard(u"dan@net"));
+    EXPECT_EQ(order().size(), 2u) << "asking changes nothing";
+}
+
+TEST_F(SeatsTest, TheSharedSeatComesUnheard) {
+    arrange(2, true);
+    write(u"ann");
+    EXPECT_TRUE(seats.changesUnheard(u"bob@net")) << "it is not there yet";
+    write(u"bob");
+    EXPECT_FALSE(seats.changesUnheard(u"cid@net")) << "it is";
+    arrange(2, true, {u"cid"});
+    EXPECT_FALSE(seats.changesUnheard(u"cid@net")) << "a pinned one would take ann's, who may be speaking";
+}
+
 TEST_F(SeatsTest, WhoLeavesFreesTheSeat) {
     arrange(2, false);
     write(u"ann");
