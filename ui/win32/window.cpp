@@ -201,13 +201,7 @@ ControlWindow::ControlWindow(Control& control, const Making& making, HWND parent
 ControlWindow::ControlWindow(Control& control, HWND hwnd) : control_(control), hwnd_(hwnd) {}
 
 ControlWindow::~ControlWindow() {
-    if (system_) {
-        subclass(hwnd_, nullptr, system_);
-    }
-    if (field_) {
-        subclass(field_, nullptr, field_system_);
-    }
-    DestroyWindow(hwnd_);
+    DestroyWindow(hwnd_); // which tells its procedure, and that this object, of its end
 }
 
 void ControlWindow::move(const Rect& pixels) {
