@@ -8,6 +8,7 @@
 
 #include <windows.h>
 
+#include "companions/agent/voice/win32/inheritance.h"
 #include "tests/windows/voice/limits.h"
 
 namespace agent::voice {
@@ -94,6 +95,27 @@ TEST_F(LastingShellTest, OneThatEndsIsStartedAnew) {
     EXPECT_NE(second, first);
 }
 
+// A file of the system below Wine, as Windows names it.
+std::wstring windowsName(const std::string& path) {
+    std::wstring name = L"\\\\?\\unix" + std::wstring(path.begin(), path.end());
+    std::replace(name.begin(), name.end(), L'/', L'\\');
+    return name;
+}
+
+// What bash reads before anything else ends the first one, as a busy system may.
+TEST_F(LastingShellTest, OneThatNeverBeganIsStartedAnew) {
+    const std::string script =
+        "/tmp/murmelix-begin-" + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(GetTickCount64());
+    const std::wstring name = windowsName(script);
+    const Handle file(CreateFileW(name.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
+    const std::string once = "rm -f " + script + "; exit 1\n";
+    ASSERT_TRUE(fill(file, once));
+    SetEnvironmentVariableW(L"BASH_ENV", std::wstring(script.begin(), script.end()).c_str());
+    EXPECT_EQ(output("copy", "text"), "textend");
+    SetEnvironmentVariableW(L"BASH_ENV", nullptr);
+    EXPECT_EQ(GetFileAttributesW(name.c_str()), INVALID_FILE_ATTRIBUTES) << "one has begun and ended";
+}
+
 TEST_F(LastingShellTest, OneThatHangsIsStartedAnew) {
     const std::string first = output("shell");
     EXPECT_FALSE(run("hang", "text", milliseconds(300)));
@@ -101,13 +123,6 @@ TEST_F(LastingShellTest, OneThatHangsIsStartedAnew) {
     const std::string second = output("shell");
     EXPECT_FALSE(second.empty());
     EXPECT_NE(second, first);
-}
-
-// A file of the system below Wine, as Windows names it.
-std::wstring windowsName(const std::string& path) {
-    std::wstring name = L"\\\\?\\unix" + std::wstring(path.begin(), path.end());
-    std::replace(name.begin(), name.end(), L'/', L'\\');
-    return name;
 }
 
 // What was stopped is waited for by the next run, and is no part of what that gets.

@@ -4,6 +4,7 @@
 #include <charconv>
 #include <random>
 #include <utility>
+#include <vector>
 
 #include <winsock2.h>
 
@@ -15,9 +16,11 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr long shell_poll_ms = 20;          // how often a stop is looked for
-constexpr std::chrono::seconds greeting{2}; // who connects says who it is within this time
-constexpr std::size_t longest_line = 64;    // of what a shell says
+constexpr long shell_poll_ms = 20;       // how often a stop is looked for
+constexpr std::size_t longest_line = 64; // of what a shell says
+// A shell that has not been heard of for so long is started once more, and again after twice that time.
+constexpr std::chrono::seconds first_patience{5};
+constexpr std::size_t most_callers = 16; // who have connected and not said yet who they are; the first is given up
 
 class Winsock {
   public:
@@ -76,6 +79,64 @@ bool isReady(const Socket& socket) {
     return select(0, &readable, nullptr, nullptr, &moment) > 0;
 }
 
+// Adds to what has been said by the other end what there is of it by now; false when that end is closed.
+bool takeFrom(const Socket& socket, std::string& said) {
+    std::array<char, longest_line> block{};
+    const int got = recv(socket.get(), block.data(), static_cast<int>(block.size()), 0);
+    if (got <= 0) {
+        return got < 0 && WSAGetLastError() == WSAEWOULDBLOCK;
+    }
+    said.append(block.data(), static_cast<std::size_t>(got));
+    return true;
+}
+
+// Those who have connected. Any program may; the one that is meant says so.
+class Callers {
+  public:
+    explicit Callers(std::string token) : greeting_(std::move(token) + "\n") {}
+
+    // The one that has said the token; takes in who has connected within a moment.
+    std::optional<Socket> look(const Socket& listener) {
+        fd_set readable{};
+        FD_SET(listener.get(), &readable);
+        for (const Caller& caller : callers_) {
+            FD_SET(caller.socket.get(), &readable);
+        }
+        timeval moment{0, shell_poll_ms * 1000};
+        if (select(0, &readable, nullptr, nullptr, &moment) <= 0) {
+            return std::nullopt;
+        }
+        if (FD_ISSET(listener.get(), &readable)) {
+            Socket socket(accept(listener.get(), nullptr, nullptr));
+            u_long at_once = 1;
+            if (socket && ioctlsocket(socket.get(), static_cast<long>(FIONBIO), &at_once) == 0) {
+                callers_.push_back({std::move(socket), {}});
+            }
+            if (callers_.size() > most_callers) {
+                callers_.erase(callers_.begin());
+            }
+        }
+        std::optional<Socket> meant;
+        std::erase_if(callers_, [&](Caller& caller) {
+            const bool open = takeFrom(caller.socket, caller.said);
+            if (!meant && caller.said == greeting_) {
+                meant = std::move(caller.socket);
+                return true;
+            }
+            return !open || !greeting_.starts_with(caller.said);
+        });
+        return meant;
+    }
+
+  private:
+    struct Caller {
+        Socket socket;
+        std::string said;
+    };
+    std::string greeting_;
+    std::vector<Caller> callers_;
+};
+
 std::string unguessable() {
     std::random_device random;
     std::string token;
@@ -114,31 +175,27 @@ class LastingShell::Session {
             getsockname(listener.get(), reinterpret_cast<sockaddr*>(&address), &size) != 0) {
             return false;
         }
-        // Any program may connect. The shell alone reads in the file what it has to say.
+        // The shell alone reads in the file what it has to say.
         const std::string token = unguessable();
-        if (!fill(file_, std::to_string(ntohs(address.sin_port)) + "\n" + token + "\n")) {
-            return false;
-        }
-        std::wstring line =
+        const std::wstring line =
             L"\"\\\\?\\unix\\usr\\bin\\env\" bash -c \""
             L"read -r port && read -r token && exec 3<>/dev/tcp/127.0.0.1/$port && echo $token >&3 || exit; "
             L"set -f; while IFS= read -r arguments <&3; do " +
             command + L"; echo $? >&3; done\"";
-        const Handle nowhere(
-            CreateFileW(L"NUL", GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr));
-        const Handle process(startProgram(line, file_.get(), nowhere.get()));
-        while (!bounds.passed()) {
-            if (!isReady(listener)) {
-                continue;
+        Callers callers(token);
+        Clock::time_point next_start = Clock::now();
+        for (auto patience = first_patience; !bounds.passed();) {
+            if (Clock::now() >= next_start) {
+                next_start = Clock::now() + std::exchange(patience, 2 * patience);
+                if (!fill(file_, std::to_string(ntohs(address.sin_port)) + "\n" + token + "\n")) {
+                    return false;
+                }
+                startShell(line);
             }
-            connection_ = Socket(accept(listener.get(), nullptr, nullptr));
-            const Bounds soon{std::min(bounds.deadline, Clock::now() + greeting), bounds.stop};
-            u_long at_once = 1;
-            if (connection_ && ioctlsocket(connection_.get(), static_cast<long>(FIONBIO), &at_once) == 0 &&
-                answer(soon, error) == token) {
+            if (auto shell = callers.look(listener)) {
+                connection_ = std::move(*shell);
                 return true;
             }
-            connection_.close();
         }
         error = bounds.stop.stop_requested() ? "stopped" : "the program cannot be started";
         return false;
@@ -191,13 +248,13 @@ class LastingShell::Session {
         if (!isReady(connection_)) {
             return true;
         }
-        std::array<char, longest_line> block{};
-        const int got = recv(connection_.get(), block.data(), static_cast<int>(block.size()), 0);
-        if (got <= 0) {
-            return got < 0 && WSAGetLastError() == WSAEWOULDBLOCK;
-        }
-        said_.append(block.data(), static_cast<std::size_t>(got));
-        return true;
+        return takeFrom(connection_, said_);
+    }
+
+    void startShell(std::wstring line) const {
+        const Handle nowhere(
+            CreateFileW(L"NUL", GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr));
+        const Handle process(startProgram(line, file_.get(), nowhere.get()));
     }
 
     Winsock winsock_;
