@@ -311,6 +311,7 @@ void Actor::hideBalloon() {
 }
 
 void Actor::showBalloon() {
+    balloon_goes_ = false; // one that is about to go stays, too
     if (balloon_open_ || !visible_ || last_words_.empty() || !(balloon_style & balloon_on)) {
         return;
     }

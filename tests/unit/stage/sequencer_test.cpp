@@ -908,6 +908,23 @@ TEST(UserHides, BreaksEverythingOff) {
     r.pass(1000);
 }
 
+TEST(Balloon, IsShownOnWhereItWasAboutToGo) {
+    Rehearsal r;
+    Actor& a = r.onStage("a");
+    const auto speak = r.speak(a, u"one");
+    while (speak->status != Status::complete) {
+        r.pass(10);
+    }
+    r.pass(1000);
+    ASSERT_TRUE(a.balloonOpen()) << "it goes one and a half seconds after its words";
+    a.showBalloon();
+    r.pass(10000);
+    EXPECT_TRUE(a.balloonOpen());
+    r.speak(a, u"two");
+    r.pass(10000);
+    EXPECT_FALSE(a.balloonOpen()) << "with other words it goes as ever";
+}
+
 TEST(Balloon, IsShownAgainWithItsLastWords) {
     Rehearsal r;
     Actor& a = r.onStage("a");

@@ -90,6 +90,8 @@ Process::Process(const std::u16string& command_line) {
         CloseHandle(made.hThread);
         process_ = made.hProcess;
         id_ = made.dwProcessId;
+    } else {
+        ADD_FAILURE() << toUtf8(command_line) << " does not start: error " << GetLastError();
     }
 }
 
