@@ -4,7 +4,6 @@
 #include <string>
 #include <system_error>
 
-#include "common/text.h"
 #include "companions/agent/acs/reader.h"
 
 namespace agent::acs {
@@ -12,20 +11,6 @@ namespace agent::acs {
 namespace fs = std::filesystem;
 
 namespace {
-
-std::vector<fs::path> characterFilesIn(const fs::path& directory) {
-    std::vector<fs::path> files;
-    std::error_code fault;
-    for (fs::directory_iterator entry(directory, fault), end; !fault && entry != end; entry.increment(fault)) {
-        std::error_code unknown;
-        if (murmelix::sameText(entry->path().extension().u16string(), u".acs", murmelix::LetterCase::ignored) &&
-            entry->is_regular_file(unknown)) {
-            files.push_back(entry->path());
-        }
-    }
-    std::ranges::sort(files);
-    return files;
-}
 
 std::shared_ptr<const Character> characterIn(const fs::path& file) {
     std::string why;
@@ -41,8 +26,7 @@ std::shared_ptr<const Character> characterIn(const fs::path& file) {
 
 } // namespace
 
-std::vector<std::shared_ptr<const Character>> InstalledCharacters::all() {
-    std::vector<fs::path> files = characterFilesIn(directory_);
+std::vector<std::shared_ptr<const Character>> InstalledCharacters::all(std::vector<fs::path> files) {
     files.resize(std::min(files.size(), most_installed));
     std::map<fs::path, Read> now;
     std::vector<std::shared_ptr<const Character>> usable;

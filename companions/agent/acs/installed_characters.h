@@ -10,17 +10,15 @@
 
 namespace agent::acs {
 
-// The character files of a directory. Each is read when it is first asked for, and again where it has changed.
+// The character files that are installed. Each is read when it is first asked for, and again where it has changed.
 class InstalledCharacters {
   public:
-    // Files that are looked at, the first by their names: opening more would be noticed.
+    // Files that are looked at, the first: opening more would be noticed.
     static constexpr std::size_t most_installed = 200;
 
-    explicit InstalledCharacters(std::filesystem::path directory) : directory_(std::move(directory)) {}
-
-    // Without animations, pictures and sounds, in the order of the files' names. What is no character file that can be
-    // used is left out; so is everything where there is no such directory.
-    std::vector<std::shared_ptr<const Character>> all();
+    // Those of the files, in their order, without animations, pictures and sounds. What is no character file that can
+    // be used is left out.
+    std::vector<std::shared_ptr<const Character>> all(std::vector<std::filesystem::path> files);
 
   private:
     struct Read {
@@ -29,7 +27,6 @@ class InstalledCharacters {
         std::shared_ptr<const Character> character; // null: it cannot be used
     };
 
-    std::filesystem::path directory_;
     std::map<std::filesystem::path, Read> read_;
 };
 

@@ -15,6 +15,7 @@
 #include "companions/agent/settings/settings_store.h"
 #include "companions/agent/stage/windows/popup_menu.h"
 #include "companions/agent/stage/windows/system.h"
+#include "platform/files.h"
 #include "ui/screen.h"
 
 namespace agent::automation {
@@ -297,7 +298,6 @@ Server::Server(const Options& options)
              [random = std::mt19937(std::random_device()())](int below) mutable {
                  return std::uniform_int_distribution<int>(0, below - 1)(random);
              }),
-      installed_(std::filesystem::path(charactersDirectory())),
       settings_frm_(listener_, keys_,
                     [this] {
                         return settings::SettingsFrm::Facts{service_.available(), stage_.keepsOnScreen(), size_};
@@ -475,22 +475,26 @@ voice::Manner Server::asListenerWants(voice::Manner manner, const std::u16string
     return manner;
 }
 
-// At once, over what others say. Each time anew: what is under way is broken off.
-void Server::sayHowItSounds(const settings::KnownCharacter& character) {
-    std::optional<voice::Manner> manner;
+std::optional<voice::Manner> Server::mannerOf(const settings::KnownCharacter& character) {
     for (const stage::Actor* actor : stage_.actors()) {
         const Owner owner = ownerOf(actor->id());
-        if (!manner && owner.loaded && textOf(owner.loaded->file->character().guid) == character.key) {
-            manner = mannerOf(*actor);
+        if (owner.loaded && textOf(owner.loaded->file->character().guid) == character.key) {
+            return mannerOf(*actor);
         }
     }
-    for (const auto& installed : installed_.all()) {
-        if (!manner && textOf(installed->guid) == character.key) {
-            manner.emplace();
-            giveVoice(*manner, *installed, service_);
-            manner = asListenerWants(*manner, character.key);
+    for (const auto& installed : installedCharacters()) {
+        if (textOf(installed->guid) == character.key) {
+            voice::Manner manner;
+            giveVoice(manner, *installed, service_);
+            return asListenerWants(manner, character.key);
         }
     }
+    return std::nullopt;
+}
+
+// At once, over what others say. Each time anew: what is under way is broken off.
+void Server::sayHowItSounds(const settings::KnownCharacter& character) {
+    std::optional<voice::Manner> manner = mannerOf(character);
     if (!manner || stage_.paused()) {
         murmelix::ui::beep();
         return;
@@ -537,9 +541,18 @@ std::vector<settings::KnownCharacter> Server::loadedCharacters() {
     return eachOnce(std::move(all));
 }
 
+std::vector<std::shared_ptr<const acs::Character>> Server::installedCharacters() {
+    const std::u16string directory = charactersDirectory();
+    std::vector<std::filesystem::path> files;
+    for (const std::u16string& name : murmelix::platform::filesIn(directory, u".acs")) {
+        files.emplace_back(directory + u"\\" + name);
+    }
+    return installed_.all(std::move(files));
+}
+
 std::vector<settings::KnownCharacter> Server::knownCharacters() {
     std::vector<settings::KnownCharacter> all = loadedCharacters();
-    for (const auto& installed : installed_.all()) {
+    for (const auto& installed : installedCharacters()) {
         voice::Manner manner;
         giveVoice(manner, *installed, service_);
         const acs::LocalizedName* const name = installed->nameFor(manner.language_id);

@@ -184,10 +184,12 @@ class Server final : public stage::Audience {
     void setSize(int percent);
     void listen();
     voice::Manner mannerOf(const stage::Actor& actor);
+    std::optional<voice::Manner> mannerOf(const settings::KnownCharacter& character);
     voice::Manner asListenerWants(voice::Manner manner, const std::u16string& character) const;
     void sayHowItSounds(const settings::KnownCharacter& character);
     std::vector<settings::Tray::OnScreen> charactersOnScreen();
     std::vector<settings::KnownCharacter> loadedCharacters();
+    std::vector<std::shared_ptr<const acs::Character>> installedCharacters();
     std::vector<settings::KnownCharacter> knownCharacters(); // and those that are installed
     Owner ownerOf(stage::ActorId actor) const;
     std::vector<Owner> sharersOf(const acs::Guid& character) const;
