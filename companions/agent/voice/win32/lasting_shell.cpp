@@ -1,10 +1,10 @@
 #include "companions/agent/voice/win32/lasting_shell.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <random>
 #include <utility>
-#include <vector>
 
 #include <winsock2.h>
 
@@ -16,11 +16,12 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr long shell_poll_ms = 20;       // how often a stop is looked for
-constexpr std::size_t longest_line = 64; // of what a shell says
-// A shell that has not been heard of for so long is started once more, and again after twice that time.
+constexpr long shell_poll_ms = 20;          // how often a stop is looked for
+constexpr std::chrono::seconds greeting{2}; // who connects says who it is within this time
+constexpr std::size_t longest_line = 64;    // of what a shell says
+// A shell that has not been heard of for so long is given up for a new one, which is given twice the time. Each has a
+// file of its own: one that comes late would read there what is said to another.
 constexpr std::chrono::seconds first_patience{5};
-constexpr std::size_t most_callers = 16; // who have connected and not said yet who they are; the first is given up
 
 class Winsock {
   public:
@@ -79,64 +80,6 @@ bool isReady(const Socket& socket) {
     return select(0, &readable, nullptr, nullptr, &moment) > 0;
 }
 
-// Adds to what has been said by the other end what there is of it by now; false when that end is closed.
-bool takeFrom(const Socket& socket, std::string& said) {
-    std::array<char, longest_line> block{};
-    const int got = recv(socket.get(), block.data(), static_cast<int>(block.size()), 0);
-    if (got <= 0) {
-        return got < 0 && WSAGetLastError() == WSAEWOULDBLOCK;
-    }
-    said.append(block.data(), static_cast<std::size_t>(got));
-    return true;
-}
-
-// Those who have connected. Any program may; the one that is meant says so.
-class Callers {
-  public:
-    explicit Callers(std::string token) : greeting_(std::move(token) + "\n") {}
-
-    // The one that has said the token; takes in who has connected within a moment.
-    std::optional<Socket> look(const Socket& listener) {
-        fd_set readable{};
-        FD_SET(listener.get(), &readable);
-        for (const Caller& caller : callers_) {
-            FD_SET(caller.socket.get(), &readable);
-        }
-        timeval moment{0, shell_poll_ms * 1000};
-        if (select(0, &readable, nullptr, nullptr, &moment) <= 0) {
-            return std::nullopt;
-        }
-        if (FD_ISSET(listener.get(), &readable)) {
-            Socket socket(accept(listener.get(), nullptr, nullptr));
-            u_long at_once = 1;
-            if (socket && ioctlsocket(socket.get(), static_cast<long>(FIONBIO), &at_once) == 0) {
-                callers_.push_back({std::move(socket), {}});
-            }
-            if (callers_.size() > most_callers) {
-                callers_.erase(callers_.begin());
-            }
-        }
-        std::optional<Socket> meant;
-        std::erase_if(callers_, [&](Caller& caller) {
-            const bool open = takeFrom(caller.socket, caller.said);
-            if (!meant && caller.said == greeting_) {
-                meant = std::move(caller.socket);
-                return true;
-            }
-            return !open || !greeting_.starts_with(caller.said);
-        });
-        return meant;
-    }
-
-  private:
-    struct Caller {
-        Socket socket;
-        std::string said;
-    };
-    std::string greeting_;
-    std::vector<Caller> callers_;
-};
-
 std::string unguessable() {
     std::random_device random;
     std::string token;
@@ -175,27 +118,31 @@ class LastingShell::Session {
             getsockname(listener.get(), reinterpret_cast<sockaddr*>(&address), &size) != 0) {
             return false;
         }
-        // The shell alone reads in the file what it has to say.
+        // Any program may connect. The shell alone reads in the file what it has to say.
         const std::string token = unguessable();
-        const std::wstring line =
+        if (!fill(file_, std::to_string(ntohs(address.sin_port)) + "\n" + token + "\n")) {
+            return false;
+        }
+        std::wstring line =
             L"\"\\\\?\\unix\\usr\\bin\\env\" bash -c \""
             L"read -r port && read -r token && exec 3<>/dev/tcp/127.0.0.1/$port && echo $token >&3 || exit; "
             L"set -f; while IFS= read -r arguments <&3; do " +
             command + L"; echo $? >&3; done\"";
-        Callers callers(token);
-        Clock::time_point next_start = Clock::now();
-        for (auto patience = first_patience; !bounds.passed();) {
-            if (Clock::now() >= next_start) {
-                next_start = Clock::now() + std::exchange(patience, 2 * patience);
-                if (!fill(file_, std::to_string(ntohs(address.sin_port)) + "\n" + token + "\n")) {
-                    return false;
-                }
-                startShell(line);
+        const Handle nowhere(
+            CreateFileW(L"NUL", GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr));
+        const Handle process(startProgram(line, file_.get(), nowhere.get()));
+        while (!bounds.passed()) {
+            if (!isReady(listener)) {
+                continue;
             }
-            if (auto shell = callers.look(listener)) {
-                connection_ = std::move(*shell);
+            connection_ = Socket(accept(listener.get(), nullptr, nullptr));
+            const Bounds soon{std::min(bounds.deadline, Clock::now() + greeting), bounds.stop};
+            u_long at_once = 1;
+            if (connection_ && ioctlsocket(connection_.get(), static_cast<long>(FIONBIO), &at_once) == 0 &&
+                answer(soon, error) == token) {
                 return true;
             }
+            connection_.close();
         }
         error = bounds.stop.stop_requested() ? "stopped" : "the program cannot be started";
         return false;
@@ -248,13 +195,13 @@ class LastingShell::Session {
         if (!isReady(connection_)) {
             return true;
         }
-        return takeFrom(connection_, said_);
-    }
-
-    void startShell(std::wstring line) const {
-        const Handle nowhere(
-            CreateFileW(L"NUL", GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr));
-        const Handle process(startProgram(line, file_.get(), nowhere.get()));
+        std::array<char, longest_line> block{};
+        const int got = recv(connection_.get(), block.data(), static_cast<int>(block.size()), 0);
+        if (got <= 0) {
+            return got < 0 && WSAGetLastError() == WSAEWOULDBLOCK;
+        }
+        said_.append(block.data(), static_cast<std::size_t>(got));
+        return true;
     }
 
     Winsock winsock_;
@@ -268,6 +215,20 @@ class LastingShell::Session {
 LastingShell::LastingShell(std::wstring command) : command_(std::move(command)) {}
 
 LastingShell::~LastingShell() = default;
+
+bool LastingShell::start(const Bounds& bounds, std::string& error) {
+    for (std::chrono::seconds patience = first_patience;; patience *= 2) {
+        const Bounds attempt{std::min(bounds.deadline, Clock::now() + patience), bounds.stop};
+        session_ = std::make_unique<Session>();
+        if (session_->start(command_, attempt, error)) {
+            return true;
+        }
+        session_.reset();
+        if (bounds.passed() || !attempt.passed()) {
+            return false;
+        }
+    }
+}
 
 std::optional<ChildResult> LastingShell::run(const std::vector<std::string>& arguments, std::string_view input,
                                              std::chrono::milliseconds limit, std::size_t most_output,
@@ -288,12 +249,8 @@ std::optional<ChildResult> LastingShell::run(const std::vector<std::string>& arg
     }
     for (;;) {
         const bool fresh = !session_;
-        if (fresh) {
-            session_ = std::make_unique<Session>();
-            if (!session_->start(command_, bounds, error)) {
-                session_.reset();
-                return std::nullopt;
-            }
+        if (fresh && !start(bounds, error)) {
+            return std::nullopt;
         }
         std::optional<std::string> told = std::string();
         if (session_->order(arguments, input)) {

@@ -37,6 +37,9 @@ class LastingShell {
     class Session;
     struct Bounds;
 
+    // False, with the reason in `error`, where no shell begins.
+    bool start(const Bounds& bounds, std::string& error);
+
     std::wstring command_;
     std::unique_ptr<Session> session_;
 };
