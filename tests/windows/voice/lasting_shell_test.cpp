@@ -102,6 +102,22 @@ std::wstring windowsName(const std::string& path) {
     return name;
 }
 
+// Leaves a value all over the part of the stack that the next call uses.
+[[gnu::noinline]] void leaveOnTheStack(HANDLE value) {
+    HANDLE volatile below[4096];
+    for (HANDLE volatile& slot : below) {
+        slot = value;
+    }
+}
+
+TEST_F(LastingShellTest, ItsStartClosesNothingElse) {
+    const Handle in(temporaryFile()), out(temporaryFile()), other(CreateEventW(nullptr, TRUE, FALSE, nullptr));
+    std::wstring line = L"\"\\\\?\\unix\\usr\\bin\\env\" true";
+    leaveOnTheStack(other.get());
+    EXPECT_EQ(startProgram(line, in.get(), out.get()), nullptr);
+    EXPECT_TRUE(SetEvent(other.get())) << "the event was closed";
+}
+
 // What bash reads before anything else ends the first one, as a busy system may.
 TEST_F(LastingShellTest, OneThatNeverBeganIsStartedAnew) {
     const std::string script =

@@ -134,7 +134,12 @@ HANDLE startProgram(std::wstring& command_line, HANDLE input, HANDLE output) {
                        &information) == 0) {
         return nullptr;
     }
-    const Handle thread(information.hThread);
+    // Of a program of the system below Wine there are no handles, and what stands here instead is anything: closing it
+    // would close what another part of this program uses.
+    if (information.dwProcessId == 0 || GetProcessId(information.hProcess) != information.dwProcessId) {
+        return nullptr;
+    }
+    CloseHandle(information.hThread);
     return information.hProcess;
 }
 

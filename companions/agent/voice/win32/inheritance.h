@@ -39,8 +39,8 @@ bool fill(const Handle& file, std::string_view content);
 bool readFrom(const Handle& file, std::size_t begin, std::vector<std::uint8_t>& content);
 
 // Starts a program, detached from any console, with two standard handles and no others of this program's; null where it
-// does not start. (A program below Wine that would get a console of its own, as one does whose starter has none, gets
-// no standard handles.)
+// does not start, and for a program of the system below Wine. (A program below Wine that would get a console of its
+// own, as one does whose starter has none, gets no standard handles.)
 HANDLE startProgram(std::wstring& command_line, HANDLE input, HANDLE output);
 
 } // namespace agent::voice
