@@ -24,11 +24,17 @@ from inspector import Inspector  # noqa: E402
 from neighbours import set_up_once  # noqa: E402
 
 __all__ = ["MAIN_WINDOW", "PATIENCE_SECONDS", "PROGRAM_DIRECTORY", "ROOT", "TimedOut", "VERSION", "WholeProgramTest", "Window",
-           "main", "unescape", "wait_for", "windows_path"]
+           "main", "thorough", "unescape", "wait_for", "windows_path"]
 
 WATCHDOG_SECONDS = 2 * PATIENCE_SECONDS
 SETTINGS_KEY = r"HKCU\Software\Murmelix"
 VERSION = re.search(r"^project\(Murmelix VERSION ([\d.]+)", (ROOT / "CMakeLists.txt").read_text("utf-8"), re.M)[1]
+
+
+def thorough(test):
+    """Marks a test that takes long, or shows again in whole programs what tests of their parts show; ./test --all runs it
+    and ./test does not."""
+    return test
 
 
 @dataclass

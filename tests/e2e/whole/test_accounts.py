@@ -1,6 +1,6 @@
 """Signing in, out and in as another: settings of their own, a clean shell, captions of every kind."""
 
-from case import main
+from case import main, thorough
 from shell import (ABOUT, CHECK_BOXES, DEFAULTS, GETTING_STARTED, MINIMIZED, PAGES, SHOW_OPTIONS, START_SELECTED,
                    YOU, ShellTest)
 
@@ -141,6 +141,7 @@ class Accounts(ShellTest):
         left, top, right, bottom = self.main().place
         return right - left, bottom - top
 
+    @thorough
     def test_captions_of_every_name_status_and_count(self):
         self.settle()
         self.start_messenger()
@@ -184,6 +185,7 @@ class Accounts(ShellTest):
         left, top, right, bottom = self.list_place().place
         return self.pixels((left, top + 60, right, bottom))
 
+    @thorough
     def test_twenty_sign_ins_while_messages_arrive(self):
         self.settle(YOU)
         self.settle(BOB)

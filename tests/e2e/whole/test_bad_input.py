@@ -4,7 +4,7 @@ import contextlib
 import shutil
 import signal
 
-from case import main
+from case import main, thorough
 from shell import CHECK_BOXES, DEFAULTS, SHOW_OPTIONS, STOP, ShellTest
 
 FLAGS = [name for name in DEFAULTS if name not in ("IgnoredChars", "CurrentSoundScheme")]
@@ -20,6 +20,7 @@ class BadInput(ShellTest):
     def boxes(self):
         return {value: self.control(box).state for value, box in CHECK_BOXES.items()}
 
+    @thorough
     def test_settings_that_are_nonsense(self):
         """For each kind: what is stored, what a box then shows, and what lies in the registry after the start."""
         quiet = {"AutoUpdate": "0", "ShowTipFrm": "0", "ShowEmotTipFrm": "0", "ShowMinimizeFrm": "0",
@@ -56,6 +57,7 @@ class BadInput(ShellTest):
             self.eventually("the panel", self.signed_out)
         self.assert_running("Murmelix.exe")
 
+    @thorough
     def test_sound_folders_of_any_kind(self):
         sounds = self.own_programs() / "sounds"
         shutil.move(sounds, sounds.with_name("kept"))
@@ -168,6 +170,7 @@ class BadInput(ShellTest):
             self.assertTrue(self.main().text)
         return paints
 
+    @thorough
     def test_messenger_hangs_while_the_program_is_at_rest(self):
         self.settle()
         self.start_messenger()

@@ -4,7 +4,7 @@ import shutil
 import wave
 
 import sound
-from case import main, windows_path
+from case import main, thorough, windows_path
 from shell import START, ShellTest
 
 QUICK, LANGUAGES = "Quick Message", "Change Language"
@@ -130,6 +130,7 @@ class BesideCharacters(ShellTest):
         self.wait_until_gone(QUICK)
         self.assertEqual(self.history(), "")
 
+    @thorough
     def test_escape_stop_sign_out_and_the_contacts_end_close_the_quick_message(self):
         self.read()
         self.double_click_character()
@@ -153,6 +154,7 @@ class BesideCharacters(ShellTest):
                 self.screen.key("alt+s")
                 self.client(f"join {ANN}")
 
+    @thorough
     def test_a_dragged_character_stays_until_its_conversation_moves(self):
         self.read()
         left, top, _, _ = self.character().place
@@ -175,6 +177,7 @@ class BesideCharacters(ShellTest):
         place = self.move_conversation(600, 300)
         self.eventually("the character at its conversation", lambda: self.character().place[:2] == place)
 
+    @thorough
     def test_an_idle_character_is_hidden_also_after_its_conversation_was_moved(self):
         self.read(AutoHideIdleChar="1")
         self.move_conversation(600, 300)
@@ -270,6 +273,7 @@ class BesideCharacters(ShellTest):
         self.xdotool("type", "in any box")
         self.screen.key("Return")
 
+    @thorough
     def test_two_ansi_boxes_take_the_text(self):
         self.answer_in("RichEdit20A+RichEdit20A")
         self.eventually("the sent text", lambda: "in any box" in self.history())
@@ -280,11 +284,13 @@ class BesideCharacters(ShellTest):
         self.eventually("the sent text", lambda: "in any box" in self.history())
         self.wait_until_gone(QUICK)
 
+    @thorough
     def test_an_ink_box_after_an_ansi_box_takes_the_text(self):
         self.answer_in("RichEdit20A+InkEdit")
         self.eventually("the sent text", lambda: "in any box" in self.history())
         self.wait_until_gone(QUICK)
 
+    @thorough
     def test_boxes_of_two_kinds_are_not_found(self):
         self.answer_in("RichEdit20A+RichEdit20W")
         self.assertEqual(self.message_box("Unable to send Quick message!").splitlines()[0],
@@ -298,6 +304,7 @@ class BesideCharacters(ShellTest):
         left, top, right, bottom = self.window(LANGUAGES).place
         return self.painted((left + 20, top + 140, left + 300, bottom - 60))
 
+    @thorough
     def test_another_language_is_chosen(self):
         self.read()
         self.choose_from_character("c")
@@ -348,6 +355,7 @@ class BesideCharacters(ShellTest):
         long = [part for part in sound.utterances(samples, rate) if len(part) > rate]
         return [sound.loudness(part) for part in long] if len(long) == 2 else None
 
+    @thorough
     def test_the_languages_come_in_front_of_the_conversation(self):
         self.read()
         for conversation_first in (True, False):

@@ -7,7 +7,7 @@ import threading
 import unittest
 from pathlib import Path
 
-from case import WATCHDOG_SECONDS, main
+from case import WATCHDOG_SECONDS, main, thorough
 
 from desk.certificates import Issuer
 from desk.chat_servers import InspIrcd, NgIrcd, Person
@@ -56,9 +56,11 @@ class ChatServers(unittest.TestCase):
     def test_ngircd_lets_people_talk(self):
         self.talk(NgIrcd)
 
+    @thorough
     def test_inspircd_lets_people_talk(self):
         self.talk(InspIrcd)
 
+    @thorough
     def test_inspircd_knows_what_modern_clients_ask_for(self):
         wanted = ("message-tags", "server-time", "echo-message", "multi-prefix", "away-notify", "account-notify", "extended-join",
                   "userhost-in-names", "chghost", "setname", "batch", "cap-notify")

@@ -1,6 +1,6 @@
 """The four ways to end, each seen: nothing flashes, the icon is gone, no process is left, the neighbours stay."""
 
-from case import main
+from case import main, thorough
 from shell import CLOSING, MINIMIZED, START_SELECTED, STOP, Mappings, ShellTest
 
 ANN = "ann@messenger.example"
@@ -63,6 +63,7 @@ class Ending(ShellTest):
         self.screen.key("x")
         self.assert_ended_quietly("MessengerClient.exe", "AgentServer.exe")
 
+    @thorough
     def test_by_the_menus_while_reading_after_a_question(self):
         self.start_all(conversation=True)
         self.start_reading_first_row()
@@ -98,6 +99,7 @@ class Ending(ShellTest):
         self.assert_ended_quietly("AgentServer.exe")
         self.eventually("the client's end", lambda: not self.desk.running("MessengerClient.exe"))
 
+    @thorough
     def test_with_the_messenger_client_from_the_tray(self):
         self.start_all(ShowMinimizeFrm="1")
         self.click_close_box(self.main())
@@ -144,6 +146,7 @@ class Ending(ShellTest):
         self.answer(title, "alt+n")
         self.assert_ended_quietly("MessengerClient.exe")
 
+    @thorough
     def test_a_prerequisite_lost_by_the_next_sign_in(self):
         self.start_all()
         characters = self.desk.prefix.windows / "msagent" / "chars"

@@ -7,7 +7,7 @@ import shutil
 import signal
 import time
 
-from case import ROOT, main
+from case import ROOT, main, thorough
 from desk.measuring import pid_of
 from desk.resolutions import offer
 from disasters import ALERT, LATEST, ROUNDS, SEED, Disasters
@@ -45,6 +45,7 @@ class LongReadings(Disasters):
                 or window.place[3] > height + 1 and window.place[3] - window.place[1] <= height]
         self.eventually(f"all windows on {width} by {height}", all_there)
 
+    @thorough
     def test_every_message_is_read_whatever_happens_meanwhile(self):
         sounds = self.own_programs() / "sounds"
         offer(self.screen.display, 800, 600)
@@ -87,6 +88,7 @@ class Killed(Disasters):
         self.launch()
         self.eventually("the main window", lambda: self.main() and not self.signed_out())
 
+    @thorough
     def test_messenger_at_any_moment(self):
         """Of a start, a sign-in, the beginning of a reading, or in its middle."""
         self.settle()
@@ -102,6 +104,7 @@ class Killed(Disasters):
             self.start_client()
         self.assert_reads()
 
+    @thorough
     def test_character_server_at_any_moment(self):
         """The program says so and ends; or it has not used the server yet, and gets another one; or it was just asking
         whether there is one, and wants to install it."""
@@ -165,6 +168,7 @@ class Stored(Disasters, MatchupTest):
             self.assertEqual(self.settings(), settings)
             self.die()
 
+    @thorough
     def test_matchups_are_whole_after_a_kill_while_one_is_written(self):
         self.start()
         for moment in self.moments(HALF):
@@ -193,6 +197,7 @@ class Stored(Disasters, MatchupTest):
         finally:
             resource.prlimit(pid, resource.RLIMIT_FSIZE, before)
 
+    @thorough
     def test_no_picture_is_left_where_the_disk_is_full(self):
         pictures = self.own_programs() / "CharPics"
         picture = (ROOT / "build" / "host" / "assets" / "portraits" / "Plonk.gif").read_bytes()

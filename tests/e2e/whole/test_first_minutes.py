@@ -1,6 +1,6 @@
 """The first minutes of a new user, on screens of several sizes and resolutions, with nothing placed beforehand."""
 
-from case import MAIN_WINDOW, main
+from case import MAIN_WINDOW, main, thorough
 from shell import GETTING_STARTED, START_SELECTED, YOU, ShellTest
 
 OTTO, MINA, THEO = (f"{name}@messenger.example" for name in ("otto", "mina", "theo"))
@@ -109,6 +109,7 @@ class FirstMinutes(ShellTest):
         welcome = self.eventually(GETTING_STARTED, lambda: self.screen.find(f"^{GETTING_STARTED}$"))[-1]
         self.eventually("the welcome in front", lambda: self.screen.stacking()[-1] == welcome)
 
+    @thorough
     def test_everything_can_be_seen_on_a_small_screen(self):
         self.talk()
 
@@ -119,6 +120,7 @@ class FirstMinutesOnAFineScreen(FirstMinutes):
     SCREEN = (1920, 1200)
     DPI = 192
 
+    @thorough
     def test_everything_can_be_seen_on_a_fine_screen(self):
         self.talk()
 

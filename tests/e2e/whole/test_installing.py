@@ -9,7 +9,7 @@ import sys
 import zipfile
 from pathlib import Path
 
-from case import MAIN_WINDOW, PATIENCE_SECONDS, PROGRAM_DIRECTORY, ROOT, VERSION, WholeProgramTest, main
+from case import MAIN_WINDOW, PATIENCE_SECONDS, PROGRAM_DIRECTORY, ROOT, VERSION, WholeProgramTest, main, thorough
 
 OLDER = "0.0.9"
 DATE = 1_700_000_000
@@ -196,6 +196,7 @@ class Installing(Machine):
         self.remove("/removesettings")
         self.assertEqual(self.compare(before, self.snapshot()), ([], []))
 
+    @thorough
     def test_characters_that_cannot_be_installed_and_an_agent_of_somebody_else_are_told_apart(self):
         server = self.desk.prefix.windows / "msagent"
         server.write_bytes(b"a file where the folder should be")
@@ -233,6 +234,7 @@ class Installing(Machine):
             return not shown()
         self.eventually(f"what comes after {text!r}", left)
 
+    @thorough
     def test_wizard_leads_to_a_running_program_and_back(self):
         setup = self.desk.start("setup", self.newer)
         self.page("Murmelix Setup", f"Welcome to Murmelix {VERSION}", "alt+n", name="setup")
@@ -264,6 +266,7 @@ class Installing(Machine):
 
 
 class Portable(Machine):
+    @thorough
     def test_unpacked_folder_is_started_and_writes_settings_alone(self):
         subprocess.run([sys.executable, "-B", ROOT / "packaging" / "pack.py", "--staged", PROGRAM_DIRECTORY, "--bits", "64",
                         "--date", str(DATE), "--out", self.output / "packed", "--only", "zip"], check=True, timeout=300,

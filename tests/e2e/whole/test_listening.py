@@ -3,7 +3,7 @@
 import wave
 
 import sound
-from case import main, windows_path
+from case import main, thorough, windows_path
 from shell import ShellTest
 
 ANN = "ann@messenger.example"
@@ -106,6 +106,7 @@ class Listening(ShellTest):
         fields = [control for control in self.window(PROPERTIES).all() if control.kind == "Edit" and control.visible]
         return [field.text for field in sorted(fields, key=lambda field: field.place[1])]
 
+    @thorough
     def test_keys_set_in_the_window_skip_and_pause_wherever_the_keyboard_is(self):
         self.read()
         self.properties()
@@ -192,6 +193,7 @@ class Listening(ShellTest):
         self.wait_for_quiet()
         return sound.loudness(self.heard()[0][before:])
 
+    @thorough
     def test_a_character_without_a_voice_of_its_own_speaks_with_the_default_one(self):
         self.read()
         first, again = self.loudness_of(NUMBERS), self.loudness_of(NUMBERS)
@@ -209,6 +211,7 @@ class Listening(ShellTest):
         keys = self.inspector.ask(f"subkeys {SERVER_KEY}\\Voices")
         return keys[0] if keys else "none"
 
+    @thorough
     def test_what_has_waited_longest_is_let_go_where_too_much_waits(self):
         self.read(MostWaiting=3)
         words = ["first", "second", "third", "fourth", "fifth", "sixth", "last"]
@@ -234,6 +237,7 @@ class Listening(ShellTest):
         act = self.eventually("the end of the next", lambda: self.spoken("Words"))
         self.assertEqual(act.outcome, "complete")
 
+    @thorough
     def test_a_pause_is_silence_in_the_middle_of_a_sentence(self):
         self.read()
         self.say(LONG)
@@ -251,6 +255,7 @@ class Listening(ShellTest):
         samples, rate = self.heard()
         self.assertEqual(len(sound.utterances(samples, rate)), 2, "it was heard in two parts")
 
+    @thorough
     def test_an_emoticon_sounds_as_in_the_scheme_that_was_chosen(self):
         self.read(scheme="toy box")
         self.client(f"say {ANN} (@)")

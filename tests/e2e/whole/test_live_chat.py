@@ -3,7 +3,7 @@
 import tempfile
 from pathlib import Path
 
-from case import WholeProgramTest, main, windows_path
+from case import WholeProgramTest, main, thorough, windows_path
 
 from desk.certificates import Issuer, trust
 from desk.chat_servers import InspIrcd, NgIrcd, Person, StreamingServer
@@ -82,6 +82,7 @@ class LiveChat(WholeProgramTest):
             ann.say("#room", "nobody listens in")
             self.assertEqual(self.spoken("nobody listens in"), f"Ann@{NETWORK}")
 
+    @thorough
     def test_seats_change_before_the_line(self):
         with InspIrcd() as server:
             people = [self.person(server, f"Guest{number}") for number in range(1, 8)]
@@ -118,6 +119,7 @@ class LiveChat(WholeProgramTest):
             server.say("#room", "ann", "hello from a stream", display="Ann")
             self.assertEqual(self.spoken("hello from a stream"), f"{server.user_id('ann')}@twitch")
 
+    @thorough
     def test_a_deleted_line_is_not_spoken(self):
         with StreamingServer() as server:
             self.streams_come_from(server)
@@ -131,6 +133,7 @@ class LiveChat(WholeProgramTest):
             self.assertEqual([act.of for act in self.acts(moment="call", what="Speak") if "nasty" in act.of.lower()], [])
             self.assertEqual(self.spoken("a long first line"), f"{server.user_id('ann')}@twitch")
 
+    @thorough
     def test_a_server_that_goes_and_comes_back_is_found_again(self):
         with NgIrcd() as server:
             with Person("Ann", server.port) as ann:

@@ -1,6 +1,6 @@
 """Matchups: contacts dragged onto characters and back, found again after a restart, and what ends it all in between."""
 
-from case import ROOT, main
+from case import ROOT, main, thorough
 from matchups import ANN, BOB, DOWNLOAD, MATCHUPS, OPEN, MatchupTest
 from publisher import Publisher
 from shell import SHOW_OPTIONS, START_SELECTED, STOP, YOU
@@ -50,6 +50,7 @@ class Matchups(MatchupTest):
         self.eventually("the end of the matchup", lambda: self.stored() == {})
         self.leave_matchups()
 
+    @thorough
     def test_refused_while_reading(self):
         self.start()
         self.client(f"open {ANN}")
@@ -75,6 +76,7 @@ class Matchups(MatchupTest):
         self.client(f"signin {YOU} You")
         self.eventually("the list", lambda: not self.signed_out() and self.control(START_SELECTED))
 
+    @thorough
     def test_sign_out_ends_it_in_the_middle_of_everything(self):
         publisher = Publisher(None)  # which accepts, and says nothing
         self.addCleanup(publisher.close)
@@ -122,6 +124,7 @@ class Matchups(MatchupTest):
         self.eventually("the enabled window", lambda: self.window(MATCHUPS).enabled)
         self.assertTrue(self.portrait(character).enabled)
 
+    @thorough
     def test_missing_picture_is_fetched_from_the_site_by_a_click_and_there_after_a_restart(self):
         pictures = self.own_programs() / "CharPics"
         with WebServer(ports=()) as server, self.desk.using_site(server.host):

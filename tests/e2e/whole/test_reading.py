@@ -2,7 +2,7 @@
 
 import re
 
-from case import ROOT, WholeProgramTest, main
+from case import ROOT, WholeProgramTest, main, thorough
 
 BUSY_DAY = ROOT / "tests" / "conversations" / "busy-day.txt"
 
@@ -65,6 +65,7 @@ class Reading(WholeProgramTest):
         spoken = [act.of.strip() for act in self.acts(moment="call", what="Speak")]
         self.assertEqual(spoken, ["One", "Two", "Three", "Four", "Five", "Six"])
 
+    @thorough
     def test_right_to_left_text_and_text_beyond_the_basic_plane(self):
         self.start_reading(self.conversation("[09:00] <Ann> שלום עולם\n[09:00] <Ann> مرحبا 🎈 hi\n"), participants=1)
         self.wait_for_words(ANN, "שלום עולם")
@@ -72,6 +73,7 @@ class Reading(WholeProgramTest):
                                                           for said in self.said(ANN)))
         self.assert_responsive()
 
+    @thorough
     def test_a_megabyte_of_one_message_is_taken_and_the_next_is_read(self):
         words = "many words " * (2**20 // 11)
         self.start_reading(self.conversation(f"[09:00] <Ann> short\n[09:00] <Ann> {words}\n[09:00] <Ann> the end\n"),
@@ -80,6 +82,7 @@ class Reading(WholeProgramTest):
         self.assertEqual([text.strip() for text in self.said(ANN)], ["Short", words.title().strip(), "The End"])
         self.assert_responsive()
 
+    @thorough
     def test_a_megabyte_of_history_is_not_read_and_what_comes_after_it_is(self):
         reading = self.open_program(self.conversation("[09:00] <Ann> after all that\n"), participants=1)
         self.client("fill 1000000")
@@ -114,6 +117,7 @@ class Reading(WholeProgramTest):
         self.eventually("the signed-out panel", lambda: any(
             window.visible and window.text == "&Sign in" for window in self.assert_responsive().all()))
 
+    @thorough
     def test_stopping_and_starting_again_reads_what_comes_after(self):
         self.start_reading(self.conversation("[09:00] <Ann> one\n"), participants=1)
         self.wait_for_words(ANN, "One")

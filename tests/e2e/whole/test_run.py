@@ -9,7 +9,7 @@ import tempfile
 import unittest
 from pathlib import Path
 
-from case import MAIN_WINDOW, PATIENCE_SECONDS, ROOT, Screen, main, wait_for
+from case import MAIN_WINDOW, PATIENCE_SECONDS, ROOT, Screen, main, thorough, wait_for
 
 from desk.chat_servers import NgIrcd, Person
 
@@ -60,6 +60,7 @@ class Run(unittest.TestCase):
             self.assertIn("All 1 messages were read", answer.stdout)
         self.assertEqual(running_with(f"MURMELIX_TEST={directory}"), [])
 
+    @thorough
     def test_a_reading_leaves_another_one_alone(self):
         with tempfile.TemporaryDirectory() as directory:
             conversation = Path(directory, "chat.txt")
@@ -118,6 +119,7 @@ class Run(unittest.TestCase):
         for address in ("room", "http://example.org/", "irc:///room", "twitch:"):
             self.assertIn("--channel: an address is irc://server:port/channel", self.refused("--channel", address))
 
+    @thorough
     def test_a_channel_that_cannot_be_entered_is_told(self):
         with tempfile.TemporaryDirectory() as directory:
             run = self.read_aloud("--headless", "--channel", "irc://127.0.0.1:1/room", "--out", directory)
@@ -127,6 +129,7 @@ class Run(unittest.TestCase):
     def test_by_hand_needs_a_display(self):
         self.assertIn("--by-hand needs a display", self.refused("--by-hand", "--headless"))
 
+    @thorough
     def test_what_was_set_by_hand_is_there_the_next_time(self):
         prefix = ROOT / "build" / f"wine-by-hand-{os.getpid()}"
         registry = prefix / "user.reg"
@@ -177,6 +180,7 @@ class Run(unittest.TestCase):
                 prefix.with_suffix(".lock").unlink(missing_ok=True)
             self.assertEqual(running_with(f"WINEPREFIX={prefix}"), [])
 
+    @thorough
     def test_interrupting_ends_everything_that_was_started(self):
         with tempfile.TemporaryDirectory() as directory:
             conversation = Path(directory, "chat.txt")

@@ -2,7 +2,7 @@
 
 import subprocess
 
-from case import PATIENCE_SECONDS, ROOT, main
+from case import PATIENCE_SECONDS, ROOT, main, thorough
 from desk.chat_servers import StreamingServer
 from publisher import Publisher, content
 from shell import (ABOUT, CHECK_BOXES, CLOSING, EMOTICONS, GETTING_STARTED, MINIMIZED, SHOW_OPTIONS, START, STOP, TRAY,
@@ -43,6 +43,7 @@ class Screens(ShellTest):
         """Takes the mouse off everything."""
         self.xdotool("mousemove", 500, 930)
 
+    @thorough
     def test_main_window_menus_and_notices(self):
         self.settle(ShowTipFrm="1", ShowEmotTipFrm="1", ShowMinimizeFrm="1")
         self.start_agent(speed=5)
@@ -236,6 +237,7 @@ class Screens(ShellTest):
             return any(words in event.text for event in self.client_log.of_kind("message"))
         self.eventually(f"{words!r} in the history", found)
 
+    @thorough
     def test_live_chat(self):
         with StreamingServer() as server:
             self.reg("add", r"HKCU\Software\MessengerClient", "/v", "StreamingServer", "/d",
@@ -264,6 +266,7 @@ class Screens(ShellTest):
                  and window.text != "#lake - Conversation"), None))
             self.shot_of(page.text, "live-what-is-read")
 
+    @thorough
     def test_boxes_and_neighbours(self):
         self.settle()
         self.start_agent(speed=5)

@@ -4,7 +4,7 @@ import os
 import shutil
 from unittest import mock
 
-from case import PATIENCE_SECONDS, PROGRAM_DIRECTORY, WholeProgramTest, main
+from case import PATIENCE_SECONDS, PROGRAM_DIRECTORY, WholeProgramTest, main, thorough
 
 OTHER = "{11111111-2222-3333-4444-555555555555}"
 
@@ -100,6 +100,7 @@ class Voices(WholeProgramTest):
         self.assertEqual(status, 0)
         self.assertRegex(printed, r"1033\s+REG_MULTI_SZ\s+Woman 1")
 
+    @thorough
     def test_without_any_voice_it_is_said_how_to_get_one(self):
         # What starts espeak-ng is there, and espeak-ng is not.
         found = self.output / "programs"

@@ -1,6 +1,6 @@
 """A user walks through the shell with mouse and keyboard: every option, the tray, the menus, the notices, the pages."""
 
-from case import VERSION, main
+from case import VERSION, main, thorough
 from shell import (ABOUT, CHECK_BOXES, DEFAULTS, EMOTICONS, GETTING_STARTED, HIDE_OPTIONS, MINIMIZED, OPTION_FRAMES,
                    PAGES, SHOW_OPTIONS, START, START_SELECTED, ShellTest)
 
@@ -124,6 +124,7 @@ class ShellWalk(ShellTest):
             passed.append(control.kind if control.kind in ("Edit", "ComboBox") else control.text or control.kind)
         return passed
 
+    @thorough
     def test_what_is_told_on_the_way_to_the_tray_is_in_front(self):
         self.settle(ShowMinimizeFrm="1")
         self.start_agent()
@@ -215,6 +216,7 @@ class ShellWalk(ShellTest):
             self.assertTrue(self.main().enabled)
             self.assertTrue(self.shown())
 
+    @thorough
     def test_pages_open_where_the_site_is(self):
         self.settle(ShowTipFrm="1", ShowEmotTipFrm="1")
         self.start_messenger()

@@ -21,7 +21,7 @@ import wave
 from pathlib import Path
 
 from browser import Browser
-from case import PATIENCE_SECONDS, ROOT, main, wait_for
+from case import PATIENCE_SECONDS, ROOT, main, thorough, wait_for
 from shell import ShellTest
 
 from desk.web_server import SITE, WebServer
@@ -409,6 +409,7 @@ class Site(unittest.TestCase):
         greetings = [link for link in page.links if "voices/hello-" in link]
         self.assertEqual(len(set(greetings)), len(LANGUAGES))
 
+    @thorough
     def test_pages_fit_a_phone_and_a_desk_by_day_and_by_night(self):
         grounds = set()
         with Browser() as browser:

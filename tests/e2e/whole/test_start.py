@@ -1,6 +1,6 @@
 """How the program starts, and how it refuses to."""
 
-from case import MAIN_WINDOW, PROGRAM_DIRECTORY, WholeProgramTest, main
+from case import MAIN_WINDOW, PROGRAM_DIRECTORY, WholeProgramTest, main, thorough
 
 HEADER = "[09:00] <Ann> hello\n[09:01] <Bob> hello Ann\n"
 
@@ -82,6 +82,7 @@ class Start(StartTest):
         self.answer("Character Directory not found!")
         self.eventually("the program's end", lambda: program.poll() is not None)
 
+    @thorough
     def test_no_characters_is_said_once_for_each_contact_and_reading_goes_on(self):
         for file in (self.desk.prefix.windows / "msagent" / "chars").glob("*.acs"):
             file.unlink()
@@ -97,6 +98,7 @@ class Start(StartTest):
         self.assert_responsive()
         self.assertEqual(self.acts(what="Speak"), [])
 
+    @thorough
     def test_all_characters_in_use_is_said_and_the_others_are_read(self):
         characters = sorted((self.desk.prefix.windows / "msagent" / "chars").glob("*.acs"))
         for file in characters[1:]:
@@ -112,6 +114,7 @@ class Start(StartTest):
         self.assertEqual(self.said("bob@messenger.example"), [])
         self.assert_responsive()
 
+    @thorough
     def test_unwritable_registry_lets_the_program_read_all_the_same(self):
         # A value where the program wants to make its key: nothing can be stored below it.
         self.reg("add", r"HKCU\Software", "/v", "Murmelix", "/d", "not a key", "/f")

@@ -4,7 +4,7 @@ import socket
 import time
 from pathlib import Path
 
-from case import PATIENCE_SECONDS, VERSION, main
+from case import PATIENCE_SECONDS, VERSION, main, thorough
 from publisher import Publisher, chunks, content, redirect
 from shell import GETTING_STARTED, TRAY, UPDATES, YOU, ShellTest
 
@@ -79,6 +79,7 @@ class Updates(ShellTest):
             self.assertEqual((names["Host"], names["User-Agent"]), (publisher.host, f"Murmelix/{VERSION}"))
             self.assertLessEqual(names.keys(), {"Host", "User-Agent", "Connection"})
 
+    @thorough
     def test_everything_else_is_silent(self):
         newer = f"{NEWER}\nNews\n".encode()
         publisher = self.publisher(None)
@@ -128,12 +129,14 @@ class Updates(ShellTest):
                 self.assertNotRegex("".join(publisher.requests), "(?i)authorization|cookie")
         self.assertEqual(self.opened_pages(), [])
 
+    @thorough
     def test_redirect_is_followed(self):
         target = self.publisher(content(VERSION.encode()))
         publisher = self.publisher(redirect(target.page + "there?x=1"))
         self.assertEqual(self.status_for(publisher), NONE_NEWER)
         self.assertTrue(target.requests[-1].startswith("GET /Murmelix/download/there?x=1 HTTP/1.1\r\n"))
 
+    @thorough
     def test_a_server_that_takes_its_time_is_given_up(self):
         publishers = [self.publisher(None) for _ in range(3)]
         silent, slow, talking = publishers

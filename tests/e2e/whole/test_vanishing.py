@@ -1,6 +1,6 @@
 """A neighbour that is gone from one moment to the next: the program notices it without being used."""
 
-from case import PROGRAM_DIRECTORY, WholeProgramTest, main
+from case import PROGRAM_DIRECTORY, WholeProgramTest, main, thorough
 
 ANN = "ann@messenger.example"
 LOG = "".join(f"[09:{minute:02d}] <Ann> message number {minute}\n" for minute in range(30))
@@ -67,6 +67,7 @@ class Vanishing(WholeProgramTest):
             if self.screen.activate(window):
                 self.screen.key("Return")
 
+    @thorough
     def test_messenger_that_comes_back_by_itself_is_joined(self):
         self.read_some(1)
         self.kill("MessengerClient.exe")
@@ -77,12 +78,14 @@ class Vanishing(WholeProgramTest):
         self.eventually("the new name", lambda: any(
             text.startswith("Back - ") for text in self.assert_alive().texts()))
 
+    @thorough
     def test_messenger_vanishes_in_the_middle_of_a_call_of_history(self):
         self.read_some(2)
         self.client("vanish History")
         self.eventually("the client's end", lambda: not self.desk.running("MessengerClient.exe"))
         self.assert_alive()
 
+    @thorough
     def test_messenger_hangs_in_a_call_and_comes_back(self):
         self.read_some(2)
         self.client("hang 3000 History")
@@ -90,6 +93,7 @@ class Vanishing(WholeProgramTest):
         self.eventually("more messages", lambda: len(self.said(ANN)) > said + 1)
         self.reading.follow()
 
+    @thorough
     def test_messenger_rejects_calls_for_a_while(self):
         self.read_some(2)
         self.client("fail 80010001 20 History")
@@ -100,11 +104,13 @@ class Vanishing(WholeProgramTest):
         self.kill("AgentServer.exe")
         self.wait_for_shutdown_alert()
 
+    @thorough
     def test_agent_is_killed_before_reading(self):
         self.open_program(self.conversation(LOG), participants=1)
         self.kill("AgentServer.exe")
         self.wait_for_shutdown_alert()
 
+    @thorough
     def test_both_are_killed_at_once(self):
         self.read_some(3)
         self.kill("AgentServer.exe")
