@@ -16,6 +16,7 @@ class Accounts(ShellTest):
         self.client(f"signin {account} {name}")
         self.eventually("the list", lambda: not self.signed_out() and self.control(START_SELECTED))
 
+    @thorough
     def test_each_account_has_its_own_settings_and_its_tip(self):
         self.settle(ShowTipFrm="1", AutoHideIdleChar="1", AutoCorrectText="0", IgnoredChars="abc")
         self.start_messenger()
@@ -121,6 +122,7 @@ class Accounts(ShellTest):
         self.eventually("the list", lambda: not self.signed_out() and self.control(START_SELECTED))
         self.eventually("the options", lambda: self.click(SHOW_OPTIONS) or self.options_shown())
 
+    @thorough
     def test_a_failed_sign_in_stops_the_reading_and_shows_the_panel(self):
         self.settle()
         self.start_agent()

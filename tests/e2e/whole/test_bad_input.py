@@ -131,6 +131,7 @@ class BadInput(ShellTest):
         self.eventually("the end of reading", lambda: not self.control(STOP))
         self.assertEqual(self.boxes_that_came_up(), [])
 
+    @thorough
     def test_the_character_server_hangs_and_the_window_lives(self):
         ann = self.read_ann()
         paints = self.watch_painting("AgentServerMessages")

@@ -106,6 +106,7 @@ class BesideCharacters(ShellTest):
         self.wait_for_speech("Bye Then")
         self.assertFalse(any("see you" in act.of.lower() for act in self.transcript.acts), "what was sent is not read")
 
+    @thorough
     def test_smilies_canned_texts_and_effects_are_chosen_from_the_menus(self):
         self.read()
         self.double_click_character()
@@ -279,6 +280,7 @@ class BesideCharacters(ShellTest):
         self.eventually("the sent text", lambda: "in any box" in self.history())
         self.wait_until_gone(QUICK)
 
+    @thorough
     def test_an_ink_box_takes_the_text(self):
         self.answer_in("RichEdit20W+InkEdit")
         self.eventually("the sent text", lambda: "in any box" in self.history())
@@ -328,6 +330,7 @@ class BesideCharacters(ShellTest):
         self.wait_for_keyboard(LANGUAGES)
         self.assertEqual(self.languages(), german, "left without a choice, nothing changes")
 
+    @thorough
     def test_the_chosen_language_is_heard(self):
         recording = self.output / "speech.wav"
         self.read(recording=recording)
@@ -371,6 +374,7 @@ class BesideCharacters(ShellTest):
             self.screen.key("Escape")
             self.wait_until_gone(LANGUAGES)
 
+    @thorough
     def test_who_it_is_is_told_and_it_can_be_sent_away(self):
         self.read()
         self.choose_from_character("w")

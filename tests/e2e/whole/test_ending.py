@@ -88,6 +88,7 @@ class Ending(ShellTest):
             window for window in self.windows() if window.visible and "Character" in window.kind])
         self.assert_ended_quietly("MessengerClient.exe", "AgentServer.exe")
 
+    @thorough
     def test_with_the_messenger_client(self):
         self.start_all(conversation=True)
         self.start_reading_first_row()
@@ -122,6 +123,7 @@ class Ending(ShellTest):
         self.assert_ended_quietly("MessengerClient.exe")
         self.eventually("the server's end", lambda: not self.desk.running("AgentServer.exe"))
 
+    @thorough
     def test_neighbours_that_were_started_for_it_end_with_it(self):
         self.settle()
         self.start_program()
@@ -135,6 +137,7 @@ class Ending(ShellTest):
     def agent(self):
         return next((window for window in self.windows() if window.kind == "AgentServerMessages"), None)
 
+    @thorough
     def test_sound_switched_off_ends_it_at_once(self):
         self.settle()
         self.start_messenger()

@@ -147,6 +147,7 @@ class Stored(Disasters, MatchupTest):
         self.kill("Murmelix.exe")
         self.program.wait()
 
+    @thorough
     def test_settings_are_whole_after_a_kill_while_one_is_written(self):
         typed = "abcdefghijklmnopqrstuvwxyz" * 8
         self.start_messenger()

@@ -139,6 +139,7 @@ class Places(ShellTest):
         self.screen.key("alt+o")
         self.eventually("the options", self.options_shown)
 
+    @thorough
     def test_windows_come_back_to_where_they_were(self):
         self.settle()
         self.desk.start("MessengerClient.exe", self.desk.program_directory / "MessengerClient.exe", "/orders", "/signin",

@@ -225,6 +225,7 @@ class Listening(ShellTest):
         self.assertEqual(outcomes[0], "complete", "it had begun")
         self.assertEqual(sorted(outcomes[1:], reverse=True), outcomes[1:], "the oldest are let go, and no newer one")
 
+    @thorough
     def test_what_is_said_is_skipped_by_the_menu(self):
         self.read()
         self.say(LONG)

@@ -102,6 +102,7 @@ class LiveChat(WholeProgramTest):
         self.reg("add", r"HKCU\Software\MessengerClient", "/v", "StreamingServer", "/d",
                  f"irc://127.0.0.1:{server.port}", "/f")
 
+    @thorough
     def test_who_knows_a_channels_name_signs_in_and_hears_it(self):
         with StreamingServer() as server:
             self.streams_come_from(server)

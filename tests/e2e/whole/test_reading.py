@@ -94,6 +94,7 @@ class Reading(WholeProgramTest):
                          ["After All That", "And This"])
         self.assert_responsive()
 
+    @thorough
     def test_voice_tags_of_a_message_change_nothing_but_the_voice(self):
         self.start_reading(self.conversation("[09:00] <Ann> start\n"), participants=1)
         self.wait_for_words(ANN, "Start")
@@ -101,6 +102,7 @@ class Reading(WholeProgramTest):
         self.client(f"say {ANN} the end")
         self.wait_for_words(ANN, "The End")
 
+    @thorough
     def test_closing_the_conversation_ends_the_reading_and_its_characters(self):
         self.start_reading(self.conversation("[09:00] <Ann> one\n[09:00] <Bob> two\n"), participants=2)
         self.wait_for_words(BOB, "Two")

@@ -47,6 +47,7 @@ class Run(unittest.TestCase):
         self.assertIn("-1 is not between", self.refused("--speed=-1"))
         self.assertIn("unrecognized arguments: --sped", self.refused("--sped", "2"))
 
+    @thorough
     def test_paths_are_those_of_the_callers_directory(self):
         with tempfile.TemporaryDirectory() as directory:
             Path(directory, "chat.txt").write_text("[09:00] <Ann> hello\n", "utf-8")

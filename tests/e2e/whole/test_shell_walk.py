@@ -187,6 +187,7 @@ class ShellWalk(ShellTest):
         self.assertTrue(self.control(START_SELECTED))
         self.assertEqual(len(self.own_icons()), 1)
 
+    @thorough
     def test_about_window_is_modal_and_closes_on_a_click_and_on_escape(self):
         self.settle()
         self.start_messenger()

@@ -71,6 +71,7 @@ class Start(StartTest):
         self.eventually("the second instance's end", lambda: second.poll() is not None)
         self.assert_running("Murmelix.exe")
 
+    @thorough
     def test_missing_character_directory_ends_the_program(self):
         characters = self.desk.prefix.windows / "msagent" / "chars"
         characters.rename(characters.with_name("elsewhere"))

@@ -204,6 +204,7 @@ class Updates(ShellTest):
                 pass  # another user's, or one that has ended meanwhile
         return found
 
+    @thorough
     def test_welcome_is_the_first_and_only_box_of_a_new_user(self):
         self.start_messenger()
         before = {window.handle for window in self.windows()}

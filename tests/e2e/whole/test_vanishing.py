@@ -40,6 +40,7 @@ class Vanishing(WholeProgramTest):
         process.kill()
         process.wait()
 
+    @thorough
     def test_messenger_is_killed_before_reading(self):
         self.open_program(self.conversation(LOG), participants=1)
         self.kill("MessengerClient.exe")
@@ -52,6 +53,7 @@ class Vanishing(WholeProgramTest):
         self.wait_for_panel()
         self.eventually("the end of the characters", lambda: not self.characters())
 
+    @thorough
     def test_sign_in_starts_a_killed_messenger_again(self):
         self.read_some(1)
         self.kill("MessengerClient.exe")
